@@ -1,0 +1,324 @@
+#include "foundation/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "foundation/host_services.h"
+#include "foundation/tagged_value.h"
+
+namespace vorex {
+
+namespace {
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+/// Length of the decimal number that the text begins with (no blanks, no "+"); 0 when there is none.
+std::size_t NumberLength(std::string_view text) {
+    std::size_t at = text.starts_with('-') ? 1 : 0;
+    std::size_t digits = 0;
+    while (at < text.size() && IsDigit(text[at])) ++at, ++digits;
+    if (at < text.size() && text[at] == '.') {
+        ++at;
+        while (at < text.size() && IsDigit(text[at])) ++at, ++digits;
+    }
+    if (digits == 0) return 0;
+    if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+        std::size_t exponent = at + 1;
+        if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+        if (exponent < text.size() && IsDigit(text[exponent])) {
+            at = exponent;
+            while (at < text.size() && IsDigit(text[at])) ++at;
+        }
+    }
+    return at;
+}
+
+std::string_view SkipBlanks(std::string_view text) {
+    std::size_t at = 0;
+    while (at < text.size() && IsBlank(text[at])) ++at;
+    return text.substr(at);
+}
+
+/// The text from its number on; a "+" in front of the number is passed over.
+std::string_view AtNumber(std::string_view text) {
+    text = SkipBlanks(text);
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+    return text;
+}
+
+double ReadPlain(std::string_view text) {
+    text = AtNumber(text);
+    const std::size_t length = NumberLength(text);
+    if (length == 0) return 0;
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + length, value);
+    if (error != std::errc::result_out_of_range) return value;
+    // Out of range means too small as well as too large: only the exponent's sign tells them apart.
+    const std::string copy(text.substr(0, length));
+    const double extreme = std::strtod(copy.c_str(), nullptr);
+    if (std::isinf(extreme)) return std::copysign(std::numeric_limits<double>::max(), extreme);
+    return 0;
+}
+
+/// A number as its significant digits and the power of ten of the first one: 0.0123 is "123" at -2.
+struct Decimal {
+    bool negative = false;
+    std::string digits;  ///< no leading or trailing zeros; empty for 0
+    int exponent = 0;    ///< of the first digit
+};
+
+Decimal ToDecimal(double value, int significant) {
+    std::array<char, 64> buffer{};
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
+                                            std::chars_format::scientific, significant - 1);
+    std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+    const std::size_t e = text.find('e');
+    Decimal result;
+    result.negative = std::signbit(value);
+    for (char c : text.substr(0, e))
+        if (IsDigit(c)) result.digits.push_back(c);
+    int exponent = 0;
+    std::string_view power = text.substr(e + 1);
+    if (power.starts_with('+')) power.remove_prefix(1);
+    std::from_chars(power.data(), power.data() + power.size(), exponent);
+    result.exponent = exponent;
+    while (!result.digits.empty() && result.digits.back() == '0') result.digits.pop_back();
+    return result;
+}
+
+/// Writes a decimal in positional form with at least `minDecimals` decimals.
+std::string Positional(const Decimal& decimal, int minDecimals) {
+    std::string text;
+    if (decimal.negative && !decimal.digits.empty()) text.push_back('-');
+    const int count = static_cast<int>(decimal.digits.size());
+    if (count == 0 || decimal.exponent < 0) {
+        text.push_back('0');
+    } else {
+        for (int i = 0; i <= decimal.exponent; ++i)
+            text.push_back(i < count ? decimal.digits[static_cast<std::size_t>(i)] : '0');
+    }
+    const int decimals = std::max(minDecimals, count == 0 ? 0 : count - 1 - decimal.exponent);
+    if (decimals > 0) {
+        text.push_back('.');
+        for (int place = 1; place <= decimals; ++place) {
+            const int index = decimal.exponent + place;
+            text.push_back(index >= 0 && index < count ? decimal.digits[static_cast<std::size_t>(index)]
+                                                       : '0');
+        }
+    }
+    return text;
+}
+
+enum class Tie { kAwayFromZero, kToEven };
+
+/// Rounds to so many decimals on the decimal digits.
+Decimal Rounded(Decimal decimal, int decimals, Tie tie) {
+    const int keep = decimal.exponent + 1 + decimals;  // digits that stay
+    if (keep >= static_cast<int>(decimal.digits.size())) return decimal;
+    if (keep < 0) return {};
+    const auto kept = static_cast<std::size_t>(keep);
+    const char first = decimal.digits[kept];
+    const bool exactHalf = first == '5' && kept + 1 == decimal.digits.size();
+    const bool odd = kept > 0 && (decimal.digits[kept - 1] - '0') % 2 == 1;
+    const bool up = first > '5' || (first == '5' && (!exactHalf || tie == Tie::kAwayFromZero || odd));
+    decimal.digits.resize(kept);
+    if (up) {
+        std::size_t at = kept;
+        while (at > 0 && decimal.digits[at - 1] == '9') decimal.digits[--at] = '0';
+        if (at > 0) {
+            ++decimal.digits[at - 1];
+        } else {
+            decimal.digits.insert(decimal.digits.begin(), '1');
+            ++decimal.exponent;
+        }
+    }
+    while (!decimal.digits.empty() && decimal.digits.back() == '0') decimal.digits.pop_back();
+    if (decimal.digits.empty()) return {};
+    return decimal;
+}
+
+std::string PlainDecimal(const Decimal& decimal) {
+    constexpr int kOrdinary = 15;
+    if (decimal.exponent >= -kOrdinary && decimal.exponent < kOrdinary) return Positional(decimal, 0);
+    Decimal mantissa = decimal;
+    mantissa.exponent = 0;
+    std::string text = Positional(mantissa, 0);
+    text += decimal.exponent < 0 ? "E-" : "E+";
+    return text + std::to_string(std::abs(decimal.exponent));
+}
+
+template <typename Read>
+double StdDevOf(std::size_t count, Read&& read) {
+    if (count < 2) return 0;
+    double sum = 0;
+    for (std::size_t i = 0; i < count; ++i) sum += read(i);
+    const double mean = sum / static_cast<double>(count);
+    double squares = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double deviation = read(i) - mean;
+        squares += deviation * deviation;
+    }
+    return std::sqrt(squares / static_cast<double>(count - 1));
+}
+
+int DecimalsOf(std::string_view text) {
+    const std::size_t point = text.find('.');
+    return point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
+}
+
+constexpr int kDoubleDigits = 15;
+constexpr int kSingleDigits = 7;
+
+}  // namespace
+
+double ReadNumber(std::string_view text) {
+    if (text.find_first_of(",%") == std::string_view::npos) return ReadPlain(text);
+    std::string plain;
+    plain.reserve(text.size());
+    for (char c : text)
+        if (c != '%') plain.push_back(c == ',' ? '.' : c);
+    return ReadPlain(plain);
+}
+
+int32_t ReadInteger(std::string_view text) {
+    const double value = ReadNumber(text);
+    constexpr double kLow = std::numeric_limits<int32_t>::min();
+    constexpr double kHigh = std::numeric_limits<int32_t>::max();
+    return static_cast<int32_t>(std::clamp(value, kLow, kHigh));
+}
+
+bool IsNumber(std::string_view text) {
+    const std::string plain = WithPoint(text);
+    const std::string_view number = AtNumber(plain);
+    const std::size_t length = NumberLength(number);
+    return length > 0 && SkipBlanks(number.substr(length)).empty();
+}
+
+std::string PlainText(double value) {
+    if (!std::isfinite(value)) return {};
+    return PlainDecimal(ToDecimal(value, kDoubleDigits));
+}
+
+std::string PlainText(float value) {
+    if (!std::isfinite(value)) return {};
+    return PlainDecimal(ToDecimal(static_cast<double>(value), kSingleDigits));
+}
+
+std::string PlainText(int32_t value) {
+    return std::to_string(value);
+}
+
+std::string FormatPicture(double value, std::string_view picture) {
+    if (!std::isfinite(value)) return {};
+    const std::size_t point = picture.find('.');
+    const std::string_view places = point == std::string_view::npos ? "" : picture.substr(point + 1);
+    const int least = static_cast<int>(std::count(places.begin(), places.end(), '0'));
+    const Decimal rounded =
+        Rounded(ToDecimal(value, kDoubleDigits), static_cast<int>(places.size()), Tie::kAwayFromZero);
+    std::string text = Positional(rounded, least);
+    const std::size_t whole = std::min(point, picture.size());
+    const std::size_t sign = text.starts_with('-') ? 1 : 0;
+    const std::size_t shown = std::min(text.find('.'), text.size()) - sign;
+    if (shown < whole) text.insert(sign, whole - shown, '0');
+    return text;
+}
+
+double RoundHalfEven(double value, int decimals) {
+    if (!std::isfinite(value)) return value;
+    return ReadPlain(Positional(Rounded(ToDecimal(value, kDoubleDigits), decimals, Tie::kToEven), 0));
+}
+
+std::string DifferenceRounded(std::string_view a, std::string_view b) {
+    const int decimals = std::max(DecimalsOf(WithPoint(a)), DecimalsOf(WithPoint(b)));
+    return PlainText(RoundHalfEven(ReadNumber(a) - ReadNumber(b), decimals));
+}
+
+double SampleStdDev(std::span<const double> values) {
+    return StdDevOf(values.size(), [&](std::size_t i) { return values[i]; });
+}
+
+double SampleStdDev(std::span<const std::string> values) {
+    return StdDevOf(values.size(), [&](std::size_t i) { return ReadNumber(values[i]); });
+}
+
+std::string WithPoint(std::string_view text) {
+    std::string result(text);
+    std::replace(result.begin(), result.end(), ',', '.');
+    return result;
+}
+
+bool SystemHasDecimalComma() {
+    return Services().decimalSign == ',';
+}
+
+std::string LocaleDecimal(std::string_view text) {
+    std::string result(text);
+    const bool comma = SystemHasDecimalComma();
+    std::replace(result.begin(), result.end(), comma ? '.' : ',', comma ? ',' : '.');
+    return result;
+}
+
+std::string LocaleText(double value) {
+    return LocaleDecimal(PlainText(value));
+}
+std::string LocaleText(float value) {
+    return LocaleDecimal(PlainText(value));
+}
+
+bool FilterNumericKey(int keyCode) {
+    constexpr int kBackspace = 8;
+    if (keyCode >= '0' && keyCode <= '9') return true;
+    return keyCode == kBackspace || keyCode == '.' || (keyCode == ',' && SystemHasDecimalComma());
+}
+
+bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return a.size() == b.size() &&
+           std::equal(a.begin(), a.end(), b.begin(), [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+std::string_view Trimmed(std::string_view text) {
+    text = SkipBlanks(text);
+    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+std::vector<std::string_view> SplitText(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    ForEachPart(text, separator, [&](std::string_view part) { parts.push_back(part); });
+    return parts;
+}
+
+std::size_t CodePoints(std::string_view text) {
+    constexpr unsigned kContinuationMask = 0xC0;
+    constexpr unsigned kContinuation = 0x80;
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & kContinuationMask) != kContinuation;
+    }));
+}
+
+std::string TextOf(const TaggedValue& value) {
+    if (const auto* textValue = std::get_if<std::string>(&value)) return *textValue;
+    if (const auto* single = std::get_if<float>(&value)) return PlainText(*single);
+    if (const auto* number = std::get_if<double>(&value)) return PlainText(*number);
+    return {};
+}
+
+double NumberOf(const TaggedValue& value) {
+    if (const auto* textValue = std::get_if<std::string>(&value)) return ReadNumber(*textValue);
+    // A single counts as the number that a person would read from it.
+    if (const auto* single = std::get_if<float>(&value)) return ReadPlain(PlainText(*single));
+    if (const auto* number = std::get_if<double>(&value)) return *number;
+    return 0;
+}
+
+}  // namespace vorex

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/host_contract.h"
+
+/// What the library needs of a window system. A wait for the next event blocks; nothing spins.
+namespace vorex {
+
+struct CalendarDate {
+    int32_t day = 0;
+    int32_t month = 0;
+    int32_t year = 0;
+    bool operator==(const CalendarDate&) const = default;
+};
+
+/// A timer that fires again and again until it is stopped.
+class IPlatformTimer {
+  public:
+    virtual ~IPlatformTimer() = default;
+    /// Starts, or starts anew, with an interval in ms.
+    virtual void Start(int32_t milliseconds) = 0;
+    virtual void Stop() = 0;
+    virtual bool Running() const = 0;
+};
+
+/// A window that is shown modally until it hides itself.
+class IModalWindow {
+  public:
+    virtual ~IModalWindow() = default;
+    virtual bool Visible() const = 0;
+    virtual void Visible(bool visible) = 0;
+};
+
+struct MenuItem {
+    int32_t id = 0;  ///< 0 is a separator, or a submenu when there are items below it
+    std::string caption;
+    bool enabled = true;
+    bool checked = false;
+    std::vector<MenuItem> items = {};
+};
+
+class IPlatform {
+  public:
+    virtual ~IPlatform() = default;
+    virtual std::unique_ptr<IPlatformTimer> CreateTimer(std::function<void()> onTick) = 0;
+    /// Handles what is pending, without waiting.
+    virtual void PumpMessages() = 0;
+    /// Blocks until something happens and handles it. False when nothing will ever happen.
+    virtual bool WaitForEvent() = 0;
+    /// Shows a window and returns when it is hidden.
+    virtual void ShowModal(IModalWindow& window) = 0;
+    /// Shows a pop-up menu and returns the chosen id, 0 for none.
+    virtual int32_t ShowPopupMenu(const std::vector<MenuItem>& items) = 0;
+    virtual void ShowMessage(std::string_view title, std::string_view message) = 0;
+    virtual bool Confirm(std::string_view question) = 0;
+    virtual CalendarDate Today() = 0;
+
+    // Windows of controls, for docking them into another window.
+    virtual void SetParent(WindowHandle window, WindowHandle parent) = 0;
+    virtual void MoveWindow(WindowHandle window, int32_t left, int32_t top, int32_t width,
+                            int32_t height) = 0;
+};
+
+}  // namespace vorex

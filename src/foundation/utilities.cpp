@@ -1,0 +1,162 @@
+#include "foundation/utilities.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr int32_t kDefaultSleepMs = 300000;
+constexpr int32_t kDefaultShutdownMs = 1200000;
+constexpr int32_t kMsPerMinute = 60 * 1000;
+
+std::string TranslateWith(std::string_view textKey, TextArguments arguments, const IReportDocument* report) {
+    if (report != nullptr) return report->Translate(kPlugInId, textKey, arguments);
+    if (const auto& service = Services().text) return service->Translate(kPlugInId, textKey, arguments);
+    return DefaultText(textKey, arguments);
+}
+
+int32_t ReadTimeOut(std::string_view name, int32_t defaultMs) {
+    const double milliseconds = static_cast<double>(ReadSetting(name, 0)) * kMsPerMinute;
+    constexpr double kLongest = 2147483647.0;
+    const auto result = static_cast<int32_t>(std::clamp(milliseconds, -kLongest, kLongest));
+    return result == 0 ? defaultMs : result;
+}
+
+}  // namespace
+
+std::string Translate(std::string_view textKey, const IReportDocument* report) {
+    return TranslateWith(textKey, {}, report);
+}
+
+std::string Translate(std::string_view textKey, std::initializer_list<std::string> arguments,
+                      const IReportDocument* report) {
+    return TranslateWith(textKey, TextArguments(arguments.begin(), arguments.size()), report);
+}
+
+std::string DefaultText(std::string_view textKey, TextArguments arguments) {
+    const std::size_t separator = textKey.find("::");
+    return FillPlaceholders(
+        std::string(separator == std::string_view::npos ? textKey : textKey.substr(separator + 2)),
+        arguments);
+}
+
+std::string FillPlaceholders(std::string text, TextArguments arguments) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string placeholder = "%%" + std::to_string(i + 1);
+        const std::size_t at = text.find(placeholder);
+        if (at != std::string::npos) text.replace(at, placeholder.size(), arguments[i]);
+    }
+    return text;
+}
+
+std::string DisplayText(const Choice& choice, int32_t value, const IReportDocument* report) {
+    const ChoiceRow* row = FindRow(choice, value);
+    if (row == nullptr) return Translate(choice.fallbackText, report);
+    std::string result = Translate(row->text, report);
+    if (!row->secondText.empty()) result += "*" + Translate(row->secondText, report);
+    return result;
+}
+
+std::string StoredText(const Choice& choice, int32_t value, const IReportDocument* report) {
+    if (report != nullptr) return DisplayText(choice, value, report);
+    return PlainText(StoredOfValue(choice, value));
+}
+
+std::string StatusText(int32_t status, const IReportDocument* report) {
+    switch (status) {
+        case kPassed:
+            return Translate(text::kPass, report);
+        case kFailed:
+            return Translate(text::kFail, report);
+        case kNotApplicable:
+            return Translate(text::kNotApplicable, report);
+        default:
+            return {};
+    }
+}
+
+bool IsValidReading(std::string_view reading) {
+    // Readings are numbers but for two words; the words are looked up only when the text is none.
+    if (!reading.empty() && (reading.front() == '-' || (reading.front() >= '0' && reading.front() <= '9')) &&
+        reading.find_first_not_of("0123456789.-") == std::string_view::npos)
+        return true;
+    return !EqualsIgnoringCase(reading, Translate(text::kOverRange)) &&
+           !EqualsIgnoringCase(reading, Translate(text::kUnderRange));
+}
+
+std::string DosimeterDoseUnit(int32_t doseUnit, const IReportDocument* report) {
+    return DisplayText(kDoseUnits, doseUnit, report);
+}
+
+std::string DosimeterRateUnit(int32_t doseUnit, int32_t rateUnit, const IReportDocument* report) {
+    if (doseUnit == kDoseInCoulomb) return Translate(text::kUnitAmpere, report);
+    return DosimeterDoseUnit(doseUnit, report) + DisplayText(kDoseRateBases, rateUnit, report);
+}
+
+std::string CommentWords(std::string_view comment) {
+    return std::string(comment.substr(0, comment.find(kOverrideMarker)));
+}
+
+std::string CommentLog(std::string_view comment) {
+    const std::size_t at = comment.find(kOverrideMarker);
+    return std::string(at == std::string_view::npos ? "" : comment.substr(at + kOverrideMarker.size()));
+}
+
+std::string AppendComment(std::string_view comment, std::string_view text) {
+    std::string result(comment);
+    if (comment.find(kOverrideMarker) == std::string_view::npos) result += kOverrideMarker;
+    return result.append(text);
+}
+
+int32_t ReadSetting(std::string_view name, int32_t defaultValue) {
+    const auto& settings = Services().settings;
+    if (!settings || settings->ValueCount(setting::kPlugInPath) == 0) return defaultValue;
+    const std::string value = TextOf(settings->ReadValue(setting::kPlugInPath, name));
+    return IsNumber(value) ? ReadInteger(value) : defaultValue;
+}
+
+int32_t SleepTimeOut() {
+    return ReadTimeOut(setting::kSleepTimeOut, kDefaultSleepMs);
+}
+
+int32_t ShutdownTimeOut() {
+    return ReadTimeOut(setting::kShutdownTimeout, kDefaultShutdownMs);
+}
+
+void FixExposureCaption() {
+    constexpr std::string_view kVersionWithFixedCaption = "2.7.0";
+    constexpr std::size_t kWidth = 9;
+    State().exposureCaption = text::kExposureCaption;
+    const auto& settings = Services().settings;
+    if (!settings) return;
+    const std::string version =
+        TextOf(settings->ReadValue(setting::kUninstallPath, setting::kDisplayVersion));
+    if (!EqualsIgnoringCase(version, kVersionWithFixedCaption)) return;
+    std::string caption = Translate(text::kExposureCaption);
+    while (CodePoints(caption) > kWidth) {
+        // A character of several bytes goes as a whole.
+        while (!caption.empty() && (static_cast<unsigned char>(caption.back()) & 0xC0U) == 0x80U)
+            caption.pop_back();
+        caption.pop_back();
+    }
+    const std::size_t length = CodePoints(caption);
+    State().exposureCaption = std::string(kWidth - std::min(kWidth, length), ' ') + caption;
+}
+
+void SetPlugIn(const std::shared_ptr<IPlugIn>& plugIn) {
+    if (!plugIn || plugIn->PlugInID() != kPlugInId) return;
+    State().plugIn = std::dynamic_pointer_cast<IZRD47500PlugIn>(plugIn);
+}
+
+std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name, std::string& version) {
+    const auto& plugIn = State().plugIn;
+    return plugIn ? plugIn->LoadStandard(testId, name, version) : nullptr;
+}
+
+}  // namespace vorex

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "foundation/host_contract.h"
+#include "foundation/vocabulary.h"
+
+namespace vorex {
+
+/// The text of a key in the language of the report, when there is one, or of the program.
+std::string Translate(std::string_view textKey, const IReportDocument* report = nullptr);
+/// The same with "%%1", "%%2" filled.
+std::string Translate(std::string_view textKey, std::initializer_list<std::string> arguments,
+                      const IReportDocument* report = nullptr);
+/// The default English text of a key with its placeholders filled: what is shown without a language table.
+std::string DefaultText(std::string_view textKey, TextArguments arguments);
+/// The text with "%%1", "%%2" filled.
+std::string FillPlaceholders(std::string text, TextArguments arguments);
+
+/// Text of a choice for a person; an unknown value shows the fallback of its enumeration.
+std::string DisplayText(const Choice& choice, int32_t value, const IReportDocument* report = nullptr);
+/// Stored form of a choice: its code in decimal, or, with a report at hand, its text in the report's
+/// language.
+std::string StoredText(const Choice& choice, int32_t value, const IReportDocument* report = nullptr);
+
+/// The text of a status: "Pass", "Fail", "NA"; empty for not tested.
+std::string StatusText(int32_t status, const IReportDocument* report = nullptr);
+
+/// False exactly when the text is, ignoring case, the over-range or the under-range mark of the detector.
+bool IsValidReading(std::string_view reading);
+
+/// Dose and dose rate units of the Pelomark in words; charge is measured in amperes as a rate.
+std::string DosimeterDoseUnit(int32_t doseUnit, const IReportDocument* report = nullptr);
+std::string DosimeterRateUnit(int32_t doseUnit, int32_t rateUnit, const IReportDocument* report = nullptr);
+
+/// A comment holds at most one marker: the operator's words stand before it, the log of edited values, a
+/// line each, behind it.
+std::string CommentWords(std::string_view comment);
+std::string CommentLog(std::string_view comment);
+/// The comment with a text put behind its marker; a comment without one gets the marker first.
+std::string AppendComment(std::string_view comment, std::string_view text);
+
+/// A time-out of the detector in ms, from minutes of the settings store; the default when it reads as 0.
+int32_t SleepTimeOut();
+int32_t ShutdownTimeOut();
+/// An integer of the plug-in's settings; the default when the value is missing or no number.
+int32_t ReadSetting(std::string_view name, int32_t defaultValue);
+/// Fixes the exposure caption at the start of the application. One version of the host lays its columns out
+/// for captions of nine characters.
+void FixExposureCaption();
+
+/// Introduces the plug-in object; any other plug-in than this library's is ignored.
+void SetPlugIn(const std::shared_ptr<IPlugIn>& plugIn);
+/// A standard of the plug-in; empty without a plug-in or when it has none of that name.
+std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name, std::string& version);
+
+}  // namespace vorex

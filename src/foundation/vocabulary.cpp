@@ -1,0 +1,181 @@
+#include "foundation/vocabulary.h"
+
+#include <algorithm>
+
+namespace vorex {
+
+namespace {
+
+// clang-format off
+constexpr ChoiceRow kDetectorModeRows[] = {
+    {kRadio,  text::kModeRadio,  1},
+    {kMammo,  text::kModeMammo,  3},  // the file swaps these two codes
+    {kFluoro, text::kModeFluoro, 2},
+    {kDental, text::kModeDental, 4},
+};
+constexpr ChoiceRow kDetectorSettingRows[] = {
+    {1, text::kSettingsAuto, 1}, {2, text::kSettingsManual, 2}, {3, text::kSettingsDefault, 3},
+};
+constexpr ChoiceRow kExposureUnitRows[] = {{kUnitR, text::kExposureUnitR, 1}, {kUnitGy, text::kExposureUnitGy, 2}};
+constexpr ChoiceRow kRateTimeBaseRows[] = {
+    {1, text::kPerSec, 1}, {2, text::kPerMin, 2}, {3, text::kPerHour, 3}, {4, text::kPerPulse, 4},
+};
+constexpr ChoiceRow kFluoroTypeRows[] = {{kContinuous, text::kFluoroCont, 1}, {kPulsed, text::kFluoroPulsed, 2}};
+constexpr ChoiceRow kTimeUnitRows[] = {{kMilliseconds, text::kTimeMilliseconds, 1}, {kPulses, text::kTimePulses, 2}};
+constexpr ChoiceRow kFlagRows[] = {{1, text::kTrue, 1}, {0, text::kFalse, 0}};
+constexpr ChoiceRow kGeneratorSetupRows[] = {
+    {kSetupMas, text::kMas, 1}, {kSetupMaTime, text::kMa, 2, text::kTime},
+};
+constexpr ChoiceRow kSddUnitRows[] = {
+    {kInch,       text::kInches,      2},  // the file counts the other way round
+    {kCentimeter, text::kCentimeters, 1},
+};
+constexpr ChoiceRow kFocalSpotRows[] = {{kLargeSpot, text::kFocalSpotLarge, 1}, {kSmallSpot, text::kFocalSpotSmall, 2}};
+constexpr ChoiceRow kPressureUnitRows[] = {
+    {0, text::kUnitInHg, 0}, {1, text::kUnitMmHg, 1}, {2, text::kUnitMbar, 2},
+    {3, text::kUnitHpa, 3}, {4, text::kUnitFeet, 4}, {5, text::kUnitMeter, 5},
+};
+constexpr ChoiceRow kTemperatureUnitRows[] = {
+    {0, text::kUnitCelsius, 0}, {1, text::kUnitFahrenheit, 1}, {2, text::kUnitKelvin, 2},
+};
+constexpr ChoiceRow kDoseUnitRows[] = {
+    {0, text::kDoseUnitR, 0}, {1, text::kDoseUnitGy, 1}, {2, text::kDoseUnitCoulomb, 2},
+};
+constexpr ChoiceRow kDoseRateBaseRows[] = {
+    {0, text::kRatePerSec, 0}, {1, text::kRatePerMin, 1}, {2, text::kRatePerHour, 2}, {3, text::kRatePerPulse, 3},
+};
+constexpr ChoiceRow kPelomarkModeRows[] = {{0, text::kDoseMode, 0}, {1, text::kRateMode, 1}, {2, text::kLowRateMode, 2}};
+
+constexpr std::string_view kVariationRows[] = {
+    key::kErKvpMax, key::kErKvpAvg, key::kErKvPpv, key::kErExposure,
+    key::kErExposureRate, key::kErExposureTime, key::kErExposureInPulses, key::kErHvl,
+};
+constexpr std::string_view kMasColumns[] = {
+    key::kMa, key::kMas, key::kMasPulse, key::kDoseMas, key::kAvgMa, key::kAvgMas, key::kAvgMasPulse,
+    key::kAvgDoseMas, key::kCvMa, key::kCvMas, key::kCvMasPulse, key::kCvDoseMas,
+};
+constexpr std::string_view kWaveformQuantities[] = {
+    key::kKvpAvg, key::kKvpMax, key::kKvPpv, key::kExposure,
+    key::kExposureRate, key::kExposureTime, key::kExposureInPulses, key::kHvl,
+};
+// clang-format on
+
+template <std::size_t N>
+bool Holds(const std::string_view (&list)[N], std::string_view word) {
+    return std::find(std::begin(list), std::end(list), word) != std::end(list);
+}
+
+template <std::size_t N>
+constexpr Choice FirstRowFallback(const ChoiceRow (&rows)[N]) {
+    return {rows, rows[0].text, rows[0].stored, rows[0].value};
+}
+
+}  // namespace
+
+// An unknown value takes the first row; an unknown code reads as 1. The exceptions are spelled out.
+const Choice kDetectorModes = FirstRowFallback(kDetectorModeRows);
+const Choice kDetectorSettings = FirstRowFallback(kDetectorSettingRows);
+const Choice kExposureUnits = FirstRowFallback(kExposureUnitRows);
+const Choice kRateTimeBases = FirstRowFallback(kRateTimeBaseRows);
+const Choice kFluoroTypes = FirstRowFallback(kFluoroTypeRows);
+const Choice kTimeUnits = FirstRowFallback(kTimeUnitRows);
+const Choice kFlags = {kFlagRows, text::kFalse, 0, 0};
+const Choice kGeneratorSetups = FirstRowFallback(kGeneratorSetupRows);
+const Choice kSddUnits = {kSddUnitRows, text::kCentimeters, 2, kCentimeter};
+const Choice kFocalSpots = {kFocalSpotRows, text::kFocalSpotSmall, 2, kSmallSpot};
+const Choice kPressureUnits = FirstRowFallback(kPressureUnitRows);
+const Choice kTemperatureUnits = FirstRowFallback(kTemperatureUnitRows);
+const Choice kDoseUnits = FirstRowFallback(kDoseUnitRows);
+const Choice kDoseRateBases = FirstRowFallback(kDoseRateBaseRows);
+const Choice kPelomarkModes = FirstRowFallback(kPelomarkModeRows);
+
+const TestRow* FindTest(int32_t testId) {
+    const auto* row = std::find_if(kTestCatalogue.begin(), kTestCatalogue.end(),
+                                   [&](const TestRow& r) { return r.id == testId; });
+    return row == kTestCatalogue.end() ? nullptr : row;
+}
+
+bool IsMeasuringTest(int32_t testId) {
+    return TestBit(testId) != 0;
+}
+
+const ChoiceRow* FindRow(const Choice& choice, int32_t value) {
+    for (const ChoiceRow& row : choice.rows)
+        if (row.value == value) return &row;
+    return nullptr;
+}
+
+std::string_view TextKeyOf(const Choice& choice, int32_t value) {
+    const ChoiceRow* row = FindRow(choice, value);
+    return row != nullptr ? row->text : choice.fallbackText;
+}
+
+int32_t ValueOfStored(const Choice& choice, int32_t stored) {
+    for (const ChoiceRow& row : choice.rows)
+        if (row.stored == stored) return row.value;
+    return choice.fallbackValue;
+}
+
+int32_t StoredOfValue(const Choice& choice, int32_t value) {
+    const ChoiceRow* row = FindRow(choice, value);
+    return row != nullptr ? row->stored : choice.fallbackStored;
+}
+
+std::string_view ExposureUnitKey(int32_t mode, int32_t exposureUnit) {
+    const bool gray = exposureUnit == kUnitGy;
+    if (mode == kFluoro) return gray ? text::kUnitMilligray : text::kExposureUnitR;
+    return gray ? text::kUnitMicrogray : text::kUnitMilliroentgen;
+}
+
+std::string_view ExposureRateUnitKey(int32_t mode, int32_t exposureUnit, int32_t timeBase) {
+    const bool gray = exposureUnit == kUnitGy;
+    if (mode != kFluoro) return gray ? text::kUnitMicrograyPerSec : text::kUnitMilliroentgenPerSec;
+    switch (timeBase) {
+        case 2:
+            return gray ? text::kUnitMilligrayPerMin : text::kUnitRPerMin;
+        case 3:
+            return gray ? text::kUnitMilligrayPerHour : text::kUnitRPerHour;
+        case 4:
+            return gray ? text::kUnitMilligrayPerPulse : text::kUnitRPerPulse;
+        default:
+            return gray ? text::kUnitMilligrayPerSec : text::kUnitRPerSec;
+    }
+}
+
+std::string_view ExposurePerMasUnitKey(int32_t mode, int32_t exposureUnit) {
+    const bool gray = exposureUnit == kUnitGy;
+    if (mode == kFluoro) return gray ? text::kUnitMilligrayPerMas : text::kUnitRPerMas;
+    return gray ? text::kUnitMicrograyPerMas : text::kUnitMilliroentgenPerMas;
+}
+
+std::string_view TimeUnitKey(int32_t mode) {
+    return mode == kFluoro ? text::kUnitSec : text::kUnitMs;
+}
+
+bool IsVariationRow(std::string_view measurementKey) {
+    return Holds(kVariationRows, measurementKey);
+}
+
+bool IsMasFamily(std::string_view measurementKey) {
+    return Holds(kMasColumns, measurementKey);
+}
+
+bool IsMaxExposureRate(std::string_view measurementKey) {
+    return measurementKey.starts_with(key::kMaxExposureRate);
+}
+
+bool IsWaveformQuantity(std::string_view measurementKey) {
+    return Holds(kWaveformQuantities, measurementKey);
+}
+
+std::string LimitKeyOf(std::string_view measurementKey) {
+    std::string limitKey;
+    if (!measurementKey.starts_with(key::kErPrefix)) limitKey = key::kErPrefix;
+    limitKey += measurementKey;
+    if (limitKey.size() == measurementKey.size()) return limitKey;
+    for (std::size_t at = limitKey.find(kDelimiter); at != std::string::npos; at = limitKey.find(kDelimiter))
+        limitKey.erase(at, kDelimiter.size());
+    return limitKey;
+}
+
+}  // namespace vorex
