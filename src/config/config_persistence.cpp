@@ -1,0 +1,359 @@
+#include <algorithm>
+#include <limits>
+#include <variant>
+
+#include "config/config_common.h"
+#include "foundation/host_error.h"
+#include "foundation/host_services.h"
+#include "foundation/number_text.h"
+
+// The configuration block of the element file: a flat list of keys. One table holds every persisted setting
+// in write order, and saving and loading walk it.
+
+namespace vorex {
+
+namespace {
+
+using C = ConfigFields;
+
+constexpr std::string_view kClassName = "CConfigCommon";
+
+/// How a cell of the exposure table is kept.
+enum class CellForm { kNumber, kText, kLeadingNumber, kThickness };
+
+struct CellRow {
+    TestSet tests;
+    std::string_view key;  ///< the row number, from 0, is glued to it
+    TextArray C::*array;
+    CellForm form;
+};
+
+using Field = std::variant<float C::*, int32_t C::*, uint8_t C::*, int16_t C::*, bool C::*, std::string C::*>;
+
+/// How a setting is kept.
+enum class Form {
+    kNumber,     ///< a float, or an integer
+    kCode,       ///< a choice, as its code
+    kTrueFalse,  ///< "True" or "False"; an empty text reads as the default
+    kText,
+    kNumberText,  ///< a text that passes the number reader both ways
+};
+
+struct SettingRow {
+    TestSet tests;
+    std::string_view key;
+    Field field;
+    Form form;
+    const Choice* choice = nullptr;
+    bool emptyIs = false;
+};
+
+// clang-format off
+constexpr TestSet kLinearity = Tests({kRadioLinearity});
+constexpr TestSet kAccuracy  = Tests({kRadioAccuracy});
+constexpr TestSet kRepro     = Tests({kRadioRepro});
+constexpr TestSet kFluoroscopy = Tests({kFluoroAccuracy, kFluoroExposure});
+constexpr TestSet kAccRepro  = Tests({kMammoAccRepro});
+constexpr TestSet kAec       = Tests({kMammoAec});
+constexpr TestSet kOutput    = Tests({kMammoRadiation});
+
+constexpr CellRow kCells[] = {
+    {Tests({kRadioAccuracy, kFluoroAccuracy, kFluoroExposure}),
+                 tag::kMachineKV,         &C::machineKv,         CellForm::kNumber},
+    {Tests({kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure}),
+                 tag::kMachinemA,         &C::machineMa,         CellForm::kNumber},
+    {Tests({kRadioAccuracy, kRadioLinearity, kMammoAec, kMammoRadiation}),
+                 tag::kMachinemAs,        &C::machineMas,        CellForm::kNumber},
+    {kOutput,    tag::kSid,               &C::sid,               CellForm::kNumber},
+    {Tests({kFluoroExposure}),
+                 tag::kPhantomThickness,  &C::phantomThickness,  CellForm::kThickness},
+    {Tests({kFluoroExposure}),
+                 tag::kMode,              &C::mode,              CellForm::kText},
+    {kAccuracy,  tag::kMachineTime,       &C::machineTime,       CellForm::kNumber},
+    {kAccuracy,  tag::kFocalSpotSize,     &C::focalSpot,         CellForm::kLeadingNumber},
+    {kAccuracy,  tag::kPassFailCriterion, &C::passFailCriterion, CellForm::kText},
+    {kLinearity, tag::kMachineAdjacent,   &C::machineAdjacent,   CellForm::kText},
+    {kLinearity, tag::kFocalSpot,         &C::focalSpot,         CellForm::kText},
+};
+
+constexpr SettingRow kMeasurementSettings[] = {
+    {kAllTests, tag::kMeasurementMode,         &C::pMeasurementMode,             Form::kCode, &kDetectorModes},
+    {kAllTests, tag::kMeasurementSettings,     &C::pMeasurementSettings,         Form::kCode, &kDetectorSettings},
+    {kAllTests, tag::kMeasurementExposure,     &C::pMeasurementExposure,         Form::kCode, &kExposureUnits},
+    {kAllTests, tag::kMeasurementRateUnit,     &C::pMeasurementExposureRateUnit, Form::kCode, &kRateTimeBases},
+    {kAllTests, tag::kMeasurementFluoroType,   &C::pMeasurementFluoroType,       Form::kCode, &kFluoroTypes},
+    {kAllTests, tag::kMeasurementTimeUnit,     &C::pMeasurementTimeUnit,         Form::kCode, &kTimeUnits},
+    {kAllTests, tag::kMeasurementPercentKV,    &C::pMeasurementPercentKV,        Form::kNumber},
+    {kAllTests, tag::kMeasurementDelay,        &C::pMeasurementDelay,            Form::kNumber},
+    {kAllTests, tag::kMeasurementIncludeDelay, &C::pMeasurementIncludeDelay,     Form::kCode, &kFlags},
+
+    {kFluoroscopy, tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
+    {kFluoroscopy, tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
+    {kFluoroscopy, tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
+
+    {kLinearity,   tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
+    {kLinearity,   tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
+    {kLinearity,   tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
+    {kLinearity,   tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
+    {kLinearity,   tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
+
+    {kRepro,       tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
+    {kRepro,       tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
+    {kRepro,       tag::kMachinemA,      &C::pMachineMA,      Form::kNumber},
+    {kRepro,       tag::kMachinemAs,     &C::pMachineMAS,     Form::kNumber},
+    {kRepro,       tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
+    {kRepro,       tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
+    {kRepro,       tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
+    {kRepro,       tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
+
+    {kAccuracy,    tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
+    {kAccuracy,    tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
+    {kAccuracy,    tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
+
+    {kAccRepro,    tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
+    {kAccRepro,    tag::kMachinemA,      &C::pMachineMA,      Form::kNumber},
+    {kAccRepro,    tag::kMachinemAs,     &C::pMachineMAS,     Form::kNumber},
+    {kAccRepro,    tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
+    {kAccRepro,    tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
+
+    {kAec,         tag::kNominalKV,         &C::pNominalKV,                Form::kNumberText},
+    {kAec,         tag::kAecMode,           &C::pAECMode,                  Form::kText},
+    {kAec,         tag::kCassetteSize,      &C::pCassetteSize,             Form::kNumberText},
+    {kAec,         tag::kImagingMode,       &C::pImagingMode,              Form::kText},
+    {kAec,         tag::kScreenType,        &C::pScreenType,               Form::kText},
+    {kAec,         tag::kFilmType,          &C::pFilmType,                 Form::kText},
+    {kAec,         tag::kFilter,            &C::pFilter,                   Form::kText},
+    {kAec,         tag::kTargetMaterial,    &C::pTargetMaterial,           Form::kText},
+    {kAec,         tag::kFieldRestriction,  &C::pFileldRestriction,        Form::kText},
+    {kAec,         tag::kSourceToBucky,     &C::pSourceToBuckyDistance,    Form::kNumberText},
+    {kAec,         tag::kSourceToDetector,  &C::pSourceToDetectorDistance, Form::kNumberText},
+    {kAec,         tag::kSid,               &C::pSID,                      Form::kNumberText},
+    {kAec,         tag::kDensityControl,    &C::pDensityControlSettings,   Form::kText},
+    {kAec,         tag::kCorrectionFactor,  &C::pEnergyCorrectionFactor,   Form::kNumberText},
+    {kAec,         tag::kGlandularFraction, &C::pGlandularFraction,        Form::kNumberText},
+    {kAec,         tag::kMeasuredHvl,       &C::pMeasuredHVL,              Form::kNumberText},
+    {kAec,         tag::kPhantom,           &C::pPhantom,                  Form::kText},
+    {kAec,         tag::kBreastThickness,   &C::pBreastThickness,          Form::kNumberText},
+
+    {kOutput,      tag::kMachineKV,   &C::pMachineKV,     Form::kNumber},
+    {kOutput,      tag::kAnode,       &C::pMachineAnode,  Form::kText},
+    {kOutput,      tag::kMachineTime, &C::pMachineTime,   Form::kNumber},
+    {kOutput,      tag::kFilter,      &C::pMachineFilter, Form::kText},
+    {kOutput,      tag::kSdd,         &C::pMachineSDD,    Form::kNumber},
+
+    {kAllTests, tag::kTargetFilterName,    &C::pTargetFilterName,         Form::kText},
+    {kAllTests, tag::kPkAdcf,              &C::AirDensityCorrection,      Form::kTrueFalse, nullptr, true},
+    {kAllTests, tag::kPkUserSetTemp,       &C::UserSetTemperature,        Form::kTrueFalse},
+    {kAllTests, tag::kPkTemperature,       &C::TemperatureValue,          Form::kNumber},
+    {kAllTests, tag::kPkUserSetPres,       &C::UserSetPressure,           Form::kTrueFalse},
+    {kAllTests, tag::kPkPressure,          &C::PressureValue,             Form::kNumber},
+    {kAllTests, tag::kPkRefTemp,           &C::ReferenceTemperature,      Form::kNumber},
+    {kAllTests, tag::kPkMode,              &C::PKMode,                    Form::kNumber},
+    {kAllTests, tag::kPkAutoReset,         &C::AutoReset,                 Form::kTrueFalse},
+    {kAllTests, tag::kPkDoseUnit,          &C::PKDoseUnit,                Form::kNumber},
+    {kAllTests, tag::kPkDoseRateUnit,      &C::PKDoseRateUnit,            Form::kNumber},
+    {kAllTests, tag::kPkFrameRate,         &C::PKFrameRate,               Form::kText},
+    {kAllTests, tag::kPkTempUnit,          &C::PKTemperatureUnit,         Form::kNumber},
+    {kAllTests, tag::kPkPresUnit,          &C::PKPressureUnit,            Form::kNumber},
+    {kAllTests, tag::kPkPressureOffset,    &C::InternalPressureOffset,    Form::kNumber},
+    {kAllTests, tag::kPkTemperatureOffset, &C::InternalTemperatureOffset, Form::kNumber},
+    {kAllTests, tag::kPkIonChamberName,    &C::IonChamberName,            Form::kText},
+    {kAllTests, tag::kPkIonCalConstant,    &C::CalConstant,               Form::kText},
+    {kAllTests, tag::kPkIonCalFactor,      &C::CalFactor,                 Form::kText},
+    {kAllTests, tag::kMasInput,            &C::MASInput,                  Form::kTrueFalse, nullptr, true},
+    {kAllTests, tag::kMasInputOverride,    &C::MASInputOverride,          Form::kTrueFalse, nullptr, true},
+    {kAllTests, tag::kMasOption,           &C::MASOption,                 Form::kTrueFalse},
+    {kAllTests, tag::kTestGuideMasInput,   &C::TestGuideMASInput,         Form::kText},
+    {kAllTests, tag::kOverridePrint,       &C::OverridePrintReport,       Form::kTrueFalse, nullptr, true},
+    {kAllTests, tag::kDetectorOption,      &C::DetectorOption,            Form::kNumber},
+};
+
+/// Tests whose old files keep the import flag under another key.
+constexpr TestSet kOldImportKey = Tests({kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure});
+// clang-format on
+
+std::string RowKey(std::string_view key, std::size_t row) {
+    return std::string(key) + std::to_string(row);
+}
+
+template <typename Number>
+Number Clamped(std::string_view text) {
+    constexpr auto kLow = static_cast<int32_t>(std::numeric_limits<Number>::min());
+    constexpr auto kHigh = static_cast<int32_t>(std::numeric_limits<Number>::max());
+    return static_cast<Number>(std::clamp(ReadInteger(text), kLow, kHigh));
+}
+
+/// The text of a field as the file keeps it.
+struct FieldToText {
+    const ConfigFields& config;
+    const SettingRow& row;
+
+    std::string operator()(float C::*field) const { return LocaleText(config.*field); }
+    std::string operator()(bool C::*field) const {
+        if (row.form == Form::kCode) return PlainText(StoredOfValue(*row.choice, config.*field ? 1 : 0));
+        return std::string(config.*field ? kStoredTrue : kStoredFalse);
+    }
+    std::string operator()(std::string C::*field) const {
+        return row.form == Form::kNumberText ? LocaleText(ReadNumber(config.*field)) : config.*field;
+    }
+    template <typename Integer>
+    std::string operator()(Integer C::*field) const {
+        const auto value = static_cast<int32_t>(config.*field);
+        return PlainText(row.form == Form::kCode ? StoredOfValue(*row.choice, value) : value);
+    }
+};
+
+/// Takes a text of the file into a field.
+struct TextToField {
+    ConfigFields& config;
+    const SettingRow& row;
+    std::string_view text;
+
+    void operator()(float C::*field) const { config.*field = static_cast<float>(ReadNumber(text)); }
+    void operator()(bool C::*field) const {
+        if (row.form == Form::kCode)
+            config.*field = ValueOfStored(*row.choice, ReadInteger(text)) != 0;
+        else
+            config.*field = text.empty() ? row.emptyIs : text == kStoredTrue;
+    }
+    void operator()(std::string C::*field) const {
+        config.*field = row.form == Form::kNumberText ? LocaleText(ReadNumber(text)) : std::string(text);
+    }
+    template <typename Integer>
+    void operator()(Integer C::*field) const {
+        config.*field = row.form == Form::kCode
+                            ? static_cast<Integer>(ValueOfStored(*row.choice, ReadInteger(text)))
+                            : Clamped<Integer>(text);
+    }
+};
+
+/// What an absent key means: a choice reads as its first value, anything else keeps what it has.
+struct AbsentField {
+    ConfigFields& config;
+    const SettingRow& row;
+
+    void operator()(int32_t C::*field) const {
+        if (row.form == Form::kCode) config.*field = 1;
+    }
+    void operator()(bool C::*field) const {
+        if (row.form == Form::kCode) config.*field = false;
+    }
+    template <typename Other>
+    void operator()(Other C::*) const {}
+};
+
+std::string StoredCell(const CellRow& row, const TextArray& array, std::size_t index) {
+    const std::string cell = index < array.size() ? array[index] : std::string();
+    if (row.form == CellForm::kNumber) return LocaleText(ReadNumber(cell));
+    return row.form == CellForm::kThickness ? LocaleDecimal(cell) : cell;
+}
+
+/// The text of the first child of a name; null when there is none.
+class ChildTexts {
+  public:
+    explicit ChildTexts(const IXmlElement& element) : mChildren(element.Children()) {}
+
+    const IXmlElement* Find(std::string_view name) const {
+        for (const auto& child : mChildren)
+            if (child->Name() == name) return child.get();
+        return nullptr;
+    }
+
+  private:
+    XmlElements mChildren;
+};
+
+void LoadRow(ConfigFields& config, const ChildTexts& children, std::size_t row) {
+    const IXmlElement* flag = children.Find(RowKey(tag::kNumberOfExposures, row));
+    if (flag == nullptr && kOldImportKey.Has(config.pTestID))
+        flag = children.Find(RowKey(tag::kImportWaveformStatus, row));
+    if (flag != nullptr) config.importFlags[row] = flag->Text();
+    for (const CellRow& cell : kCells) {
+        if (!cell.tests.Has(config.pTestID)) continue;
+        // The thickness column is filled from the mA of its row; files of the field rely on it.
+        const bool thickness = cell.form == CellForm::kThickness;
+        const IXmlElement* node = children.Find(RowKey(thickness ? tag::kMachinemA : cell.key, row));
+        if (node == nullptr) continue;
+        std::string& target = (config.*cell.array)[row];
+        switch (cell.form) {
+            case CellForm::kNumber:
+                target = LocaleText(ReadNumber(node->Text()));
+                break;
+            case CellForm::kLeadingNumber:
+                target = PlainText(ReadNumber(node->Text()));
+                break;
+            case CellForm::kThickness:
+                target = LocaleDecimal(node->Text());
+                break;
+            case CellForm::kText:
+                target = node->Text();
+                break;
+        }
+    }
+}
+
+void ResizeTable(ConfigFields& config) {
+    constexpr TextArray C::*kArrays[] = {&C::importFlags,
+                                         &C::machineKv,
+                                         &C::machineMa,
+                                         &C::machineMas,
+                                         &C::machineTime,
+                                         &C::passFailCriterion,
+                                         &C::machineAdjacent,
+                                         &C::focalSpot,
+                                         &C::phantomThickness,
+                                         &C::mode,
+                                         &C::sid};
+    for (TextArray C::*array : kArrays) (config.*array).assign(config.pNoOfExposures, std::string());
+}
+
+}  // namespace
+
+std::shared_ptr<IXmlElement> CConfigCommon::Save(const std::shared_ptr<IXmlDocument>& owner) {
+    const auto block = owner->CreateElement(tag::kPlugInData);
+    if (!block) RaiseHostError(kErrorConfigurationSave, kClassName, 3);
+    block->SetAttribute(tag::kPlugIn, kPlugInId);
+    block->AddValue(tag::kDetectorName, PlainText(DetectorName));
+    block->AddValue(tag::kNumberOfExposures, PlainText(static_cast<int32_t>(pNoOfExposures)));
+    for (std::size_t row = 0; row < pNoOfExposures; ++row) {
+        block->AddValue(RowKey(tag::kNumberOfExposures, row),
+                        row < importFlags.size() ? importFlags[row] : std::string());
+        for (const CellRow& cell : kCells)
+            if (cell.tests.Has(pTestID))
+                block->AddValue(RowKey(cell.key, row), StoredCell(cell, this->*cell.array, row));
+    }
+    for (const SettingRow& row : kMeasurementSettings)
+        if (row.tests.Has(pTestID)) block->AddValue(row.key, std::visit(FieldToText{*this, row}, row.field));
+    if (mTestGuideConfig)
+        if (const auto settings = mTestGuideConfig->Save(owner)) block->AddChild(settings);
+    return block;
+}
+
+void CConfigCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* /*log*/) {
+    if (element->Name() != tag::kPlugInData || element->GetAttribute(tag::kPlugIn) != kPlugInId)
+        RaiseHostError(kErrorForeignConfiguration, kClassName, 4,
+                       {"found \"" + std::string(element->Name()) + "\" of plug-in \"" +
+                        std::string(element->GetAttribute(tag::kPlugIn)) + "\""});
+    if (Services().createTestGuideConfig) mTestGuideConfig = Services().createTestGuideConfig();
+    const ChildTexts children(*element);
+    if (const IXmlElement* kind = children.Find(tag::kDetectorName)) {
+        DetectorName = ReadInteger(kind->Text());
+        if (DetectorName == kNoDetector) DetectorName = kZrd;
+    }
+    pNoOfExposures = 0;
+    if (const IXmlElement* count = children.Find(tag::kNumberOfExposures))
+        pNoOfExposures = Clamped<uint8_t>(count->Text());
+    if (pNoOfExposures > 0) ResizeTable(*this);
+    for (std::size_t row = 0; row < pNoOfExposures; ++row) LoadRow(*this, children, row);
+    for (const SettingRow& row : kMeasurementSettings) {
+        if (!row.tests.Has(pTestID)) continue;
+        if (const IXmlElement* child = children.Find(row.key))
+            std::visit(TextToField{*this, row, child->Text()}, row.field);
+        else
+            std::visit(AbsentField{*this, row}, row.field);
+    }
+    const auto settings = element->FindChild(tag::kTestGuideSettings);
+    if (!settings.empty() && mTestGuideConfig) mTestGuideConfig->Load(settings.front());
+}
+
+}  // namespace vorex
