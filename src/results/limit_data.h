@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/class_registry.h"
+#include "foundation/host_contract.h"
+
+namespace vorex {
+
+class CConfigCommon;
+
+/// The limits of a test element: the host's standards of the element, and what the host's limit editor has to
+/// know about the test.
+class CLimitData : public ILimitData, public LibraryObject, public std::enable_shared_from_this<CLimitData> {
+  public:
+    // ILimitData. The description is not kept.
+    std::string Description() const override { return {}; }
+    void Description(std::string_view /*text*/) override {}
+    bool HasDialog() const override { return mHasDialog; }
+    std::shared_ptr<IStandardCollection> Standards() const override { return mStandards; }
+    void Owner(const std::shared_ptr<ITestElement>& element) override { mOwner = element; }
+    /// A clone of the standards, without the owner.
+    std::shared_ptr<ILimitData> Clone() const override;
+    /// Hosts the host's limit editor; empty when there is none, or no dialog is wanted.
+    std::shared_ptr<IDialog> CreateDialog() override;
+    /// The plug-in's standard of that name, or an empty one with the rows of the test. A standard that is
+    /// there already is not added twice.
+    std::shared_ptr<IStandard> CreateStandard(std::string_view name, std::string_view version) override;
+    /// Raises 0x8004A4EE for another element; the standards are empty when their load fails.
+    void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
+    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
+    /// Prints nothing: puts the standards where the result's report finds them.
+    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
+    void UpdateLimits(const std::shared_ptr<ITestElement>& /*owner*/) override {}
+    std::vector<std::shared_ptr<IStandard>> FindFailedStandards(
+        const IMeasurement* measurement, const ISelectedStandards* selected) const override;
+
+    void HasDialogFlag(bool hasDialog) { mHasDialog = hasDialog; }
+    void SetOwner(const std::shared_ptr<ITestElement>& element, bool hasDialog);
+    void SetStandardsFrom(const ILimitData& source);
+    /// Adds the empty limits of a test to a standard; nothing for the survey.
+    void CreateTestLimits(IStandard& standard, int32_t testId) const;
+    /// Fills the host's limit editor with the rows of a test, and brings old standards up to the present
+    /// units and exposures.
+    void PrepareLimitDialog(ILimitView& view, int32_t testId);
+    /// The same for the editor that is open.
+    void RefreshDialog();
+
+  private:
+    std::shared_ptr<CConfigCommon> OwnerConfiguration() const;
+    int32_t OwnerTestId() const;
+    void AddLimit(IStandard& standard, std::string_view limitKey, std::string_view unit,
+                  std::string_view expression) const;
+    void AddExposureRows(ILimitView& view);
+    void RefreshUnits(int32_t testId);
+    std::string UnitOf(const struct LimitRow& row) const;
+    std::string ExposureRateUnit() const;
+
+    std::shared_ptr<IStandardCollection> mStandards;
+    std::weak_ptr<ITestElement> mOwner;
+    bool mHasDialog = true;
+    std::weak_ptr<ILimitView> mView;
+};
+
+}  // namespace vorex

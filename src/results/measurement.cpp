@@ -1,0 +1,235 @@
+#include "results/measurement.h"
+
+#include <algorithm>
+
+#include "foundation/host_error.h"
+#include "foundation/host_services.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr std::string_view kClassName = "CMeasurement";
+constexpr std::string_view kVariationExpression = "CV";
+
+// clang-format off
+/// Judged statistics: an empty one is stored as text, and they are numbers again when loaded.
+constexpr std::string_view kStatisticKeys[] = {
+    key::kCriterionHvl, key::kCalculatedHvl, key::kOutputRate, key::kAirKermaRate, key::kPercentError,
+    key::kCv, key::kFluoroKvpError, key::kCvExposure, key::kCvMasSettings, key::kGlandularDose,
+    key::kPercentKvpError, key::kAbsoluteKvpError, key::kPercentTimerError,
+};
+/// Texts that are stored as their keys, so that a file reads in every language. The first that is found in a
+/// value wins.
+constexpr std::string_view kNeutralTexts[] = {
+    text::kPass, text::kFail, text::kNotApplicable, text::kOverRange, text::kUnderRange, text::kTrue, text::kFalse,
+};
+// clang-format on
+
+bool IsStatistic(std::string_view measurementKey) {
+    return std::find(std::begin(kStatisticKeys), std::end(kStatisticKeys), measurementKey) !=
+               std::end(kStatisticKeys) ||
+           IsVariationRow(measurementKey);
+}
+
+/// Texts that a person typed and that are shown as they stand.
+bool IsTypedText(std::string_view measurementKey) {
+    return measurementKey == key::kPhantomThickness || measurementKey == key::kMode;
+}
+
+bool IsVerdict(std::string_view shown) {
+    return EqualsIgnoringCase(shown, Translate(text::kPass)) ||
+           EqualsIgnoringCase(shown, Translate(text::kFail)) ||
+           EqualsIgnoringCase(shown, Translate(text::kNotApplicable));
+}
+
+}  // namespace
+
+void CMeasurement::Initialize(std::string_view key, std::string_view description, std::string_view unit,
+                              int32_t valueType) {
+    mKey = key;
+    mDescription = description;
+    mUnit = unit;
+    mValueType = valueType;
+}
+
+std::string CMeasurement::Description() const {
+    return Translate(mDescription);
+}
+
+bool CMeasurement::HasValidReading() const {
+    const auto* reading = std::get_if<std::string>(&mValue);
+    return reading == nullptr || IsValidReading(*reading);
+}
+
+void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandards* selected) {
+    mStatus = kPassed;
+    if (limits == nullptr || selected == nullptr) return;
+    if (!limits->FindFailedStandards(this, selected).empty()) mStatus = kFailed;
+}
+
+bool CMeasurement::IsJudgedBy(const IExpectedResult& limit, int32_t side) const {
+    const bool variation = limit.Expression(side) == kVariationExpression;
+    return limit.IsSet(side) && variation == IsVariationRow(mKey) && limit.Key() == LimitKeyOf(mKey);
+}
+
+float CMeasurement::CalculateLimitValue(const IExpectedResult& limit, int32_t side) const {
+    if (const auto* calculated = dynamic_cast<const IExpectedResult2*>(&limit))
+        return calculated->CalculateValue(static_cast<float>(NumberOf(mPresetValue)), side);
+    return limit.Value(side);
+}
+
+int32_t CMeasurement::CheckLimit(const IExpectedResult& limit) const {
+    const auto number = static_cast<float>(NumberOf(mValue));
+    if (IsJudgedBy(limit, kHighSide) && CalculateLimitValue(limit, kHighSide) < number) return kFailed;
+    if (IsJudgedBy(limit, kLowSide) && CalculateLimitValue(limit, kLowSide) > number) return kFailed;
+    return kNotTested;
+}
+
+int32_t CMeasurement::ValidateLimits(const IStandard& standard) const {
+    const auto& limits = standard.Results();
+    const bool failed = std::any_of(limits.begin(), limits.end(),
+                                    [&](const auto& limit) { return CheckLimit(*limit) == kFailed; });
+    return failed ? kFailed : kNotTested;
+}
+
+CMeasurement::FoundLimit CMeasurement::GetLimit(int32_t side, const IStandard& standard, bool calculate,
+                                                int32_t ordinal) const {
+    FoundLimit found;
+    const auto read = [&](const IExpectedResult& limit) {
+        return calculate ? CalculateLimitValue(limit, side) : limit.Value(side);
+    };
+    const ExpectedResults& limits = standard.Results();
+    if (ordinal != 0) {
+        const auto index = static_cast<std::size_t>(ordinal - 1);
+        if (ordinal < 0 || index >= limits.size()) return found;
+        const IExpectedResult& limit = *limits[index];
+        const bool counts = limit.Key() == mKey || IsMaxExposureRate(mKey) || mKey == key::kCalculatedHvl;
+        if (counts && limit.IsSet(side)) found = {true, read(limit), mUnit};
+        return found;
+    }
+    for (const auto& limit : limits) {
+        if (!IsJudgedBy(*limit, side)) continue;
+        const float number = read(*limit);
+        // High: the smallest of several. Low: the last that differs, whichever is larger.
+        const bool takes =
+            !found.found || (side == kHighSide ? number < found.number : number != found.number);
+        if (takes) found.number = number;
+        found.found = true;
+        const bool percent = !calculate && limit->Expression(kHighSide).find('%') != std::string::npos;
+        found.unit = percent ? std::string(text::kUnitPercent) : mUnit;
+        if (IsMaxExposureRate(mKey)) break;
+    }
+    return found;
+}
+
+TaggedValue CMeasurement::GetLimitValue(const IStandard& standard, int32_t side, int32_t flags) const {
+    const FoundLimit limit = GetLimit(side, standard, (flags & kCalculatedValue) != 0, 0);
+    if (!limit.found) return {};
+    if ((flags & kAsText) == 0) return limit.number;
+    std::string shown = Trimmed(mValueFormat).empty() ? PlainText(limit.number)
+                                                      : FormatPicture(NumberOf(limit.number), mValueFormat);
+    if ((flags & kWithUnit) != 0) shown += " " + limit.unit;
+    return shown;
+}
+
+TaggedValue CMeasurement::GetResultValue(int32_t flags) const {
+    if ((flags & kAsText) == 0) return mValue;
+    std::string shown = ShownText();
+    if ((flags & kWithUnit) != 0 && !mUnit.empty()) shown += " " + mUnit;
+    return shown;
+}
+
+bool CMeasurement::SupportsLimit(int32_t /*side*/) const {
+    return mValueType == kJudgedNumber || mValueType == kOtherJudgedNumber;
+}
+
+std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
+    const std::string plain = TextOf(shown);
+    if (plain.empty()) return {};
+    if (mValueType == kTruthValue && mKey.starts_with("::")) return {};
+    if (IsTypedText(mKey) || !IsValidReading(plain)) return plain;
+    if (!Trimmed(mValueFormat).empty()) return FormatPicture(ReadNumber(plain), mValueFormat);
+    if (plain.find('*') != std::string::npos) return PlainText(ReadNumber(plain)) + "*";
+    if (IsVerdict(plain)) return plain;
+    return PlainText(ReadNumber(plain));
+}
+
+int32_t CMeasurement::StoredType() const {
+    const std::string plain = ValueText();
+    if (IsMaxExposureRate(mKey) && (!IsValidReading(plain) || plain.find('*') != std::string::npos))
+        return kTextOnly;
+    if (plain.empty() && IsStatistic(mKey)) return kTextOnly;
+    return mValueType;
+}
+
+TaggedValue CMeasurement::StoredValue(int32_t type) const {
+    if (type == kJudgedNumber) return NumberOf(mValue);
+    const auto* plain = std::get_if<std::string>(&mValue);
+    if (plain == nullptr || plain->empty() || IsNumber(*plain)) return mValue;
+    for (std::string_view textKey : kNeutralTexts) {
+        const std::string word = Translate(textKey);
+        if (!word.empty() && plain->find(word) != std::string::npos) return std::string(textKey);
+    }
+    return mValue;
+}
+
+std::shared_ptr<IXmlElement> CMeasurement::Save(const std::shared_ptr<IXmlDocument>& owner) {
+    if (mKey.empty()) return nullptr;
+    const auto element = owner->CreateElement(tag::kMeasurement);
+    if (!element) RaiseHostError(kErrorMeasurementSave, kClassName, 4);
+    element->SetAttribute(tag::kKey, mKey);
+    if (!mDescription.empty()) element->AddValue(tag::kDescription, mDescription);
+    const auto& codec = Services().codec;
+    const int32_t type = StoredType();
+    if (const auto value = codec->WriteValue(owner, StoredValue(type), type)) element->AddChild(value);
+    if (!mUnit.empty()) element->AddValue(tag::kUnit, mUnit);
+    if (const std::string preset = TextOf(mPresetValue); !preset.empty())
+        element->AddValue(tag::kPresetValue, preset);
+    if (const auto status = codec->WriteStatus(owner, mStatus, mStatusExtra)) element->AddChild(status);
+    return element;
+}
+
+void CMeasurement::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+    const std::string_view key = element->GetAttribute(tag::kKey);
+    if (log != nullptr) log->Position(tag::kMeasurement, key);
+    if (element->Name() != tag::kMeasurement)
+        RaiseHostError(kErrorMeasurementKey, kClassName, 4,
+                       {"found \"" + std::string(element->Name()) + "\""});
+    if (key.empty()) {
+        constexpr std::string_view kMessage = "Can not load a measurement because its key is missing";
+        if (log != nullptr) log->LogMessage(kErrorMeasurementKey, 2, kMessage);
+        RaiseHostError(kErrorMeasurementKey, kClassName, 2);
+    }
+    mKey = key;
+    for (const auto& child : element->Children()) {
+        const std::string_view name = child->Name();
+        if (name == tag::kDescription) {
+            mDescription = child->Text();
+        } else if (name == tag::kValue) {
+            Services().codec->ReadValue(*child, mValue, mValueType);
+            if (IsMaxExposureRate(mKey) || IsStatistic(mKey)) mValueType = kJudgedNumber;
+            auto* plain = std::get_if<std::string>(&mValue);
+            if (plain != nullptr && plain->find("::") != std::string::npos) *plain = Translate(*plain);
+        } else if (name == tag::kUnit) {
+            mUnit = child->Text();
+        } else if (name == tag::kStatus) {
+            Services().codec->ReadStatus(*child, mStatus, mStatusExtra);
+        } else if (name == tag::kPresetValue) {
+            mPresetValue = std::string(child->Text());
+        }
+    }
+    if (log != nullptr) log->Advance(1);
+}
+
+CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key, std::size_t hint) {
+    if (hint < row.size() && row[hint]->RawKey() == key) return row[hint].get();
+    const auto at =
+        std::find_if(row.begin(), row.end(), [&](const auto& item) { return item->RawKey() == key; });
+    return at == row.end() ? nullptr : at->get();
+}
+
+}  // namespace vorex

@@ -1,0 +1,370 @@
+#include "results/result_columns.h"
+
+#include <algorithm>
+
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+
+namespace vorex {
+
+namespace {
+
+/// Detector kinds as bits, so that a row names the kinds it serves.
+constexpr unsigned Kinds(std::initializer_list<int32_t> kinds) {
+    unsigned bits = 0;
+    for (int32_t kind : kinds) bits |= 1U << static_cast<unsigned>(kind);
+    return bits;
+}
+constexpr unsigned kZrdKinds = Kinds({kZrd, kZrdAndMas});
+constexpr unsigned kPelomarkKinds = Kinds({kPelomark, kPelomarkAndMas});
+constexpr unsigned kMasKinds = Kinds({kMasMeter, kZrdAndMas, kPelomarkAndMas});
+constexpr unsigned kBothZrd = Kinds({kZrdAndMas});
+constexpr unsigned kMasAlone = Kinds({kMasMeter});
+
+/// The unit of a column: a fixed key, or one that the configuration chooses.
+enum class UnitRule {
+    kNone,
+    kPercent,
+    kKv,
+    kVolt,
+    kMa,
+    kMas,
+    kPicoampere,
+    kMmAl,
+    kPulses,
+    kPulsesPerSecond,
+    kMs,
+    kExposure,
+    kRate,
+    kTime,
+    kExposurePerMas,
+    kDose,
+    kDoseRate,
+    kTemperature,
+    kPressure,
+    kRoentgenOrGray,
+    kMilliradPerR,
+    kMillirad,
+    kOutputRate,
+    kAirKermaRate,
+};
+
+/// When a column is there at all.
+enum class When { kAlways, kTimeBase, kPulseBase, kPulsedFluoro, kDoseMode, kMaTimeSetup };
+
+struct ColumnRow {
+    TestSet tests;
+    unsigned kinds;
+    std::string_view key;
+    std::string_view caption;
+    UnitRule unit;
+    int32_t type;
+    std::string_view picture = {};
+    When when = When::kAlways;
+};
+
+constexpr TestSet kFluoroTests = Tests({kFluoroAccuracy, kFluoroExposure});
+constexpr TestSet kNotExposure = Tests({kRadioRepro, kRadioAccuracy, kRadioLinearity, kFluoroAccuracy,
+                                        kMammoAccRepro, kMammoAec, kMammoRadiation});
+/// Tests whose statistics stand behind the mAs columns of a combined kind.
+constexpr TestSet kStatisticsLast = Tests({kRadioRepro, kMammoAccRepro, kMammoAec});
+constexpr TestSet kLinearity = Tests({kRadioLinearity});
+constexpr TestSet kRepro = Tests({kRadioRepro});
+constexpr TestSet kAec = Tests({kMammoAec});
+constexpr TestSet kAccRepro = Tests({kMammoAccRepro});
+constexpr TestSet kAccuracy = Tests({kRadioAccuracy});
+constexpr TestSet kOutput = Tests({kMammoRadiation});
+
+constexpr int32_t kText = kTextOnly;
+constexpr int32_t kNumber = kJudgedNumber;
+
+// clang-format off
+constexpr ColumnRow kReadings[] = {
+    // tests          kinds           key                     caption                     unit                       type    picture        when
+    {kAllTests,       kZrdKinds | kPelomarkKinds,
+                                      key::kImportWaveform,   text::kImportWaveform,      UnitRule::kNone,            kText},
+    {kLinearity,      kZrdKinds | kPelomarkKinds,
+                                      key::kAdjacent,         text::kAdjacent,            UnitRule::kNone,            kText},
+    {kAllTests,       kZrdKinds,      key::kKvpAvg,           text::kKvpAvg,              UnitRule::kKv,              kText},
+    {kAllTests,       kZrdKinds,      key::kKvpMax,           text::kKvpMax,              UnitRule::kKv,              kText},
+    {kAllTests,       kZrdKinds,      key::kKvPpv,            text::kKvPpv,               UnitRule::kKv,              kText},
+    {kAllTests,       kZrdKinds,      key::kExposure,         text::kExposure,            UnitRule::kExposure,        kText},
+    {kNotExposure,    kZrdKinds,      key::kExposureRate,     text::kExposureRate,        UnitRule::kRate,            kText},
+    {Tests({kFluoroExposure}), kZrdKinds,
+                                      key::kMaxExposureRate,  text::kExposureRate,        UnitRule::kRate,            kText},
+    {kAllTests,       kZrdKinds,      key::kExposureTime,     text::kExposureTime,        UnitRule::kTime,            kText, {}, When::kTimeBase},
+    {kAllTests,       kZrdKinds,      key::kExposureInPulses, text::kExposureInPulses,    UnitRule::kPulses,          kText, {}, When::kPulseBase},
+    {kFluoroTests,    kZrdKinds,      key::kPulseRate,        text::kPulseRate,           UnitRule::kPulsesPerSecond, kText, {}, When::kPulsedFluoro},
+    {kFluoroTests,    kZrdKinds,      key::kPulseWidth,       text::kPulseWidth,          UnitRule::kMs,              kText, {}, When::kPulsedFluoro},
+    {kAllTests,       kZrdKinds,      key::kHvl,              text::kHvl,                 UnitRule::kMmAl,            kText},
+
+    {kAllTests,       kPelomarkKinds, key::kExposure,         text::kDose,                UnitRule::kDose,            kText, {}, When::kDoseMode},
+    {kAllTests,       kPelomarkKinds, key::kExposureRate,     text::kDoseRate,            UnitRule::kDoseRate,        kText},
+    {kAllTests,       kPelomarkKinds, key::kTemperature,      text::kTemperature,         UnitRule::kTemperature,     kText, kFourDecimals},
+    {kAllTests,       kPelomarkKinds, key::kPressure,         text::kPressure,            UnitRule::kPressure,        kText, kFourDecimals},
+    {kAllTests,       kPelomarkKinds, key::kAdcf,             text::kAdcf,                UnitRule::kNone,            kText, kFourDecimals},
+    {kAllTests,       kPelomarkKinds, key::kBiasVoltage,      text::kBiasVoltage,         UnitRule::kVolt,            kText, kFourDecimals},
+    {kAllTests,       kPelomarkKinds, key::kLeakCurrent,      text::kLeakCurrent,         UnitRule::kPicoampere,      kText, kFourDecimals},
+};
+
+constexpr ColumnRow kMasReadings[] = {
+    {kAllTests, kMasAlone, key::kImportWaveform, text::kImportWaveform, UnitRule::kNone, kText},
+    {kAllTests, kMasKinds, key::kMa,             text::kMa,             UnitRule::kMa,   kNumber, kFourDecimals},
+    {kAllTests, kMasKinds, key::kMas,            text::kMas,            UnitRule::kMas,  kNumber, kFourDecimals},
+    {kAllTests, kMasKinds, key::kMasPulse,       text::kMasPerPulse,    UnitRule::kNone, kNumber, kFourDecimals},
+    {kAllTests, kMasKinds, key::kDoseMas,        text::kDosePerMas,     UnitRule::kNone, kNumber, kFourDecimals},
+};
+
+constexpr ColumnRow kTestColumns[] = {
+    {kAccuracy,  kZrdKinds, key::kPercentKvpError,   text::kPercentKvpAvgError,   UnitRule::kPercent, kNumber, kFourDecimals},
+    {kAccuracy,  kZrdKinds, key::kAbsoluteKvpError,  text::kAbsoluteKvpAvgError,  UnitRule::kKv,      kNumber, kTwoDecimals},
+    {kAccuracy,  kZrdKinds, key::kPercentTimerError, text::kPercentTimerError,    UnitRule::kPercent, kNumber, kFourDecimals, When::kMaTimeSetup},
+
+    {kLinearity, kZrdKinds, key::kExposurePerMas,    text::kExposurePerMas,         UnitRule::kExposurePerMas, kText},
+    {kLinearity, kZrdKinds, key::kErNonAdjacent,     text::kCoefficientOfLinearity, UnitRule::kNone,           kNumber, kFourDecimals},
+
+    {Tests({kFluoroAccuracy}), kZrdKinds, key::kFluoroKvpError,   text::kPercentKvpAvgError, UnitRule::kPercent, kNumber, kFourDecimals},
+    {Tests({kFluoroExposure}), kZrdKinds, key::kPhantomThickness, text::kPhantomThickness,   UnitRule::kNone,    kText},
+    {Tests({kFluoroExposure}), kZrdKinds, key::kMode,             text::kFluoroMode,         UnitRule::kNone,    kText},
+
+    {kAccRepro,  kZrdKinds, key::kHalfMeanKvp,           text::kHalfMeanKvp,           UnitRule::kKv,      kText},
+    {kAccRepro,  kZrdKinds, key::kHalfStandardDeviation, text::kHalfStandardDeviation, UnitRule::kNone,    kText},
+    {kAccRepro,  kZrdKinds, key::kMeanKvp,               text::kMeanKvp,               UnitRule::kKv,      kText},
+    {kAccRepro,  kZrdKinds, key::kStandardDeviation,     text::kStandardDeviation,     UnitRule::kNone,    kText},
+    {kAccRepro,  kZrdKinds, key::kMeanMinusNominal,      text::kMeanMinusNominal,      UnitRule::kKv,      kText},
+    {kAccRepro,  kZrdKinds, key::kFivePercentNominal,    text::kFivePercentNominal,    UnitRule::kKv,      kText},
+    {kAccRepro,  kZrdKinds, key::kPercentError,          text::kPercentError,          UnitRule::kPercent, kNumber, kFourDecimals},
+    {kAccRepro,  kZrdKinds, key::kCv,                    text::kCv,                    UnitRule::kNone,    kNumber, kFourDecimals},
+
+    {kAec, kZrdKinds,      key::kEnergyCorrectedMean,  text::kEnergyCorrectedMean,  UnitRule::kRoentgenOrGray, kText},
+    {kAec, kZrdKinds,      key::kStandardDeviations,   text::kSdExposure,           UnitRule::kNone,           kText},
+    {kAec, kZrdKinds,      key::kCvExposure,           text::kCvExposure,           UnitRule::kNone,           kNumber, kFourDecimals},
+    {kAec, kZrdKinds,      key::kCvMasSettings,        text::kCvMasOfSettings,      UnitRule::kNone,           kNumber, kFourDecimals},
+    {kAec, kPelomarkKinds, key::kEnergyCorrectedMean,  text::kEnergyCorrectedMean,  UnitRule::kDose,           kText,   {},            When::kDoseMode},
+    {kAec, kPelomarkKinds, key::kStandardDeviations,   text::kSdDose,               UnitRule::kNone,           kText,   {},            When::kDoseMode},
+    {kAec, kPelomarkKinds, key::kCvExposure,           text::kCvDose,               UnitRule::kNone,           kNumber, kFourDecimals, When::kDoseMode},
+    {kAec, kZrdKinds | kPelomarkKinds, key::kSkinExposure,         text::kSkinExposure,         UnitRule::kNone,         kText,   {},            When::kDoseMode},
+    {kAec, kZrdKinds | kPelomarkKinds, key::kDoseConversionFactor, text::kDoseConversionFactor, UnitRule::kMilliradPerR, kText,   {},            When::kDoseMode},
+    {kAec, kZrdKinds | kPelomarkKinds, key::kGlandularDose,        text::kGlandularDose,        UnitRule::kMillirad,     kNumber, kFourDecimals, When::kDoseMode},
+
+    {kOutput, kZrdKinds, key::kOutputRate,   text::kExposureRate, UnitRule::kOutputRate,   kNumber, kFourDecimals},
+    {kOutput, kZrdKinds, key::kAirKermaRate, text::kAirKermaRate, UnitRule::kAirKermaRate, kNumber, kFourDecimals},
+
+    {kRepro, kZrdKinds, key::kAvgKvpAvg,           text::kAvgKvpAvg,           UnitRule::kKv,       kText},
+    {kRepro, kZrdKinds, key::kAvgKvpMax,           text::kAvgKvpMax,           UnitRule::kKv,       kText},
+    {kRepro, kZrdKinds, key::kAvgKvPpv,            text::kAvgKvPpv,            UnitRule::kKv,       kText},
+    {kRepro, kZrdKinds, key::kAvgExposure,         text::kAvgExposure,         UnitRule::kExposure, kText},
+    {kRepro, kZrdKinds, key::kAvgExposureRate,     text::kAvgExposureRate,     UnitRule::kRate,     kText},
+    {kRepro, kZrdKinds, key::kAvgExposureTime,     text::kAvgExposureTime,     UnitRule::kTime,     kText, {}, When::kTimeBase},
+    {kRepro, kZrdKinds, key::kAvgExposureInPulses, text::kAvgExposureInPulses, UnitRule::kPulses,   kText, {}, When::kPulseBase},
+    {kRepro, kZrdKinds, key::kAvgHvl,              text::kAvgHvl,              UnitRule::kMmAl,     kText},
+    {kRepro, kBothZrd,  key::kAvgMa,               text::kAvgMa,               UnitRule::kMa,       kNumber, kFourDecimals},
+    {kRepro, kBothZrd,  key::kAvgMas,              text::kAvgMas,              UnitRule::kMas,      kNumber, kFourDecimals},
+    {kRepro, kBothZrd,  key::kAvgMasPulse,         text::kAvgMasPerPulse,      UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kBothZrd,  key::kAvgDoseMas,          text::kAvgDosePerMas,       UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kZrdKinds, key::kErKvpAvg,            text::kCvKvpAvg,            UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kZrdKinds, key::kErKvpMax,            text::kCvKvpMax,            UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kZrdKinds, key::kErKvPpv,             text::kCvKvPpv,             UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kZrdKinds, key::kErExposure,          text::kCvExposure,          UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kZrdKinds, key::kErExposureRate,      text::kCvExposureRate,      UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kZrdKinds, key::kErExposureTime,      text::kCvExposureTime,      UnitRule::kNone,     kNumber, kFourDecimals, When::kTimeBase},
+    {kRepro, kZrdKinds, key::kErExposureInPulses,  text::kCvExposureInPulses,  UnitRule::kNone,     kNumber, kFourDecimals, When::kPulseBase},
+    {kRepro, kZrdKinds, key::kErHvl,               text::kCvHvl,               UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kBothZrd,  key::kCvMa,                text::kCvMa,                UnitRule::kMa,       kNumber, kFourDecimals},
+    {kRepro, kBothZrd,  key::kCvMas,               text::kCvMas,               UnitRule::kMas,      kNumber, kFourDecimals},
+    {kRepro, kBothZrd,  key::kCvMasPulse,          text::kCvMasPerPulse,       UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro, kBothZrd,  key::kCvDoseMas,           text::kCvDosePerMas,        UnitRule::kNone,     kNumber, kFourDecimals},
+
+    {kRepro, kPelomarkKinds, key::kAvgExposure,     text::kAvgDose,           UnitRule::kDose,     kText,   {},            When::kDoseMode},
+    {kRepro, kPelomarkKinds, key::kAvgExposureRate, text::kAvgDoseRate,       UnitRule::kDoseRate, kText},
+    {kRepro, kPelomarkKinds, key::kErExposure,      text::kCvDoseOfExposures, UnitRule::kNone,     kNumber, kFourDecimals, When::kDoseMode},
+    {kRepro, kPelomarkKinds, key::kErExposureRate,  text::kCvDoseRate,        UnitRule::kNone,     kNumber, kFourDecimals},
+};
+
+/// Statistics of the mAs meter for the kinds that do not have them among the test's columns.
+constexpr unsigned kMasStatisticsKinds = Kinds({kMasMeter, kPelomarkAndMas});
+constexpr ColumnRow kMasStatistics[] = {
+    {kRepro, kMasStatisticsKinds, key::kAvgMa,       text::kAvgMa,          UnitRule::kMa,   kNumber, kFourDecimals},
+    {kRepro, kMasStatisticsKinds, key::kAvgMas,      text::kAvgMas,         UnitRule::kMas,  kNumber, kFourDecimals},
+    {kRepro, kMasStatisticsKinds, key::kAvgMasPulse, text::kAvgMasPerPulse, UnitRule::kNone, kNumber, kFourDecimals},
+    {kRepro, kMasStatisticsKinds, key::kAvgDoseMas,  text::kAvgDosePerMas,  UnitRule::kNone, kNumber, kFourDecimals},
+    {kRepro, kMasStatisticsKinds, key::kCvMa,        text::kCvMa,           UnitRule::kMa,   kNumber, kFourDecimals},
+    {kRepro, kMasStatisticsKinds, key::kCvMas,       text::kCvMas,          UnitRule::kMas,  kNumber, kFourDecimals},
+    {kRepro, kMasStatisticsKinds, key::kCvMasPulse,  text::kCvMasPerPulse,  UnitRule::kNone, kNumber, kFourDecimals},
+    {kRepro, kMasStatisticsKinds, key::kCvDoseMas,   text::kCvDosePerMas,   UnitRule::kNone, kNumber, kFourDecimals},
+};
+
+/// Keys of the statistics that hold for a whole test.
+constexpr std::string_view kReproStatistics[] = {
+    key::kAvgKvpAvg, key::kAvgKvpMax, key::kAvgKvPpv, key::kAvgExposure, key::kAvgExposureRate,
+    key::kAvgExposureTime, key::kAvgExposureInPulses, key::kAvgHvl,
+    key::kAvgMa, key::kAvgMas, key::kAvgMasPulse, key::kAvgDoseMas,
+    key::kCvMa, key::kCvMas, key::kCvMasPulse, key::kCvDoseMas,
+};
+constexpr std::string_view kAccReproStatistics[] = {
+    key::kHalfMeanKvp, key::kHalfStandardDeviation, key::kMeanKvp, key::kStandardDeviation,
+    key::kMeanMinusNominal, key::kFivePercentNominal, key::kPercentError, key::kCv,
+};
+constexpr std::string_view kAecStatistics[] = {
+    key::kEnergyCorrectedMean, key::kStandardDeviations, key::kCvExposure, key::kCvMasSettings,
+    key::kSkinExposure, key::kDoseConversionFactor, key::kGlandularDose,
+};
+// clang-format on
+
+bool Applies(const ColumnRow& row, const CConfigCommon& config) {
+    const int32_t kind = config.DetectorName;
+    if (kind < kZrd || kind > kPelomarkAndMas || (row.kinds & (1U << static_cast<unsigned>(kind))) == 0)
+        return false;
+    if (!row.tests.Has(config.pTestID)) return false;
+    const bool fluoro = config.pMeasurementMode == kFluoro;
+    const bool pulses = !fluoro && config.pMeasurementTimeUnit != kMilliseconds;
+    switch (row.when) {
+        case When::kTimeBase:
+            return !pulses;
+        case When::kPulseBase:
+            return pulses;
+        case When::kPulsedFluoro:
+            return fluoro && config.pMeasurementFluoroType == kPulsed;
+        case When::kDoseMode:
+            return HasZrd(config.DetectorName) || config.PKMode == 0;
+        case When::kMaTimeSetup:
+            return config.pGeneratorSetup == kSetupMaTime;
+        case When::kAlways:
+            break;
+    }
+    return true;
+}
+
+std::string UnitOf(UnitRule rule, const CConfigCommon& config) {
+    const int32_t mode = config.pMeasurementMode;
+    const int32_t exposure = config.pMeasurementExposure;
+    switch (rule) {
+        case UnitRule::kNone:
+            return {};
+        case UnitRule::kPercent:
+            return std::string(text::kUnitPercent);
+        case UnitRule::kKv:
+            return std::string(text::kUnitKv);
+        case UnitRule::kVolt:
+            return std::string(text::kUnitVolt);
+        case UnitRule::kMa:
+            return std::string(text::kMa);
+        case UnitRule::kMas:
+            return std::string(text::kMas);
+        case UnitRule::kPicoampere:
+            return std::string(text::kUnitPicoampere);
+        case UnitRule::kMmAl:
+            return std::string(text::kUnitMmAl);
+        case UnitRule::kPulses:
+            return std::string(text::kTimePulses);
+        case UnitRule::kPulsesPerSecond:
+            return std::string(text::kUnitPulsesPerSecond);
+        case UnitRule::kMs:
+            return std::string(text::kUnitMs);
+        case UnitRule::kExposure:
+            return std::string(ExposureUnitKey(mode, exposure));
+        case UnitRule::kRate:
+            return std::string(ExposureRateUnitKey(mode, exposure, config.pMeasurementExposureRateUnit));
+        case UnitRule::kTime:
+            return std::string(TimeUnitKey(mode));
+        case UnitRule::kExposurePerMas:
+            return std::string(ExposurePerMasUnitKey(mode, exposure));
+        case UnitRule::kDose:
+            return std::string(TextKeyOf(kDoseUnits, config.PKDoseUnit));
+        case UnitRule::kDoseRate:
+            if (config.PKDoseUnit == kDoseInCoulomb) return std::string(text::kUnitAmpere);
+            return DosimeterRateUnit(config.PKDoseUnit, config.PKDoseRateUnit);
+        case UnitRule::kTemperature:
+            return std::string(TextKeyOf(kTemperatureUnits, config.PKTemperatureUnit));
+        case UnitRule::kPressure:
+            return std::string(TextKeyOf(kPressureUnits, config.PKPressureUnit));
+        case UnitRule::kRoentgenOrGray:
+            return std::string(exposure == kUnitR ? text::kExposureUnitR : text::kExposureUnitGy);
+        case UnitRule::kMilliradPerR:
+            return std::string(text::kUnitMilliradPerR);
+        case UnitRule::kMillirad:
+            return std::string(text::kUnitMillirad);
+        case UnitRule::kOutputRate:
+            return std::string(text::kOutputRateUnit);
+        case UnitRule::kAirKermaRate:
+            return std::string(text::kAirKermaRateUnit);
+    }
+    return {};
+}
+
+/// The three tube voltages carry the set voltage as the X of their limits.
+bool HasPreset(std::string_view measurementKey) {
+    return measurementKey == key::kKvpAvg || measurementKey == key::kKvpMax || measurementKey == key::kKvPpv;
+}
+
+template <std::size_t N>
+void AddColumns(const ColumnRow (&table)[N], const CConfigCommon& config, MeasurementRow& row) {
+    for (const ColumnRow& column : table) {
+        if (!Applies(column, config)) continue;
+        auto item = std::make_shared<CMeasurement>();
+        item->Initialize(column.key, column.caption, UnitOf(column.unit, config), column.type);
+        item->ValueFormat(column.picture);
+        if (HasPreset(column.key)) item->PresetValue(config.pMachineKV);
+        row.push_back(std::move(item));
+    }
+}
+
+template <std::size_t N>
+bool Holds(const std::string_view (&keys)[N], std::string_view word) {
+    return std::find(std::begin(keys), std::end(keys), word) != std::end(keys);
+}
+
+template <std::size_t N>
+const ColumnRow* FindColumn(const ColumnRow (&table)[N], int32_t testId, std::string_view measurementKey) {
+    const auto* row = std::find_if(std::begin(table), std::end(table), [&](const ColumnRow& r) {
+        return r.tests.Has(testId) && r.key == measurementKey;
+    });
+    return row == std::end(table) ? nullptr : row;
+}
+
+}  // namespace
+
+MeasurementRow BuildColumns(const CConfigCommon& configuration) {
+    MeasurementRow row;
+    const bool combined =
+        configuration.DetectorName == kZrdAndMas || configuration.DetectorName == kPelomarkAndMas;
+    const bool statisticsLast = combined && kStatisticsLast.Has(configuration.pTestID);
+    AddColumns(kReadings, configuration, row);
+    if (!statisticsLast) AddColumns(kTestColumns, configuration, row);
+    AddColumns(kMasReadings, configuration, row);
+    if (statisticsLast) AddColumns(kTestColumns, configuration, row);
+    AddColumns(kMasStatistics, configuration, row);
+    return row;
+}
+
+std::string_view PictureOfColumn(int32_t testId, std::string_view measurementKey) {
+    // The exposure number and the adjacent marking become part of a key while a test runs.
+    if (IsMaxExposureRate(measurementKey)) measurementKey = key::kMaxExposureRate;
+    if (measurementKey == key::kErAdjacent) measurementKey = key::kErNonAdjacent;
+    const ColumnRow* row = FindColumn(kTestColumns, testId, measurementKey);
+    if (row == nullptr) row = FindColumn(kMasStatistics, testId, measurementKey);
+    if (row == nullptr) row = FindColumn(kMasReadings, testId, measurementKey);
+    if (row == nullptr) row = FindColumn(kReadings, testId, measurementKey);
+    return row == nullptr ? std::string_view{} : row->picture;
+}
+
+bool IsTestWideKey(int32_t testId, std::string_view measurementKey) {
+    switch (testId) {
+        case kRadioRepro:
+            return Holds(kReproStatistics, measurementKey) || IsVariationRow(measurementKey);
+        case kMammoAccRepro:
+            return Holds(kAccReproStatistics, measurementKey);
+        case kMammoAec:
+            return Holds(kAecStatistics, measurementKey);
+        default:
+            return false;
+    }
+}
+
+uint8_t ColumnNumber(const MeasurementRow& row, std::string_view measurementKey) {
+    const auto at = std::find_if(row.begin(), row.end(),
+                                 [&](const auto& item) { return item->RawKey() == measurementKey; });
+    return at == row.end() ? 0 : static_cast<uint8_t>(at - row.begin() + 1);
+}
+
+}  // namespace vorex

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/config_common.h"
+#include "results/measurement.h"
+
+namespace vorex {
+
+/// The columns of a result for the test, detector kind, mode and units of a configuration, in order, as the
+/// measurements of a working row without values.
+MeasurementRow BuildColumns(const CConfigCommon& configuration);
+
+/// Number picture of a column, by its key; empty for a column without one.
+std::string_view PictureOfColumn(int32_t testId, std::string_view measurementKey);
+
+/// True for a column that holds a statistic of the whole test (tests 100, 900 and 1100).
+bool IsTestWideKey(int32_t testId, std::string_view measurementKey);
+
+/// 1-based number of a column in a row; 0 when the row does not have it.
+uint8_t ColumnNumber(const MeasurementRow& row, std::string_view measurementKey);
+
+}  // namespace vorex

@@ -1,0 +1,306 @@
+#include "results/result_common.h"
+
+#include <algorithm>
+
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+#include "foundation/trace.h"
+#include "foundation/utilities.h"
+#include "guide/dialog_wrapper.h"
+#include "results/result_columns.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr std::string_view kWaveformDisplay = "VorexZRD47500Test.XDischargeWaveform";
+
+/// The fields of a row, taken one after the other.
+class FieldCursor {
+  public:
+    explicit FieldCursor(std::string_view fields) : mRest(fields) {}
+
+    /// False when the row has no further field.
+    bool Take(std::string_view& field) {
+        if (mAtEnd) return false;
+        const std::size_t comma = mRest.find(',');
+        field = mRest.substr(0, comma);
+        mAtEnd = comma == std::string_view::npos;
+        if (!mAtEnd) mRest.remove_prefix(comma + 1);
+        return true;
+    }
+
+  private:
+    std::string_view mRest;
+    bool mAtEnd = false;
+};
+
+/// Dose per mAs, when both readings are usable and the charge is above 0.
+std::string DosePerMas(const std::string& exposure, const std::string& mas) {
+    if (!IsValidReading(exposure) || !IsValidReading(mas) || !(ReadNumber(mas) > 0)) return {};
+    return PlainText(ReadNumber(exposure) / ReadNumber(mas));
+}
+
+std::string ValueOf(const MeasurementRow& row, std::string_view measurementKey) {
+    const CMeasurement* item = FindMeasurement(row, measurementKey);
+    return item == nullptr ? std::string() : item->ValueText();
+}
+
+std::shared_ptr<IWaveform> WaveformAt(const std::vector<std::shared_ptr<CWaveform>>& waveforms,
+                                      int32_t exposureNumber) {
+    if (exposureNumber < 1 || static_cast<std::size_t>(exposureNumber) > waveforms.size()) return nullptr;
+    return waveforms[static_cast<std::size_t>(exposureNumber) - 1];
+}
+
+/// Which columns of the working row a source fills.
+bool TakesField(std::string_view columnKey, int32_t source) {
+    if (source == kSourceMas) return IsMasFamily(columnKey) || columnKey == key::kImportWaveform;
+    return !IsMasFamily(columnKey);
+}
+
+}  // namespace
+
+CResultCommon::CResultCommon() : mCurrent(std::make_shared<MeasurementRow>()) {}
+
+void CResultCommon::Initialize(const std::shared_ptr<CConfigCommon>& configuration) {
+    mConfig = configuration;
+    DetectorName = configuration->DetectorName;
+    PKMode = configuration->PKMode;
+    TestId = configuration->pTestID;
+    mExposureCount = 0;
+    mLastExposure = 0;
+    mRows.clear();
+    mWaveforms.clear();
+    mMaWaveforms.clear();
+    mCurrent = std::make_shared<MeasurementRow>(BuildColumns(*configuration));
+    mLastColumnKey = ColumnNumber(*mCurrent, key::kPercentTimerError) != 0 ? key::kPercentTimerError
+                                                                           : key::kAbsoluteKvpError;
+}
+
+const CMeasurement* CResultCommon::Cell(std::size_t row, uint8_t column) const {
+    if (row >= mRows.size() || column == 0 || column > mRows[row]->size()) return nullptr;
+    return (*mRows[row])[column - 1U].get();
+}
+
+std::string CResultCommon::GetMeasurementValue(uint8_t exposureNumber, uint8_t column) const {
+    return exposureNumber == 0 ? std::string() : GetValue(static_cast<uint8_t>(exposureNumber - 1), column);
+}
+
+std::string CResultCommon::GetValue(uint8_t row, uint8_t column) const {
+    const CMeasurement* cell = Cell(row, column);
+    return cell == nullptr ? std::string() : cell->ValueText();
+}
+
+void CResultCommon::SetValue(uint8_t row, uint8_t column, std::string_view text) {
+    if (Cell(row, column) != nullptr) (*mRows[row])[column - 1U]->Value(std::string(text));
+}
+
+void CResultCommon::GetMeasurementColumn(uint8_t column, std::vector<std::string>& values) const {
+    if (Cell(0, column) == nullptr) return;
+    values.resize(std::max(values.size(), mRows.size()));
+    for (std::size_t row = 0; row < mRows.size(); ++row)
+        values[row] = GetValue(static_cast<uint8_t>(row), column);
+}
+
+void CResultCommon::StoreResult(std::string_view fields, int32_t source) {
+    if (fields.empty()) return;
+    const bool combined = (DetectorName == kZrdAndMas && source != kSourcePelomark) ||
+                          (DetectorName == kPelomarkAndMas && source != kSourceZrd);
+    FieldCursor cursor(fields);
+    std::string computedDosePerMas;
+    for (const auto& item : *mCurrent) {
+        const std::string& columnKey = item->RawKey();
+        if (!TakesField(columnKey, source)) continue;
+        std::string_view field;
+        if (!cursor.Take(field)) {
+            LogDiagnostic("a row of source " + PlainText(source) + " has no field for column " + columnKey);
+            return;
+        }
+        std::string value(field);
+        if (combined && source != kSourceMas && columnKey == key::kExposure) {
+            const std::string computed = DosePerMas(value, ValueOf(*mCurrent, key::kMas));
+            CMeasurement* dosePerMas = FindMeasurement(*mCurrent, key::kDoseMas);
+            if (!computed.empty() && dosePerMas != nullptr) dosePerMas->Value(computed);
+        }
+        if (combined && source == kSourceMas && columnKey == key::kMas) {
+            const std::string exposure = ValueOf(*mCurrent, key::kExposure);
+            if (!exposure.empty()) computedDosePerMas = DosePerMas(exposure, value);
+        }
+        if (columnKey == key::kDoseMas && !computedDosePerMas.empty()) value = computedDosePerMas;
+        item->Value(std::move(value));
+    }
+}
+
+bool CResultCommon::ShowResultInTestguide(int32_t row, bool withWaveforms) {
+    if (mExposureCount == 0 || row < 0 || static_cast<std::size_t>(row) >= mRows.size()) return false;
+    const auto index = static_cast<std::size_t>(row);
+    mCurrent = mRows[index];
+    if (withWaveforms) {
+        mCurrentWaveform = mWaveforms[index];
+        mCurrentMaWaveform = mMaWaveforms[index];
+    }
+    return true;
+}
+
+void CResultCommon::ResetTheMeasurements() {
+    if (DetectorName != kZrdAndMas && DetectorName != kPelomarkAndMas) return;
+    for (const auto& item : *mCurrent) {
+        if (item->RawKey().starts_with(key::kErPrefix)) continue;
+        if (item->Status() != kPassed && item->Status() != kFailed) continue;
+        item->Status(kNotTested);
+        item->Value(std::string());
+    }
+}
+
+void CResultCommon::AddRow(std::shared_ptr<MeasurementRow> row) {
+    mRows.push_back(std::move(row));
+    mWaveforms.push_back(std::make_shared<CWaveform>());
+    mMaWaveforms.push_back(std::make_shared<CWaveform>());
+}
+
+// ------------------------------------------------------------------------------------------ waveforms
+
+const CResultCommon::Waveforms& CResultCommon::SelectedWaveforms() const {
+    return WaveformType == kMaWaveform ? mMaWaveforms : mWaveforms;
+}
+
+CResultCommon::Waveforms& CResultCommon::SelectedWaveforms() {
+    return WaveformType == kMaWaveform ? mMaWaveforms : mWaveforms;
+}
+
+void CResultCommon::StoreWaveForm(std::string_view data) {
+    const bool ma = WaveformType == kMaWaveform;
+    if (HaveTraceWindow()) {
+        Trace(PlainText(static_cast<int32_t>(WaveformType)) +
+              (ma ? "$StoreWaveForm$ - mAs Waveform :: " : "$StoreWaveForm$ - AIO Waveform :: ") +
+              std::string(data));
+    }
+    const auto waveform = std::make_shared<CWaveform>();
+    waveform->WaveformType(WaveformType);
+    waveform->IncludeInReport(true);
+    waveform->Resolution(mResolution);
+    waveform->Initialize(data);
+    (ma ? mCurrentMaWaveform : mCurrentWaveform) = waveform;
+    Waveforms& waveforms = SelectedWaveforms();
+    if (mLastExposure != 0 && mLastExposure <= waveforms.size()) waveforms[mLastExposure - 1U] = waveform;
+}
+
+std::shared_ptr<IWaveform> CResultCommon::CurrentWaveformObject() const {
+    return WaveformType == kMaWaveform ? mCurrentMaWaveform : mCurrentWaveform;
+}
+
+void CResultCommon::SelectWaveform(int32_t row) {
+    const Waveforms& waveforms = SelectedWaveforms();
+    if (row < 0 || static_cast<std::size_t>(row) >= waveforms.size()) return;
+    (WaveformType == kMaWaveform ? mCurrentMaWaveform : mCurrentWaveform) =
+        waveforms[static_cast<std::size_t>(row)];
+}
+
+std::shared_ptr<IWaveform> CResultCommon::KvWaveform(int32_t exposureNumber) const {
+    return WaveformAt(mWaveforms, exposureNumber);
+}
+
+std::shared_ptr<IWaveform> CResultCommon::MaWaveform(int32_t exposureNumber) const {
+    return WaveformAt(mMaWaveforms, exposureNumber);
+}
+
+std::shared_ptr<IWaveform> CResultCommon::WaveformOfRow(int32_t exposureNumber) const {
+    return WaveformAt(SelectedWaveforms(), exposureNumber);
+}
+
+int32_t CResultCommon::SelectedRowOfSettings() const {
+    const int32_t exposure = ReadSetting(setting::kWaveformIndex, 0);
+    return exposure > 0 && static_cast<std::size_t>(exposure) <= mRows.size() ? exposure - 1 : -1;
+}
+
+void CResultCommon::SelectLastWaveform() {
+    if (mWaveforms.empty()) return;
+    const int32_t row = SelectedRowOfSettings();
+    const auto index = static_cast<std::size_t>(row);
+    mCurrentWaveform = row < 0 ? std::make_shared<CWaveform>() : mWaveforms[index];
+    mCurrentMaWaveform = row < 0 ? std::make_shared<CWaveform>() : mMaWaveforms[index];
+}
+
+bool CResultCommon::HasDialog() const {
+    const int32_t row = SelectedRowOfSettings();
+    if (row < 0) return false;
+    const auto index = static_cast<std::size_t>(row);
+    return mWaveforms[index]->ValueCount() > 0 || mMaWaveforms[index]->ValueCount() > 0;
+}
+
+std::shared_ptr<IDialog> CResultCommon::CreateDialog() {
+    auto wrapper = std::make_shared<FDialogWrapper>();
+    if (!wrapper->CreateSetupCtrl(kWaveformDisplay)) return nullptr;
+    wrapper->Initialize(shared_from_this());
+    return wrapper;
+}
+
+// ------------------------------------------------------------------------------- the host's flat list
+
+bool CResultCommon::IsTestWideColumn(std::string_view measurementKey) const {
+    return IsTestWideKey(TestId, measurementKey);
+}
+
+ColumnCounts CResultCommon::GetColumnCounts() const {
+    ColumnCounts counts;
+    counts.total = static_cast<int32_t>(mCurrent->size());
+    counts.calculated =
+        static_cast<int32_t>(std::count_if(mCurrent->begin(), mCurrent->end(), [&](const auto& item) {
+            return IsTestWideColumn(item->RawKey());
+        }));
+    counts.row = counts.total - counts.calculated;
+    return counts;
+}
+
+int32_t CResultCommon::MeasurementCount() const {
+    const auto columns = static_cast<int32_t>(mCurrent->size());
+    if (pTestGuide) return columns;
+    const bool headings = TestId == kRadioRepro || TestId == kMammoAccRepro || TestId == kMammoAec;
+    return columns * static_cast<int32_t>(mRows.size()) + (headings ? 1 : 0);
+}
+
+std::shared_ptr<IMeasurement> CResultCommon::Heading(std::string_view caption) const {
+    auto heading = std::make_shared<CMeasurement>();
+    heading->Initialize(key::kImportWaveform, caption, "", kTextOnly);
+    heading->Value(std::string(caption));
+    return heading;
+}
+
+std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
+    if (index < 0) return nullptr;
+    auto at = static_cast<std::size_t>(index);
+    if (pTestGuide) return at < mCurrent->size() ? (*mCurrent)[at] : nullptr;
+    if (mRows.empty() || mCurrent->empty()) return nullptr;
+    const ColumnCounts counts = GetColumnCounts();
+    if (counts.calculated == 0) {
+        const std::size_t row = at / mCurrent->size();
+        const std::size_t column = at % mCurrent->size();
+        return row < mRows.size() && column < mRows[row]->size() ? (*mRows[row])[column] : nullptr;
+    }
+    // A heading stands in the place of each row's import flag; the statistics follow once, at the end.
+    const auto perRow = static_cast<std::size_t>(counts.row);
+    if (at < mRows.size() * perRow) {
+        const std::size_t row = at / perRow;
+        if (at % perRow == 0)
+            return Heading("++" + Translate(State().exposureCaption) + "#" +
+                           PlainText(static_cast<int32_t>(row + 1)) + "++");
+        std::size_t column = at % perRow;
+        for (const auto& item : *mRows[row])
+            if (!IsTestWideColumn(item->RawKey()) && column-- == 0) return item;
+        return nullptr;
+    }
+    at -= mRows.size() * perRow;
+    if (at == 0) return Heading("--" + Translate(text::kCalculations) + "--");
+    for (const auto& item : *mRows.back())
+        if (IsTestWideColumn(item->RawKey()) && --at == 0) return item;
+    return nullptr;
+}
+
+std::shared_ptr<IMeasurement> CResultCommon::Measurement(std::string_view key) const {
+    const auto at = std::find_if(mCurrent->begin(), mCurrent->end(),
+                                 [&](const auto& item) { return item->RawKey() == key; });
+    return at == mCurrent->end() ? nullptr : *at;
+}
+
+}  // namespace vorex

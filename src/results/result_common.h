@@ -1,0 +1,175 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/config_common.h"
+#include "foundation/class_registry.h"
+#include "foundation/host_contract.h"
+#include "results/measurement.h"
+#include "waveforms/waveform.h"
+
+namespace vorex {
+
+/// How many columns of a row are exposure values, and how many are statistics of the whole test.
+struct ColumnCounts {
+    int32_t total = 0;
+    int32_t calculated = 0;
+    int32_t row = 0;
+};
+
+/// The result of a measuring test: a row of measurements per exposure, waveforms, the verdict.
+///
+/// `Initialize` once per run builds the working row. Each exposure is stored into the working row
+/// (`StoreResult`), judged and copied into a row of its own (`UpdateStatus`); at the end all rows are judged
+/// again (`UpdateAllStatus`).
+class CResultCommon : public IResultData,
+                      public LibraryObject,
+                      public std::enable_shared_from_this<CResultCommon> {
+  public:
+    CResultCommon();
+
+    /// Sampling interval of the waveforms to come.
+    void Resolution(float interval) { mResolution = interval; }
+    /// Builds the working row for the test, detector kind and units of a configuration.
+    void Initialize(const std::shared_ptr<CConfigCommon>& configuration);
+
+    /// Value of a column of an exposure; exposures and columns count from 1. Empty when there is none.
+    std::string GetMeasurementValue(uint8_t exposureNumber, uint8_t column) const;
+    /// Values of a column over all stored exposures, one text a row; unchanged when nothing is stored or
+    /// the column does not exist.
+    void GetMeasurementColumn(uint8_t column, std::vector<std::string>& values) const;
+    /// Value of a column of a row; rows count from 0, columns from 1. Empty when there is none.
+    std::string GetValue(uint8_t row, uint8_t column) const;
+    /// Stores a typed value in a cell of that address.
+    void SetValue(uint8_t row, uint8_t column, std::string_view text);
+    /// Fills the working row from fields joined by ",". Source: 1 ZRD 47500, 2 Pelomark, 3 mAs meter. With
+    /// too few fields the remaining columns stay as they are.
+    void StoreResult(std::string_view fields, int32_t source);
+
+    /// Judges the working row and stores it as an exposure; a number already stored is replaced.
+    /// Exposure 0 only judges.
+    void UpdateStatus(ITestElement& owner, const ISelectedStandards* selected, uint8_t exposureNumber,
+                      bool notApplicable = false);
+    /// Judges every stored row anew.
+    void UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected, bool notApplicable = false);
+    /// A view's edit of the adjacent flag of a row, counted from 0: -1 nothing done, 0 failed, 1 passed.
+    int32_t UpdateAdjacentResult(ITestElement& owner, const ISelectedStandards* selected, uint8_t row,
+                                 uint8_t flag);
+    /// A view's edit of the adjacent flag of an exposure, counted from 1: judges all rows, then makes the
+    /// exposure's row the working row. Always False.
+    bool UpdateResult(ITestElement& owner, const ISelectedStandards* selected, uint8_t exposureNumber,
+                      uint8_t flag);
+    /// Status at the start of a run: 1, or 0.
+    void InitResultStatus(bool passed) { mStatus = passed ? kPassed : kNotTested; }
+    /// Nothing: the overall status follows from judging.
+    void UpdateOverallStatus() {}
+
+    /// Stores samples as the waveform of the selected type for the exposure judged last.
+    void StoreWaveForm(std::string_view data);
+    /// Makes a stored row, counted from 0, the working row, and with the flag its waveforms the shown ones.
+    /// False when there is no such row.
+    bool ShowResultInTestguide(int32_t row, bool withWaveforms = false);
+    /// Clears the judged readings of a combined kind before the next exposure.
+    void ResetTheMeasurements();
+
+    std::shared_ptr<IWaveform> CurrentWaveformObject() const;
+    void SelectWaveform(int32_t row);
+    /// Waveform of the selected type of an exposure, counted from 1; empty when there is none.
+    std::shared_ptr<IWaveform> WaveformOfRow(int32_t exposureNumber) const;
+    void SelectLastWaveform();
+    /// Waveform of a type of an exposure, counted from 1, whatever type is selected.
+    std::shared_ptr<IWaveform> KvWaveform(int32_t exposureNumber) const;
+    std::shared_ptr<IWaveform> MaWaveform(int32_t exposureNumber) const;
+
+    // IResultData
+    std::string Comment() const override { return mComment; }
+    void Comment(std::string_view comment) override { mComment = comment; }
+    bool HasDialog() const override;
+    int32_t Status() const override { return mStatus; }
+    std::shared_ptr<IMeasurement> Measurement(int32_t index) const override;
+    std::shared_ptr<IMeasurement> Measurement(std::string_view key) const override;
+    int32_t MeasurementCount() const override;
+    std::shared_ptr<IServiceRecord> ServiceRecord() const override { return mServiceRecord; }
+    int32_t MTIID() const override { return mMtiId; }
+    std::shared_ptr<IDialog> CreateDialog() override;
+    /// Raises 0x8004A3EB for another element. Rows are rebuilt from the flat list of measurements.
+    void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
+    /// Raises 0x8004A3EC when the element cannot be made.
+    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
+
+    void MTIID(int32_t id) { mMtiId = id; }
+    const MeasurementRow& Current() const { return *mCurrent; }
+    const std::vector<std::shared_ptr<MeasurementRow>>& Rows() const { return mRows; }
+    /// Highest exposure number stored.
+    uint8_t ExposureCount() const { return mExposureCount; }
+    /// Exposure number judged last.
+    uint8_t LastExposure() const { return mLastExposure; }
+    const std::string& LastColumnKey() const { return mLastColumnKey; }
+    ColumnCounts GetColumnCounts() const;
+    /// True for a column that is a statistic of the whole test: tests 100, 900 and 1100.
+    bool IsTestWideColumn(std::string_view measurementKey) const;
+
+    bool pTestGuide = false;  ///< the guide owns the display: the host sees the working row only
+    int32_t DetectorName = kZrd;
+    int32_t PKMode = 0;
+    int32_t TestId = 0;
+    uint8_t WaveformType = kKvWaveform;  ///< selects the kV or the mA waveforms in every waveform operation
+
+  private:
+    using Waveforms = std::vector<std::shared_ptr<CWaveform>>;
+    /// What judging needs beside the values.
+    struct Judge;
+    /// What one walk over all rows carries from cell to cell.
+    struct Walk;
+
+    const CMeasurement* Cell(std::size_t row, uint8_t column) const;
+    const Waveforms& SelectedWaveforms() const;
+    Waveforms& SelectedWaveforms();
+    void AddRow(std::shared_ptr<MeasurementRow> row);
+    std::shared_ptr<IMeasurement> Heading(std::string_view caption) const;
+    /// Row that the settings store selects for the result dialog; -1 for none.
+    int32_t SelectedRowOfSettings() const;
+
+    // Judging (result_status.cpp).
+    int32_t Criterion(std::size_t row) const;
+    bool TestSpecificStatus(const Judge& judge, CMeasurement& measurement, uint8_t exposureNumber) const;
+    bool JudgeAccuracyError(const Judge& judge, CMeasurement& measurement, std::size_t row) const;
+    bool IsJudgedColumn(const CMeasurement& measurement) const;
+    void JudgeWorkingRow(const Judge& judge, uint8_t exposureNumber);
+    void JudgeGenerally(const Judge& judge, CMeasurement& measurement, uint8_t exposureNumber);
+    void JudgeStored(const Judge& judge, CMeasurement& measurement, std::size_t row, Walk& walk);
+    void JudgeNotApplicable();
+    void StoreWorkingRow(uint8_t exposureNumber);
+    void CopyToRow(const CMeasurement& from, CMeasurement& to) const;
+    void CopyToAllRows(const CMeasurement& measurement);
+    void UpdateServiceRecord(const ITestElement& owner);
+
+    // Persistence (result_persistence.cpp).
+    void LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log);
+    void LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
+                      std::size_t& slot);
+    void RebuildWorkingRow();
+
+    std::shared_ptr<CConfigCommon> mConfig;
+    std::shared_ptr<MeasurementRow> mCurrent;
+    std::vector<std::shared_ptr<MeasurementRow>> mRows;
+    int32_t mStatus = kNotTested;
+    int32_t mStatusExtra = 0;
+    std::string mComment;
+    std::shared_ptr<IServiceRecord> mServiceRecord;
+    int32_t mMtiId = 0;
+    std::shared_ptr<CWaveform> mCurrentWaveform;
+    Waveforms mWaveforms;
+    uint8_t mExposureCount = 0;
+    float mResolution = 0;
+    uint8_t mLastExposure = 0;
+    std::string mLastColumnKey;
+    std::shared_ptr<CWaveform> mCurrentMaWaveform;
+    Waveforms mMaWaveforms;
+};
+
+}  // namespace vorex

@@ -1,0 +1,114 @@
+#include <limits>
+
+#include "foundation/host_error.h"
+#include "foundation/host_services.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "results/result_columns.h"
+#include "results/result_common.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr std::string_view kClassName = "CResultCommon";
+
+}  // namespace
+
+std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocument>& owner) {
+    const auto element = owner->CreateElement(tag::kResultItem);
+    if (!element) RaiseHostError(kErrorResultSave, kClassName, 4, {std::string(tag::kResultItem)});
+    const auto add = [&](const std::shared_ptr<IXmlElement>& child) {
+        if (child) element->AddChild(child);
+    };
+    if (mMtiId > 0) element->SetAttribute(tag::kMti, PlainText(mMtiId));
+    add(Services().codec->WriteStatus(owner, mStatus, mStatusExtra));
+    if (!mComment.empty()) element->AddValue(tag::kComment, mComment);
+    if (mServiceRecord) add(mServiceRecord->Save(owner));
+    // A result that was not tested, or is not applicable, keeps no measurements.
+    if (mStatus == kNotTested || mStatus == kNotApplicable) return element;
+    for (const auto& row : mRows)
+        for (const auto& item : *row) add(item->Save(owner));
+    for (const auto& waveform : mWaveforms) {
+        waveform->WaveformType(kKvWaveform);
+        add(waveform->Save(owner));
+    }
+    for (const auto& waveform : mMaWaveforms) {
+        waveform->WaveformType(kMaWaveform);
+        add(waveform->Save(owner));
+    }
+    return element;
+}
+
+void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+    auto item = std::make_shared<CMeasurement>();
+    item->Load(element, log);
+    item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
+    const bool linearity = item->RawKey() == key::kErAdjacent || item->RawKey() == key::kErNonAdjacent;
+    if (TestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
+    // The type of a stored cell follows from its column, so that a result saves alike before and after a
+    // load.
+    item->ValueType(IsJudgedColumn(*item) && TestId != kFluoroExposure ? kJudgedNumber : kTextOnly);
+    const bool newRow =
+        mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == item->RawKey();
+    if (newRow) AddRow(std::make_shared<MeasurementRow>());
+    mRows.back()->push_back(std::move(item));
+}
+
+void CResultCommon::LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
+                                 std::size_t& slot) {
+    Waveforms& waveforms = type == kMaWaveform ? mMaWaveforms : mWaveforms;
+    if (slot >= waveforms.size()) return;
+    const auto waveform = std::make_shared<CWaveform>();
+    waveform->WaveformType(type);
+    waveform->Load(element, log);
+    waveforms[slot++] = waveform;
+}
+
+void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+    if (log != nullptr) log->Position(tag::kResultItem, Translate(text::kLoadingResultData));
+    if (element->Name() != tag::kResultItem)
+        RaiseHostError(kErrorResultMissing, kClassName, 4,
+                       {"found \"" + std::string(element->Name()) + "\""});
+    if (const std::string_view mti = element->GetAttribute(tag::kMti); !mti.empty())
+        mMtiId = ReadInteger(mti);
+    std::size_t kvSlot = 0;
+    std::size_t maSlot = 0;
+    for (const auto& child : element->Children()) {
+        const std::string_view name = child->Name();
+        if (name == tag::kMeasurement) {
+            LoadMeasurement(child, log);
+        } else if (name == tag::kStatus) {
+            Services().codec->ReadStatus(*child, mStatus, mStatusExtra);
+        } else if (name == tag::kComment) {
+            mComment = child->Text();
+        } else if (name == tag::kServiceRecord && Services().createServiceRecord) {
+            mServiceRecord = Services().createServiceRecord();
+            mServiceRecord->Load(child);
+        } else if (name == tag::kWaveform) {
+            LoadWaveform(child, log, kKvWaveform, kvSlot);
+        } else if (name == tag::kMasWaveform) {
+            LoadWaveform(child, log, kMaWaveform, maSlot);
+        }
+    }
+    constexpr std::size_t kMostExposures = std::numeric_limits<uint8_t>::max();
+    if (mRows.size() > kMostExposures)
+        RaiseHostError(
+            kErrorResultMissing, kClassName, 4,
+            {"the result holds " + std::to_string(mRows.size()) + " exposures, at most 255 are expected"});
+    mExposureCount = static_cast<uint8_t>(mRows.size());
+    RebuildWorkingRow();
+}
+
+/// The working row becomes a copy of the last stored one, so that views show the latest exposure.
+void CResultCommon::RebuildWorkingRow() {
+    if (mRows.empty()) return;
+    auto row = std::make_shared<MeasurementRow>();
+    for (const auto& item : *mRows.back()) {
+        row->push_back(std::make_shared<CMeasurement>());
+        CopyToRow(*item, *row->back());
+    }
+    mCurrent = std::move(row);
+}
+
+}  // namespace vorex

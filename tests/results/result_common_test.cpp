@@ -1,0 +1,213 @@
+#include "results/result_common.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "results/result_columns.h"
+#include "support/fake_element.h"
+
+namespace vorex {
+namespace {
+
+class ResultStore : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        InstallServices({});
+        ResetState();
+    }
+
+    void Begin(int32_t test, int32_t kind, int32_t pkMode = 0) {
+        config = std::make_shared<CConfigCommon>();
+        config->DefaultValues(test);
+        config->pMeasurementExposure = kUnitR;
+        config->pMeasurementTimeUnit = kMilliseconds;
+        config->DetectorName = kind;
+        config->PKMode = pkMode;
+        config->pNoOfExposures = 3;
+        result = std::make_shared<CResultCommon>();
+        result->Initialize(config);
+    }
+
+    /// The working row as its texts joined by "|".
+    std::string Working() const {
+        std::string values;
+        for (const auto& item : result->Current()) values += item->ValueText() + "|";
+        values.pop_back();
+        return values;
+    }
+    std::string Working(std::string_view measurementKey) const {
+        return FindMeasurement(result->Current(), measurementKey)->ValueText();
+    }
+    void Keep(uint8_t number) { result->UpdateStatus(owner, &selected, number); }
+
+    std::shared_ptr<CConfigCommon> config;
+    std::shared_ptr<CResultCommon> result;
+    test::FakeElement owner;
+    test::NoSelection selected;
+};
+
+TEST_F(ResultStore, FieldsFillTheColumnsOfTheirSource) {
+    Begin(kMammoRadiation, kZrdAndMas);
+    result->StoreResult("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73", kSourceZrd);
+    EXPECT_EQ(Working(), "1|28|28.5|28.2|100|1000|100|0.33|1000.0|8.73||||");
+    result->StoreResult("1,80.5,8.05,0,12.4", kSourceMas);
+    EXPECT_EQ(Working(key::kMa), "80.5");
+    EXPECT_EQ(Working(key::kMas), "8.05");
+    EXPECT_EQ(Working(key::kExposure), "100") << "readings of the other instrument stay";
+}
+
+TEST_F(ResultStore, ExtraFieldsAreIgnoredAndMissingOnesLeaveTheirColumns) {
+    Begin(kMammoRadiation, kZrd);
+    result->StoreResult("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73,99,98", kSourceZrd);
+    EXPECT_EQ(Working(), "1|28|28.5|28.2|100|1000|100|0.33|1000.0|8.73");
+    result->StoreResult("0,30,31", kSourceZrd);
+    EXPECT_EQ(Working(), "0|30|31|28.2|100|1000|100|0.33|1000.0|8.73");
+    result->StoreResult("", kSourceZrd);
+    EXPECT_EQ(Working(key::kKvpAvg), "30");
+    result->StoreResult(",,,,,,,,,", kSourceZrd);
+    EXPECT_EQ(Working(), "|||||||||");
+}
+
+TEST_F(ResultStore, DosePerMasFollowsFromTheExposureOfTheOtherInstrument) {
+    struct Case {
+        int32_t kind;
+        const char* detectorRow;
+        int32_t detectorSource;
+        const char* masRow;
+        const char* expected;
+    };
+    const char* zrd = "0,80,81,80,12.5,1,100,3,0.0,0.0";
+    const char* zrdOverRange = "0,80,81,80,OL,1,100,3,0.0,0.0";
+    const Case cases[] = {
+        {kZrdAndMas, zrd, kSourceZrd, "0,100,10,0,0.7", "1.25"},
+        {kZrdAndMas, zrd, kSourceZrd, "0,100,0,0,0.7", "0.7"},  // no charge: the meter's own value
+        {kZrdAndMas, zrd, kSourceZrd, "0,100,OL,0,0.7", "0.7"},
+        {kZrdAndMas, zrdOverRange, kSourceZrd, "0,100,10,0,0.7", "0.7"},
+        {kPelomarkAndMas, "0,25,2.5,22,760,1,300,0", kSourcePelomark, "0,100,10,0,0.7", "2.5"},
+        {kMasMeter, "", kSourceZrd, "0,100,10,0,0.7", "0.7"},
+    };
+    for (const Case& c : cases) {
+        Begin(kRadioAccuracy, c.kind);
+        result->StoreResult(c.detectorRow, c.detectorSource);
+        result->StoreResult(c.masRow, kSourceMas);
+        EXPECT_EQ(Working(key::kDoseMas), c.expected) << "kind " << c.kind << ", " << c.masRow;
+    }
+}
+
+TEST_F(ResultStore, ALaterDetectorReadingRenewsDosePerMas) {
+    Begin(kRadioAccuracy, kZrdAndMas);
+    result->StoreResult("0,100,10,0,0.7", kSourceMas);
+    result->StoreResult("0,80,81,80,20,1,100,3,0.0,0.0", kSourceZrd);
+    EXPECT_EQ(Working(key::kDoseMas), "2");
+    result->StoreResult("0,80,81,80,UL,1,100,3,0.0,0.0", kSourceZrd);
+    EXPECT_EQ(Working(key::kDoseMas), "2") << "an unusable exposure keeps the stored value";
+}
+
+TEST_F(ResultStore, ResetClearsJudgedReadingsOfCombinedKindsOnly) {
+    for (int32_t kind : {kZrd, kZrdAndMas}) {
+        Begin(kRadioAccuracy, kind);
+        result->StoreResult("0,80,81,80,12,1,100,3,1.0,2.0", kSourceZrd);
+        Keep(1);
+        result->ResetTheMeasurements();
+        EXPECT_EQ(Working(key::kKvpAvg), kind == kZrd ? "80" : "");
+        EXPECT_EQ(Working(key::kPercentKvpError), "1.0");
+        EXPECT_EQ(result->GetMeasurementValue(1, 2), "80") << "stored exposures stay";
+    }
+}
+
+TEST_F(ResultStore, ReadersAnswerEmptyOutsideTheStoredRows) {
+    Begin(kRadioRepro, kZrd);
+    EXPECT_EQ(result->GetValue(0, 2), "");
+    std::vector<std::string> values = {"kept"};
+    result->GetMeasurementColumn(2, values);
+    EXPECT_EQ(values, std::vector<std::string>{"kept"});
+    for (uint8_t n = 1; n <= 2; ++n) {
+        result->StoreResult("0,8" + std::to_string(n) + ",81,80,12,1,100,3", kSourceZrd);
+        Keep(n);
+    }
+    EXPECT_EQ(result->GetValue(0, 2), "81");
+    EXPECT_EQ(result->GetValue(1, 2), "82");
+    EXPECT_EQ(result->GetValue(2, 2), "");
+    EXPECT_EQ(result->GetValue(0, 0), "");
+    EXPECT_EQ(result->GetValue(0, 23), "");
+    EXPECT_EQ(result->GetMeasurementValue(0, 2), "");
+    EXPECT_EQ(result->GetMeasurementValue(2, 2), "82");
+    result->GetMeasurementColumn(2, values);
+    EXPECT_EQ(values, (std::vector<std::string>{"81", "82"}));
+    result->SetValue(1, 2, "79*");
+    EXPECT_EQ(result->GetValue(1, 2), "79*");
+}
+
+TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
+    Begin(kMammoRadiation, kZrd);
+    for (uint8_t n = 1; n <= 2; ++n) {
+        result->StoreResult("0,2" + std::to_string(n) + ",28,28,100,1,100,0.3,1000.0,8.73", kSourceZrd);
+        Keep(n);
+    }
+    result->pTestGuide = true;
+    EXPECT_EQ(result->MeasurementCount(), 10);
+    EXPECT_EQ(TextOf(result->Measurement(1)->value()), "22");
+    result->pTestGuide = false;
+    EXPECT_EQ(result->MeasurementCount(), 20);
+    EXPECT_EQ(TextOf(result->Measurement(1)->value()), "21");
+    EXPECT_EQ(TextOf(result->Measurement(11)->value()), "22");
+    EXPECT_EQ(result->Measurement(20), nullptr);
+    EXPECT_EQ(result->Measurement(-1), nullptr);
+}
+
+TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
+    Begin(kRadioRepro, kZrdAndMas);
+    result->StoreResult("0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0.1,0,0,0,0,0,0", kSourceZrd);
+    Keep(1);
+    Keep(2);
+    const ColumnCounts counts = result->GetColumnCounts();
+    EXPECT_EQ(counts.total, 34);
+    EXPECT_EQ(counts.calculated, 22);
+    EXPECT_EQ(counts.row, 12);
+    EXPECT_EQ(result->MeasurementCount(), 34 * 2 + 1);
+    EXPECT_EQ(TextOf(result->Measurement(0)->value()), "++Exposure #1++");
+    EXPECT_EQ(result->Measurement(1)->Key(), "kVp Avg");
+    EXPECT_EQ(TextOf(result->Measurement(12)->value()), "++Exposure #2++");
+    EXPECT_EQ(TextOf(result->Measurement(24)->value()), "--Calculations--");
+    EXPECT_EQ(result->Measurement(24)->Key(), "Import Waveform");
+    EXPECT_EQ(result->Measurement(25)->Key(), "ER Avg kVp Avg");
+    EXPECT_EQ(result->Measurement(46)->Key(), "ER CV DosemAs");
+    EXPECT_EQ(result->Measurement(47), nullptr);
+}
+
+TEST_F(ResultStore, WaveformsGoToTheExposureJudgedLast) {
+    Begin(kRadioRepro, kZrdAndMas);
+    result->StoreWaveForm("1,2,3");
+    EXPECT_EQ(result->CurrentWaveformObject()->ValueCount(), 3) << "kept as current only";
+    EXPECT_EQ(result->KvWaveform(1), nullptr);
+    Keep(1);
+    Keep(2);
+    result->Resolution(2.5F);
+    result->StoreWaveForm("4,5");
+    result->WaveformType = kMaWaveform;
+    result->StoreWaveForm("6,7,8");
+    EXPECT_EQ(result->KvWaveform(1)->ValueCount(), 0);
+    EXPECT_EQ(result->KvWaveform(2)->Values(), (std::vector<float>{4, 5}));
+    EXPECT_EQ(result->MaWaveform(2)->Values(), (std::vector<float>{6, 7, 8}));
+    EXPECT_FLOAT_EQ(result->MaWaveform(2)->Resolution(), 2.5F);
+    Keep(1);  // a repeat of exposure 1
+    result->StoreWaveForm("9,9");
+    EXPECT_EQ(result->MaWaveform(1)->ValueCount(), 2);
+    EXPECT_EQ(result->WaveformOfRow(2)->ValueCount(), 3);
+}
+
+TEST_F(ResultStore, TheLastColumnOfTest200DependsOnTheGeneratorSetup) {
+    Begin(kRadioAccuracy, kZrd);
+    EXPECT_EQ(result->LastColumnKey(), "ER RA Absolute kVp Avg Error");
+    config->pGeneratorSetup = kSetupMaTime;
+    result->Initialize(config);
+    EXPECT_EQ(result->LastColumnKey(), "ER RA Percentage Timer Error");
+}
+
+}  // namespace
+}  // namespace vorex

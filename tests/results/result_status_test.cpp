@@ -1,0 +1,262 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "results/result_columns.h"
+#include "results/result_common.h"
+#include "support/fake_element.h"
+
+namespace vorex {
+namespace {
+
+class ResultStatus : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        InstallServices({});
+        ResetState();
+    }
+
+    void Begin(int32_t test, uint8_t exposures, int32_t kind = kZrd) {
+        config = std::make_shared<CConfigCommon>();
+        config->DefaultValues(test);
+        config->pMeasurementExposure = kUnitR;
+        config->pMeasurementTimeUnit = kMilliseconds;
+        config->pMeasurementFluoroType = kContinuous;
+        config->DetectorName = kind;
+        config->pNoOfExposures = exposures;
+        result = std::make_shared<CResultCommon>();
+        result->Initialize(config);
+    }
+
+    /// One exposure from its fields, judged and stored.
+    void Expose(uint8_t number, const std::string& fields, int32_t source = kSourceZrd) {
+        result->StoreResult(fields, source);
+        result->UpdateStatus(owner, &selected, number);
+    }
+
+    int32_t StatusOf(std::size_t row, std::string_view measurementKey) const {
+        const CMeasurement* item = FindMeasurement(*result->Rows().at(row), measurementKey);
+        return item == nullptr ? -1 : item->Status();
+    }
+    std::string ValueOf(std::size_t row, std::string_view measurementKey) const {
+        const CMeasurement* item = FindMeasurement(*result->Rows().at(row), measurementKey);
+        return item == nullptr ? "(none)" : item->ValueText();
+    }
+
+    std::shared_ptr<CConfigCommon> config;
+    std::shared_ptr<CResultCommon> result;
+    test::FakeElement owner;
+    test::NoSelection selected;
+};
+
+TEST_F(ResultStatus, TheKvpCriterionDecidesWhichErrorOfTest200Counts) {
+    struct Case {
+        const char* criterion;
+        const char* percent;   ///< limit 5 at most
+        const char* absolute;  ///< limit 4 at most
+        int32_t afterExposure;
+        int32_t afterAll;
+        int32_t percentStatus;
+        int32_t absoluteStatus;
+    };
+    const Case cases[] = {
+        {"1", "4.0", "9.0", kPassed, kPassed, kPassed, kPassed},
+        {"1", "6.0", "1.0", kFailed, kFailed, kFailed, kPassed},
+        {"2", "6.0", "1.0", kPassed, kPassed, kPassed, kPassed},
+        {"2", "4.0", "9.0", kFailed, kFailed, kPassed, kFailed},
+        // Either may pass: open until all rows are judged.
+        {"3", "4.0", "1.0", kFailed, kPassed, kPassed, kPassed},
+        {"3", "6.0", "1.0", kFailed, kPassed, kFailed, kPassed},
+        {"3", "4.0", "9.0", kFailed, kPassed, kPassed, kFailed},
+        {"3", "6.0", "9.0", kFailed, kFailed, kFailed, kFailed},
+        {"4", "4.0", "1.0", kPassed, kPassed, kPassed, kPassed},
+        {"4", "6.0", "1.0", kFailed, kFailed, kFailed, kPassed},
+        {"4", "4.0", "9.0", kFailed, kFailed, kPassed, kFailed},
+    };
+    owner.limits->AtMost("ER RA Percentage kVp Avg Error", 5);
+    owner.limits->AtMost("ER RA Absolute kVp Avg Error", 4);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string("criterion ") + c.criterion + " with " + c.percent + " and " + c.absolute);
+        Begin(kRadioAccuracy, 1);
+        config->passFailCriterion = {c.criterion};
+        Expose(1, std::string("0,80,80,80,1,1,100,3,") + c.percent + "," + c.absolute);
+        EXPECT_EQ(result->Status(), c.afterExposure);
+        result->UpdateAllStatus(owner, &selected);
+        EXPECT_EQ(result->Status(), c.afterAll);
+        EXPECT_EQ(StatusOf(0, key::kPercentKvpError), c.percentStatus);
+        EXPECT_EQ(StatusOf(0, key::kAbsoluteKvpError), c.absoluteStatus);
+    }
+}
+
+TEST_F(ResultStatus, TheTimerErrorCountsForMaTimesTimeOnly) {
+    owner.limits->AtMost("ER RA Percentage Timer Error", 5);
+    Begin(kRadioAccuracy, 1);
+    config->pGeneratorSetup = kSetupMaTime;
+    result->Initialize(config);
+    Expose(1, "0,80,80,80,1,1,100,3,0.0,0.0,7.0");
+    EXPECT_EQ(result->Status(), kFailed);
+    config->pGeneratorSetup = kSetupMas;
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(result->Status(), kPassed);
+}
+
+TEST_F(ResultStatus, AnOverRangeReadingFailsWithoutALimit) {
+    Begin(kRadioRepro, 2);
+    Expose(1, "0,80,81,80,OL,1,100,3");
+    EXPECT_EQ(StatusOf(0, key::kExposure), kFailed);
+    EXPECT_EQ(StatusOf(0, key::kKvpAvg), kPassed);
+    EXPECT_EQ(result->Status(), kFailed);
+    Expose(1, "0,80,81,80,ul,1,100,3");
+    EXPECT_EQ(StatusOf(0, key::kExposure), kFailed);
+    Expose(1, "0,80,81,80,12,1,100,3");
+    EXPECT_EQ(result->Status(), kPassed);
+}
+
+TEST_F(ResultStatus, VoltageVariationOfTest100IsJudgedInTheLastRowOnly) {
+    owner.limits->AtMost("ER kVp Avg CV", 0.05);
+    owner.limits->AtMost("ER Exposure CV", 0.05);
+    Begin(kRadioRepro, 2);
+    const std::string readings = "0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,";
+    Expose(1, readings + "0.06,0,0,0,0,0,0");
+    EXPECT_EQ(StatusOf(0, key::kErKvpAvg), kFailed);
+    Expose(2, readings + "0.01,0,0,0.06,0,0,0");
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(StatusOf(0, key::kErKvpAvg), kPassed) << "belongs to the last row";
+    EXPECT_EQ(StatusOf(1, key::kErKvpAvg), kPassed);
+    EXPECT_EQ(StatusOf(1, key::kErExposure), kFailed);
+    EXPECT_EQ(result->Status(), kFailed);
+}
+
+TEST_F(ResultStatus, ACoefficientOfLinearityIsJudgedAfterItsExposureButNotWithAllRows) {
+    owner.limits->AtMost("ER Non Adjacent", 0.1);
+    owner.limits->AtMost("ER Adjacent", 0.2);
+    Begin(kRadioLinearity, 3);
+    Expose(1, "0,0,80,80,80,10,1,100,3,1.0,");
+    EXPECT_EQ(StatusOf(0, key::kErNonAdjacent), kPassed);
+    Expose(2, "0,1,80,80,80,13,1,100,3,1.3,0.13");
+    EXPECT_EQ(StatusOf(1, key::kErNonAdjacent), kFailed) << "judged as non-adjacent whatever the marker";
+    EXPECT_EQ(result->Status(), kFailed);
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(result->Status(), kPassed);
+    EXPECT_EQ(StatusOf(1, key::kErAdjacent), kPassed) << "the marked row takes the adjacent key";
+    EXPECT_EQ(StatusOf(0, key::kErNonAdjacent), kPassed);
+}
+
+TEST_F(ResultStatus, EditingTheAdjacentMarkerJudgesTheCoefficient) {
+    owner.limits->AtMost("ER Non Adjacent", 0.1);
+    owner.limits->AtMost("ER Adjacent", 0.2);
+    Begin(kRadioLinearity, 3);
+    EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 0, 1), -1) << "nothing stored";
+    for (uint8_t n = 1; n <= 3; ++n) Expose(n, "0,0,80,80,80,13,1,100,3,1.3,0.13");
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 2, 1), 1);
+    EXPECT_EQ(ValueOf(2, key::kAdjacent), "1");
+    EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 2, 0), 0);
+    EXPECT_EQ(result->Status(), kFailed);
+    EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 1, 0), 1) << "judged from the third row on";
+    EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 3, 0), -1);
+}
+
+TEST_F(ResultStatus, EachExposureRateOfTest700HasALimitOfItsOwn) {
+    owner.limits->AtMost("ER Maxi. Exposure Rate1", 10);
+    owner.limits->AtMost("ER Maxi. Exposure Rate2", 5);
+    Begin(kFluoroExposure, 2);
+    Expose(1, "0,80,81,80,1,8,1,3,5 cm,Normal");
+    Expose(2, "0,80,81,80,1,8,1,3,5 cm,Normal");
+    EXPECT_EQ(StatusOf(0, "ER Maxi. Exposure Rate1"), kPassed);
+    EXPECT_EQ(StatusOf(1, "ER Maxi. Exposure Rate2"), kFailed);
+    // A repeat of the first exposure keeps its key and its place.
+    Expose(1, "0,80,81,80,1,11,1,3,5 cm,Normal");
+    EXPECT_EQ(StatusOf(0, "ER Maxi. Exposure Rate1"), kFailed);
+    EXPECT_EQ(result->ExposureCount(), 2);
+}
+
+TEST_F(ResultStatus, LatestStatisticsOfTest900StandInEveryRow) {
+    owner.limits->AtMost("ER Percentage Error", 5);
+    owner.limits->AtMost("ER CV", 0.02);
+    Begin(kMammoAccRepro, 2);
+    const std::string readings = "0,28,28,28,10,1,100,0.3,";
+    Expose(1, readings + "28.0,0.0,28.0,0.0,0.0,1.4,1.0,0.0");
+    Expose(2, readings + "28.0,0.0,28.0,0.0,0.0,1.4,6.0,0.01");
+    EXPECT_EQ(ValueOf(0, key::kPercentError), "6.0");
+    EXPECT_EQ(StatusOf(0, key::kPercentError), kFailed);
+    EXPECT_EQ(ValueOf(0, key::kCv), "0.01");
+    EXPECT_EQ(ValueOf(0, key::kMeanKvp), "28.0") << "only judged statistics are copied";
+}
+
+TEST_F(ResultStatus, Test900LeavesItsCellsForTheSurvey) {
+    struct Case {
+        const char* error;
+        const char* cv;
+        int32_t l38, l39, l36;
+    };
+    const Case cases[] = {{"5.0", "0.02", 1, 1, 1}, {"5.1", "0.02", 2, 1, 2}, {"1.0", "0.03", 1, 2, 2}};
+    owner.limits->AtMost("ER Percentage Error", 5);
+    owner.limits->AtMost("ER CV", 0.02);
+    for (const Case& c : cases) {
+        Begin(kMammoAccRepro, 1);
+        Expose(1, std::string("0,28,28,28,10,1,100,0.3,28,0,28,0,0,1.4,") + c.error + "," + c.cv);
+        result->UpdateAllStatus(owner, &selected);
+        EXPECT_EQ(State().cells.kVpL38, c.l38);
+        EXPECT_EQ(State().cells.kVpL39, c.l39);
+        EXPECT_EQ(State().cells.kVpL36, c.l36);
+    }
+    // Another test does not touch them.
+    Begin(kRadioRepro, 1);
+    Expose(1, "0,80,81,80,12,1,100,3");
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(State().cells.kVpL36, 2);
+}
+
+TEST_F(ResultStatus, NotApplicableStoresNoRowAndClearsSevenCells) {
+    Begin(kMammoRadiation, 1);
+    State().cells = {1, 1, 1, 2, 2, 1, 1, 1, 1};
+    result->UpdateStatus(owner, &selected, 1, true);
+    EXPECT_EQ(result->Status(), kNotApplicable);
+    EXPECT_TRUE(result->Rows().empty());
+    const StatusCells expected{0, 0, 0, 2, 2, 0, 0, 0, 0};
+    EXPECT_EQ(State().cells, expected);
+}
+
+TEST_F(ResultStatus, JudgingAllRowsWithoutAnExposurePasses) {
+    Begin(kRadioRepro, 1);
+    EXPECT_EQ(result->Status(), kNotTested);
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(result->Status(), kPassed);
+}
+
+TEST_F(ResultStatus, AFailedTestPassesAgainOnlyWhenAllRowsAreJudged) {
+    owner.limits->AtMost("ER Exposure", 10);
+    Begin(kRadioRepro, 2);
+    Expose(1, "0,80,81,80,12,1,100,3");
+    EXPECT_EQ(result->Status(), kFailed);
+    owner.limits->AtMost("ER Exposure", 15);
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(result->Status(), kPassed);
+}
+
+TEST_F(ResultStatus, ARepeatedExposureChangesItsRowOnly) {
+    Begin(kRadioRepro, 3);
+    for (uint8_t n = 1; n <= 3; ++n) Expose(n, "0,8" + std::to_string(n) + ",81,80,12,1,100,3");
+    Expose(2, "0,90,81,80,12,1,100,3");
+    EXPECT_EQ(result->ExposureCount(), 3);
+    EXPECT_EQ(ValueOf(0, key::kKvpAvg), "81");
+    EXPECT_EQ(ValueOf(1, key::kKvpAvg), "90");
+    EXPECT_EQ(ValueOf(2, key::kKvpAvg), "83");
+}
+
+TEST_F(ResultStatus, StoredColumnsKeepTheNumberTypeOnlyWhereTheyAreJudged) {
+    Begin(kRadioRepro, 1, kZrdAndMas);
+    Expose(1, "0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0,0,0,0,0,0,0");
+    const MeasurementRow& row = *result->Rows()[0];
+    EXPECT_EQ(FindMeasurement(row, key::kErKvpAvg)->ValueType(), kJudgedNumber);
+    EXPECT_EQ(FindMeasurement(row, key::kErExposure)->ValueType(), kTextOnly);
+    EXPECT_EQ(FindMeasurement(row, key::kMas)->ValueType(), kTextOnly);
+    EXPECT_EQ(FindMeasurement(row, key::kKvpAvg)->ValueType(), kTextOnly);
+}
+
+}  // namespace
+}  // namespace vorex
