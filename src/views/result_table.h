@@ -1,0 +1,159 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/class_registry.h"
+#include "foundation/event.h"
+#include "foundation/host_contract.h"
+#include "foundation/vocabulary.h"
+#include "results/result_common.h"
+#include "views/result_view.h"
+
+namespace vorex {
+
+struct ResultColumn {
+    std::string key;
+    std::string caption;
+    int16_t width = kColumnWidth;
+    bool hidden = false;
+    bool checkBox = false;  ///< cells are check marks, not texts
+};
+
+struct ResultCell {
+    std::string text;
+    int32_t status = kNotTested;
+    bool checked = false;
+};
+
+struct ResultRow {
+    std::string caption;
+    std::vector<ResultCell> cells;  ///< one per column, hidden ones included
+};
+
+/// Place of a cell: exposure and column count from 1; all 0 is no cell.
+struct CellPlace {
+    uint8_t exposure = 0;
+    uint8_t column = 0;
+    bool operator==(const CellPlace&) const = default;
+};
+
+/// The exposures of a measuring test as a table: what is shown in each cell, and what the operator may do
+/// with it. A window draws it and passes on what was pressed and typed.
+class ResultTable : public IZRD47500Result, public LibraryObject {
+  public:
+    /// A grid shows the statistics of test 100 in rows below the exposures, a list does not.
+    enum class Layout { kList, kGrid };
+    explicit ResultTable(Layout layout) : mLayout(layout) {}
+
+    // IZRD47500Result
+    void Limits(const std::shared_ptr<ILimitData>& limits) override { mLimits = limits; }
+    void Clear() override;
+    void ShowTestResult(const std::shared_ptr<ITestElement>& test, uint8_t exposure) override;
+    void UpdateTestResult(bool testStatus, uint8_t exposure) override;
+    void SelectStandard(std::string_view alphaName, std::string_view completeName, bool calculated) override;
+    void AddColumnHeader(std::string_view key, std::string_view name, int16_t width) override;
+    uint8_t pNoOfExposures() const override { return static_cast<uint8_t>(mRows.size()); }
+    void pNoOfExposures(uint8_t count) override;
+    void SetValue(uint8_t row, uint8_t column, std::string_view text) override;
+    std::string GetValue(uint8_t row, uint8_t column) const override;
+    void Initialize(bool checkBox, const std::shared_ptr<ITestElement>& element) override;
+    void UnInitialize() override;
+    void SetColumnSettings(uint8_t column, const std::vector<std::string>& values, bool checkBox) override;
+    void GetColumnSettings(uint8_t column, std::vector<std::string>& values) const override;
+    void DisplayAllColumns(bool visible, std::string_view columnNumbers) override;
+    void RemoveColumns() override;
+    void DetectorType(int32_t kind) override { mDetectorKind = kind; }
+    void MASInputOverride(bool allowed) override { mTypingAllowed = allowed; }
+    int32_t NoOfColumnHeaders() const override { return static_cast<int32_t>(mColumns.size()); }
+    void ClickedMeasurementColumn(std::string_view maKey, std::string_view masKey,
+                                  std::string_view masPulseKey, std::string_view dosePulseKey) override;
+
+    // What is shown.
+    const std::vector<ResultColumn>& Columns() const { return mColumns; }
+    /// One row per exposure, stored or still to come.
+    const std::vector<ResultRow>& Rows() const { return mRows; }
+    /// The mean and the coefficient of variation of each column; empty where the test has none.
+    const std::vector<ResultRow>& Statistics() const { return mStatistics; }
+    uint8_t SelectedExposure() const { return mSelected; }
+    bool HasCheckBoxes() const { return mCheckBoxes; }
+    /// Limits of the element and the standard of them that is shown; its version may be empty.
+    const std::shared_ptr<ILimitData>& ShownLimits() const { return mLimits; }
+    const StandardName& ShownStandard() const { return mStandard; }
+    bool ShowsCalculatedLimits() const { return mCalculated; }
+
+    // What the operator does. False when the table does not take it.
+    bool Press(CellPlace place);
+    /// The right button: selects the row and asks for the menu.
+    void PressRight(CellPlace place);
+    bool ToggleCheck(CellPlace place);
+    /// Takes what was typed into a cell of the mAs columns of a stored exposure.
+    bool Edit(CellPlace place, std::string_view typed);
+    /// Keys that the cell editor takes: digits, blank, ".", "," and, as 8 and 13, backspace and Enter.
+    static bool AcceptsKey(int keyCode);
+    /// Where the editor goes on Enter: one column to the right, else to the next row; no cell at the end.
+    CellPlace CellAfter(CellPlace place) const;
+
+    /// Something that is shown has changed.
+    Event<> Changed{"ResultTable_Changed"};
+
+  private:
+    /// Where the values of a column, or of its statistics, come from.
+    struct Source {
+        std::string key;
+        std::size_t place = 0;  ///< index in a row of measurements, where it was found last
+        std::string unitKey;    ///< what `unit` is the translation of
+        std::string unit;
+    };
+    struct Sources {
+        Source value, mean, variation;
+    };
+
+    bool IsCell(CellPlace place) const;
+    bool IsTypable(CellPlace place) const;
+    bool IsStored(std::size_t row) const;
+    bool TakeResult();
+    void FillAllRows(bool marks);
+    void FillRow(std::size_t row, bool marks);
+    void FillTestWideColumns(bool marks);
+    void FillStatistics(bool marks);
+    void Fill(ResultCell& cell, bool checkBox, Source& source, const MeasurementRow& row, bool marks) const;
+    void ShowValue(const std::string& value, const Source& source, std::string& shown) const;
+    void AddRows(std::size_t count);
+    void SetUpStatistics();
+    static const CMeasurement* Locate(Source& source, const MeasurementRow& row);
+
+    Layout mLayout;
+    int32_t mDetectorKind = kZrd;
+    bool mCheckBoxes = false;
+    bool mTypingAllowed = false;
+    std::array<std::string, 4> mTypedKeys;
+    std::shared_ptr<ILimitData> mLimits;
+    StandardName mStandard;
+    bool mCalculated = false;
+    std::weak_ptr<ITestElement> mElement;
+    std::shared_ptr<IResultData> mShown;  ///< the result that the rows show
+    CResultCommon* mResult = nullptr;     ///< the same, when it is one of a measuring test
+    int32_t mTestId = 0;
+    std::vector<ResultColumn> mColumns;
+    std::vector<Sources> mSources;
+    std::vector<ResultRow> mRows;
+    std::vector<ResultRow> mStatistics;
+    uint8_t mSelected = 0;
+};
+
+class XResultListView : public ResultTable {
+  public:
+    XResultListView() : ResultTable(Layout::kList) {}
+};
+
+class XResultFlxGrid : public ResultTable {
+  public:
+    XResultFlxGrid() : ResultTable(Layout::kGrid) {}
+};
+
+}  // namespace vorex
