@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "foundation/platform.h"
+
+namespace vorex {
+
+/// Ids of the guide's pop-up menu; a target/filter has the key of its button.
+namespace guide_menu {
+inline constexpr int32_t kRedo = 100;
+inline constexpr int32_t kShowAll = 200;
+}  // namespace guide_menu
+
+/// What the guide's pop-up menu depends on.
+struct GuideMenuState {
+    bool canRedo = false;
+    std::vector<std::string> targetFilters;
+    int32_t checkedTargetFilter = -1;  ///< index from 0
+    bool hasHiddenColumns = false;
+    bool allShown = false;
+};
+
+std::vector<MenuItem> BuildGuideMenu(const GuideMenuState& state);
+
+/// True when the menu has an item of an id that can be chosen.
+bool CanChoose(const std::vector<MenuItem>& items, int32_t id);
+
+}  // namespace vorex

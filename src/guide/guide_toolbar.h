@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "execution/test_guide_contract.h"
+
+namespace vorex {
+
+struct GuideButton {
+    int32_t key = 0;
+    std::string caption;
+    bool visible = false;
+    bool enabled = false;
+    bool checked = false;
+    bool panel = false;  ///< a field of the bar that cannot be pressed
+};
+
+/// The buttons of the guide: what each shows, and which of them can be pressed.
+class GuideToolbar {
+  public:
+    GuideToolbar();
+
+    /// In the order of the bar: the fixed buttons, then the target/filters.
+    const std::vector<GuideButton>& Buttons() const { return mButtons; }
+    /// The button of a key; null when there is none.
+    const GuideButton* Find(int32_t key) const;
+    bool Takes(int32_t key) const;
+    bool Enabled(int32_t key) const;
+    void Enable(int32_t key, bool enable);
+    void Show(int32_t key, bool show);
+    bool Checked(int32_t key) const;
+    /// Checks one of a group of buttons, and no other; a key outside the group leaves none checked.
+    void CheckOnly(std::span<const int32_t> group, int32_t key);
+
+    /// Replaces the buttons of the target/filters; the index of the checked one counts from 0, -1 is none.
+    void SetTargetFilters(const std::vector<std::string>& names, int32_t checkedIndex);
+    void CheckTargetFilter(int32_t index);
+    /// Names of the target/filters, in the order of their buttons.
+    const std::vector<std::string>& TargetFilters() const { return mTargetFilters; }
+    /// Index of the checked target/filter, -1 for none.
+    int32_t CheckedTargetFilter() const;
+
+  private:
+    GuideButton* FindButton(int32_t key);
+
+    std::vector<GuideButton> mButtons;
+    std::vector<std::string> mTargetFilters;
+};
+
+/// The three ways to enter mAs values, of which one is chosen.
+inline constexpr int32_t kMasButtons[] = {guide_button::kShunt, guide_button::kClamp, guide_button::kManual};
+
+}  // namespace vorex

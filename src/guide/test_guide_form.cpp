@@ -1,0 +1,160 @@
+#include "guide/test_guide_form.h"
+
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+
+namespace vorex {
+
+FZRD47500TestGuide::FZRD47500TestGuide() {
+    mTabs = {{"TAB_GRAPH_1", kKvWaveform, Translate(text::kKvWaveformTab)},
+             {"TAB_GRAPH_2", kMaWaveform, Translate(text::kMaWaveformTab)}};
+}
+
+FZRD47500TestGuide::~FZRD47500TestGuide() {
+    if (mWatch) mWatch->Stop();
+}
+
+void FZRD47500TestGuide::Visible(bool visible) {
+    mVisible = visible;
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::Load() {
+    Guarded("Form_Load", [&] {
+        if (!vti && Services().createDetectorService) vti = Services().createDetectorService();
+        if (vti) vti->events.vti_AddWakeUpButton.Connect([this](bool wakeUp) { SetWakeUpButton(wakeUp); });
+    });
+    StartWatch();
+}
+
+void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element,
+                                    const std::shared_ptr<IExecutionPipe>& pipe,
+                                    const std::vector<std::string>& lines) {
+    mElement = element;
+    mPipe = pipe;
+    mConfig = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
+    if (mConfig) {
+        mKind = mConfig->DetectorName;
+        std::string_view input = mConfig->MASInput ? text::kShunt : text::kClamp;
+        if (mConfig->ManualSelectedInTestGuide) input = text::kManual;
+        mConfig->TestGuideMASInput = Translate(input);
+    }
+    SetInfoLines(lines);
+    CreateView(element);
+    ShowOptionalButtons();
+    if (mConfig && mConfig->ManualSelectedInTestGuide) TypeMasValues(true);
+    Changed.Raise();
+}
+
+/// Buttons that are there for some tests, kinds or settings only.
+void FZRD47500TestGuide::ShowOptionalButtons() {
+    const auto settings = mConfig ? mConfig->TestGuideConfig() : nullptr;
+    const int32_t bits = settings ? settings->Buttons() : 0;
+    mToolbar.Show(guide_button::kSkip, (bits & kSkipButtonBit) != 0);
+    mToolbar.Show(guide_button::kNa, (bits & kNaButtonBit) != 0);
+    mToolbar.Show(guide_button::kDisconnect, !IsSurvey());
+    mToolbar.Show(guide_button::kIonChamber, HasPelomark(mKind));
+    RefreshMASButtons();
+}
+
+void FZRD47500TestGuide::Unload() {
+    if (mWatch) mWatch->Stop();
+    mWatch.reset();
+    if (vti) {
+        vti->events.vti_AddWakeUpButton.Clear();
+        Guarded("Form_Unload", [&] { vti->Disconnect(); });
+        vti.reset();
+    }
+    if (mView) mView->UnInitialize();
+    mView.reset();
+    ClearTabs();
+    mElement.reset();
+    mPipe.reset();
+    mConfig.reset();
+    mVisible = false;
+    Changed.Raise();
+}
+
+std::shared_ptr<CResultCommon> FZRD47500TestGuide::Result() const {
+    const auto element = mElement.lock();
+    return element ? std::dynamic_pointer_cast<CResultCommon>(element->Result()) : nullptr;
+}
+
+const ISelectedStandards* FZRD47500TestGuide::SelectedStandards() const {
+    return mPipe ? mPipe->SelectedStandards().get() : nullptr;  // the pipe keeps it alive
+}
+
+// ------------------------------------------------------------------------- what the element lets it show
+
+void FZRD47500TestGuide::SetInfoLines(const std::vector<std::string>& lines) {
+    mLines = lines;
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::ShowRows(std::span<const int32_t> rows) {
+    mVisibleRows.emplace(rows.begin(), rows.end());
+    Changed.Raise();
+}
+
+std::vector<std::string> FZRD47500TestGuide::VisibleLines() const {
+    if (!mVisibleRows) return mLines;
+    std::vector<std::string> lines;
+    for (int32_t row : *mVisibleRows)
+        if (row >= 1 && static_cast<std::size_t>(row) <= mLines.size())
+            lines.push_back(mLines[static_cast<std::size_t>(row - 1)]);
+    return lines;
+}
+
+void FZRD47500TestGuide::SetStatusText(std::string_view text) {
+    mStatusLine = text.empty() ? std::string() : Translate(text);
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::ShowStatus(const IResultData* result) {
+    mStatusShown = result != nullptr ? result->Status() : kNotTested;
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::ShowOverlay(bool show, std::string_view text) {
+    if (show) mOverlay.LabelCaption(text);
+    mOverlay.Visible(show);
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::DrawWaveform(const std::shared_ptr<IWaveform>& waveform) {
+    const bool hasChannel = mWaveformType == kMaWaveform ? HasMasMeter(mKind) : HasZrd(mKind);
+    for (GuideTab& tab : mTabs) {
+        const bool maTab = tab.type == kMaWaveform;
+        if (maTab != (mWaveformType == kMaWaveform)) continue;
+        tab.waveform = waveform && waveform->ValueCount() > 0 ? waveform : nullptr;
+        tab.visible = hasChannel && tab.waveform != nullptr && !IsSurvey();
+    }
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::ClearTabs() {
+    for (GuideTab& tab : mTabs) {
+        tab.waveform.reset();
+        tab.visible = false;
+    }
+}
+
+void FZRD47500TestGuide::ResetSelection() {
+    mCurrentExposure = 0;
+    mDetails.clear();
+    if (mView) mView->UpdateTestResult(true, 0);
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::ClearTable() {
+    mCurrentExposure = 0;
+    mDetails.clear();
+    ClearTabs();
+    if (mView) mView->Clear();
+    FillColumnSettings();
+    Changed.Raise();
+}
+
+}  // namespace vorex

@@ -1,0 +1,207 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/config_common.h"
+#include "execution/test_guide_contract.h"
+#include "foundation/detector_service.h"
+#include "foundation/platform.h"
+#include "guide/guide_menu.h"
+#include "guide/guide_toolbar.h"
+#include "guide/transparent_overlay.h"
+#include "results/result_common.h"
+#include "views/result_view.h"
+
+namespace vorex {
+
+/// A pane of the guide with the waveform of one channel.
+struct GuideTab {
+    std::string_view name;
+    uint8_t type = kKvWaveform;
+    std::string caption;
+    bool visible = false;
+    std::shared_ptr<IWaveform> waveform;  ///< empty while the pane is clear
+};
+
+/// The window through which the operator runs a test, without its widgets: what is shown, what can be
+/// pressed, and what a press brings about. It measures nothing itself. While no exposures are taken it
+/// watches the link to the detector, and on Start it adapts the test to the detector that answers.
+class FZRD47500TestGuide : public ITestGuide {
+  public:
+    FZRD47500TestGuide();
+    ~FZRD47500TestGuide() override;
+
+    // IModalWindow
+    bool Visible() const override { return mVisible; }
+    void Visible(bool visible) override;
+
+    // ITestGuide
+    void Load() override;
+    void Initialize(const std::shared_ptr<ITestElement>& element, const std::shared_ptr<IExecutionPipe>& pipe,
+                    const std::vector<std::string>& lines) override;
+    void SetInfoLines(const std::vector<std::string>& lines) override;
+    void ShowRows(std::span<const int32_t> rows) override;
+    void ToolbarState(GuideState state, bool enableNext) override;
+    void EnableNext(bool enable) override;
+    void SetStatusText(std::string_view text) override;
+    void ShowStatus(const IResultData* result) override;
+    void ShowResult(const std::shared_ptr<ITestElement>& element, uint8_t exposure) override;
+    void DrawWaveform(const std::shared_ptr<IWaveform>& waveform) override;
+    void EnableStop(bool enable) override;
+    void EnableStart(bool enable) override;
+    void ResetSelection() override;
+    void ClearTable() override;
+    void SetWakeUpButton(bool enable) override;
+    void SetWaveformExposure(uint8_t exposure) override { mWaveformExposure = exposure; }
+    void WaveformType(uint8_t type) override { mWaveformType = type; }
+    void ShowOverlay(bool show, std::string_view text) override;
+    int32_t DetectorType() const override { return mKind; }
+    bool GetToolBarButtonStatus(int32_t button) const override { return mToolbar.Enabled(button); }
+    void SetToolBarButtonStatus(int32_t button, bool enabled) override;
+    void EnableMenuRedoExposure(bool enable) override { mRedoAllowed = enable; }
+    void BuildColumns(const std::shared_ptr<CConfigCommon>& configuration, bool refresh) override;
+    void Unload() override;
+
+    // What the operator does.
+    /// False when the button cannot be pressed now. A shortcut press of Start goes with the state: Next
+    /// where it is enabled, Stop during a run, else Start; a plain press always starts.
+    bool PressButton(int32_t key, bool shortcut = false);
+    /// Selects a stored exposure and chooses "Redo Exposure" of the menu; false when the menu would not
+    /// offer it.
+    bool RedoExposure(uint8_t exposure);
+    /// The right button over the table.
+    void OpenMenu();
+    /// Index counts from 0; any other than that of an offered target/filter is ignored.
+    void SelectTargetFilter(int32_t index);
+
+    /// The element under test; empty before `Initialize` and after `Unload`.
+    std::shared_ptr<ITestElement> Element() const { return mElement.lock(); }
+
+    // What is shown.
+    const std::vector<GuideButton>& Buttons() const { return mToolbar.Buttons(); }
+    const GuideButton* Button(int32_t key) const { return mToolbar.Find(key); }
+    const std::vector<GuideTab>& Tabs() const { return mTabs; }
+    const std::vector<std::string>& InfoLines() const { return mLines; }
+    /// The instruction lines that are not hidden at present.
+    std::vector<std::string> VisibleLines() const;
+    const std::string& StatusLine() const { return mStatusLine; }
+    /// Status of the result that is shown.
+    int32_t StatusShown() const { return mStatusShown; }
+    GuideState RunState() const { return mState; }
+    uint8_t CurrentExposure() const { return mCurrentExposure; }
+    uint8_t WaveformExposure() const { return mWaveformExposure; }
+    const std::shared_ptr<IZRD47500Result>& Table() const { return mView; }
+    const XTransparent& Overlay() const { return mOverlay; }
+    const std::vector<std::string>& Details() const { return mDetails; }
+    /// The pop-up menu as it would open now.
+    std::vector<MenuItem> MenuItems() const;
+    /// Firmware of the dosimeter, 0 until it was asked.
+    int32_t FirmwareVersion() const { return mFirmwareVersion; }
+    bool Watching() const { return mWatch && mWatch->Running(); }
+
+    /// Something that is shown has changed.
+    Event<> Changed{"FZRD47500TestGuide_Changed"};
+
+  private:
+    static constexpr int32_t kWatchInterval = 2000;  ///< ms
+
+    /// Keeps the watch from polling between what the operator's press sends; nested presses count.
+    class WatchPause {
+      public:
+        explicit WatchPause(FZRD47500TestGuide& guide);
+        ~WatchPause();
+        WatchPause(const WatchPause&) = delete;
+        WatchPause& operator=(const WatchPause&) = delete;
+
+      private:
+        FZRD47500TestGuide& mGuide;
+    };
+
+    // Life (test_guide_form.cpp).
+    bool IsSurvey() const { return !mConfig; }
+    std::shared_ptr<CResultCommon> Result() const;
+    const ISelectedStandards* SelectedStandards() const;
+    void ShowOptionalButtons();
+    void ClearTabs();
+
+    // Presses (test_guide_press.cpp).
+    void HandleButton(int32_t key, bool shortcut);
+    void PressAbort();
+    void PressNext();
+    void PressStart(bool shortcut);
+    void PressDisconnect();
+    void PressMasInput(bool shunt);
+    void PressManual();
+    void EnableStartButton();
+    void LeaveRunningState();
+    void RefreshMASButtons();
+    bool OpenLink();
+    bool LinkIsOpen() const { return mLink && mLink->LinkOpen(); }
+
+    // Detector (test_guide_detector.cpp).
+    void StartWatch();
+    void WatchTick();
+    bool WatchGoesOn();
+    void LoseConnection();
+    bool AdaptToDetector();
+    void AdaptTo(int32_t kind, int32_t configured);
+    void RefuseDetector(int32_t configured);
+    void AdaptDosimeter();
+    void AdaptTargetFilters();
+    void InitializeResultAgain();
+
+    // Table and menu (test_guide_table.cpp).
+    void CreateView(const std::shared_ptr<ITestElement>& element);
+    void FillColumnSettings();
+    void TypeMasValues(bool allowed);
+    void ClickItem(uint8_t exposure, uint8_t column, const std::string& columnKey);
+    void RequestWaveforms(uint8_t exposure);
+    void EditCell(uint8_t exposure, uint8_t column, const std::string& text);
+    void StoreTypedValue(uint8_t exposure, const std::string& columnKey, const std::string& text);
+    void LogTypedValue(uint8_t exposure, const CMeasurement& measurement);
+    void ToggleAllColumns();
+    bool CanRedo(uint8_t exposure) const;
+
+    bool mVisible = false;
+    std::shared_ptr<IDetectorService> vti;
+    std::shared_ptr<IDetectorLink> mLink;
+    std::unique_ptr<IPlatformTimer> mWatch;
+    int32_t mSleepTimeOut = 0;
+    int32_t mShutdownTimeout = 0;
+    int32_t mPauses = 0;  ///< of the watch, nested
+
+    std::weak_ptr<ITestElement> mElement;
+    std::shared_ptr<IExecutionPipe> mPipe;
+    std::shared_ptr<CConfigCommon> mConfig;  ///< empty for the survey
+    std::shared_ptr<IZRD47500Result> mView;
+    std::vector<std::string> mColumnKeys;
+
+    GuideToolbar mToolbar;
+    GuideState mState = GuideState::kIdle;
+    std::vector<GuideTab> mTabs;
+    std::vector<std::string> mLines;
+    std::optional<std::vector<int32_t>> mVisibleRows;  ///< from 1; all lines when it was never set
+    std::vector<std::string> mDetails;
+    std::string mStatusLine;
+    int32_t mStatusShown = kNotTested;
+    XTransparent mOverlay;
+
+    int32_t mConnectedKind = kNoDetector;
+    int32_t mKind = kNoDetector;
+    uint8_t mCurrentExposure = 0;
+    uint8_t mWaveformExposure = 0;
+    uint8_t mWaveformType = kKvWaveform;
+    bool mRedoAllowed = true;
+    std::string mHiddenColumns;
+    bool mAllShown = false;
+    bool mManualNote = false;
+    int32_t mFirmwareVersion = 0;
+};
+
+}  // namespace vorex

@@ -1,0 +1,200 @@
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "guide/test_guide_form.h"
+
+// What the buttons of the guide do.
+
+namespace vorex {
+
+using namespace guide_button;  // NOLINT(google-build-using-namespace): the keys are this file's subject
+
+namespace {
+
+/// What ends the test or leaves it, and is locked while exposures are taken.
+constexpr int32_t kNavigation[] = {kAbort, kPrevious, kSkip, kNa};
+
+}  // namespace
+
+// ------------------------------------------------------------------------------------ state of the bar
+
+void FZRD47500TestGuide::ToolbarState(GuideState state, bool enableNext) {
+    mState = state;
+    const bool idle = state == GuideState::kIdle;
+    for (int32_t key : kNavigation) mToolbar.Enable(key, idle);
+    mToolbar.Enable(kNext, idle && enableNext);
+    mToolbar.Enable(kStop, !idle);
+    mToolbar.Enable(kStart, false);
+    EnableStartButton();
+    Changed.Raise();
+}
+
+/// A test of the mAs meter alone whose values are typed in has nothing to start.
+void FZRD47500TestGuide::EnableStartButton() {
+    const bool typedOnly = mToolbar.Checked(kManual) && mConnectedKind == kMasMeter && mConfig &&
+                           mConfig->DetectorOption == kMasMeter;
+    if (mState == GuideState::kIdle) mToolbar.Enable(kStart, !typedOnly);
+}
+
+void FZRD47500TestGuide::EnableNext(bool enable) {
+    SetToolBarButtonStatus(kNext, enable);
+}
+void FZRD47500TestGuide::EnableStop(bool enable) {
+    SetToolBarButtonStatus(kStop, enable);
+}
+void FZRD47500TestGuide::EnableStart(bool enable) {
+    SetToolBarButtonStatus(kStart, enable);
+}
+
+void FZRD47500TestGuide::SetToolBarButtonStatus(int32_t button, bool enabled) {
+    mToolbar.Enable(button, enabled);
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::SetWakeUpButton(bool enable) {
+    mToolbar.Show(kWakeUp, enable && !IsSurvey());
+    SetToolBarButtonStatus(kWakeUp, enable);
+}
+
+/// A run that ended by a failing handler must not leave the bar locked.
+void FZRD47500TestGuide::LeaveRunningState() {
+    if (mState != GuideState::kRunning) return;
+    State().gRunActive = false;
+    SetStatusText({});
+    const auto result = Result();
+    ToolbarState(GuideState::kIdle, result && result->Status() != kNotTested);
+}
+
+// ------------------------------------------------------------------------------------------- presses
+
+FZRD47500TestGuide::WatchPause::WatchPause(FZRD47500TestGuide& guide) : mGuide(guide) {
+    ++mGuide.mPauses;
+    if (mGuide.mWatch) mGuide.mWatch->Stop();
+}
+
+FZRD47500TestGuide::WatchPause::~WatchPause() {
+    if (--mGuide.mPauses == 0 && mGuide.mWatch) mGuide.mWatch->Start(kWatchInterval);
+}
+
+bool FZRD47500TestGuide::PressButton(int32_t key, bool shortcut) {
+    const bool stopsRun = key == kStart && shortcut && mToolbar.Takes(kStop);
+    if (!mToolbar.Takes(key) && !stopsRun) return false;
+    const WatchPause pause(*this);
+    Guarded("xtbToolbar_ButtonClick", [&] { HandleButton(key, shortcut); });
+    Changed.Raise();
+    return true;
+}
+
+void FZRD47500TestGuide::HandleButton(int32_t key, bool shortcut) {
+    switch (key) {
+        case kAbort:
+            return PressAbort();
+        case kPrevious:
+            return events.Previous.Raise();
+        case kNext:
+            return PressNext();
+        case kStop:
+            return events.StopTest.Raise();
+        case kStart:
+            return PressStart(shortcut);
+        case kWakeUp:
+            return events.WakeUpDetector.Raise();
+        case kSkip:
+            return events.Skip.Raise();
+        case kNa:
+            return events.NA.Raise();
+        case kIonChamber:
+            return events.DisplayIonChamber.Raise();
+        case kDisconnect:
+            return PressDisconnect();
+        case kShunt:
+            return PressMasInput(true);
+        case kClamp:
+            return PressMasInput(false);
+        case kManual:
+            return PressManual();
+        default:
+            return SelectTargetFilter(key - kFirstTargetFilter);
+    }
+}
+
+void FZRD47500TestGuide::PressAbort() {
+    const auto& platform = Services().platform;
+    if (!platform || platform->Confirm(Translate(text::kConfirmAbort))) events.AbortTest.Raise();
+}
+
+void FZRD47500TestGuide::PressNext() {
+    if (mManualNote && mConfig) mConfig->TestGuideMASInput = Translate(text::kManual);
+    events.NextTest.Raise();
+}
+
+void FZRD47500TestGuide::PressStart(bool shortcut) {
+    if (!OpenLink()) return;
+    const bool running = mState == GuideState::kRunning || State().gRunActive;
+    if (!running) {
+        mManualNote = false;
+        mToolbar.Enable(kDisconnect, true);
+        if (!AdaptToDetector()) return;
+    }
+    if (shortcut && mToolbar.Enabled(kNext)) return PressNext();
+    if (shortcut && running) return events.StopTest.Raise();
+    events.StartTest.Raise();
+    LeaveRunningState();
+}
+
+bool FZRD47500TestGuide::OpenLink() {
+    if (!mLink && Services().createDetectorLink) mLink = Services().createDetectorLink();
+    if (!mLink) return false;
+    if (!mLink->LinkOpen()) {
+        mLink->SelectDetector(mConfig ? mConfig->DetectorOption : kNoDetector);
+        mLink->OpenLink();
+    }
+    return mLink->LinkOpen();
+}
+
+void FZRD47500TestGuide::PressDisconnect() {
+    if (mLink) mLink->CloseLink();
+    mToolbar.Enable(kDisconnect, false);
+}
+
+// --------------------------------------------------------------------------------------- mAs buttons
+
+void FZRD47500TestGuide::RefreshMASButtons() {
+    const bool hasMeter = mConfig && HasMasMeter(mKind);
+    mToolbar.Show(kShunt, hasMeter);
+    mToolbar.Show(kClamp, hasMeter);
+    mToolbar.Show(kManual, hasMeter && mConfig->MASInputOverride);
+    if (!hasMeter) return;
+    const int32_t input = mConfig->MASInput ? kShunt : kClamp;
+    mToolbar.CheckOnly(kMasButtons, mConfig->ManualSelectedInTestGuide ? kManual : input);
+}
+
+void FZRD47500TestGuide::PressMasInput(bool shunt) {
+    if (IsSurvey()) return;
+    mToolbar.CheckOnly(kMasButtons, shunt ? kShunt : kClamp);
+    EnableStartButton();
+    mManualNote = false;
+    mConfig->MASInput = shunt;
+    mConfig->TestGuideMASInput = Translate(shunt ? text::kShunt : text::kClamp);
+    mConfig->ManualSelectedInTestGuide = false;
+    TypeMasValues(false);
+    if (LinkIsOpen() && vti) {
+        mToolbar.Enable(kDisconnect, true);
+        vti->MASInput(shunt);
+    }
+    events.MASInputChanged.Raise();
+}
+
+void FZRD47500TestGuide::PressManual() {
+    if (IsSurvey()) return;
+    mToolbar.CheckOnly(kMasButtons, kManual);
+    EnableStartButton();
+    mConfig->TestGuideMASInput = Translate(text::kManual);
+    mConfig->ManualSelectedInTestGuide = true;
+    TypeMasValues(true);
+    events.MASInputChanged.Raise();
+    mManualNote = true;
+}
+
+}  // namespace vorex

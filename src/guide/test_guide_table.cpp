@@ -1,0 +1,240 @@
+#include <algorithm>
+
+#include "foundation/class_registry.h"
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "guide/guide_columns.h"
+#include "guide/guide_details.h"
+#include "guide/test_guide_form.h"
+#include "results/result_columns.h"
+
+// The table of the guide: its columns, what the operator does in it, and its pop-up menu.
+
+namespace vorex {
+
+namespace {
+
+constexpr uint8_t kImportColumn = 1;
+constexpr uint8_t kAdjacentColumn = 2;
+
+/// True from construction to the end of the menu.
+class MenuOpen {
+  public:
+    MenuOpen() { State().gMenuOpen = true; }
+    ~MenuOpen() { State().gMenuOpen = false; }
+    MenuOpen(const MenuOpen&) = delete;
+    MenuOpen& operator=(const MenuOpen&) = delete;
+};
+
+}  // namespace
+
+// ------------------------------------------------------------------------------------------- columns
+
+void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element) {
+    const TestRow* test = FindTest(element->TestID());
+    mView = test != nullptr ? CreateObjectAs<IZRD47500Result>(ClassName(test->resultClass)) : nullptr;
+    if (!mView) return;
+    ResultViewEvents& view = mView->events;
+    view.ItemClick.Connect([this](uint8_t exposure, uint8_t column, const std::string& columnKey) {
+        ClickItem(exposure, column, columnKey);
+    });
+    view.ItemClicked.Connect([this](bool flag) { events.ItemClicked.Raise(flag); });
+    view.MouseDown.Connect([this](bool right, uint8_t exposure) {
+        if (exposure != 0) mCurrentExposure = exposure;
+        if (right) OpenMenu();
+    });
+    view.CellEdited.Connect([this](uint8_t exposure, uint8_t column, const std::string& text) {
+        EditCell(exposure, column, text);
+    });
+    view.MQSAHelpText.Connect([this](const std::string& text) {
+        mDetails = {text};
+        Changed.Raise();
+    });
+    mView->Initialize(true, element);
+    mView->Limits(element->Limits());
+}
+
+void FZRD47500TestGuide::BuildColumns(const std::shared_ptr<CConfigCommon>& configuration, bool refresh) {
+    const auto element = mElement.lock();
+    if (!mView || !element) return;
+    const std::vector<GuideColumn> columns = configuration ? GuideColumns(*configuration) : SurveyColumns();
+    mView->DetectorType(configuration ? configuration->DetectorName : kNoDetector);
+    mView->RemoveColumns();
+    mColumnKeys.clear();
+    for (const GuideColumn& column : columns) {
+        mView->AddColumnHeader(column.key, column.caption, column.width);
+        mColumnKeys.push_back(column.key);
+    }
+    FillColumnSettings();
+    const auto limits = element->Limits();
+    const Standards chosen = ChosenStandards(limits.get(), SelectedStandards());
+    if (!chosen.empty()) mView->SelectStandard(chosen.front()->Name(), chosen.front()->Version(), true);
+    mView->Limits(limits);
+    mHiddenColumns = HiddenColumns(columns, chosen);
+    if (!mHiddenColumns.empty()) mView->DisplayAllColumns(mAllShown, mHiddenColumns);
+    if (refresh) mView->ShowTestResult(element, mCurrentExposure);
+    Changed.Raise();
+}
+
+/// What the setup says of each exposure before it is taken.
+void FZRD47500TestGuide::FillColumnSettings() {
+    if (!mView || !mConfig) return;
+    mView->pNoOfExposures(mConfig->pNoOfExposures);
+    for (uint8_t column : {kImportColumn, kAdjacentColumn}) {
+        if (column == kAdjacentColumn && mConfig->pTestID != kRadioLinearity) continue;
+        if (column > mColumnKeys.size()) continue;
+        TextArray flags;
+        mConfig->GetArrayData(column, flags);
+        mView->SetColumnSettings(column, flags, true);
+    }
+}
+
+void FZRD47500TestGuide::ShowResult(const std::shared_ptr<ITestElement>& element, uint8_t exposure) {
+    mCurrentExposure = exposure;
+    if (!mView) return;
+    if (exposure == 0)
+        mView->ShowTestResult(element, exposure);
+    else
+        mView->UpdateTestResult(true, exposure);
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::ToggleAllColumns() {
+    if (!mView) return;
+    mAllShown = !mAllShown;
+    mView->DisplayAllColumns(mAllShown, mHiddenColumns);
+    // With both instruments the mAs columns may be among the hidden ones: they are typed into when shown.
+    if (mKind == kZrdAndMas) mToolbar.Enable(guide_button::kManual, mAllShown);
+    Changed.Raise();
+}
+
+void FZRD47500TestGuide::TypeMasValues(bool allowed) {
+    if (!mView) return;
+    mView->MASInputOverride(allowed);
+    if (allowed) mView->ClickedMeasurementColumn(key::kMa, key::kMas, key::kMasPulse, key::kDoseMas);
+}
+
+// ---------------------------------------------------------------------------------- clicks and edits
+
+void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const std::string& columnKey) {
+    const auto result = Result();
+    if (exposure != 0) mCurrentExposure = exposure;
+    if (!result) return;
+    const bool stored = exposure >= 1 && exposure <= result->Rows().size();
+    if (stored && !State().gRunActive && !IsMasFamily(LimitKeyOf(columnKey))) RequestWaveforms(exposure);
+    const auto element = mElement.lock();
+    const auto limits = element ? element->Limits() : nullptr;
+    mDetails = CellDetails(*result, {exposure, columnKey, mColumnKeys},
+                           ChosenStandards(limits.get(), SelectedStandards()));
+    Changed.Raise();
+}
+
+/// Asks for the waveform of each channel of the detector, so that both panes show the same exposure.
+void FZRD47500TestGuide::RequestWaveforms(uint8_t exposure) {
+    const uint8_t shownLast = mWaveformType;
+    const bool kv = HasZrd(mKind) || !HasMasMeter(mKind);
+    for (uint8_t type : {kMaWaveform, kKvWaveform}) {
+        if (type == kMaWaveform ? !HasMasMeter(mKind) : !kv) continue;
+        mWaveformType = type;
+        events.DrawWaveForm.Raise(exposure, true, type);
+    }
+    mWaveformType = shownLast;
+}
+
+void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::string& text) {
+    const auto result = Result();
+    const auto element = mElement.lock();
+    if (!result || !element || !mConfig || exposure == 0 || column == 0 || column > mColumnKeys.size())
+        return;
+    const std::string& columnKey = mColumnKeys[column - 1U];
+    const auto row = static_cast<uint8_t>(exposure - 1);
+    if (columnKey == key::kImportWaveform) {
+        mConfig->SetValue(row, kImportColumn, text);
+        result->SetValue(row, kImportColumn, text);
+        return;
+    }
+    // What is judged anew would get between the exposures of a run.
+    if (!State().gRunActive) {
+        if (columnKey == key::kAdjacent) {
+            mConfig->SetValue(row, kAdjacentColumn, text);
+            result->UpdateAdjacentResult(*element, SelectedStandards(), row, text == "1" ? 1 : 0);
+        } else if (IsMasFamily(columnKey)) {
+            StoreTypedValue(exposure, columnKey, text);
+        }
+        ShowStatus(result.get());
+    }
+    mView->UpdateTestResult(true, exposure);
+}
+
+void FZRD47500TestGuide::StoreTypedValue(uint8_t exposure, const std::string& columnKey,
+                                         const std::string& text) {
+    const auto result = Result();
+    const auto element = mElement.lock();
+    const auto row = static_cast<uint8_t>(exposure - 1);
+    if (row >= result->Rows().size()) return;
+    const MeasurementRow& stored = *result->Rows()[row];
+    const uint8_t number = ColumnNumber(stored, columnKey);
+    if (number == 0) return;
+    result->SetValue(row, number, text.empty() ? text : text + "*");
+    result->UpdateAllStatus(*element, SelectedStandards());
+    LogTypedValue(exposure, *stored[number - 1U]);
+}
+
+/// Typed values are told in the printed comment, a line each.
+void FZRD47500TestGuide::LogTypedValue(uint8_t exposure, const CMeasurement& measurement) {
+    std::string& log = mConfig->PrintTheComment;
+    if (!log.empty()) log += "\n";
+    log += Translate(text::kExposureNumber) + PlainText(static_cast<int32_t>(exposure)) + ", " +
+           measurement.Description() + ": " + measurement.ValueText();
+}
+
+// --------------------------------------------------------------------------------------- pop-up menu
+
+bool FZRD47500TestGuide::CanRedo(uint8_t exposure) const {
+    const auto result = Result();
+    if (!result || !vti || !mRedoAllowed || State().gRunActive) return false;
+    if (exposure == 0 || exposure > result->Rows().size()) return false;
+    bool answers = false;
+    Guarded("mnuRedo", [&] { answers = ReadNumber(vti->SerialNumbers()) > 0; });
+    return answers;
+}
+
+std::vector<MenuItem> FZRD47500TestGuide::MenuItems() const {
+    return BuildGuideMenu({CanRedo(mCurrentExposure), mToolbar.TargetFilters(),
+                           mToolbar.CheckedTargetFilter(), !mHiddenColumns.empty(), mAllShown});
+}
+
+void FZRD47500TestGuide::OpenMenu() {
+    const auto& platform = Services().platform;
+    if (!platform) return;
+    const std::vector<MenuItem> items = MenuItems();
+    int32_t chosen = 0;
+    Guarded("mnuPopup", [&] {
+        const MenuOpen open;
+        chosen = platform->ShowPopupMenu(items);
+    });
+    if (!CanChoose(items, chosen)) return;
+    const WatchPause pause(*this);
+    Guarded("mnuPopup_Click", [&] {
+        if (chosen == guide_menu::kRedo)
+            RedoExposure(mCurrentExposure);
+        else if (chosen == guide_menu::kShowAll)
+            ToggleAllColumns();
+        else
+            SelectTargetFilter(chosen - guide_button::kFirstTargetFilter);
+    });
+}
+
+bool FZRD47500TestGuide::RedoExposure(uint8_t exposure) {
+    if (!CanRedo(exposure)) return false;
+    const WatchPause pause(*this);
+    mCurrentExposure = exposure;
+    events.ReDoExposure.Raise(exposure);
+    LeaveRunningState();
+    return true;
+}
+
+}  // namespace vorex

@@ -1,0 +1,136 @@
+#include "guide/dialog_wrapper.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/host_services.h"
+#include "support/fake_platform.h"
+
+namespace vorex::test {
+namespace {
+
+class FakeControl : public ICustomControl, public LibraryObject {
+  public:
+    std::shared_ptr<IControlCallback> CallBack() const override { return mCallback; }
+    void CallBack(std::shared_ptr<IControlCallback> callback) override { mCallback = std::move(callback); }
+    WindowHandle hWnd() const override { return 7; }
+    bool Visible() const override { return true; }
+    void Visible(bool) override {}
+    bool Locked() const override { return mLocked; }
+    void Locked(bool locked) override { mLocked = locked; }
+    void Initialize(ControlArgument argument) override { initialized = std::move(argument); }
+    void Refresh() override { ++refreshed; }
+    void SetFocus() override { ++focused; }
+
+    ControlArgument initialized;
+    int refreshed = 0;
+    int focused = 0;
+
+  private:
+    std::shared_ptr<IControlCallback> mCallback;
+    bool mLocked = false;
+};
+
+class Callback : public IControlCallback {
+  public:
+    void CallBack(std::string_view) override {}
+};
+
+constexpr WindowHandle kForm = 3;
+constexpr WindowHandle kHost = 5;
+using Parent = std::pair<WindowHandle, WindowHandle>;
+
+class DialogWrapper : public ::testing::Test {
+  protected:
+    DialogWrapper() {
+        static constexpr ClassEntry kClasses[] = {
+            {"Control", [] { return std::shared_ptr<LibraryObject>(new FakeControl); }},
+            {"NoControl", [] { return std::make_shared<LibraryObject>(); }},
+        };
+        HostServices services;
+        services.platform = platform;
+        InstallServices(services);
+        InstallClasses(kClasses);
+        dialog.hWnd(kForm);
+    }
+    ~DialogWrapper() override { InstallServices({}); }
+    FakeControl& MakeControl() {
+        dialog.CreateSetupCtrl(ClassName("Control"));
+        return dynamic_cast<FakeControl&>(*dialog.Control());
+    }
+
+    std::shared_ptr<FakePlatform> platform = std::make_shared<FakePlatform>();
+    FDialogWrapper dialog;
+};
+
+TEST_F(DialogWrapper, HasNoControlForAnEmptyOrUnknownClassOrOneThatIsNoControl) {
+    for (const std::string& name : {std::string(), ClassName("Nobody"), ClassName("NoControl")}) {
+        EXPECT_FALSE(dialog.CreateSetupCtrl(name)) << name;
+        EXPECT_FALSE(CreateControlDialog(name, nullptr)) << name;
+    }
+}
+
+TEST_F(DialogWrapper, ForwardsToItsControl) {
+    const auto argument = std::make_shared<int>(1);
+    const auto callback = std::make_shared<Callback>();
+    FakeControl& control = MakeControl();
+    dialog.Initialize(argument);
+    dialog.CallBack(callback);
+    dialog.Locked(true);
+    dialog.Refresh();
+    dialog.SetFocus();
+    dialog.GotFocus();
+    EXPECT_EQ(control.initialized, argument);
+    EXPECT_EQ(dialog.CallBack(), callback);
+    EXPECT_TRUE(control.Locked() && dialog.Locked());
+    EXPECT_EQ(control.refreshed, 1);
+    EXPECT_EQ(control.focused, 2);
+}
+
+TEST_F(DialogWrapper, AnswersEmptyWithoutAControl) {
+    dialog.Initialize(nullptr);
+    dialog.Locked(true);
+    dialog.Refresh();
+    EXPECT_FALSE(dialog.Locked());
+    EXPECT_FALSE(dialog.CallBack());
+}
+
+TEST_F(DialogWrapper, DocksItsControlIntoAnotherWindowAndTakesItBack) {
+    MakeControl();
+    dialog.Dock(0);
+    EXPECT_FALSE(dialog.IsDocked());
+    dialog.Dock(kHost);
+    EXPECT_TRUE(dialog.IsDocked());
+    dialog.UnDock();
+    EXPECT_FALSE(dialog.IsDocked());
+    EXPECT_EQ(platform->parents, (std::vector<Parent>{{7, kHost}, {7, kForm}}));
+}
+
+TEST_F(DialogWrapper, TakesADockedControlBackWhenItIsUnloaded) {
+    MakeControl();
+    dialog.Show();
+    dialog.Dock(kHost);
+    dialog.Unload();
+    EXPECT_EQ(platform->parents.back(), (Parent{7, kForm}));
+    EXPECT_FALSE(dialog.Visible());
+    EXPECT_FALSE(dialog.Control());
+}
+
+TEST_F(DialogWrapper, MovesTheControlWhenDockedElseItself) {
+    MakeControl();
+    dialog.Move(1, 2, 0, 10);
+    dialog.Move(1, 2, 30, 10);
+    dialog.Dock(kHost);
+    dialog.Move(1, 2, 30, 10);
+    EXPECT_EQ(platform->moved, (std::vector<WindowHandle>{kForm, 7}));
+}
+
+TEST_F(DialogWrapper, IsMadeWithItsControlInitialised) {
+    const auto argument = std::make_shared<int>(1);
+    const auto made = CreateControlDialog(ClassName("Control"), argument);
+    ASSERT_TRUE(made);
+    const auto& wrapper = dynamic_cast<FDialogWrapper&>(*made);
+    EXPECT_EQ(dynamic_cast<FakeControl&>(*wrapper.Control()).initialized, argument);
+}
+
+}  // namespace
+}  // namespace vorex::test

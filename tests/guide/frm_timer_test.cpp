@@ -1,0 +1,75 @@
+#include "guide/frm_timer.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/host_services.h"
+#include "support/fake_platform.h"
+
+namespace vorex::test {
+namespace {
+
+class Timer : public ::testing::Test {
+  protected:
+    Timer() {
+        HostServices services;
+        services.platform = platform;
+        InstallServices(services);
+        timer = std::make_unique<FrmTimer>();
+    }
+    ~Timer() override {
+        timer.reset();
+        InstallServices({});
+    }
+
+    std::shared_ptr<FakePlatform> platform = std::make_shared<FakePlatform>();
+    std::unique_ptr<FrmTimer> timer;
+};
+
+TEST_F(Timer, TicksOncePerIntervalUntilItIsStopped) {
+    int ticks = 0;
+    timer->FireTimer.Connect([&] { ++ticks; });
+    timer->Interval(500);
+    platform->Advance(2000);
+    EXPECT_EQ(ticks, 0);
+    timer->StartTimer();
+    platform->Advance(1600);
+    EXPECT_EQ(ticks, 3);
+    timer->StopTimer();
+    platform->Advance(2000);
+    EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(Timer, EmptyPartsOfADateTakeTodays) {
+    struct Case {
+        const char* day;
+        const char* month;
+        const char* year;
+        const char* date;
+    };
+    platform->today = {31, 3, 2026};
+    const Case cases[] = {
+        {"", "", "", "2026-03-31"},    {"7", "", "", "2026-03-07"},     {"1", "12", "1999", "1999-12-01"},
+        {"", "2", "", "2026-02-28"},   {"", "2", "2024", "2024-02-29"}, {"", "2", "1900", "1900-02-28"},
+        {"0", "13", "", "2026-12-01"},
+    };
+    for (const Case& c : cases) {
+        timer->SetDTPicketDate(c.day, c.month, c.year);
+        EXPECT_EQ(timer->GetDTPicketDate(), c.date) << c.day << '/' << c.month << '/' << c.year;
+    }
+}
+
+TEST_F(Timer, BeginsWithToday) {
+    EXPECT_EQ(timer->GetDTPicketDate(), "2026-03-15");
+}
+
+TEST(TimerWithoutWindows, DoesNothing) {
+    InstallServices({});
+    FrmTimer timer;
+    timer.StartTimer();
+    timer.StopTimer();
+    timer.SetDTPicketDate("2", "3", "2026");
+    EXPECT_EQ(timer.GetDTPicketDate(), "2026-03-02");
+}
+
+}  // namespace
+}  // namespace vorex::test

@@ -1,0 +1,173 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "config/config_common.h"
+#include "foundation/class_registry.h"
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "guide/test_guide_form.h"
+#include "results/result_common.h"
+#include "support/fake_detector.h"
+#include "support/fake_element.h"
+#include "support/fake_platform.h"
+#include "support/fake_standards.h"
+#include "views/result_table.h"
+
+namespace vorex::test {
+
+class GuideSettings : public ITestGuideConfig {
+  public:
+    int32_t Buttons() const override { return mBits; }
+    void Buttons(int32_t bits) override { mBits = bits; }
+    std::shared_ptr<ITestGuideConfig> Clone() const override {
+        return std::make_shared<GuideSettings>(*this);
+    }
+    void Load(const std::shared_ptr<IXmlElement>&) override {}
+    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>&) override { return nullptr; }
+
+  private:
+    int32_t mBits = 0;
+};
+
+class GuideLimits : public FakeLimits {
+  public:
+    std::shared_ptr<IStandardCollection> Standards() const override { return list; }
+    std::shared_ptr<StandardList> list = std::make_shared<StandardList>();
+};
+
+/// An element with a configuration and a result, as the guide sees it.
+class GuideElement : public FakeElement {
+  public:
+    int32_t TestID() const override { return testId; }
+    std::shared_ptr<IConfigData> Configuration() const override { return config; }
+    std::shared_ptr<IResultData> Result() const override { return result; }
+    std::shared_ptr<ILimitData> Limits() const override { return guideLimits; }
+
+    int32_t testId = 0;
+    std::shared_ptr<CConfigCommon> config;
+    std::shared_ptr<CResultCommon> result;
+    std::shared_ptr<GuideLimits> guideLimits = std::make_shared<GuideLimits>();
+};
+
+class GuidePipe : public IExecutionPipe {
+  public:
+    int32_t NextAction() const override { return 0; }
+    void NextAction(int32_t) override {}
+    std::shared_ptr<IMtiList> MtiList() const override { return nullptr; }
+    std::shared_ptr<ISelectedStandards> SelectedStandards() const override { return selection; }
+    bool BeginElement(ITestElement&) override { return true; }
+    void EndElement(ITestElement&) override {}
+
+    std::shared_ptr<FakeSelection> selection = std::make_shared<FakeSelection>();
+};
+
+/// A guide opened for a test; events are kept as words, in order.
+class GuideTest : public ::testing::Test {
+  protected:
+    GuideTest() {
+        static constexpr ClassEntry kClasses[] = {
+            {"XResultListView", [] { return std::shared_ptr<LibraryObject>(new XResultListView); }},
+            {"XResultFlxGrid", [] { return std::shared_ptr<LibraryObject>(new XResultFlxGrid); }},
+        };
+        HostServices services;
+        services.platform = platform;
+        services.createTestGuideConfig = [] { return std::make_shared<GuideSettings>(); };
+        services.createDetectorService = [room = room] { return std::make_shared<FakeDetector>(room); };
+        services.createDetectorLink = [room = room] { return std::make_shared<FakeLink>(room); };
+        services.log = [this](std::string_view line) { log.emplace_back(line); };
+        InstallServices(services);
+        InstallClasses(kClasses);
+        ResetState();
+    }
+    ~GuideTest() override {
+        guide.reset();
+        InstallServices({});
+    }
+
+    /// Detector option 0 leaves the kind to the detector.
+    void Configure(int32_t testId, int32_t kind, int32_t option) {
+        element->testId = testId;
+        config = std::make_shared<CConfigCommon>();
+        config->DefaultValues(testId);
+        config->DetectorName = kind;
+        config->DetectorOption = option;
+        config->pMeasurementExposure = kUnitR;
+        config->pMeasurementExposureRateUnit = 1;
+        config->pMeasurementFluoroType = kContinuous;
+        config->pMeasurementTimeUnit = kMilliseconds;
+        element->config = config;
+        element->result = std::make_shared<CResultCommon>();
+        element->result->Initialize(config);
+    }
+
+    void Open() {
+        guide = std::make_shared<FZRD47500TestGuide>();
+        Record();
+        guide->Load();
+        guide->ToolbarState(GuideState::kIdle, false);
+        guide->Initialize(element, pipe, {"line 1", "line 2", "line 3"});
+        guide->BuildColumns(config, false);
+    }
+    void Open(int32_t testId, int32_t kind = kZrd, int32_t option = kNoDetector) {
+        Configure(testId, kind, option);
+        Open();
+    }
+
+    /// Takes an exposure as a running element does: a row for the result, judged and shown.
+    void Expose(uint8_t number, const std::string& row, int32_t source = kSourceZrd) {
+        element->result->StoreResult(row, source);
+        element->result->UpdateStatus(*element, pipe->selection.get(), number);
+        guide->ShowResult(element, number);
+    }
+
+    ResultTable& Table() { return dynamic_cast<ResultTable&>(*guide->Table()); }
+    const GuideButton& Button(int32_t key) { return *guide->Button(key); }
+    /// The events since the last call, joined by blanks.
+    std::string Events() {
+        std::string all;
+        for (const std::string& event : mEvents) all += (all.empty() ? "" : " ") + event;
+        mEvents.clear();
+        return all;
+    }
+
+    std::shared_ptr<FakePlatform> platform = std::make_shared<FakePlatform>();
+    std::shared_ptr<FakeInstruments> room = std::make_shared<FakeInstruments>();
+    std::shared_ptr<GuideElement> element = std::make_shared<GuideElement>();
+    std::shared_ptr<GuidePipe> pipe = std::make_shared<GuidePipe>();
+    std::shared_ptr<CConfigCommon> config;
+    std::shared_ptr<FZRD47500TestGuide> guide;
+    std::vector<std::string> log;
+
+  private:
+    void Record() {
+        TestGuideEvents& events = guide->events;
+        const auto note = [this](std::string word) { return [this, word] { mEvents.push_back(word); }; };
+        events.StartTest.Connect(note("Start"));
+        events.StopTest.Connect(note("Stop"));
+        events.AbortTest.Connect(note("Abort"));
+        events.Skip.Connect(note("Skip"));
+        events.NextTest.Connect(note("Next"));
+        events.Previous.Connect(note("Previous"));
+        events.NA.Connect(note("NA"));
+        events.WakeUpDetector.Connect(note("WakeUp"));
+        events.DisplayIonChamber.Connect(note("IonChamber"));
+        events.MASInputChanged.Connect(note("MASInputChanged"));
+        events.ConnectionLost.Connect(note("ConnectionLost"));
+        events.ItemClicked.Connect(
+            [this](bool flag) { mEvents.push_back(flag ? "ItemClicked1" : "ItemClicked0"); });
+        events.ReDoExposure.Connect([this](uint8_t n) { mEvents.push_back("Redo" + std::to_string(n)); });
+        events.TargetFilterChangedEvent.Connect([this](const std::string& name) { mEvents.push_back(name); });
+        events.DrawWaveForm.Connect([this](uint8_t n, bool current, uint8_t type) {
+            mEvents.push_back("Draw" + std::to_string(n) + (current ? "+" : "-") + std::to_string(type));
+        });
+    }
+
+    std::vector<std::string> mEvents;
+};
+
+}  // namespace vorex::test

@@ -1,0 +1,256 @@
+#include "guide/guide_fixture.h"
+
+namespace vorex::test {
+namespace {
+
+using namespace guide_button;
+
+// ---------------------------------------------------------------------------------------------- watch
+
+using Watch = GuideTest;
+
+TEST_F(Watch, PollsEveryTwoSecondsWithTheTimeOuts) {
+    Open(kRadioRepro);
+    EXPECT_EQ(room->Count("BeginRun"), 1);
+    platform->Advance(1999);
+    EXPECT_EQ(room->Count("Poll 300000 1200000"), 0);
+    platform->Advance(1);
+    EXPECT_EQ(room->Count("Poll 300000 1200000"), 1);
+    platform->Advance(4000);
+    EXPECT_EQ(room->Count("Poll 300000 1200000"), 3);
+    EXPECT_EQ(Events(), "");
+}
+
+TEST_F(Watch, DoesNotPollWhileExposuresAreTaken) {
+    Open(kRadioRepro);
+    State().gRunActive = true;
+    platform->Advance(4000);
+    EXPECT_EQ(room->Count("LinkState"), 0);
+    State().gRunActive = false;
+    platform->Advance(2000);
+    EXPECT_EQ(room->Count("LinkState"), 1);
+}
+
+TEST_F(Watch, ALostLinkIsAnnouncedOnceAndEndsTheWatch) {
+    Open(kRadioRepro);
+    room->targetFilters = {"Mo/Mo"};
+    guide->PressButton(kStart);
+    guide->SetWakeUpButton(true);
+    Events();
+    room->linkState = 0;
+    platform->Advance(10000);
+    EXPECT_EQ(Events(), "ConnectionLost");
+    EXPECT_FALSE(guide->Watching());
+    EXPECT_EQ(guide->Button(kFirstTargetFilter), nullptr);
+    EXPECT_FALSE(Button(kWakeUp).enabled);
+    EXPECT_EQ(guide->MenuItems().size(), 1U);
+    // Any press wakes the watch.
+    room->linkState = 1;
+    guide->PressButton(kPrevious);
+    EXPECT_TRUE(guide->Watching());
+}
+
+TEST_F(Watch, TheFirstFailedPollIsAnnouncedAndTheHundredthEndsTheWatch) {
+    Open(kRadioRepro);
+    room->alive = false;
+    platform->Advance(2000);
+    EXPECT_EQ(Events(), "ConnectionLost");
+    EXPECT_EQ(State().watchFailures, 1);
+    platform->Advance(2000 * 98);
+    EXPECT_EQ(Events(), "");
+    EXPECT_EQ(State().watchFailures, 99);
+    EXPECT_TRUE(guide->Watching());
+    platform->Advance(2000);
+    EXPECT_EQ(State().watchFailures, 1);
+    EXPECT_FALSE(guide->Watching());
+    // Begun anew, the same loss is not announced again.
+    guide->PressButton(kPrevious);
+    platform->Advance(2000);
+    EXPECT_EQ(Events(), "Previous");
+    EXPECT_EQ(State().watchFailures, 2);
+}
+
+TEST_F(Watch, AnySuccessfulPollBeginsTheCountAnew) {
+    Open(kRadioRepro);
+    room->alive = false;
+    platform->Advance(6000);
+    EXPECT_EQ(State().watchFailures, 3);
+    room->alive = true;
+    platform->Advance(2000);
+    EXPECT_EQ(State().watchFailures, 0);
+    room->alive = false;
+    Events();
+    platform->Advance(2000);
+    EXPECT_EQ(Events(), "ConnectionLost");
+}
+
+TEST_F(Watch, AFailingServiceCountsAsAFailedPoll) {
+    Open(kRadioRepro);
+    room->failing = {"LinkState"};
+    platform->Advance(4000);
+    EXPECT_EQ(Events(), "ConnectionLost");
+    EXPECT_EQ(State().watchFailures, 2);
+    EXPECT_TRUE(guide->Watching());
+}
+
+TEST_F(Watch, APressInsideATickLeavesTheTimerToTheTick) {
+    Open(kRadioRepro);
+    bool watchedInTick = true;
+    room->onPoll = [&](DetectorEvents&) {
+        guide->PressButton(kPrevious);
+        watchedInTick = guide->Watching();
+    };
+    platform->Advance(2000);
+    EXPECT_FALSE(watchedInTick);
+    EXPECT_TRUE(guide->Watching());
+}
+
+// ------------------------------------------------------------------------------------------- adaption
+
+using Adaption = GuideTest;
+
+TEST_F(Adaption, EveryPairOfKindsStartsAdaptedOrIsRefused) {
+    constexpr int32_t kRefused = -1;
+    // Rows: configured 0 to 5. Columns: connected 0 to 5. With nothing on either side nothing changes.
+    constexpr int32_t kExpected[6][6] = {
+        {1, 1, 2, 3, 4, 5},
+        {1, 1, 2, kRefused, 4, kRefused},
+        {2, 4, 2, 5, 4, 5},
+        {3, kRefused, 2, 3, kRefused, 5},
+        {4, 4, 4, kRefused, 4, kRefused},
+        {5, kRefused, 5, 5, kRefused, 5},
+    };
+    for (int32_t configured = 0; configured <= 5; ++configured)
+        for (int32_t connected = 0; connected <= 5; ++connected) {
+            SCOPED_TRACE("configured " + std::to_string(configured) + ", connected " +
+                         std::to_string(connected));
+            room->linkOpen = false;
+            platform->messages.clear();
+            Open(kRadioRepro, configured == 0 ? kZrd : configured, configured);
+            room->kind = connected;
+            guide->PressButton(kStart);
+            const std::string events = Events();
+            const int32_t expected = kExpected[configured][connected];
+            EXPECT_EQ(events.find("Start") != std::string::npos, expected != kRefused);
+            EXPECT_EQ(platform->messages.size(), expected == kRefused ? 1U : 0U);
+            EXPECT_EQ(room->linkOpen, expected != kRefused);
+            if (expected == kRefused) continue;
+            EXPECT_EQ(guide->DetectorType(), expected);
+            EXPECT_EQ(config->DetectorName, expected);
+            EXPECT_EQ(element->result->DetectorName, expected);
+            EXPECT_EQ(Button(kIonChamber).visible, expected == 3 || expected == 5);
+            EXPECT_EQ(Button(kShunt).visible, expected == 2 || expected == 4 || expected == 5);
+            const int typed = (connected == 1 || connected == 3) && (configured == 2 || configured >= 4);
+            EXPECT_EQ(events, typed ? "MASInputChanged Start" : "Start");
+            EXPECT_EQ(Button(kManual).checked, typed != 0);
+        }
+}
+
+TEST_F(Adaption, ARefusedDetectorIsNamed) {
+    struct Case {
+        int32_t configured;
+        int32_t connected;
+        const char* name;
+    };
+    for (const Case& c : {Case{kZrd, kPelomark, "ZRD47500"}, {kPelomarkAndMas, kZrdAndMas, "Pelomark"}}) {
+        platform->messages.clear();
+        Open(kRadioRepro, c.configured, c.configured);
+        room->kind = c.connected;
+        guide->PressButton(kStart);
+        ASSERT_EQ(platform->messages.size(), 1U);
+        EXPECT_EQ(platform->messages[0].first, "Vorex ZRD47500 Plug-In Response");
+        EXPECT_EQ(platform->messages[0].second, std::string("The connected detector does not support ") +
+                                                    c.name +
+                                                    ". Please click Start button to scan for detectors.");
+        EXPECT_FALSE(Button(kDisconnect).enabled);
+        EXPECT_EQ(config->DetectorName, c.configured);
+    }
+}
+
+TEST_F(Adaption, KeepsAConfiguredTargetFilterThatTheDetectorOffers) {
+    Configure(kMammoAec, kZrd, kNoDetector);
+    config->pTargetFilterName = "mo/RH";
+    Open();
+    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
+    room->defaultTargetFilter = "Mo/Mo";
+    guide->PressButton(kStart);
+    EXPECT_EQ(config->pTargetFilterName, "mo/RH");
+    EXPECT_EQ(room->Count("TargetFilter mo/RH"), 1);
+    EXPECT_FALSE(Button(kFirstTargetFilter).checked);
+    EXPECT_TRUE(Button(kFirstTargetFilter + 1).checked);
+    EXPECT_EQ(Button(kFirstTargetFilter + 1).caption, "Mo/Rh");
+}
+
+TEST_F(Adaption, ReplacesATargetFilterThatTheDetectorDoesNotOffer) {
+    Configure(kMammoAec, kZrd, kNoDetector);
+    config->pMeasurementMode = kMammo;
+    config->pTargetFilterName = "W/Ag";
+    Open();
+    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
+    room->defaultTargetFilter = "Mo/Rh";
+    guide->PressButton(kStart);
+    EXPECT_EQ(room->Count("Mode MAMMO"), 1);
+    EXPECT_EQ(config->pTargetFilterName, "Mo/Rh");
+    EXPECT_TRUE(Button(kFirstTargetFilter + 1).checked);
+}
+
+TEST_F(Adaption, ADetectorWithoutTargetFiltersLeavesTheConfiguredName) {
+    Configure(kRadioRepro, kZrd, kNoDetector);
+    config->pTargetFilterName = "W/Al";
+    Open();
+    guide->PressButton(kStart);
+    EXPECT_EQ(config->pTargetFilterName, "W/Al");
+    EXPECT_EQ(guide->Button(kFirstTargetFilter), nullptr);
+}
+
+TEST_F(Adaption, TheChosenTargetFilterIsSentStoredAndAnnounced) {
+    Open(kMammoAec);
+    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
+    room->defaultTargetFilter = "Mo/Mo";
+    guide->PressButton(kStart);
+    Events();
+    EXPECT_TRUE(guide->PressButton(kFirstTargetFilter + 1));
+    EXPECT_EQ(Events(), "Mo/Rh");
+    EXPECT_EQ(config->pTargetFilterName, "Mo/Rh");
+    EXPECT_EQ(room->Count("TargetFilter Mo/Rh"), 1);
+    EXPECT_EQ(room->Count("ActivateTargetFilter"), 1);
+    EXPECT_FALSE(Button(kFirstTargetFilter).checked);
+    EXPECT_TRUE(Button(kFirstTargetFilter + 1).checked);
+}
+
+TEST_F(Adaption, AnAcceptedDosimeterSettingIsTakenOver) {
+    Configure(kRadioRepro, kPelomark, kPelomark);
+    config->PKMode = 0;
+    Open();
+    room->kind = kPelomark;
+    room->answerDosimeter = [](DosimeterSettings& settings) { settings.mode = 2; };
+    guide->PressButton(kStart);
+    EXPECT_EQ(room->dosimeter.mode, 1);
+    EXPECT_EQ(config->PKMode, 1);
+    EXPECT_EQ(guide->FirmwareVersion(), 12);
+    // Rate mode has no dose column: result and table follow.
+    EXPECT_EQ(element->result->PKMode, 1);
+    EXPECT_EQ(Table().Columns()[1].key, "ER Exposure Rate");
+}
+
+TEST_F(Adaption, ARefusedDosimeterSettingLeavesTheConfiguration) {
+    Open(kRadioRepro, kPelomark, kPelomark);
+    room->kind = kPelomark;
+    room->dosimeterStatus = 5;
+    room->answerDosimeter = [](DosimeterSettings& settings) { settings.mode = 2; };
+    guide->PressButton(kStart);
+    EXPECT_EQ(config->PKMode, 0);
+}
+
+TEST_F(Adaption, AResultWithExposuresIsLeftToTheStartOfTheRun) {
+    Open(kRadioRepro, kZrd);
+    Expose(1, "0,80.1,80.9,80.4,12.3,123,100,3.1");
+    room->kind = kMasMeter;
+    guide->PressButton(kStart);
+    EXPECT_EQ(config->DetectorName, kMasMeter);
+    EXPECT_EQ(element->result->DetectorName, kZrd);
+    EXPECT_EQ(element->result->ExposureCount(), 1);
+}
+
+}  // namespace
+}  // namespace vorex::test

@@ -1,0 +1,274 @@
+#include <map>
+
+#include "guide/guide_fixture.h"
+
+namespace vorex::test {
+namespace {
+
+using namespace guide_button;
+
+using Press = GuideTest;
+
+TEST_F(Press, ButtonsRaiseTheirEvents) {
+    struct Case {
+        int32_t key;
+        const char* event;
+    };
+    const Case cases[] = {
+        {kAbort, "Abort"},   {kPrevious, "Previous"},     {kNext, "Next"}, {kSkip, "Skip"}, {kNa, "NA"},
+        {kWakeUp, "WakeUp"}, {kIonChamber, "IonChamber"},
+    };
+    Configure(kRadioRepro, kPelomark, kPelomark);
+    config->TestGuideConfig()->Buttons(3);
+    Open();
+    guide->EnableNext(true);
+    guide->SetWakeUpButton(true);
+    for (const Case& c : cases) {
+        EXPECT_TRUE(guide->PressButton(c.key)) << c.event;
+        EXPECT_EQ(Events(), c.event);
+    }
+}
+
+TEST_F(Press, SkipAndNaShowByTheSettingsBits) {
+    struct Case {
+        int32_t bits;
+        bool skip;
+        bool na;
+    };
+    for (const Case& c : {Case{0, false, false}, {1, true, false}, {2, false, true}, {3, true, true}}) {
+        Configure(kRadioRepro, kZrd, kNoDetector);
+        config->TestGuideConfig()->Buttons(c.bits);
+        Open();
+        EXPECT_EQ(Button(kSkip).visible, c.skip) << c.bits;
+        EXPECT_EQ(Button(kNa).visible, c.na) << c.bits;
+        EXPECT_EQ(guide->PressButton(kSkip), c.skip) << c.bits;
+        EXPECT_EQ(guide->PressButton(kNa), c.na) << c.bits;
+    }
+}
+
+TEST_F(Press, ButtonsThatAreHiddenDisabledOrUnknownTakeNoPress) {
+    Open(kRadioRepro);
+    for (int32_t key : {kNext, kStop, kWakeUp, kIonChamber, kStatusPanel, kSpacer, kDisconnect, kShunt,
+                        kFirstTargetFilter, 999})
+        EXPECT_FALSE(guide->PressButton(key)) << key;
+    EXPECT_EQ(Events(), "");
+}
+
+TEST_F(Press, TheBarFollowsTheRun) {
+    Configure(kRadioRepro, kZrd, kNoDetector);
+    config->TestGuideConfig()->Buttons(3);
+    Open();
+    guide->ToolbarState(GuideState::kRunning, true);
+    for (int32_t key : {kAbort, kPrevious, kNext, kSkip, kNa, kStart})
+        EXPECT_FALSE(Button(key).enabled) << key;
+    EXPECT_TRUE(Button(kStop).enabled);
+    guide->ToolbarState(GuideState::kIdle, false);
+    for (int32_t key : {kAbort, kPrevious, kSkip, kNa, kStart}) EXPECT_TRUE(Button(key).enabled) << key;
+    EXPECT_FALSE(Button(kStop).enabled);
+    EXPECT_FALSE(Button(kNext).enabled);
+    guide->ToolbarState(GuideState::kIdle, true);
+    EXPECT_TRUE(Button(kNext).enabled);
+}
+
+TEST_F(Press, AbortAsksFirst) {
+    Open(kRadioRepro);
+    platform->confirms = false;
+    EXPECT_TRUE(guide->PressButton(kAbort));
+    EXPECT_EQ(Events(), "");
+    EXPECT_EQ(platform->questions.size(), 1U);
+}
+
+TEST_F(Press, StartOpensTheLinkWithTheConfiguredKind) {
+    Open(kRadioRepro, kZrd, kZrdAndMas);
+    EXPECT_TRUE(guide->PressButton(kStart));
+    EXPECT_EQ(Events(), "MASInputChanged Start");
+    EXPECT_EQ(room->Count("SelectDetector 4"), 1);
+    EXPECT_EQ(room->Count("OpenLink"), 1);
+    EXPECT_TRUE(Button(kDisconnect).enabled);
+    EXPECT_TRUE(guide->PressButton(kStart));
+    EXPECT_EQ(room->Count("OpenLink"), 1);
+}
+
+TEST_F(Press, StartEndsWhereTheLinkStaysClosed) {
+    Open(kRadioRepro);
+    room->linkOpens = false;
+    EXPECT_TRUE(guide->PressButton(kStart));
+    EXPECT_EQ(Events(), "");
+    EXPECT_EQ(room->Count("DetectorKind"), 0);
+    EXPECT_FALSE(Button(kDisconnect).enabled);
+    EXPECT_TRUE(Button(kStart).enabled);
+}
+
+TEST_F(Press, APlainClickAlwaysStartsAndAShortcutGoesWithTheState) {
+    Open(kRadioRepro);
+    guide->ToolbarState(GuideState::kIdle, true);
+    guide->PressButton(kStart);
+    EXPECT_EQ(Events(), "Start");
+    guide->PressButton(kStart, true);
+    EXPECT_EQ(Events(), "Next");
+    guide->ToolbarState(GuideState::kIdle, false);
+    guide->PressButton(kStart, true);
+    EXPECT_EQ(Events(), "Start");
+    guide->ToolbarState(GuideState::kRunning, false);
+    EXPECT_FALSE(guide->PressButton(kStart));
+    EXPECT_TRUE(guide->PressButton(kStart, true));
+    EXPECT_EQ(Events(), "Stop");
+}
+
+TEST_F(Press, AFailingInstrumentLeavesTheGuideIdleAndWatching) {
+    for (const char* operation : {"DetectorKind", "Mode", "QueryTargetFilters", "OpenLink"}) {
+        room->failing = {operation};
+        room->linkOpen = false;
+        Open(kRadioRepro, kZrd);
+        room->kind = kZrdAndMas;
+        EXPECT_TRUE(guide->PressButton(kStart)) << operation;
+        EXPECT_EQ(Events(), "") << operation;
+        EXPECT_EQ(guide->RunState(), GuideState::kIdle);
+        EXPECT_TRUE(Button(kStart).enabled) << operation;
+        EXPECT_TRUE(guide->Watching()) << operation;
+        EXPECT_EQ(config->DetectorName, kZrd) << operation;
+        EXPECT_EQ(guide->DetectorType(), kZrd) << operation;
+        EXPECT_FALSE(log.empty()) << operation;
+        room->failing.clear();
+        EXPECT_TRUE(guide->PressButton(kStart)) << operation;
+        EXPECT_EQ(Events(), "Start") << operation;
+    }
+}
+
+TEST_F(Press, ARunThatBreaksOffUnlocksTheBar) {
+    Open(kRadioRepro);
+    guide->events.StartTest.Connect([&] {
+        guide->ToolbarState(GuideState::kRunning, false);
+        guide->SetStatusText(text::kTestInProgress);
+        State().gRunActive = true;
+        throw std::runtime_error("detector gone");
+    });
+    EXPECT_TRUE(guide->PressButton(kStart));
+    EXPECT_EQ(guide->RunState(), GuideState::kIdle);
+    EXPECT_TRUE(Button(kStart).enabled);
+    EXPECT_FALSE(Button(kStop).enabled);
+    EXPECT_EQ(guide->StatusLine(), "");
+    EXPECT_FALSE(State().gRunActive);
+}
+
+TEST_F(Press, TheWatchRestsDuringAPressAndTheRunItStarts) {
+    Open(kRadioRepro);
+    bool watchedInRun = true;
+    bool watchedAfterStop = true;
+    guide->events.StartTest.Connect([&] {
+        guide->ToolbarState(GuideState::kRunning, false);
+        watchedInRun = guide->Watching();
+        guide->PressButton(kStop);
+        watchedAfterStop = guide->Watching();
+        guide->ToolbarState(GuideState::kIdle, true);
+    });
+    guide->PressButton(kStart);
+    EXPECT_FALSE(watchedInRun);
+    EXPECT_FALSE(watchedAfterStop);
+    EXPECT_TRUE(guide->Watching());
+}
+
+TEST_F(Press, DisconnectClosesTheLink) {
+    Open(kRadioRepro);
+    guide->PressButton(kStart);
+    EXPECT_TRUE(guide->PressButton(kDisconnect));
+    EXPECT_FALSE(room->linkOpen);
+    EXPECT_FALSE(guide->PressButton(kDisconnect));
+}
+
+TEST_F(Press, TheWakeUpButtonShowsWhileTheServiceAsksForIt) {
+    Open(kRadioRepro);
+    room->onPoll = [](DetectorEvents& events) { events.vti_AddWakeUpButton.Raise(true); };
+    platform->Advance(2000);
+    EXPECT_TRUE(Button(kWakeUp).visible && Button(kWakeUp).enabled);
+    room->onPoll = [](DetectorEvents& events) { events.vti_AddWakeUpButton.Raise(false); };
+    platform->Advance(2000);
+    EXPECT_FALSE(Button(kWakeUp).visible);
+}
+
+TEST_F(Press, MasButtonsShowForKindsWithTheMeter) {
+    for (int32_t kind = 1; kind <= 5; ++kind) {
+        Open(kRadioRepro, kind, kind);
+        const bool meter = kind == 2 || kind == 4 || kind == 5;
+        for (int32_t key : {kShunt, kClamp, kManual})
+            EXPECT_EQ(Button(key).visible, meter) << kind << ' ' << key;
+    }
+    Configure(kRadioRepro, kZrdAndMas, kZrdAndMas);
+    config->MASInputOverride = false;
+    Open();
+    EXPECT_TRUE(Button(kShunt).visible);
+    EXPECT_FALSE(Button(kManual).visible);
+}
+
+TEST_F(Press, TheChosenMasInputIsCheckedStoredAndSent) {
+    struct Case {
+        int32_t key;
+        bool shunt;
+        bool manual;
+        const char* shown;
+    };
+    Open(kRadioRepro, kZrdAndMas, kZrdAndMas);
+    room->linkOpen = true;
+    room->kind = kZrdAndMas;
+    guide->PressButton(kStart);
+    Events();
+    for (const Case& c : {Case{kClamp, false, false, "Clamp"},
+                          {kManual, false, true, "Manual"},
+                          {kShunt, true, false, "Shunt"}}) {
+        room->calls.clear();
+        EXPECT_TRUE(guide->PressButton(c.key));
+        EXPECT_EQ(Events(), "MASInputChanged");
+        for (int32_t key : kMasButtons) EXPECT_EQ(Button(key).checked, key == c.key) << key;
+        EXPECT_EQ(config->MASInput, c.shunt);
+        EXPECT_EQ(config->ManualSelectedInTestGuide, c.manual);
+        EXPECT_EQ(config->TestGuideMASInput, c.shown);
+        EXPECT_EQ(room->Count("MASInput 1"), c.key == kShunt ? 1 : 0);
+        EXPECT_EQ(room->Count("MASInput 0"), c.key == kClamp ? 1 : 0);
+    }
+}
+
+TEST_F(Press, NothingIsSentOverAClosedLink) {
+    Open(kRadioRepro, kZrdAndMas, kZrdAndMas);
+    EXPECT_TRUE(guide->PressButton(kClamp));
+    EXPECT_EQ(room->Count("MASInput 0"), 0);
+    EXPECT_FALSE(config->MASInput);
+}
+
+TEST_F(Press, TheMeterAloneWithTypedValuesHasNothingToStart) {
+    Open(kRadioRepro, kMasMeter, kMasMeter);
+    room->kind = kMasMeter;
+    guide->PressButton(kStart);
+    EXPECT_EQ(Events(), "Start");
+    guide->PressButton(kManual);
+    EXPECT_FALSE(Button(kStart).enabled);
+    guide->ToolbarState(GuideState::kIdle, true);
+    EXPECT_FALSE(Button(kStart).enabled);
+    guide->PressButton(kClamp);
+    EXPECT_TRUE(Button(kStart).enabled);
+}
+
+TEST_F(Press, NextPutsTheManualInputBackWhileItIsTheLastChoice) {
+    Open(kRadioRepro, kZrdAndMas, kZrdAndMas);
+    guide->EnableNext(true);
+    guide->PressButton(kManual);
+    config->TestGuideMASInput = "Shunt";
+    guide->PressButton(kNext);
+    EXPECT_EQ(config->TestGuideMASInput, "Manual");
+    guide->PressButton(kShunt);
+    guide->PressButton(kNext);
+    EXPECT_EQ(config->TestGuideMASInput, "Shunt");
+}
+
+TEST_F(Press, TheSurveyHasNoneOfTheDetectorsButtons) {
+    element->testId = kMqsaSurvey;
+    Open();
+    guide->SetWakeUpButton(true);
+    for (int32_t key : {kWakeUp, kIonChamber, kDisconnect, kShunt, kClamp, kManual})
+        EXPECT_FALSE(Button(key).visible) << key;
+    guide->SelectTargetFilter(0);
+    EXPECT_TRUE(guide->PressButton(kStart));
+    EXPECT_EQ(room->Count("DetectorKind"), 0);
+}
+
+}  // namespace
+}  // namespace vorex::test

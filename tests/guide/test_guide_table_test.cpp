@@ -1,0 +1,280 @@
+#include "guide/guide_fixture.h"
+
+namespace vorex::test {
+namespace {
+
+using GuideTable = GuideTest;
+using Texts = std::vector<std::string>;
+
+/// Exposure of test 100 with a ZRD 47500: import flag, seven readings, seven means, seven variations.
+std::string ReproRow(const std::string& kvp) {
+    return "0," + kvp + ",81,80.5,12.3,123,100,3.1," + kvp +
+           ",81,80.5,12.3,123,100,3.1,0.0,0.0,0.0,0.0,0.0,0.0,0.0";
+}
+
+TEST_F(GuideTable, HidesTheColumnsThatTheChosenStandardDoesNotKnow) {
+    Configure(kRadioRepro, kZrd, kNoDetector);
+    auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
+    for (const char* key : {"ER kVp Avg", "ER Exposure"})
+        standard->AddExpectedResult(std::make_shared<FakeLimit>(key, std::nullopt, 5.0F));
+    element->guideLimits->list->Add(standard);
+    pipe->selection->names = {{"Site", "1"}};
+    Open();
+    Texts shown;
+    for (const ResultColumn& column : Table().Columns())
+        if (!column.hidden) shown.push_back(column.key);
+    EXPECT_EQ(shown, (Texts{"Import Waveform", "ER kVp Avg", "ER Exposure"}));
+    EXPECT_EQ(Table().ShownStandard(), (StandardName{"Site", "1"}));
+
+    platform->onMenu = [](const auto&) { return guide_menu::kShowAll; };
+    guide->OpenMenu();
+    for (const ResultColumn& column : Table().Columns()) EXPECT_FALSE(column.hidden) << column.key;
+    EXPECT_TRUE(guide->MenuItems().back().checked);
+    guide->BuildColumns(config, true);
+    EXPECT_FALSE(Table().Columns()[2].hidden);
+    guide->OpenMenu();
+    EXPECT_TRUE(Table().Columns()[2].hidden);
+}
+
+TEST_F(GuideTable, ShowingAllColumnsOfBothInstrumentsAllowsTyping) {
+    Configure(kRadioRepro, kZrdAndMas, kZrdAndMas);
+    element->guideLimits->list->Add(std::make_shared<NamedStandard>(StandardName{"Site", "1"}));
+    pipe->selection->names = {{"Site", "1"}};
+    Open();
+    platform->onMenu = [](const auto&) { return guide_menu::kShowAll; };
+    guide->OpenMenu();
+    EXPECT_TRUE(Button(guide_button::kManual).enabled);
+    guide->OpenMenu();
+    EXPECT_FALSE(Button(guide_button::kManual).enabled);
+}
+
+TEST_F(GuideTable, MarksTheExposuresWhoseWaveformsAreImported) {
+    Configure(kRadioLinearity, kZrd, kNoDetector);
+    config->pNoOfExposures = 2;
+    config->importFlags = {"1", "0"};
+    config->machineAdjacent = {"0", "1"};
+    Open();
+    const auto& rows = Table().Rows();
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_TRUE(rows[0].cells[0].checked);
+    EXPECT_FALSE(rows[0].cells[1].checked);
+    EXPECT_FALSE(rows[1].cells[0].checked);
+    EXPECT_TRUE(rows[1].cells[1].checked);
+}
+
+TEST_F(GuideTable, AClickAsksForTheWaveformsOfAStoredExposure) {
+    struct Case {
+        int32_t kind;
+        const char* events;
+    };
+    for (const Case& c : {Case{kZrd, "Draw1+1"},
+                          {kMasMeter, "Draw1+3"},
+                          {kPelomark, "Draw1+1"},
+                          {kZrdAndMas, "Draw1+3 Draw1+1"}}) {
+        Open(kRadioRepro, c.kind, c.kind);
+        EXPECT_TRUE(Table().Press({1, 1}));
+        EXPECT_EQ(Events(), "") << "nothing stored, kind " << c.kind;
+        Expose(1, "0,1,2,3,4,5,6,7", c.kind == kMasMeter ? kSourceMas : kSourceZrd);
+        EXPECT_TRUE(Table().Press({1, 1}));
+        EXPECT_EQ(Events(), c.events) << c.kind;
+        State().gRunActive = true;
+        EXPECT_TRUE(Table().Press({1, 1}));
+        EXPECT_EQ(Events(), "") << c.kind;
+        State().gRunActive = false;
+    }
+}
+
+TEST_F(GuideTable, AClickOnAMasColumnOnlyTellsItsValues) {
+    Open(kRadioAccuracy, kMasMeter, kMasMeter);
+    Expose(1, "0,200,20.1,,0.61", kSourceMas);
+    EXPECT_TRUE(Table().Press({1, 3}));
+    EXPECT_EQ(Events(), "");
+    EXPECT_EQ(guide->Details(), (Texts{"Exposure #1: 200.0, 20.1, , 0.61", "mA: 200.0 mA - Pass",
+                                       "mAs: 20.1 mAs - Pass", "mAs/Pulse: ", "Dose/mAs: 0.61 - Pass"}));
+}
+
+TEST_F(GuideTable, AClickedCellTellsItsLimits) {
+    Configure(kRadioAccuracy, kZrd, kNoDetector);
+    auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
+    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER kVp Avg", 76.0F, 84.0F));
+    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER HVL", 2.3F, std::nullopt));
+    element->guideLimits->list->Add(standard);
+    pipe->selection->names = {{"Site", "1"}};
+    Open();
+    Expose(1, "0,80.1,81,80.5,12.3,123,100,3.1,0.1,0.1");
+    Table().Press({1, 2});
+    EXPECT_EQ(guide->Details(),
+              (Texts{"Exposure #1", "kVp Avg: 80.1 KV - Pass", "    Site 1: ≥ 76 KV, ≤ 84 KV"}));
+    Table().Press({1, 8});
+    EXPECT_EQ(guide->Details(), (Texts{"Exposure #1", "HVL: 3.1 mm Al - Pass", "    Site 1: ≥ 2.3 mm Al"}));
+    EXPECT_EQ(guide->CurrentExposure(), 1);
+}
+
+TEST_F(GuideTable, Test100TellsTheMeanAndTheVariationAsWell) {
+    Open(kRadioRepro);
+    Expose(1, ReproRow("80.1"));
+    Table().Press({1, 2});
+    EXPECT_EQ(guide->Details(), (Texts{"Exposure #1", "kVp Avg: 80.1 KV - Pass",
+                                       "Avg. kVp Avg: 80.1 KV - Pass", "CV kVp Avg: 0.0 - Pass"}));
+}
+
+// ------------------------------------------------------------------------------------------- editing
+
+TEST_F(GuideTable, AnImportMarkGoesIntoTheConfiguration) {
+    Open(kRadioRepro);
+    EXPECT_TRUE(Table().ToggleCheck({2, 1}));
+    EXPECT_EQ(config->GetValue(1, 1), "1");
+    EXPECT_TRUE(Table().ToggleCheck({2, 1}));
+    EXPECT_EQ(config->GetValue(1, 1), "0");
+}
+
+TEST_F(GuideTable, MasValuesAreTypedOnlyWhileManualInputIsChosen) {
+    Open(kRadioAccuracy, kMasMeter, kMasMeter);
+    Expose(1, "0,200,20.1,,0.61", kSourceMas);
+    EXPECT_FALSE(Table().Edit({1, 2}, "210"));
+    guide->PressButton(guide_button::kManual);
+    EXPECT_FALSE(Table().Edit({2, 2}, "210")) << "not stored";
+    EXPECT_FALSE(Table().Edit({1, 1}, "1")) << "a check mark";
+    EXPECT_TRUE(Table().Edit({1, 2}, "210,5"));
+    EXPECT_EQ(element->result->GetValue(0, 2), "210.5*");
+    EXPECT_EQ(Table().Rows()[0].cells[1].text, "210.5* mA");
+    EXPECT_EQ(config->PrintTheComment, "Exposure #1, mA: 210.5*");
+    guide->PressButton(guide_button::kShunt);
+    EXPECT_FALSE(Table().Edit({1, 2}, "220"));
+}
+
+TEST_F(GuideTable, ATypedValueIsJudgedAnew) {
+    Open(kRadioAccuracy, kMasMeter, kMasMeter);
+    element->guideLimits->AtMost("ER mA", 205);
+    Expose(1, "0,200,20.1,,0.61", kSourceMas);
+    guide->PressButton(guide_button::kManual);
+    Table().Edit({1, 2}, "210");
+    EXPECT_EQ(element->result->Status(), kFailed);
+    EXPECT_EQ(guide->StatusShown(), kFailed);
+    EXPECT_EQ(Table().Rows()[0].cells[1].status, kFailed);
+    Table().Edit({1, 2}, "205");
+    EXPECT_EQ(guide->StatusShown(), kPassed);
+}
+
+TEST_F(GuideTable, NothingIsTypedWhileExposuresAreTaken) {
+    Open(kRadioAccuracy, kMasMeter, kMasMeter);
+    Expose(1, "0,200,20.1,,0.61", kSourceMas);
+    guide->PressButton(guide_button::kManual);
+    State().gRunActive = true;
+    Table().Edit({1, 2}, "210");
+    EXPECT_EQ(element->result->GetValue(0, 2), "200");
+    EXPECT_EQ(Table().Rows()[0].cells[1].text, "200 mA");
+}
+
+TEST_F(GuideTable, AnAdjacentMarkIsStoredAndJudged) {
+    Configure(kRadioLinearity, kZrd, kNoDetector);
+    config->pNoOfExposures = 3;
+    config->importFlags = config->machineAdjacent = {"0", "0", "0"};
+    Open();
+    element->guideLimits->AtMost("ER Adjacent", 0.1);
+    for (uint8_t n = 1; n <= 3; ++n) Expose(n, "0,0,80,80,80,10,100,10,3,1.0,0.2");
+    EXPECT_TRUE(Table().ToggleCheck({3, 2}));
+    EXPECT_EQ(config->GetValue(2, 2), "1");
+    EXPECT_EQ(guide->StatusShown(), kFailed);
+    EXPECT_EQ(Table().Rows()[2].cells[10].status, kFailed);
+}
+
+// --------------------------------------------------------------------------------------- menu, redo
+
+TEST_F(GuideTable, RedoIsOfferedForAStoredExposureWhileADetectorAnswersAndNothingRuns) {
+    Open(kRadioRepro);
+    const auto offered = [&](uint8_t exposure) {
+        const bool redone = guide->RedoExposure(exposure);
+        EXPECT_EQ(Events(), redone ? "Redo" + std::to_string(exposure) : "");
+        return redone;
+    };
+    EXPECT_FALSE(offered(1)) << "nothing stored";
+    Expose(1, ReproRow("80"));
+    Expose(2, ReproRow("81"));
+    EXPECT_TRUE(offered(2));
+    EXPECT_EQ(guide->CurrentExposure(), 2);
+    EXPECT_FALSE(offered(0));
+    EXPECT_FALSE(offered(3));
+    room->serialNumbers = "0";
+    EXPECT_FALSE(offered(1)) << "no detector";
+    room->serialNumbers = "4711,88";
+    State().gRunActive = true;
+    EXPECT_FALSE(offered(1)) << "a run is active";
+    State().gRunActive = false;
+    guide->EnableMenuRedoExposure(false);
+    EXPECT_FALSE(offered(1)) << "not allowed";
+    guide->EnableMenuRedoExposure(true);
+    room->failing = {"SerialNumbers"};
+    EXPECT_FALSE(offered(1)) << "the detector fails";
+    room->failing.clear();
+    EXPECT_TRUE(offered(1));
+}
+
+TEST_F(GuideTable, TheRightButtonOpensTheMenuForTheRowBelowThePointer) {
+    Open(kRadioRepro);
+    Expose(1, ReproRow("80"));
+    Expose(2, ReproRow("81"));
+    bool openDuring = false;
+    platform->onMenu = [&](const auto& items) {
+        openDuring = State().gMenuOpen;
+        return items[0].id;
+    };
+    bool openInRedo = true;
+    guide->events.ReDoExposure.Connect([&](uint8_t) { openInRedo = State().gMenuOpen; });
+    Table().PressRight({1, 3});
+    EXPECT_EQ(Events(), "Redo1");
+    EXPECT_TRUE(openDuring);
+    EXPECT_FALSE(openInRedo);
+    EXPECT_FALSE(State().gMenuOpen);
+}
+
+TEST_F(GuideTable, TheMenuCountsAsOpenNoLongerWhenItFails) {
+    Open(kRadioRepro);
+    platform->onMenu = [](const auto&) -> int32_t { throw std::runtime_error("no window"); };
+    guide->OpenMenu();
+    EXPECT_FALSE(State().gMenuOpen);
+}
+
+TEST_F(GuideTable, AMenuThatIsOpenWhenTheLastExposureArrivesRedoesNothing) {
+    Open(kRadioRepro);
+    State().gRunActive = true;
+    platform->onMenu = [&](const auto&) {
+        // The poll timer ticks inside the menu, takes the last exposure and ends the run.
+        Expose(1, ReproRow("80"));
+        State().gRunActive = false;
+        guide->ToolbarState(GuideState::kIdle, true);
+        return guide_menu::kRedo;
+    };
+    guide->OpenMenu();
+    EXPECT_EQ(Events(), "") << "the item was disabled when the menu opened";
+    EXPECT_EQ(guide->RunState(), GuideState::kIdle);
+    EXPECT_TRUE(guide->RedoExposure(1));
+}
+
+TEST_F(GuideTable, TheMenuPicksATargetFilter) {
+    Open(kMammoAec);
+    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
+    room->defaultTargetFilter = "Mo/Mo";
+    guide->PressButton(guide_button::kStart);
+    Events();
+    platform->onMenu = [](const std::vector<MenuItem>& items) { return items[1].items[1].id; };
+    guide->OpenMenu();
+    EXPECT_EQ(Events(), "Mo/Rh");
+    EXPECT_TRUE(guide->MenuItems()[1].items[1].checked);
+}
+
+TEST_F(GuideTable, ARedoThatBreaksOffUnlocksTheBar) {
+    Open(kRadioRepro);
+    Expose(1, ReproRow("80"));
+    guide->events.ReDoExposure.Connect([&](uint8_t) {
+        guide->ToolbarState(GuideState::kRunning, false);
+        throw std::runtime_error("detector gone");
+    });
+    EXPECT_TRUE(guide->RedoExposure(1));
+    EXPECT_EQ(guide->RunState(), GuideState::kIdle);
+    EXPECT_TRUE(Button(guide_button::kNext).enabled) << "the earlier result stands";
+    EXPECT_TRUE(guide->Watching());
+}
+
+}  // namespace
+}  // namespace vorex::test

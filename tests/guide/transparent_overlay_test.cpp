@@ -1,0 +1,29 @@
+#include "guide/transparent_overlay.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/host_services.h"
+#include "foundation/text_keys.h"
+
+namespace vorex::test {
+namespace {
+
+TEST(TransparentOverlay, ShowsTheTextOfAKey) {
+    InstallServices({});
+    XTransparent overlay;
+    overlay.LabelCaption(text::kZeroingPleaseWait);
+    EXPECT_EQ(overlay.LabelCaption(), "Zeroing mAs, Please Wait ...");
+    overlay.LabelCaption("plain");
+    EXPECT_EQ(overlay.LabelCaption(), "plain");
+}
+
+TEST(TransparentOverlay, CentresItsLabelAndKeepsItInside) {
+    XTransparent overlay;
+    overlay.ResizeTheLabel(400, 100, 200, 20);
+    EXPECT_EQ(overlay.Label(), (XTransparent::Box{100, 40, 200, 20}));
+    overlay.ResizeTheLabel(400, 100, 600, 20);
+    EXPECT_EQ(overlay.Label(), (XTransparent::Box{0, 40, 400, 20}));
+}
+
+}  // namespace
+}  // namespace vorex::test
