@@ -1,0 +1,156 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "config/config_common.h"
+#include "execution/test_guide_contract.h"
+#include "foundation/class_registry.h"
+#include "foundation/detector_service.h"
+#include "foundation/host_contract.h"
+#include "guide/frm_timer.h"
+#include "results/derived_values.h"
+#include "results/mti_data.h"
+#include "results/result_common.h"
+
+namespace vorex {
+
+/// The element of the eight measuring tests. What a test does differs by its identifier only.
+///
+/// `Perform` shows the guide modally; Start runs the exposure loop inside the guide's event, the loop waits
+/// for events, and the poll timer's tick and all events of the instruments arrive nested in that wait.
+class CTestCommon : public ITestElement,
+                    public LibraryObject,
+                    public std::enable_shared_from_this<CTestCommon> {
+  public:
+    /// A constructed element with its helper, configuration and limits.
+    static std::shared_ptr<CTestCommon> Create();
+    ~CTestCommon() override;
+
+    /// Builds helper, configuration and limits. [once, by `Create`]
+    void Class_Initialize();
+    /// The operator pressed Start: takes all exposures of the test. Ignored while a run is active.
+    void mfrmTestGuide_StartTest();
+
+    // ITestElement
+    std::string PlugInID() const override;
+    int32_t TestID() const override;
+    int32_t ID() const override;
+    void ID(int32_t id) override;
+    std::shared_ptr<ITestElement> Parent() const override;
+    void Parent(const std::shared_ptr<ITestElement>& parent) override;
+    std::shared_ptr<IElementInfo> Info() const override;
+    std::shared_ptr<IElementFilter> Filter() const override;
+    std::shared_ptr<IResultData> Result() const override;
+    std::shared_ptr<ILimitData> Limits() const override;
+    std::shared_ptr<IConfigData> Configuration() const override;
+    void Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
+                    int32_t testId) override;
+    std::shared_ptr<ITestElement> Clone() override;
+    void Perform(const std::shared_ptr<IExecutionPipe>& pipe) override;
+    void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
+    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
+    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
+    bool QuerySetParent(const std::shared_ptr<ITestElement>& parent) override;
+    void Terminate() override;
+    void UpdateReferences() override;
+    std::vector<std::string> GetMeasurementList() const override;
+
+  private:
+    // Construction and persistence (test_common.cpp).
+    std::shared_ptr<CConfigCommon> Config() const;
+    void CreateResult(bool force);
+    void AttachBase(const std::shared_ptr<ITestElementBase>& newBase);
+    void AttachOwner(const std::shared_ptr<ITestElement>& element);
+    void AdoptDetectorOption();
+    void FinishTest(const CMtiData2* first, const CMtiData2* second);
+
+    // Exposure cycle (test_perform.cpp).
+    void RunGuide(bool earlierResult);
+    void ConnectGuide();
+    void SplitComment();
+    void RedrawEarlierResult();
+    std::vector<CMtiData2> ReadInstruments();
+    IDetectorService& Vti();
+    void RunExposures();
+    void SendSettings();
+    void StartPolling();
+    void StopPolling();
+    void JudgeAll();
+    void ShowIdle();
+    void ShowRunning();
+    bool MoreExposures() const;
+    bool InFluoroscopy() const;
+    void Leave(int32_t navigation);
+    void mfrmTestGuide_StopTest();
+    void mfrmTestGuide_AbortTest();
+    void mfrmTestGuide_NextTest();
+    void mfrmTestGuide_Previous();
+    void mfrmTestGuide_Skip();
+    void mfrmTestGuide_NA();
+    void mfrmTestGuide_ReDoExposure(uint8_t exposureNumber);
+    void mfrmTestGuide_DrawWaveForm(uint8_t exposure, uint8_t type);
+    void mfrmTestGuide_WakeUpDetector();
+    void mfrmTestGuide_DisplayIonChamber();
+    void mFrmTimer_FireTimer();
+    void Tick();
+    void CountExposure();
+    void FinishFromTimer();
+
+    // Instruction lines (test_info.cpp).
+    std::vector<std::string> BuildGuideInfo();
+    void AddHeader(std::vector<std::string>& lines);
+    void RefreshInfo();
+    void RefreshLiveInfo();
+    void ShowLiveRows();
+    void ShowAllRows();
+    void ShowRows(std::vector<int32_t> rows);
+
+    // Readings (test_intake.cpp).
+    void ConnectInstruments();
+    void VTI_DataReady(const ZrdReading& reading);
+    void vti_TestSWDataReady(const PelomarkReading& reading);
+    void vti_TestmAsDataReady(const MasReading& reading);
+    void vti_CheckExposureWaveform(uint8_t type);
+    void vti_AddWakeUpButton(bool wakeUp);
+    void vti_EnableStopButton(bool enable);
+    ReadingContext Reading() const;
+    void StoreRow(const std::string& row, int32_t source);
+    void FetchWaveforms(uint8_t type);
+    void TransferWaveform(uint8_t type);
+
+    std::shared_ptr<ITestElementBase> mBase;
+    std::shared_ptr<IExecutionPipe> mPipe;
+    std::shared_ptr<CResultCommon> mResult;
+    bool mStartBusy = false;
+    bool mStopped = false;
+    bool mDiscard = false;
+    bool mKeep = false;
+    bool mMarkNA = false;
+    uint8_t mExposureNo = 0;
+    bool mDataReady = false;
+    bool mRedoActive = false;
+    int32_t mSleepTimeOut = 0;
+    int32_t mShutdownTimeout = 0;
+    bool mFluoroWaiting = false;
+    bool mStopDone = false;
+    std::string mExposureTime;
+    std::string mLastKvp;
+    bool mFetchWaveforms = false;
+    bool mSkipCount = false;
+    bool mInfoChanged = false;
+    bool mCharging = false;
+    uint8_t mBatteryLevel = 0;
+    std::string mTargetFilter;
+    std::size_t mHeaderLines = 2;
+    int32_t mExposureCount = 0;
+    bool mLimitsFlag = false;
+    std::shared_ptr<IDetectorService> vti;
+    std::unique_ptr<FrmTimer> mFrmTimer;
+    std::shared_ptr<ITestGuide> mfrmTestGuide;
+};
+
+}  // namespace vorex

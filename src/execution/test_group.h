@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/class_registry.h"
+#include "foundation/host_contract.h"
+
+namespace vorex {
+
+/// The result of a group: no measurements of its own, only the status that the children come to.
+class CResultTestGroup : public IResultData, public LibraryObject {
+  public:
+    std::string Comment() const override { return {}; }
+    void Comment(std::string_view /*comment*/) override {}
+    bool HasDialog() const override { return false; }
+    int32_t Status() const override { return mStatus; }
+    std::shared_ptr<IMeasurement> Measurement(int32_t /*index*/) const override { return nullptr; }
+    std::shared_ptr<IMeasurement> Measurement(std::string_view /*key*/) const override { return nullptr; }
+    int32_t MeasurementCount() const override { return 0; }
+    std::shared_ptr<IServiceRecord> ServiceRecord() const override { return nullptr; }
+    int32_t MTIID() const override { return 0; }
+    std::shared_ptr<IDialog> CreateDialog() override { return nullptr; }
+    void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
+    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
+
+    /// Rolls up the children, then asks the group's own limits.
+    void Update(const ITestElement& group, const std::vector<std::shared_ptr<ITestElement>>& children,
+                const ISelectedStandards* selected);
+
+  private:
+    void Evaluate(const std::vector<std::shared_ptr<ITestElement>>& children);
+
+    int32_t mStatus = 0;
+    int32_t mStatusExtra = 0;
+};
+
+/// An element that holds other elements and performs them in order, as the navigation code that each child
+/// leaves in the pipe tells.
+class CTestGroup : public ITestElement,
+                   public ITestContainer,
+                   public LibraryObject,
+                   public std::enable_shared_from_this<CTestGroup> {
+  public:
+    static std::shared_ptr<CTestGroup> Create();
+    ~CTestGroup() override;
+    /// Builds helper and limits. [once, by `Create`]
+    void Class_Initialize();
+
+    // ITestElement
+    std::string PlugInID() const override;
+    int32_t TestID() const override;
+    int32_t ID() const override;
+    void ID(int32_t id) override;
+    std::shared_ptr<ITestElement> Parent() const override;
+    void Parent(const std::shared_ptr<ITestElement>& parent) override;
+    std::shared_ptr<IElementInfo> Info() const override;
+    std::shared_ptr<IElementFilter> Filter() const override;
+    std::shared_ptr<IResultData> Result() const override;
+    std::shared_ptr<ILimitData> Limits() const override;
+    std::shared_ptr<IConfigData> Configuration() const override;
+    void Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
+                    int32_t testId) override;
+    std::shared_ptr<ITestElement> Clone() override;
+    void Perform(const std::shared_ptr<IExecutionPipe>& pipe) override;
+    /// Raises 0x8004A2C8 for an element that is neither a group nor its result.
+    void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
+    /// Empty when the filter excludes the group from saving.
+    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
+    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
+    bool QuerySetParent(const std::shared_ptr<ITestElement>& parent) override;
+    void Terminate() override;
+    void UpdateReferences() override;
+    std::vector<std::string> GetMeasurementList() const override;
+
+    // ITestContainer
+    int32_t Count() const override;
+    std::shared_ptr<ITestElement> Item(int32_t index) const override;
+    void Add(const std::shared_ptr<ITestElement>& child, const std::shared_ptr<ITestElement>& relative,
+             int32_t relation) override;
+    std::shared_ptr<ITestElement> FindElement(int32_t elementId) const override;
+    void Remove(const std::shared_ptr<ITestElement>& element) override;
+    std::vector<std::shared_ptr<ITestElement>> NewEnum() const override;
+
+    /// Rolls up this group's status, the groups inside it first.
+    void UpdateGroupStatus(const ISelectedStandards* selected);
+
+  private:
+    void AttachBase(const CTestGroup& source);
+    void AttachLimits();
+    void CreateResult();
+    void PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe);
+    /// Performs every child from an index on with a sequence flag set, so that each ends at once.
+    void PassOver(const std::shared_ptr<IExecutionPipe>& pipe, int32_t firstIndex, bool& flag);
+
+    std::shared_ptr<ITestContainerBase> mBase;
+};
+
+}  // namespace vorex

@@ -1,0 +1,109 @@
+#include <algorithm>
+
+#include "execution/test_common.h"
+#include "foundation/host_services.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+
+// What the element does with the events of the instruments. The row of exposure n is stored while n - 1
+// exposures are counted: the counter advances in the tick that polled.
+
+namespace vorex {
+
+void CTestCommon::ConnectInstruments() {
+    DetectorEvents& events = vti->events;
+    events.VTI_DataReady.Connect([this](const ZrdReading& reading) { VTI_DataReady(reading); });
+    events.vti_AddWakeUpButton.Connect([this](bool wakeUp) { vti_AddWakeUpButton(wakeUp); });
+    events.vti_EnableStopButton.Connect([this](bool enable) { vti_EnableStopButton(enable); });
+    events.vti_CheckExposureWaveform.Connect([this](uint8_t type) { vti_CheckExposureWaveform(type); });
+    events.vti_TestSWDataReady.Connect([this](const PelomarkReading& r) { vti_TestSWDataReady(r); });
+    events.vti_TestmAsDataReady.Connect([this](const MasReading& r) { vti_TestmAsDataReady(r); });
+    events.vti_DisplaySensorResetMsg.Connect([this](bool show) {
+        if (mfrmTestGuide) mfrmTestGuide->ShowOverlay(show, text::kResettingPleaseWait);
+    });
+    events.vti_ZeroingmAs.Connect([this](bool show) {
+        if (mfrmTestGuide) mfrmTestGuide->ShowOverlay(show, text::kZeroingPleaseWait);
+    });
+}
+
+ReadingContext CTestCommon::Reading() const {
+    return {*Config(), *mResult, mExposureNo, mRedoActive};
+}
+
+void CTestCommon::StoreRow(const std::string& row, int32_t source) {
+    const auto exposure = static_cast<uint8_t>(std::min(mExposureNo + 1, 255));
+    mResult->StoreResult(row, source);
+    mResult->UpdateStatus(*this, mPipe->SelectedStandards().get(), exposure);
+    mfrmTestGuide->ShowResult(shared_from_this(), exposure);
+    if (source != kSourceZrd) mfrmTestGuide->SetWaveformExposure(exposure);
+}
+
+void CTestCommon::VTI_DataReady(const ZrdReading& reading) {
+    if (mStopDone) return;  // Stop has already ended this exposure
+    mLastKvp = WithPoint(reading.kvpAvg);
+    mExposureTime = WithPoint(reading.exposureTime);
+    StoreRow(BuildDetectorResult(Reading(), reading), kSourceZrd);
+}
+
+void CTestCommon::vti_TestSWDataReady(const PelomarkReading& reading) {
+    StoreRow(BuildDosimeterResult(Reading(), reading), kSourcePelomark);
+}
+
+void CTestCommon::vti_TestmAsDataReady(const MasReading& reading) {
+    StoreRow(BuildMasResult(Reading(), reading), kSourceMas);
+}
+
+void CTestCommon::vti_AddWakeUpButton(bool wakeUp) {
+    if (mfrmTestGuide) mfrmTestGuide->SetWakeUpButton(wakeUp);
+}
+
+void CTestCommon::vti_EnableStopButton(bool enable) {
+    mFetchWaveforms = !enable;
+    mFluoroWaiting = enable;
+    if (enable) mStopDone = mSkipCount = false;
+}
+
+void CTestCommon::vti_CheckExposureWaveform(uint8_t type) {
+    if (mfrmTestGuide) mfrmTestGuide->WaveformType(type);
+    if (!mStopDone) FetchWaveforms(type);
+}
+
+/// Runs with the timer stopped; the timer is started again whatever happened.
+void CTestCommon::FetchWaveforms(uint8_t type) {
+    if (mFrmTimer) mFrmTimer->StopTimer();
+    Guarded("FetchWaveforms", [&] { TransferWaveform(type); });
+    if (mFrmTimer) mFrmTimer->StartTimer();
+}
+
+void CTestCommon::TransferWaveform(uint8_t type) {
+    constexpr float kMaLengthMs = 1000;
+    constexpr int32_t kPoints = 1000;
+    if (!mFetchWaveforms) return;
+    const auto exposure = static_cast<uint8_t>(std::min(mExposureNo + 1, 255));
+    const bool import = Config()->pNoOfExposures > 0 && ReadNumber(Config()->GetValue(mExposureNo, 1)) == 1;
+    const auto show = [&] {
+        mfrmTestGuide->SetWaveformExposure(exposure);
+        mfrmTestGuide->DrawWaveform(mResult->WaveformOfRow(exposure));
+    };
+    mResult->WaveformType = type;
+    mResult->StoreWaveForm("");
+    show();
+    const bool exposed = ReadNumber(mLastKvp) > 0 && ReadNumber(mExposureTime) > 0;
+    if (!import || (type != kMaWaveform && !exposed)) return;
+    mfrmTestGuide->SetStatusText(Translate(text::kRetrievingWaveform));
+    Services().platform->PumpMessages();
+    Vti().Armed(false);
+    Guarded("GetWaveform", [&] {
+        const float length =
+            type == kMaWaveform ? kMaLengthMs : static_cast<float>(ReadNumber(mExposureTime));
+        const std::string data = Vti().GetWaveform(0, length, kPoints, type);
+        if (data.empty() || mStopped) return;
+        mResult->Resolution(Vti().WaveformResolution());
+        mResult->StoreWaveForm(data);
+        show();
+    });
+    Vti().Armed(true);
+    mfrmTestGuide->SetStatusText(Translate(text::kTestInProgress));
+}
+
+}  // namespace vorex

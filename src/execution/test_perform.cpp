@@ -1,0 +1,406 @@
+#include <algorithm>
+#include <exception>
+
+#include "execution/test_common.h"
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+
+// The exposure cycle: what `Perform` does, how the guide's events drive it, how exposures are polled and
+// counted. An instrument that fails stops the run as a lost link does: what was taken stays and is judged.
+
+namespace vorex {
+
+namespace {
+
+constexpr int32_t kPollMs = 500;
+constexpr int32_t kFluoroscopyPollMs = 1000;
+constexpr uint8_t kMostExposures = 255;
+
+/// Sets a flag for the length of a scope.
+class ScopedFlag {
+  public:
+    explicit ScopedFlag(bool& flag) : mFlag(flag) { mFlag = true; }
+    ~ScopedFlag() { mFlag = false; }
+    ScopedFlag(const ScopedFlag&) = delete;
+    ScopedFlag& operator=(const ScopedFlag&) = delete;
+
+  private:
+    bool& mFlag;
+};
+
+}  // namespace
+
+void CTestCommon::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
+    if (!pipe->BeginElement(*this)) return;
+    mStopped = mDiscard = mKeep = mMarkNA = mStartBusy = mRedoActive = false;
+    mExposureNo = 0;
+    AdoptDetectorOption();
+    CreateResult(false);
+    const bool earlierResult = mResult && mResult->Status() != kNotTested;
+    mPipe = pipe;
+    LibraryState& state = State();
+    if (state.gSkipRemaining) {
+        mPipe->NextAction(kGoSkip);
+        mDiscard = true;
+        state.gSkipRemaining = false;
+    } else if (state.gNARemaining) {
+        mPipe->NextAction(kGoNext);
+        mMarkNA = mKeep = true;
+        state.gNARemaining = false;
+    } else {
+        RunGuide(earlierResult);
+    }
+    const std::vector<CMtiData2> instruments = ReadInstruments();
+    Guarded("Disconnect", [&] { Vti().Disconnect(); });
+    const auto config = Config();
+    const bool judged = mResult && (mResult->Status() == kPassed || mResult->Status() == kFailed);
+    if (judged && !config->PrintTheComment.empty())
+        mResult->Comment(AppendComment(mResult->Comment(), config->PrintTheComment));
+    if (mfrmTestGuide) Guarded("Unload", [&] { mfrmTestGuide->Unload(); });
+    mfrmTestGuide.reset();
+    FinishTest(!instruments.empty() ? &instruments[0] : nullptr,
+               instruments.size() > 1 ? &instruments[1] : nullptr);
+    mPipe.reset();
+}
+
+void CTestCommon::RunGuide(bool earlierResult) {
+    mfrmTestGuide = CreateObjectAs<ITestGuide>(kTestGuideClass);
+    if (!mfrmTestGuide) return;
+    ConnectGuide();
+    Guarded("Load", [&] { mfrmTestGuide->Load(); });
+    mExposureCount = Config()->pNoOfExposures;
+    SplitComment();
+    mfrmTestGuide->ToolbarState(GuideState::kIdle, earlierResult);
+    mfrmTestGuide->ShowStatus(mResult.get());
+    mfrmTestGuide->Initialize(shared_from_this(), mPipe, BuildGuideInfo());
+    mfrmTestGuide->BuildColumns(Config(), false);
+    mResult->pTestGuide = true;
+    if (earlierResult) RedrawEarlierResult();
+    RefreshInfo();
+    Services().platform->ShowModal(*mfrmTestGuide);
+    mResult->pTestGuide = false;
+}
+
+void CTestCommon::ConnectGuide() {
+    TestGuideEvents& events = mfrmTestGuide->events;
+    events.DrawWaveForm.Connect(
+        [this](uint8_t exposure, bool, uint8_t type) { mfrmTestGuide_DrawWaveForm(exposure, type); });
+    events.StartTest.Connect([this] { mfrmTestGuide_StartTest(); });
+    events.StopTest.Connect([this] { mfrmTestGuide_StopTest(); });
+    events.AbortTest.Connect([this] { mfrmTestGuide_AbortTest(); });
+    events.Skip.Connect([this] { mfrmTestGuide_Skip(); });
+    events.NextTest.Connect([this] { mfrmTestGuide_NextTest(); });
+    events.Previous.Connect([this] { mfrmTestGuide_Previous(); });
+    events.NA.Connect([this] { mfrmTestGuide_NA(); });
+    events.ReDoExposure.Connect([this](uint8_t exposure) { mfrmTestGuide_ReDoExposure(exposure); });
+    events.WakeUpDetector.Connect([this] { mfrmTestGuide_WakeUpDetector(); });
+    events.DisplayIonChamber.Connect([this] { mfrmTestGuide_DisplayIonChamber(); });
+    events.TargetFilterChangedEvent.Connect([this](const std::string&) { RefreshLiveInfo(); });
+    events.MASInputChanged.Connect([this] { RefreshLiveInfo(); });
+    events.ConnectionLost.Connect([this] { RefreshInfo(); });
+}
+
+/// The operator's words stay with the result; the log of edited values waits in the configuration.
+void CTestCommon::SplitComment() {
+    const std::string comment = mResult->Comment();
+    if (comment.empty()) return;
+    Config()->PrintTheComment = CommentLog(comment);
+    mResult->Comment(CommentWords(comment));
+}
+
+void CTestCommon::RedrawEarlierResult() {
+    for (int32_t exposure = 1; exposure <= mExposureCount; ++exposure) {
+        if (!mResult->ShowResultInTestguide(exposure - 1)) continue;
+        mfrmTestGuide->ShowResult(shared_from_this(), static_cast<uint8_t>(exposure));
+        for (uint8_t type : {kKvWaveform, kMaWaveform}) {
+            mResult->WaveformType = type;
+            mfrmTestGuide->WaveformType(type);
+            const auto waveform = mResult->WaveformOfRow(exposure);
+            if (waveform && waveform->ValueCount() > 0) mfrmTestGuide->DrawWaveform(waveform);
+        }
+        mResult->WaveformType = kKvWaveform;
+        mfrmTestGuide->WaveformType(kKvWaveform);
+    }
+}
+
+IDetectorService& CTestCommon::Vti() {
+    if (!vti) {
+        vti = Services().createDetectorService();
+        ConnectInstruments();
+    }
+    return *vti;
+}
+
+/// At most two instruments take part in a test; an entry without a serial number makes no record.
+std::vector<CMtiData2> CTestCommon::ReadInstruments() {
+    constexpr std::size_t kMostInstruments = 2;
+    std::vector<CMtiData2> records;
+    Guarded("ReadInstruments", [&] {
+        const std::string serials = Vti().SerialNumbers();
+        const std::string dates = Vti().CalibrationDates();
+        const auto serialParts = SplitText(serials, ',');
+        const auto dateParts = SplitText(dates, ',');
+        for (std::size_t i = 0; i < std::min(serialParts.size(), kMostInstruments); ++i) {
+            const std::string serial(Trimmed(serialParts[i]));
+            if (serial.empty()) continue;
+            CMtiData2 record;
+            record.Name(Vti().InstrumentName(static_cast<int32_t>(i)));
+            record.SerialNumber(serial);
+            if (i < dateParts.size()) record.CalibrationDate(std::string(Trimmed(dateParts[i])));
+            records.push_back(std::move(record));
+        }
+    });
+    return records;
+}
+
+bool CTestCommon::MoreExposures() const {
+    return mExposureNo < Config()->pNoOfExposures;
+}
+
+bool CTestCommon::InFluoroscopy() const {
+    return EqualsIgnoringCase(DisplayText(kDetectorModes, Config()->pMeasurementMode),
+                              Translate(text::kModeFluoro));
+}
+
+// ------------------------------------------------------------------------------------------ the run
+
+void CTestCommon::mfrmTestGuide_StartTest() {
+    if (mStartBusy || State().gRunActive) return;
+    const ScopedFlag busy(mStartBusy);
+    mStopped = mMarkNA = mDiscard = false;
+    mKeep = true;
+    mfrmTestGuide->ClearTable();
+    if (mResult->Status() != kNotTested) {
+        CreateResult(true);
+        mfrmTestGuide->ShowResult(shared_from_this(), 0);
+    }
+    ShowRunning();
+    mResult->pTestGuide = true;
+    if (!Guarded("RunExposures", [&] { RunExposures(); })) mStopped = true;
+    StopPolling();
+    mResult->pTestGuide = false;
+    JudgeAll();
+    ShowIdle();
+}
+
+void CTestCommon::ShowRunning() {
+    mfrmTestGuide->ResetSelection();
+    mfrmTestGuide->ToolbarState(GuideState::kRunning, false);
+    mfrmTestGuide->SetStatusText(Translate(text::kTestInProgress));
+}
+
+void CTestCommon::JudgeAll() {
+    if (mExposureNo == 0 && mResult->ExposureCount() == 0) return;
+    mResult->UpdateAllStatus(*this, mPipe->SelectedStandards().get());
+}
+
+void CTestCommon::ShowIdle() {
+    mfrmTestGuide->SetStatusText("");
+    mfrmTestGuide->ShowStatus(mResult.get());
+    mfrmTestGuide->ToolbarState(GuideState::kIdle, !mStopped);
+    const bool taken = mExposureNo != 0 || mResult->ExposureCount() != 0;
+    if (taken && mStopped) mfrmTestGuide->EnableNext(true);
+    ShowAllRows();
+}
+
+void CTestCommon::SendSettings() {
+    const auto config = Config();
+    IDetectorService& service = Vti();
+    service.ExposureUnit(config->pMeasurementExposure);
+    service.ExposureRateUnit(config->pMeasurementExposureRateUnit);
+    service.FluoroType(config->pMeasurementFluoroType);
+    service.TimeUnit(config->pMeasurementTimeUnit);
+    service.PercentKV(config->pMeasurementPercentKV);
+    service.Delay(config->pMeasurementDelay);
+    service.IncludeDelay(config->pMeasurementIncludeDelay);
+    service.Mode(DisplayText(kDetectorModes, config->pMeasurementMode));
+    service.Settings(DisplayText(kDetectorSettings, config->pMeasurementSettings));
+    service.TargetFilter(config->pTargetFilterName);
+    service.ApplySettings();
+    service.Armed(true);
+}
+
+void CTestCommon::StartPolling() {
+    if (!mFrmTimer) {
+        mFrmTimer = std::make_unique<FrmTimer>();
+        mFrmTimer->FireTimer.Connect([this] { mFrmTimer_FireTimer(); });
+    }
+    mFrmTimer->Interval(InFluoroscopy() ? kFluoroscopyPollMs : kPollMs);
+    Vti().BeginRun();
+    mSkipCount = mDataReady = mStopDone = mFluoroWaiting = false;
+    mFetchWaveforms = true;
+    State().gRunActive = true;
+    mFrmTimer->StartTimer();
+}
+
+void CTestCommon::StopPolling() {
+    if (mFrmTimer) mFrmTimer->StopTimer();
+    State().gRunActive = false;
+    Guarded("Armed", [&] { Vti().Armed(false); });
+}
+
+void CTestCommon::RunExposures() {
+    mExposureNo = 0;
+    mSleepTimeOut = SleepTimeOut();
+    mShutdownTimeout = ShutdownTimeOut();
+    RefreshInfo();
+    ShowLiveRows();
+    SendSettings();
+    StartPolling();
+    // The count is asked on every turn: the exposure table may change while the test runs.
+    while (MoreExposures() && !mStopped)
+        if (!Services().platform->WaitForEvent()) mStopped = true;
+}
+
+void CTestCommon::mFrmTimer_FireTimer() {
+    mFrmTimer->StopTimer();
+    if (Guarded("mFrmTimer_FireTimer", [&] { Tick(); })) return;
+    mStopped = true;
+    if (State().gMenuOpen) FinishFromTimer();
+}
+
+/// One poll. The timer is stopped first and started again last, so that ticks never overlap.
+void CTestCommon::Tick() {
+    mInfoChanged = false;
+    const std::vector<std::string> lines = BuildGuideInfo();
+    if (mInfoChanged) {
+        mfrmTestGuide->SetInfoLines(lines);
+        ShowLiveRows();
+    }
+    mDataReady = Vti().ExposureDone();
+    if (!Vti().Poll(mSleepTimeOut, mShutdownTimeout)) mStopped = true;
+    if (mDataReady) CountExposure();
+    const bool finished = (mRedoActive && mDataReady) || mExposureNo == mExposureCount;
+    if (!finished && !mStopped)
+        mFrmTimer->StartTimer();
+    else if (State().gMenuOpen)
+        FinishFromTimer();
+}
+
+void CTestCommon::CountExposure() {
+    if (mSkipCount) {
+        mSkipCount = false;
+        return;
+    }
+    if (mExposureNo < kMostExposures) ++mExposureNo;
+    if (!MoreExposures() || mRedoActive) return;
+    if (mResult) mResult->ResetTheMeasurements();
+    RefreshInfo();
+    ShowLiveRows();
+}
+
+/// The guide's menu keeps the run's own loop from going on, so the last tick does what follows the loop.
+void CTestCommon::FinishFromTimer() {
+    StopPolling();
+    JudgeAll();
+    ShowIdle();
+    mfrmTestGuide->EnableMenuRedoExposure(true);
+    mStartBusy = mRedoActive = false;
+    mExposureNo = static_cast<uint8_t>(mExposureCount);
+}
+
+// --------------------------------------------------------------------------------- the guide's events
+
+void CTestCommon::mfrmTestGuide_StopTest() {
+    if (!InFluoroscopy() || !mFluoroWaiting) {
+        mfrmTestGuide->SetToolBarButtonStatus(guide_button::kStop, false);
+        mStopped = true;
+        mSkipCount = false;
+        return;
+    }
+    // An exposure is held open: Stop ends it and counts it.
+    mStopDone = mFetchWaveforms = mSkipCount = true;
+    mFluoroWaiting = false;
+    const int32_t kind = mfrmTestGuide->DetectorType();
+    if (HasZrd(kind)) FetchWaveforms(kKvWaveform);
+    if (HasMasMeter(kind)) FetchWaveforms(kMaWaveform);
+    if (mExposureNo < kMostExposures) ++mExposureNo;
+    RefreshInfo();
+    ShowLiveRows();
+}
+
+void CTestCommon::Leave(int32_t navigation) {
+    mPipe->NextAction(navigation);
+    mfrmTestGuide->Visible(false);
+}
+
+void CTestCommon::mfrmTestGuide_AbortTest() {
+    mfrmTestGuide_StopTest();
+    mDiscard = mStopped = true;
+    Leave(kGoAbort);
+}
+
+void CTestCommon::mfrmTestGuide_NextTest() {
+    Leave(kGoNext);
+}
+
+void CTestCommon::mfrmTestGuide_Previous() {
+    Leave(kGoPrevious);
+}
+
+void CTestCommon::mfrmTestGuide_Skip() {
+    mDiscard = true;
+    Leave(kGoSkip);
+}
+
+void CTestCommon::mfrmTestGuide_NA() {
+    mStopped = mDiscard = false;
+    mKeep = mMarkNA = true;
+    Leave(kGoNext);
+}
+
+void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
+    if (mStartBusy || State().gRunActive || exposureNumber == 0) return;
+    if (!(ReadNumber(Vti().SerialNumbers()) > 0)) return;
+    const uint8_t exposureBefore = mExposureNo;
+    const bool stoppedBefore = mStopped;
+    mStopped = false;
+    mExposureNo = static_cast<uint8_t>(exposureNumber - 1);
+    mResult->ShowResultInTestguide(mExposureNo, true);
+    mResult->pTestGuide = true;
+    const bool ended = Guarded("ReDoExposure", [&] {
+        mSleepTimeOut = SleepTimeOut();
+        mShutdownTimeout = ShutdownTimeOut();
+        Vti().Armed(true);
+        RefreshInfo();
+        ShowRunning();
+        ShowLiveRows();
+        mRedoActive = true;
+        StartPolling();
+        while (mExposureNo < exposureNumber && !mDataReady && !mStopped)
+            if (!Services().platform->WaitForEvent()) mStopped = true;
+    });
+    mStopped = mStopped || stoppedBefore || !ended;
+    mResult->pTestGuide = false;
+    StopPolling();
+    mResult->UpdateAllStatus(*this, mPipe->SelectedStandards().get());
+    mRedoActive = false;
+    ShowIdle();
+    mExposureNo = exposureBefore;
+}
+
+void CTestCommon::mfrmTestGuide_DrawWaveForm(uint8_t exposure, uint8_t type) {
+    if (exposure == 0) return;
+    const uint8_t exposureBefore = mExposureNo;
+    mExposureNo = static_cast<uint8_t>(exposure - 1);
+    Guarded("RefreshInfo", [&] { RefreshInfo(); });
+    mExposureNo = exposureBefore;
+    const auto result = std::dynamic_pointer_cast<CResultCommon>(mBase->Result());
+    if (!result) return;
+    result->WaveformType = type;
+    mfrmTestGuide->DrawWaveform(result->WaveformOfRow(exposure));
+}
+
+void CTestCommon::mfrmTestGuide_WakeUpDetector() {
+    Vti().WakeUp();
+    mfrmTestGuide->SetWakeUpButton(false);
+}
+
+void CTestCommon::mfrmTestGuide_DisplayIonChamber() {
+    if (vti) vti->ShowIonChamberDialog();
+    RefreshInfo();
+}
+
+}  // namespace vorex

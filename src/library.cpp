@@ -1,0 +1,52 @@
+#include "library.h"
+
+#include <utility>
+
+#include "config/config_common.h"
+#include "execution/test_common.h"
+#include "execution/test_group.h"
+#include "foundation/class_registry.h"
+#include "foundation/library_state.h"
+#include "foundation/registration.h"
+#include "guide/test_guide_form.h"
+#include "results/limit_data.h"
+#include "results/result_common.h"
+#include "views/result_table.h"
+
+namespace vorex {
+
+namespace {
+
+template <typename Class>
+std::shared_ptr<LibraryObject> Make() {
+    return std::make_shared<Class>();
+}
+
+template <typename Class>
+std::shared_ptr<LibraryObject> MakeElement() {
+    return Class::Create();
+}
+
+constexpr ClassEntry kClasses[] = {
+    {"GGlobals", Make<GGlobals>},
+    {"CRegisterDll", Make<CRegisterDll>},
+    {"CTestCommon", MakeElement<CTestCommon>},
+    {"CTestGroup", MakeElement<CTestGroup>},
+    {"CConfigCommon", Make<CConfigCommon>},
+    {"CLimitData", Make<CLimitData>},
+    {"CResultCommon", Make<CResultCommon>},
+    {"CResultTestGroup", Make<CResultTestGroup>},
+    {"FZRD47500TestGuide", Make<FZRD47500TestGuide>},
+    {"XResultListView", Make<XResultListView>},
+    {"XResultFlxGrid", Make<XResultFlxGrid>},
+};
+
+}  // namespace
+
+void InstallLibrary(HostServices services) {
+    InstallServices(std::move(services));
+    InstallClasses(kClasses);
+    ResetState();
+}
+
+}  // namespace vorex

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "foundation/host_services.h"
+
+namespace vorex {
+
+/// Installs the host's services and the library's classes, and puts the shared state to its start.
+/// [once, before any object of the library is created]
+void InstallLibrary(HostServices services);
+
+}  // namespace vorex
