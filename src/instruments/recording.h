@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/detector_service.h"
+#include "foundation/vocabulary.h"
+
+/// A recording: what instruments answer, one JSON object a line. It is read whole and strictly before a run,
+/// so that a mistake in it shows as a message and never as a measured value.
+///
+/// The first line describes the instruments. "recording" (the version, 1) and "kind" (1 to 5) are required;
+/// what else is absent takes the value that its field below starts with. "syncStatus" other than 0 makes the
+/// dosimeter refuse its settings.
+///
+/// Each further line is one thing that happens: "quiet", "exposure", "stopButton", "link", "sensorReset",
+/// "zeroing", "wakeUp" or "throws". An exposure has at least one of "detector", "dosimeter" and "mas".
+/// Measured values are texts, as instruments send them; a decimal comma may stand in them. Blank lines count
+/// as lines and say nothing.
+namespace vorex {
+
+/// Nothing larger is read: far beyond any test, and a file that is no recording cannot fill the memory.
+inline constexpr std::size_t kMaxRecordingBytes = std::size_t{256} << 20;
+inline constexpr int32_t kMaxRecordingLines = 1'000'000;
+
+/// A recording that cannot be used. The message names the file and the line, what was found there and what
+/// was expected.
+class RecordingError : public std::runtime_error {
+  public:
+    /// Line 0: the fault is one of the file as a whole.
+    RecordingError(std::string_view file, int32_t line, std::string_view found, std::string_view expected);
+};
+
+struct RecordedWaveform {
+    uint8_t type = kKvWaveform;
+    float resolution = 0;  ///< points per ms
+    std::string samples;   ///< as `GetWaveform` answers; empty is a transfer that failed
+};
+
+struct RecordedExposure {
+    std::optional<ZrdReading> detector;
+    std::optional<PelomarkReading> dosimeter;
+    std::optional<MasReading> mas;
+    std::vector<RecordedWaveform> waveforms;  ///< at most one of each type
+};
+
+enum class RecordedEvent : uint8_t {
+    kQuiet,
+    kExposure,
+    kStopButton,
+    kLink,
+    kSensorReset,
+    kZeroing,
+    kWakeUp,
+    kThrows
+};
+
+/// One thing that happens.
+struct RecordedLine {
+    int32_t line = 0;  ///< in the file, from 1
+    RecordedEvent event = RecordedEvent::kQuiet;
+    /// Quiet: the number of polls. Exposure: its index. Throws: the index of the operation. Others: 1 true.
+    int32_t number = 0;
+};
+
+struct Recording {
+    std::string file;  ///< as it was named, for messages
+
+    int32_t kind = kNoDetector;
+    std::string serialNumbers;  ///< empty: nothing tells which instruments these were, so none is noted
+    std::string calibrationDates;
+    std::vector<std::string> instrumentNames;
+    uint8_t battery = 100;
+    bool charging = false;
+    std::vector<std::string> targetFilters;
+    std::string defaultTargetFilter;  ///< absent: the first of the target/filters
+    std::string ionChamberName;
+    std::string ionChamberFactor;
+    std::string ionChamberConstant;
+    int32_t firmware = 0;
+    int32_t syncStatus = 0;
+
+    std::vector<RecordedExposure> exposures;
+    std::vector<RecordedLine> lines;
+};
+
+/// Reads a recording file. Throws RecordingError and nothing else, also when the file cannot be read.
+Recording LoadRecording(const std::string& path);
+/// Reads a recording from memory; the file name is for messages. Throws RecordingError and nothing else.
+Recording ParseRecording(std::string_view text, std::string_view file);
+
+}  // namespace vorex

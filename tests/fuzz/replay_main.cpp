@@ -1,0 +1,53 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+
+namespace {
+
+/// The files named, and every file below the folders named, in an order that is the same everywhere.
+std::vector<std::filesystem::path> InputsOf(int count, char** names) {
+    namespace fs = std::filesystem;
+    std::vector<fs::path> inputs;
+    for (int i = 1; i < count; ++i) {
+        const fs::path name = names[i];
+        if (!fs::is_directory(name)) {
+            inputs.push_back(name);
+            continue;
+        }
+        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(name)) {
+            if (entry.is_regular_file()) inputs.push_back(entry.path());
+        }
+    }
+    std::sort(inputs.begin(), inputs.end());
+    return inputs;
+}
+
+}  // namespace
+
+/// Gives each stored input to the fuzz target once, as an ordinary program: a fault found earlier stays
+/// found. Ends with 1 when there is nothing to replay or an input cannot be read.
+int main(int argc, char** argv) {
+    const std::vector<std::filesystem::path> inputs = InputsOf(argc, argv);
+    for (const std::filesystem::path& path : inputs) {
+        std::ifstream file(path, std::ios::binary);
+        if (!file) {
+            std::fprintf(stderr, "%s: cannot be read\n", path.string().c_str());
+            return 1;
+        }
+        const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        // Named before the call, so that a crash shows which input it was.
+        std::printf("%s\n", path.filename().string().c_str());
+        std::fflush(stdout);
+        LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(content.data()), content.size());
+    }
+    std::printf("%zu inputs replayed\n", inputs.size());
+    return inputs.empty() ? 1 : 0;
+}

@@ -1,0 +1,294 @@
+#include "instruments/recording.h"
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "test_paths.h"
+
+namespace vorex {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr const char* kFirst = R"({"recording":1,"kind":4})";
+
+/// The message that refuses the text; empty when it is taken.
+std::string Refusal(const std::string& text) {
+    try {
+        ParseRecording(text, "room.jsonl");
+        return {};
+    } catch (const RecordingError& error) {
+        return error.what();
+    }
+}
+
+TEST(Recording, EveryMemberOfTheFirstLineIsRead) {
+    const Recording recording = ParseRecording(
+        R"({"recording":1,"kind":5,"serialNumbers":"4711,88","calibrationDates":"2026-01-15,2026-02-01",)"
+        R"("instrumentNames":["Pelomark","mAs meter"],"battery":80,"charging":true,"targetFilters":["Mo/Mo","Mo/Rh"],)"
+        R"("defaultTargetFilter":"Mo/Rh","ionChamber":{"name":"6 cc","factor":"1.02","constant":"-3,5"},)"
+        R"("firmware":12,"syncStatus":-2})",
+        "room.jsonl");
+    EXPECT_EQ(recording.file, "room.jsonl");
+    EXPECT_EQ(recording.kind, 5);
+    EXPECT_EQ(recording.serialNumbers, "4711,88");
+    EXPECT_EQ(recording.calibrationDates, "2026-01-15,2026-02-01");
+    EXPECT_EQ(recording.instrumentNames, (std::vector<std::string>{"Pelomark", "mAs meter"}));
+    EXPECT_EQ(recording.battery, 80);
+    EXPECT_TRUE(recording.charging);
+    EXPECT_EQ(recording.targetFilters, (std::vector<std::string>{"Mo/Mo", "Mo/Rh"}));
+    EXPECT_EQ(recording.defaultTargetFilter, "Mo/Rh");
+    EXPECT_EQ(recording.ionChamberName, "6 cc");
+    EXPECT_EQ(recording.ionChamberFactor, "1.02");
+    EXPECT_EQ(recording.ionChamberConstant, "-3,5");
+    EXPECT_EQ(recording.firmware, 12);
+    EXPECT_EQ(recording.syncStatus, -2);
+    EXPECT_TRUE(recording.lines.empty());
+}
+
+TEST(Recording, WhatTheFirstLineLeavesOutHasADefault) {
+    const Recording recording = ParseRecording(R"({"recording":1,"kind":1})", "room.jsonl");
+    EXPECT_EQ(recording.serialNumbers, "");
+    EXPECT_EQ(recording.battery, 100);
+    EXPECT_FALSE(recording.charging);
+    EXPECT_EQ(recording.defaultTargetFilter, "");
+    EXPECT_EQ(recording.firmware, 0);
+    EXPECT_EQ(recording.syncStatus, 0);
+    EXPECT_EQ(ParseRecording(R"({"recording":1,"kind":1,"targetFilters":["Rh/Rh","Mo/Mo"]})", "f")
+                  .defaultTargetFilter,
+              "Rh/Rh");
+}
+
+TEST(Recording, EachEventBecomesALineWithItsPlaceInTheFile) {
+    const Recording recording = ParseRecording(std::string("\xEF\xBB\xBF") + kFirst + "\r\n" +
+                                                   "{\"quiet\":2}\n"
+                                                   "\n"
+                                                   "{\"stopButton\":true}\n"
+                                                   "  { \"link\" : false }\r\n"
+                                                   "{\"sensorReset\":true}\n"
+                                                   "{\"zeroing\":false}\n"
+                                                   "{\"wakeUp\":true}\n"
+                                                   "{\"throws\":\"BatteryLevel\"}\n"
+                                                   "{\"exposure\":{\"mas\":[\"1\",\"2\",\"3\",\"4\"]}}",
+                                               "room.jsonl");
+    struct Row {
+        int32_t line;
+        RecordedEvent event;
+        int32_t number;
+    };
+    const Row expected[] = {
+        {2, RecordedEvent::kQuiet, 2},   {4, RecordedEvent::kStopButton, 1},
+        {5, RecordedEvent::kLink, 0},    {6, RecordedEvent::kSensorReset, 1},
+        {7, RecordedEvent::kZeroing, 0}, {8, RecordedEvent::kWakeUp, 1},
+        {9, RecordedEvent::kThrows, 1},  {10, RecordedEvent::kExposure, 0},
+    };
+    ASSERT_EQ(recording.lines.size(), std::size(expected));
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        EXPECT_EQ(recording.lines[i].line, expected[i].line) << i;
+        EXPECT_EQ(recording.lines[i].event, expected[i].event) << i;
+        EXPECT_EQ(recording.lines[i].number, expected[i].number) << i;
+    }
+}
+
+TEST(Recording, ReadingsKeepTheirTextsInTheOrderOfTheirEvents) {
+    const Recording recording = ParseRecording(std::string(kFirst) +
+                                                   R"(
+{"exposure":{"detector":["80,1","80.9","80.4","12.3","123.0","100.2","10","0","22421::UL","3.1"],"dosimeter":["22.1","760","1.01","0.2","12.3","123.0","300"],"mas":["200","20.1","","0.61"],"waveforms":[{"type":1,"resolution":10,"samples":"0,40.5,0"},{"type":3,"resolution":0.5,"samples":""}]}})",
+                                               "room.jsonl");
+    ASSERT_EQ(recording.exposures.size(), 1U);
+    const RecordedExposure& exposure = recording.exposures[0];
+    const ZrdReading& zrd = exposure.detector.value();
+    EXPECT_EQ((std::vector<std::string>{zrd.kvpAvg, zrd.kvpMax, zrd.kvPpv, zrd.exposure, zrd.exposureRate,
+                                        zrd.exposureTime, zrd.exposurePulses, zrd.pulseRate, zrd.pulseWidth,
+                                        zrd.hvl}),
+              (std::vector<std::string>{"80,1", "80.9", "80.4", "12.3", "123.0", "100.2", "10", "0",
+                                        "22421::UL", "3.1"}));
+    const PelomarkReading& dose = exposure.dosimeter.value();
+    EXPECT_EQ((std::vector<std::string>{dose.temperature, dose.pressure, dose.adcf, dose.leakCurrent,
+                                        dose.dose, dose.doseRate, dose.biasVoltage}),
+              (std::vector<std::string>{"22.1", "760", "1.01", "0.2", "12.3", "123.0", "300"}));
+    const MasReading& mas = exposure.mas.value();
+    EXPECT_EQ((std::vector<std::string>{mas.ma, mas.mas, mas.masPerPulse, mas.dosePerMas}),
+              (std::vector<std::string>{"200", "20.1", "", "0.61"}));
+    ASSERT_EQ(exposure.waveforms.size(), 2U);
+    EXPECT_EQ(exposure.waveforms[0].type, 1);
+    EXPECT_EQ(exposure.waveforms[0].resolution, 10);
+    EXPECT_EQ(exposure.waveforms[0].samples, "0,40.5,0");
+    EXPECT_EQ(exposure.waveforms[1].type, 3);
+    EXPECT_EQ(exposure.waveforms[1].resolution, 0.5F);
+}
+
+TEST(Recording, AFaultOfTheFirstLineNamesWhatWasFoundAndWhatWasExpected) {
+    struct Row {
+        const char* text;
+        const char* found;
+        const char* expected;
+    };
+    const Row rows[] = {
+        {"", "room.jsonl: found an empty file", "\"recording\":1"},
+        {" \n\n", "room.jsonl: found an empty file", "\"recording\":1"},
+        {"<VorexSequence Version=\"1\">", "room.jsonl:1: found broken JSON at column 1", "\"recording\":1"},
+        {"{\"quiet\":2}", "found \"{\\\"quiet\\\":2}\"", "a first line such as {\"recording\":1"},
+        {"[1]", "found \"[1]\"", "a first line such as"},
+        {"{\"recording\":1}", "found \"{\\\"recording\\\":1}\"", "\"kind\""},
+        {R"({"recording":2,"kind":1})", "\"recording\":2", "version 1"},
+        {R"({"recording":"1","kind":1})", "\"recording\":\"1\"", "version 1"},
+        {R"({"recording":1,"kind":0})", "\"kind\":0", "a whole number from 1 to 5"},
+        {R"({"recording":1,"kind":6})", "\"kind\":6", "a whole number from 1 to 5"},
+        {R"({"recording":1,"kind":1.5})", "\"kind\":1.5", "a whole number from 1 to 5"},
+        {R"({"recording":1,"kind":18446744073709551615})", "\"kind\":18446744073709551615", "from 1 to 5"},
+        {R"({"recording":1,"kind":1e999})", "a number that is out of range", "\"recording\":1"},
+        {R"({"recording":1,"kind":1,"kind":2})", "\"kind\" twice", "each name once"},
+        {R"({"recording":1,"kind":1,"seralNumbers":"1"})", "unknown \"seralNumbers\"", "\"serialNumbers\""},
+        {R"({"recording":1,"kind":1,"serialNumbers":4711})", "\"serialNumbers\":4711", "a text in quotes"},
+        {R"({"recording":1,"kind":1,"serialNumbers":"a\u0007"})", "\"serialNumbers\":\"a\\u0007\"",
+         "without control characters"},
+        {R"({"recording":1,"kind":1,"calibrationDates":null})", "\"calibrationDates\":null", "a text"},
+        {R"({"recording":1,"kind":1,"instrumentNames":"ZRD"})", "\"instrumentNames\":\"ZRD\"", "a list"},
+        {R"({"recording":1,"kind":1,"targetFilters":[1]})", "\"targetFilters\":1", "a text in quotes"},
+        {R"({"recording":1,"kind":1,"battery":101})", "\"battery\":101", "from 0 to 100"},
+        {R"({"recording":1,"kind":1,"charging":0})", "\"charging\":0", "true or false"},
+        {R"({"recording":1,"kind":1,"ionChamber":"6 cc"})", "\"6 cc\"", "\"name\", \"factor\", \"constant\""},
+        {R"({"recording":1,"kind":1,"ionChamber":{"nam":""}})", "unknown \"nam\" in ionChamber", "\"name\""},
+        {R"({"recording":1,"kind":1,"firmware":-1})", "\"firmware\":-1", "a whole number from 0"},
+        {R"({"recording":1,"kind":1,"syncStatus":2147483648})", "\"syncStatus\":2147483648", "to 2147483647"},
+    };
+    for (const Row& row : rows) {
+        const std::string message = Refusal(row.text);
+        EXPECT_THAT(message, HasSubstr(row.found)) << row.text;
+        EXPECT_THAT(message, HasSubstr("; expected ")) << row.text;
+        EXPECT_THAT(message, HasSubstr(row.expected)) << row.text;
+    }
+}
+
+TEST(Recording, AFaultOfALineNamesTheLineWhatWasFoundAndWhatWasExpected) {
+    struct Row {
+        const char* line;
+        const char* found;
+        const char* expected;
+    };
+    const Row rows[] = {
+        {"{\"quiet\":2", "broken JSON at column 11 of \"{\\\"quiet\\\":2\"",
+         "one of \"quiet\", \"exposure\""},
+        {"{\"quiet\":2} x", "broken JSON at column 13", "\"quiet\""},
+        {"{\"throws\":\"\xFF\"}", "broken JSON at column 12", "\"quiet\""},
+        {"\"quiet\"", "found \"quiet\"", "an object with one of \"quiet\""},
+        {"{}", "found {}", "an object with one of \"quiet\""},
+        {R"({"quiet":1,"link":false})", "2 events in a line", "one event in a line"},
+        {R"({"quiet":1,"quiet":1})", "\"quiet\" twice", "one event in a line"},
+        {R"({"recording":1})", "unknown event \"recording\"", "\"zeroing\", \"wakeUp\", \"throws\""},
+        {R"({"Quiet":1})", "unknown event \"Quiet\"", "one of \"quiet\""},
+        {R"({"quiet":-1})", "\"quiet\":-1", "a whole number from 0"},
+        {R"({"quiet":"2"})", "\"quiet\":\"2\"", "a whole number"},
+        {R"({"stopButton":1})", "\"stopButton\":1", "true or false"},
+        {R"({"link":null})", "\"link\":null", "true or false"},
+        {R"({"throws":true})", "\"throws\":true", "a text in quotes"},
+        {R"({"throws":"poll"})", "no operation \"poll\"", "one of IsCharging, BatteryLevel"},
+        {R"({"exposure":[]})", "found \"exposure\":[]", "\"detector\", \"dosimeter\", \"mas\""},
+        {R"({"exposure":{}})", "an exposure without a reading", "\"detector\", \"dosimeter\" or \"mas\""},
+        {R"({"exposure":{"waveforms":[]}})", "an exposure without a reading", "\"mas\""},
+        {R"({"exposure":{"detektor":[]}})", "unknown \"detektor\" in exposure", "\"detector\""},
+        {R"({"exposure":{"detector":["1","2","3","4","5","6","7","8","9"]}})", "\"detector\" with 9 values",
+         "10: \"kvpAvg\""},
+        {R"({"exposure":{"dosimeter":["1","2","3","4","5","6","7","8"]}})", "\"dosimeter\" with 8 values",
+         "7: \"temperature\""},
+        {R"({"exposure":{"mas":["1","2","3"]}})", "\"mas\" with 3 values", "4: \"ma\""},
+        {R"({"exposure":{"mas":["1","2",3.5,"4"]}})", "\"mas masPerPulse\":3.5", "a text in quotes"},
+        {R"({"exposure":{"mas":{}}})", "\"mas\":{}", "a list"},
+        {R"({"exposure":{"mas":["","","",""],"waveforms":{}}})", "\"waveforms\":{}", "a list"},
+        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1}]}})", "a waveform {",
+         "\"samples\""},
+        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":2,"resolution":1,"samples":""}]}})",
+         "\"type\":2", "1 (kV) or 3 (mA)"},
+        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":1,"resolution":0,"samples":""}]}})",
+         "\"resolution\":0", "a number from 0.001"},
+        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":1,"resolution":1,"samples":[0,1]}]}})",
+         "\"samples\":[0,1]", "a text"},
+        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1,"samples":"1"},{"type":3,"resolution":1,"samples":"2"}]}})",
+         "two waveforms of type 3", "one of each type"},
+        {R"({"exposure":{"mas":[[[[[[[]]]]]]]}})", "brackets nested more than 8 deep", "one event in a line"},
+    };
+    for (const Row& row : rows) {
+        const std::string message =
+            Refusal(std::string(kFirst) + "\n{\"quiet\":1}\n" + row.line + "\n{\"link\":5}");
+        EXPECT_THAT(message, HasSubstr("room.jsonl:3: found ")) << row.line;
+        EXPECT_THAT(message, HasSubstr(row.found)) << row.line;
+        EXPECT_THAT(message, HasSubstr("; expected ")) << row.line;
+        EXPECT_THAT(message, HasSubstr(row.expected)) << row.line;
+    }
+}
+
+TEST(Recording, ALineThatIsTooDeepOrTooRichIsRefusedShortly) {
+    const std::string deep(1'000'000, '[');
+    std::string rich = "{\"exposure\":[0";
+    for (int i = 0; i < 20'000; ++i) rich += ",0";
+    const std::pair<std::string, const char*> rows[] = {
+        {deep, "room.jsonl:2: found brackets nested more than 8 deep"},
+        {rich + "]}", "room.jsonl:2: found more than 10000 values"},
+    };
+    for (const auto& [line, found] : rows) {
+        const std::string message = Refusal(std::string(kFirst) + "\n" + line);
+        EXPECT_THAT(message, HasSubstr(found));
+        EXPECT_LT(message.size(), 400U);
+    }
+}
+
+TEST(Recording, MoreLinesThanTheLimitAreRefused) {
+    const std::string most = kFirst + std::string(static_cast<std::size_t>(kMaxRecordingLines), '\n');
+    EXPECT_EQ(Refusal(most), "");
+    EXPECT_EQ(Refusal(most + "{}"),
+              "room.jsonl:1000001: found more lines than 1000000; expected a recording of at most that");
+}
+
+class RecordingFile : public testing::Test {
+  protected:
+    RecordingFile()
+        : mPath(std::filesystem::path(test::kScratchDir) /
+                (std::string("recording_") + testing::UnitTest::GetInstance()->current_test_info()->name())) {
+        std::filesystem::remove_all(mPath);
+    }
+    ~RecordingFile() override { std::filesystem::remove_all(mPath); }
+
+    std::string LoadRefusal() const {
+        try {
+            LoadRecording(mPath.string());
+            return {};
+        } catch (const RecordingError& error) {
+            return error.what();
+        }
+    }
+
+    std::filesystem::path mPath;
+};
+
+TEST_F(RecordingFile, IsReadFromDisk) {
+    std::ofstream(mPath) << kFirst << "\n{\"quiet\":7}\n";
+    const Recording recording = LoadRecording(mPath.string());
+    EXPECT_EQ(recording.file, mPath.string());
+    ASSERT_EQ(recording.lines.size(), 1U);
+    EXPECT_EQ(recording.lines[0].number, 7);
+}
+
+TEST_F(RecordingFile, ThatIsMissingIsNamed) {
+    EXPECT_EQ(LoadRefusal(), mPath.string() + ": found no such file; expected a recording");
+}
+
+TEST_F(RecordingFile, ThatIsAFolderIsNamed) {
+    std::filesystem::create_directory(mPath);
+    EXPECT_EQ(LoadRefusal(), mPath.string() + ": found a folder; expected a recording");
+}
+
+TEST_F(RecordingFile, OfMoreThanTheLimitIsRefused) {
+    std::ofstream(mPath) << kFirst;
+    std::filesystem::resize_file(mPath, kMaxRecordingBytes + 1);
+    EXPECT_THAT(LoadRefusal(), HasSubstr("found more than 256 MB; expected a recording of at most that"));
+}
+
+}  // namespace
+}  // namespace vorex
