@@ -1,0 +1,297 @@
+#include "host/element_schema.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "foundation/number_text.h"
+#include "foundation/vocabulary.h"
+#include "host/standards.h"
+
+namespace vorex {
+
+namespace {
+
+// clang-format off
+constexpr ElementRow kElements[] = {
+    //  below                     name                       place                      told apart by              text
+    {Place::kDocument,          tag::kVorexSequence,       Place::kSequence,          Identity::kOnly,           Form::kAny},
+    {Place::kSequence,          tag::kSelectedStandards,   Place::kSelectedStandards, Identity::kOnly,           Form::kAny},
+    {Place::kSequence,          tag::kMtiList,             Place::kMtiList,           Identity::kOnly,           Form::kAny},
+    {Place::kSequence,          tag::kTestElement,         Place::kTest,              Identity::kId,             Form::kAny},
+    {Place::kSelectedStandards, tag::kStandard,            Place::kStandardName,      Identity::kNameAndVersion, Form::kAny},
+    {Place::kMtiList,           tag::kMti,                 Place::kMti,               Identity::kNumber,         Form::kAny},
+    {Place::kGroup,             tag::kElementFilter,       Place::kFilter,            Identity::kOnly,           Form::kAny},
+    {Place::kGroup,             tag::kExpectedResult,      Place::kExpectedResult,    Identity::kOnly,           Form::kAny},
+    {Place::kGroup,             tag::kResultItem,          Place::kResultItem,        Identity::kOnly,           Form::kAny},
+    {Place::kGroup,             tag::kTestElement,         Place::kTest,              Identity::kId,             Form::kAny},
+    {Place::kTest,              tag::kElementFilter,       Place::kFilter,            Identity::kOnly,           Form::kAny},
+    {Place::kTest,              tag::kPlugInData,          Place::kPlugInData,        Identity::kOnly,           Form::kAny},
+    {Place::kTest,              tag::kExpectedResult,      Place::kExpectedResult,    Identity::kOnly,           Form::kAny},
+    {Place::kTest,              tag::kResultItem,          Place::kResultItem,        Identity::kOnly,           Form::kAny},
+    {Place::kPlugInData,        tag::kTestGuideSettings,   Place::kTestGuideSettings, Identity::kOnly,           Form::kAny},
+    {Place::kTestGuideSettings, tag::kButtons,             Place::kText,              Identity::kOnly,           Form::kWhole},
+    {Place::kExpectedResult,    tag::kStandard,            Place::kStandard,          Identity::kNameAndVersion, Form::kAny},
+    {Place::kStandard,          tag::kLimit,               Place::kLimit,             Identity::kKey,            Form::kAny},
+    {Place::kLimit,             tag::kHigh,                Place::kSide,              Identity::kOnly,           Form::kAny},
+    {Place::kLimit,             tag::kLow,                 Place::kSide,              Identity::kOnly,           Form::kAny},
+    {Place::kResultItem,        tag::kMeasurement,         Place::kMeasurement,       Identity::kKey,            Form::kAny},
+    {Place::kResultItem,        tag::kWaveform,            Place::kWaveform,          Identity::kOrder,          Form::kAny},
+    {Place::kResultItem,        tag::kMasWaveform,         Place::kWaveform,          Identity::kOrder,          Form::kAny},
+    {Place::kResultItem,        tag::kStatus,              Place::kStatus,            Identity::kOnly,           Form::kStatus},
+    {Place::kResultItem,        tag::kComment,             Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kResultItem,        tag::kServiceRecord,       Place::kServiceRecord,     Identity::kOnly,           Form::kAny},
+    {Place::kMeasurement,       tag::kDescription,         Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kMeasurement,       tag::kValue,               Place::kMeasuredValue,     Identity::kOnly,           Form::kAny},
+    {Place::kMeasurement,       tag::kUnit,                Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kMeasurement,       tag::kPresetValue,         Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kMeasurement,       tag::kStatus,              Place::kStatus,            Identity::kOnly,           Form::kStatus},
+    {Place::kWaveform,          tag::kPrintWaveform,       Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kWaveform,          tag::kWaveformResolution,  Place::kText,              Identity::kOnly,           Form::kNumber},
+};
+
+constexpr AttributeRow kAttributes[] = {
+    //  place                    name                    form                required
+    {Place::kSequence,      tag::kVersion,          Form::kVersion,        false},
+    {Place::kStandardName,  tag::kName,             Form::kNotEmpty,       true},
+    {Place::kStandardName,  tag::kVersion,          Form::kAny,            false},
+    {Place::kMti,           tag::kNumber,           Form::kWhole,          true},
+    {Place::kMti,           tag::kPlugIn,           Form::kAny,            false},
+    {Place::kMti,           tag::kName,             Form::kAny,            false},
+    {Place::kMti,           tag::kSerialNumber,     Form::kAny,            false},
+    {Place::kMti,           tag::kCalibrationDate,  Form::kAny,            false},
+    {Place::kGroup,         tag::kPlugIn,           Form::kPlugIn,         true},
+    {Place::kGroup,         tag::kTestId,           Form::kWhole,          true},
+    {Place::kGroup,         tag::kId,               Form::kNotNegative,          true},
+    {Place::kGroup,         tag::kName,             Form::kAny,            false},
+    {Place::kTest,          tag::kPlugIn,           Form::kPlugIn,         true},
+    {Place::kTest,          tag::kTestId,           Form::kWhole,          true},
+    {Place::kTest,          tag::kId,               Form::kNotNegative,          true},
+    {Place::kTest,          tag::kName,             Form::kAny,            false},
+    {Place::kFilter,        tag::kSave,             Form::kTruth,          false},
+    {Place::kFilter,        tag::kPrint,            Form::kTruth,          false},
+    {Place::kFilter,        tag::kEvaluate,         Form::kTruth,          false},
+    {Place::kPlugInData,    tag::kPlugIn,           Form::kPlugIn,         true},
+    {Place::kStandard,      tag::kName,             Form::kNotEmpty,       true},
+    {Place::kStandard,      tag::kVersion,          Form::kAny,            false},
+    {Place::kLimit,         tag::kKey,              Form::kNotEmpty,       true},
+    {Place::kLimit,         tag::kUnit,             Form::kAny,            false},
+    {Place::kSide,          tag::kValue,            Form::kNumberOrEmpty,  false},
+    {Place::kSide,          tag::kExpression,       Form::kExpression,     false},
+    {Place::kResultItem,    tag::kMti,              Form::kWhole,          false},
+    {Place::kServiceRecord, tag::kCode,             Form::kAny,            false},
+    {Place::kMeasurement,   tag::kKey,              Form::kNotEmpty,       true},
+    {Place::kMeasuredValue, tag::kType,             Form::kWhole,          false},
+    {Place::kStatus,        tag::kExtra,            Form::kWhole,          false},
+};
+
+struct ConfigKeyRow {
+    std::string_view name;
+    bool ofTest;
+    Form testForm;
+    bool ofRow;
+    Form rowForm;
+};
+
+constexpr ConfigKeyRow TestText(std::string_view name)   { return {name, true, Form::kAny, false, Form::kAny}; }
+constexpr ConfigKeyRow TestNumber(std::string_view name) { return {name, true, Form::kNumberOrEmpty, false, Form::kAny}; }
+constexpr ConfigKeyRow TestWhole(std::string_view name)  { return {name, true, Form::kWholeOrEmpty, false, Form::kAny}; }
+constexpr ConfigKeyRow RowText(std::string_view name)    { return {name, false, Form::kAny, true, Form::kAny}; }
+constexpr ConfigKeyRow TestAndRowNumber(std::string_view name) {
+    return {name, true, Form::kNumberOrEmpty, true, Form::kNumberOrEmpty};
+}
+
+/// Sorted by name, so that a key is found fast.
+constexpr auto kConfigKeys = [] {
+    auto rows = std::to_array<ConfigKeyRow>({
+        {tag::kNumberOfExposures, true, Form::kExposureCount, true, Form::kAny},
+        {tag::kFocalSpotSize, true, Form::kWholeOrEmpty, true, Form::kAny},
+        {tag::kMeasurementPercentKV, true, Form::kByte, false, Form::kAny},
+        {tag::kMeasurementDelay, true, Form::kShort, false, Form::kAny},
+        {tag::kFilter, true, Form::kAny, false, Form::kAny},
+        RowText(tag::kImportWaveformStatus), RowText(tag::kMachineAdjacent), RowText(tag::kFocalSpot),
+        RowText(tag::kPassFailCriterion), RowText(tag::kPhantomThickness), RowText(tag::kMode),
+        TestAndRowNumber(tag::kMachineKV), TestAndRowNumber(tag::kMachinemA),
+        TestAndRowNumber(tag::kMachinemAs), TestAndRowNumber(tag::kMachineTime),
+        TestAndRowNumber(tag::kSid),
+        TestWhole(tag::kDetectorName), TestWhole(tag::kGeneratorSetup), TestNumber(tag::kSddValue),
+        TestWhole(tag::kSddUnit), TestNumber(tag::kSdd), TestNumber(tag::kNominalKV),
+        TestNumber(tag::kCassetteSize), TestNumber(tag::kSourceToBucky), TestNumber(tag::kSourceToDetector),
+        TestNumber(tag::kCorrectionFactor), TestNumber(tag::kGlandularFraction),
+        TestNumber(tag::kMeasuredHvl), TestNumber(tag::kBreastThickness),
+        TestWhole(tag::kMeasurementMode), TestWhole(tag::kMeasurementSettings),
+        TestWhole(tag::kMeasurementExposure), TestWhole(tag::kMeasurementRateUnit),
+        TestWhole(tag::kMeasurementFluoroType), TestWhole(tag::kMeasurementTimeUnit),
+        
+        TestWhole(tag::kMeasurementIncludeDelay),
+        TestNumber(tag::kPkTemperature), TestNumber(tag::kPkPressure), TestWhole(tag::kPkRefTemp),
+        TestWhole(tag::kPkMode), TestWhole(tag::kPkDoseUnit), TestWhole(tag::kPkDoseRateUnit),
+        TestWhole(tag::kPkTempUnit), TestWhole(tag::kPkPresUnit), TestNumber(tag::kPkPressureOffset),
+        TestNumber(tag::kPkTemperatureOffset), TestWhole(tag::kDetectorOption),
+        TestText(tag::kAnode), TestText(tag::kAecMode), TestText(tag::kImagingMode),
+        TestText(tag::kScreenType), TestText(tag::kFilmType), TestText(tag::kTargetMaterial),
+        TestText(tag::kFieldRestriction), TestText(tag::kDensityControl), TestText(tag::kPhantom),
+        TestText(tag::kTargetFilterName), TestText(tag::kPkAdcf), TestText(tag::kPkUserSetTemp),
+        TestText(tag::kPkUserSetPres), TestText(tag::kPkAutoReset), TestText(tag::kPkFrameRate),
+        TestText(tag::kPkIonChamberName), TestText(tag::kPkIonCalConstant), TestText(tag::kPkIonCalFactor),
+        TestText(tag::kMasInput), TestText(tag::kMasInputOverride), TestText(tag::kMasOption),
+        TestText(tag::kTestGuideMasInput), TestText(tag::kOverridePrint),
+    });
+    std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    return rows;
+}();
+// clang-format on
+
+static_assert(std::adjacent_find(kConfigKeys.begin(), kConfigKeys.end(), [](const auto& a, const auto& b) {
+                  return a.name == b.name;
+              }) == kConfigKeys.end());
+
+// A bit of a word stands for each row, and a fixed number of bits for each configuration key.
+static_assert(std::size(kElements) <= 64 && kConfigKeys.size() <= 96);
+
+/// Index of a configuration key's name; below 0 when it is not known.
+int32_t ConfigIndex(std::string_view name) {
+    const auto* row =
+        std::lower_bound(kConfigKeys.begin(), kConfigKeys.end(), name,
+                         [](const ConfigKeyRow& at, std::string_view key) { return at.name < key; });
+    if (row == kConfigKeys.end() || row->name != name) return -1;
+    return static_cast<int32_t>(row - kConfigKeys.begin());
+}
+
+bool IsWhole(std::string_view text) {
+    if (!IsNumber(text)) return false;
+    const double value = ReadNumber(text);
+    constexpr double kLargest = 2147483647.0;
+    return std::abs(value) <= kLargest && value == std::floor(value);
+}
+
+bool IsWholeWithin(std::string_view text, double least, double most) {
+    return IsWhole(text) && ReadNumber(text) >= least && ReadNumber(text) <= most;
+}
+
+}  // namespace
+
+const ElementRow* FindElementRow(Place parent, std::string_view name) {
+    for (const ElementRow& row : kElements)
+        if (row.parent == parent && row.name == name) return &row;
+    return nullptr;
+}
+
+const AttributeRow* FindAttributeRow(Place place, std::string_view name) {
+    for (const AttributeRow& row : kAttributes)
+        if (row.place == place && row.name == name) return &row;
+    return nullptr;
+}
+
+std::span<const ElementRow> ElementRows() {
+    return kElements;
+}
+std::span<const AttributeRow> AttributeRows() {
+    return kAttributes;
+}
+
+Place PlaceOfTest(std::string_view testId) {
+    return IsWhole(testId) && ReadInteger(testId) == kGroupId ? Place::kGroup : Place::kTest;
+}
+
+bool OwnsText(Place place) {
+    switch (place) {
+        case Place::kText:
+        case Place::kMeasuredValue:
+        case Place::kStatus:
+        case Place::kServiceRecord:
+        case Place::kWaveform:
+            return true;
+        default:
+            return false;
+    }
+}
+
+ConfigKey FindConfigKey(std::string_view key) {
+    constexpr std::size_t kMostDigits = 3;
+    const std::size_t last = key.find_last_not_of("0123456789");
+    const std::size_t nameSize = last == std::string_view::npos ? 0 : last + 1;
+    const std::string_view digits = key.substr(nameSize);
+    const int32_t index = ConfigIndex(key.substr(0, nameSize));
+    if (index < 0) return {};
+    const ConfigKeyRow& row = kConfigKeys[static_cast<std::size_t>(index)];
+    if (digits.empty()) return row.ofTest ? ConfigKey{index, -1, row.testForm} : ConfigKey{};
+    const bool plain = digits.size() <= kMostDigits && (digits.size() == 1 || digits.front() != '0');
+    if (!row.ofRow || !plain) return {};
+    int32_t number = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return {index, number, row.rowForm};
+}
+
+bool Has(Form form, std::string_view text) {
+    switch (form) {
+        case Form::kAny:
+            return true;
+        case Form::kNotEmpty:
+            return !text.empty();
+        case Form::kNumber:
+            return IsNumber(text);
+        case Form::kNumberOrEmpty:
+            return Trimmed(text).empty() || IsNumber(text);
+        case Form::kWhole:
+            return IsWhole(text);
+        case Form::kWholeOrEmpty:
+            return Trimmed(text).empty() || IsWhole(text);
+        case Form::kNotNegative:
+            return IsWhole(text) && ReadNumber(text) >= 0;
+        case Form::kTruth:
+            return text == kStoredTrue || text == kStoredFalse;
+        case Form::kStatus:
+            return IsWholeWithin(text, kNotTested, kNotApplicable);
+        case Form::kExposureCount:
+            return IsWholeWithin(text, 1, 255);
+        case Form::kByte:
+            return Trimmed(text).empty() || IsWholeWithin(text, 0, 255);
+        case Form::kShort:
+            return Trimmed(text).empty() || IsWholeWithin(text, -32768, 32767);
+        case Form::kVersion:
+            return IsWholeWithin(text, 1, 1);
+        case Form::kPlugIn:
+            return text == kPlugInId;
+        case Form::kExpression:
+            return text.empty() || FindLimitExpression(text).has_value();
+    }
+    return true;
+}
+
+std::string_view InWords(Form form) {
+    switch (form) {
+        case Form::kAny:
+            return "any text";
+        case Form::kNotEmpty:
+            return "a text";
+        case Form::kNumber:
+        case Form::kNumberOrEmpty:
+            return "a number";
+        case Form::kWhole:
+        case Form::kWholeOrEmpty:
+            return "a whole number";
+        case Form::kNotNegative:
+            return "a whole number from 0";
+        case Form::kTruth:
+            return "True or False";
+        case Form::kStatus:
+            return "0 (not tested), 1 (pass), 2 (fail) or 3 (not applicable)";
+        case Form::kExposureCount:
+            return "a whole number from 1 to 255";
+        case Form::kByte:
+            return "a whole number from 0 to 255";
+        case Form::kShort:
+            return "a whole number from -32768 to 32767";
+        case Form::kVersion:
+            return "1, the version that this program reads";
+        case Form::kPlugIn:
+            return "ZRD47500";
+        case Form::kExpression:
+            return "one of Y, X+Y, X+(X*Y%), CV";
+    }
+    return {};
+}
+
+}  // namespace vorex

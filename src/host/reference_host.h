@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/host_services.h"
+
+namespace vorex {
+
+/// What a program chooses for its host; everything else is the same for all of them.
+struct ReferenceHostOptions {
+    std::string language = "en";
+    /// Folders that may hold language tables; the first that has one wins.
+    std::vector<std::filesystem::path> languageFolders;
+    std::shared_ptr<IPlatform> platform;
+    std::function<std::shared_ptr<IDetectorService>()> createDetectorService;
+    std::function<std::shared_ptr<IDetectorLink>()> createDetectorLink;
+};
+
+/// The services of the reference host: texts, value forms, settings, elements, standards. The diagnostic log
+/// goes to the file that VOREX_LOG names. Raises FileError for a language that does not exist and for a log
+/// that cannot be written.
+HostServices MakeReferenceHost(const ReferenceHostOptions& options);
+
+}  // namespace vorex

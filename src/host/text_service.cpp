@@ -1,0 +1,91 @@
+#include "host/text_service.h"
+
+#include <algorithm>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <system_error>
+
+#include "foundation/utilities.h"
+#include "host/file_error.h"
+
+namespace vorex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kBuiltIn = "en";
+constexpr std::string_view kTableSuffix = ".json";
+
+bool IsLanguageCode(std::string_view code) {
+    return !code.empty() && std::all_of(code.begin(), code.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
+               c == '_';
+    });
+}
+
+/// File of a language's table; empty when no folder has it.
+fs::path TableOf(std::string_view code, std::span<const fs::path> folders) {
+    std::error_code error;
+    for (const fs::path& folder : folders) {
+        fs::path file = folder / (std::string(code) + std::string(kTableSuffix));
+        if (IsLanguageCode(code) && fs::is_regular_file(file, error)) return file;
+    }
+    return {};
+}
+
+std::string Listed(const std::vector<std::string>& codes) {
+    std::string list;
+    for (const std::string& code : codes) list += (list.empty() ? "" : ", ") + code;
+    return list;
+}
+
+}  // namespace
+
+std::vector<std::string> Languages(std::span<const fs::path> folders) {
+    std::set<std::string> codes{std::string(kBuiltIn)};
+    for (const fs::path& folder : folders) {
+        std::error_code error;
+        for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
+            if (at->path().extension() == kTableSuffix) codes.insert(at->path().stem().string());
+    }
+    return {codes.begin(), codes.end()};
+}
+
+std::shared_ptr<TextService> TextService::ForLanguage(std::string_view code,
+                                                      std::span<const fs::path> folders) {
+    auto service = std::make_shared<TextService>();
+    const fs::path table = TableOf(code, folders);
+    if (table.empty()) {
+        if (code == kBuiltIn) return service;
+        throw FileError({}, "there is no language \"" + std::string(code) + "\"",
+                        "one of " + Listed(Languages(folders)));
+    }
+    try {
+        std::ifstream stream(table);
+        const auto texts = nlohmann::json::parse(stream);
+        if (!texts.is_object())
+            throw FileError({table.string(), 0, {}}, "is no object", "text keys and texts");
+        for (const auto& [key, text] : texts.items()) {
+            if (!text.is_string())
+                throw FileError({table.string(), 0, {}}, "\"" + key + "\" is no text", "a text in quotes");
+            service->mTexts.emplace(key, text.get<std::string>());
+        }
+    } catch (const nlohmann::json::exception& error) {
+        throw FileError({table.string(), 0, {}}, error.what(), "a JSON object of text keys and texts");
+    }
+    return service;
+}
+
+std::string TextService::Translate(std::string_view /*section*/, std::string_view key,
+                                   TextArguments args) const {
+    const auto found = mTexts.find(key);
+    return found == mTexts.end() ? DefaultText(key, args) : FillPlaceholders(found->second, args);
+}
+
+std::string TextService::ServiceRecordText(int32_t /*id*/, bool /*flag*/) const {
+    return {};
+}
+
+}  // namespace vorex

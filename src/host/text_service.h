@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/host_contract.h"
+
+namespace vorex {
+
+/// Texts of one language. English is built in: it is the default behind "::" of each key.
+class TextService final : public ITextService {
+  public:
+    /// Reads CODE.json from the first of the folders that has it: an object of text key and text. A language
+    /// that is nowhere, or a table that cannot be read, raises FileError and names the languages there are.
+    static std::shared_ptr<TextService> ForLanguage(std::string_view code,
+                                                    std::span<const std::filesystem::path> folders);
+
+    /// The section is not looked at: all texts are this plug-in's.
+    std::string Translate(std::string_view section, std::string_view key, TextArguments args) const override;
+    /// Empty: service records hold their own text.
+    std::string ServiceRecordText(int32_t id, bool flag) const override;
+
+  private:
+    std::map<std::string, std::string, std::less<>> mTexts;
+};
+
+/// The codes of the languages there are, in alphabetical order.
+std::vector<std::string> Languages(std::span<const std::filesystem::path> folders);
+
+}  // namespace vorex
