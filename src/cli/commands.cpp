@@ -1,0 +1,284 @@
+#include "cli/commands.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cli/headless_operator.h"
+#include "cli/operator_script.h"
+#include "cli/result_text.h"
+#include "config/config_common.h"
+#include "execution/test_group.h"
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+#include "foundation/registration.h"
+#include "foundation/vocabulary.h"
+#include "host/element_file.h"
+#include "host/execution_pipe.h"
+#include "host/file_error.h"
+#include "host/headless_platform.h"
+#include "host/reference_host.h"
+#include "instruments/recorded_instruments.h"
+#include "library.h"
+#include "results/result_common.h"
+
+namespace vorex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kRecordingPrefix = "recording:";
+constexpr std::string_view kSimulated = "simulated";
+
+/// Where the language tables stand, seen from the program.
+std::vector<fs::path> LanguageFolders() {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    if (error) return {};
+    return {program.parent_path().parent_path() / "share" / "vorex" / "languages"};
+}
+
+/// Installs library and host for the length of a command.
+class Installation {
+  public:
+    Installation(const CommonOptions& common, ReferenceHostOptions options = {}) {
+        options.language = common.language;
+        options.languageFolders = LanguageFolders();
+        if (!options.platform) options.platform = std::make_shared<HeadlessPlatform>();
+        InstallLibrary(MakeReferenceHost(options));
+        mRegistration.RegisterApp();
+    }
+    ~Installation() {
+        mRegistration.CloseApp();
+        ResetState();
+        InstallServices({});
+    }
+    Installation(const Installation&) = delete;
+    Installation& operator=(const Installation&) = delete;
+
+  private:
+    CRegisterDll mRegistration;
+};
+
+void CheckOutput(const fs::path& input, const fs::path& output) {
+    if (output.empty()) return;
+    std::error_code error;
+    if (!input.empty() && fs::equivalent(input, output, error))
+        throw std::runtime_error(
+            output.string() +
+            ": the output is the input; give another file, so that the input stays as it is");
+    const fs::path folder = output.has_parent_path() ? output.parent_path() : fs::path(".");
+    if (!fs::is_directory(folder, error))
+        throw std::runtime_error(output.string() + ": there is no folder " + folder.string() +
+                                 " to write to");
+    if (fs::is_directory(output, error))
+        throw std::runtime_error(output.string() + ": is a folder; expected the name of a file");
+}
+
+/// Writes the file, or its text to standard output without one.
+void WriteResult(ElementFile& file, const fs::path& output, Terminal& terminal) {
+    if (output.empty())
+        terminal.out << file.Text();
+    else
+        file.Save(output);
+}
+
+void AddLines(const std::vector<std::shared_ptr<ITestElement>>& elements, int depth, bool colour,
+              std::ostream& out) {
+    for (const auto& element : elements) {
+        out << ElementLine(*element, depth, colour) << "\n";
+        if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
+            AddLines(container->NewEnum(), depth + 1, colour, out);
+    }
+}
+
+/// The tree with its statuses, where standard output does not carry the file itself.
+void PrintSummary(const ElementFile& file, const fs::path& output, Terminal& terminal) {
+    if (output.empty()) return;
+    AddLines(file.Elements(), 0, terminal.colour, terminal.out);
+    terminal.out << "Saved as " << output.string() << "\n";
+}
+
+/// Failed when an element that takes part in the evaluation failed.
+int VerdictOf(const ElementFile& file) {
+    const bool failed = std::any_of(file.Elements().begin(), file.Elements().end(), [](const auto& element) {
+        const auto result = element->Result();
+        const auto filter = element->Filter();
+        return result && result->Status() == kFailed && (!filter || filter->Evaluate());
+    });
+    return failed ? kExitFailed : kExitPassed;
+}
+
+int32_t ReadTestId(const std::string& text) {
+    int32_t id = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
+    const bool number = error == std::errc() && end == text.data() + text.size();
+    if (number && id == kMqsaSurvey)
+        throw std::runtime_error("test 1300, the annual mammography survey, is not part of this version yet");
+    if (!number || (!IsMeasuringTest(id) && id != kGroupId)) {
+        std::string known = "0 (a group)";
+        for (int32_t test : kMeasuringTests) known += ", " + PlainText(test);
+        throw std::runtime_error("there is no test \"" + text + "\"; expected one of " + known);
+    }
+    return id;
+}
+
+/// The instruments that a run is asked to use.
+std::unique_ptr<RecordedInstruments> MakeInstruments(const std::string& wanted) {
+    const std::string_view name = wanted;
+    if (name.starts_with(kRecordingPrefix)) {
+        const std::string file(name.substr(kRecordingPrefix.size()));
+        if (file.empty())
+            throw std::runtime_error("--instruments recording: names no file; expected recording:FILE");
+        return std::make_unique<RecordedInstruments>(LoadRecording(file));
+    }
+    if (name.empty() || name == kSimulated || name.starts_with("simulated:"))
+        throw std::runtime_error(
+            "simulated instruments are not part of this version yet; give --instruments recording:FILE");
+    throw std::runtime_error("--instruments " + wanted + " is not known; expected recording:FILE");
+}
+
+/// Everything that a run needs beside its file.
+struct RunSetup {
+    RunSetup(const RunOptions& options, const CommonOptions& common)
+        : instruments(MakeInstruments(options.instruments)),
+          person(ParseOperatorScript(options.operatorScript), *instruments),
+          platform(std::make_shared<HeadlessPlatform>(options.realTime ? HeadlessPlatform::Time::kReal
+                                                                       : HeadlessPlatform::Time::kVirtual)),
+          installation(common, HostOptions()) {
+        platform->Operator(&person);
+    }
+
+    ReferenceHostOptions HostOptions() const {
+        ReferenceHostOptions host;
+        host.platform = platform;
+        host.createDetectorService = [this] { return instruments->CreateService(); };
+        host.createDetectorLink = [this] { return instruments->CreateLink(); };
+        return host;
+    }
+
+    std::unique_ptr<RecordedInstruments> instruments;
+    HeadlessOperator person;
+    std::shared_ptr<HeadlessPlatform> platform;
+    Installation installation;
+};
+
+ExecutionHooks HooksOf(const RunSetup& setup, Terminal& terminal) {
+    ExecutionHooks hooks;
+    hooks.stopped = [&setup] { return setup.person.Ended(); };
+    if (!terminal.progress) return hooks;
+    hooks.begins = [&terminal](ITestElement& element) {
+        terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << " ..." << std::endl;
+    };
+    hooks.ended = [&terminal](ITestElement& element) {
+        terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << ": " << StatusWords(element)
+                     << std::endl;
+    };
+    return hooks;
+}
+
+/// What the operator would have seen go wrong.
+void PrintFaults(const RunSetup& setup, Terminal& terminal) {
+    for (const std::string& message : setup.person.Messages()) terminal.err << "vorex: " << message << "\n";
+    for (const std::string& fault : setup.instruments->Faults()) terminal.err << "vorex: " << fault << "\n";
+    if (setup.platform->Stalls() > 0)
+        terminal.err << "vorex: the run waited for something that will never come, and was ended\n";
+}
+
+/// A measured result must not be lost with a file that cannot be written.
+int RescueResult(ElementFile& file, const std::string& reason, Terminal& terminal) {
+    terminal.err << "vorex: " << reason << "\n"
+                 << "vorex: the result could not be saved; it follows on standard output\n";
+    terminal.out << file.Text();
+    return kExitFault;
+}
+
+void JudgeElements(const std::vector<std::shared_ptr<ITestElement>>& elements,
+                   const ISelectedStandards* selected) {
+    for (const auto& element : elements) {
+        if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
+            JudgeElements(container->NewEnum(), selected);
+        const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
+        const bool judged = result && (result->Status() == kPassed || result->Status() == kFailed);
+        if (judged) result->UpdateAllStatus(*element, selected);
+    }
+}
+
+}  // namespace
+
+int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal& terminal) {
+    const int32_t testId = ReadTestId(options.testId);
+    CheckOutput({}, options.output);
+    const Installation installation(common);
+    const bool group = testId == kGroupId;
+    const auto element = CreateObjectAs<ITestElement>(ClassName(group ? "CTestGroup" : "CTestCommon"));
+    element->Initialize(nullptr, kPlugInId, testId);
+    if (const auto config = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()))
+        config->DefaultValues(testId);
+    // A clone, as every new test is one of its template: cloning takes the site's defaults.
+    const auto test = element->Clone();
+    element->Terminate();
+    test->ID(1);
+    test->Info()->Name(TestTitle(*test));
+    ElementFile file;
+    file.Add(test);
+    WriteResult(file, options.output, terminal);
+    PrintSummary(file, options.output, terminal);
+    return kExitPassed;
+}
+
+int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal) {
+    if (!options.report.empty())
+        throw std::runtime_error("--report: reports are not part of this version yet; run without it");
+    CheckOutput(options.input, options.output);
+    const RunSetup setup(options, common);
+    const auto file = ElementFile::Load(options.input);
+    const auto pipe =
+        std::make_shared<ExecutionPipe>(file->Instruments(), file->Selected(), HooksOf(setup, terminal));
+    const SequenceEnd end = RunSequence(file->Elements(), pipe);
+    PrintFaults(setup, terminal);
+    if (!setup.person.ScriptError().empty()) throw std::runtime_error(setup.person.ScriptError());
+    try {
+        WriteResult(*file, options.output, terminal);
+    } catch (const FileError& error) {
+        return RescueResult(*file, error.what(), terminal);
+    }
+    PrintSummary(*file, options.output, terminal);
+    if (setup.person.Ended() || setup.platform->Stalls() > 0) return kExitFault;
+    if (end == SequenceEnd::kAborted) return kExitAborted;
+    return VerdictOf(*file);
+}
+
+int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal) {
+    CheckOutput(options.input, options.output);
+    const Installation installation(common);
+    const auto file = ElementFile::Load(options.input);
+    const auto selected = file->Selected();
+    JudgeElements(file->Elements(), selected.get());
+    for (const auto& element : file->Elements())
+        if (const auto group = std::dynamic_pointer_cast<CTestGroup>(element))
+            group->UpdateGroupStatus(selected.get());
+    WriteResult(*file, options.output, terminal);
+    PrintSummary(*file, options.output, terminal);
+    return VerdictOf(*file);
+}
+
+int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal) {
+    const Installation installation(common);
+    const auto file = ElementFile::Load(options.input);
+    const auto instruments = file->Instruments();
+    terminal.out << ResultText(
+        {options.input.string(), file->Elements(), file->Selected(), instruments->Entries()},
+        terminal.colour);
+    return kExitPassed;
+}
+
+}  // namespace vorex

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <string>
+
+namespace vorex {
+
+/// How a command ends.
+enum ExitCode {
+    kExitPassed = 0,   ///< passed, or not judged
+    kExitFailed = 1,   ///< a test failed
+    kExitUsage = 2,    ///< wrong use, or an input that cannot be read
+    kExitAborted = 3,  ///< aborted by the operator
+    kExitFault = 4,    ///< an instrument or a file failed; what was measured is saved
+};
+
+/// Where a command writes, and how.
+struct Terminal {
+    std::ostream& out;
+    std::ostream& err;
+    bool colour = false;    ///< on standard output
+    bool progress = false;  ///< on standard error
+};
+
+/// What all commands share.
+struct CommonOptions {
+    std::string language = "en";
+};
+
+struct NewOptions {
+    std::string testId;
+    std::filesystem::path output;  ///< empty: standard output
+};
+
+struct RunOptions {
+    std::filesystem::path input;
+    std::string instruments;
+    std::string operatorScript;
+    std::filesystem::path output;  ///< empty: standard output
+    std::filesystem::path report;
+    bool realTime = false;
+};
+
+struct JudgeOptions {
+    std::filesystem::path input;
+    std::filesystem::path output;  ///< empty: standard output
+};
+
+struct ShowOptions {
+    std::filesystem::path input;
+};
+
+// Each command raises an exception derived from std::exception for wrong use and unreadable input.
+int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal& terminal);
+int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal);
+int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal);
+int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal);
+
+}  // namespace vorex

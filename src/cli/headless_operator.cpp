@@ -1,0 +1,148 @@
+#include "cli/headless_operator.h"
+
+#include <utility>
+
+#include "foundation/number_text.h"
+#include "results/result_common.h"
+
+namespace vorex {
+
+namespace {
+
+const ElementSteps& DefaultDrive() {
+    static const ElementSteps kSteps = {{StepKind::kStart, 0, "start"}, {StepKind::kNext, 0, "next"}};
+    return kSteps;
+}
+
+struct ButtonRow {
+    StepKind kind;
+    int32_t button;
+};
+
+constexpr ButtonRow kButtons[] = {
+    {StepKind::kNext, guide_button::kNext},   {StepKind::kPrevious, guide_button::kPrevious},
+    {StepKind::kSkip, guide_button::kSkip},   {StepKind::kNa, guide_button::kNa},
+    {StepKind::kAbort, guide_button::kAbort},
+};
+
+int32_t StoredExposures(const FZRD47500TestGuide& guide) {
+    const auto element = guide.Element();
+    const auto result = element ? std::dynamic_pointer_cast<CResultCommon>(element->Result()) : nullptr;
+    return result ? result->ExposureCount() : 0;
+}
+
+int32_t PlannedExposures(const FZRD47500TestGuide& guide) {
+    const auto element = guide.Element();
+    const auto config =
+        element ? std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()) : nullptr;
+    return config ? config->pNoOfExposures : 0;
+}
+
+}  // namespace
+
+HeadlessOperator::HeadlessOperator(std::vector<ElementSteps> script, const IInstruments& instruments)
+    : mScript(std::move(script)), mInstruments(instruments) {}
+
+std::string HeadlessOperator::ElementName() const {
+    return "element " + PlainText(mElementId) + " (number " + std::to_string(mElementNumber) +
+           " of the script)";
+}
+
+bool HeadlessOperator::Faulty() const {
+    return !mInstruments.Faults().empty();
+}
+
+void HeadlessOperator::Fail(const OperatorStep& step, std::string_view reason) {
+    // What an instrument has broken is no fault of the script.
+    if (Faulty()) {
+        mRunBroken = true;
+        return;
+    }
+    mScriptError =
+        "operator script: step \"" + step.text + "\" at " + ElementName() + ": " + std::string(reason);
+}
+
+void HeadlessOperator::OpenElement(FZRD47500TestGuide& guide) {
+    mGuide = &guide;
+    mElementId = guide.Element() ? guide.Element()->ID() : 0;
+    const bool scripted = mElementNumber < mScript.size() && !mScript[mElementNumber].empty();
+    mSteps = scripted ? mScript[mElementNumber] : DefaultDrive();
+    ++mElementNumber;
+    mNext = 0;
+}
+
+bool HeadlessOperator::OnIdle(IModalWindow& window) {
+    auto* guide = dynamic_cast<FZRD47500TestGuide*>(&window);
+    if (guide == nullptr) return false;
+    if (guide != mGuide) OpenElement(*guide);
+    if (Ended()) {
+        LeaveGuide(*guide);
+    } else if (mNext < mSteps.size()) {
+        TakeStep(*guide);
+    } else {
+        const OperatorStep next{StepKind::kNext, 0, "next"};
+        if (!guide->PressButton(guide_button::kNext))
+            Fail(next, "the steps of the element are used up, and Next is not enabled");
+    }
+    if (!guide->Visible()) mGuide = nullptr;
+    return true;
+}
+
+/// After a fault the guide is left by Next where something was taken, so that it is kept.
+void HeadlessOperator::LeaveGuide(FZRD47500TestGuide& guide) {
+    if (!mScriptError.empty() || !guide.PressButton(guide_button::kNext)) guide.Visible(false);
+}
+
+void HeadlessOperator::TakeStep(FZRD47500TestGuide& guide) {
+    const OperatorStep step = mSteps[mNext++];
+    if (step.kind == StepKind::kStart)
+        return TakeRun(
+            guide, [&] { return guide.PressButton(guide_button::kStart); }, step);
+    if (step.kind == StepKind::kRedo) {
+        const auto exposure = static_cast<uint8_t>(step.number);
+        return TakeRun(
+            guide, [&] { return guide.RedoExposure(exposure); }, step);
+    }
+    for (const ButtonRow& row : kButtons)
+        if (row.kind == step.kind && !guide.PressButton(row.button)) Fail(step, "the button is not enabled");
+}
+
+/// Start and redo return when the run has ended; a stop that belongs to it is pressed meanwhile.
+void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bool()>& press,
+                               const OperatorStep& step) {
+    const bool stops = mNext < mSteps.size() && mSteps[mNext].kind == StepKind::kStop;
+    const OperatorStep stop = stops ? mSteps[mNext++] : OperatorStep{};
+    const bool redo = step.kind == StepKind::kRedo;
+    mPendingStop = stops ? &stop : nullptr;
+    mStopTaken = false;
+    const std::size_t messages = mMessages.size();
+    const auto resultBefore = guide.Element() ? guide.Element()->Result() : nullptr;
+    const bool judgedBefore = resultBefore && resultBefore->Status() != kNotTested;
+    const bool pressed = press();
+    mPendingStop = nullptr;
+    if (!pressed) {
+        Fail(step, redo ? "there is no such exposure to redo" : "the button is not enabled");
+        return;
+    }
+    if (stops && !mStopTaken && mScriptError.empty()) {
+        Fail(stop, "the run ended after " + PlainText(StoredExposures(guide)) + " exposures");
+        return;
+    }
+    // A run that ended early without a stop was broken by an instrument, or never began.
+    const bool began = !judgedBefore || guide.Element()->Result() != resultBefore;
+    const bool complete = began && StoredExposures(guide) >= PlannedExposures(guide);
+    if (!stops && !redo && !complete && (Faulty() || mMessages.size() > messages)) mRunBroken = true;
+}
+
+void HeadlessOperator::AfterEvent() {
+    if (mPendingStop == nullptr || mStopTaken || mGuide == nullptr) return;
+    if (StoredExposures(*mGuide) < mPendingStop->number) return;
+    mStopTaken = true;
+    if (!mGuide->PressButton(guide_button::kStop)) Fail(*mPendingStop, "the button is not enabled");
+}
+
+void HeadlessOperator::Message(std::string_view title, std::string_view message) {
+    mMessages.push_back(std::string(title) + ": " + std::string(message));
+}
+
+}  // namespace vorex

@@ -1,0 +1,19 @@
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iostream>
+
+#include "cli/program.h"
+
+int main(int argc, char** argv) {
+    const bool plain = std::getenv("NO_COLOR") != nullptr;
+    vorex::Terminal terminal{std::cout, std::cerr, !plain && isatty(STDOUT_FILENO) != 0,
+                             isatty(STDERR_FILENO) != 0};
+    const int code = vorex::RunProgram({argv + 1, argv + argc}, terminal);
+    std::cout.flush();
+    if (!std::cout) {
+        std::cerr << "vorex: standard output could not be written\n";
+        return code == vorex::kExitPassed ? vorex::kExitFault : code;
+    }
+    return code;
+}

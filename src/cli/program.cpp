@@ -1,0 +1,116 @@
+#include "cli/program.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <ostream>
+
+#include "version.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr const char* kAbout =
+    "vorex proves that an X-ray unit does what it should: it guides the exposures of a test, takes the\n"
+    "instruments' readings, derives and judges, and keeps the result.";
+
+constexpr const char* kExitCodes =
+    "Exit codes: 0 passed or not judged, 1 a test failed, 2 wrong use or unreadable input,\n"
+    "3 aborted by the operator, 4 an instrument or file failed (what was measured is saved).\n"
+    "`vorex COMMAND --help` shows an example of each command.";
+
+constexpr const char* kNewExample =
+    "Example:\n  vorex new 100 -o reproducibility.xml\n\n"
+    "Tests: 100 radiography reproducibility, 200 radiography accuracy, 300 radiography linearity,\n"
+    "500 fluoroscopy accuracy, 700 fluoroscopy exposure rate, 900 mammography accuracy and\n"
+    "reproducibility, 1100 mammography AEC, 1200 mammography radiation output, 0 a group.";
+
+constexpr const char* kRunExample =
+    "Example:\n"
+    "  vorex run unit.xml --instruments recording:unit.jsonl -o result.xml\n"
+    "  vorex run unit.xml --instruments recording:unit.jsonl --operator 'start,redo 2,next;skip' -o "
+    "result.xml\n\n"
+    "Operator script: elements between \";\", steps between \",\": start, stop@N, next, previous, skip, na,\n"
+    "abort, redo N. An element that the script does not reach is driven with start,next.";
+
+constexpr const char* kJudgeExample = "Example:\n  vorex judge result.xml -o judged.xml";
+constexpr const char* kShowExample = "Example:\n  vorex show result.xml";
+
+struct Arguments {
+    CommonOptions common;
+    NewOptions newTest;
+    RunOptions run;
+    JudgeOptions judge;
+    ShowOptions show;
+};
+
+void AddOutput(CLI::App& command, std::filesystem::path& output) {
+    command.add_option("-o,--output", output, "File to write; without it the file goes to standard output");
+}
+
+void AddLanguage(CLI::App& command, CommonOptions& common) {
+    command.add_option("--language", common.language, "Language of the texts, by its code")
+        ->capture_default_str();
+}
+
+void AddCommands(CLI::App& app, Arguments& arguments) {
+    CLI::App* newTest = app.add_subcommand("new", "Writes an element file of a new test with its defaults");
+    newTest->add_option("TESTID", arguments.newTest.testId, "Number of the test")->required();
+    AddOutput(*newTest, arguments.newTest.output);
+    newTest->footer(kNewExample);
+
+    CLI::App* run = app.add_subcommand("run", "Runs the tests of an element file and judges them");
+    run->add_option("FILE", arguments.run.input, "Element file")->required();
+    run->add_option("--instruments", arguments.run.instruments,
+                    "recording:FILE answers as instruments once did");
+    run->add_option("--operator", arguments.run.operatorScript, "What the operator does");
+    AddOutput(*run, arguments.run.output);
+    run->add_option("--report", arguments.run.report, "Report to write (not part of this version yet)");
+    run->add_flag("--real-time", arguments.run.realTime, "Paces the run by the clock");
+    run->footer(kRunExample);
+
+    CLI::App* judge =
+        app.add_subcommand("judge", "Judges stored results anew against the limits of their file");
+    judge->add_option("FILE", arguments.judge.input, "Element file with results")->required();
+    AddOutput(*judge, arguments.judge.output);
+    judge->footer(kJudgeExample);
+
+    CLI::App* show = app.add_subcommand("show", "Prints the tests of a file with their results");
+    show->add_option("FILE", arguments.show.input, "Element file")->required();
+    show->footer(kShowExample);
+
+    for (CLI::App* command : {newTest, run, judge, show}) AddLanguage(*command, arguments.common);
+}
+
+int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal) {
+    if (app.got_subcommand("new")) return NewCommand(arguments.newTest, arguments.common, terminal);
+    if (app.got_subcommand("run")) return RunCommand(arguments.run, arguments.common, terminal);
+    if (app.got_subcommand("judge")) return JudgeCommand(arguments.judge, arguments.common, terminal);
+    return ShowCommand(arguments.show, arguments.common, terminal);
+}
+
+}  // namespace
+
+int RunProgram(const std::vector<std::string>& arguments, Terminal& terminal) {
+    CLI::App app(kAbout, "vorex");
+    Arguments parsed;
+    app.set_version_flag("--version", "vorex " + std::string(kProgramVersion));
+    app.require_subcommand(1);
+    app.footer(kExitCodes);
+    AddCommands(app, parsed);
+    try {
+        // The parser takes its arguments last first.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, terminal.out, terminal.err) == 0 ? kExitPassed : kExitUsage;
+    }
+    try {
+        return Dispatch(app, parsed, terminal);
+    } catch (const std::exception& error) {
+        terminal.err << "vorex: " << error.what() << "\n";
+        return kExitUsage;
+    }
+}
+
+}  // namespace vorex

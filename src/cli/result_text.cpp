@@ -1,0 +1,282 @@
+#include "cli/result_text.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "config/config_common.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "results/result_common.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr std::size_t kWidth = 100;
+constexpr std::size_t kLabelWidth = 38;
+constexpr std::size_t kLeastCellWidth = 9;
+constexpr std::string_view kFailMark = " Fail";
+constexpr std::string_view kRed = "\x1b[31;1m";
+constexpr std::string_view kGreen = "\x1b[32m";
+constexpr std::string_view kPlain = "\x1b[0m";
+
+std::string Coloured(const std::string& words, std::string_view colour, bool on) {
+    return on ? std::string(colour) + words + std::string(kPlain) : words;
+}
+
+/// Pads, or cuts with a mark, to a width in characters.
+std::string Fitted(std::string_view words, std::size_t width) {
+    const std::size_t length = CodePoints(words);
+    if (length <= width) return std::string(words) + std::string(width - length, ' ');
+    std::string cut;
+    std::size_t taken = 0;
+    for (std::size_t at = 0; at < words.size(); ++at) {
+        const bool starts = (static_cast<unsigned char>(words[at]) & 0xC0U) != 0x80U;
+        if (starts && ++taken == width) break;
+        cut.push_back(words[at]);
+    }
+    return cut + "~";
+}
+
+std::string RightAligned(const std::string& words, std::size_t width) {
+    const std::size_t length = CodePoints(words);
+    return std::string(length < width ? width - length : 0, ' ') + words;
+}
+
+std::string Indent(int depth) {
+    return std::string(static_cast<std::size_t>(depth) * 2, ' ');
+}
+
+std::string DetectorWords(int32_t kind) {
+    static constexpr std::array<std::string_view, 6> kWords = {
+        "no detector",           "ZRD 47500", "mAs meter", "Pelomark", "ZRD 47500 and mAs meter",
+        "Pelomark and mAs meter"};
+    const auto index = static_cast<std::size_t>(kind);
+    return std::string(index < kWords.size() ? kWords[index] : kWords[0]);
+}
+
+/// A value as the table shows it, with its mark.
+std::string CellWords(const CMeasurement& item) {
+    std::string words = item.ShownText();
+    if (words.empty()) words = "-";
+    if (item.Status() == kFailed) words += kFailMark;
+    return words;
+}
+
+std::string LabelOf(const CMeasurement& item) {
+    const std::string unit = Translate(item.RawUnit());
+    return item.Description() + (unit.empty() ? "" : " [" + unit + "]");
+}
+
+/// One side of a limit in words, or empty when it is not set.
+std::string SideWords(const CMeasurement& item, const IStandard& standard, int32_t side) {
+    const auto limit = item.GetLimit(side, standard, true, 0);
+    if (!limit.found) return {};
+    return (side == kHighSide ? "at most " : "at least ") + PlainText(limit.number);
+}
+
+/// Why a value failed: the limits of the selected standards that exclude it, or that it is no reading.
+std::string FailureReason(const ITestElement& element, const CMeasurement& item,
+                          const ISelectedStandards* selected) {
+    if (!item.HasValidReading()) return "not a usable reading";
+    std::string reason;
+    const auto limits = element.Limits();
+    if (!limits || !limits->Standards() || selected == nullptr) return reason;
+    for (const StandardName& name : selected->Standards()) {
+        const auto standard = limits->Standards()->FindExpectedResult(0, name.name, name.version);
+        if (!standard || item.ValidateLimits(*standard) != kFailed) continue;
+        const std::string low = SideWords(item, *standard, kLowSide);
+        const std::string high = SideWords(item, *standard, kHighSide);
+        if (!reason.empty()) reason += "; ";
+        reason += low + (low.empty() || high.empty() ? "" : ", ") + high + " (" + name.name + " " +
+                  name.version + ")";
+    }
+    return reason;
+}
+
+class TestText {
+  public:
+    TestText(const ITestElement& element, const ShownFile& file, int depth, bool colour)
+        : mElement(element), mFile(file), mIndent(Indent(depth + 1)), mColour(colour) {}
+
+    std::string Text(const CConfigCommon& config, const CResultCommon* result) {
+        AddConfiguration(config);
+        if (result == nullptr || result->Status() == kNotTested) return std::move(mText);
+        AddOrigin(*result);
+        if (result->Rows().empty()) return std::move(mText);
+        AddExposures(*result);
+        AddCalculations(*result);
+        AddFailures(*result);
+        AddWaveforms(*result);
+        return std::move(mText);
+    }
+
+  private:
+    void Line(const std::string& words) {
+        std::string line = mIndent + words;
+        while (line.ends_with(' ')) line.pop_back();
+        mText += line + "\n";
+    }
+
+    void AddConfiguration(const CConfigCommon& config) {
+        Line(DetectorWords(config.DetectorName) + ", " +
+             DisplayText(kDetectorModes, config.pMeasurementMode) + ", " +
+             DisplayText(kDetectorSettings, config.pMeasurementSettings) + ", " +
+             PlainText(static_cast<int32_t>(config.pNoOfExposures)) +
+             (config.pNoOfExposures == 1 ? " exposure planned" : " exposures planned"));
+    }
+
+    void AddOrigin(const CResultCommon& result) {
+        for (const MtiEntry& entry : mFile.instruments)
+            if (entry.number == result.MTIID())
+                Line("Measured with " + entry.name + ", serial number " + entry.serialNumber +
+                     (entry.calibrationDate.empty() ? "" : ", calibrated " + entry.calibrationDate));
+        const std::string comment = result.Comment();
+        if (const std::string words = CommentWords(comment); !words.empty()) Line("Comment: " + words);
+        if (const std::string log = CommentLog(comment); !log.empty()) Line("Edited values: " + log);
+    }
+
+    static bool IsShown(const CMeasurement& item) { return item.RawKey() != key::kImportWaveform; }
+
+    std::string Cell(const CMeasurement& item, std::size_t width) const {
+        const std::string words = RightAligned(CellWords(item), width);
+        return item.Status() == kFailed ? Coloured(words, kRed, mColour) : words;
+    }
+
+    /// Exposures side by side, a line per quantity, in as many blocks as the width asks for.
+    void AddExposures(const CResultCommon& result) {
+        const auto& rows = result.Rows();
+        std::size_t width = kLeastCellWidth;
+        for (const auto& row : rows)
+            for (const auto& item : *row)
+                if (IsShown(*item) && !result.IsTestWideColumn(item->RawKey()))
+                    width = std::max(width, CodePoints(CellWords(*item)));
+        const std::size_t room = kWidth - mIndent.size() - kLabelWidth;
+        const std::size_t perBlock = std::max<std::size_t>(1, room / (width + 2));
+        for (std::size_t first = 0; first < rows.size(); first += perBlock) {
+            const std::size_t last = std::min(rows.size(), first + perBlock);
+            Line("");
+            std::string head = Fitted("Exposure", kLabelWidth);
+            for (std::size_t row = first; row < last; ++row)
+                head += "  " + RightAligned(PlainText(static_cast<int32_t>(row + 1)), width);
+            Line(head);
+            for (std::size_t column = 0; column < rows[first]->size(); ++column) {
+                const CMeasurement& item = *(*rows[first])[column];
+                if (!IsShown(item) || result.IsTestWideColumn(item.RawKey())) continue;
+                std::string line = Fitted(LabelOf(item), kLabelWidth);
+                for (std::size_t row = first; row < last; ++row)
+                    if (column < rows[row]->size()) line += "  " + Cell(*(*rows[row])[column], width);
+                Line(line);
+            }
+        }
+    }
+
+    /// Statistics of the whole test: those of the last exposure.
+    void AddCalculations(const CResultCommon& result) {
+        bool headed = false;
+        for (const auto& item : *result.Rows().back()) {
+            if (!result.IsTestWideColumn(item->RawKey())) continue;
+            if (!headed) {
+                Line("");
+                Line(Translate(text::kCalculations));
+            }
+            headed = true;
+            Line(Fitted(LabelOf(*item), kLabelWidth) + "  " + Cell(*item, kLeastCellWidth));
+        }
+    }
+
+    void AddFailures(const CResultCommon& result) {
+        bool headed = false;
+        for (std::size_t row = 0; row < result.Rows().size(); ++row) {
+            for (const auto& item : *result.Rows()[row]) {
+                if (item->Status() != kFailed) continue;
+                if (!headed) {
+                    Line("");
+                    Line(Coloured("Failed values", kRed, mColour));
+                }
+                headed = true;
+                const std::string reason = FailureReason(mElement, *item, mFile.selected.get());
+                Line("Exposure " + PlainText(static_cast<int32_t>(row + 1)) + ": " + LabelOf(*item) + " " +
+                     item->ShownText() + (reason.empty() ? "" : ": " + reason));
+            }
+        }
+    }
+
+    void AddWaveforms(const CResultCommon& result) {
+        std::string words;
+        for (std::size_t row = 0; row < result.Rows().size(); ++row) {
+            const auto exposure = static_cast<int32_t>(row + 1);
+            for (const auto& [waveform, name] : {std::pair(result.KvWaveform(exposure), "kV"),
+                                                 std::pair(result.MaWaveform(exposure), "mA")}) {
+                if (!waveform || waveform->ValueCount() == 0) continue;
+                words += (words.empty() ? "" : "; ") + std::string(name) + " of exposure " +
+                         PlainText(exposure) + ", " + PlainText(waveform->ValueCount()) + " samples";
+            }
+        }
+        if (words.empty()) return;
+        Line("");
+        Line("Waveforms: " + words);
+    }
+
+    const ITestElement& mElement;
+    const ShownFile& mFile;
+    std::string mIndent;
+    bool mColour;
+    std::string mText;
+};
+
+void AddElement(const std::shared_ptr<ITestElement>& element, const ShownFile& file, int depth, bool colour,
+                std::string& out) {
+    out += ElementLine(*element, depth, colour) + "\n";
+    if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element)) {
+        for (const auto& child : container->NewEnum()) AddElement(child, file, depth + 1, colour, out);
+        return;
+    }
+    const auto config = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
+    const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
+    if (config) out += TestText(*element, file, depth, colour).Text(*config, result.get());
+    out += "\n";
+}
+
+}  // namespace
+
+std::string TestTitle(const ITestElement& element) {
+    const TestRow* row = FindTest(element.TestID());
+    return row != nullptr ? std::string(row->title) : "Group";
+}
+
+std::string StatusWords(const ITestElement& element) {
+    const auto result = element.Result();
+    const std::string words = result ? StatusText(result->Status()) : std::string();
+    return words.empty() ? "not tested" : words;
+}
+
+std::string ElementLine(const ITestElement& element, int depth, bool colour) {
+    constexpr std::size_t kStatusWidth = 10;
+    const auto info = element.Info();
+    const std::string name = info ? info->Name() : std::string();
+    std::string left = Indent(depth) + PlainText(element.ID()) + "  " + TestTitle(element);
+    if (!name.empty()) left += ": " + name;
+    const auto result = element.Result();
+    const int32_t status = result ? result->Status() : kNotTested;
+    const std::string words = RightAligned(StatusWords(element), kStatusWidth);
+    std::string shown = words;
+    if (status == kFailed) shown = Coloured(words, kRed, colour);
+    if (status == kPassed) shown = Coloured(words, kGreen, colour);
+    return Fitted(left, kWidth - kStatusWidth) + shown;
+}
+
+std::string ResultText(const ShownFile& file, bool colour) {
+    std::string out = file.name + "\n";
+    std::string standards;
+    if (file.selected)
+        for (const StandardName& name : file.selected->Standards())
+            standards += (standards.empty() ? "" : ", ") + name.name + " " + name.version;
+    out += "Judged by: " + (standards.empty() ? "no standard" : standards) + "\n\n";
+    for (const auto& root : file.roots) AddElement(root, file, 0, colour, out);
+    return out;
+}
+
+}  // namespace vorex
