@@ -83,6 +83,19 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     for (CLI::App* command : {newTest, run, judge, show}) AddLanguage(*command, arguments.common);
 }
 
+/// What is wrong with the command that was asked for; empty when nothing is. The parser itself would only say
+/// that a command is missing.
+std::string CommandFault(const CLI::App& app, const std::vector<std::string>& arguments) {
+    if (arguments.empty()) return "no command was given; expected new, run, judge or show (see vorex --help)";
+    const std::string& first = arguments.front();
+    const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
+    const bool known = std::any_of(commands.begin(), commands.end(),
+                                   [&](const CLI::App* command) { return command->get_name() == first; });
+    if (known || first.starts_with('-')) return {};
+    if (first == "report") return "reports are not part of this version yet";
+    return "there is no command \"" + first + "\"; expected new, run, judge or show (see vorex --help)";
+}
+
 int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal) {
     if (app.got_subcommand("new")) return NewCommand(arguments.newTest, arguments.common, terminal);
     if (app.got_subcommand("run")) return RunCommand(arguments.run, arguments.common, terminal);
@@ -99,11 +112,18 @@ int RunProgram(const std::vector<std::string>& arguments, Terminal& terminal) {
     app.require_subcommand(1);
     app.footer(kExitCodes);
     AddCommands(app, parsed);
+    if (const std::string fault = CommandFault(app, arguments); !fault.empty()) {
+        terminal.err << "vorex: " << fault << "\n";
+        return kExitUsage;
+    }
     try {
         // The parser takes its arguments last first.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
-        return app.exit(error, terminal.out, terminal.err) == 0 ? kExitPassed : kExitUsage;
+        if (error.get_exit_code() == 0)
+            return app.exit(error, terminal.out, terminal.err);  // --help, --version
+        terminal.err << "vorex: " << error.what() << " (see vorex --help)\n";
+        return kExitUsage;
     }
     try {
         return Dispatch(app, parsed, terminal);

@@ -258,7 +258,7 @@ std::string ElementLine(const ITestElement& element, int depth, bool colour) {
     const auto info = element.Info();
     const std::string name = info ? info->Name() : std::string();
     std::string left = Indent(depth) + PlainText(element.ID()) + "  " + TestTitle(element);
-    if (!name.empty()) left += ": " + name;
+    if (!name.empty() && name != TestTitle(element)) left += ": " + name;
     const auto result = element.Result();
     const int32_t status = result ? result->Status() : kNotTested;
     const std::string words = RightAligned(StatusWords(element), kStatusWidth);

@@ -26,7 +26,7 @@ struct ConfigFields {
     std::string PrintTheComment;
     std::string pTargetFilterName;
     bool ManualSelectedInTestGuide = false;
-    std::string TestGuideMASInput;
+    std::string TestGuideMASInput;  ///< text key, or a text of an older file
 
     // Machine settings that hold for all exposures.
     float pMachineKV = 80;     ///< kV

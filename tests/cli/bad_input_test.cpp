@@ -1,0 +1,250 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "cli/program_fixture.h"
+
+namespace vorex::test {
+namespace {
+
+/// Wrong use and wrong files: one clear message, the right exit code, nothing written.
+class BadInputTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        Write("good.xml", Sequence(Element(1, 100, Exposures(2))));
+        Write("good.jsonl", kHead + Shot("80") + Shot("81"));
+    }
+    void ExpectOneMessage(const std::string& label, const std::vector<std::string>& parts) {
+        EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << label << ": " << err;
+        for (const std::string& part : parts)
+            EXPECT_NE(err.find(part), std::string::npos) << label << ": " << err;
+        EXPECT_FALSE(Exists("out.xml")) << label;
+        EXPECT_EQ(out, "") << label;
+    }
+};
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    return text.replace(text.find(from), from.size(), to);
+}
+
+TEST_F(BadInputTest, AWrongElementFileIsNamedWithItsPlace) {
+    const std::string good = Sequence(Element(7, 100, Exposures(2)));
+    std::string deep = "<VorexSequence Version=\"1\">";
+    for (int level = 0; level < 201; ++level) deep += "<a>";
+    for (int level = 0; level < 201; ++level) deep += "</a>";
+    const std::string measured =
+        Element(7, 100, Exposures(1),
+                R"(<ResultItem><Status>1</Status><Measurement Key="kVp Avg"><Value Type="1">80</Value>)"
+                R"(<Status>1</Status></Measurement></ResultItem>)");
+    struct Case {
+        const char* name;
+        std::string text;
+        std::vector<std::string> message;
+    };
+    const Case cases[] = {
+        {"empty", "", {"bad.xml"}},
+        {"truncated", good.substr(0, good.size() / 2), {"bad.xml"}},
+        {"no XML", "hello", {"bad.xml", "XML"}},
+        {"over-deep", deep + "</VorexSequence>", {"bad.xml", "200"}},
+        {"wrong root", "<Foo/>", {"bad.xml", "Foo", "VorexSequence"}},
+        {"unknown test", Replaced(good, "\"100\"", "\"400\""), {"element 7", "400", "1200"}},
+        {"the survey", Replaced(good, "\"100\"", "\"1300\""), {"element 7", "1300"}},
+        {"no number as test", Replaced(good, "\"100\"", "\"x\""), {"element 7", "TestID"}},
+        {"foreign settings",
+         Replaced(good, "<PlugInData PlugIn=\"ZRD47500\">", "<PlugInData PlugIn=\"Other\">"),
+         {"element 7", "Other"}},
+        {"no settings",
+         Replaced(Replaced(good, "<PlugInData", "<Data"), "</PlugInData", "</Data"),
+         {"element 7", "PlugInData"}},
+        {"no exposures", Sequence(Element(7, 100, Exposures(0))), {"element 7", "NumberOfExposures", "255"}},
+        {"too many exposures", Sequence(Element(7, 100, Exposures(256))), {"element 7", "256", "255"}},
+        {"a word as voltage",
+         Sequence(Element(7, 100, Exposures(2) + "<MachineKV>high</MachineKV>")),
+         {"element 7", "MachineKV", "high", "number"}},
+        {"a word as limit",
+         Sequence(Element(7, 100, Exposures(2), Limit("ER HVL", R"(<High Value="five"/>)"))),
+         {"element 7", "five", "number"}},
+        {"an unknown expression",
+         Sequence(Element(7, 100, Exposures(2), Limit("ER HVL", R"(<High Value="5" Expression="Z"/>)"))),
+         {"element 7", "\"Z\""}},
+        {"a measurement without key",
+         Replaced(Sequence(measured), " Key=\"kVp Avg\"", ""),
+         {"element 7", "Key"}},
+        {"a word as measured number",
+         Replaced(Sequence(measured), ">80<", ">eighty<"),
+         {"element 7", "eighty"}},
+        {"a word as status",
+         Replaced(Sequence(measured), "<Status>1<", "<Status>good<"),
+         {"element 7", "good"}},
+    };
+    for (const Case& c : cases) {
+        Write("bad.xml", c.text);
+        for (const char* command : {"run", "judge", "show"}) {
+            std::vector<std::string> arguments = {command, Path("bad.xml")};
+            if (std::string(command) != "show") arguments.insert(arguments.end(), {"-o", Path("out.xml")});
+            if (std::string(command) == "run")
+                arguments.insert(arguments.end(), {"--instruments", "recording:" + Path("good.jsonl")});
+            EXPECT_EQ(Run(arguments), kExitUsage) << c.name;
+            ExpectOneMessage(std::string(command) + ", " + c.name, c.message);
+        }
+        EXPECT_EQ(Read("bad.xml"), c.text) << c.name;
+    }
+}
+
+TEST_F(BadInputTest, WrongUseOfTheProgramSaysWhatIsExpected) {
+    const std::string good = Path("good.xml");
+    const std::string recording = "recording:" + Path("good.jsonl");
+    const std::string output = Path("out.xml");
+    struct Case {
+        std::vector<std::string> arguments;
+        std::vector<std::string> message;
+    };
+    const Case cases[] = {
+        {{}, {"new, run, judge or show"}},
+        {{"frobnicate"}, {"frobnicate", "new, run, judge or show"}},
+        {{"report", good, "-o", Path("out.pdf")}, {"reports", "not part"}},
+        {{"new", "1300"}, {"1300", "survey"}},
+        {{"new", "7"}, {"\"7\"", "100"}},
+        {{"new", "100x"}, {"100x"}},
+        {{"run"}, {"FILE"}},
+        {{"run", good, "-o", output}, {"--instruments"}},
+        {{"run", good, "--instruments", "simulated", "-o", output}, {"simulated", "recording:FILE"}},
+        {{"run", good, "--instruments", "cable", "-o", output}, {"cable", "recording:FILE"}},
+        {{"run", good, "--instruments", recording, "-o", good}, {"good.xml", "input"}},
+        {{"run", good, "--instruments", recording, "-o", Path("none/out.xml")}, {"none"}},
+        {{"run", good, "--instruments", recording, "-o", folder.string()}, {"folder"}},
+        {{"run", Path("missing.xml"), "--instruments", recording, "-o", output}, {"missing.xml"}},
+        {{"run", good, "--instruments", "recording:" + Path("missing.jsonl"), "-o", output},
+         {"missing.jsonl"}},
+        {{"run", good, "--instruments", recording, "-o", output, "--report", Path("r.pdf")}, {"--report"}},
+        {{"run", good, "--instruments", recording, "-o", output, "--language", "xx"}, {"xx", "en"}},
+        {{"run", good, "--instruments", recording, "-o", output, "--operator", "start,dance"},
+         {"dance", "redo"}},
+        {{"run", good, "--instruments", recording, "-o", output, "--operator", "next"},
+         {"next", "element 1"}},
+        {{"run", good, "--instruments", recording, "-o", output, "--operator", "start,redo 3,next"},
+         {"redo 3", "element 1"}},
+        {{"run", good, "--instruments", recording, "-o", output, "--operator", "start,stop@3,next"},
+         {"stop@3", "2 exposures"}},
+        {{"show", good, "--colour"}, {"--colour"}},
+    };
+    for (const Case& c : cases) {
+        std::string label;
+        for (const std::string& argument : c.arguments) label += argument + " ";
+        EXPECT_EQ(Run(c.arguments), kExitUsage) << label;
+        ExpectOneMessage(label, c.message);
+    }
+}
+
+TEST_F(BadInputTest, ADiskThatIsFullLosesNoReading) {
+    EXPECT_EQ(
+        Run({"run", Path("good.xml"), "--instruments", "recording:" + Path("good.jsonl"), "-o", "/dev/full"}),
+        kExitFault);
+    EXPECT_NE(err.find("/dev/full"), std::string::npos) << err;
+    EXPECT_NE(out.find("<Value Type=\"5\">81</Value>"), std::string::npos)
+        << "the result goes to standard output";
+}
+
+/// An instrument that fails never ends the program and never takes a stored exposure away.
+class FaultTest : public ProgramTest {};
+
+TEST_F(FaultTest, AnOperationThatFailsOnceNeverLosesAStoredExposure) {
+    const char* operations[] = {"IsCharging",
+                                "BatteryLevel",
+                                "WaveformResolution",
+                                "Mode",
+                                "Settings",
+                                "BeginRun",
+                                "Poll",
+                                "GetWaveform",
+                                "ExposureDone",
+                                "WakeUp",
+                                "Armed",
+                                "TargetFilterCount",
+                                "GetTargetFilters",
+                                "DefaultTargetFilter",
+                                "ApplySettings",
+                                "QueryTargetFilters",
+                                "ActivateTargetFilter",
+                                "ExposureUnit",
+                                "ExposureRateUnit",
+                                "FluoroType",
+                                "TimeUnit",
+                                "PercentKV",
+                                "Delay",
+                                "IncludeDelay",
+                                "TargetFilter",
+                                "SerialNumbers",
+                                "CalibrationDates",
+                                "DosimeterConnected",
+                                "LinkState",
+                                "Disconnect",
+                                "ResetDetector",
+                                "DetectorKind",
+                                "FirmwareVersion",
+                                "DosimeterAttached",
+                                "ShowIonChamberDialog",
+                                "SyncDosimeter",
+                                "MASInput",
+                                "IonChamberName",
+                                "IonCalFactor",
+                                "IonCalConstant",
+                                "InstrumentName"};
+    const std::string flags = "<NumberOfExposures0>1</NumberOfExposures0>";
+    Write("s.xml", Sequence(Element(1, 100, Exposures(2) + flags)));
+    const std::string shot = R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
+                             R"("waveforms":[{"type":1,"resolution":10,"samples":"0,40.5,80.1,0"}]}})"
+                             "\n";
+    for (const std::string operation : operations) {
+        const std::string fault = "{\"throws\":\"" + operation + "\"}\n";
+        struct Case {
+            const char* when;
+            std::string recording;
+        };
+        // At the first call, between the exposures, and after the last one.
+        const Case cases[] = {{"first", kHead + fault + shot + shot},
+                              {"middle", kHead + shot + fault + shot},
+                              {"last", kHead + shot + shot + fault}};
+        for (std::size_t stored = 0; stored < 3; ++stored) {
+            Write("r.jsonl", cases[stored].recording);
+            const int code = RunFile("s.xml", "r.jsonl");
+            const std::string label = operation + ", " + cases[stored].when + ": " + err;
+            EXPECT_TRUE(code == kExitPassed || code == kExitFault) << label;
+            ASSERT_TRUE(Exists("out.xml")) << label;
+            const std::string values = ValuesOf(1, "kVp Avg");
+            const std::string least = stored == 0 ? "" : stored == 1 ? "80" : "80|80";
+            EXPECT_TRUE(values.starts_with(least)) << label << " kept " << values;
+            if (code == kExitPassed) EXPECT_EQ(values, "80|80") << label;
+        }
+    }
+}
+
+TEST_F(FaultTest, ALostLinkKeepsWhatWasTakenAndEndsTheSequence) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(3)) + Element(2, 100, Exposures(1))));
+    for (const std::string& rest : {std::string("{\"link\":false}\n") + Shot("82"), std::string()}) {
+        Write("r.jsonl", kHead + Shot("80") + Shot("81") + rest);
+        EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitFault);
+        EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81");
+        EXPECT_EQ(StatusOf(1), "1");
+        EXPECT_EQ(StatusOf(2), "");
+        EXPECT_NE(err.find("r.jsonl"), std::string::npos) << err;
+    }
+}
+
+TEST_F(FaultTest, ADosimeterThatRefusesItsSettingsLeavesThemAndTheRunGoesOn) {
+    Write("s.xml", Sequence(Element(1, 100,
+                                    "<DetectorName>3</DetectorName>" + Exposures(1) +
+                                        "<PKTemperature>23</PKTemperature>")));
+    Write("r.jsonl", R"({"recording":1,"kind":3,"serialNumbers":"5","syncStatus":1})"
+                     "\n"
+                     R"({"exposure":{"dosimeter":["22","760","1.01","0.2","12.3","123","300"]}})"
+                     "\n");
+    EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    EXPECT_EQ(ValuesOf(1, "Exposure"), "12.3");
+    EXPECT_STREQ(result.select_node("//PKTemperature").node().text().get(), "23");
+}
+
+}  // namespace
+}  // namespace vorex::test

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <pugixml.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/program.h"
+
+namespace vorex::test {
+
+/// Runs the program in a folder of its own, as a user would from a shell.
+class ProgramTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        folder = std::filesystem::temp_directory_path() /
+                 ("vorex-test-" + std::to_string(getpid()) + "-" +
+                  ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+        setenv("VOREX_SETTINGS", Path("settings.ini").c_str(), 1);
+    }
+    void TearDown() override {
+        unsetenv("VOREX_SETTINGS");
+        std::filesystem::remove_all(folder);
+    }
+
+    std::string Path(const std::string& name) const { return (folder / name).string(); }
+    std::string Write(const std::string& name, const std::string& text) const {
+        std::ofstream(Path(name), std::ios::binary) << text;
+        return Path(name);
+    }
+    std::string Read(const std::string& name) const {
+        std::ifstream file(Path(name), std::ios::binary);
+        std::ostringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+    bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
+
+    /// Exit code of a command; what it printed stands in `out` and `err`.
+    int Run(const std::vector<std::string>& arguments) {
+        std::ostringstream outStream;
+        std::ostringstream errStream;
+        Terminal terminal{outStream, errStream};
+        const int code = RunProgram(arguments, terminal);
+        out = outStream.str();
+        err = errStream.str();
+        return code;
+    }
+    /// Runs a file on a recording, with the result in out.xml.
+    int RunFile(const std::string& file, const std::string& recording, const std::string& script = {}) {
+        std::vector<std::string> arguments = {
+            "run", Path(file), "--instruments", "recording:" + Path(recording), "-o", Path("out.xml")};
+        if (!script.empty()) arguments.insert(arguments.end(), {"--operator", script});
+        const int code = Run(arguments);
+        result.reset();
+        if (Exists("out.xml")) result.load_file(Path("out.xml").c_str());
+        return code;
+    }
+
+    /// The "ResultItem" of the element of an ID in out.xml.
+    pugi::xml_node ResultOf(int id) const {
+        const std::string query = "//TestElement[@ID='" + std::to_string(id) + "']/ResultItem";
+        return result.select_node(query.c_str()).node();
+    }
+    std::string StatusOf(int id) const { return ResultOf(id).child_value("Status"); }
+    /// Values of all measurements of a key, in order of the exposures, joined by "|".
+    std::string ValuesOf(int id, const std::string& measurementKey) const {
+        std::string values;
+        for (pugi::xml_node item : ResultOf(id).children("Measurement"))
+            if (item.attribute("Key").value() == measurementKey)
+                values += (values.empty() ? "" : "|") + std::string(item.child_value("Value"));
+        return values;
+    }
+
+    std::filesystem::path folder;
+    std::string out;
+    std::string err;
+    pugi::xml_document result;
+};
+
+/// An element of a test, with limits or result blocks between the settings and the end.
+inline std::string Element(int id, int test, const std::string& settings, const std::string& blocks = {}) {
+    return "<TestElement PlugIn=\"ZRD47500\" TestID=\"" + std::to_string(test) + "\" ID=\"" +
+           std::to_string(id) + "\" Name=\"T\"><PlugInData PlugIn=\"ZRD47500\">" + settings +
+           "</PlugInData>" + blocks + "</TestElement>";
+}
+inline std::string Group(int id, const std::string& children) {
+    return "<TestElement PlugIn=\"ZRD47500\" TestID=\"0\" ID=\"" + std::to_string(id) + "\" Name=\"G\">" +
+           children + "</TestElement>";
+}
+inline std::string Sequence(const std::string& elements) {
+    return "<VorexSequence Version=\"1\">" + elements + "</VorexSequence>";
+}
+/// A standard "Site 1" with one limit; sides are written as they stand, e.g. `<High Value="5"/>`.
+inline std::string Limit(const std::string& limitKey, const std::string& sides) {
+    return "<ExpectedResult><Standard Name=\"Site\" Version=\"1\"><Limit Key=\"" + limitKey + "\">" + sides +
+           "</Limit></Standard></ExpectedResult>";
+}
+inline std::string Exposures(int count) {
+    return "<NumberOfExposures>" + std::to_string(count) + "</NumberOfExposures>";
+}
+inline const std::string kHead =
+    R"({"recording":1,"kind":1,"serialNumbers":"4711","calibrationDates":"2026-01-15"})"
+    "\n";
+/// An exposure of the ZRD 47500 with a voltage and an exposure.
+inline std::string Shot(const std::string& kvp, const std::string& exposure = "10") {
+    return R"({"exposure":{"detector":[")" + kvp + R"(","81","80",")" + exposure +
+           R"(","100","100","10","0","0","3.1"]}})" + "\n";
+}
+
+}  // namespace vorex::test
