@@ -280,7 +280,8 @@ void LoadRow(ConfigFields& config, const ChildTexts& children, std::size_t row) 
                 target = LocaleText(ReadNumber(node->Text()));
                 break;
             case CellForm::kLeadingNumber:
-                target = PlainText(ReadNumber(node->Text()));
+                // A cell without a choice stays one: files keep their bytes.
+                target = node->Text().empty() ? std::string() : PlainText(ReadNumber(node->Text()));
                 break;
             case CellForm::kThickness:
                 target = LocaleDecimal(node->Text());
