@@ -84,7 +84,7 @@ std::vector<std::string> CellDetails(const CResultCommon& result, const PressedC
     const auto& rows = result.Rows();
     if (cell.exposure >= 1 && cell.exposure <= rows.size() && rows[cell.exposure - 1U])
         tell(*rows[cell.exposure - 1U], ValueKeyOf);
-    if (result.TestId == kRadioRepro) {
+    if (result.TestId == kRadioRepro && !rows.empty()) {
         tell(result.Current(), MeanKeyOf);
         tell(result.Current(), VariationKeyOf);
     }

@@ -38,7 +38,7 @@ void FZRD47500TestGuide::WatchTick() {
     bool goesOn = true;
     if (!State().gRunActive) goesOn = WatchGoesOn();
     --mPauses;
-    if (goesOn && mPauses == 0 && mWatch) mWatch->Start(kWatchInterval);
+    if (goesOn && mWatch) mWatch->Start(kWatchInterval);
 }
 
 bool FZRD47500TestGuide::WatchGoesOn() {

@@ -12,9 +12,7 @@ FZRD47500TestGuide::FZRD47500TestGuide() {
              {"TAB_GRAPH_2", kMaWaveform, Translate(text::kMaWaveformTab)}};
 }
 
-FZRD47500TestGuide::~FZRD47500TestGuide() {
-    if (mWatch) mWatch->Stop();
-}
+FZRD47500TestGuide::~FZRD47500TestGuide() = default;
 
 void FZRD47500TestGuide::Visible(bool visible) {
     mVisible = visible;
@@ -39,7 +37,7 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
         mKind = mConfig->DetectorName;
         std::string_view input = mConfig->MASInput ? text::kShunt : text::kClamp;
         if (mConfig->ManualSelectedInTestGuide) input = text::kManual;
-        mConfig->TestGuideMASInput = Translate(input);
+        mConfig->TestGuideMASInput = input;  // a key: the file reads in every language
     }
     SetInfoLines(lines);
     CreateView(element);
@@ -67,7 +65,10 @@ void FZRD47500TestGuide::Unload() {
         Guarded("Form_Unload", [&] { vti->Disconnect(); });
         vti.reset();
     }
-    if (mView) mView->UnInitialize();
+    if (mView) {
+        mView->UnInitialize();
+        mView->events = {};
+    }
     mView.reset();
     ClearTabs();
     mElement.reset();

@@ -15,6 +15,20 @@ namespace {
 /// What ends the test or leaves it, and is locked while exposures are taken.
 constexpr int32_t kNavigation[] = {kAbort, kPrevious, kSkip, kNa};
 
+/// Buttons that only tell that they were pressed.
+struct PlainButton {
+    int32_t key;
+    Event<> TestGuideEvents::*event;
+};
+constexpr PlainButton kPlainButtons[] = {
+    {kPrevious, &TestGuideEvents::Previous},
+    {kStop, &TestGuideEvents::StopTest},
+    {kWakeUp, &TestGuideEvents::WakeUpDetector},
+    {kSkip, &TestGuideEvents::Skip},
+    {kNa, &TestGuideEvents::NA},
+    {kIonChamber, &TestGuideEvents::DisplayIonChamber},
+};
+
 }  // namespace
 
 // ------------------------------------------------------------------------------------ state of the bar
@@ -87,36 +101,20 @@ bool FZRD47500TestGuide::PressButton(int32_t key, bool shortcut) {
 }
 
 void FZRD47500TestGuide::HandleButton(int32_t key, bool shortcut) {
+    for (const PlainButton& button : kPlainButtons)
+        if (button.key == key) return (events.*button.event).Raise();
+    // clang-format off
     switch (key) {
-        case kAbort:
-            return PressAbort();
-        case kPrevious:
-            return events.Previous.Raise();
-        case kNext:
-            return PressNext();
-        case kStop:
-            return events.StopTest.Raise();
-        case kStart:
-            return PressStart(shortcut);
-        case kWakeUp:
-            return events.WakeUpDetector.Raise();
-        case kSkip:
-            return events.Skip.Raise();
-        case kNa:
-            return events.NA.Raise();
-        case kIonChamber:
-            return events.DisplayIonChamber.Raise();
-        case kDisconnect:
-            return PressDisconnect();
-        case kShunt:
-            return PressMasInput(true);
-        case kClamp:
-            return PressMasInput(false);
-        case kManual:
-            return PressManual();
-        default:
-            return SelectTargetFilter(key - kFirstTargetFilter);
+        case kAbort: return PressAbort();
+        case kNext: return PressNext();
+        case kStart: return PressStart(shortcut);
+        case kDisconnect: return PressDisconnect();
+        case kShunt: return PressMasInput(true);
+        case kClamp: return PressMasInput(false);
+        case kManual: return PressManual();
+        default: return SelectTargetFilter(key - kFirstTargetFilter);
     }
+    // clang-format on
 }
 
 void FZRD47500TestGuide::PressAbort() {
@@ -125,20 +123,18 @@ void FZRD47500TestGuide::PressAbort() {
 }
 
 void FZRD47500TestGuide::PressNext() {
-    if (mManualNote && mConfig) mConfig->TestGuideMASInput = Translate(text::kManual);
+    if (mManualNote && mConfig) mConfig->TestGuideMASInput = text::kManual;
     events.NextTest.Raise();
 }
 
 void FZRD47500TestGuide::PressStart(bool shortcut) {
+    if (mState == GuideState::kRunning || State().gRunActive)
+        return shortcut ? events.StopTest.Raise() : events.StartTest.Raise();
     if (!OpenLink()) return;
-    const bool running = mState == GuideState::kRunning || State().gRunActive;
-    if (!running) {
-        mManualNote = false;
-        mToolbar.Enable(kDisconnect, true);
-        if (!AdaptToDetector()) return;
-    }
+    mManualNote = false;
+    mToolbar.Enable(kDisconnect, true);
+    if (!AdaptToDetector()) return;
     if (shortcut && mToolbar.Enabled(kNext)) return PressNext();
-    if (shortcut && running) return events.StopTest.Raise();
     events.StartTest.Raise();
     LeaveRunningState();
 }
@@ -176,7 +172,7 @@ void FZRD47500TestGuide::PressMasInput(bool shunt) {
     EnableStartButton();
     mManualNote = false;
     mConfig->MASInput = shunt;
-    mConfig->TestGuideMASInput = Translate(shunt ? text::kShunt : text::kClamp);
+    mConfig->TestGuideMASInput = shunt ? text::kShunt : text::kClamp;
     mConfig->ManualSelectedInTestGuide = false;
     TypeMasValues(false);
     if (LinkIsOpen() && vti) {
@@ -190,7 +186,7 @@ void FZRD47500TestGuide::PressManual() {
     if (IsSurvey()) return;
     mToolbar.CheckOnly(kMasButtons, kManual);
     EnableStartButton();
-    mConfig->TestGuideMASInput = Translate(text::kManual);
+    mConfig->TestGuideMASInput = text::kManual;
     mConfig->ManualSelectedInTestGuide = true;
     TypeMasValues(true);
     events.MASInputChanged.Raise();

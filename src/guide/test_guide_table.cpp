@@ -17,8 +17,15 @@ namespace vorex {
 
 namespace {
 
+/// Check marks of the table, and where the configuration keeps them.
+struct FlagColumn {
+    std::string_view key;
+    uint8_t configured;
+};
 constexpr uint8_t kImportColumn = 1;
 constexpr uint8_t kAdjacentColumn = 2;
+constexpr FlagColumn kFlagColumns[] = {{key::kImportWaveform, kImportColumn},
+                                       {key::kAdjacent, kAdjacentColumn}};
 
 /// True from construction to the end of the menu.
 class MenuOpen {
@@ -83,12 +90,12 @@ void FZRD47500TestGuide::BuildColumns(const std::shared_ptr<CConfigCommon>& conf
 void FZRD47500TestGuide::FillColumnSettings() {
     if (!mView || !mConfig) return;
     mView->pNoOfExposures(mConfig->pNoOfExposures);
-    for (uint8_t column : {kImportColumn, kAdjacentColumn}) {
-        if (column == kAdjacentColumn && mConfig->pTestID != kRadioLinearity) continue;
-        if (column > mColumnKeys.size()) continue;
+    for (const FlagColumn& flag : kFlagColumns) {
+        const auto at = std::find(mColumnKeys.begin(), mColumnKeys.end(), flag.key);
+        if (at == mColumnKeys.end()) continue;
         TextArray flags;
-        mConfig->GetArrayData(column, flags);
-        mView->SetColumnSettings(column, flags, true);
+        mConfig->GetArrayData(flag.configured, flags);
+        mView->SetColumnSettings(static_cast<uint8_t>(at - mColumnKeys.begin() + 1), flags, true);
     }
 }
 

@@ -3,32 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "foundation/host_services.h"
-#include "foundation/vocabulary.h"
 
 namespace vorex::test {
 namespace {
-
-TEST(DetectorAdaption, EveryPairOfKindsHasItsEffectiveKind) {
-    constexpr int32_t kRefused = -1;
-    // Rows: configured 0 to 5. Columns: connected 0 to 5.
-    constexpr int32_t kExpected[6][6] = {
-        {0, 1, 2, 3, 4, 5},                // nothing configured
-        {1, 1, 2, kRefused, 4, kRefused},  // ZRD 47500
-        {2, 4, 2, 5, 4, 5},                // mAs meter
-        {3, kRefused, 2, 3, kRefused, 5},  // Pelomark
-        {4, 4, 4, kRefused, 4, kRefused},  // ZRD 47500 and mAs meter
-        {5, kRefused, 5, 5, kRefused, 5},  // Pelomark and mAs meter
-    };
-    for (int32_t configured = 0; configured <= 5; ++configured)
-        for (int32_t connected = 0; connected <= 5; ++connected) {
-            const int32_t expected = kExpected[configured][connected];
-            EXPECT_EQ(DetectorFits(connected, configured), expected != kRefused)
-                << "configured " << configured << ", connected " << connected;
-            if (expected == kRefused) continue;
-            EXPECT_EQ(EffectiveKind(connected, configured), expected)
-                << "configured " << configured << ", connected " << connected;
-        }
-}
 
 TEST(DetectorAdaption, SettingsOfTheDosimeterCountFromOne) {
     InstallServices({});

@@ -95,14 +95,15 @@ TEST_F(Form, TakesTheMasInputFromTheConfiguration) {
     struct Case {
         bool shunt;
         bool manual;
-        const char* shown;
+        std::string_view textKey;
     };
-    for (const Case& c : {Case{true, false, "Shunt"}, {false, false, "Clamp"}, {true, true, "Manual"}}) {
+    for (const Case& c :
+         {Case{true, false, text::kShunt}, {false, false, text::kClamp}, {true, true, text::kManual}}) {
         Configure(kRadioRepro, kZrdAndMas, kZrdAndMas);
         config->MASInput = c.shunt;
         config->ManualSelectedInTestGuide = c.manual;
         Open();
-        EXPECT_EQ(config->TestGuideMASInput, c.shown);
+        EXPECT_EQ(config->TestGuideMASInput, c.textKey);
     }
 }
 
@@ -113,7 +114,9 @@ TEST_F(Form, ClearingTheTableLeavesTheImportFlagsOfTheSetup) {
     Open();
     Expose(1, "0,80,80,80,10,100,10,3");
     ASSERT_EQ(Table().Rows()[0].cells[1].text, "80.0 KV");
+    guide->DrawWaveform(Waveform("0,80,81,0"));
     guide->ClearTable();
+    EXPECT_FALSE(guide->Tabs()[0].visible) << "the waveform belongs to the cleared exposures";
     ASSERT_EQ(Table().Rows().size(), 2U);
     EXPECT_EQ(Table().Rows()[0].cells[1].text, "");
     EXPECT_FALSE(Table().Rows()[0].cells[0].checked);

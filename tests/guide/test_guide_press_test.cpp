@@ -48,6 +48,7 @@ TEST_F(Press, SkipAndNaShowByTheSettingsBits) {
 
 TEST_F(Press, ButtonsThatAreHiddenDisabledOrUnknownTakeNoPress) {
     Open(kRadioRepro);
+    guide->SetToolBarButtonStatus(kStatusPanel, true);
     for (int32_t key : {kNext, kStop, kWakeUp, kIonChamber, kStatusPanel, kSpacer, kDisconnect, kShunt,
                         kFirstTargetFilter, 999})
         EXPECT_FALSE(guide->PressButton(key)) << key;
@@ -205,23 +206,23 @@ TEST_F(Press, TheChosenMasInputIsCheckedStoredAndSent) {
         int32_t key;
         bool shunt;
         bool manual;
-        const char* shown;
+        std::string_view textKey;
     };
     Open(kRadioRepro, kZrdAndMas, kZrdAndMas);
     room->linkOpen = true;
     room->kind = kZrdAndMas;
     guide->PressButton(kStart);
     Events();
-    for (const Case& c : {Case{kClamp, false, false, "Clamp"},
-                          {kManual, false, true, "Manual"},
-                          {kShunt, true, false, "Shunt"}}) {
+    for (const Case& c : {Case{kClamp, false, false, text::kClamp},
+                          {kManual, false, true, text::kManual},
+                          {kShunt, true, false, text::kShunt}}) {
         room->calls.clear();
         EXPECT_TRUE(guide->PressButton(c.key));
         EXPECT_EQ(Events(), "MASInputChanged");
         for (int32_t key : kMasButtons) EXPECT_EQ(Button(key).checked, key == c.key) << key;
         EXPECT_EQ(config->MASInput, c.shunt);
         EXPECT_EQ(config->ManualSelectedInTestGuide, c.manual);
-        EXPECT_EQ(config->TestGuideMASInput, c.shown);
+        EXPECT_EQ(config->TestGuideMASInput, c.textKey);
         EXPECT_EQ(room->Count("MASInput 1"), c.key == kShunt ? 1 : 0);
         EXPECT_EQ(room->Count("MASInput 0"), c.key == kClamp ? 1 : 0);
     }
@@ -251,12 +252,12 @@ TEST_F(Press, NextPutsTheManualInputBackWhileItIsTheLastChoice) {
     Open(kRadioRepro, kZrdAndMas, kZrdAndMas);
     guide->EnableNext(true);
     guide->PressButton(kManual);
-    config->TestGuideMASInput = "Shunt";
+    config->TestGuideMASInput = text::kShunt;
     guide->PressButton(kNext);
-    EXPECT_EQ(config->TestGuideMASInput, "Manual");
+    EXPECT_EQ(config->TestGuideMASInput, text::kManual);
     guide->PressButton(kShunt);
     guide->PressButton(kNext);
-    EXPECT_EQ(config->TestGuideMASInput, "Shunt");
+    EXPECT_EQ(config->TestGuideMASInput, text::kShunt);
 }
 
 TEST_F(Press, TheSurveyHasNoneOfTheDetectorsButtons) {

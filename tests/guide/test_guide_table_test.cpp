@@ -85,12 +85,21 @@ TEST_F(GuideTable, AClickAsksForTheWaveformsOfAStoredExposure) {
 }
 
 TEST_F(GuideTable, AClickOnAMasColumnOnlyTellsItsValues) {
+    Open(kRadioAccuracy, kZrdAndMas, kZrdAndMas);
+    Expose(1, "0,80.1,81,80.5,12.3,123,100,3.1,0.1,0.1");
+    Expose(1, "0,200,20.1,,0.61", kSourceMas);
+    EXPECT_TRUE(Table().Press({1, 12}));
+    EXPECT_EQ(Events(), "");
+    EXPECT_EQ(guide->Details(), (Texts{"Exposure #1: 200.0, 20.1, , 0.6119", "mA: 200.0 mA - Pass",
+                                       "mAs: 20.1 mAs - Pass", "mAs/Pulse: ", "Dose/mAs: 0.6119 - Pass"}));
+}
+
+TEST_F(GuideTable, ANarrowTableIsToldAsAWhole) {
     Open(kRadioAccuracy, kMasMeter, kMasMeter);
     Expose(1, "0,200,20.1,,0.61", kSourceMas);
-    EXPECT_TRUE(Table().Press({1, 3}));
-    EXPECT_EQ(Events(), "");
-    EXPECT_EQ(guide->Details(), (Texts{"Exposure #1: 200.0, 20.1, , 0.61", "mA: 200.0 mA - Pass",
-                                       "mAs: 20.1 mAs - Pass", "mAs/Pulse: ", "Dose/mAs: 0.61 - Pass"}));
+    EXPECT_TRUE(Table().Press({1, 1}));
+    ASSERT_EQ(guide->Details().size(), 5U);
+    EXPECT_EQ(guide->Details()[0], "Exposure #1: 200.0, 20.1, , 0.61");
 }
 
 TEST_F(GuideTable, AClickedCellTellsItsLimits) {
