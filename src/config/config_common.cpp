@@ -146,10 +146,7 @@ std::string CConfigCommon::GetmASCV() const {
 std::shared_ptr<IDialog> CConfigCommon::CreateDialog() {
     const TestRow* test = FindTest(pTestID);
     if (test == nullptr) return nullptr;
-    auto wrapper = std::make_shared<FDialogWrapper>();
-    if (!wrapper->CreateSetupCtrl(ClassName(test->setupClass))) return nullptr;
-    wrapper->Initialize(shared_from_this());
-    return wrapper;
+    return CreateControlDialog(ClassName(test->setupClass), shared_from_this());
 }
 
 /// The four choices fall back on their first value whatever the store holds; the others keep what they have.

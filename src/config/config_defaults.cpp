@@ -91,7 +91,7 @@ constexpr ArrayDefault kArrays[] = {
     {kFluoroscopy,                             &C::machineKv,         "80"},
     {Tests({kRadioAccuracy, kRadioLinearity}), &C::machineMa,         "100"},
     {kFluoroscopy,                             &C::machineMa,         "10"},
-    {Tests({kRadioAccuracy, kMammoAec, kMammoRadiation}), &C::machineMas, "10"},
+    {Tests({kRadioAccuracy, kRadioLinearity, kMammoAec, kMammoRadiation}), &C::machineMas, "10"},
     {Tests({kRadioAccuracy}),                  &C::machineTime,       "100"},
     {Tests({kRadioAccuracy}),                  &C::passFailCriterion, "1"},
     {Tests({kRadioLinearity}),                 &C::machineAdjacent,   "0"},

@@ -209,7 +209,7 @@ struct TextToField {
     const SettingRow& row;
     std::string_view text;
 
-    void operator()(float C::*field) const { config.*field = static_cast<float>(ReadNumber(text)); }
+    void operator()(float C::*field) const { config.*field = ToSingle(ReadNumber(text)); }
     void operator()(bool C::*field) const {
         if (row.form == Form::kCode)
             config.*field = ValueOfStored(*row.choice, ReadInteger(text)) != 0;

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <locale>
+#include <sstream>
 
 #include "foundation/host_services.h"
 #include "foundation/tagged_value.h"
@@ -55,6 +57,33 @@ std::string_view AtNumber(std::string_view text) {
     return text;
 }
 
+/// Reads a text that is a short decimal and nothing else, as almost all numbers are: up to 15 digits are a
+/// whole number divided by a power of ten, both exact, so the quotient is the nearest double.
+bool ReadShort(std::string_view text, double& value) {
+    constexpr std::array<double, 16> kPowers = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const bool negative = text.starts_with('-');
+    if (negative) text.remove_prefix(1);
+    uint64_t digits = 0;
+    std::size_t count = 0;
+    std::size_t whole = std::string_view::npos;  // digits in front of the point, once it was met
+    for (char c : text) {
+        if (c == '.' && whole == std::string_view::npos) {
+            whole = count;
+        } else if (IsDigit(c) && count < kPowers.size() - 1) {
+            digits = digits * 10 + static_cast<uint64_t>(c - '0');
+            ++count;
+        } else {
+            return false;
+        }
+    }
+    if (count == 0) return false;
+    const std::size_t decimals = whole == std::string_view::npos ? 0 : count - whole;
+    value = static_cast<double>(digits) / kPowers[decimals];
+    if (negative) value = -value;
+    return true;
+}
+
 double ReadPlain(std::string_view text) {
     text = AtNumber(text);
     const std::size_t length = NumberLength(text);
@@ -62,12 +91,16 @@ double ReadPlain(std::string_view text) {
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + length, value);
     if (error != std::errc::result_out_of_range) return value;
-    // Out of range means too small as well as too large: only the exponent's sign tells them apart.
-    const std::string copy(text.substr(0, length));
-    const double extreme = std::strtod(copy.c_str(), nullptr);
-    if (std::isinf(extreme)) return std::copysign(std::numeric_limits<double>::max(), extreme);
-    return 0;
+    // Out of range means too small as well as too large, and leaves the value as it was: a stream tells them
+    // apart.
+    std::istringstream stream(std::string(text.substr(0, length)));
+    stream.imbue(std::locale::classic());
+    stream >> value;
+    return value;
 }
+
+constexpr int kDoubleDigits = 15;
+constexpr int kSingleDigits = 7;
 
 /// A number as its significant digits and the power of ten of the first one: 0.0123 is "123" at -2.
 struct Decimal {
@@ -76,45 +109,85 @@ struct Decimal {
     int exponent = 0;    ///< of the first digit
 };
 
-Decimal ToDecimal(double value, int significant) {
-    std::array<char, 64> buffer{};
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                                            std::chars_format::scientific, significant - 1);
-    std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+/// The decimal of a number in scientific form.
+Decimal ToDecimal(std::string_view text, bool negative) {
     const std::size_t e = text.find('e');
     Decimal result;
-    result.negative = std::signbit(value);
+    result.negative = negative;
     for (char c : text.substr(0, e))
         if (IsDigit(c)) result.digits.push_back(c);
-    int exponent = 0;
     std::string_view power = text.substr(e + 1);
     if (power.starts_with('+')) power.remove_prefix(1);
-    std::from_chars(power.data(), power.data() + power.size(), exponent);
-    result.exponent = exponent;
+    std::from_chars(power.data(), power.data() + power.size(), result.exponent);
     while (!result.digits.empty() && result.digits.back() == '0') result.digits.pop_back();
+    return result;
+}
+
+/// The decimal of a number rounded to so many significant digits.
+Decimal RoundedDecimal(double value, int significant) {
+    std::array<char, 64> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
+                                   std::chars_format::scientific, significant - 1);
+    return ToDecimal({buffer.data(), end.ptr}, std::signbit(value));
+}
+
+/// As `RoundedDecimal` with 15 digits. The shortest text that reads as the same double is found faster, and
+/// where it has no more than 15 digits it is the one that rounding gives; only subnormal numbers differ.
+Decimal DoubleDecimal(double value) {
+    std::array<char, 64> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
+                                   std::chars_format::scientific);
+    Decimal shortest = ToDecimal({buffer.data(), end.ptr}, std::signbit(value));
+    if (shortest.digits.size() <= kDoubleDigits && std::fpclassify(value) != FP_SUBNORMAL) return shortest;
+    return RoundedDecimal(value, kDoubleDigits);
+}
+
+/// As `RoundedDecimal` with 7 digits, for a single. An ordinary one is scaled to a whole number of 7 digits;
+/// double precision leaves no doubt about its rounding unless it lies next to a tie.
+Decimal SingleDecimal(float value) {
+    constexpr std::array<double, 13> kPowers = {1,   1e1, 1e2, 1e3,  1e4,  1e5, 1e6,
+                                                1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    constexpr double kLeast = 1e-5;
+    constexpr double kMost = 1e6;
+    constexpr double kDoubt = 1e-6;
+    const double size = std::abs(static_cast<double>(value));
+    if (size < kLeast || size >= kMost) return RoundedDecimal(static_cast<double>(value), kSingleDigits);
+    std::size_t before = 0;  // digits in front of the point but one
+    std::size_t zeros = 0;   // places from the point to the first digit
+    while (size >= kPowers[before + 1]) ++before;
+    while (size * kPowers[zeros] < 1) ++zeros;
+    const double scaled = size * kPowers[static_cast<std::size_t>(kSingleDigits) - 1 - before + zeros];
+    const double whole = std::floor(scaled + 0.5);
+    const bool certain = std::abs(scaled - std::floor(scaled) - 0.5) > kDoubt;
+    if (!certain || whole < kPowers[kSingleDigits - 1] || whole >= kPowers[kSingleDigits])
+        return RoundedDecimal(static_cast<double>(value), kSingleDigits);
+    Decimal result;
+    result.negative = std::signbit(value);
+    result.exponent = static_cast<int>(before) - static_cast<int>(zeros);
+    result.digits = std::to_string(static_cast<int32_t>(whole));
+    while (result.digits.back() == '0') result.digits.pop_back();
     return result;
 }
 
 /// Writes a decimal in positional form with at least `minDecimals` decimals.
 std::string Positional(const Decimal& decimal, int minDecimals) {
+    const auto zeros = [](int count) { return static_cast<std::size_t>(std::max(0, count)); };
+    const std::string& digits = decimal.digits;
+    const int count = static_cast<int>(digits.size());
+    const std::size_t whole =
+        std::min(digits.size(), zeros(decimal.exponent + 1));  // digits before the point
     std::string text;
-    if (decimal.negative && !decimal.digits.empty()) text.push_back('-');
-    const int count = static_cast<int>(decimal.digits.size());
-    if (count == 0 || decimal.exponent < 0) {
-        text.push_back('0');
-    } else {
-        for (int i = 0; i <= decimal.exponent; ++i)
-            text.push_back(i < count ? decimal.digits[static_cast<std::size_t>(i)] : '0');
-    }
+    if (decimal.negative && count > 0) text.push_back('-');
+    text.append(digits, 0, whole);
+    text.append(zeros(count == 0 ? 0 : decimal.exponent + 1 - count), '0');
+    if (whole == 0) text.push_back('0');
     const int decimals = std::max(minDecimals, count == 0 ? 0 : count - 1 - decimal.exponent);
-    if (decimals > 0) {
-        text.push_back('.');
-        for (int place = 1; place <= decimals; ++place) {
-            const int index = decimal.exponent + place;
-            text.push_back(index >= 0 && index < count ? decimal.digits[static_cast<std::size_t>(index)]
-                                                       : '0');
-        }
-    }
+    if (decimals <= 0) return text;
+    text.push_back('.');
+    const std::size_t end = text.size() + static_cast<std::size_t>(decimals);
+    if (count > 0) text.append(zeros(-1 - decimal.exponent), '0');
+    text.append(digits, whole);
+    text.resize(end, '0');
     return text;
 }
 
@@ -170,17 +243,16 @@ double StdDevOf(std::size_t count, Read&& read) {
     return std::sqrt(squares / static_cast<double>(count - 1));
 }
 
+/// Characters behind the point. A text without one counts them all: more decimals than it has do no harm.
 int DecimalsOf(std::string_view text) {
     const std::size_t point = text.find('.');
-    return point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
+    return static_cast<int>(point == std::string_view::npos ? text.size() : text.size() - point - 1);
 }
-
-constexpr int kDoubleDigits = 15;
-constexpr int kSingleDigits = 7;
 
 }  // namespace
 
 double ReadNumber(std::string_view text) {
+    if (double value = 0; ReadShort(text, value)) return value;
     if (text.find_first_of(",%") == std::string_view::npos) return ReadPlain(text);
     std::string plain;
     plain.reserve(text.size());
@@ -196,7 +268,13 @@ int32_t ReadInteger(std::string_view text) {
     return static_cast<int32_t>(std::clamp(value, kLow, kHigh));
 }
 
+float ToSingle(double value) {
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -kLargest, kLargest));
+}
+
 bool IsNumber(std::string_view text) {
+    if (double value = 0; ReadShort(text, value)) return true;
     const std::string plain = WithPoint(text);
     const std::string_view number = AtNumber(plain);
     const std::size_t length = NumberLength(number);
@@ -205,12 +283,12 @@ bool IsNumber(std::string_view text) {
 
 std::string PlainText(double value) {
     if (!std::isfinite(value)) return {};
-    return PlainDecimal(ToDecimal(value, kDoubleDigits));
+    return PlainDecimal(DoubleDecimal(value));
 }
 
 std::string PlainText(float value) {
     if (!std::isfinite(value)) return {};
-    return PlainDecimal(ToDecimal(static_cast<double>(value), kSingleDigits));
+    return PlainDecimal(SingleDecimal(value));
 }
 
 std::string PlainText(int32_t value) {
@@ -223,7 +301,7 @@ std::string FormatPicture(double value, std::string_view picture) {
     const std::string_view places = point == std::string_view::npos ? "" : picture.substr(point + 1);
     const int least = static_cast<int>(std::count(places.begin(), places.end(), '0'));
     const Decimal rounded =
-        Rounded(ToDecimal(value, kDoubleDigits), static_cast<int>(places.size()), Tie::kAwayFromZero);
+        Rounded(DoubleDecimal(value), static_cast<int>(places.size()), Tie::kAwayFromZero);
     std::string text = Positional(rounded, least);
     const std::size_t whole = std::min(point, picture.size());
     const std::size_t sign = text.starts_with('-') ? 1 : 0;
@@ -232,13 +310,34 @@ std::string FormatPicture(double value, std::string_view picture) {
     return text;
 }
 
+bool IsWritten(std::string_view text, std::string_view picture) {
+    constexpr std::string_view kPlainPicture = "0.###############";
+    if (picture.empty()) picture = kPlainPicture;
+    if (!picture.starts_with("0.")) return false;
+    const auto places = static_cast<int>(picture.size()) - 2;
+    const auto least = static_cast<int>(std::count(picture.begin() + 2, picture.end(), '0'));
+    const std::string_view size = text.starts_with('-') ? text.substr(1) : text;
+    if (size.empty() || size.size() > kDoubleDigits) return false;
+    const std::size_t point = size.find('.');
+    const std::string_view whole = size.substr(0, point);
+    const int decimals = DecimalsOf(size);
+    if (!std::all_of(whole.begin(), whole.end(), IsDigit) || whole.empty()) return false;
+    if (whole.size() > 1 && whole.front() == '0') return false;
+    if (decimals < least || decimals > places) return false;
+    if (point == std::string_view::npos) return size == text || size != "0";
+    const std::string_view tail = size.substr(point + 1);
+    if (tail.empty() || !std::all_of(tail.begin(), tail.end(), IsDigit)) return false;
+    if (tail.back() == '0' && decimals > least) return false;
+    return size == text || size.find_first_not_of("0.") != std::string_view::npos;
+}
+
 double RoundHalfEven(double value, int decimals) {
     if (!std::isfinite(value)) return value;
-    return ReadPlain(Positional(Rounded(ToDecimal(value, kDoubleDigits), decimals, Tie::kToEven), 0));
+    return ReadPlain(Positional(Rounded(DoubleDecimal(value), decimals, Tie::kToEven), 0));
 }
 
 std::string DifferenceRounded(std::string_view a, std::string_view b) {
-    const int decimals = std::max(DecimalsOf(WithPoint(a)), DecimalsOf(WithPoint(b)));
+    const int decimals = std::max(DecimalsOf(a), DecimalsOf(b));
     return PlainText(RoundHalfEven(ReadNumber(a) - ReadNumber(b), decimals));
 }
 

@@ -15,6 +15,8 @@ namespace vorex {
 double ReadNumber(std::string_view text);
 /// As `ReadNumber`, cut to a whole number within 32 bits.
 int32_t ReadInteger(std::string_view text);
+/// The nearest single; a number beyond its range becomes the largest one.
+float ToSingle(double value);
 /// True when the text holds a number and nothing else (blanks around it aside): the test for files, where a
 /// word in the place of a number is an error.
 bool IsNumber(std::string_view text);
@@ -30,6 +32,9 @@ std::string PlainText(int32_t value);
 /// many as places. Rounds the plain decimal text half away from zero; never shows "-0.0". Empty for a value
 /// that is not finite. A picture without a point shows whole numbers, padded with zeros to its length.
 std::string FormatPicture(double value, std::string_view picture);
+/// True for a text that is written in a picture such as "0.0#" already, or as plain text when the picture is
+/// empty: reading the number and writing it again would give the same, which is so for nearly all readings.
+bool IsWritten(std::string_view text, std::string_view picture);
 
 /// Rounds the plain decimal text of a value to so many decimals, half to even (0.125 gives 0.12).
 double RoundHalfEven(double value, int decimals);

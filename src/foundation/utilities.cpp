@@ -83,8 +83,9 @@ std::string StatusText(int32_t status, const IReportDocument* report) {
 
 bool IsValidReading(std::string_view reading) {
     // Readings are numbers but for two words; the words are looked up only when the text is none.
-    if (!reading.empty() && (reading.front() == '-' || (reading.front() >= '0' && reading.front() <= '9')) &&
-        reading.find_first_not_of("0123456789.-") == std::string_view::npos)
+    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
+    if (!reading.empty() && digit(reading.back()) &&
+        std::all_of(reading.begin(), reading.end(), [&](char c) { return digit(c) || c == '.' || c == '-'; }))
         return true;
     return !EqualsIgnoringCase(reading, Translate(text::kOverRange)) &&
            !EqualsIgnoringCase(reading, Translate(text::kUnderRange));

@@ -88,10 +88,11 @@ constexpr TestSet Tests(std::initializer_list<int32_t> ids) {
     for (int32_t id : ids) set.bits = static_cast<uint16_t>(set.bits | TestBit(id));
     return set;
 }
-constexpr bool TestSet::Has(int32_t testId) const {
-    return (bits & TestBit(testId)) != 0;
-}
+/// Holds every identifier, also one that is no measuring test.
 inline constexpr TestSet kAllTests{0xFF};
+constexpr bool TestSet::Has(int32_t testId) const {
+    return bits == kAllTests.bits || (bits & TestBit(testId)) != 0;
+}
 
 // --------------------------------------------------------------------------------------- detector kinds
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -79,26 +80,43 @@ std::string ImportFlag(const ReadingContext& context) {
     return context.config.pNoOfExposures > 0 ? TableCell(context, table_column::kImport) : std::string();
 }
 
-/// Readings of a column over the test, the new one in its place; empty as soon as one of them is an
-/// over-range or under-range mark. A row that was never stored counts as 0.
-std::optional<std::vector<double>> ColumnHistory(const ReadingContext& context, std::string_view columnKey,
-                                                 std::string_view reading) {
+/// A column and its new reading.
+struct ColumnReading {
+    std::string_view key;
+    std::string_view reading;
+};
+
+using History = std::optional<std::vector<double>>;
+
+/// Takes the reading of a stored row into the history of its column, if the row has it.
+void TakeStored(History& history, std::size_t row, const CMeasurement* cell) {
+    if (cell == nullptr || !history) return;
+    if (const std::optional<double>& reading = cell->Reading())
+        (*history)[row] = *reading;
+    else
+        history.reset();
+}
+
+/// Readings of columns over the test, the new ones in their place; empty for a column as soon as one of its
+/// readings is an over-range or under-range mark. A row that was never stored counts as 0.
+std::vector<History> ColumnHistories(const ReadingContext& context, std::span<const ColumnReading> columns) {
     const auto& rows = context.result.Rows();
     const std::size_t index = context.exposureIndex;
     const std::size_t stored = index > 0 || context.redo ? rows.size() : 0;
-    std::vector<double> values(std::max(stored, index + 1));
-    std::size_t hint = 0;
-    for (std::size_t row = 0; row < stored; ++row) {
-        if (row == index) continue;
-        const CMeasurement* cell = FindMeasurement(*rows[row], columnKey, hint);
-        if (cell == nullptr) continue;
-        if (row == 0) hint = ColumnNumber(*rows[row], columnKey) - 1U;
-        if (!cell->HasValidReading()) return std::nullopt;
-        values[row] = NumberOf(cell->RawValue());
+    std::vector<History> histories(columns.size(), std::vector<double>(std::max(stored, index + 1)));
+    std::vector<std::size_t> hints;
+    for (const ColumnReading& column : columns)
+        hints.push_back(ColumnNumber(context.result.Current(), column.key) - std::size_t{1});
+    // Row by row, as the readings lie in memory: long tests are read as a whole with each exposure.
+    for (std::size_t row = 0; row < stored; ++row)
+        if (row != index)
+            for (std::size_t i = 0; i < columns.size(); ++i)
+                TakeStored(histories[i], row, FindMeasurement(*rows[row], columns[i].key, hints[i]));
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!IsValidReading(columns[i].reading)) histories[i].reset();
+        if (histories[i]) (*histories[i])[index] = ReadNumber(columns[i].reading);
     }
-    if (!IsValidReading(reading)) return std::nullopt;
-    values[index] = ReadNumber(reading);
-    return values;
+    return histories;
 }
 
 double SumOf(const std::vector<double>& values) {
@@ -112,25 +130,19 @@ struct MeanAndCv {
     std::string cv;
 };
 
-MeanAndCv MeanAndVariation(const std::optional<std::vector<double>>& values) {
+MeanAndCv MeanAndVariation(const History& values) {
     if (!values) return {};
     const double mean = Named(SumOf(*values) / static_cast<double>(values->size()));
     if (mean <= 0) return {PlainText(mean), {}};
     return {Shown(mean), Shown(SampleStdDev(*values) / mean)};
 }
 
-/// A column and its new reading.
-struct ColumnReading {
-    std::string_view key;
-    std::string_view reading;
-};
-
 /// Adds the means of the columns, then their coefficients of variation.
 void AddStatistics(RowBuilder& row, const ReadingContext& context,
                    std::initializer_list<ColumnReading> columns) {
     std::vector<MeanAndCv> statistics;
-    for (const ColumnReading& column : columns)
-        statistics.push_back(MeanAndVariation(ColumnHistory(context, column.key, column.reading)));
+    for (const History& history : ColumnHistories(context, columns))
+        statistics.push_back(MeanAndVariation(history));
     for (const MeanAndCv& statistic : statistics) row.Add(statistic.mean);
     for (const MeanAndCv& statistic : statistics) row.Add(statistic.cv);
 }
@@ -300,7 +312,8 @@ std::optional<double> SkinExposure(const CConfigCommon& config, double exposure)
 GlandularDose ComputeGlandularDose(const ReadingContext& context, std::string_view reading,
                                    double unitFactor) {
     GlandularDose result;
-    std::optional<std::vector<double>> exposures = ColumnHistory(context, key::kExposure, reading);
+    const ColumnReading column{key::kExposure, reading};
+    History exposures = ColumnHistories(context, {&column, 1}).front();
     if (exposures) {
         for (double& exposure : *exposures) exposure = Named(exposure * unitFactor);
         const CConfigCommon& config = context.config;

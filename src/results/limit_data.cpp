@@ -1,7 +1,6 @@
 #include "results/limit_data.h"
 
 #include <algorithm>
-#include <exception>
 
 #include "config/config_common.h"
 #include "foundation/host_error.h"
@@ -63,8 +62,8 @@ constexpr LimitRow kTestRows[] = {
     {kMammoAccRepro,  key::kCv,                text::kCvForKvpAvg,          LimitUnit::kNone,    kPlain},
     {kOldMammoHvl,    key::kMqsaHvl,           "",                          LimitUnit::kMmAl,    kPlain},
     {kOldMammoHvl,    key::kAcrHvl,            "",                          LimitUnit::kMmAl,    kPlain},
-    {kMammoAec,       key::kCvExposure,        text::kCvForExposure,        LimitUnit::kNone,    kPlain},
-    {kMammoAec,       key::kCvMasSettings,     text::kCvForMas,             LimitUnit::kNone,    kPlain},
+    {kMammoAec,       key::kCvExposure,        text::kCvForExposure,        LimitUnit::kNone,    kPlain, true},
+    {kMammoAec,       key::kCvMasSettings,     text::kCvForMas,             LimitUnit::kNone,    kPlain, true},
     {kMammoAec,       key::kGlandularDose,     text::kGlandularDose,        LimitUnit::kDose,    kPlain, true},
     {kMammoRadiation, key::kOutputRate,        text::kExposureRate,         LimitUnit::kOutput,  kPlain, true},
     {kMammoRadiation, key::kAirKermaRate,      text::kAirKermaRate,         LimitUnit::kAirKerma, kPlain, true},
@@ -140,13 +139,10 @@ std::shared_ptr<ILimitData> CLimitData::Clone() const {
 void CLimitData::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* /*log*/) {
     if (element->Name() != tag::kExpectedResult)
         RaiseHostError(kErrorBadLimits, kClassName, 4, {"found \"" + std::string(element->Name()) + "\""});
-    mStandards = Services().createStandards();
-    try {
-        mStandards->Load(element);
-    } catch (const std::exception&) {
-        mStandards.reset();
-        throw;
-    }
+    mStandards.reset();
+    const auto standards = Services().createStandards();
+    standards->Load(element);
+    mStandards = standards;
 }
 
 std::shared_ptr<IXmlElement> CLimitData::Save(const std::shared_ptr<IXmlDocument>& owner) {
@@ -157,10 +153,10 @@ std::shared_ptr<IXmlElement> CLimitData::Save(const std::shared_ptr<IXmlDocument
 }
 
 void CLimitData::PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) {
-    if (!mStandards || mStandards->Count() == 0) return;
     auto& shown = State().SelectedStandardsForReport;
+    // The limits of the element before must not stand beside the results of this one.
     shown.clear();
-    for (int32_t i = 0; i < mStandards->Count(); ++i) {
+    for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i) {
         const auto standard = mStandards->Item(i);
         shown.push_back(mStandards->FindExpectedResult(0, standard->Name(), standard->Version()));
     }
@@ -171,7 +167,7 @@ std::vector<std::shared_ptr<IStandard>> CLimitData::FindFailedStandards(
     if (!mStandards || measurement == nullptr || selected == nullptr || mStandards->Count() == 0) return {};
     const std::string measurementKey = measurement->Key();
     const std::string limitKey = LimitKeyOf(measurementKey);
-    const auto value = static_cast<float>(NumberOf(measurement->value()));
+    const float value = ToSingle(NumberOf(measurement->value()));
     const TaggedValue preset = measurement->PresetValue();
     const JudgedAs judgedAs = IsVariationRow(measurementKey) ? JudgedAs::kVariation : JudgedAs::kValue;
     std::vector<std::shared_ptr<IStandard>> failed;
@@ -197,10 +193,9 @@ std::string CLimitData::ExposureRateUnit() const {
     const auto config = OwnerConfiguration();
     const int32_t unit = config ? config->pMeasurementExposure : kUnitR;
     const int32_t base = config ? config->pMeasurementExposureRateUnit : 1;
-    std::string words = Translate(unit == kUnitR ? text::kExposureUnitR : text::kUnitMilligray) + "/";
-    if (base >= 1 && base <= static_cast<int32_t>(std::size(kBases)))
-        words += Translate(kBases[static_cast<std::size_t>(base) - 1]);
-    return words;
+    const bool known = base >= 1 && base <= static_cast<int32_t>(std::size(kBases));
+    return Translate(unit == kUnitR ? text::kExposureUnitR : text::kUnitMilligray) + "/" +
+           Translate(known ? kBases[static_cast<std::size_t>(base) - 1] : kBases[0]);
 }
 
 std::string CLimitData::UnitOf(const LimitRow& row) const {
@@ -303,7 +298,7 @@ std::shared_ptr<IDialog> CLimitData::CreateDialog() {
     const auto control = wrapper->CreateSetupCtrl(kLimitEditor);
     const auto view = std::dynamic_pointer_cast<ILimitView>(control);
     if (!view) return nullptr;
-    wrapper->Initialize(shared_from_this());
+    wrapper->Initialize(std::shared_ptr<ILimitData>(shared_from_this()));
     mView = view;
     RefreshDialog();
     return wrapper;

@@ -60,9 +60,13 @@ std::string CMeasurement::Description() const {
     return Translate(mDescription);
 }
 
-bool CMeasurement::HasValidReading() const {
+const std::optional<double>& CMeasurement::Reading() const {
+    if (mReadingKnown) return mReading;
     const auto* reading = std::get_if<std::string>(&mValue);
-    return reading == nullptr || IsValidReading(*reading);
+    mReading.reset();
+    if (reading == nullptr || IsValidReading(*reading)) mReading = NumberOf(mValue);
+    mReadingKnown = true;
+    return mReading;
 }
 
 void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandards* selected) {
@@ -151,8 +155,9 @@ std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
     const std::string plain = TextOf(shown);
     if (plain.empty()) return {};
     if (mValueType == kTruthValue && mKey.starts_with("::")) return {};
-    if (IsTypedText(mKey) || !IsValidReading(plain)) return plain;
-    if (!Trimmed(mValueFormat).empty()) return FormatPicture(ReadNumber(plain), mValueFormat);
+    const std::string_view picture = Trimmed(mValueFormat);
+    if (IsTypedText(mKey) || IsWritten(plain, picture) || !IsValidReading(plain)) return plain;
+    if (!picture.empty()) return FormatPicture(ReadNumber(plain), picture);
     if (plain.find('*') != std::string::npos) return PlainText(ReadNumber(plain)) + "*";
     if (IsVerdict(plain)) return plain;
     return PlainText(ReadNumber(plain));
@@ -210,6 +215,7 @@ void CMeasurement::Load(const std::shared_ptr<IXmlElement>& element, IProgressLo
         if (name == tag::kDescription) {
             mDescription = child->Text();
         } else if (name == tag::kValue) {
+            mReadingKnown = false;
             Services().codec->ReadValue(*child, mValue, mValueType);
             if (IsMaxExposureRate(mKey) || IsStatistic(mKey)) mValueType = kJudgedNumber;
             auto* plain = std::get_if<std::string>(&mValue);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -64,13 +65,19 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     const TaggedValue& RawPresetValue() const { return mPresetValue; }
     void PresetValue(TaggedValue preset) { mPresetValue = std::move(preset); }
     const TaggedValue& RawValue() const { return mValue; }
-    void Value(TaggedValue newValue) { mValue = std::move(newValue); }
+    void Value(TaggedValue newValue) {
+        mValue = std::move(newValue);
+        mReadingKnown = false;
+    }
     void Status(int32_t status) { mStatus = status; }
 
     /// The value as text, without the picture.
     std::string ValueText() const { return TextOf(mValue); }
+    /// The value as a number; empty for the over-range and under-range marks. Read once and kept: with each
+    /// exposure the statistics of a test read all of its cells.
+    const std::optional<double>& Reading() const;
     /// False for the over-range and under-range marks.
-    bool HasValidReading() const;
+    bool HasValidReading() const { return Reading().has_value(); }
 
     /// Judges the value against the selected standards: 1, or 2 when any of them fails it. Nothing else.
     void UpdateStatus(const ILimitData* limits, const ISelectedStandards* selected);
@@ -100,10 +107,12 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     TaggedValue StoredValue(int32_t type) const;
 
     std::string mKey;
-    std::string mDescription;
+    mutable std::optional<double> mReading;  ///< of `mValue`, once it is known
+    mutable bool mReadingKnown = false;
+    TaggedValue mValue;
     int32_t mValueType = kPlainValue;
     int32_t mStatus = 0;
-    TaggedValue mValue;
+    std::string mDescription;
     TaggedValue mPresetValue;
     std::string mUnit;
     int32_t mStatusExtra = 0;

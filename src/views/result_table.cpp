@@ -18,25 +18,6 @@ std::string ExposureCaption(std::size_t index) {
     return Translate(text::kExposureNumber) + PlainText(static_cast<int32_t>(index + 1));
 }
 
-/// True for a text that a number form would leave as it is: nothing to read and to write again then, which
-/// is so for nearly all readings.
-bool IsWritten(std::string_view value, std::size_t least, std::size_t most) {
-    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
-    std::string_view rest = value.starts_with('-') ? value.substr(1) : value;
-    if (rest.size() < value.size() && rest.find_first_not_of("0.") == std::string_view::npos) return false;
-    constexpr std::size_t kExactDigits = 15;
-    if (rest.size() > kExactDigits) return false;
-    std::size_t whole = 0;
-    while (whole < rest.size() && digit(rest[whole])) ++whole;
-    if (whole == 0 || (whole > 1 && rest[0] == '0')) return false;
-    if (whole == rest.size()) return least == 0;
-    if (rest[whole] != '.') return false;
-    const std::string_view decimals = rest.substr(whole + 1);
-    if (decimals.empty() || decimals.size() < least || decimals.size() > most) return false;
-    if (!std::all_of(decimals.begin(), decimals.end(), digit)) return false;
-    return decimals.back() != '0' || decimals.size() == least;
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------------------------- columns and rows
@@ -287,9 +268,8 @@ void ResultTable::ShowValue(const std::string& value, const Source& source, std:
         shown = WithPoint(value);
         return;
     }
-    const bool picture = HasZrd(mDetectorKind);
-    constexpr std::size_t kAllDecimals = 15;
-    if (IsWritten(value, picture ? 1 : 0, picture ? 2 : kAllDecimals)) {
+    const std::string_view picture = HasZrd(mDetectorKind) ? kTwoDecimals : std::string_view();
+    if (IsWritten(value, picture)) {
         shown = value;
     } else if (!IsValidReading(value)) {
         shown = value;
@@ -297,7 +277,8 @@ void ResultTable::ShowValue(const std::string& value, const Source& source, std:
     } else if (const std::size_t star = value.find('*'); star != std::string::npos) {
         shown = PlainText(ReadNumber(std::string_view(value).substr(0, star))) + "*";
     } else {
-        shown = picture ? FormatPicture(ReadNumber(value), kTwoDecimals) : PlainText(ReadNumber(value));
+        const double number = ReadNumber(value);
+        shown = picture.empty() ? PlainText(number) : FormatPicture(number, picture);
     }
     if (!source.unit.empty()) {
         shown += ' ';

@@ -21,8 +21,7 @@ std::string CWaveform::JoinedSamples() const {
 void CWaveform::TakeSamples(std::string_view data) {
     mValues.clear();
     if (!data.empty())
-        ForEachPart(data, ',',
-                    [&](std::string_view part) { mValues.push_back(static_cast<float>(ReadNumber(part))); });
+        ForEachPart(data, ',', [&](std::string_view part) { mValues.push_back(ToSingle(ReadNumber(part))); });
     mValueCount = static_cast<int32_t>(mValues.size());
 }
 
@@ -37,11 +36,15 @@ void CWaveform::Initialize(std::string_view data) {
 
 void CWaveform::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
     if (log != nullptr) log->Position(element->Name(), "");
-    mIncludeInReport = element->ReadValue(tag::kPrintWaveform, kStoredFalse) == kStoredTrue;
-    if (const auto interval = element->FindChild(tag::kWaveformResolution); !interval.empty())
-        mResolution = static_cast<float>(ReadNumber(interval.front()->Text()));
     const std::string_view samples = element->Text();
-    if (samples.find(',') == std::string_view::npos) return;  // a lone sample is no waveform
+    const bool several = samples.find(',') != std::string_view::npos;
+    if (!several && !samples.empty()) return;  // a lone sample is no waveform
+    // What a waveform without samples says of itself is kept, so that files keep their bytes.
+    if (const auto print = element->FindChild(tag::kPrintWaveform); !print.empty())
+        mIncludeInReport = print.front()->Text() == kStoredTrue;
+    if (const auto interval = element->FindChild(tag::kWaveformResolution); !interval.empty())
+        mResolution = ToSingle(ReadNumber(interval.front()->Text()));
+    if (!several) return;
     TakeSamples(samples);
     if (log != nullptr) log->Advance(1);
 }

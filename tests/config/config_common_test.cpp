@@ -1,0 +1,349 @@
+#include "config/config_common.h"
+
+#include "config/config_fixture.h"
+
+namespace vorex {
+namespace {
+
+class ConfigCommon : public test::ConfigTest {};
+using Texts = TextArray;
+
+TEST_F(ConfigCommon, ANewObjectHasTheValuesOfItsConstruction) {
+    texts->words["22357::Mo"] = "Molybdän";
+    texts->words["23123::5 cm"] = "50 mm";
+    const CConfigCommon config;
+    EXPECT_EQ(config.pTestID, 0);
+    EXPECT_EQ(config.DetectorName, 1);
+    EXPECT_EQ(config.DetectorOption, 0);
+    EXPECT_EQ(config.pNoOfExposures, 2);
+    for (const std::string* material :
+         {&config.pMachineAnode, &config.pMachineFilter, &config.pTargetMaterial, &config.pFilter})
+        EXPECT_EQ(*material, "Molybdän");
+    EXPECT_EQ(config.phantomThickness, Texts(2, "50 mm"));
+    EXPECT_EQ(config.mode, Texts(2, "Normal"));
+    EXPECT_EQ(config.focalSpot, Texts(2));
+    EXPECT_EQ(config.machineKv, Texts(2, "80"));
+    EXPECT_EQ(config.pBreastThickness, "4.2");
+    EXPECT_EQ(config.pGlandularFraction, "0.5");
+    EXPECT_EQ(config.PressureValue, 610.0F);
+    EXPECT_EQ(config.pMeasurementExposure, 0) << "the site defaults are not taken yet";
+    EXPECT_TRUE(config.TestGuideConfig());
+    EXPECT_TRUE(config.HasDialog());
+    Install(',');
+    EXPECT_EQ(CConfigCommon().pBreastThickness, "4,2");
+    EXPECT_EQ(CConfigCommon().pGlandularFraction, "0,5");
+    InstallServices({});
+    const auto bare = std::make_shared<CConfigCommon>();
+    EXPECT_FALSE(bare->TestGuideConfig()) << "the host makes none";
+    EXPECT_TRUE(bare->Clone());
+}
+
+TEST_F(ConfigCommon, AColumnNumberMeansAnArrayOfTheTest) {
+    struct Row {
+        int32_t testId;
+        int32_t setup;
+        Texts columns;  ///< of columns 1 to 7; "0" where the test has none
+    };
+    const Row kRows[] = {{100, 1, {"flag", "0", "0", "0", "0", "0", "0"}},
+                         {200, 1, {"flag", "spot", "criterion", "kV", "mAs", "ms", "0"}},
+                         {200, 2, {"flag", "spot", "criterion", "kV", "mA", "ms", "0"}},
+                         {300, 1, {"flag", "adjacent", "spot", "mAs", "0", "0", "0"}},
+                         {300, 2, {"flag", "adjacent", "spot", "mA", "0", "0", "0"}},
+                         {500, 1, {"flag", "kV", "mA", "0", "0", "0", "0"}},
+                         {700, 2, {"flag", "kV", "mA", "thickness", "mode", "0", "0"}},
+                         {900, 1, {"flag", "0", "0", "0", "0", "0", "0"}},
+                         {1100, 2, {"flag", "mAs", "0", "0", "0", "0", "0"}},
+                         {1200, 2, {"flag", "sid", "mAs", "0", "0", "0", "0"}}};
+    for (const Row& row : kRows) {
+        CConfigCommon config;
+        config.pTestID = row.testId;
+        config.pGeneratorSetup = row.setup;
+        config.importFlags[1] = "flag";
+        config.focalSpot[1] = "spot";
+        config.passFailCriterion[1] = "criterion";
+        config.machineKv[1] = "kV";
+        config.machineMa[1] = "mA";
+        config.machineMas[1] = "mAs";
+        config.machineTime[1] = "ms";
+        config.machineAdjacent[1] = "adjacent";
+        config.phantomThickness[1] = "thickness";
+        config.mode[1] = "mode";
+        config.sid[1] = "sid";
+        for (uint8_t column = 1; column <= 7; ++column) {
+            const std::string& expected = row.columns[column - 1U];
+            EXPECT_EQ(config.GetValue(1, column), expected) << row.testId << " column " << int{column};
+            Texts whole;
+            config.GetArrayData(column, whole);
+            ASSERT_EQ(whole.size(), 2U);
+            EXPECT_EQ(whole[1], expected == "0" ? "" : expected) << row.testId << " column " << int{column};
+        }
+    }
+}
+
+TEST_F(ConfigCommon, BeyondTheTableTheFirstChoiceOrZeroIsRead) {
+    for (int32_t testId : kMeasuringTests) {
+        const auto config = New(testId);
+        for (uint8_t column = 1; column <= 6; ++column) {
+            const bool choice =
+                (testId == 200 && (column == 2 || column == 3)) || (testId == 300 && column == 3);
+            EXPECT_EQ(config->GetValue(config->pNoOfExposures, column), choice ? "1" : "0")
+                << testId << " column " << int{column};
+        }
+    }
+}
+
+TEST_F(ConfigCommon, OnlyTheFlagIsSetForOtherDetectorsThanTheFirst) {
+    const auto config = New(500);
+    for (int32_t kind = 2; kind <= 5; ++kind) {
+        config->DetectorName = kind;
+        config->SetValue(0, 2, "99");
+        config->SetValue(0, 1, std::to_string(kind));
+        EXPECT_EQ(config->GetValue(0, 2), "80") << kind;
+        EXPECT_EQ(config->GetValue(0, 1), std::to_string(kind));
+    }
+    config->DetectorName = kZrd;
+    config->SetValue(0, 2, "99");
+    config->SetValue(1, 2, "beyond");
+    EXPECT_EQ(config->machineKv, Texts{"99"});
+}
+
+TEST_F(ConfigCommon, AnArrayShorterThanTheTableReadsEmptyAndGrowsWhenSet) {
+    const auto config = New(500);
+    config->pNoOfExposures = 4;
+    EXPECT_EQ(config->GetValue(3, 2), "");
+    Texts column;
+    config->GetArrayData(2, column);
+    EXPECT_EQ(column, (Texts{"80", "", "", ""}));
+    config->SetValue(2, 2, "70");
+    EXPECT_EQ(config->machineKv, (Texts{"80", "", "70"}));
+}
+
+TEST_F(ConfigCommon, AnEmptyTableIsNeitherReadNorStored) {
+    const auto config = New(500);
+    config->pNoOfExposures = 0;
+    Texts column = {"as it was"};
+    config->GetArrayData(2, column);
+    EXPECT_EQ(column, Texts{"as it was"});
+    config->SetArrayData(2, {"1"});
+    config->ReDimArrayData(1, {"1"});
+    EXPECT_EQ(config->machineKv, Texts{"80"});
+    EXPECT_EQ(config->machineMa, Texts{"10"});
+    EXPECT_EQ(config->importFlags, Texts(2, "0"));
+}
+
+TEST_F(ConfigCommon, StoringAColumnEmptiesTheFlagsUnlessItIsTheirs) {
+    const auto config = New(700);
+    config->pNoOfExposures = 3;
+    config->SetArrayData(1, {"1", "0", "1"});
+    EXPECT_EQ(config->importFlags, (Texts{"1", "0", "1"}));
+    config->SetArrayData(4, {"1 cm", "2 cm", "3 cm"});
+    EXPECT_EQ(config->phantomThickness, (Texts{"1 cm", "2 cm", "3 cm"}));
+    EXPECT_EQ(config->importFlags, Texts(3));
+    config->SetArrayData(2, {"70"});
+    EXPECT_EQ(config->machineKv, (Texts{"70", "", ""})) << "a short input fills what it has";
+}
+
+TEST_F(ConfigCommon, TheMasColumnIsStoredWhereTheGeneratorSetupSays) {
+    const auto config = New(300);
+    config->SetArrayData(4, {"5", "6"});
+    config->pGeneratorSetup = kSetupMaTime;
+    config->SetArrayData(4, {"50", "60"});
+    EXPECT_EQ(config->machineMas, (Texts{"5", "6"}));
+    EXPECT_EQ(config->machineMa, (Texts{"50", "60"}));
+}
+
+TEST_F(ConfigCommon, ThreeColumnsCanBeResizedThatAreNotOnTheScreen) {
+    const auto config = New(200);
+    config->pNoOfExposures = 3;
+    config->ReDimArrayData(1, {"1", "2", "3"});
+    config->ReDimArrayData(2, {"4", "5", "6"});
+    config->ReDimArrayData(3, {"7", "8", "9"});
+    config->ReDimArrayData(0, {"x", "x", "x"});
+    config->ReDimArrayData(4, {"x", "x", "x"});
+    EXPECT_EQ(config->machineMa, (Texts{"1", "2", "3"}));
+    EXPECT_EQ(config->machineMas, (Texts{"4", "5", "6"}));
+    EXPECT_EQ(config->machineTime, (Texts{"7", "8", "9"}));
+    EXPECT_EQ(config->machineKv, Texts{"80"});
+}
+
+TEST_F(ConfigCommon, TheVariationOfTheSetMasIsARatioInTwoDecimals) {
+    struct Row {
+        Texts mas;
+        uint8_t exposures;
+        const char* variation;
+    };
+    const Row kRows[] = {{{"10", "10"}, 2, "0.0"},
+                         {{"10", "12"}, 2, "0.13"},           // 1.41421 / 11
+                         {{"9,5", "10", "10.5"}, 3, "0.05"},  // 0.5 / 10
+                         {{"10"}, 1, ""},
+                         {{"10", "OL"}, 2, ""},
+                         {{"ul", "10"}, 2, ""},
+                         {{"0", "0"}, 2, ""},
+                         {{"-1", "0.5"}, 2, ""}};
+    for (const Row& row : kRows) {
+        CConfigCommon config;
+        config.machineMas = row.mas;
+        config.pNoOfExposures = row.exposures;
+        EXPECT_EQ(config.GetmASCV(), row.variation) << row.mas.front();
+    }
+}
+
+TEST_F(ConfigCommon, AddedAndDeletedLimitsAreAnnouncedByTheirNumbers) {
+    CConfigCommon config;
+    std::string seen;
+    config.LimitAdded.Connect([&](int32_t item) { seen += "+" + std::to_string(item); });
+    config.LimitDeleted.Connect([&](int32_t item) { seen += "-" + std::to_string(item); });
+    config.SetAddLimitStatus(255);
+    config.SetDeleteLimitStatus(1);
+    EXPECT_EQ(seen, "+255-1");
+}
+
+// ---------------------------------------------------------------------------------------------- cloning
+
+TEST_F(ConfigCommon, TheFirstCloneTakesTheSiteDefaultsIntoItsSource) {
+    settings->Set("DoseUnit", std::string("2"));
+    settings->Set("DoseRateUnit", std::string("4"));
+    settings->Set("FluoroType", std::string("2"));
+    settings->Set("TimeUnit", std::string("2"));
+    settings->Set("PercentKV", std::string("300"));
+    settings->Set("Delay", std::string("-3"));
+    settings->Set("IncludeDelay", std::string("1"));
+    settings->Set("SDDUnit", std::string("2"));
+    const auto source = New(500);
+    const auto clone = std::dynamic_pointer_cast<CConfigCommon>(source->Clone());
+    for (const auto& config : {source, clone}) {
+        EXPECT_EQ(config->pMeasurementExposure, 2);
+        EXPECT_EQ(config->pMeasurementExposureRateUnit, 4);
+        EXPECT_EQ(config->pMeasurementFluoroType, 2);
+        EXPECT_EQ(config->pMeasurementTimeUnit, 2);
+        EXPECT_EQ(config->pMeasurementPercentKV, 255) << "no more than the field holds";
+        EXPECT_EQ(config->pMeasurementDelay, -3);
+        EXPECT_TRUE(config->pMeasurementIncludeDelay);
+        EXPECT_EQ(config->pSDDUnit, 2);
+    }
+    EXPECT_FALSE(source->pReadFromRegStatus);
+    EXPECT_TRUE(clone->pReadFromRegStatus);
+}
+
+TEST_F(ConfigCommon, WhatTheStoreDoesNotHoldBecomesTheFirstChoiceOrStays) {
+    for (const char* unusable : {"", "0", "9", "-1", "word"}) {
+        for (const char* name : {"DoseUnit", "DoseRateUnit", "FluoroType", "TimeUnit"})
+            settings->Set(name, std::string(unusable));
+        const auto source = New(500);
+        source->pMeasurementExposure = source->pMeasurementExposureRateUnit = 2;
+        source->pMeasurementPercentKV = 50;
+        source->pMeasurementDelay = 7;
+        source->pMeasurementIncludeDelay = true;
+        source->pSDDUnit = kCentimeter;
+        source->Clone();
+        EXPECT_EQ(source->pMeasurementExposure, 1) << unusable;
+        EXPECT_EQ(source->pMeasurementExposureRateUnit, 1) << unusable;
+        EXPECT_EQ(source->pMeasurementFluoroType, 1) << unusable;
+        EXPECT_EQ(source->pMeasurementTimeUnit, 1) << unusable;
+        EXPECT_EQ(source->pMeasurementPercentKV, 50);
+        EXPECT_EQ(source->pMeasurementDelay, 7);
+        EXPECT_TRUE(source->pMeasurementIncludeDelay);
+        EXPECT_EQ(source->pSDDUnit, kCentimeter);
+    }
+}
+
+TEST_F(ConfigCommon, AChainOfClonesAlternates) {
+    const auto first = New(500);
+    const auto second = std::dynamic_pointer_cast<CConfigCommon>(first->Clone());
+    settings->Set("DoseUnit", std::string("2"));
+    second->pMeasurementFluoroType = second->pMeasurementTimeUnit = 2;
+    const auto third = std::dynamic_pointer_cast<CConfigCommon>(second->Clone());
+    EXPECT_EQ(second->pMeasurementFluoroType, 1) << "automatic settings are continuous";
+    EXPECT_EQ(second->pMeasurementTimeUnit, 1);
+    EXPECT_EQ(third->pMeasurementExposure, 1) << "a clone of a flagged object asks the store no more";
+    EXPECT_FALSE(third->pReadFromRegStatus);
+    third->Clone();
+    EXPECT_EQ(third->pMeasurementExposure, 2);
+
+    second->pReadFromRegStatus = true;
+    second->pMeasurementSettings = 2;
+    second->pMeasurementFluoroType = second->pMeasurementTimeUnit = 2;
+    second->Clone();
+    EXPECT_EQ(second->pMeasurementFluoroType, 2) << "manual settings stay";
+    EXPECT_EQ(second->pMeasurementTimeUnit, 2);
+}
+
+TEST_F(ConfigCommon, ACloneHasItsOwnCopyOfEverythingButTheManualChoice) {
+    const auto source = New(200);
+    source->pNoOfExposures = 2;
+    source->importFlags = {"1", "0"};
+    source->machineMa = {"55", "66"};
+    source->machineMas = {"5", "6"};
+    source->pTargetFilterName = "Mo/Rh";
+    source->PrintTheComment = "comment";
+    source->TestGuideMASInput = "Clamp";
+    source->ManualSelectedInTestGuide = true;
+    source->DetectorOption = 5;
+    source->InternalPressureOffset = -2.5F;
+    source->TestGuideConfig()->Buttons(kNaButtonBit);
+    const auto clone = std::dynamic_pointer_cast<CConfigCommon>(source->Clone());
+    EXPECT_EQ(clone->importFlags, (Texts{"1", "0"}));
+    EXPECT_EQ(clone->machineMa, (Texts{"55", "66"})) << "though the setup shows mAs";
+    EXPECT_EQ(clone->machineMas, (Texts{"5", "6"}));
+    EXPECT_EQ(clone->pTestID, 200);
+    EXPECT_EQ(clone->pTargetFilterName, "Mo/Rh");
+    EXPECT_EQ(clone->PrintTheComment, "comment");
+    EXPECT_EQ(clone->TestGuideMASInput, "Clamp");
+    EXPECT_EQ(clone->DetectorOption, 5);
+    EXPECT_EQ(clone->InternalPressureOffset, -2.5F);
+    EXPECT_FALSE(clone->ManualSelectedInTestGuide);
+    EXPECT_EQ(clone->TestGuideConfig()->Buttons(), kNaButtonBit);
+    clone->TestGuideConfig()->Buttons(kSkipButtonBit);
+    clone->machineMa[0] = "77";
+    EXPECT_EQ(source->TestGuideConfig()->Buttons(), kNaButtonBit);
+    EXPECT_EQ(source->machineMa[0], "55");
+}
+
+// ----------------------------------------------------------------------------------------------- dialog
+
+/// A setup control that keeps what it was given.
+class FakeSetup : public ICustomControl, public LibraryObject {
+  public:
+    static inline ControlArgument given;
+    static inline std::string made;
+
+    std::shared_ptr<IControlCallback> CallBack() const override { return nullptr; }
+    void CallBack(std::shared_ptr<IControlCallback>) override {}
+    WindowHandle hWnd() const override { return 0; }
+    bool Visible() const override { return false; }
+    void Visible(bool) override {}
+    bool Locked() const override { return false; }
+    void Locked(bool) override {}
+    void Initialize(ControlArgument argument) override { given = std::move(argument); }
+    void Refresh() override {}
+    void SetFocus() override {}
+};
+
+template <int32_t id>
+std::shared_ptr<LibraryObject> MakeSetup() {
+    FakeSetup::made += std::to_string(id) + " ";
+    return std::make_shared<FakeSetup>();
+}
+
+TEST_F(ConfigCommon, TheDialogHostsTheSetupControlOfTheTest) {
+    static constexpr ClassEntry kControls[] = {
+        {"XRadioReproConfig", MakeSetup<100>},     {"XRadioAccuracyConfig", MakeSetup<200>},
+        {"XRadioLinearityConfig", MakeSetup<300>}, {"XFluoroAccuracyConfig", MakeSetup<500>},
+        {"XFluoroExposureConfig", MakeSetup<700>}, {"XMammoAccReproConfig", MakeSetup<900>},
+        {"XMammoAECConfig", MakeSetup<1100>},      {"XMammoRadiationConfig", MakeSetup<1200>}};
+    InstallClasses(kControls);
+    FakeSetup::made.clear();
+    for (int32_t testId : kMeasuringTests) {
+        const auto config = New(testId);
+        EXPECT_TRUE(config->CreateDialog()) << testId;
+        EXPECT_EQ(FakeSetup::given, config) << testId;
+    }
+    EXPECT_EQ(FakeSetup::made, "100 200 300 500 700 900 1100 1200 ");
+    EXPECT_FALSE(New(400)->CreateDialog());
+    InstallClasses({});
+    EXPECT_FALSE(New(100)->CreateDialog()) << "no control of the class exists";
+    FakeSetup::given.reset();
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,332 @@
+#include "config/config_fixture.h"
+#include "foundation/host_error.h"
+
+namespace vorex {
+namespace {
+
+class ConfigPersistence : public test::ConfigTest {
+  protected:
+    std::string Save(CConfigCommon& config) { return test::Listed(*config.Save(document)); }
+
+    static std::shared_ptr<CConfigCommon> Loaded(int32_t testId, const std::string& keys) {
+        auto config = New(testId);
+        config->Load(test::XmlText("<PlugInData PlugIn=\"ZRD47500\">" + keys + "</PlugInData>").Root(),
+                     nullptr);
+        return config;
+    }
+};
+
+const std::string kMeasurement =
+    "MeasurementMode=1;MeasurementSettings=1;MeasurementExposure=1;MeasurementExposureRateUnit=1;"
+    "MeasurementFluoroType=1;MeasurementTimeUnit=1;MeasurementPercentKV=0;MeasurementDelay=0;"
+    "MeasurementIncludeDelay=0;";
+const std::string kFluoroMeasurement = "MeasurementMode=2" + kMeasurement.substr(17);
+const std::string kMammoMeasurement = "MeasurementMode=3" + kMeasurement.substr(17);
+const std::string kRest =
+    "NameOfTargetFilter=;PKADCF=True;PKUserSetTemp=False;PKTemperature=22;PKUserSetPres=False;PKPressure=610;"
+    "PKRefTemp=20;PKMode=0;PKAutoReset=False;PKDoseUnit=0;PKDoseRateUnit=0;PKFrameRate=10;PKTempUnit=0;"
+    "PKPresUnit=1;PKOffsetTemp=1.2;PKOffsetPres=1.2;PKIonChamName=;PKIonCalFactor=;PKIonCalConst=;"
+    "MASInput=True;MASInOver=True;MASOption=False;TestguidemAsInput=;OverridePrint=True;DetectorOption=0;"
+    "TestGuideSettings=";
+
+TEST_F(ConfigPersistence, ANewTestIsWrittenKeyByKeyInThisOrder) {
+    struct Block {
+        int32_t testId;
+        std::string table;
+        std::string measurement;
+        std::string settings;
+    };
+    // clang-format off
+    const Block kBlocks[] = {
+        {100, "2;NumberOfExposures0=0;NumberOfExposures1=0;", kMeasurement,
+         "GeneratorSetup=1;MachineKV=80;MachinemA=200;MachinemAs=10;MachineTime=100;SDDUnit=2;SDDValue=26;"
+         "FocalSpotSize=1;"},
+        {200, "1;NumberOfExposures0=0;MachineKV0=80;MachinemA0=100;MachinemAs0=10;MachineTime0=100;"
+              "FocalSpotSize0=1;PassFailRadioAccuracyKVP0=1;",
+         kMeasurement, "GeneratorSetup=1;SDDUnit=2;SDDValue=26;"},
+        {300, "2;NumberOfExposures0=0;MachinemA0=100;MachinemAs0=10;MachineAdjacent0=0;FocalSpot0=1;"
+              "NumberOfExposures1=0;MachinemA1=100;MachinemAs1=10;MachineAdjacent1=0;FocalSpot1=1;",
+         kMeasurement, "MachineKV=80;MachineTime=100;GeneratorSetup=1;SDDUnit=2;SDDValue=26;"},
+        {500, "1;NumberOfExposures0=0;MachineKV0=80;MachinemA0=10;",
+         kFluoroMeasurement, "SDDUnit=2;SDDValue=26;FocalSpotSize=1;"},
+        {700, "1;NumberOfExposures0=0;MachineKV0=80;MachinemA0=10;PhantomThickness0=5 cm;Mode0=Normal;",
+         kFluoroMeasurement, "SDDUnit=2;SDDValue=26;FocalSpotSize=1;"},
+        {900, "4;NumberOfExposures0=0;NumberOfExposures1=0;NumberOfExposures2=0;NumberOfExposures3=0;",
+         kMammoMeasurement, "MachineKV=25;MachinemA=100;MachinemAs=10;MachineTime=100;FocalSpotSize=1;"},
+        {1100, "2;NumberOfExposures0=0;MachinemAs0=10;NumberOfExposures1=0;MachinemAs1=10;", kMammoMeasurement,
+         "NominalKV=25;AECMode=;CassetteSize=0;ImagingMode=;ScreenType=;FilmType=;Filter=Mo;TargetMaterial=Mo;"
+         "FieldRestriction=;SouceToBuckyDistance=0;SourceToDetectorDistance=26;SID=0;DensityControlSettings=0;"
+         "CorrectionFactor=1;GlandularFraction=0.5;MeasuredHVL=0;Phantom=;BreastThickness=4.2;"},
+        {1200, "2;NumberOfExposures0=0;MachinemAs0=10;SID0=10;NumberOfExposures1=0;MachinemAs1=10;SID1=10;",
+         kMammoMeasurement, "MachineKV=28;Anode=Mo;MachineTime=100;Filter=Mo;SDD=26;"},
+    };
+    // clang-format on
+    for (const Block& block : kBlocks)
+        EXPECT_EQ(Save(*New(block.testId)), "DetectorName=1;NumberOfExposures=" + block.table +
+                                                block.measurement + block.settings + kRest)
+            << block.testId;
+    const auto element = New(100)->Save(document);
+    EXPECT_EQ(element->Name(), "PlugInData");
+    EXPECT_EQ(element->GetAttribute("PlugIn"), "ZRD47500");
+}
+
+TEST_F(ConfigPersistence, EverySettingComesBackFromTheFile) {
+    for (int32_t testId : kMeasuringTests) {
+        const auto config = New(testId);
+        config->pNoOfExposures = 3;
+        for (uint8_t column = 1; column <= 6; ++column) config->SetArrayData(column, {"1", "2.5", "3"});
+        config->SetArrayData(1, {"1", "0", "1"});
+        config->mode = {"a", "b & <c>", "d"};
+        config->DetectorName = 4;
+        config->DetectorOption = 5;
+        config->pMeasurementSettings = 3;
+        config->pMeasurementExposure = 2;
+        config->pMeasurementExposureRateUnit = 4;
+        config->pMeasurementFluoroType = 2;
+        config->pMeasurementTimeUnit = 2;
+        config->pMeasurementPercentKV = 75;
+        config->pMeasurementDelay = -120;
+        config->pMeasurementIncludeDelay = true;
+        config->pSDDUnit = kCentimeter;
+        config->pSDDValue = 66.04F;
+        config->pFocalSpotSize = kSmallSpot;
+        config->pGeneratorSetup = kSetupMaTime;
+        config->pMachineKV = 27.5F;
+        config->pNominalKV = "28.5";
+        config->pFileldRestriction = "18 x 24";
+        config->pMachineAnode = "Rh";
+        config->pTargetFilterName = "Mo/Rh";
+        config->AirDensityCorrection = config->MASInput = config->MASInputOverride = false;
+        config->UserSetTemperature = config->AutoReset = config->MASOption = true;
+        config->PKDoseRateUnit = 3;
+        config->InternalPressureOffset = -2.5F;
+        config->InternalTemperatureOffset = 3.25F;
+        config->CalFactor = "factor";
+        config->CalConstant = "constant";
+        config->TestGuideMASInput = "Clamp";
+        config->OverridePrintReport = false;
+        config->TestGuideConfig()->Buttons(kNaButtonBit);
+        const auto element = config->Save(document);
+        const auto loaded = New(testId);
+        loaded->Load(element, nullptr);
+        if (testId == kFluoroExposure)  // the thickness column is filled from the mA column
+            config->phantomThickness = config->machineMa;
+        EXPECT_EQ(Save(*loaded), Save(*config)) << testId;
+        EXPECT_EQ(loaded->importFlags, config->importFlags) << testId;
+        EXPECT_EQ(loaded->InternalPressureOffset, -2.5F);
+        EXPECT_EQ(loaded->InternalTemperatureOffset, 3.25F);
+        EXPECT_EQ(loaded->CalFactor, "factor");
+        EXPECT_EQ(loaded->CalConstant, "constant");
+        EXPECT_EQ(loaded->DetectorName, 4);
+        EXPECT_EQ(loaded->pMeasurementDelay, -120);
+        EXPECT_TRUE(loaded->pMeasurementIncludeDelay);
+        EXPECT_FALSE(loaded->AirDensityCorrection);
+        EXPECT_EQ(loaded->TestGuideConfig()->Buttons(), kNaButtonBit);
+        EXPECT_FALSE(loaded->pReadFromRegStatus);
+    }
+}
+
+TEST_F(ConfigPersistence, FourKeysOfTheDosimeterAreCrossed) {
+    const auto config = Loaded(100,
+                               "<PKOffsetTemp>5</PKOffsetTemp><PKOffsetPres>6</PKOffsetPres>"
+                               "<PKIonCalFactor>c</PKIonCalFactor><PKIonCalConst>f</PKIonCalConst>");
+    EXPECT_EQ(config->InternalPressureOffset, 5.0F);
+    EXPECT_EQ(config->InternalTemperatureOffset, 6.0F);
+    EXPECT_EQ(config->CalConstant, "c");
+    EXPECT_EQ(config->CalFactor, "f");
+}
+
+TEST_F(ConfigPersistence, CodesOfTheFileBecomeChoicesInMemory) {
+    struct Row {
+        const char* code;
+        int32_t mode, settings, base, sddUnit, focalSpot, setup;
+        bool delay;
+    };
+    constexpr Row kRows[] = {{"1", 1, 1, 1, 2, 1, 1, true},  {"2", 3, 2, 2, 1, 2, 2, false},
+                             {"3", 2, 3, 3, 2, 2, 1, false}, {"4", 4, 1, 4, 2, 2, 1, false},
+                             {"7", 1, 1, 1, 2, 2, 1, false}, {"0", 1, 1, 1, 2, 2, 1, false},
+                             {"", 1, 1, 1, 2, 2, 1, false},  {"word", 1, 1, 1, 2, 2, 1, false}};
+    for (const Row& row : kRows) {
+        std::string keys;
+        for (const char* name : {"MeasurementMode", "MeasurementSettings", "MeasurementExposureRateUnit",
+                                 "SDDUnit", "FocalSpotSize", "GeneratorSetup", "MeasurementIncludeDelay"})
+            keys += "<" + std::string(name) + ">" + row.code + "</" + name + ">";
+        const auto config = Loaded(100, keys);
+        EXPECT_EQ(config->pMeasurementMode, row.mode) << row.code;
+        EXPECT_EQ(config->pMeasurementSettings, row.settings) << row.code;
+        EXPECT_EQ(config->pMeasurementExposureRateUnit, row.base) << row.code;
+        EXPECT_EQ(config->pSDDUnit, row.sddUnit) << row.code;
+        EXPECT_EQ(config->pFocalSpotSize, row.focalSpot) << row.code;
+        EXPECT_EQ(config->pGeneratorSetup, row.setup) << row.code;
+        EXPECT_EQ(config->pMeasurementIncludeDelay, row.delay) << row.code;
+    }
+}
+
+TEST_F(ConfigPersistence, AnAbsentChoiceIsItsFirstAndAnAbsentValueStays) {
+    auto config = New(100);
+    config->pSDDUnit = kCentimeter;
+    config->pFocalSpotSize = kSmallSpot;
+    config->pGeneratorSetup = kSetupMaTime;
+    config->pMeasurementMode = kFluoro;
+    config->pMeasurementIncludeDelay = true;
+    config->pMachineKV = 70;
+    config->PKMode = 2;
+    config->AirDensityCorrection = false;
+    config->DetectorName = 3;
+    config->Load(test::XmlText("<PlugInData PlugIn=\"ZRD47500\"/>").Root(), nullptr);
+    EXPECT_EQ(config->pSDDUnit, kInch);
+    EXPECT_EQ(config->pFocalSpotSize, kLargeSpot);
+    EXPECT_EQ(config->pGeneratorSetup, kSetupMas);
+    EXPECT_EQ(config->pMeasurementMode, 1);
+    EXPECT_FALSE(config->pMeasurementIncludeDelay);
+    EXPECT_EQ(config->pMachineKV, 70.0F);
+    EXPECT_EQ(config->PKMode, 2);
+    EXPECT_FALSE(config->AirDensityCorrection);
+    EXPECT_EQ(config->DetectorName, 3);
+    EXPECT_EQ(config->pNoOfExposures, 0);
+    EXPECT_EQ(config->importFlags.size(), 2U) << "without a count the arrays keep their size";
+}
+
+TEST_F(ConfigPersistence, TruthIsSpelledTrueAndAnEmptyTextIsTheDefault) {
+    struct Row {
+        const char* key;
+        bool ConfigFields::*field;
+        bool emptyIs;
+    };
+    constexpr Row kRows[] = {{"PKADCF", &ConfigFields::AirDensityCorrection, true},
+                             {"PKUserSetTemp", &ConfigFields::UserSetTemperature, false},
+                             {"PKUserSetPres", &ConfigFields::UserSetPressure, false},
+                             {"PKAutoReset", &ConfigFields::AutoReset, false},
+                             {"MASInput", &ConfigFields::MASInput, true},
+                             {"MASInOver", &ConfigFields::MASInputOverride, true},
+                             {"MASOption", &ConfigFields::MASOption, false},
+                             {"OverridePrint", &ConfigFields::OverridePrintReport, true}};
+    for (const Row& row : kRows) {
+        const auto read = [&](const std::string& value) {
+            const std::string tag(row.key);
+            return (*Loaded(900, "<" + tag + ">" + value + "</" + tag + ">")).*row.field;
+        };
+        EXPECT_TRUE(read("True")) << row.key;
+        for (const char* other : {"False", "true", "1", "Yes"}) EXPECT_FALSE(read(other)) << row.key << other;
+        EXPECT_EQ(read(""), row.emptyIs) << row.key;
+    }
+}
+
+TEST_F(ConfigPersistence, NumbersStayWithinTheirFields) {
+    const auto config = Loaded(100,
+                               "<DetectorName>0</DetectorName><NumberOfExposures>300</NumberOfExposures>"
+                               "<MeasurementPercentKV>-5</MeasurementPercentKV>"
+                               "<MeasurementDelay>99999</MeasurementDelay><MachineKV>27,5 %</MachineKV>"
+                               "<MachinemA>word</MachinemA>");
+    EXPECT_EQ(config->DetectorName, kZrd) << "no detector is the first one";
+    EXPECT_EQ(config->pNoOfExposures, 255);
+    EXPECT_EQ(config->pMeasurementPercentKV, 0);
+    EXPECT_EQ(config->pMeasurementDelay, 32767);
+    EXPECT_EQ(config->pMachineKV, 27.5F);
+    EXPECT_EQ(config->pMachineMA, 0.0F);
+}
+
+TEST_F(ConfigPersistence, TheTableIsResizedWithoutItsContent) {
+    const auto config =
+        Loaded(500,
+               "<NumberOfExposures>3</NumberOfExposures><NumberOfExposures1>1</NumberOfExposures1>"
+               "<MachineKV1>70,50</MachineKV1><MachinemA2/>");
+    EXPECT_EQ(config->importFlags, (TextArray{"", "1", ""}));
+    EXPECT_EQ(config->machineKv, (TextArray{"", "70.5", ""}));
+    EXPECT_EQ(config->machineMa, (TextArray{"", "", "0"}));
+    for (TextArray ConfigFields::*array :
+         {&ConfigFields::machineTime, &ConfigFields::sid, &ConfigFields::mode})
+        EXPECT_EQ((*config).*array, TextArray(3));
+}
+
+TEST_F(ConfigPersistence, AFocalSpotIsReadAsItsLeadingNumberAndNoneStaysNone) {
+    const auto config = Loaded(200,
+                               "<NumberOfExposures>3</NumberOfExposures><FocalSpotSize0/>"
+                               "<FocalSpotSize1>2 small</FocalSpotSize1>");
+    EXPECT_EQ(config->focalSpot, (TextArray{"", "2", ""}));
+}
+
+TEST_F(ConfigPersistence, TheThicknessColumnIsFilledFromTheMaOfItsRow) {
+    const auto config =
+        Loaded(700,
+               "<NumberOfExposures>3</NumberOfExposures>"
+               "<MachinemA0>1,50</MachinemA0><PhantomThickness0>5 cm</PhantomThickness0><Mode0>High</Mode0>"
+               "<PhantomThickness1>7 cm</PhantomThickness1><MachinemA2>about 2</MachinemA2>");
+    EXPECT_EQ(config->machineMa, (TextArray{"1.5", "", "0"}));
+    EXPECT_EQ(config->phantomThickness, (TextArray{"1.50", "", "about 2"}));
+    EXPECT_EQ(config->mode, (TextArray{"High", "", ""}));
+}
+
+TEST_F(ConfigPersistence, OldFilesKeepTheirImportFlagsUnderAnotherKey) {
+    for (int32_t testId : kMeasuringTests) {
+        const auto config =
+            Loaded(testId,
+                   "<NumberOfExposures>2</NumberOfExposures><ImportWaveformStatus0>1</ImportWaveformStatus0>"
+                   "<NumberOfExposures1>0</NumberOfExposures1>"
+                   "<ImportWaveformStatus1>1</ImportWaveformStatus1>");
+        const bool old = testId == 200 || testId == 300 || testId == 500 || testId == 700;
+        EXPECT_EQ(config->importFlags, (TextArray{old ? "1" : "", "0"})) << testId;
+    }
+}
+
+TEST_F(ConfigPersistence, UnderADecimalCommaNumbersAreWrittenWithIt) {
+    Install(',');
+    const auto config = New(700);
+    config->pSDDValue = 66.5F;
+    config->machineMa = {"1.5"};
+    config->phantomThickness = {"5.5 cm"};
+    const std::string saved = Save(*config);
+    EXPECT_NE(saved.find("MachinemA0=1,5;PhantomThickness0=5,5 cm;"), std::string::npos) << saved;
+    EXPECT_NE(saved.find("SDDValue=66,5;"), std::string::npos) << saved;
+    EXPECT_NE(saved.find("PKOffsetTemp=1,2;"), std::string::npos) << saved;
+    const auto element = config->Save(document);
+    Install('.');
+    const auto loaded = New(700);
+    loaded->Load(element, nullptr);
+    EXPECT_EQ(loaded->pSDDValue, 66.5F) << "read under a point as well";
+    EXPECT_EQ(loaded->machineMa, TextArray{"1.5"});
+    EXPECT_EQ(loaded->phantomThickness, TextArray{"1.5"});
+}
+
+TEST_F(ConfigPersistence, ABlockOfAnotherPlugInIsRefused) {
+    for (const char* xml :
+         {"<PlugInData PlugIn=\"Other\"/>", "<PlugInData/>", "<Result PlugIn=\"ZRD47500\"/>"}) {
+        auto config = New(500);
+        try {
+            config->Load(test::XmlText(xml).Root(), nullptr);
+            FAIL() << xml;
+        } catch (const HostError& error) {
+            EXPECT_EQ(error.Code(), 0x8004A3C2U);
+            EXPECT_EQ(error.Source(), "VorexZRD47500Test.CConfigCommon");
+            EXPECT_EQ(error.Severity(), 4);
+        }
+        EXPECT_EQ(config->pNoOfExposures, 1) << "nothing is changed";
+    }
+}
+
+TEST_F(ConfigPersistence, ADocumentThatMakesNoElementIsAnError) {
+    try {
+        New(100)->Save(std::make_shared<test::FullDocument>());
+        FAIL() << "nothing was raised";
+    } catch (const HostError& error) {
+        EXPECT_EQ(error.Code(), 0x8004A3C3U);
+        EXPECT_EQ(error.Source(), "VorexZRD47500Test.CConfigCommon");
+        EXPECT_EQ(error.Severity(), 3);
+    }
+}
+
+TEST_F(ConfigPersistence, ArraysShorterThanTheTableAreWrittenEmpty) {
+    const auto config = New(1200);
+    config->pNoOfExposures = 3;
+    const std::string saved = Save(*config);
+    EXPECT_NE(saved.find("NumberOfExposures2=;MachinemAs2=0;SID2=0;Measurement"), std::string::npos) << saved;
+}
+
+TEST_F(ConfigPersistence, WithoutATestTheCommonSettingsAreKept) {
+    CConfigCommon config;
+    EXPECT_EQ(Save(config), "DetectorName=1;NumberOfExposures=2;NumberOfExposures0=0;NumberOfExposures1=0;" +
+                                kMeasurement + kRest);
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,73 @@
+#include "foundation/event.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "foundation/host_services.h"
+
+namespace vorex {
+namespace {
+
+class Events : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        HostServices services;
+        services.log = [this](std::string_view line) { log.emplace_back(line); };
+        InstallServices(services);
+    }
+    void TearDown() override { InstallServices({}); }
+    std::vector<std::string> log;
+};
+
+TEST_F(Events, HandlersRunInTheOrderOfConnection) {
+    Event<int, const std::string&> event;
+    std::string seen;
+    EXPECT_FALSE(event.Connected());
+    event.Raise(0, "nobody listens");
+    event.Connect([&](int number, const std::string& word) { seen += word + std::to_string(number); });
+    event.Connect([&](int number, const std::string&) { seen += "/" + std::to_string(number + 1); });
+    EXPECT_TRUE(event.Connected());
+    event.Raise(7, "a");
+    EXPECT_EQ(seen, "a7/8");
+    event.Clear();
+    event.Raise(9, "b");
+    EXPECT_EQ(seen, "a7/8");
+}
+
+TEST_F(Events, AFailingHandlerIsLoggedAndKeepsNobodyFromRunning) {
+    Event<> event("Ready");
+    int calls = 0;
+    event.Connect([] { throw std::runtime_error("no link"); });
+    event.Connect([] { throw 5; });
+    event.Connect([&] { ++calls; });
+    EXPECT_NO_THROW(event.Raise());
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(log, (std::vector<std::string>{"Ready: no link", "Ready: unknown error"}));
+}
+
+TEST_F(Events, AHandlerMayConnectAndClearWhileTheEventIsRaised) {
+    Event<> event;
+    int first = 0;
+    int second = 0;
+    event.Connect([&] {
+        ++first;
+        event.Clear();
+        event.Connect([&] { ++second; });
+    });
+    event.Raise();
+    EXPECT_EQ(second, 0) << "the change holds from the next raise on";
+    event.Raise();
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(second, 1);
+}
+
+TEST_F(Events, AGuardTellsWhetherItsHandlerEnded) {
+    EXPECT_TRUE(Guarded("tick", [] {}));
+    EXPECT_FALSE(Guarded("tick", [] { throw std::logic_error("late"); }));
+    EXPECT_EQ(log, std::vector<std::string>{"tick: late"});
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,209 @@
+#include "foundation/utilities.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+#include "foundation/registration.h"
+#include "support/fake_host.h"
+#include "support/fake_standards.h"
+
+namespace vorex {
+namespace {
+
+/// A report in a language of its own.
+class FakeReport : public IReportDocument {
+  public:
+    std::string Translate(std::string_view section, std::string_view key, TextArguments args) const override {
+        return "report " + texts.Translate(section, key, args);
+    }
+    test::FakeTexts texts;
+};
+
+class Utilities : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        HostServices services;
+        services.text = texts;
+        services.settings = settings;
+        InstallServices(services);
+        ResetState();
+    }
+    void TearDown() override {
+        InstallServices({});
+        ResetState();
+    }
+    void HostVersion(const std::string& version) {
+        settings->values[{std::string(setting::kUninstallPath), "DisplayVersion"}] = version;
+    }
+
+    std::shared_ptr<test::FakeTexts> texts = std::make_shared<test::FakeTexts>();
+    std::shared_ptr<test::FakeSettings> settings = std::make_shared<test::FakeSettings>();
+    FakeReport report;
+};
+
+TEST_F(Utilities, AKeyShowsItsDefaultTextWithoutALanguage) {
+    EXPECT_EQ(DefaultText("22338:: %%1", {}), " %%1");
+    EXPECT_EQ(DefaultText("plain", {}), "plain");
+    EXPECT_EQ(DefaultText("1::a::b", {}), "a::b");
+    EXPECT_EQ(DefaultText("", {}), "");
+    InstallServices({});
+    EXPECT_EQ(Translate("22550::Calculted HVL"), "Calculted HVL");
+    EXPECT_EQ(Translate("9::%%2 before %%1", {"one", "two"}), "two before one");
+}
+
+TEST_F(Utilities, TheReportsLanguageGoesBeforeTheProgramsOwn) {
+    texts->words["22237::Pass"] = "Bestanden";
+    EXPECT_EQ(Translate(text::kPass), "Bestanden");
+    EXPECT_EQ(Translate(text::kPass, &report), "report Pass");
+    EXPECT_EQ(Translate("22340::1. Set Machine kVp to %%1 KV.", {"80"}), "1. Set Machine kVp to 80 KV.");
+    EXPECT_EQ(Translate("22340::1. Set Machine kVp to %%1 KV.", {"80"}, &report),
+              "report 1. Set Machine kVp to 80 KV.");
+}
+
+TEST_F(Utilities, AChoiceIsShownInWordsAndStoredAsItsCode) {
+    EXPECT_EQ(DisplayText(kDetectorModes, kMammo), "MAMMO");
+    EXPECT_EQ(DisplayText(kDetectorModes, 77), "RADIO");
+    EXPECT_EQ(DisplayText(kSddUnits, 77), "Centimeters");
+    EXPECT_EQ(DisplayText(kGeneratorSetups, kSetupMaTime), "mA*Time");
+    EXPECT_EQ(StoredText(kDetectorModes, kMammo), "3");
+    EXPECT_EQ(StoredText(kSddUnits, kInch), "2");
+    EXPECT_EQ(StoredText(kDetectorModes, kMammo, &report), "report MAMMO");
+}
+
+TEST_F(Utilities, AStatusHasAWordUnlessNothingWasTested) {
+    EXPECT_EQ(StatusText(kNotTested), "");
+    EXPECT_EQ(StatusText(kPassed), "Pass");
+    EXPECT_EQ(StatusText(kFailed), "Fail");
+    EXPECT_EQ(StatusText(kNotApplicable), "NA");
+    EXPECT_EQ(StatusText(7), "");
+}
+
+TEST_F(Utilities, OnlyTheTwoRangeMarksAreNoReading) {
+    for (const char* mark : {"OL", "ol", "Ol", "UL", "ul"}) EXPECT_FALSE(IsValidReading(mark)) << mark;
+    for (const char* reading : {"", "80.1", "-1", "0", "-", "OLX", " OL", "Pass"})
+        EXPECT_TRUE(IsValidReading(reading)) << reading;
+    texts->words["22420::OL"] = "----";
+    texts->words["22421::UL"] = "Unten";
+    EXPECT_FALSE(IsValidReading("----"));
+    EXPECT_FALSE(IsValidReading("UNTEN"));
+    EXPECT_TRUE(IsValidReading("OL")) << "only the words of the present language count";
+}
+
+TEST_F(Utilities, TheDosimetersUnitsAreComposed) {
+    EXPECT_EQ(DosimeterDoseUnit(1), "Gy");
+    EXPECT_EQ(DosimeterRateUnit(0, 3), "R/Pulse");
+    EXPECT_EQ(DosimeterRateUnit(1, 0), "Gy/Sec");
+    for (int32_t base = 0; base < 4; ++base) EXPECT_EQ(DosimeterRateUnit(kDoseInCoulomb, base), "A");
+}
+
+TEST_F(Utilities, ACommentHoldsOneMarkerBetweenWordsAndLog) {
+    EXPECT_EQ(CommentWords("words"), "words");
+    EXPECT_EQ(CommentLog("words"), "");
+    const std::string once = AppendComment("words", "first\n");
+    EXPECT_EQ(once, "words[¤]override[¤]first\n");
+    const std::string twice = AppendComment(once, "second\n");
+    EXPECT_EQ(CommentWords(twice), "words");
+    EXPECT_EQ(CommentLog(twice), "first\nsecond\n");
+    EXPECT_EQ(AppendComment("", "first"), "[¤]override[¤]first");
+}
+
+TEST_F(Utilities, TimeOutsAreMinutesWithADefaultForZeroAndForWords) {
+    EXPECT_EQ(SleepTimeOut(), 300000);
+    EXPECT_EQ(ShutdownTimeOut(), 1200000);
+    settings->Set("ShutdownTimeout", std::string("2"));
+    EXPECT_EQ(ShutdownTimeOut(), 120000);
+    EXPECT_EQ(SleepTimeOut(), 300000) << "the other value is still missing";
+    for (const char* nothing : {"0", "", "soon", "5 minutes"}) {
+        settings->Set("SleepTimeOut", std::string(nothing));
+        EXPECT_EQ(SleepTimeOut(), 300000) << nothing;
+    }
+    settings->Set("SleepTimeOut", 7.0);
+    EXPECT_EQ(SleepTimeOut(), 420000) << "read anew, and as a number too";
+    settings->Set("SleepTimeOut", std::string("2000000000"));
+    EXPECT_EQ(SleepTimeOut(), 2147483647);
+    InstallServices({});
+    EXPECT_EQ(SleepTimeOut(), 300000);
+}
+
+TEST_F(Utilities, TheExposureCaptionHasNineCharactersForOneVersionOfTheHost) {
+    struct Row {
+        const char* version;
+        const char* translation;
+        const char* caption;
+    };
+    const Row kRows[] = {{"2.7.0", "Exposure ", "Exposure "},
+                         {"2.7.0", "Exposures ", "Exposures"},
+                         {"2.7.0", "Shot ", "    Shot "},
+                         {"2.7.0", "", "         "},
+                         {"2.7.0", "Añadiré éx", "Añadiré é"},
+                         {"2.7", "Exposures ", "23183::Exposure "},
+                         {"2.7.0.1", "Exposures ", "23183::Exposure "},
+                         {"", "Exposures ", "23183::Exposure "}};
+    for (const Row& row : kRows) {
+        texts->words["23183::Exposure "] = row.translation;
+        HostVersion(row.version);
+        FixExposureCaption();
+        EXPECT_EQ(State().exposureCaption, row.caption) << row.version << " " << row.translation;
+    }
+}
+
+class FakePlugIn : public IZRD47500PlugIn {
+  public:
+    explicit FakePlugIn(std::string id) : mId(std::move(id)) {}
+    std::string PlugInID() const override { return mId; }
+    std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name,
+                                            std::string& version) override {
+        if (testId != 100) return nullptr;
+        return std::make_shared<test::NamedStandard>(StandardName{name, version});
+    }
+
+  private:
+    std::string mId;
+};
+
+TEST_F(Utilities, OnlyThisLibrarysPlugInIsKept) {
+    std::string name = "Site";
+    std::string version = "1";
+    GGlobals entry;
+    entry.SetPlugInPointer(nullptr);
+    entry.SetPlugInPointer(std::make_shared<FakePlugIn>("zrd47500"));
+    EXPECT_EQ(LoadStandard(100, name, version), nullptr);
+    entry.SetPlugInPointer(std::make_shared<FakePlugIn>("ZRD47500"));
+    entry.SetPlugInPointer(std::make_shared<FakePlugIn>("Other"));
+    const auto standard = LoadStandard(100, name, version);
+    ASSERT_TRUE(standard);
+    EXPECT_EQ(standard->Name(), "Site");
+    EXPECT_EQ(LoadStandard(200, name, version), nullptr);
+}
+
+TEST_F(Utilities, RegistrationFixesTheCaptionAndIsUndoneOnce) {
+    struct Link : IDetectorLink {
+        explicit Link(std::string& into) : calls(into) {}
+        void Register() override { calls += "register "; }
+        void Unregister() override { calls += "unregister "; }
+        void OpenLink() override {}
+        bool LinkOpen() const override { return false; }
+        void SelectDetector(int32_t) override {}
+        void CloseLink() override {}
+        std::string& calls;
+    };
+    std::string calls;
+    HostServices services;
+    services.settings = settings;
+    services.createDetectorLink = [&] { return std::make_shared<Link>(calls); };
+    InstallServices(services);
+    HostVersion("2.7.0");
+    CRegisterDll registrar;
+    registrar.CloseApp();
+    EXPECT_EQ(calls, "");
+    registrar.RegisterApp();
+    EXPECT_EQ(State().exposureCaption, "Exposure ");
+    registrar.CloseApp();
+    registrar.CloseApp();
+    EXPECT_EQ(calls, "register unregister ");
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,170 @@
+#include "foundation/vocabulary.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace vorex {
+namespace {
+
+struct StoredRow {
+    const Choice& choice;
+    int32_t value;
+    int32_t stored;
+    std::string_view text;
+};
+
+// clang-format off
+const StoredRow kStoredRows[] = {
+    {kDetectorModes, 1, 1, "22465::RADIO"}, {kDetectorModes, 2, 3, "22466::MAMMO"},
+    {kDetectorModes, 3, 2, "22464::FLUORO"}, {kDetectorModes, 4, 4, "22467::DENTAL"},
+    {kDetectorSettings, 1, 1, "22469::AUTO"}, {kDetectorSettings, 2, 2, "22470::MANUAL"},
+    {kDetectorSettings, 3, 3, "22471::DEFAULT"}, {kExposureUnits, 1, 1, "22020::R"},
+    {kExposureUnits, 2, 2, "22021::Gy"}, {kRateTimeBases, 1, 1, "22022::Sec"},
+    {kRateTimeBases, 2, 2, "22023::Min"}, {kRateTimeBases, 3, 3, "22024::Hour"},
+    {kRateTimeBases, 4, 4, "22025::Pulse"}, {kFluoroTypes, 1, 1, "22028::Cont"},
+    {kFluoroTypes, 2, 2, "22029::Pulsed"}, {kTimeUnits, 1, 1, "22142::mSec"},
+    {kTimeUnits, 2, 2, "22027::Pulses"}, {kFlags, 1, 1, "22235::True"}, {kFlags, 0, 0, "22236::False"},
+    {kGeneratorSetups, 1, 1, "22103::mAs"}, {kGeneratorSetups, 2, 2, "22110::mA"},
+    {kSddUnits, 1, 2, "22101::Inches"}, {kSddUnits, 2, 1, "22102::Centimeters"},
+    {kFocalSpots, 1, 1, "23001::Large"}, {kFocalSpots, 2, 2, "23002::Small"},
+};
+// clang-format on
+
+TEST(Vocabulary, ChoicesAreStoredByTheirCodes) {
+    for (const StoredRow& row : kStoredRows) {
+        EXPECT_EQ(StoredOfValue(row.choice, row.value), row.stored) << row.text;
+        EXPECT_EQ(ValueOfStored(row.choice, row.stored), row.value) << row.text;
+        EXPECT_EQ(TextKeyOf(row.choice, row.value), row.text);
+    }
+}
+
+TEST(Vocabulary, UnknownChoicesFallBack) {
+    struct Fallback {
+        const Choice& choice;
+        std::string_view text;
+        int32_t stored;
+        int32_t value;
+    };
+    const Fallback kFallbacks[] = {
+        {kDetectorModes, "22465::RADIO", 1, 1}, {kDetectorSettings, "22469::AUTO", 1, 1},
+        {kExposureUnits, "22020::R", 1, 1},     {kRateTimeBases, "22022::Sec", 1, 1},
+        {kFluoroTypes, "22028::Cont", 1, 1},    {kTimeUnits, "22142::mSec", 1, 1},
+        {kGeneratorSetups, "22103::mAs", 1, 1}, {kSddUnits, "22102::Centimeters", 2, 2},
+        {kFocalSpots, "23002::Small", 2, 2},    {kFlags, "22236::False", 0, 0}};
+    for (const Fallback& row : kFallbacks)
+        for (const int32_t unknown : {-1, 9}) {
+            EXPECT_EQ(TextKeyOf(row.choice, unknown), row.text);
+            EXPECT_EQ(StoredOfValue(row.choice, unknown), row.stored) << row.text;
+            EXPECT_EQ(ValueOfStored(row.choice, unknown), row.value) << row.text;
+        }
+}
+
+TEST(Vocabulary, TheDosimetersListsCountFromZero) {
+    const std::pair<const Choice&, std::vector<std::string_view>> kLists[] = {
+        {kDoseUnits, {"25114::R", "25115::Gy", "25121::C"}},
+        {kDoseRateBases, {"25116::/Sec", "25117::/Min", "25118::/Hour", "25119::/Pulse"}},
+        {kTemperatureUnits, {"25102::°C", "25103::°F", "25104::K"}},
+        {kPressureUnits,
+         {"25105::inHg", "25106::mmHg", "25107::mbar", "25108::hPa", "25109::feet", "25110::meter"}},
+        {kPelomarkModes, {"25111::Dose", "25112::Rate", "25113::Low Rate"}}};
+    for (const auto& [choice, texts] : kLists) {
+        ASSERT_EQ(choice.rows.size(), texts.size());
+        for (std::size_t i = 0; i < texts.size(); ++i)
+            EXPECT_EQ(TextKeyOf(choice, static_cast<int32_t>(i)), texts[i]);
+    }
+}
+
+TEST(Vocabulary, TheUnitsOfAColumnFollowModeUnitAndTimeBase) {
+    EXPECT_EQ(ExposureUnitKey(kRadio, kUnitR), "23012::mR");
+    EXPECT_EQ(ExposureUnitKey(kDental, kUnitGy), "23013::uGy");
+    EXPECT_EQ(ExposureUnitKey(kFluoro, kUnitR), "22020::R");
+    EXPECT_EQ(ExposureUnitKey(kFluoro, kUnitGy), "23024::mGy");
+    for (int32_t base = 0; base <= 5; ++base) {
+        EXPECT_EQ(ExposureRateUnitKey(kMammo, kUnitR, base), "23169::mR/sec") << base;
+        EXPECT_EQ(ExposureRateUnitKey(kRadio, kUnitGy, base), "23170::uGy/sec") << base;
+    }
+    constexpr std::string_view kR[] = {"23171::R/sec", "23172::R/min", "23173::R/hr", "23174::R/pulse"};
+    constexpr std::string_view kGy[] = {"23175::mGy/sec", "23176::mGy/min", "23177::mGy/hr",
+                                        "23178::mGy/pulse"};
+    for (int32_t base = 1; base <= 4; ++base) {
+        EXPECT_EQ(ExposureRateUnitKey(kFluoro, kUnitR, base), kR[base - 1]);
+        EXPECT_EQ(ExposureRateUnitKey(kFluoro, kUnitGy, base), kGy[base - 1]);
+    }
+    EXPECT_EQ(ExposureRateUnitKey(kFluoro, kUnitR, 9), "23171::R/sec") << "an unknown time base is seconds";
+    EXPECT_EQ(TimeUnitKey(kRadio), "22012::ms");
+    EXPECT_EQ(TimeUnitKey(kFluoro), "22209::sec");
+}
+
+TEST(Vocabulary, LimitsAreFoundUnderErAndTheKey) {
+    EXPECT_EQ(LimitKeyOf("kVp Avg"), "ER kVp Avg");
+    EXPECT_EQ(LimitKeyOf("ER CV"), "ER CV");
+    EXPECT_EQ(LimitKeyOf("ERROR"), "ER ERROR") << "the blank belongs to the prefix";
+    EXPECT_EQ(LimitKeyOf("HVL[¤]2[¤]"), "ER HVL2");
+    EXPECT_EQ(LimitKeyOf("ER HVL[¤]2"), "ER HVL[¤]2");
+    EXPECT_EQ(LimitKeyOf(""), "ER ");
+}
+
+TEST(Vocabulary, KeysBelongToTheirFamilies) {
+    for (std::string_view quantity : {"kVp Avg", "kVp Max", "kV PPV", "Exposure", "Exposure Rate",
+                                      "Exposure Time", "Exposure In Pulses", "HVL"}) {
+        const std::string row = "ER " + std::string(quantity);
+        EXPECT_TRUE(IsWaveformQuantity(quantity)) << quantity;
+        EXPECT_FALSE(IsWaveformQuantity(row)) << row;
+        EXPECT_TRUE(IsVariationRow(row)) << row;
+        EXPECT_FALSE(IsVariationRow(quantity)) << quantity;
+    }
+    for (std::string_view other : {"Pulse Rate", "Pulse Width", "ER CV", "ER mA", ""}) {
+        EXPECT_FALSE(IsWaveformQuantity(other)) << other;
+        EXPECT_FALSE(IsVariationRow(other)) << other;
+    }
+    for (std::string_view quantity : {"mA", "mAs", "mAsPulse", "DosemAs"})
+        for (std::string_view prefix : {"ER ", "ER Avg ", "ER CV "})
+            EXPECT_TRUE(IsMasFamily(std::string(prefix) + std::string(quantity))) << prefix << quantity;
+    EXPECT_FALSE(IsMasFamily("mAs"));
+    EXPECT_TRUE(IsMaxExposureRate("ER Maxi. Exposure Rate"));
+    EXPECT_TRUE(IsMaxExposureRate("ER Maxi. Exposure Rate3"));
+    EXPECT_FALSE(IsMaxExposureRate("ER Exposure Rate"));
+}
+
+TEST(Vocabulary, EveryTestStandsOnceInTheCatalogue) {
+    std::set<int32_t> ids;
+    for (const TestRow& row : kTestCatalogue) ids.insert(row.id);
+    EXPECT_EQ(ids, (std::set<int32_t>{100, 200, 300, 500, 700, 900, 1100, 1200, 1300}));
+    for (int32_t id : ids) {
+        ASSERT_NE(FindTest(id), nullptr) << id;
+        EXPECT_EQ(FindTest(id)->id, id);
+        EXPECT_EQ(IsMeasuringTest(id), id != 1300) << id;
+    }
+    for (int32_t other : {0, 400, 600, 1000}) {
+        EXPECT_EQ(FindTest(other), nullptr) << other;
+        EXPECT_FALSE(IsMeasuringTest(other)) << other;
+    }
+}
+
+TEST(Vocabulary, ASetHoldsTheTestsThatItNames) {
+    const TestSet set = Tests({kRadioAccuracy, kMammoAec});
+    for (int32_t id : kMeasuringTests) {
+        EXPECT_EQ(set.Has(id), id == 200 || id == 1100) << id;
+        EXPECT_TRUE(kAllTests.Has(id)) << id;
+    }
+    EXPECT_FALSE(set.Has(400));
+    EXPECT_TRUE(kAllTests.Has(0)) << "what belongs to every test belongs to one without identifier too";
+}
+
+TEST(Vocabulary, DetectorKindsAreSetsOfInstruments) {
+    struct Kind {
+        int32_t kind;
+        bool zrd, pelomark, mas;
+    };
+    constexpr Kind kKinds[] = {{0, false, false, false}, {1, true, false, false}, {2, false, false, true},
+                               {3, false, true, false},  {4, true, false, true},  {5, false, true, true}};
+    for (const Kind& row : kKinds) {
+        EXPECT_EQ(HasZrd(row.kind), row.zrd) << row.kind;
+        EXPECT_EQ(HasPelomark(row.kind), row.pelomark) << row.kind;
+        EXPECT_EQ(HasMasMeter(row.kind), row.mas) << row.kind;
+    }
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,393 @@
+#include "results/limit_data.h"
+
+#include <gtest/gtest.h>
+
+#include "config/config_common.h"
+#include "foundation/host_error.h"
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "host/standards.h"
+#include "results/measurement.h"
+#include "support/fake_element.h"
+#include "support/fake_host.h"
+#include "support/fake_standards.h"
+
+namespace vorex {
+namespace {
+
+/// An element with a test and a configuration.
+class Owner : public test::FakeElement {
+  public:
+    int32_t TestID() const override { return config->pTestID; }
+    std::shared_ptr<IConfigData> Configuration() const override { return config; }
+    std::shared_ptr<CConfigCommon> config = std::make_shared<CConfigCommon>();
+};
+
+/// A limit editor that keeps its rows as "forms|unit|description|key".
+class View : public ILimitView {
+  public:
+    void ClearRows() override { rows.assign(1, "cleared"); }
+    void AddRow(std::string_view forms, std::string_view unit, std::string_view description,
+                std::string_view limitKey) override {
+        std::string row;
+        for (std::string_view cell : {forms, unit, description, limitKey}) row.append(cell).push_back('|');
+        row.pop_back();
+        rows.push_back(row);
+    }
+    void Hint(bool show, std::string_view text) override {
+        hint = std::string(show ? "shown: " : "") + std::string(text);
+    }
+    void Reload(const std::shared_ptr<IStandardCollection>&) override {}
+    std::vector<std::string> rows;
+    std::string hint;
+};
+
+using Rows = std::vector<std::string>;
+
+const Rows kFirstRows = {
+    "<op>X+Y;X+(X*Y%)</op>||kVp Avg|ER kVp Avg",
+    "<op>X+Y;X+(X*Y%)</op>||kVp Max|ER kVp Max",
+    "<op>X+Y;X+(X*Y%)</op>||kV PPV|ER kV PPV",
+    "<op>CV;Y</op>||Exposure|ER Exposure",
+    "<op>Y</op>||Exposure Rate|ER Exposure Rate",
+    "<op>Y</op>||Exposure Time|ER Exposure Time",
+    "<op>Y</op>||Exposure In Pulses|ER Exposure In Pulses",
+    "<op>Y</op>|mm Al|HVL|ER HVL",
+};
+const Rows kLastRows = {
+    "<op>Y</op>|mA|mA|ER mA",
+    "<op>Y</op>|mAs|mAs|ER mAs",
+    "<op>Y</op>||mAs/Pulse|ER mAsPulse",
+    "<op>Y</op>||Dose/mAs|ER DosemAs",
+};
+
+/// The rows of each test between the readings and the mAs meter, with R as unit per second.
+const std::pair<int32_t, Rows> kTestRows[] = {
+    {0, {}},
+    {100, {}},
+    {200,
+     {"<op>Y</op>|%|%Timer Error|ER RA Percentage Timer Error",
+      "<op>Y</op>|%|%kVp Avg. Error|ER RA Percentage kVp Avg Error",
+      "<op>Y</op>|KV|Absolute kVp Avg. Error|ER RA Absolute kVp Avg Error"}},
+    {300,
+     {"<op>Y</op>||Adjacent Coefficient of Linearity|ER Adjacent",
+      "<op>Y</op>||Non Adjacent Coefficient of Linearity|ER Non Adjacent"}},
+    {400, {"<op>Y</op>|mm Al||ER Criterion Minimum HVL"}},
+    {500, {"<op>Y</op>|%|%kVp Avg. Error|ER FA kVp Avg"}},
+    {600, {"<op>Y</op>|mm Al||ER Criterion Minimum HVL"}},
+    {700, {"<op>Y</op>|R/sec|Max. Exposure Rate Exposure #1|ER Maxi. Exposure Rate1"}},
+    {900,
+     {"<op>Y</op>|%|%kVp Avg. Error|ER Percentage Error",
+      "<op>Y</op>||Coefficient of Variation for kVp Avg.|ER CV"}},
+    {1000, {"<op>Y</op>|mm Al||ER MQSA HVL", "<op>Y</op>|mm Al||ER ACR HVL"}},
+    {1100,
+     {"<op>Y</op>||Coefficient of Variation for Exposure|ER Coefficient of Variation Exposure",
+      "<op>Y</op>||Coefficient of Variation for mAS|ER Coefficient of Variation mAs",
+      "<op>Y</op>|mrad|Computed Average Glandular Dose|ER Computed Average Glandular Dose"}},
+    {1200,
+     {"<op>Y</op>|mR/sec|Exposure Rate|ER Exposure Rate(mR/sec)",
+      "<op>Y</op>|mGy/sec|Air Kerma Rate|ER Air Kerma Rate(mGy/sec)"}}};
+
+/// All rows of a test, in the editor's order.
+Rows ExpectedRows(int32_t testId, const Rows& testRows) {
+    Rows rows;
+    if (testId != kGroupId) rows = kFirstRows;
+    for (const Rows& more : {testRows, kLastRows}) rows.insert(rows.end(), more.begin(), more.end());
+    return rows;
+}
+
+class LimitData : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        HostServices services;
+        services.createStandards = [] { return std::make_shared<StandardCollection>(); };
+        services.createStandard = [](std::string_view name, std::string_view version) {
+            return std::make_shared<Standard>(name, version);
+        };
+        services.createExpectedResult = [] { return std::make_shared<ExpectedResult>(); };
+        InstallServices(services);
+        ResetState();
+        Own(kRadioRepro);
+    }
+    void TearDown() override {
+        InstallServices({});
+        ResetState();
+    }
+
+    void Own(int32_t testId) {
+        owner->config->DefaultValues(testId);
+        owner->config->pNoOfExposures = 1;
+        owner->config->pMeasurementExposure = kUnitR;
+        owner->config->pMeasurementExposureRateUnit = 1;
+        limits->SetOwner(owner, true);
+    }
+    /// Takes the limits of standards "A 1" and "B 1" out of their text.
+    void Load(const std::string& a, const std::string& b = {}) {
+        limits->Load(test::XmlText("<ExpectedResult><Standard Name=\"A\" Version=\"1\">" + a +
+                                   "</Standard><Standard Name=\"B\" Version=\"1\">" + b +
+                                   "</Standard></ExpectedResult>")
+                         .Root(),
+                     nullptr);
+    }
+    Rows Prepared(int32_t testId) {
+        View view;
+        limits->PrepareLimitDialog(view, testId);
+        return view.rows;
+    }
+    /// Names of the selected standards that fail a value.
+    std::string Failed(const std::string& measurementKey, TaggedValue value, TaggedValue preset = {}) {
+        CMeasurement measurement;
+        measurement.Initialize(measurementKey, "", "", kJudgedNumber);
+        measurement.Value(std::move(value));
+        measurement.PresetValue(std::move(preset));
+        std::string names;
+        for (const auto& standard : limits->FindFailedStandards(&measurement, &selected))
+            names += standard->Name();
+        return names;
+    }
+
+    std::shared_ptr<Owner> owner = std::make_shared<Owner>();
+    std::shared_ptr<CLimitData> limits = std::make_shared<CLimitData>();
+    test::FakeSelection selected;
+};
+
+std::string Limit(const std::string& limitKey, const std::string& sides) {
+    return "<Limit Key=\"" + limitKey + "\" Unit=\"\">" + sides + "</Limit>";
+}
+
+// ------------------------------------------------------------------------------------------------ rows
+
+TEST_F(LimitData, TheEditorShowsTheRowsOfEachTest) {
+    for (const auto& [testId, testRows] : kTestRows) {
+        View view;
+        limits->PrepareLimitDialog(view, testId);
+        Rows expected = ExpectedRows(testId, testRows);
+        if (testId == kFluoroExposure) expected.insert(expected.begin(), "cleared");
+        EXPECT_EQ(view.rows, expected) << testId;
+        EXPECT_EQ(view.hint.empty(), testId != kFluoroAccuracy) << testId;
+    }
+    View view;
+    limits->PrepareLimitDialog(view, kFluoroAccuracy);
+    EXPECT_EQ(view.hint,
+              "shown: You have to put +5% and -5% in the limit settings in order to get +/- limits.");
+    EXPECT_TRUE(Prepared(kMqsaSurvey).empty());
+}
+
+TEST_F(LimitData, ANewStandardGetsAnEmptyLimitForEachRow) {
+    for (const auto& [testId, testRows] : kTestRows) {
+        Standard standard("New", "1");
+        limits->CreateTestLimits(standard, testId);
+        const Rows expected = ExpectedRows(testId, testRows);
+        ASSERT_EQ(standard.Results().size(), expected.size()) << testId;
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            const IExpectedResult& limit = *standard.Results()[i];
+            const auto cells = SplitText(expected[i], '|');
+            EXPECT_EQ(limit.Key(), cells[3]) << testId;
+            EXPECT_EQ(limit.Unit(), cells[1]) << limit.Key();
+            const std::string first = "<op>" + limit.Expression(kHighSide);
+            EXPECT_TRUE(cells[0].starts_with(first + ";") || cells[0].starts_with(first + "<"))
+                << limit.Key();
+            EXPECT_FALSE(limit.IsSet(kHighSide) || limit.IsSet(kLowSide)) << limit.Key();
+        }
+    }
+    Standard survey("New", "1");
+    limits->CreateTestLimits(survey, kMqsaSurvey);
+    EXPECT_TRUE(survey.Results().empty());
+}
+
+TEST_F(LimitData, FluoroscopyHasALimitForEachExposure) {
+    Own(kFluoroExposure);
+    owner->config->pNoOfExposures = 3;
+    owner->config->pMeasurementExposure = kUnitGy;
+    owner->config->pMeasurementExposureRateUnit = 2;
+    Load(Limit("ER Maxi. Exposure Rate2", "<High Value=\"9\"/>"));
+    const Rows rows = Prepared(kFluoroExposure);
+    ASSERT_EQ(rows.size(), 1 + kFirstRows.size() + 3 + kLastRows.size());
+    for (int exposure = 1; exposure <= 3; ++exposure) {
+        const std::string number = std::to_string(exposure);
+        EXPECT_EQ(
+            rows[kFirstRows.size() + static_cast<std::size_t>(exposure)],
+            "<op>Y</op>|mGy/min|Max. Exposure Rate Exposure #" + number + "|ER Maxi. Exposure Rate" + number);
+    }
+    const ExpectedResults& old = limits->Standards()->Item(0)->Results();
+    ASSERT_EQ(old.size(), 3U) << "the missing rows are added";
+    EXPECT_EQ(old[0]->Value(kHighSide), 9.0F) << "what is there stays";
+    EXPECT_EQ(old[1]->Key(), "ER Maxi. Exposure Rate1");
+    EXPECT_EQ(old[2]->Key(), "ER Maxi. Exposure Rate3");
+    EXPECT_EQ(old[2]->Unit(), "mGy/min");
+    EXPECT_EQ(old[2]->Expression(kHighSide), "Y");
+    EXPECT_FALSE(old[2]->IsSet(kHighSide) || old[2]->IsSet(kLowSide));
+    Prepared(kFluoroExposure);
+    EXPECT_EQ(old.size(), 3U) << "and not a second time";
+}
+
+TEST_F(LimitData, TheRateUnitFollowsUnitAndTimeBase) {
+    Own(kFluoroExposure);
+    const char* const kUnits[2][5] = {{"R/sec", "R/sec", "R/min", "R/hr", "R/pulse"},
+                                      {"mGy/sec", "mGy/sec", "mGy/min", "mGy/hr", "mGy/pulse"}};
+    for (int32_t unit = 1; unit <= 2; ++unit)
+        for (int32_t base = 0; base <= 4; ++base) {
+            owner->config->pMeasurementExposure = unit;
+            owner->config->pMeasurementExposureRateUnit = base;
+            const std::string row = Prepared(kFluoroExposure)[1 + kFirstRows.size()];
+            EXPECT_EQ(SplitText(row, '|')[1], kUnits[unit - 1][base]) << unit << " " << base;
+        }
+}
+
+TEST_F(LimitData, OldStandardsTakeThePresentUnit) {
+    Own(kMammoAec);
+    Load(Limit("ER Computed Average Glandular Dose", "") + Limit("ER HVL", ""));
+    const auto unit = [&] { return limits->Standards()->Item(0)->Results()[0]->Unit(); };
+    Prepared(kMammoAec);
+    EXPECT_EQ(unit(), "mrad");
+    owner->config->pMeasurementExposure = kUnitGy;
+    Prepared(kMammoAec);
+    EXPECT_EQ(unit(), "mGy");
+    EXPECT_EQ(limits->Standards()->Item(0)->Results()[1]->Unit(), "") << "other rows keep theirs";
+}
+
+// ------------------------------------------------------------------------------------------- standards
+
+class PlugIn : public IZRD47500PlugIn {
+  public:
+    std::string PlugInID() const override { return "ZRD47500"; }
+    std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name,
+                                            std::string& version) override {
+        asked += std::to_string(testId) + " " + name + " " + version + ";";
+        return name == "Known" ? std::make_shared<Standard>(name, version) : nullptr;
+    }
+    std::string asked;
+};
+
+TEST_F(LimitData, AStandardComesFromThePlugInOrIsMadeEmpty) {
+    const auto plugIn = std::make_shared<PlugIn>();
+    SetPlugIn(plugIn);
+    EXPECT_TRUE(limits->CreateStandard("Known", "2")->Results().empty());
+    const auto made = limits->CreateStandard("Own", "1");
+    EXPECT_EQ(made->Results().size(), kFirstRows.size() + kLastRows.size());
+    EXPECT_EQ(State().newStandard, made);
+    EXPECT_EQ(plugIn->asked, "100 Known 2;100 Own 1;");
+    EXPECT_EQ(limits->Standards()->Count(), 2);
+    EXPECT_TRUE(limits->CreateStandard("Own", "1"));
+    EXPECT_EQ(limits->Standards()->Count(), 2) << "a name and version stands once";
+    limits->CreateStandard("Own", "2");
+    EXPECT_EQ(limits->Standards()->Count(), 3);
+}
+
+TEST_F(LimitData, WithoutAnOwnerThePlugInIsNotAskedAndNoReadingHasALimit) {
+    const auto plugIn = std::make_shared<PlugIn>();
+    SetPlugIn(plugIn);
+    owner.reset();
+    EXPECT_EQ(limits->CreateStandard("Known", "1")->Results().size(), kLastRows.size());
+    EXPECT_EQ(plugIn->asked, "") << "the owner is not kept alive";
+}
+
+TEST_F(LimitData, ACloneHasStandardsOfItsOwn) {
+    Load(Limit("ER HVL", "<Low Value=\"2\"/>"));
+    limits->HasDialogFlag(false);
+    const auto clone = limits->Clone();
+    limits->Standards()->Item(0)->Results()[0]->Unit("changed");
+    EXPECT_EQ(clone->Standards()->Count(), 2);
+    EXPECT_EQ(clone->Standards()->Item(0)->Results()[0]->Unit(), "");
+    EXPECT_FALSE(clone->HasDialog());
+    EXPECT_FALSE(CLimitData().Clone()->Standards());
+}
+
+TEST_F(LimitData, LimitsComeBackAsTheyWereSaved) {
+    EXPECT_FALSE(limits->Save(std::make_shared<OutputDocument>())) << "no standards, no element";
+    Load(Limit("ER HVL", "<High Value=\"3.50\" Expression=\"X+Y\"/><Low Value=\"-2\"/>"));
+    const auto text = [&] {
+        const auto document = std::make_shared<OutputDocument>();
+        document->Top().AddChild(limits->Save(document));
+        return document->Text();
+    };
+    const std::string saved = text();
+    limits->Load(test::XmlText(saved).Root(), nullptr);
+    EXPECT_EQ(text(), saved);
+    EXPECT_NE(saved.find("<ExpectedResult>"), std::string::npos) << saved;
+    EXPECT_NE(saved.find("Value=\"3.50\" Expression=\"X+Y\""), std::string::npos) << saved;
+}
+
+TEST_F(LimitData, AnotherElementIsRefusedAndABrokenOneLeavesNoStandards) {
+    Load("");
+    try {
+        limits->Load(test::XmlText("<Limits/>").Root(), nullptr);
+        FAIL() << "nothing was raised";
+    } catch (const HostError& error) {
+        EXPECT_EQ(error.Code(), 0x8004A4EEU);
+        EXPECT_EQ(error.Source(), "VorexZRD47500Test.CLimitData");
+    }
+    EXPECT_TRUE(limits->Standards());
+    EXPECT_ANY_THROW(Load(Limit("ER HVL", "<High Value=\"three\"/>")));
+    EXPECT_FALSE(limits->Standards());
+}
+
+TEST_F(LimitData, AReportFindsTheStandardsOfThisElementOnly) {
+    Load("");
+    limits->PrintReport(nullptr, nullptr);
+    ASSERT_EQ(State().SelectedStandardsForReport.size(), 2U);
+    EXPECT_EQ(State().SelectedStandardsForReport[0], limits->Standards()->Item(0));
+    EXPECT_EQ(State().SelectedStandardsForReport[1]->Name(), "B");
+    CLimitData().PrintReport(nullptr, nullptr);
+    EXPECT_TRUE(State().SelectedStandardsForReport.empty()) << "those of the element before are gone";
+}
+
+TEST_F(LimitData, ThereIsNoDialogWithoutTheHostsEditor) {
+    EXPECT_TRUE(limits->HasDialog());
+    EXPECT_FALSE(limits->CreateDialog());
+    EXPECT_NO_THROW(limits->RefreshDialog());
+    limits->Description("text");
+    EXPECT_EQ(limits->Description(), "");
+}
+
+// -------------------------------------------------------------------------------------------- judgement
+
+TEST_F(LimitData, OnlySelectedStandardsThatAreHereJudge) {
+    Load(Limit("ER HVL", "<High Value=\"3\"/>"), Limit("ER HVL", "<High Value=\"5\"/>"));
+    EXPECT_EQ(Failed("HVL", "9"), "") << "none is selected";
+    selected.names = {{"B", "1"}, {"A", "1"}, {"A", "2"}, {"C", "1"}};
+    EXPECT_EQ(Failed("HVL", "9"), "BA") << "in the order of the selection";
+    EXPECT_EQ(Failed("HVL", "4"), "A");
+    EXPECT_EQ(Failed("HVL", "3"), "") << "equal passes";
+    EXPECT_EQ(Failed("Exposure", "9"), "") << "a key without a limit";
+    EXPECT_TRUE(limits->FindFailedStandards(nullptr, &selected).empty());
+    CMeasurement measurement;
+    EXPECT_TRUE(limits->FindFailedStandards(&measurement, nullptr).empty());
+    EXPECT_TRUE(CLimitData().FindFailedStandards(&measurement, &selected).empty());
+}
+
+TEST_F(LimitData, AValueIsJudgedUnderErAndItsKeyWithItsPreset) {
+    Load(Limit("ER kVp Avg",
+               "<High Value=\"5\" Expression=\"X+(X*Y%)\"/><Low Value=\"-2\" Expression=\"X+Y\"/>") +
+         Limit("ER CV", "<High Value=\"0.05\"/>"));
+    selected.names = {{"A", "1"}};
+    struct Row {
+        const char* measurementKey;
+        const char* value;
+        const char* preset;
+        bool fails;
+    };
+    constexpr Row kRows[] = {{"kVp Avg", "84", "80", false},  {"kVp Avg", "84.1", "80", true},
+                             {"kVp Avg", "84,1", "80", true}, {"kVp Avg", "78", "80", false},
+                             {"kVp Avg", "77.9", "80", true}, {"kVp Avg", "88.2", "84", false},
+                             {"kVp Avg", "1", "", true},      {"ER CV", "0.05", "", false},
+                             {"ER CV", "0.051", "", true},    {"kVp Max", "999", "80", false}};
+    for (const Row& row : kRows)
+        EXPECT_EQ(Failed(row.measurementKey, row.value, row.preset), row.fails ? "A" : "")
+            << row.measurementKey << " " << row.value << " of " << row.preset;
+    EXPECT_EQ(Failed("kVp Avg", 84.1, 80.0F), "A") << "numbers judge as texts do";
+}
+
+TEST_F(LimitData, AVariationIsJudgedByACvLimitAndByNoOther) {
+    Load(Limit("ER Exposure", "<High Value=\"0.05\" Expression=\"CV\"/><Low Value=\"50\"/>"));
+    selected.names = {{"A", "1"}};
+    EXPECT_EQ(Failed("ER Exposure", "0.06"), "A");
+    EXPECT_EQ(Failed("ER Exposure", "0.05"), "") << "the limit of 50 is for the reading";
+    EXPECT_EQ(Failed("Exposure", "60"), "") << "the limit of 0.05 is for the variation";
+    EXPECT_EQ(Failed("Exposure", "40"), "A");
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "foundation/host_contract.h"
+#include "foundation/utilities.h"
+#include "host/element_document.h"
+#include "host/element_output.h"
+
+namespace vorex::test {
+
+/// Settings of the machine, by path and name; changed while a test runs.
+class FakeSettings : public ISettingsRegistry {
+  public:
+    std::map<std::pair<std::string, std::string>, TaggedValue> values;
+
+    void Set(std::string_view name, TaggedValue value) {
+        values[{std::string(setting::kPlugInPath), std::string(name)}] = std::move(value);
+    }
+    int32_t ValueCount(std::string_view path) const override {
+        int32_t count = 0;
+        for (const auto& [place, value] : values) count += place.first == path ? 1 : 0;
+        return count;
+    }
+    TaggedValue ReadValue(std::string_view path, std::string_view name) const override {
+        const auto found = values.find({std::string(path), std::string(name)});
+        return found == values.end() ? TaggedValue() : found->second;
+    }
+};
+
+/// A language of a few words; the defaults for the rest.
+class FakeTexts : public ITextService {
+  public:
+    std::map<std::string, std::string, std::less<>> words;
+
+    std::string Translate(std::string_view section, std::string_view key, TextArguments args) const override {
+        if (section != kPlugInId) return "wrong section";
+        const auto found = words.find(key);
+        return found == words.end() ? DefaultText(key, args) : FillPlaceholders(found->second, args);
+    }
+    std::string ServiceRecordText(int32_t, bool) const override { return {}; }
+};
+
+/// A document in which no element can be made.
+class FullDocument : public IXmlDocument {
+  public:
+    std::shared_ptr<IXmlElement> CreateElement(std::string_view) override { return nullptr; }
+};
+
+/// The element of a text, and the document that keeps it.
+class XmlText {
+  public:
+    explicit XmlText(std::string_view xml)
+        : mSource(XmlSource::FromText(xml, "test")),
+          mRoot(mSource->Element(mSource->Document().document_element())) {}
+    const std::shared_ptr<IXmlElement>& Root() const { return mRoot; }
+
+  private:
+    std::unique_ptr<XmlSource> mSource;
+    std::shared_ptr<IXmlElement> mRoot;
+};
+
+/// Children of an element as "name=text" joined by ";".
+inline std::string Listed(const IXmlElement& element) {
+    std::string list;
+    for (const auto& child : element.Children())
+        list += (list.empty() ? "" : ";") + std::string(child->Name()) + "=" + std::string(child->Text());
+    return list;
+}
+
+}  // namespace vorex::test

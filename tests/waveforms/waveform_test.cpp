@@ -1,0 +1,142 @@
+#include "waveforms/waveform.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/host_error.h"
+#include "foundation/host_services.h"
+#include "support/fake_host.h"
+
+namespace vorex {
+namespace {
+
+class Waveforms : public ::testing::Test {
+  protected:
+    void SetUp() override { InstallServices({}); }
+    void TearDown() override { InstallServices({}); }
+
+    std::shared_ptr<IXmlElement> Saved() { return waveform.Save(document); }
+
+    std::shared_ptr<OutputDocument> document = std::make_shared<OutputDocument>();
+    CWaveform waveform;
+};
+
+class CountingLog : public IProgressLog {
+  public:
+    void Position(std::string_view key, std::string_view) override { seen += std::string(key) + " "; }
+    void Advance(int32_t steps) override { seen += "+" + std::to_string(steps); }
+    void LogMessage(uint32_t, int32_t, std::string_view) override { seen += "!"; }
+    std::string seen;
+};
+
+TEST_F(Waveforms, ANewWaveformIsEmptyAndIsSampledOnceAUnit) {
+    EXPECT_EQ(waveform.ValueCount(), 0);
+    EXPECT_TRUE(waveform.Values().empty());
+    EXPECT_FALSE(waveform.IncludeInReport());
+    EXPECT_EQ(waveform.Resolution(), 1.0F);
+    for (const float interval : {0.0F, -2.0F}) {
+        waveform.Resolution(interval);
+        EXPECT_EQ(waveform.Resolution(), 1.0F);
+    }
+    waveform.Resolution(0.25F);
+    EXPECT_EQ(waveform.Resolution(), 0.25F);
+}
+
+TEST_F(Waveforms, SamplesAreReadBetweenCommas) {
+    waveform.Initialize("0,40.5, 80.1,,x,-3,1e39");
+    EXPECT_EQ(waveform.Values(),
+              (std::vector<float>{0, 40.5F, 80.1F, 0, 0, -3, std::numeric_limits<float>::max()}));
+    EXPECT_EQ(waveform.ValueCount(), 7);
+    waveform.Initialize("5");
+    EXPECT_EQ(waveform.Values(), std::vector<float>{5});
+    waveform.Initialize("");
+    EXPECT_EQ(waveform.ValueCount(), 0);
+}
+
+TEST_F(Waveforms, TheTypeNamesTheElement) {
+    const std::pair<uint8_t, std::string_view> kNames[] = {
+        {1, "Waveform"}, {3, "mAsWaveform"}, {0, "Waveform"}, {2, "Waveform"}};
+    for (const auto& [type, name] : kNames) {
+        waveform.WaveformType(type);
+        EXPECT_EQ(Saved()->Name(), name) << int{type};
+    }
+}
+
+TEST_F(Waveforms, AWaveformComesBackAsItWasSaved) {
+    waveform.Initialize("0,40.5,80.1,80.2,0");
+    waveform.IncludeInReport(true);
+    waveform.Resolution(0.1F);
+    const auto element = Saved();
+    EXPECT_EQ(element->Text(), "0,40.5,80.1,80.2,0");
+    EXPECT_EQ(test::Listed(*element), "PrintWaveform=True;WaveformResolution=0.1");
+    CWaveform loaded;
+    CountingLog log;
+    loaded.Load(element, &log);
+    EXPECT_EQ(log.seen, "Waveform +1");
+    EXPECT_EQ(loaded.Values(), waveform.Values());
+    EXPECT_EQ(loaded.ValueCount(), 5);
+    EXPECT_TRUE(loaded.IncludeInReport());
+    EXPECT_EQ(loaded.Resolution(), 0.1F);
+    EXPECT_EQ(test::Listed(*loaded.Save(document)), test::Listed(*element));
+}
+
+TEST_F(Waveforms, AnEmptyWaveformSavesWithoutText) {
+    const auto element = Saved();
+    EXPECT_EQ(element->Text(), "");
+    EXPECT_EQ(test::Listed(*element), "PrintWaveform=False;WaveformResolution=0");
+}
+
+TEST_F(Waveforms, ALoneSampleIsSavedAndDoesNotComeBack) {
+    waveform.Initialize("5");
+    waveform.IncludeInReport(true);
+    waveform.Resolution(10);
+    const auto element = Saved();
+    EXPECT_EQ(element->Text(), "5");
+    CWaveform loaded;
+    CountingLog log;
+    loaded.Load(element, &log);
+    EXPECT_EQ(loaded.ValueCount(), 0);
+    EXPECT_FALSE(loaded.IncludeInReport()) << "the object stays empty";
+    EXPECT_EQ(loaded.Resolution(), 1.0F);
+    EXPECT_EQ(log.seen, "Waveform ");
+}
+
+TEST_F(Waveforms, AMissingChildLeavesItsField) {
+    waveform.IncludeInReport(true);
+    waveform.Resolution(4);
+    waveform.Load(test::XmlText("<Waveform>1,2</Waveform>").Root(), nullptr);
+    EXPECT_TRUE(waveform.IncludeInReport());
+    EXPECT_EQ(waveform.Resolution(), 4.0F);
+    test::XmlText other(
+        "<Waveform>1,2<PrintWaveform>true</PrintWaveform>"
+        "<WaveformResolution>0,5</WaveformResolution></Waveform>");
+    waveform.Load(other.Root(), nullptr);
+    EXPECT_FALSE(waveform.IncludeInReport()) << "only \"True\" is true";
+    EXPECT_EQ(waveform.Resolution(), 0.5F);
+}
+
+TEST_F(Waveforms, ADocumentThatMakesNoElementIsAnError) {
+    try {
+        waveform.Save(std::make_shared<test::FullDocument>());
+        FAIL() << "nothing was raised";
+    } catch (const HostError& error) {
+        EXPECT_EQ(error.Code(), 0x8004A3ECU);
+        EXPECT_EQ(error.Source(), "VorexZRD47500Test.CWaveForm");
+    }
+}
+
+TEST_F(Waveforms, TheTraceShowsTheFirstFiveHundredCharacters) {
+    std::vector<std::string> lines;
+    HostServices services;
+    services.trace = [&](std::string_view line) { lines.emplace_back(line); };
+    InstallServices(services);
+    std::string samples = "1";
+    for (int i = 0; i < 400; ++i) samples += ",2";
+    waveform.Initialize(samples);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_EQ(lines[0], "$IWaveform_Initialize$ - @Printing WaveformData");
+    EXPECT_EQ(lines[1], samples.substr(0, 500));
+    EXPECT_EQ(lines[2], "$IWaveform_Initialize$ - @Finished WaveformData");
+}
+
+}  // namespace
+}  // namespace vorex
