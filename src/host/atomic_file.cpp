@@ -17,7 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t{1} << 18U;
 constexpr mode_t kNewFileMode = 0666;
 
 /// The file behind a symbolic link, also when it does not exist yet.
@@ -44,7 +43,6 @@ mode_t ModeFor(const fs::path& target) {
 }  // namespace
 
 AtomicFile::AtomicFile(const fs::path& target) : mShown(target), mTarget(BehindLinks(target)) {
-    mBuffer.reserve(kBufferSize);
     std::error_code error;
     const fs::file_status status = fs::status(mTarget, error);
     if (fs::is_directory(status))
@@ -80,23 +78,15 @@ void AtomicFile::Fail(std::string_view what) const {
 }
 
 void AtomicFile::Write(std::string_view bytes) {
-    if (mBuffer.size() + bytes.size() > kBufferSize) Flush();
-    mBuffer.append(bytes);
-}
-
-void AtomicFile::Flush() {
-    std::string_view rest = mBuffer;
-    while (!rest.empty()) {
-        const ssize_t written = ::write(mDescriptor, rest.data(), rest.size());
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(mDescriptor, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;
         if (written < 0) Fail("cannot be written");
-        rest.remove_prefix(static_cast<std::size_t>(written));
+        bytes.remove_prefix(static_cast<std::size_t>(written));
     }
-    mBuffer.clear();
 }
 
 void AtomicFile::Commit() {
-    Flush();
     const bool direct = mTemporary.empty();
     if (!direct && ::fsync(mDescriptor) != 0) Fail("cannot be written to the disk");
     const int descriptor = mDescriptor;

@@ -19,19 +19,18 @@ class AtomicFile {
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
 
+    /// Goes to the system at once: meant for large pieces.
     void Write(std::string_view bytes);
     /// Puts the new file in place. [last; without it the target stays as it was]
     void Commit();
 
   private:
     void OpenTemporary();
-    void Flush();
     [[noreturn]] void Fail(std::string_view what) const;
 
     std::filesystem::path mShown;      ///< as the caller named it
     std::filesystem::path mTarget;     ///< behind symbolic links
     std::filesystem::path mTemporary;  ///< empty when the target is written directly
-    std::string mBuffer;
     int mDescriptor = -1;
 };
 

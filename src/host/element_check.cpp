@@ -117,18 +117,21 @@ void FileCheck::CheckElement(Node element, Place place, int32_t level) {
     CheckAttributes(element, place);
     if (place == Place::kGroup || place == Place::kTest) CheckTest(element);
     if (place == Place::kPlugInData) CheckConfigBlock(element);
-    if (OwnsText(place)) CheckOnePiece(element);
     constexpr int32_t kNumberType = 1;
     if (place == Place::kMeasuredValue &&
         ReadInteger(FindAttribute(element, tag::kType).value()) == kNumberType)
         CheckText(element, Form::kNumber);
-    if (element.first_child()) CheckChildren(element, place, level);
+    if (!element.first_child()) return;
+    if (OwnsText(place)) CheckOnePiece(element);
+    CheckChildren(element, place, level);
 }
 
 void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
     uint64_t met = 0;  // a bit for each row of the schema
-    for (Node child = element.first_child(); child; child = child.next_sibling()) {
-        if (child.type() != pugi::node_element) continue;
+    pugi::xml_node_type type = pugi::node_null;
+    for (Node child = element.first_child(); (type = child.type()) != pugi::node_null;
+         child = child.next_sibling()) {
+        if (type != pugi::node_element) continue;
         const ElementRow* row = FindElementRow(place, child.name());
         if (row == nullptr) {
             if (place == Place::kTest && SameText(child.name(), tag::kTestElement))
@@ -140,7 +143,7 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
         if (row->identity == Identity::kOnly && (met & bit) != 0)
             Fail(child, NameOf(child) + " stands twice", "one");
         met |= bit;
-        CheckText(child, row->form);
+        if (row->form != Form::kAny) CheckText(child, row->form);
         const bool test = row->place == Place::kTest;
         CheckElement(child, test ? PlaceOfTest(FindAttribute(child, tag::kTestId).value()) : row->place,
                      level + 1);
@@ -150,15 +153,15 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
 void FileCheck::CheckAttributes(Node element, Place place) const {
     constexpr int kMostAttributes = 1000;
     int count = 0;
-    for (auto at = element.first_attribute(); at; at = at.next_attribute()) {
+    for (auto at = element.first_attribute(); at;) {
         if (++count > kMostAttributes) Fail(element, NameOf(element) + " has too many attributes", "a few");
-        for (auto later = at.next_attribute(); later; later = later.next_attribute())
+        const auto next = at.next_attribute();
+        for (auto later = next; later; later = later.next_attribute())
             if (SameText(at.name(), later.name()))
                 Fail(element, "attribute " + Quoted(at.name()) + " stands twice", "one");
+        at = next;
     }
-    if (place == Place::kForeign || place == Place::kText) return;
-    for (const AttributeRow& row : AttributeRows()) {
-        if (row.place != place) continue;
+    for (const AttributeRow& row : AttributeRows(place)) {
         const pugi::xml_attribute attribute = FindAttribute(element, row.name);
         if (!attribute && row.required)
             Fail(element, NameOf(element) + " has no attribute " + Quoted(row.name), InWords(row.form));

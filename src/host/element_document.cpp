@@ -5,16 +5,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
-#include <vector>
 
-#include "host/atomic_file.h"
 #include "host/file_error.h"
+#include "host/utf8.h"
 
 namespace vorex {
 
@@ -23,59 +22,66 @@ namespace {
 constexpr unsigned kParseFlags = pugi::parse_default | pugi::parse_comments | pugi::parse_pi |
                                  pugi::parse_declaration | pugi::parse_doctype | pugi::parse_embed_pcdata |
                                  pugi::parse_ws_pcdata_single;
-constexpr const char* kIndent = "  ";
 
-/// Calls an operation that wants a name with a zero behind it.
-template <typename Operation>
-auto WithZero(std::string_view name, Operation&& operation) {
-    std::array<char, 64> buffer;
-    if (name.size() >= buffer.size()) return operation(std::string(name).c_str());
-    std::memcpy(buffer.data(), name.data(), name.size());
-    buffer[name.size()] = '\0';
-    return operation(static_cast<const char*>(buffer.data()));
-}
+/// An element of a document that was read.
+class SourceElement final : public IXmlElement {
+  public:
+    SourceElement(pugi::xml_node node, std::pmr::memory_resource& memory) : mNode(node), mMemory(memory) {}
 
-bool IsXmlName(std::string_view name) {
-    const auto letter = [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
-               static_cast<unsigned char>(c) >= 0x80U;
-    };
-    const auto later = [&](char c) { return letter(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; };
-    return !name.empty() && letter(name.front()) && std::all_of(name.begin(), name.end(), later);
-}
+    /// Lives as long as the memory does.
+    static std::shared_ptr<IXmlElement> Make(pugi::xml_node node, std::pmr::memory_resource& memory) {
+        auto* element =
+            new (memory.allocate(sizeof(SourceElement), alignof(SourceElement))) SourceElement(node, memory);
+        return {std::shared_ptr<void>(), element};
+    }
 
-/// Elements in one block of memory, which the last of them frees.
-template <typename Select>
-XmlElements Collect(pugi::xml_node parent, Select&& select) {
-    auto block = std::make_shared<std::vector<XmlElement>>();
-    for (pugi::xml_node node = parent.first_child(); node; node = node.next_sibling())
-        if (node.type() == pugi::node_element && select(node)) block->emplace_back(node);
-    XmlElements elements;
-    elements.reserve(block->size());
-    for (XmlElement& element : *block) elements.emplace_back(block, &element);
-    return elements;
-}
+    std::string_view Name() const override { return mNode.name(); }
+    std::string_view GetAttribute(std::string_view name) const override {
+        return FindAttribute(mNode, name).value();
+    }
+    XmlElements Children() const override {
+        return Collect([](pugi::xml_node) { return true; });
+    }
+    XmlElements FindChild(std::string_view name) const override {
+        return Collect([&](pugi::xml_node node) { return SameText(node.name(), name); });
+    }
+    std::string_view Text() const override { return NodeText(mNode); }
+    std::string ReadValue(std::string_view name, std::string_view defaultValue) const override {
+        const pugi::xml_node found = ChildNamed(mNode, name);
+        return found ? std::string(NodeText(found)) : std::string(defaultValue);
+    }
+
+    void Name(std::string_view /*name*/) override { Refuse(); }
+    void SetAttribute(std::string_view /*name*/, std::string_view /*value*/) override { Refuse(); }
+    std::shared_ptr<IXmlElement> AddChild(const std::shared_ptr<IXmlElement>& /*child*/) override {
+        Refuse();
+    }
+    void Text(std::string_view /*text*/) override { Refuse(); }
+    std::shared_ptr<IXmlElement> AddValue(std::string_view /*name*/, std::string_view /*value*/) override {
+        Refuse();
+    }
+
+  private:
+    template <typename Select>
+    XmlElements Collect(Select&& select) const {
+        constexpr std::size_t kUsualCount = 8;
+        XmlElements elements;
+        elements.reserve(kUsualCount);
+        pugi::xml_node_type type = pugi::node_null;
+        for (pugi::xml_node node = mNode.first_child(); (type = node.type()) != pugi::node_null;
+             node = node.next_sibling())
+            if (type == pugi::node_element && select(node)) elements.push_back(Make(node, mMemory));
+        return elements;
+    }
+
+    [[noreturn]] static void Refuse() { throw std::logic_error("a document that was read is not changed"); }
+
+    pugi::xml_node mNode;
+    std::pmr::memory_resource& mMemory;
+};
 
 bool IsText(pugi::xml_node node) {
     return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
-}
-
-/// Puts a text in front of what an element holds.
-void PutText(pugi::xml_node element, std::string_view text) {
-    if (!text.empty()) element.prepend_child(pugi::node_pcdata).set_value(text.data(), text.size());
-}
-
-/// Length of the UTF-8 character at the start of a text that is not ASCII; 0 when it is none.
-std::size_t CharacterLength(const unsigned char* at, std::size_t rest) {
-    const unsigned char lead = at[0];
-    const std::size_t length = lead >= 0xF0U ? 4 : lead >= 0xE0U ? 3 : 2;
-    if (lead < 0xC2U || lead > 0xF4U || rest < length) return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if ((at[i] & 0xC0U) != 0x80U) return 0;
-    // Forms that are too long, halves of pairs, and what lies beyond the last character.
-    if ((lead == 0xE0U && at[1] < 0xA0U) || (lead == 0xEDU && at[1] > 0x9FU)) return 0;
-    if ((lead == 0xF0U && at[1] < 0x90U) || (lead == 0xF4U && at[1] > 0x8FU)) return 0;
-    return length;
 }
 
 /// Index of the first byte that is not part of UTF-8 text, or of a zero byte; the size when there is none.
@@ -94,7 +100,7 @@ std::size_t FirstBadByte(const char* text, std::size_t size) {
         }
         if (at >= size) break;
         if (bytes[at] == 0) return at;
-        const std::size_t length = bytes[at] < 0x80U ? 1 : CharacterLength(bytes + at, size - at);
+        const std::size_t length = bytes[at] < 0x80U ? 1 : Utf8Length({text + at, size - at});
         if (length == 0) return at;
         at += length;
     }
@@ -127,114 +133,9 @@ pugi::xml_attribute FindAttribute(pugi::xml_node element, std::string_view name)
     return {};
 }
 
-// ------------------------------------------------------------------------------------------- element
-
-void XmlElement::Name(std::string_view name) {
-    WithZero(name, [&](const char* text) { return mNode.set_name(text); });
+std::shared_ptr<IXmlElement> XmlSource::Element(pugi::xml_node node) {
+    return SourceElement::Make(node, mElements);
 }
-
-std::string_view XmlElement::GetAttribute(std::string_view name) const {
-    return FindAttribute(mNode, name).value();
-}
-
-void XmlElement::SetAttribute(std::string_view name, std::string_view value) {
-    pugi::xml_attribute attribute = FindAttribute(mNode, name);
-    if (!attribute)
-        attribute = WithZero(name, [&](const char* text) { return mNode.append_attribute(text); });
-    attribute.set_value(value.data(), value.size());
-}
-
-XmlElements XmlElement::Children() const {
-    return Collect(mNode, [](pugi::xml_node) { return true; });
-}
-
-std::shared_ptr<IXmlElement> XmlElement::AddChild(const std::shared_ptr<IXmlElement>& child) {
-    mNode.append_move(static_cast<const XmlElement&>(*child).Node());
-    return child;
-}
-
-XmlElements XmlElement::FindChild(std::string_view name) const {
-    return Collect(mNode, [&](pugi::xml_node node) { return SameText(node.name(), name); });
-}
-
-std::string_view XmlElement::Text() const {
-    return NodeText(mNode);
-}
-
-void XmlElement::Text(std::string_view text) {
-    for (pugi::xml_node child = mNode.first_child(); child;) {
-        const pugi::xml_node next = child.next_sibling();
-        if (IsText(child)) mNode.remove_child(child);
-        child = next;
-    }
-    PutText(mNode, text);
-}
-
-std::shared_ptr<IXmlElement> XmlElement::AddValue(std::string_view name, std::string_view value) {
-    if (!IsXmlName(name)) return nullptr;
-    const pugi::xml_node child = WithZero(name, [&](const char* text) { return mNode.append_child(text); });
-    PutText(child, value);
-    return std::make_shared<XmlElement>(child);
-}
-
-std::string XmlElement::ReadValue(std::string_view name, std::string_view defaultValue) const {
-    const pugi::xml_node found = ChildNamed(mNode, name);
-    return found ? std::string(NodeText(found)) : std::string(defaultValue);
-}
-
-// ------------------------------------------------------------------------------------------ document
-
-XmlDocument::XmlDocument() : mUnplaced(mDocument.append_child("Unplaced")) {}
-
-std::shared_ptr<IXmlElement> XmlDocument::CreateElement(std::string_view name) {
-    if (!IsXmlName(name)) return nullptr;
-    return std::make_shared<XmlElement>(
-        WithZero(name, [&](const char* text) { return mUnplaced.append_child(text); }));
-}
-
-std::shared_ptr<XmlElement> XmlDocument::CreateRoot(std::string_view name) {
-    return std::make_shared<XmlElement>(
-        WithZero(name, [&](const char* text) { return mDocument.append_child(text); }));
-}
-
-pugi::xml_document& XmlDocument::Finish() {
-    mDocument.remove_child(mUnplaced);
-    mUnplaced = {};
-    pugi::xml_node declaration = mDocument.prepend_child(pugi::node_declaration);
-    declaration.append_attribute("version") = "1.0";
-    declaration.append_attribute("encoding") = "UTF-8";
-    return mDocument;
-}
-
-void XmlDocument::Write(AtomicFile& file) const {
-    class Writer : public pugi::xml_writer {
-      public:
-        explicit Writer(AtomicFile& out) : mOut(out) {}
-        void write(const void* data, std::size_t size) override {
-            mOut.Write({static_cast<const char*>(data), size});
-        }
-
-      private:
-        AtomicFile& mOut;
-    };
-    Writer writer(file);
-    mDocument.save(writer, kIndent, pugi::format_indent, pugi::encoding_utf8);
-}
-
-std::string XmlDocument::Text() const {
-    class Writer : public pugi::xml_writer {
-      public:
-        void write(const void* data, std::size_t size) override {
-            text.append(static_cast<const char*>(data), size);
-        }
-        std::string text;
-    };
-    Writer writer;
-    mDocument.save(writer, kIndent, pugi::format_indent, pugi::encoding_utf8);
-    return std::move(writer.text);
-}
-
-// -------------------------------------------------------------------------------------------- source
 
 std::unique_ptr<XmlSource> XmlSource::Read(const std::filesystem::path& path) {
     auto source = std::make_unique<XmlSource>();

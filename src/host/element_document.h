@@ -1,74 +1,27 @@
 #pragma once
 
-#include <pugixml.hpp>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <memory_resource>
+#include <pugixml.hpp>
 #include <string>
 #include <string_view>
 
 #include "foundation/host_contract.h"
 
-/// The documents behind element files: one that is read from a file and kept, and one that is built to be
-/// written.
+/// The document of an element file that was read.
 namespace vorex {
 
-class AtomicFile;
-
-/// Limits of a file that is read: what lies beyond was not written by this system.
+/// Limits of a file: what lies beyond was not written by this system.
 inline constexpr int32_t kMostLevels = 200;
 inline constexpr std::size_t kLargestFile = std::size_t{512} << 20U;
 
-/// An element of either document. It does not keep its document alive.
-class XmlElement final : public IXmlElement {
-  public:
-    XmlElement() = default;
-    explicit XmlElement(pugi::xml_node node) : mNode(node) {}
-
-    pugi::xml_node Node() const { return mNode; }
-
-    std::string_view Name() const override { return mNode.name(); }
-    void Name(std::string_view name) override;
-    std::string_view GetAttribute(std::string_view name) const override;
-    void SetAttribute(std::string_view name, std::string_view value) override;
-    XmlElements Children() const override;
-    std::shared_ptr<IXmlElement> AddChild(const std::shared_ptr<IXmlElement>& child) override;
-    XmlElements FindChild(std::string_view name) const override;
-    std::string_view Text() const override;
-    void Text(std::string_view text) override;
-    std::shared_ptr<IXmlElement> AddValue(std::string_view name, std::string_view value) override;
-    std::string ReadValue(std::string_view name, std::string_view defaultValue) const override;
-
-  private:
-    pugi::xml_node mNode;
-};
-
-/// A document that is built to be written. Elements are made without a place and put below others; what
-/// was never placed is not written.
-class XmlDocument final : public IXmlDocument {
-  public:
-    XmlDocument();
-
-    std::shared_ptr<IXmlElement> CreateElement(std::string_view name) override;
-    /// Makes a placed root element; the document has one.
-    std::shared_ptr<XmlElement> CreateRoot(std::string_view name);
-    /// The finished tree, without what was never placed. [no new elements afterwards]
-    pugi::xml_document& Finish();
-    /// Indented by two blanks, with an XML declaration. [after `Finish`]
-    void Write(AtomicFile& file) const;
-    std::string Text() const;
-
-  private:
-    pugi::xml_document mDocument;
-    pugi::xml_node mUnplaced;
-};
-
-/// A document that was read. Entities other than the five of XML and numeric ones are not expanded; texts
-/// are kept as they stand, comments too. Raises FileError for what cannot be read or is no well-formed
-/// UTF-8 document of ordinary depth and size.
+/// A document that was read and is kept as it stands, comments and all. Entities other than the five of XML
+/// and numeric ones are not expanded. Raises FileError for what cannot be read or is no well-formed UTF-8
+/// document of ordinary size.
 class XmlSource {
   public:
     static std::unique_ptr<XmlSource> Read(const std::filesystem::path& path);
@@ -80,11 +33,15 @@ class XmlSource {
     /// Line of an element in the file, from 1; 0 when it is not known. Reads the file again.
     int32_t LineOf(pugi::xml_node node) const;
 
+    /// An element as the library sees it. It and those below it live until `ReleaseElements`, or as long as
+    /// the source, and cannot be changed.
+    std::shared_ptr<IXmlElement> Element(pugi::xml_node node);
+    void ReleaseElements() { mElements.release(); }
+
   private:
     struct Free {
         void operator()(char* memory) const { std::free(memory); }
     };
-    using Buffer = std::unique_ptr<char, Free>;
 
     void ReadFile();
     void Parse();
@@ -93,9 +50,10 @@ class XmlSource {
 
     std::string mName;
     bool mIsFile = false;
-    Buffer mBuffer;  ///< names and texts of the document lie in it
+    std::unique_ptr<char, Free> mBuffer;  ///< names and texts of the document lie in it
     std::size_t mSize = 0;
     pugi::xml_document mDocument;
+    std::pmr::monotonic_buffer_resource mElements;
 };
 
 /// True when a text of the document equals another, without measuring it first.

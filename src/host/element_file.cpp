@@ -11,6 +11,7 @@
 #include "host/element_check.h"
 #include "host/element_document.h"
 #include "host/element_merge.h"
+#include "host/element_output.h"
 #include "host/execution_pipe.h"
 #include "host/file_error.h"
 
@@ -51,7 +52,7 @@ MtiEntry ReadMti(const IXmlElement& element) {
     return entry;
 }
 
-std::shared_ptr<IXmlElement> WriteInstruments(const IMtiList& list, XmlDocument& document) {
+std::shared_ptr<IXmlElement> WriteInstruments(const IMtiList& list, OutputDocument& document) {
     const auto element = document.CreateElement(tag::kMtiList);
     for (const MtiEntry& entry : list.Entries()) {
         const auto child = document.CreateElement(tag::kMti);
@@ -63,7 +64,7 @@ std::shared_ptr<IXmlElement> WriteInstruments(const IMtiList& list, XmlDocument&
 }
 
 std::shared_ptr<IXmlElement> WriteStandards(const std::vector<StandardName>& standards,
-                                            XmlDocument& document) {
+                                            OutputDocument& document) {
     const auto element = document.CreateElement(tag::kSelectedStandards);
     for (const StandardName& standard : standards) {
         const auto child = document.CreateElement(tag::kStandard);
@@ -96,13 +97,14 @@ std::unique_ptr<ElementFile> ElementFile::FromText(std::string_view text, std::s
 std::unique_ptr<ElementFile> ElementFile::Build(std::unique_ptr<XmlSource> source, IProgressLog* log) {
     CheckElementFile(*source);
     auto file = std::make_unique<ElementFile>();
-    const auto root = std::make_shared<XmlElement>(ChildNamed(source->Document(), tag::kVorexSequence));
+    const auto root = source->Element(ChildNamed(source->Document(), tag::kVorexSequence));
     try {
         file->LoadFrame(root);
         file->LoadElements(root, log);
     } catch (const ElementError& error) {
         throw FileError({source->FileName(), 0, error.Id()}, error.what());
     }
+    source->ReleaseElements();
     file->mSource = std::move(source);
     return file;
 }
@@ -140,10 +142,10 @@ std::set<int32_t> ElementFile::ReplacedResults() const {
     return replaced;
 }
 
-std::shared_ptr<XmlDocument> ElementFile::Written(const std::string& name) {
+std::shared_ptr<OutputDocument> ElementFile::Written(const std::string& name) {
     NumberElements();
-    auto document = std::make_shared<XmlDocument>();
-    const auto root = document->CreateRoot(tag::kVorexSequence);
+    auto document = std::make_shared<OutputDocument>();
+    const auto root = document->Top().AddValue(tag::kVorexSequence, {});
     root->SetAttribute(tag::kVersion, kFileVersion);
     if (mChosen) root->AddChild(WriteStandards(*mChosen, *document));
     if (mHasInstrumentList || !mInstruments->Entries().empty())
@@ -155,15 +157,14 @@ std::shared_ptr<XmlDocument> ElementFile::Written(const std::string& name) {
             throw FileError({name, 0, PlainText(element->ID())}, error.what());
         }
     }
-    pugi::xml_document& tree = document->Finish();
-    if (mSource) MergeForeign(tree, mSource->Document(), ReplacedResults());
+    if (mSource) MergeForeign(*document, mSource->Document(), ReplacedResults());
     return document;
 }
 
 void ElementFile::Save(const std::filesystem::path& path) {
     const auto document = Written(path.string());
     AtomicFile file(path);
-    document->Write(file);
+    document->Write([&file](std::string_view piece) { file.Write(piece); });
     file.Commit();
 }
 

@@ -15,7 +15,7 @@
 namespace vorex {
 
 class MtiList;
-class XmlDocument;
+class OutputDocument;
 class XmlSource;
 
 /// An element file in memory: the elements, the instruments and the choice of standards. What the file holds
@@ -61,7 +61,7 @@ class ElementFile {
     void LoadElements(const std::shared_ptr<IXmlElement>& root, IProgressLog* log);
     void NumberElements();
     std::set<int32_t> ReplacedResults() const;
-    std::shared_ptr<XmlDocument> Written(const std::string& name);
+    std::shared_ptr<OutputDocument> Written(const std::string& name);
 
     std::unique_ptr<XmlSource> mSource;  ///< empty for a new file
     std::vector<std::shared_ptr<ITestElement>> mElements;

@@ -1,18 +1,20 @@
 #pragma once
 
-#include <pugixml.hpp>
-
 #include <cstdint>
+#include <pugixml.hpp>
 #include <set>
 
 namespace vorex {
+
+class OutputDocument;
 
 /// Puts what a file holds and this system does not know (elements, attributes, comments, instructions) into
 /// the tree that is about to be written, behind the counterparts of what it stood behind; attributes keep
 /// the order that they had. What this system knows and no longer writes does not come back.
 ///
 /// The results of the elements in the set took the place of the file's: nothing of the old ones comes over.
-void MergeForeign(pugi::xml_document& written, const pugi::xml_document& read,
+/// The document that was read has to outlive the written one.
+void MergeForeign(OutputDocument& written, const pugi::xml_document& read,
                   const std::set<int32_t>& replacedResults);
 
 }  // namespace vorex

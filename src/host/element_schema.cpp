@@ -147,6 +147,48 @@ static_assert(std::adjacent_find(kConfigKeys.begin(), kConfigKeys.end(), [](cons
                   return a.name == b.name;
               }) == kConfigKeys.end());
 
+/// Where the rows of each place begin and end: tables keep the rows of a place together.
+struct RowRange {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+using RowRanges = std::array<RowRange, static_cast<std::size_t>(Place::kText) + 1>;
+
+template <typename Table, typename PlaceOf>
+constexpr RowRanges RangesOf(const Table& table, PlaceOf placeOf) {
+    RowRanges ranges{};
+    for (std::size_t i = 0; i < std::size(table); ++i) {
+        RowRange& range = ranges[static_cast<std::size_t>(placeOf(table[i]))];
+        if (range.end == 0) range.begin = i;
+        range.end = i + 1;
+    }
+    return ranges;
+}
+
+constexpr RowRanges kElementRanges = RangesOf(kElements, [](const ElementRow& row) { return row.parent; });
+constexpr RowRanges kAttributeRanges =
+    RangesOf(kAttributes, [](const AttributeRow& row) { return row.place; });
+
+template <typename Table>
+constexpr auto RowsOf(const Table& table, const RowRanges& ranges, Place place) {
+    const RowRange range = ranges[static_cast<std::size_t>(place)];
+    return std::span(table).subspan(range.begin, range.end - range.begin);
+}
+
+/// Rows of other places inside the ranges would be taken for theirs.
+template <typename Table, typename PlaceOf>
+constexpr bool AreTogether(const Table& table, PlaceOf placeOf) {
+    for (std::size_t i = 1, changes = 0; i < std::size(table); ++i) {
+        if (placeOf(table[i]) == placeOf(table[i - 1])) continue;
+        for (std::size_t earlier = 0; earlier + 1 < i; ++earlier)
+            if (placeOf(table[earlier]) == placeOf(table[i])) ++changes;
+        if (changes > 0) return false;
+    }
+    return true;
+}
+static_assert(AreTogether(kElements, [](const ElementRow& row) { return row.parent; }));
+static_assert(AreTogether(kAttributes, [](const AttributeRow& row) { return row.place; }));
+
 // A bit of a word stands for each row, and a fixed number of bits for each configuration key.
 static_assert(std::size(kElements) <= 64 && kConfigKeys.size() <= 96);
 
@@ -173,22 +215,22 @@ bool IsWholeWithin(std::string_view text, double least, double most) {
 }  // namespace
 
 const ElementRow* FindElementRow(Place parent, std::string_view name) {
-    for (const ElementRow& row : kElements)
-        if (row.parent == parent && row.name == name) return &row;
+    for (const ElementRow& row : RowsOf(kElements, kElementRanges, parent))
+        if (row.name == name) return &row;
     return nullptr;
 }
 
 const AttributeRow* FindAttributeRow(Place place, std::string_view name) {
-    for (const AttributeRow& row : kAttributes)
-        if (row.place == place && row.name == name) return &row;
+    for (const AttributeRow& row : AttributeRows(place))
+        if (row.name == name) return &row;
     return nullptr;
 }
 
 std::span<const ElementRow> ElementRows() {
     return kElements;
 }
-std::span<const AttributeRow> AttributeRows() {
-    return kAttributes;
+std::span<const AttributeRow> AttributeRows(Place place) {
+    return RowsOf(kAttributes, kAttributeRanges, place);
 }
 
 Place PlaceOfTest(std::string_view testId) {

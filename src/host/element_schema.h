@@ -79,7 +79,8 @@ struct AttributeRow {
 const ElementRow* FindElementRow(Place parent, std::string_view name);
 const AttributeRow* FindAttributeRow(Place place, std::string_view name);
 std::span<const ElementRow> ElementRows();
-std::span<const AttributeRow> AttributeRows();
+/// The attributes of a place.
+std::span<const AttributeRow> AttributeRows(Place place);
 /// Group or test, by the text of the attribute "TestID".
 Place PlaceOfTest(std::string_view testId);
 /// True where the text of an element belongs to the class that writes it.

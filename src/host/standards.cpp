@@ -92,14 +92,14 @@ LimitExpression ExpectedResult::ExpressionOf(int32_t side) const {
 }
 
 float ExpectedResult::CalculateValue(float preset, int32_t side) const {
-    const double x = NumberOf(preset);
+    const auto x = [preset] { return NumberOf(preset); };
     const double y = ReadNumber(At(side).number);
     constexpr double kHundred = 100;
     switch (ExpressionOf(side)) {
         case LimitExpression::kOffset:
-            return static_cast<float>(x + y);
+            return static_cast<float>(x() + y);
         case LimitExpression::kPercent:
-            return static_cast<float>(x + x * y / kHundred);
+            return static_cast<float>(x() + x() * y / kHundred);
         default:
             return static_cast<float>(y);
     }
@@ -152,10 +152,10 @@ void Standard::AddExpectedResult(std::shared_ptr<IExpectedResult> limit) {
 
 int32_t Standard::Evaluate(std::string_view limitKey, float value, const TaggedValue& preset,
                            JudgedAs judgedAs) const {
-    const auto x = static_cast<float>(NumberOf(preset));
     const bool failed = std::any_of(mResults.begin(), mResults.end(), [&](const auto& limit) {
         const auto& own = static_cast<const ExpectedResult&>(*limit);
-        return own.Key() == limitKey && own.Judge(value, x, judgedAs) == kFailed;
+        return own.HasKey(limitKey) &&
+               own.Judge(value, static_cast<float>(NumberOf(preset)), judgedAs) == kFailed;
     });
     return failed ? kFailed : kNotTested;
 }

@@ -41,6 +41,7 @@ class ExpectedResult final : public IExpectedResult, public IExpectedResult2 {
 
     float CalculateValue(float preset, int32_t side) const override;
 
+    bool HasKey(std::string_view limitKey) const { return mKey == limitKey; }
     /// 2 when a side that judges this kind of value fails it, else 0.
     int32_t Judge(float value, float preset, JudgedAs judgedAs) const;
     void Load(const IXmlElement& element);

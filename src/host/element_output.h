@@ -1,0 +1,103 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <memory_resource>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+
+#include "foundation/host_contract.h"
+
+/// The tree that is written as an element file.
+namespace vorex {
+
+class OutputDocument;
+
+/// An element of the tree, or a node of a document that was read and stands here unchanged. Elements live as
+/// long as their document.
+class OutputElement final : public IXmlElement {
+  public:
+    struct Attribute {
+        std::string_view name;
+        std::string_view value;
+        Attribute* next = nullptr;
+    };
+
+    OutputElement(OutputDocument& document, std::string_view name) : mDocument(document), mName(name) {}
+    OutputElement(OutputDocument& document, pugi::xml_node foreign)
+        : mDocument(document), mForeign(foreign) {}
+
+    // IXmlElement
+    std::string_view Name() const override { return mName; }
+    void Name(std::string_view name) override;
+    std::string_view GetAttribute(std::string_view name) const override;
+    void SetAttribute(std::string_view name, std::string_view value) override;
+    XmlElements Children() const override;
+    /// Throws std::logic_error for an element that has a place already.
+    std::shared_ptr<IXmlElement> AddChild(const std::shared_ptr<IXmlElement>& child) override;
+    XmlElements FindChild(std::string_view name) const override;
+    std::string_view Text() const override { return mText; }
+    void Text(std::string_view text) override;
+    std::shared_ptr<IXmlElement> AddValue(std::string_view name, std::string_view value) override;
+    std::string ReadValue(std::string_view name, std::string_view defaultValue) const override;
+
+    // What the merge and the writer walk.
+    OutputElement* First() const { return mFirst; }
+    OutputElement* Next() const { return mNext; }
+    pugi::xml_node Foreign() const { return mForeign; }
+    const Attribute* FirstAttribute() const { return mFirstAttribute; }
+    const Attribute* FindAttribute(std::string_view name) const;
+    void ClearAttributes() { mFirstAttribute = mLastAttribute = nullptr; }
+    /// Puts a node of a read document, which has to outlive this one, behind a child, or in front of all.
+    OutputElement* InsertForeign(OutputElement* behind, pugi::xml_node node);
+
+  private:
+    void AddAttribute(std::string_view name, std::string_view value);
+    void Append(OutputElement* child);
+    template <typename Select>
+    XmlElements Collect(Select&& select) const;
+
+    OutputDocument& mDocument;
+    std::string_view mName;
+    std::string_view mText;
+    Attribute* mFirstAttribute = nullptr;
+    Attribute* mLastAttribute = nullptr;
+    OutputElement* mFirst = nullptr;
+    OutputElement* mLast = nullptr;
+    OutputElement* mNext = nullptr;
+    bool mPlaced = false;
+    pugi::xml_node mForeign;
+};
+
+/// A document that is built to be written. What was never placed is not written.
+class OutputDocument final : public IXmlDocument {
+  public:
+    OutputDocument();
+    OutputDocument(const OutputDocument&) = delete;
+    OutputDocument& operator=(const OutputDocument&) = delete;
+
+    /// Empty for a text that is no name of an element.
+    std::shared_ptr<IXmlElement> CreateElement(std::string_view name) override;
+    /// What stands in the document itself: the root element, and comments around it.
+    OutputElement& Top() { return *mTop; }
+
+    using Sink = std::function<void(std::string_view text)>;
+    /// Writes UTF-8 with an XML declaration, indented by two blanks, in pieces. What a text holds beside
+    /// characters becomes the replacement character, so that the file can always be read again.
+    void Write(const Sink& sink) const;
+    std::string Text() const;
+
+  private:
+    friend class OutputElement;
+
+    OutputElement* Make(std::string_view name);
+    template <typename Object, typename... Args>
+    Object* New(Args&&... args);
+    std::string_view Keep(std::string_view text);
+
+    std::pmr::monotonic_buffer_resource mMemory;
+    OutputElement* mTop;
+};
+
+}  // namespace vorex
