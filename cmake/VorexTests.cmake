@@ -85,6 +85,25 @@ elseif(VOREX_BUILD_TESTS STREQUAL "ON")
   message(FATAL_ERROR "The include check needs python3")
 endif()
 
+# Every command of the documents prints what they say, and every example ends as told. A user's settings
+# must not matter.
+if(TARGET vorex)
+  set(as_a_stranger "${CMAKE_COMMAND}" -E env "VOREX=$<TARGET_FILE:vorex>"
+    "VOREX_SETTINGS=${PROJECT_BINARY_DIR}/no_settings.ini")
+  if(Python3_Interpreter_FOUND AND EXISTS "${PROJECT_SOURCE_DIR}/README.md")
+    add_test(NAME documents COMMAND "${Python3_EXECUTABLE}" -B
+      "${PROJECT_SOURCE_DIR}/tests/docs/run_doc_examples.py" --program "$<TARGET_FILE:vorex>")
+    set_tests_properties(documents PROPERTIES TIMEOUT 300)
+  endif()
+  find_program(VOREX_BASH bash)
+  mark_as_advanced(VOREX_BASH)
+  if(VOREX_BASH)
+    add_test(NAME examples COMMAND ${as_a_stranger} "${VOREX_BASH}"
+      "${PROJECT_SOURCE_DIR}/examples/run_examples.sh" "${PROJECT_BINARY_DIR}/examples")
+    set_tests_properties(examples PROPERTIES TIMEOUT 300)
+  endif()
+endif()
+
 # Each header compiles alone: one source per header, without precompiled headers. Built on demand:
 # cmake --build --preset release --target header_check
 file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}/src" CONFIGURE_DEPENDS

@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# Goes through the examples with the built program and shows what each one says.
+#
+#   examples/run_examples.sh            results go to build/examples
+#   examples/run_examples.sh FOLDER     results go to FOLDER
+#
+# VOREX names the program; without it, the release build is taken. Ends with 0 when every example ended as
+# told here: some fail on purpose.
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+vorex=$(realpath "${VOREX:-$here/../build/release/bin/vorex}")
+out=${1:-$here/../build/examples}
+
+if [ ! -x "$vorex" ]; then
+    echo "run_examples: there is no program $vorex; build it with ./run, or name it in VOREX" >&2
+    exit 2
+fi
+mkdir -p "$out"
+out=$(realpath "$out")
+cd "$here"
+shown_out=$(realpath --relative-to=. --relative-base=.. "$out") # absolute outside the project
+
+bold='' plain=''
+if [ -t 1 ]; then bold=$'\e[1m' plain=$'\e[0m'; fi
+count=0
+wrong=()
+
+# example WHAT EXPECTED_EXIT_CODE ELEMENT_FILE RECORDING [OPERATOR_SCRIPT]
+example() {
+    local what=$1 expected=$2 name=$3 recording=$4 script=${5:-} code=0
+    local arguments=(run "$name.xml" --instruments "recording:$recording.jsonl")
+    count=$((count + 1))
+    result=$(printf '%02d_%s.xml' "$count" "$name")
+    printf '\n%s%2d  %s%s\n' "$bold" "$count" "$what" "$plain"
+    printf '    $ vorex %s \\\n          ' "${arguments[*]}"
+    if [ -n "$script" ]; then
+        arguments+=(--operator "$script")
+        printf "%s '%s' " --operator "$script"
+    fi
+    printf -- '-o %s/%s\n' "$shown_out" "$result"
+    "$vorex" "${arguments[@]}" -o "$out/$result" >"$out/printed.txt" 2>&1 || code=$?
+    sed '/^Saved as /d; s/^/    /; s/   *\([A-Za-z][A-Za-z ]*\)$/  ->  \1/' "$out/printed.txt"
+    rm "$out/printed.txt"
+    if [ "$code" -eq "$expected" ]; then
+        printf '    exit code %d, as expected\n' "$code"
+    else
+        printf '    exit code %d, but %d was expected\n' "$code" "$expected"
+        wrong+=("$count")
+    fi
+}
+
+echo "Each example is an element file (.xml: what is tested, and its limits) and a recording (.jsonl: what the"
+echo "instruments answered). The commands are as given in examples/, with the program's folder on the PATH."
+
+example "Reproducibility, ZRD 47500 and mAs meter: the detector has slipped at exposure 5" 1 \
+    radio_reproducibility radio_reproducibility
+example "The same, and the operator takes exposure 5 again" 0 \
+    radio_reproducibility radio_reproducibility 'start,redo 5,next'
+example "Voltage and time against what is set: 6.58 % off at 120 kV" 1 radio_accuracy radio_accuracy
+example "Linearity, from an instrument that writes a decimal comma" 0 radio_linearity radio_linearity
+example "The mAs meter alone, with a waveform of the tube current" 0 mas_meter mas_meter
+example "The Pelomark dosimeter at a dental unit" 0 dosimeter dosimeter
+example "The Pelomark and the mAs meter: dose per mAs" 0 dosimeter_mas dosimeter_mas
+example "Fluoroscopy voltage, continuous, in R" 0 fluoro_accuracy fluoro_accuracy
+example "Fluoroscopy dose rate, pulsed, in Gy, a limit for each exposure" 0 fluoro_exposure fluoro_exposure
+example "Mammography voltage: the detector is over range at exposure 5" 1 mammo_accuracy mammo_accuracy
+example "The same, and the operator takes exposure 5 again" 0 mammo_accuracy mammo_accuracy 'start,redo 5,next'
+example "Mammography AEC and average glandular dose" 0 mammo_aec mammo_aec
+aec=$result
+example "Mammography output, and the link is lost after the first exposure" 4 mammo_output mammo_output_link_lost
+example "The same without the fault" 0 mammo_output mammo_output
+example "A whole unit: groups in a group; one exposure again, one test not applicable" 0 \
+    unit unit ';start,redo 2,next;;;na'
+example "The same, and the operator aborts at the second test" 3 unit unit 'start,next;abort'
+
+printf '\n%sWhat a result looks like%s\n    $ vorex show %s/%s\n' "$bold" "$plain" "$shown_out" "$aec"
+"$vorex" show "$shown_out/$aec" | sed 's/^\(.\)/    \1/'
+
+if [ ${#wrong[@]} -gt 0 ]; then
+    echo "${#wrong[@]} of $count examples did not end as expected: ${wrong[*]}"
+    exit 1
+fi
+echo "All $count examples ended as expected."
