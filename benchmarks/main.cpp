@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <ctime>
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -29,13 +30,16 @@ int PrintLoadMemory(std::string_view what, const std::string& path) {
     const Scratch scratch;
     Install();
     const double before = ResidentBytes("VmRSS");
+    const std::clock_t begin = std::clock();
     std::unique_ptr<ElementFile> file;
     pugi::xml_document document;
     if (what == kLoadElements)
         file = ElementFile::Load(path);
     else if (!document.load_file(path.c_str()))
         return 1;
-    std::cout << static_cast<int64_t>(ResidentBytes("VmHWM") - before) << std::endl;
+    const std::clock_t end = std::clock();
+    std::cout << static_cast<double>(end - begin) / CLOCKS_PER_SEC << ' '
+              << static_cast<int64_t>(ResidentBytes("VmHWM") - before) << std::endl;
     return 0;
 }
 

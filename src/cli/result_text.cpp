@@ -105,6 +105,7 @@ class TestText {
         AddConfiguration(config);
         if (result == nullptr || result->Status() == kNotTested) return std::move(mText);
         AddOrigin(*result);
+        AddTaken(config, *result);
         if (result->Rows().empty()) return std::move(mText);
         AddExposures(*result);
         AddCalculations(*result);
@@ -126,6 +127,17 @@ class TestText {
              DisplayText(kDetectorSettings, config.pMeasurementSettings) + ", " +
              PlainText(static_cast<int32_t>(config.pNoOfExposures)) +
              (config.pNoOfExposures == 1 ? " exposure planned" : " exposures planned"));
+    }
+
+    /// A verdict on fewer exposures than planned must not look like one on all of them.
+    void AddTaken(const CConfigCommon& config, const CResultCommon& result) {
+        const auto taken = static_cast<int32_t>(result.Rows().size());
+        if (result.Status() == kNotApplicable || taken == config.pNoOfExposures) return;
+        const std::string planned = PlainText(static_cast<int32_t>(config.pNoOfExposures));
+        const std::string words =
+            taken == 0 ? "No exposure is stored"
+                       : PlainText(taken) + " exposures are stored, " + planned + " were planned";
+        Line(Coloured(words, kRed, mColour));
     }
 
     void AddOrigin(const CResultCommon& result) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <limits>
+#include <unordered_map>
 #include <variant>
 
 #include "config/config_common.h"
@@ -251,16 +252,18 @@ std::string StoredCell(const CellRow& row, const TextArray& array, std::size_t i
 /// The text of the first child of a name; null when there is none.
 class ChildTexts {
   public:
-    explicit ChildTexts(const IXmlElement& element) : mChildren(element.Children()) {}
+    explicit ChildTexts(const IXmlElement& element) : mChildren(element.Children()) {
+        for (const auto& child : mChildren) mByName.emplace(child->Name(), child.get());
+    }
 
     const IXmlElement* Find(std::string_view name) const {
-        for (const auto& child : mChildren)
-            if (child->Name() == name) return child.get();
-        return nullptr;
+        const auto found = mByName.find(name);
+        return found == mByName.end() ? nullptr : found->second;
     }
 
   private:
     XmlElements mChildren;
+    std::unordered_map<std::string_view, const IXmlElement*> mByName;  // a long table has thousands of them
 };
 
 void LoadRow(ConfigFields& config, const ChildTexts& children, std::size_t row) {

@@ -320,7 +320,7 @@ bool IsWritten(std::string_view text, std::string_view picture) {
     if (size.empty() || size.size() > kDoubleDigits) return false;
     const std::size_t point = size.find('.');
     const std::string_view whole = size.substr(0, point);
-    const int decimals = DecimalsOf(size);
+    const int decimals = point == std::string_view::npos ? 0 : DecimalsOf(size);
     if (!std::all_of(whole.begin(), whole.end(), IsDigit) || whole.empty()) return false;
     if (whole.size() > 1 && whole.front() == '0') return false;
     if (decimals < least || decimals > places) return false;

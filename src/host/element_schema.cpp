@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 #include "foundation/number_text.h"
 #include "foundation/vocabulary.h"
@@ -201,15 +202,22 @@ int32_t ConfigIndex(std::string_view name) {
     return static_cast<int32_t>(row - kConfigKeys.begin());
 }
 
-bool IsWhole(std::string_view text) {
-    if (!IsNumber(text)) return false;
+/// The whole number of 32 bits that a text is; not a number for any other text.
+double WholeNumber(std::string_view text) {
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    if (!IsNumber(text)) return kNone;
     const double value = ReadNumber(text);
     constexpr double kLargest = 2147483647.0;
-    return std::abs(value) <= kLargest && value == std::floor(value);
+    return std::abs(value) <= kLargest && value == std::floor(value) ? value : kNone;
+}
+
+bool IsWhole(std::string_view text) {
+    return !std::isnan(WholeNumber(text));
 }
 
 bool IsWholeWithin(std::string_view text, double least, double most) {
-    return IsWhole(text) && ReadNumber(text) >= least && ReadNumber(text) <= most;
+    const double value = WholeNumber(text);
+    return value >= least && value <= most;
 }
 
 }  // namespace
@@ -281,7 +289,7 @@ bool Has(Form form, std::string_view text) {
         case Form::kWholeOrEmpty:
             return Trimmed(text).empty() || IsWhole(text);
         case Form::kNotNegative:
-            return IsWhole(text) && ReadNumber(text) >= 0;
+            return WholeNumber(text) >= 0;
         case Form::kTruth:
             return text == kStoredTrue || text == kStoredFalse;
         case Form::kStatus:

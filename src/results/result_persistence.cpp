@@ -13,6 +13,16 @@ namespace {
 
 constexpr std::string_view kClassName = "CResultCommon";
 
+/// The cell above the next one of the last row, when it is of the same column: it knows what its column is
+/// like. Null when it is not.
+const CMeasurement* CellAbove(const std::vector<std::shared_ptr<MeasurementRow>>& rows,
+                              std::string_view measurementKey) {
+    if (rows.size() < 2) return nullptr;
+    const MeasurementRow& above = *rows[rows.size() - 2];
+    const std::size_t place = rows.back()->size();
+    return place < above.size() && above[place]->RawKey() == measurementKey ? above[place].get() : nullptr;
+}
+
 }  // namespace
 
 std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocument>& owner) {
@@ -43,15 +53,19 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
 void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
     auto item = std::make_shared<CMeasurement>();
     item->Load(element, log);
-    item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
+    const bool newRow =
+        mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == item->RawKey();
+    if (newRow) {
+        AddRow(std::make_shared<MeasurementRow>());
+        mRows.back()->reserve(mRows.front()->size());
+    }
+    const CMeasurement* above = CellAbove(mRows, item->RawKey());
+    item->ValueFormat(above != nullptr ? above->RawValueFormat() : PictureOfColumn(TestId, item->RawKey()));
     const bool linearity = item->RawKey() == key::kErAdjacent || item->RawKey() == key::kErNonAdjacent;
     if (TestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
     // The type of a stored cell follows from its column, so that a result saves alike before and after a
     // load.
     item->ValueType(IsJudgedColumn(*item) && TestId != kFluoroExposure ? kJudgedNumber : kTextOnly);
-    const bool newRow =
-        mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == item->RawKey();
-    if (newRow) AddRow(std::make_shared<MeasurementRow>());
     mRows.back()->push_back(std::move(item));
 }
 

@@ -216,7 +216,9 @@ TEST_F(FaultTest, AnOperationThatFailsOnceNeverLosesAStoredExposure) {
             const std::string values = ValuesOf(1, "kVp Avg");
             const std::string least = stored == 0 ? "" : stored == 1 ? "80" : "80|80";
             EXPECT_TRUE(values.starts_with(least)) << label << " kept " << values;
-            if (code == kExitPassed) EXPECT_EQ(values, "80|80") << label;
+            if (code == kExitPassed) {
+                EXPECT_EQ(values, "80|80") << label;
+            }
         }
     }
 }

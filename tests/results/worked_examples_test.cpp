@@ -485,9 +485,9 @@ TEST_F(WorkedExamples, OutputRateAndItsStatusCells) {
     };
     for (const Case& c : cases) {
         ResetState();
-        const auto set = [&](CConfigCommon& config_) {
-            config_.pMeasurementMode = c.mode;
-            config_.pMeasurementExposure = c.unit;
+        const auto set = [&](CConfigCommon& shaped) {
+            shaped.pMeasurementMode = c.mode;
+            shaped.pMeasurementExposure = c.unit;
         };
         Begin({"", kMammoRadiation, kZrd, set, {Zrd("28")}, {}});
         Take(Zrd("28", c.exposure, c.time), 1);

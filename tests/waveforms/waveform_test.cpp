@@ -83,6 +83,13 @@ TEST_F(Waveforms, AnEmptyWaveformSavesWithoutText) {
     const auto element = Saved();
     EXPECT_EQ(element->Text(), "");
     EXPECT_EQ(test::Listed(*element), "PrintWaveform=False;WaveformResolution=0");
+    waveform.IncludeInReport(true);
+    waveform.Resolution(4);
+    CWaveform loaded;
+    loaded.Load(Saved(), nullptr);
+    EXPECT_EQ(loaded.ValueCount(), 0);
+    EXPECT_EQ(test::Listed(*loaded.Save(document)), "PrintWaveform=True;WaveformResolution=4")
+        << "a file that is saved again keeps its bytes";
 }
 
 TEST_F(Waveforms, ALoneSampleIsSavedAndDoesNotComeBack) {
