@@ -90,8 +90,8 @@ std::string FailureReason(const ITestElement& element, const CMeasurement& item,
         const std::string low = SideWords(item, *standard, kLowSide);
         const std::string high = SideWords(item, *standard, kHighSide);
         if (!reason.empty()) reason += "; ";
-        reason += low + (low.empty() || high.empty() ? "" : ", ") + high + " (" + name.name + " " +
-                  name.version + ")";
+        reason.append(low).append(low.empty() || high.empty() ? "" : ", ").append(high);
+        reason.append(" (").append(name.name).append(" ").append(name.version).append(")");
     }
     return reason;
 }

@@ -51,7 +51,6 @@ using C = ConfigFields;
 constexpr TestSet kT100 = Tests({kRadioRepro});
 constexpr TestSet kT200 = Tests({kRadioAccuracy});
 constexpr TestSet kT300 = Tests({kRadioLinearity});
-constexpr TestSet kT500 = Tests({kFluoroAccuracy});
 constexpr TestSet kT700 = Tests({kFluoroExposure});
 constexpr TestSet kT900 = Tests({kMammoAccRepro});
 constexpr TestSet kT1100 = Tests({kMammoAec});

@@ -34,7 +34,7 @@ std::string KnownTests() {
 class MetConfigKeys {
   public:
     bool Again(const ConfigKey& key) {
-        const auto row = static_cast<std::size_t>(key.row + 1);
+        const std::size_t row = static_cast<std::size_t>(key.row) + 1;  // the test itself has row -1
         if (row >= kRowsAndTest) return false;
         const std::size_t bit = static_cast<std::size_t>(key.index) * kRowsAndTest + row;
         const bool again = mBits.test(bit);
