@@ -10,8 +10,8 @@
 #include "host/reference_host.h"
 #include "library.h"
 
-/// Any bytes are an element file or a clear error, and a file that was read is written so that it reads as the
-/// same file again.
+/// Any bytes are an element file or a clear error, and a file that was read is written so that it reads as
+/// the same file again.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     using namespace vorex;
     static const bool installed = [] {
