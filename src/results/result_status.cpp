@@ -323,16 +323,14 @@ void CResultCommon::UpdateServiceRecord(const ITestElement& owner) {
     const auto info = owner.Info();
     const bool keeps = info && (info->ServiceFlags() & kKeepServiceRecord) != 0;
     if (!keeps || mStatus == kNotTested || !Services().createServiceRecord) return;
-    std::string code;
+    std::string code = mStatus == kFailed ? "F" : "";
     std::string list;
     if (mStatus == kNotApplicable) {
         code = "NA";
     } else {
-        for (const auto& item : *mCurrent) {
-            const std::string shown = item->ShownText();
-            if (item->Status() == kFailed) code = "F";
-            if (!shown.empty()) list.append("/").append(shown);
-        }
+        // An earlier exposure may be the one that failed: the verdict tells, not the latest row.
+        for (const auto& item : *mCurrent)
+            if (const std::string shown = item->ShownText(); !shown.empty()) list.append("/").append(shown);
     }
     mServiceRecord = Services().createServiceRecord();
     mServiceRecord->Initialize(code, list);

@@ -39,6 +39,20 @@ TEST_F(RunCommandTest, AFailedLimitFailsTheTestItsGroupAndTheProgram) {
     EXPECT_EQ(out.find("Exposure 1: kVp"), std::string::npos) << "a value on the limit passes";
 }
 
+TEST_F(RunCommandTest, AFailureOfAnEarlierExposureKeepsTheServiceRecord) {
+    Write("s.xml", Sequence(Element(1, 500, Exposures(2), Limit("ER kVp Avg", R"(<High Value="90"/>)"))));
+    Write("r.jsonl", kHead + Shot("95") + Shot("80"));
+    EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitFailed);
+    EXPECT_STREQ(ResultOf(1).child("ServiceRecord").attribute("Code").value(), "F");
+    // A change of limits is settled by one judgement.
+    std::string wider = Read("out.xml");
+    wider.replace(wider.find("High Value=\"90\""), 15, "High Value=\"70\"");
+    Write("wider.xml", wider);
+    EXPECT_EQ(Run({"judge", Path("wider.xml"), "-o", Path("once.xml")}), kExitFailed);
+    EXPECT_EQ(Run({"judge", Path("once.xml"), "-o", Path("twice.xml")}), kExitFailed);
+    EXPECT_EQ(Read("twice.xml"), Read("once.xml"));
+}
+
 TEST_F(RunCommandTest, OnlySelectedStandardsJudge) {
     const std::string element = Element(1, 100, Exposures(1), Limit("ER kVp Avg", R"(<High Value="70"/>)"));
     Write("r.jsonl", kHead + Shot("80"));
