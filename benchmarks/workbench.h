@@ -97,12 +97,13 @@ inline std::string RecordingHead(int32_t kind) {
 inline std::string RecordedExposures(int32_t kind, int32_t count) {
     std::string text;
     for (int32_t i = 0; i < count; ++i) {
-        const std::string digit = PlainText(i % 10);
-        text += R"({"exposure":{"detector":["80.)" + digit + R"(","81.)" + digit + R"(","80.)" + digit +
-                R"(","12.)" + digit + R"(","123.)" + digit + R"(","100.)" + digit +
+        const auto digit = [i](int32_t column) { return PlainText((i + column) % 10); };
+        text += R"({"exposure":{"detector":["80.)" + digit(1) + R"(","81.)" + digit(2) + R"(","80.)" +
+                digit(3) + R"(","12.)" + digit(4) + R"(","123.)" + digit(5) + R"(","100.)" + digit(6) +
                 R"(","10","0","0","3.1"])";
         if (kind == kZrdAndMas)
-            text += R"(,"mas":["20)" + digit + R"(","20.)" + digit + R"(","0","0.6)" + digit + R"("])";
+            text +=
+                R"(,"mas":["20)" + digit(7) + R"(","20.)" + digit(8) + R"(","0","0.6)" + digit(9) + R"("])";
         text += "}}\n";
     }
     return text;

@@ -131,15 +131,22 @@ Decimal RoundedDecimal(double value, int significant) {
     return ToDecimal({buffer.data(), end.ptr}, std::signbit(value));
 }
 
-/// As `RoundedDecimal` with 15 digits. The shortest text that reads as the same double is found faster, and
-/// where it has no more than 15 digits it is the one that rounding gives; only subnormal numbers differ.
-Decimal DoubleDecimal(double value) {
-    std::array<char, 64> buffer{};
+/// The shortest text in scientific form that reads as the same double, without its sign; empty when it has
+/// more than 15 digits. It is found faster than the rounded one, and where it is not empty it is the one that
+/// rounding to 15 digits gives; only subnormal numbers differ.
+std::string_view ShortText(double value, std::array<char, 64>& buffer) {
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
                                    std::chars_format::scientific);
-    Decimal shortest = ToDecimal({buffer.data(), end.ptr}, std::signbit(value));
-    if (shortest.digits.size() <= kDoubleDigits && std::fpclassify(value) != FP_SUBNORMAL) return shortest;
-    return RoundedDecimal(value, kDoubleDigits);
+    const std::string_view text(buffer.data(), end.ptr);
+    const bool isShort = text.find('e') <= kDoubleDigits + 1 && std::fpclassify(value) != FP_SUBNORMAL;
+    return isShort ? text : std::string_view();
+}
+
+/// As `RoundedDecimal` with 15 digits.
+Decimal DoubleDecimal(double value) {
+    std::array<char, 64> buffer{};
+    const std::string_view text = ShortText(value, buffer);
+    return text.empty() ? RoundedDecimal(value, kDoubleDigits) : ToDecimal(text, std::signbit(value));
 }
 
 /// As `RoundedDecimal` with 7 digits, for a single. An ordinary one is scaled to a whole number of 7 digits;
@@ -291,6 +298,13 @@ std::string PlainText(float value) {
     return PlainDecimal(SingleDecimal(value));
 }
 
+double PlainValue(double value) {
+    std::array<char, 64> buffer{};
+    if (!std::isfinite(value) || value == 0) return 0;
+    if (!ShortText(value, buffer).empty()) return value;
+    return ReadNumber(PlainText(value));
+}
+
 std::string PlainText(int32_t value) {
     return std::to_string(value);
 }
@@ -415,7 +429,11 @@ std::string TextOf(const TaggedValue& value) {
 double NumberOf(const TaggedValue& value) {
     if (const auto* textValue = std::get_if<std::string>(&value)) return ReadNumber(*textValue);
     // A single counts as the number that a person would read from it.
-    if (const auto* single = std::get_if<float>(&value)) return ReadPlain(PlainText(*single));
+    if (const auto* single = std::get_if<float>(&value)) {
+        constexpr float kSevenDigits = 1e7F;
+        const bool whole = *single == std::trunc(*single) && std::abs(*single) < kSevenDigits;
+        return whole && *single != 0 ? static_cast<double>(*single) : ReadPlain(PlainText(*single));
+    }
     if (const auto* number = std::get_if<double>(&value)) return *number;
     return 0;
 }

@@ -27,6 +27,8 @@ std::string PlainText(double value);
 /// Plain text of a single: up to 7 significant digits.
 std::string PlainText(float value);
 std::string PlainText(int32_t value);
+/// The number that the plain text of a double reads as; 0 for a value that is not finite.
+double PlainValue(double value);
 
 /// A number in a picture such as "0.0#": at least as many decimals as zeros behind the point, at most as
 /// many as places. Rounds the plain decimal text half away from zero; never shows "-0.0". Empty for a value

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 #include "foundation/class_registry.h"
 #include "foundation/number_text.h"
@@ -52,14 +53,14 @@ class MetConfigKeys {
 class FileCheck {
   public:
     explicit FileCheck(const XmlSource& source) : mSource(source) {}
-    void Run();
+    std::set<int32_t> Run();
 
   private:
     using Node = pugi::xml_node;
 
     void CheckElement(Node element, Place place, int32_t level);
     void CheckChildren(Node element, Place place, int32_t level);
-    void CheckAttributes(Node element, Place place) const;
+    void CheckAttributes(Node element, Place place);
     void CheckTest(Node element);
     void CheckConfigBlock(Node block) const;
     void CheckOnePiece(Node element) const;
@@ -68,6 +69,8 @@ class FileCheck {
 
     const XmlSource& mSource;
     std::unordered_set<int32_t> mIds;
+    std::size_t mForeign = 0;  ///< pieces of content met so far that this system does not write
+    std::set<int32_t> mPlainResults;
 };
 
 /// An element in words, with the measurement, limit or instrument that it stands in.
@@ -95,7 +98,7 @@ void FileCheck::Fail(Node element, std::string fault, std::string_view expected)
                     std::string(expected));
 }
 
-void FileCheck::Run() {
+std::set<int32_t> FileCheck::Run() {
     Node root;
     for (Node node = mSource.Document().first_child(); node; node = node.next_sibling()) {
         if (node.type() == pugi::node_doctype)
@@ -108,6 +111,7 @@ void FileCheck::Run() {
         Fail(root, "the root element is " + Quoted(root.name()), Quoted(tag::kVorexSequence));
     CheckElement(root, Place::kSequence, 1);
     if (mIds.empty()) Fail(root, "holds no test", "at least one " + Quoted(tag::kTestElement));
+    return std::move(mPlainResults);
 }
 
 void FileCheck::CheckElement(Node element, Place place, int32_t level) {
@@ -121,6 +125,7 @@ void FileCheck::CheckElement(Node element, Place place, int32_t level) {
     if (place == Place::kMeasuredValue &&
         ReadInteger(FindAttribute(element, tag::kType).value()) == kNumberType)
         CheckText(element, Form::kNumber);
+    if (!OwnsText(place) && *element.value() != '\0') ++mForeign;
     if (!element.first_child()) return;
     if (OwnsText(place)) CheckOnePiece(element);
     CheckChildren(element, place, level);
@@ -131,9 +136,13 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
     pugi::xml_node_type type = pugi::node_null;
     for (Node child = element.first_child(); (type = child.type()) != pugi::node_null;
          child = child.next_sibling()) {
-        if (type != pugi::node_element) continue;
+        if (type != pugi::node_element) {
+            ++mForeign;
+            continue;
+        }
         const ElementRow* row = FindElementRow(place, child.name());
         if (row == nullptr) {
+            ++mForeign;
             if (place == Place::kTest && SameText(child.name(), tag::kTestElement))
                 Fail(child, "stands in a test that is no group", "tests inside groups only");
             CheckElement(child, Place::kForeign, level + 1);
@@ -144,13 +153,16 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
             Fail(child, NameOf(child) + " stands twice", "one");
         met |= bit;
         if (row->form != Form::kAny) CheckText(child, row->form);
+        const std::size_t foreignBefore = mForeign;
         const bool test = row->place == Place::kTest;
         CheckElement(child, test ? PlaceOfTest(FindAttribute(child, tag::kTestId).value()) : row->place,
                      level + 1);
+        if (row->place == Place::kResultItem && mForeign == foreignBefore)
+            mPlainResults.insert(ReadInteger(FindAttribute(element, tag::kId).value()));
     }
 }
 
-void FileCheck::CheckAttributes(Node element, Place place) const {
+void FileCheck::CheckAttributes(Node element, Place place) {
     constexpr int kMostAttributes = 1000;
     int count = 0;
     for (auto at = element.first_attribute(); at;) {
@@ -163,6 +175,7 @@ void FileCheck::CheckAttributes(Node element, Place place) const {
     }
     for (const AttributeRow& row : AttributeRows(place)) {
         const pugi::xml_attribute attribute = FindAttribute(element, row.name);
+        if (attribute) --count;
         if (!attribute && row.required)
             Fail(element, NameOf(element) + " has no attribute " + Quoted(row.name), InWords(row.form));
         if (attribute && !Has(row.form, attribute.value()))
@@ -171,6 +184,7 @@ void FileCheck::CheckAttributes(Node element, Place place) const {
                      Quoted(attribute.value()),
                  InWords(row.form));
     }
+    if (count > 0) ++mForeign;
 }
 
 void FileCheck::CheckTest(Node element) {
@@ -221,8 +235,8 @@ void FileCheck::CheckText(Node element, Form form) const {
 
 }  // namespace
 
-void CheckElementFile(const XmlSource& source) {
-    FileCheck(source).Run();
+std::set<int32_t> CheckElementFile(const XmlSource& source) {
+    return FileCheck(source).Run();
 }
 
 }  // namespace vorex

@@ -28,11 +28,9 @@ class SourceElement final : public IXmlElement {
   public:
     SourceElement(pugi::xml_node node, std::pmr::memory_resource& memory) : mNode(node), mMemory(memory) {}
 
-    /// Lives as long as the memory does.
     static std::shared_ptr<IXmlElement> Make(pugi::xml_node node, std::pmr::memory_resource& memory) {
-        auto* element =
-            new (memory.allocate(sizeof(SourceElement), alignof(SourceElement))) SourceElement(node, memory);
-        return {std::shared_ptr<void>(), element};
+        return std::allocate_shared<SourceElement>(std::pmr::polymorphic_allocator<SourceElement>(&memory),
+                                                   node, memory);
     }
 
     std::string_view Name() const override { return mNode.name(); }

@@ -33,10 +33,9 @@ class XmlSource {
     /// Line of an element in the file, from 1; 0 when it is not known. Reads the file again.
     int32_t LineOf(pugi::xml_node node) const;
 
-    /// An element as the library sees it. It and those below it live until `ReleaseElements`, or as long as
-    /// the source, and cannot be changed.
+    /// An element as the library sees it; it cannot be changed. It and those below it must be released before
+    /// the source.
     std::shared_ptr<IXmlElement> Element(pugi::xml_node node);
-    void ReleaseElements() { mElements.release(); }
 
   private:
     struct Free {
@@ -53,7 +52,7 @@ class XmlSource {
     std::unique_ptr<char, Free> mBuffer;  ///< names and texts of the document lie in it
     std::size_t mSize = 0;
     pugi::xml_document mDocument;
-    std::pmr::monotonic_buffer_resource mElements;
+    std::pmr::unsynchronized_pool_resource mElements;
 };
 
 /// True when a text of the document equals another, without measuring it first.

@@ -95,8 +95,9 @@ std::unique_ptr<ElementFile> ElementFile::FromText(std::string_view text, std::s
 }
 
 std::unique_ptr<ElementFile> ElementFile::Build(std::unique_ptr<XmlSource> source, IProgressLog* log) {
-    CheckElementFile(*source);
+    std::set<int32_t> plainResults = CheckElementFile(*source);
     auto file = std::make_unique<ElementFile>();
+    file->mPlainResults = std::move(plainResults);
     const auto root = source->Element(ChildNamed(source->Document(), tag::kVorexSequence));
     try {
         file->LoadFrame(root);
@@ -104,7 +105,6 @@ std::unique_ptr<ElementFile> ElementFile::Build(std::unique_ptr<XmlSource> sourc
     } catch (const ElementError& error) {
         throw FileError({source->FileName(), 0, error.Id()}, error.what());
     }
-    source->ReleaseElements();
     file->mSource = std::move(source);
     return file;
 }
@@ -132,14 +132,14 @@ void ElementFile::LoadElements(const std::shared_ptr<IXmlElement>& root, IProgre
 
 // --------------------------------------------------------------------------------------------- save
 
-std::set<int32_t> ElementFile::ReplacedResults() const {
-    std::set<int32_t> replaced;
+std::set<int32_t> ElementFile::UnmergedResults() const {
+    std::set<int32_t> unmerged = mPlainResults;
     ForEachElement(mElements, [&](const auto& element) {
         const auto loaded = mLoadedResults.find(element->ID());
         if (loaded != mLoadedResults.end() && element->Result() != loaded->second.lock())
-            replaced.insert(element->ID());
+            unmerged.insert(element->ID());
     });
-    return replaced;
+    return unmerged;
 }
 
 std::shared_ptr<OutputDocument> ElementFile::Written(const std::string& name) {
@@ -157,7 +157,7 @@ std::shared_ptr<OutputDocument> ElementFile::Written(const std::string& name) {
             throw FileError({name, 0, PlainText(element->ID())}, error.what());
         }
     }
-    if (mSource) MergeForeign(*document, mSource->Document(), ReplacedResults());
+    if (mSource) MergeForeign(*document, mSource->Document(), UnmergedResults());
     return document;
 }
 

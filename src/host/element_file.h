@@ -60,7 +60,8 @@ class ElementFile {
     void LoadFrame(const std::shared_ptr<IXmlElement>& root);
     void LoadElements(const std::shared_ptr<IXmlElement>& root, IProgressLog* log);
     void NumberElements();
-    std::set<int32_t> ReplacedResults() const;
+    /// IDs of the elements whose results have nothing to take over from those of the file.
+    std::set<int32_t> UnmergedResults() const;
     std::shared_ptr<OutputDocument> Written(const std::string& name);
 
     std::unique_ptr<XmlSource> mSource;  ///< empty for a new file
@@ -69,6 +70,7 @@ class ElementFile {
     bool mHasInstrumentList = false;
     std::optional<std::vector<StandardName>> mChosen;
     std::map<int32_t, std::weak_ptr<IResultData>> mLoadedResults;
+    std::set<int32_t> mPlainResults;
 };
 
 }  // namespace vorex

@@ -96,15 +96,15 @@ class Counterparts {
 
 class Merge {
   public:
-    explicit Merge(const std::set<int32_t>& replacedResults) : mReplacedResults(replacedResults) {}
+    explicit Merge(const std::set<int32_t>& skippedResults) : mSkippedResults(skippedResults) {}
 
     void MergeChildren(OutputElement& into, Node from, Place place) const;
 
   private:
     void MergeElement(OutputElement& into, Node from, Place place) const;
-    bool IsReplaced(Node result) const;
+    bool IsSkipped(Node result) const;
 
-    const std::set<int32_t>& mReplacedResults;
+    const std::set<int32_t>& mSkippedResults;
 };
 
 /// True where a text between the known elements belongs to nobody here. A written element without a row of
@@ -152,8 +152,8 @@ void MergeAttributes(OutputElement& into, Node from, Place place) {
     for (const auto& [name, value] : attributes) into.SetAttribute(name, value);
 }
 
-bool Merge::IsReplaced(Node result) const {
-    return mReplacedResults.contains(ReadInteger(FindAttribute(result.parent(), tag::kId).value()));
+bool Merge::IsSkipped(Node result) const {
+    return mSkippedResults.contains(ReadInteger(FindAttribute(result.parent(), tag::kId).value()));
 }
 
 void Merge::MergeChildren(OutputElement& into, Node from, Place place) const {
@@ -168,7 +168,7 @@ void Merge::MergeChildren(OutputElement& into, Node from, Place place) const {
             row = FindElementRow(place, name);
             if (OutputElement* const counterpart = counterparts.Find(child, name, row)) {
                 const Place below = row == nullptr ? Place::kForeign : row->place;
-                if (below != Place::kResultItem || !IsReplaced(child))
+                if (below != Place::kResultItem || !IsSkipped(child))
                     MergeElement(*counterpart, child, below);
                 behind = counterpart;
                 continue;
@@ -188,8 +188,8 @@ void Merge::MergeElement(OutputElement& into, Node from, Place place) const {
 }  // namespace
 
 void MergeForeign(OutputDocument& written, const pugi::xml_document& read,
-                  const std::set<int32_t>& replacedResults) {
-    Merge(replacedResults).MergeChildren(written.Top(), read, Place::kDocument);
+                  const std::set<int32_t>& skippedResults) {
+    Merge(skippedResults).MergeChildren(written.Top(), read, Place::kDocument);
 }
 
 }  // namespace vorex

@@ -12,9 +12,10 @@ class OutputDocument;
 /// the tree that is about to be written, behind the counterparts of what it stood behind; attributes keep
 /// the order that they had. What this system knows and no longer writes does not come back.
 ///
-/// The results of the elements in the set took the place of the file's: nothing of the old ones comes over.
+/// The results of the elements in the set are left out: they took the place of the file's, or the file's hold
+/// nothing that is not known.
 /// The document that was read has to outlive the written one.
 void MergeForeign(OutputDocument& written, const pugi::xml_document& read,
-                  const std::set<int32_t>& replacedResults);
+                  const std::set<int32_t>& skippedResults);
 
 }  // namespace vorex

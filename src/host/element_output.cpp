@@ -6,6 +6,7 @@
 #include <new>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "host/utf8.h"
 
@@ -45,19 +46,11 @@ std::string_view OutputElement::GetAttribute(std::string_view name) const {
     return found == nullptr ? std::string_view() : found->value;
 }
 
-void OutputElement::AddAttribute(std::string_view name, std::string_view value) {
-    auto* attribute = mDocument.New<Attribute>(Attribute{mDocument.Keep(name), mDocument.Keep(value)});
-    (mLastAttribute == nullptr ? mFirstAttribute : mLastAttribute->next) = attribute;
-    mLastAttribute = attribute;
-}
-
 void OutputElement::SetAttribute(std::string_view name, std::string_view value) {
-    for (Attribute* at = mFirstAttribute; at != nullptr; at = at->next) {
-        if (at->name != name) continue;
-        at->value = mDocument.Keep(value);
-        return;
-    }
-    AddAttribute(name, value);
+    Attribute** at = &mFirstAttribute;
+    while (*at != nullptr && (*at)->name != name) at = &(*at)->next;
+    if (*at == nullptr) *at = mDocument.New<Attribute>(Attribute{mDocument.Keep(name), {}});
+    (*at)->value = mDocument.Keep(value);
 }
 
 template <typename Select>
@@ -161,15 +154,20 @@ constexpr auto kSpecial = [] {
 
 class Writer {
   public:
-    explicit Writer(const OutputDocument::Sink& sink) : mSink(sink) {
-        mPiece.reserve(kPieceSize + kPieceSize / 4);
-    }
+    explicit Writer(const OutputDocument::Sink& sink) : mSink(sink), mPiece(kPieceSize) {}
 
     void Children(const OutputElement& parent, int depth, bool inlined);
-    void Raw(std::string_view text) { mPiece.append(text); }
+    void Raw(std::string_view text) {
+        if (text.size() > mPiece.size() - mUsed) {
+            Flush();
+            if (text.size() > mPiece.size()) return mSink(text);
+        }
+        std::copy(text.begin(), text.end(), mPiece.begin() + static_cast<std::ptrdiff_t>(mUsed));
+        mUsed += text.size();
+    }
     void Flush() {
-        mSink(mPiece);
-        mPiece.clear();
+        mSink({mPiece.data(), mUsed});
+        mUsed = 0;
     }
 
   private:
@@ -177,12 +175,13 @@ class Writer {
     void Foreign(pugi::xml_node node, int depth);
     void Escaped(std::string_view text, In place);
     void NewLine(int depth) {
-        mPiece.push_back('\n');
-        for (int i = 0; i < depth; ++i) mPiece.append(kIndent);
+        Raw("\n");
+        for (int i = 0; i < depth; ++i) Raw(kIndent);
     }
 
     const OutputDocument::Sink& mSink;
-    std::string mPiece;
+    std::vector<char> mPiece;
+    std::size_t mUsed = 0;
 };
 
 /// Children stand on lines of their own, but for what follows a text: there a line break would become part of
@@ -198,31 +197,30 @@ void Writer::Children(const OutputElement& parent, int depth, bool inlined) {
         else
             Element(*child, depth);
         inlined = text;
-        if (mPiece.size() >= kPieceSize) Flush();
     }
     if (!inlined && depth > 0) NewLine(depth - 1);
 }
 
 void Writer::Element(const OutputElement& element, int depth) {
-    mPiece.push_back('<');
-    mPiece.append(element.Name());
+    Raw("<");
+    Raw(element.Name());
     for (const auto* at = element.FirstAttribute(); at != nullptr; at = at->next) {
-        mPiece.push_back(' ');
-        mPiece.append(at->name);
-        mPiece.append("=\"");
+        Raw(" ");
+        Raw(at->name);
+        Raw("=\"");
         Escaped(at->value, In::kAttribute);
-        mPiece.push_back('"');
+        Raw("\"");
     }
     if (element.Text().empty() && element.First() == nullptr) {
-        mPiece.append(" />");
+        Raw(" />");
         return;
     }
-    mPiece.push_back('>');
+    Raw(">");
     Escaped(element.Text(), In::kText);
     if (element.First() != nullptr) Children(element, depth + 1, !element.Text().empty());
-    mPiece.append("</");
-    mPiece.append(element.Name());
-    mPiece.push_back('>');
+    Raw("</");
+    Raw(element.Name());
+    Raw(">");
 }
 
 void Writer::Foreign(pugi::xml_node node, int depth) {
@@ -242,7 +240,7 @@ void Writer::Foreign(pugi::xml_node node, int depth) {
         text.remove_prefix(std::min(text.size(), kIndent.size() * static_cast<std::size_t>(depth)));
         if (text.ends_with('\n')) text.remove_suffix(1);
     }
-    mPiece.append(text);
+    Raw(text);
 }
 
 void Writer::Escaped(std::string_view text, In place) {
@@ -256,35 +254,35 @@ void Writer::Escaped(std::string_view text, In place) {
             at += length - 1;
             continue;
         }
-        mPiece.append(text.substr(begin, at - begin));
+        Raw(text.substr(begin, at - begin));
         begin = at + 1;
         switch (byte) {
             case '&':
-                mPiece.append("&amp;");
+                Raw("&amp;");
                 break;
             case '<':
-                mPiece.append("&lt;");
+                Raw("&lt;");
                 break;
             case '>':
-                mPiece.append("&gt;");
+                Raw("&gt;");
                 break;
             case '"':
-                mPiece.append("&quot;");
+                Raw("&quot;");
                 break;
             case '\t':
-                mPiece.append("&#9;");
+                Raw("&#9;");
                 break;
             case '\n':
-                mPiece.append("&#10;");
+                Raw("&#10;");
                 break;
             case '\r':
-                mPiece.append("&#13;");
+                Raw("&#13;");
                 break;
             default:
-                mPiece.append(kReplacement);
+                Raw(kReplacement);
         }
     }
-    mPiece.append(text.substr(begin));
+    Raw(text.substr(begin));
 }
 
 }  // namespace

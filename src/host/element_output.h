@@ -48,12 +48,11 @@ class OutputElement final : public IXmlElement {
     pugi::xml_node Foreign() const { return mForeign; }
     const Attribute* FirstAttribute() const { return mFirstAttribute; }
     const Attribute* FindAttribute(std::string_view name) const;
-    void ClearAttributes() { mFirstAttribute = mLastAttribute = nullptr; }
+    void ClearAttributes() { mFirstAttribute = nullptr; }
     /// Puts a node of a read document, which has to outlive this one, behind a child, or in front of all.
     OutputElement* InsertForeign(OutputElement* behind, pugi::xml_node node);
 
   private:
-    void AddAttribute(std::string_view name, std::string_view value);
     void Append(OutputElement* child);
     template <typename Select>
     XmlElements Collect(Select&& select) const;
@@ -62,7 +61,6 @@ class OutputElement final : public IXmlElement {
     std::string_view mName;
     std::string_view mText;
     Attribute* mFirstAttribute = nullptr;
-    Attribute* mLastAttribute = nullptr;
     OutputElement* mFirst = nullptr;
     OutputElement* mLast = nullptr;
     OutputElement* mNext = nullptr;

@@ -190,6 +190,16 @@ constexpr bool AreTogether(const Table& table, PlaceOf placeOf) {
 static_assert(AreTogether(kElements, [](const ElementRow& row) { return row.parent; }));
 static_assert(AreTogether(kAttributes, [](const AttributeRow& row) { return row.place; }));
 
+// A result that holds nothing foreign is written as it was read: one attribute has no order to keep.
+static_assert([] {
+    for (Place place : {Place::kResultItem, Place::kServiceRecord, Place::kMeasurement, Place::kMeasuredValue,
+                        Place::kStatus, Place::kWaveform, Place::kText}) {
+        const RowRange range = kAttributeRanges[static_cast<std::size_t>(place)];
+        if (range.end - range.begin > 1) return false;
+    }
+    return true;
+}());
+
 // A bit of a word stands for each row, and a fixed number of bits for each configuration key.
 static_assert(std::size(kElements) <= 64 && kConfigKeys.size() <= 96);
 

@@ -54,7 +54,7 @@ std::optional<LimitExpression> FindLimitExpression(std::string_view text) {
 // --------------------------------------------------------------------------------------------- limit
 
 float ExpectedResult::Value(int32_t side) const {
-    return static_cast<float>(ReadNumber(At(side).number));
+    return ToSingle(At(side).y);
 }
 
 bool ExpectedResult::IsSet(int32_t side) const {
@@ -66,6 +66,7 @@ void ExpectedResult::SetNumber(int32_t side, std::string_view number) {
     if (!number.empty() && !IsNumber(number))
         throw std::invalid_argument("limit \"" + mKey + "\": \"" + std::string(number) + "\" is no number");
     At(side).number = number;
+    At(side).y = ReadNumber(number);
 }
 
 void ExpectedResult::Setup(std::string_view limitKey, std::string_view unit, std::string_view high,
@@ -80,6 +81,7 @@ void ExpectedResult::Expression(int32_t side, std::string_view text) {
     if (!text.empty() && !FindLimitExpression(text))
         throw std::invalid_argument("limit \"" + mKey + "\": \"" + std::string(text) + "\" is no expression");
     At(side).expression = text;
+    At(side).form = FindLimitExpression(text).value_or(LimitExpression::kValue);
 }
 
 std::string ExpectedResult::Expression(int32_t side) const {
@@ -87,30 +89,27 @@ std::string ExpectedResult::Expression(int32_t side) const {
     return text.empty() ? std::string(kPlainExpression) : text;
 }
 
-LimitExpression ExpectedResult::ExpressionOf(int32_t side) const {
-    return FindLimitExpression(At(side).expression).value_or(LimitExpression::kValue);
-}
-
 float ExpectedResult::CalculateValue(float preset, int32_t side) const {
     const auto x = [preset] { return NumberOf(preset); };
-    const double y = ReadNumber(At(side).number);
+    const double y = At(side).y;
     constexpr double kHundred = 100;
-    switch (ExpressionOf(side)) {
+    switch (At(side).form) {
         case LimitExpression::kOffset:
-            return static_cast<float>(x() + y);
+            return ToSingle(x() + y);
         case LimitExpression::kPercent:
-            return static_cast<float>(x() + x() * y / kHundred);
+            return ToSingle(x() + x() * y / kHundred);
         default:
-            return static_cast<float>(y);
+            return ToSingle(y);
     }
 }
 
 int32_t ExpectedResult::Judge(float value, float preset, JudgedAs judgedAs) const {
     for (const auto& [side, name] : kSides) {
-        const bool variation = ExpressionOf(side) == LimitExpression::kVariation;
+        if (!IsSet(side)) continue;
+        const bool variation = At(side).form == LimitExpression::kVariation;
         const bool judges = variation ? judgedAs == JudgedAs::kVariation && IsVariationRow(mKey)
                                       : judgedAs == JudgedAs::kValue;
-        if (!judges || !IsSet(side)) continue;
+        if (!judges) continue;
         const float limit = CalculateValue(preset, side);
         if (side == kHighSide ? limit < value : limit > value) return kFailed;
     }
@@ -154,8 +153,7 @@ int32_t Standard::Evaluate(std::string_view limitKey, float value, const TaggedV
                            JudgedAs judgedAs) const {
     const bool failed = std::any_of(mResults.begin(), mResults.end(), [&](const auto& limit) {
         const auto& own = static_cast<const ExpectedResult&>(*limit);
-        return own.HasKey(limitKey) &&
-               own.Judge(value, static_cast<float>(NumberOf(preset)), judgedAs) == kFailed;
+        return own.HasKey(limitKey) && own.Judge(value, ToSingle(NumberOf(preset)), judgedAs) == kFailed;
     });
     return failed ? kFailed : kNotTested;
 }

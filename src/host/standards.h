@@ -51,12 +51,13 @@ class ExpectedResult final : public IExpectedResult, public IExpectedResult2 {
     struct Side {
         std::string number;      ///< as typed or read; empty is not set
         std::string expression;  ///< as given; empty is "Y"
+        double y = 0;
+        LimitExpression form = LimitExpression::kValue;
     };
 
     const Side& At(int32_t side) const { return mSides[side == kHighSide ? 0 : 1]; }
     Side& At(int32_t side) { return mSides[side == kHighSide ? 0 : 1]; }
     void SetNumber(int32_t side, std::string_view number);
-    LimitExpression ExpressionOf(int32_t side) const;
 
     std::string mKey;
     std::string mUnit;

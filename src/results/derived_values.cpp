@@ -59,7 +59,7 @@ class RowBuilder {
 
 /// A named quantity keeps what a person would read of it: 15 significant digits.
 double Named(double value) {
-    return ReadNumber(PlainText(value));
+    return PlainValue(value);
 }
 
 std::string Shown(double value) {
@@ -88,6 +88,15 @@ struct ColumnReading {
 
 using History = std::optional<std::vector<double>>;
 
+/// The cell of a column in a stored row, or null. Mostly it stands where the working row has it, and is
+/// labelled by it.
+const CMeasurement* FindStored(const MeasurementRow& row, std::string_view columnKey,
+                               const MeasurementRow& working, std::size_t place) {
+    const bool same =
+        place < std::min(row.size(), working.size()) && row[place]->SharesLabels(*working[place]);
+    return same ? row[place].get() : FindMeasurement(row, columnKey);
+}
+
 /// Takes the reading of a stored row into the history of its column, if the row has it.
 void TakeStored(History& history, std::size_t row, const CMeasurement* cell) {
     if (cell == nullptr || !history) return;
@@ -104,14 +113,15 @@ std::vector<History> ColumnHistories(const ReadingContext& context, std::span<co
     const std::size_t index = context.exposureIndex;
     const std::size_t stored = index > 0 || context.redo ? rows.size() : 0;
     std::vector<History> histories(columns.size(), std::vector<double>(std::max(stored, index + 1)));
-    std::vector<std::size_t> hints;
+    const MeasurementRow& working = context.result.Current();
+    std::vector<std::size_t> places;
     for (const ColumnReading& column : columns)
-        hints.push_back(ColumnNumber(context.result.Current(), column.key) - std::size_t{1});
+        places.push_back(ColumnNumber(working, column.key) - std::size_t{1});
     // Row by row, as the readings lie in memory: long tests are read as a whole with each exposure.
     for (std::size_t row = 0; row < stored; ++row)
         if (row != index)
             for (std::size_t i = 0; i < columns.size(); ++i)
-                TakeStored(histories[i], row, FindMeasurement(*rows[row], columns[i].key, hints[i]));
+                TakeStored(histories[i], row, FindStored(*rows[row], columns[i].key, working, places[i]));
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (!IsValidReading(columns[i].reading)) histories[i].reset();
         if (histories[i]) (*histories[i])[index] = ReadNumber(columns[i].reading);

@@ -48,25 +48,34 @@ bool IsVerdict(std::string_view shown) {
 
 }  // namespace
 
+CMeasurement::CMeasurement() {
+    static const auto kNone = std::make_shared<MeasurementLabels>();
+    mLabels = kNone;
+}
+
+void CMeasurement::SetLabel(std::string MeasurementLabels::*label, std::string_view text) {
+    if ((*mLabels).*label == text) return;
+    if (mLabels.use_count() > 1) mLabels = std::make_shared<MeasurementLabels>(*mLabels);
+    (*mLabels).*label = text;
+}
+
 void CMeasurement::Initialize(std::string_view key, std::string_view description, std::string_view unit,
                               int32_t valueType) {
-    mKey = key;
-    mDescription = description;
-    mUnit = unit;
+    SetLabel(&MeasurementLabels::key, key);
+    SetLabel(&MeasurementLabels::description, description);
+    SetLabel(&MeasurementLabels::unit, unit);
     mValueType = valueType;
 }
 
 std::string CMeasurement::Description() const {
-    return Translate(mDescription);
+    return Translate(mLabels->description);
 }
 
-const std::optional<double>& CMeasurement::Reading() const {
-    if (mReadingKnown) return mReading;
+void CMeasurement::ReadValue() const {
     const auto* reading = std::get_if<std::string>(&mValue);
     mReading.reset();
     if (reading == nullptr || IsValidReading(*reading)) mReading = NumberOf(mValue);
     mReadingKnown = true;
-    return mReading;
 }
 
 void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandards* selected) {
@@ -77,7 +86,8 @@ void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandar
 
 bool CMeasurement::IsJudgedBy(const IExpectedResult& limit, int32_t side) const {
     const bool variation = limit.Expression(side) == kVariationExpression;
-    return limit.IsSet(side) && variation == IsVariationRow(mKey) && limit.Key() == LimitKeyOf(mKey);
+    return limit.IsSet(side) && variation == IsVariationRow(mLabels->key) &&
+           limit.Key() == LimitKeyOf(mLabels->key);
 }
 
 float CMeasurement::CalculateLimitValue(const IExpectedResult& limit, int32_t side) const {
@@ -111,8 +121,9 @@ CMeasurement::FoundLimit CMeasurement::GetLimit(int32_t side, const IStandard& s
         const auto index = static_cast<std::size_t>(ordinal - 1);
         if (ordinal < 0 || index >= limits.size()) return found;
         const IExpectedResult& limit = *limits[index];
-        const bool counts = limit.Key() == mKey || IsMaxExposureRate(mKey) || mKey == key::kCalculatedHvl;
-        if (counts && limit.IsSet(side)) found = {true, read(limit), mUnit};
+        const bool counts = limit.Key() == mLabels->key || IsMaxExposureRate(mLabels->key) ||
+                            mLabels->key == key::kCalculatedHvl;
+        if (counts && limit.IsSet(side)) found = {true, read(limit), mLabels->unit};
         return found;
     }
     for (const auto& limit : limits) {
@@ -124,8 +135,8 @@ CMeasurement::FoundLimit CMeasurement::GetLimit(int32_t side, const IStandard& s
         if (takes) found.number = number;
         found.found = true;
         const bool percent = !calculate && limit->Expression(kHighSide).find('%') != std::string::npos;
-        found.unit = percent ? std::string(text::kUnitPercent) : mUnit;
-        if (IsMaxExposureRate(mKey)) break;
+        found.unit = percent ? std::string(text::kUnitPercent) : mLabels->unit;
+        if (IsMaxExposureRate(mLabels->key)) break;
     }
     return found;
 }
@@ -134,8 +145,9 @@ TaggedValue CMeasurement::GetLimitValue(const IStandard& standard, int32_t side,
     const FoundLimit limit = GetLimit(side, standard, (flags & kCalculatedValue) != 0, 0);
     if (!limit.found) return {};
     if ((flags & kAsText) == 0) return limit.number;
-    std::string shown = Trimmed(mValueFormat).empty() ? PlainText(limit.number)
-                                                      : FormatPicture(NumberOf(limit.number), mValueFormat);
+    std::string shown = Trimmed(mLabels->format).empty()
+                            ? PlainText(limit.number)
+                            : FormatPicture(NumberOf(limit.number), mLabels->format);
     if ((flags & kWithUnit) != 0) shown += " " + limit.unit;
     return shown;
 }
@@ -143,7 +155,7 @@ TaggedValue CMeasurement::GetLimitValue(const IStandard& standard, int32_t side,
 TaggedValue CMeasurement::GetResultValue(int32_t flags) const {
     if ((flags & kAsText) == 0) return mValue;
     std::string shown = ShownText();
-    if ((flags & kWithUnit) != 0 && !mUnit.empty()) shown += " " + mUnit;
+    if ((flags & kWithUnit) != 0 && !mLabels->unit.empty()) shown += " " + mLabels->unit;
     return shown;
 }
 
@@ -154,9 +166,9 @@ bool CMeasurement::SupportsLimit(int32_t /*side*/) const {
 std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
     const std::string plain = TextOf(shown);
     if (plain.empty()) return {};
-    if (mValueType == kTruthValue && mKey.starts_with("::")) return {};
-    const std::string_view picture = Trimmed(mValueFormat);
-    if (IsTypedText(mKey) || IsWritten(plain, picture) || !IsValidReading(plain)) return plain;
+    if (mValueType == kTruthValue && mLabels->key.starts_with("::")) return {};
+    const std::string_view picture = Trimmed(mLabels->format);
+    if (IsTypedText(mLabels->key) || IsWritten(plain, picture) || !IsValidReading(plain)) return plain;
     if (!picture.empty()) return FormatPicture(ReadNumber(plain), picture);
     if (plain.find('*') != std::string::npos) return PlainText(ReadNumber(plain)) + "*";
     if (IsVerdict(plain)) return plain;
@@ -165,9 +177,9 @@ std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
 
 int32_t CMeasurement::StoredType() const {
     const std::string plain = ValueText();
-    if (IsMaxExposureRate(mKey) && (!IsValidReading(plain) || plain.find('*') != std::string::npos))
+    if (IsMaxExposureRate(mLabels->key) && (!IsValidReading(plain) || plain.find('*') != std::string::npos))
         return kTextOnly;
-    if (plain.empty() && IsStatistic(mKey)) return kTextOnly;
+    if (plain.empty() && IsStatistic(mLabels->key)) return kTextOnly;
     return mValueType;
 }
 
@@ -183,15 +195,15 @@ TaggedValue CMeasurement::StoredValue(int32_t type) const {
 }
 
 std::shared_ptr<IXmlElement> CMeasurement::Save(const std::shared_ptr<IXmlDocument>& owner) {
-    if (mKey.empty()) return nullptr;
+    if (mLabels->key.empty()) return nullptr;
     const auto element = owner->CreateElement(tag::kMeasurement);
     if (!element) RaiseHostError(kErrorMeasurementSave, kClassName, 4);
-    element->SetAttribute(tag::kKey, mKey);
-    if (!mDescription.empty()) element->AddValue(tag::kDescription, mDescription);
+    element->SetAttribute(tag::kKey, mLabels->key);
+    if (!mLabels->description.empty()) element->AddValue(tag::kDescription, mLabels->description);
     const auto& codec = Services().codec;
     const int32_t type = StoredType();
     if (const auto value = codec->WriteValue(owner, StoredValue(type), type)) element->AddChild(value);
-    if (!mUnit.empty()) element->AddValue(tag::kUnit, mUnit);
+    if (!mLabels->unit.empty()) element->AddValue(tag::kUnit, mLabels->unit);
     if (const std::string preset = TextOf(mPresetValue); !preset.empty())
         element->AddValue(tag::kPresetValue, preset);
     if (const auto status = codec->WriteStatus(owner, mStatus, mStatusExtra)) element->AddChild(status);
@@ -209,30 +221,37 @@ void CMeasurement::Load(const std::shared_ptr<IXmlElement>& element, IProgressLo
         if (log != nullptr) log->LogMessage(kErrorMeasurementKey, 2, kMessage);
         RaiseHostError(kErrorMeasurementKey, kClassName, 2);
     }
-    mKey = key;
+    Key(key);
+    std::string_view description;
+    std::string_view unit;
     for (const auto& child : element->Children()) {
         const std::string_view name = child->Name();
         if (name == tag::kDescription) {
-            mDescription = child->Text();
+            description = child->Text();
         } else if (name == tag::kValue) {
             mReadingKnown = false;
             Services().codec->ReadValue(*child, mValue, mValueType);
-            if (IsMaxExposureRate(mKey) || IsStatistic(mKey)) mValueType = kJudgedNumber;
+            if (IsMaxExposureRate(mLabels->key) || IsStatistic(mLabels->key)) mValueType = kJudgedNumber;
             auto* plain = std::get_if<std::string>(&mValue);
             if (plain != nullptr && plain->find("::") != std::string::npos) *plain = Translate(*plain);
         } else if (name == tag::kUnit) {
-            mUnit = child->Text();
+            unit = child->Text();
         } else if (name == tag::kStatus) {
             Services().codec->ReadStatus(*child, mStatus, mStatusExtra);
         } else if (name == tag::kPresetValue) {
             mPresetValue = std::string(child->Text());
         }
     }
+    Description(description);
+    SetLabel(&MeasurementLabels::unit, unit);
     if (log != nullptr) log->Advance(1);
 }
 
 CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key, std::size_t hint) {
-    if (hint < row.size() && row[hint]->RawKey() == key) return row[hint].get();
+    return hint < row.size() && row[hint]->RawKey() == key ? row[hint].get() : FindMeasurement(row, key);
+}
+
+CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key) {
     const auto at =
         std::find_if(row.begin(), row.end(), [&](const auto& item) { return item->RawKey() == key; });
     return at == row.end() ? nullptr : at->get();

@@ -23,25 +23,35 @@ inline constexpr int32_t kTextOnly = 5;
 inline constexpr std::string_view kFourDecimals = "0.0###";
 inline constexpr std::string_view kTwoDecimals = "0.0#";
 
+/// What the measurements of a column have in common.
+struct MeasurementLabels {
+    std::string key;
+    std::string description;
+    std::string unit;
+    std::string format;
+};
+
 /// One named value of a result: a cell of an exposure, or a statistic of the test.
 class CMeasurement : public IMeasurement, public IMeasurement2 {
   public:
+    CMeasurement();
     void Initialize(std::string_view key, std::string_view description, std::string_view unit,
                     int32_t valueType);
 
     // IMeasurement. The description is translated; the limit key is the key itself, unmapped.
     std::string Description() const override;
-    std::string Key() const override { return mKey; }
-    std::string LimitKey() const override { return mKey; }
+    std::string Key() const override { return mLabels->key; }
+    std::string LimitKey() const override { return mLabels->key; }
     int32_t Status() const override { return mStatus; }
-    std::string Unit() const override { return mUnit; }
+    std::string Unit() const override { return mLabels->unit; }
     TaggedValue value() const override { return mValue; }
     TaggedValue PresetValue() const override { return mPresetValue; }
     int32_t ValueType() const override { return mValueType; }
-    std::string ValueFormat() const override { return mValueFormat; }
+    std::string ValueFormat() const override { return mLabels->format; }
     int32_t Flags() const override { return 0; }
     std::string ToolTipText() const override { return {}; }
-    /// Raises 0x8004A3FF for another element (severity 4) or one without a key (severity 2).
+    /// Raises 0x8004A3FF for another element (severity 4) or one without a key (severity 2). A description or
+    /// a unit that is absent reads as empty.
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     /// Empty without a key. Normalises type and value to their stored form. Raises 0x8004A400.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
@@ -54,14 +64,18 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     int32_t ValidateLimits(const IStandard& standard) const override;
 
     // Raw access inside the library.
-    const std::string& RawKey() const { return mKey; }
-    void Key(std::string_view key) { mKey = key; }
-    const std::string& RawDescription() const { return mDescription; }
-    void Description(std::string_view description) { mDescription = description; }
-    const std::string& RawUnit() const { return mUnit; }
+    const std::string& RawKey() const { return mLabels->key; }
+    void Key(std::string_view key) { SetLabel(&MeasurementLabels::key, key); }
+    const std::string& RawDescription() const { return mLabels->description; }
+    void Description(std::string_view text) { SetLabel(&MeasurementLabels::description, text); }
+    const std::string& RawUnit() const { return mLabels->unit; }
     void ValueType(int32_t type) { mValueType = type; }
-    void ValueFormat(std::string_view picture) { mValueFormat = picture; }
-    const std::string& RawValueFormat() const { return mValueFormat; }
+    void ValueFormat(std::string_view picture) { SetLabel(&MeasurementLabels::format, picture); }
+    const std::string& RawValueFormat() const { return mLabels->format; }
+    /// Takes key, description, unit and picture of a measurement of the same column, and shares them with it
+    /// until one of the two is changed.
+    void ShareLabels(const CMeasurement& other) { mLabels = other.mLabels; }
+    bool SharesLabels(const CMeasurement& other) const { return mLabels == other.mLabels; }
     const TaggedValue& RawPresetValue() const { return mPresetValue; }
     void PresetValue(TaggedValue preset) { mPresetValue = std::move(preset); }
     const TaggedValue& RawValue() const { return mValue; }
@@ -75,7 +89,10 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     std::string ValueText() const { return TextOf(mValue); }
     /// The value as a number; empty for the over-range and under-range marks. Read once and kept: with each
     /// exposure the statistics of a test read all of its cells.
-    const std::optional<double>& Reading() const;
+    const std::optional<double>& Reading() const {
+        if (!mReadingKnown) ReadValue();
+        return mReading;
+    }
     /// False for the over-range and under-range marks.
     bool HasValidReading() const { return Reading().has_value(); }
 
@@ -105,24 +122,25 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     bool IsJudgedBy(const IExpectedResult& limit, int32_t side) const;
     int32_t StoredType() const;
     TaggedValue StoredValue(int32_t type) const;
+    void ReadValue() const;
+    void SetLabel(std::string MeasurementLabels::*label, std::string_view text);
 
-    std::string mKey;
-    mutable std::optional<double> mReading;  ///< of `mValue`, once it is known
+    std::shared_ptr<MeasurementLabels> mLabels;  ///< never empty; a result has thousands of cells
+    mutable std::optional<double> mReading;      ///< of `mValue`, once it is known
     mutable bool mReadingKnown = false;
-    TaggedValue mValue;
     int32_t mValueType = kPlainValue;
     int32_t mStatus = 0;
-    std::string mDescription;
-    TaggedValue mPresetValue;
-    std::string mUnit;
     int32_t mStatusExtra = 0;
-    std::string mValueFormat;
+    TaggedValue mValue;
+    TaggedValue mPresetValue;
 };
 
 /// The measurements of one exposure, in column order.
 using MeasurementRow = std::vector<std::shared_ptr<CMeasurement>>;
 
-/// The measurement of a key, or null. The hint is the index where it is looked for first.
-CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key, std::size_t hint = 0);
+/// The measurement of a key, or null.
+CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key);
+/// The same, looked for at an index first.
+CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key, std::size_t hint);
 
 }  // namespace vorex

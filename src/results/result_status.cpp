@@ -187,8 +187,8 @@ void CResultCommon::UpdateStatus(ITestElement& owner, const ISelectedStandards* 
 void CResultCommon::CopyToRow(const CMeasurement& from, CMeasurement& to) const {
     const bool number =
         IsJudgedColumn(from) && (TestId != kFluoroExposure || from.ValueType() == kJudgedNumber);
-    to.Initialize(from.RawKey(), from.RawDescription(), from.RawUnit(), number ? kJudgedNumber : kTextOnly);
-    to.ValueFormat(from.RawValueFormat());
+    to.ShareLabels(from);
+    to.ValueType(number ? kJudgedNumber : kTextOnly);
     to.PresetValue(from.RawPresetValue());
     to.Status(from.Status());
     to.Value(from.RawValue());

@@ -1,0 +1,222 @@
+#include "host/headless_platform.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <ctime>
+#include <stdexcept>
+
+#include "host_fixture.h"
+
+namespace vorex::host_test {
+namespace {
+
+using testing::ElementsAre;
+
+class HeadlessPlatformTest : public HostTest {
+  protected:
+    std::unique_ptr<IPlatformTimer> Noting(const std::string& name) {
+        return platform.CreateTimer(
+            [this, name] { fired.push_back(name + "@" + std::to_string(platform.Now())); });
+    }
+
+    HeadlessPlatform platform;
+    std::vector<std::string> fired;
+};
+
+class Window : public IModalWindow {
+  public:
+    bool Visible() const override { return visible; }
+    void Visible(bool show) override { visible = show; }
+    bool visible = false;
+};
+
+/// Lets time pass a few times, then closes the window.
+class Person : public IHeadlessOperator {
+  public:
+    bool OnIdle(IModalWindow& window) override {
+        ++asked;
+        if (step) return step(window);
+        return false;
+    }
+    void AfterEvent() override { ++events; }
+
+    std::function<bool(IModalWindow&)> step;
+    int asked = 0;
+    int events = 0;
+};
+
+TEST_F(HeadlessPlatformTest, TimersFireInTheOrderOfTheirTimeAndTheClockJumps) {
+    const auto slow = Noting("slow");
+    const auto fast = Noting("fast");
+    slow->Start(1000);
+    fast->Start(400);
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(platform.WaitForEvent());
+    EXPECT_THAT(fired, ElementsAre("fast@400", "fast@800", "slow@1000", "fast@1200"));
+    fast->Stop();
+    slow->Stop();
+    EXPECT_FALSE(slow->Running());
+    EXPECT_FALSE(platform.WaitForEvent()) << "nothing will ever happen";
+}
+
+TEST_F(HeadlessPlatformTest, OfTwoThatAreDueTogetherTheOneStartedFirstFiresFirst) {
+    const auto a = Noting("a");
+    const auto b = Noting("b");
+    b->Start(500);
+    a->Start(500);
+    platform.WaitForEvent();
+    platform.WaitForEvent();
+    EXPECT_THAT(fired, ElementsAre("b@500", "a@500"));
+}
+
+TEST_F(HeadlessPlatformTest, PumpingHandlesOnlyWhatIsDueNow) {
+    const auto a = Noting("a");
+    const auto b = Noting("b");
+    a->Start(500);
+    b->Start(500);
+    platform.PumpMessages();
+    EXPECT_TRUE(fired.empty());
+    platform.WaitForEvent();
+    platform.PumpMessages();
+    EXPECT_THAT(fired, ElementsAre("a@500", "b@500"));
+}
+
+TEST_F(HeadlessPlatformTest, StartingAnewBeginsTheIntervalAgain) {
+    const auto a = Noting("a");
+    const auto b = Noting("b");
+    a->Start(500);
+    b->Start(400);
+    platform.WaitForEvent();
+    a->Start(300);
+    b->Stop();
+    platform.WaitForEvent();
+    EXPECT_THAT(fired, ElementsAre("b@400", "a@700"));
+}
+
+TEST_F(HeadlessPlatformTest, ATickMayStopStartAndDestroyTimers) {
+    std::unique_ptr<IPlatformTimer> own;
+    auto other = Noting("other");
+    own = platform.CreateTimer([&] {
+        fired.push_back("own");
+        other.reset();
+        own.reset();
+    });
+    own->Start(100);
+    other->Start(100);
+    EXPECT_TRUE(platform.WaitForEvent());
+    EXPECT_FALSE(platform.WaitForEvent());
+    EXPECT_THAT(fired, ElementsAre("own"));
+}
+
+TEST_F(HeadlessPlatformTest, ATickThatWaitsLetsOthersFire) {
+    const auto inner = Noting("inner");
+    const auto outer = platform.CreateTimer([&] {
+        fired.push_back("outer");
+        inner->Start(50);
+        while (fired.back() != "inner@150") ASSERT_TRUE(platform.WaitForEvent());
+    });
+    outer->Start(100);
+    platform.WaitForEvent();
+    EXPECT_THAT(fired, ElementsAre("outer", "inner@150"));
+}
+
+TEST_F(HeadlessPlatformTest, ATickThatFailsIsLoggedAndTheTimerGoesOn) {
+    std::vector<std::string> log;
+    HostServices services = Services();
+    services.log = [&](std::string_view line) { log.emplace_back(line); };
+    InstallServices(services);
+    const auto timer = platform.CreateTimer([] { throw std::runtime_error("cable"); });
+    timer->Start(100);
+    EXPECT_TRUE(platform.WaitForEvent());
+    EXPECT_TRUE(platform.WaitForEvent());
+    EXPECT_THAT(log, ElementsAre("timer: cable", "timer: cable"));
+}
+
+TEST_F(HeadlessPlatformTest, AnIntervalOfNothingStillLetsTimePass) {
+    const auto timer = Noting("t");
+    timer->Start(0);
+    platform.PumpMessages();
+    platform.WaitForEvent();
+    EXPECT_THAT(fired, ElementsAre("t@1"));
+}
+
+TEST_F(HeadlessPlatformTest, ATimerMayOutliveThePlatform) {
+    auto ended = std::make_unique<HeadlessPlatform>();
+    const auto timer = ended->CreateTimer([] {});
+    timer->Start(100);
+    ended.reset();
+    EXPECT_FALSE(timer->Running());
+    timer->Start(100);
+    timer->Stop();
+}
+
+TEST_F(HeadlessPlatformTest, AModalWindowAsksTheOperatorFirstAndThenWaits) {
+    Person person;
+    Window window;
+    platform.Operator(&person);
+    const auto timer = Noting("t");
+    timer->Start(500);
+    person.step = [&](IModalWindow& shown) {
+        EXPECT_TRUE(shown.Visible());
+        if (fired.size() < 2) return false;
+        shown.Visible(false);
+        return true;
+    };
+    platform.ShowModal(window);
+    EXPECT_THAT(fired, ElementsAre("t@500", "t@1000"));
+    EXPECT_EQ(person.asked, 3);
+    EXPECT_EQ(person.events, 2);
+    EXPECT_EQ(platform.Stalls(), 0);
+}
+
+TEST_F(HeadlessPlatformTest, AWindowThatWaitsForNothingIsClosed) {
+    Window window;
+    platform.ShowModal(window);
+    EXPECT_FALSE(window.visible);
+    EXPECT_EQ(platform.Stalls(), 1);
+    // A clock that ticks for ever without anybody doing anything is nothing, too.
+    Person person;
+    platform.Operator(&person);
+    const auto timer = Noting("t");
+    timer->Start(60 * 60 * 1000);
+    platform.ShowModal(window);
+    EXPECT_EQ(platform.Stalls(), 2);
+    EXPECT_EQ(fired.size(), 25U) << "a day of hours, and the hour that showed it";
+}
+
+TEST_F(HeadlessPlatformTest, InRealTimeAWaitSleeps) {
+    HeadlessPlatform real(HeadlessPlatform::Time::kReal);
+    const auto timer = real.CreateTimer([] {});
+    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t work = std::clock();
+    timer->Start(60);
+    real.WaitForEvent();
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(59));
+    EXPECT_LT(static_cast<double>(std::clock() - work) / CLOCKS_PER_SEC, 0.04);
+}
+
+TEST_F(HeadlessPlatformTest, NobodyChoosesOrConfirms) {
+    EXPECT_EQ(platform.ShowPopupMenu({{1, "Redo"}}), 0);
+    EXPECT_FALSE(platform.Confirm("Sure?"));
+    platform.SetParent(5, 2);
+    platform.MoveWindow(5, 1, 2, 30, 40);
+    const WindowRecord record = platform.RecordOf(5);
+    EXPECT_EQ(record.parent, 2U);
+    EXPECT_EQ(record.width, 30);
+}
+
+TEST_F(HeadlessPlatformTest, TodayCanBeSet) {
+    for (const std::string now : {"2026-02-28", "2026-02-28T23:59:00", "2026-02-28 08:00"}) {
+        const ScopedEnvironment fixed("VOREX_NOW", now);
+        EXPECT_EQ(HeadlessPlatform().Today(), (CalendarDate{28, 2, 2026})) << now;
+    }
+    for (const std::string now : {"tomorrow", "2026-02-30", "2026-2-28", "28.02.2026", "2026-02-28x"}) {
+        const ScopedEnvironment wrong("VOREX_NOW", now);
+        EXPECT_THROW(HeadlessPlatform(), std::invalid_argument) << now;
+    }
+    const ScopedEnvironment none("VOREX_NOW", "");
+    EXPECT_GE(HeadlessPlatform().Today().year, 2024);
+}
+
+}  // namespace
+}  // namespace vorex::host_test

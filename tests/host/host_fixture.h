@@ -1,0 +1,89 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "foundation/library_state.h"
+#include "host/reference_host.h"
+#include "library.h"
+#include "test_paths.h"
+
+namespace vorex::host_test {
+
+/// The library inside the reference host, and a folder of the test's own.
+class HostTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+        folder = std::filesystem::path(test::kScratchDir) /
+                 (std::string("host_") + info->test_suite_name() + "_" + info->name());
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+        InstallLibrary(MakeReferenceHost({}));
+    }
+    void TearDown() override {
+        InstallServices({});
+        ResetState();
+        std::filesystem::remove_all(folder);
+    }
+
+    void Write(const std::string& name, const std::string& text) const {
+        std::ofstream(folder / name, std::ios::binary) << text;
+    }
+    std::string Read(const std::string& name) const {
+        std::ifstream stream(folder / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+    std::size_t FileCount() const {
+        const std::filesystem::directory_iterator files(folder);
+        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+    }
+
+    std::filesystem::path folder;
+};
+
+/// Sets a variable of the environment, or takes it away, for as long as it lives.
+class ScopedEnvironment {
+  public:
+    ScopedEnvironment(std::string name, const std::string& value) : mName(std::move(name)) {
+        if (const char* old = std::getenv(mName.c_str())) mOld = old;
+        ::setenv(mName.c_str(), value.c_str(), 1);
+    }
+    ~ScopedEnvironment() {
+        if (mOld)
+            ::setenv(mName.c_str(), mOld->c_str(), 1);
+        else
+            ::unsetenv(mName.c_str());
+    }
+    ScopedEnvironment(const ScopedEnvironment&) = delete;
+    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+
+  private:
+    std::string mName;
+    std::optional<std::string> mOld;
+};
+
+inline std::string Sequence(const std::string& content) {
+    return "<VorexSequence Version=\"1\">" + content + "</VorexSequence>";
+}
+
+/// An element of test 100 with two exposures; the extra text goes behind its configuration.
+inline std::string Test100(int id, const std::string& extra = {}, const std::string& config = {}) {
+    return "<TestElement PlugIn=\"ZRD47500\" TestID=\"100\" ID=\"" + std::to_string(id) +
+           "\"><PlugInData PlugIn=\"ZRD47500\"><NumberOfExposures>2</NumberOfExposures>" + config +
+           "</PlugInData>" + extra + "</TestElement>";
+}
+
+inline std::string Group(int id, const std::string& content) {
+    return "<TestElement PlugIn=\"ZRD47500\" TestID=\"0\" ID=\"" + std::to_string(id) + "\">" + content +
+           "</TestElement>";
+}
+
+}  // namespace vorex::host_test

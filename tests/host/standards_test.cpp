@@ -1,0 +1,129 @@
+#include "host/standards.h"
+
+#include <stdexcept>
+
+#include "foundation/vocabulary.h"
+#include "host/element_document.h"
+#include "host/element_output.h"
+#include "host_fixture.h"
+
+namespace vorex::host_test {
+namespace {
+
+class StandardsTest : public HostTest {
+  protected:
+    static std::shared_ptr<ExpectedResult> Limit(std::string_view key, std::string_view high,
+                                                 std::string_view low, std::string_view expression = {}) {
+        auto limit = std::make_shared<ExpectedResult>();
+        limit->Setup(key, "", high, low);
+        limit->Expression(kHighSide, expression);
+        limit->Expression(kLowSide, expression);
+        return limit;
+    }
+    static Standard With(std::initializer_list<std::shared_ptr<ExpectedResult>> limits) {
+        Standard standard("Site", "1");
+        for (const auto& limit : limits) standard.AddExpectedResult(limit);
+        return standard;
+    }
+};
+
+TEST_F(StandardsTest, EachExpressionGivesItsLimit) {
+    struct Case {
+        const char* expression;
+        const char* number;
+        float preset;
+        float limit;
+    };
+    const Case cases[] = {
+        {"", "5", 80, 5},          {"Y", "5", 80, 5},          {"X+Y", "5", 80, 85},
+        {"X+Y", "-5", 80, 75},     {"X+(X*Y%)", "5", 80, 84},  {"X+(X*Y%)", "-5", 80, 76},
+        {"CV", "0.05", 80, 0.05F}, {"X+Y", "0.2", 0.1F, 0.3F},  // 0.1 and 0.2 as a person reads them
+        {"X+Y", "5,5", 80, 85.5F},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(Limit("k", c.number, "", c.expression)->CalculateValue(c.preset, kHighSide), c.limit)
+            << c.expression << " " << c.number;
+}
+
+TEST_F(StandardsTest, ALimitKnowsItsSides) {
+    const auto limit = Limit("ER HVL", "3.10", "");
+    EXPECT_TRUE(limit->IsSet(kHighSide));
+    EXPECT_FALSE(limit->IsSet(kLowSide));
+    EXPECT_EQ(limit->Value(kHighSide), 3.1F);
+    EXPECT_EQ(limit->Value(kLowSide), 0.0F);
+    EXPECT_EQ(limit->Expression(kLowSide), "Y");
+    EXPECT_THROW(limit->Setup("ER HVL", "", "three", ""), std::invalid_argument);
+    EXPECT_THROW(limit->Expression(kHighSide, "X*Y"), std::invalid_argument);
+}
+
+TEST_F(StandardsTest, AValueOnALimitPassesAndASideThatIsNotSetIsNotTested) {
+    struct Case {
+        float value;
+        int32_t status;
+    };
+    const Standard standard = With({Limit("ER kVp Avg", "5", "-5", "X+(X*Y%)")});
+    for (const Case& c :
+         {Case{84, 0}, Case{84.01F, kFailed}, Case{76, 0}, Case{75.99F, kFailed}, Case{80, 0}})
+        EXPECT_EQ(standard.Evaluate("ER kVp Avg", c.value, std::string("80"), JudgedAs::kValue), c.status)
+            << c.value;
+    EXPECT_EQ(standard.Evaluate("ER HVL", 1000, {}, JudgedAs::kValue), 0) << "no limit of that key";
+    EXPECT_EQ(With({Limit("ER HVL", "", "2")}).Evaluate("ER HVL", 1000, {}, JudgedAs::kValue), 0);
+}
+
+TEST_F(StandardsTest, AllLimitsOfAKeyAreLookedAt) {
+    const Standard standard = With({Limit("ER HVL", "9", ""), Limit("ER HVL", "3", "")});
+    EXPECT_EQ(standard.Evaluate("ER HVL", 4, {}, JudgedAs::kValue), kFailed);
+}
+
+TEST_F(StandardsTest, AVariationIsJudgedByItsLimitAndByNoOther) {
+    const Standard standard =
+        With({Limit("ER Exposure", "0.05", "", "CV"), Limit("ER Exposure", "150", "", "Y")});
+    EXPECT_EQ(standard.Evaluate("ER Exposure", 0.06F, {}, JudgedAs::kVariation), kFailed);
+    EXPECT_EQ(standard.Evaluate("ER Exposure", 0.04F, {}, JudgedAs::kVariation), 0);
+    EXPECT_EQ(standard.Evaluate("ER Exposure", 149, {}, JudgedAs::kValue), 0)
+        << "0.05 is not for the reading";
+    EXPECT_EQ(standard.Evaluate("ER Exposure", 151, {}, JudgedAs::kValue), kFailed);
+    const Standard other = With({Limit("ER CV", "0.02", "", "CV")});
+    EXPECT_EQ(other.Evaluate("ER CV", 1, {}, JudgedAs::kVariation), 0) << "no row of test 100";
+}
+
+TEST_F(StandardsTest, StandardsAreReadAndWrittenAsTheyStand) {
+    const std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<ExpectedResult>\n"
+        "  <Standard Name=\"Site\" Version=\"1\">\n"
+        "    <Limit Key=\"ER HVL\" Unit=\"mm\">\n"
+        "      <High Value=\"3.10\" Expression=\"Y\" />\n"
+        "      <Low Value=\"2,5\" />\n"
+        "    </Limit>\n"
+        "    <Limit Key=\"ER Exposure\" Unit=\"\">\n"
+        "      <High Expression=\"CV\" />\n"
+        "    </Limit>\n"
+        "  </Standard>\n"
+        "  <Standard Name=\"Site\" Version=\"2\" />\n"
+        "</ExpectedResult>\n";
+    const auto source = XmlSource::FromText(text, "a.xml");
+    StandardCollection standards;
+    standards.Load(source->Element(ChildNamed(source->Document(), tag::kExpectedResult)));
+    EXPECT_EQ(standards.Count(), 2);
+    EXPECT_EQ(standards.FindExpectedResult(0, "Site", "2"), standards.Item(1));
+    EXPECT_EQ(standards.FindExpectedResult(0, "Site", "3"), nullptr);
+    EXPECT_EQ(standards.Item(2), nullptr);
+    const auto document = std::make_shared<OutputDocument>();
+    document->Top().AddChild(standards.Clone()->Save(document));
+    EXPECT_EQ(document->Text(), text);
+}
+
+TEST_F(StandardsTest, ACloneHasLimitsOfItsOwn) {
+    StandardCollection standards;
+    const auto standard = std::make_shared<Standard>("Site", "1");
+    const auto limit = Limit("ER HVL", "3", "");
+    standard->AddExpectedResult(limit);
+    standards.Add(standard);
+    const auto clone = standards.Clone();
+    limit->Setup("ER HVL", "", "4", "");
+    EXPECT_EQ(clone->Item(0)->Results()[0]->Value(kHighSide), 3.0F);
+}
+
+}  // namespace
+}  // namespace vorex::host_test
