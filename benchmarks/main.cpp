@@ -8,8 +8,8 @@
 #include <pugixml.hpp>
 #include <string>
 
-#include "file_memory.h"
 #include "host/element_file.h"
+#include "load_alone.h"
 #include "workbench.h"
 
 namespace vorex::bench {
@@ -26,7 +26,7 @@ double ResidentBytes(std::string_view name) {
 
 }  // namespace
 
-int PrintLoadMemory(std::string_view what, const std::string& path) {
+int PrintLoad(std::string_view what, const std::string& path) {
     const Scratch scratch;
     Install();
     const double before = ResidentBytes("VmRSS");
@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
     using namespace vorex::bench;
     try {
         if (argc == 3 && (argv[1] == kLoadElements || argv[1] == kLoadXmlOnly))
-            return PrintLoadMemory(argv[1], argv[2]);
+            return PrintLoad(argv[1], argv[2]);
         benchmark::Initialize(&argc, argv);
         if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
         benchmark::RunSpecifiedBenchmarks();

@@ -100,7 +100,7 @@ const CMeasurement* FindStored(const MeasurementRow& row, std::string_view colum
 /// Takes the reading of a stored row into the history of its column, if the row has it.
 void TakeStored(History& history, std::size_t row, const CMeasurement* cell) {
     if (cell == nullptr || !history) return;
-    if (const std::optional<double>& reading = cell->Reading())
+    if (const std::optional<double> reading = cell->Reading())
         (*history)[row] = *reading;
     else
         history.reset();

@@ -73,9 +73,9 @@ std::string CMeasurement::Description() const {
 
 void CMeasurement::ReadValue() const {
     const auto* reading = std::get_if<std::string>(&mValue);
-    mReading.reset();
-    if (reading == nullptr || IsValidReading(*reading)) mReading = NumberOf(mValue);
-    mReadingKnown = true;
+    const bool number = reading == nullptr || IsValidReading(*reading);
+    if (number) mReading = NumberOf(mValue);
+    mReadingState = number ? ReadingState::kNumber : ReadingState::kMark;
 }
 
 void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandards* selected) {
@@ -229,7 +229,7 @@ void CMeasurement::Load(const std::shared_ptr<IXmlElement>& element, IProgressLo
         if (name == tag::kDescription) {
             description = child->Text();
         } else if (name == tag::kValue) {
-            mReadingKnown = false;
+            mReadingState = ReadingState::kUnknown;
             Services().codec->ReadValue(*child, mValue, mValueType);
             if (IsMaxExposureRate(mLabels->key) || IsStatistic(mLabels->key)) mValueType = kJudgedNumber;
             auto* plain = std::get_if<std::string>(&mValue);

@@ -81,7 +81,7 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     const TaggedValue& RawValue() const { return mValue; }
     void Value(TaggedValue newValue) {
         mValue = std::move(newValue);
-        mReadingKnown = false;
+        mReadingState = ReadingState::kUnknown;
     }
     void Status(int32_t status) { mStatus = status; }
 
@@ -89,9 +89,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     std::string ValueText() const { return TextOf(mValue); }
     /// The value as a number; empty for the over-range and under-range marks. Read once and kept: with each
     /// exposure the statistics of a test read all of its cells.
-    const std::optional<double>& Reading() const {
-        if (!mReadingKnown) ReadValue();
-        return mReading;
+    std::optional<double> Reading() const {
+        if (mReadingState == ReadingState::kUnknown) ReadValue();
+        return mReadingState == ReadingState::kNumber ? std::optional(mReading) : std::nullopt;
     }
     /// False for the over-range and under-range marks.
     bool HasValidReading() const { return Reading().has_value(); }
@@ -118,6 +118,8 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     FoundLimit GetLimit(int32_t side, const IStandard& standard, bool calculate, int32_t ordinal) const;
 
   private:
+    enum class ReadingState : uint8_t { kUnknown, kNumber, kMark };
+
     /// True when a side of a limit is the one that judges this measurement.
     bool IsJudgedBy(const IExpectedResult& limit, int32_t side) const;
     int32_t StoredType() const;
@@ -126,8 +128,8 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     void SetLabel(std::string MeasurementLabels::*label, std::string_view text);
 
     std::shared_ptr<MeasurementLabels> mLabels;  ///< never empty; a result has thousands of cells
-    mutable std::optional<double> mReading;      ///< of `mValue`, once it is known
-    mutable bool mReadingKnown = false;
+    mutable double mReading = 0;                 ///< of `mValue`, once it is known
+    mutable ReadingState mReadingState = ReadingState::kUnknown;
     int32_t mValueType = kPlainValue;
     int32_t mStatus = 0;
     int32_t mStatusExtra = 0;

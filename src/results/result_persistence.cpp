@@ -52,15 +52,17 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
 
 void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
     auto item = std::make_shared<CMeasurement>();
-    const std::string_view key = element->GetAttribute(tag::kKey);
-    const bool newRow = mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == key;
+    const std::string_view measurementKey = element->GetAttribute(tag::kKey);
+    const bool newRow =
+        mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == measurementKey;
     if (newRow) {
         AddRow(std::make_shared<MeasurementRow>());
         mRows.back()->reserve(mRows.front()->size());
     }
-    if (const CMeasurement* above = CellAbove(mRows, key)) item->ShareLabels(*above);
+    const CMeasurement* above = CellAbove(mRows, measurementKey);
+    if (above != nullptr) item->ShareLabels(*above);
     item->Load(element, log);
-    if (item->RawValueFormat().empty()) item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
+    if (above == nullptr) item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
     const bool linearity = item->RawKey() == key::kErAdjacent || item->RawKey() == key::kErNonAdjacent;
     if (TestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
     // The type of a stored cell follows from its column, so that a result saves alike before and after a
