@@ -108,6 +108,8 @@ std::size_t FirstBadByte(const char* text, std::size_t size) {
 }  // namespace
 
 bool SameText(const char* text, std::string_view other) {
+    // An empty text may have no place in memory at all.
+    if (other.empty()) return *text == '\0';
     return std::strncmp(text, other.data(), other.size()) == 0 && text[other.size()] == '\0';
 }
 
@@ -149,7 +151,7 @@ std::unique_ptr<XmlSource> XmlSource::FromText(std::string_view text, std::strin
     source->mName = std::move(name);
     source->mBuffer.reset(static_cast<char*>(std::malloc(text.size() + 1)));
     if (!source->mBuffer) throw std::bad_alloc();
-    std::memcpy(source->mBuffer.get(), text.data(), text.size());
+    text.copy(source->mBuffer.get(), text.size());
     source->mSize = text.size();
     source->Parse();
     return source;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -122,7 +121,7 @@ Object* OutputDocument::New(Args&&... args) {
 std::string_view OutputDocument::Keep(std::string_view text) {
     if (text.empty()) return {};
     auto* copy = static_cast<char*>(mMemory.allocate(text.size(), 1));
-    std::memcpy(copy, text.data(), text.size());
+    text.copy(copy, text.size());
     return {copy, text.size()};
 }
 
