@@ -175,6 +175,11 @@ std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
     return PlainText(ReadNumber(plain));
 }
 
+std::string CMeasurement::GetDisplayText() const {
+    const auto& formatter = Services().formatter;
+    return SupportsLimit(kHighSide) && formatter ? formatter->ToText(mValue) : ValueText();
+}
+
 int32_t CMeasurement::StoredType() const {
     const std::string plain = ValueText();
     if (IsMaxExposureRate(mLabels->key) && (!IsValidReading(plain) || plain.find('*') != std::string::npos))

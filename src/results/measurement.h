@@ -106,6 +106,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     std::string FormatValue(const TaggedValue& shown) const;
     /// The text of the value as it is shown.
     std::string ShownText() const { return FormatValue(mValue); }
+    /// The text of the value as it was read or derived, with all its digits; a judged number as the host
+    /// writes it.
+    std::string GetDisplayText() const;
 
     struct FoundLimit {
         bool found = false;

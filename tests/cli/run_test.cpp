@@ -53,6 +53,16 @@ TEST_F(RunCommandTest, AFailureOfAnEarlierExposureKeepsTheServiceRecord) {
     EXPECT_EQ(Read("twice.xml"), Read("once.xml"));
 }
 
+TEST_F(RunCommandTest, TheServiceRecordHoldsTheReadingsWithAllTheirDigits) {
+    Write("s.xml",
+          Sequence(Element(
+              1, 500, Exposures(1) + "<NumberOfExposures0>0</NumberOfExposures0><MachineKV0>80</MachineKV0>",
+              Limit("ER kVp Avg", R"(<High Value="70"/>)"))));
+    Write("r.jsonl", kHead + Shot("80.0", "OL"));
+    EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitFailed);
+    EXPECT_STREQ(ResultOf(1).child_value("ServiceRecord"), "/0/80.0/81/80/OL/100/100/3.1/0.0");
+}
+
 TEST_F(RunCommandTest, OnlySelectedStandardsJudge) {
     const std::string element = Element(1, 100, Exposures(1), Limit("ER kVp Avg", R"(<High Value="70"/>)"));
     Write("r.jsonl", kHead + Shot("80"));
