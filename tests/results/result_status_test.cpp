@@ -211,6 +211,38 @@ TEST_F(ResultStatus, Test900LeavesItsCellsForTheSurvey) {
     EXPECT_EQ(State().cells.kVpL36, 2);
 }
 
+TEST_F(ResultStatus, AFailureInAnyRowOfTest900StaysInItsCells) {
+    struct Case {
+        const char* error[2];
+        const char* cv[2];
+        int32_t l38, l39, l36;
+    };
+    const Case cases[] = {
+        {{"1.0", "2.0"}, {"0.01", "0.01"}, 1, 1, 1}, {{"6.0", "1.0"}, {"0.01", "0.01"}, 2, 1, 2},
+        {{"1.0", "6.0"}, {"0.01", "0.01"}, 2, 1, 2}, {{"1.0", "1.0"}, {"0.03", "0.01"}, 1, 2, 2},
+        {{"OL", "1.0"}, {"0.01", "0.01"}, 1, 1, 1},  // a mark fails the test, not the cell
+    };
+    owner.limits->AtMost("ER Percentage Error", 5);
+    owner.limits->AtMost("ER CV", 0.02);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.error[0]) + ", " + c.error[1] + ", CV " + c.cv[0]);
+        ResetState();
+        Begin(kMammoAccRepro, 2);
+        for (uint8_t n = 1; n <= 2; ++n) Expose(n, "0,28,28,28,10,1,100,0.3,28,0,28,0,0,1.4,1.0,0.01");
+        EXPECT_EQ(State().cells, StatusCells()) << "an exposure alone writes none";
+        for (uint8_t row = 0; row < 2; ++row) {
+            result->SetValue(row, ColumnNumber(result->Current(), key::kPercentError), c.error[row]);
+            result->SetValue(row, ColumnNumber(result->Current(), key::kCv), c.cv[row]);
+        }
+        result->UpdateAllStatus(owner, &selected);
+        const StatusCells expected{c.l36, c.l38, c.l39};
+        EXPECT_EQ(State().cells, expected);
+    }
+    result->UpdateAllStatus(owner, &selected, true);
+    EXPECT_EQ(State().cells, StatusCells()) << "not applicable";
+    EXPECT_EQ(result->Status(), kNotApplicable);
+}
+
 TEST_F(ResultStatus, NotApplicableStoresNoRowAndClearsSevenCells) {
     Begin(kMammoRadiation, 1);
     State().cells = {1, 1, 1, 2, 2, 1, 1, 1, 1};

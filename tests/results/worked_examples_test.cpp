@@ -302,6 +302,9 @@ TEST_F(WorkedExamples, FluoroscopyRowsAndVoltageError) {
         {"pulsed", kFluoroAccuracy, kZrdAndMas, pulsed, {Fluoro("73.5")}, {{key::kFluoroKvpError, "5.0"},
          {key::kPulseRate, "15"}, {key::kPulseWidth, "7.2"}, {key::kHvl, "3.5"}}},
         {"over range", kFluoroAccuracy, kZrd, continuous, {Fluoro("OL")}, {{key::kFluoroKvpError, ""}}},
+        {"exposure rate beside the mAs meter", kFluoroExposure, kZrdAndMas, continuous,
+         {Both(Fluoro("70"), Mas("3", "0.25", "0", "0"))}, {{"ER Maxi. Exposure Rate1", "3"},
+         {key::kHvl, "3.5"}, {key::kDoseMas, "2"}}},  // 0.5 / 0.25
         {"exposure rate", kFluoroExposure, kZrd, pulsed, {Fluoro("70")}, {{"ER Maxi. Exposure Rate1", "3"},
          {key::kPulseWidth, "7.2"}, {key::kPhantomThickness, "20 cm"}, {key::kMode, "High"}}},
     });
@@ -377,6 +380,8 @@ TEST_F(WorkedExamples, AverageGlandularDose) {
         {"corrected for energy and distance", kMammoAec, kZrd, corrected, three,
          {{key::kEnergyCorrectedMean, "1.05"}, {key::kStandardDeviations, "0.1"}, {key::kCvExposure, "0.1"},
          {key::kSkinExposure, "1.23"}, {key::kGlandularDose, "208.67"}}},
+        {"one setting has no variation", kMammoAec, kZrd, SetAec, {Mammo("900")}, {{key::kCvMasSettings, ""},
+         {key::kEnergyCorrectedMean, "0.9"}, {key::kStandardDeviations, "0.0"}, {key::kCvExposure, "0.0"}}},
         {"an unsupported target", kMammoAec, kZrd, tungsten, three,
          {{key::kDoseConversionFactor, ""}, {key::kGlandularDose, ""}, {key::kSkinExposure, "1.0"}}},
         {"no distance", kMammoAec, kZrd, noDistance, three,
@@ -459,6 +464,36 @@ TEST_F(WorkedExamples, StatusCellsOfTheDose) {
     }
 }
 
+// The dosimeter's dose is judged alike; the rate alone derives nothing.
+TEST_F(WorkedExamples, StatusCellsOfTheDosimetersDose) {
+    struct Case {
+        std::vector<Shot> shots;
+        int32_t rateMode;
+        int32_t variation;
+        int32_t dose;
+    };
+    const Case cases[] = {
+        {{Pelomark("1771"), Pelomark("1771")}, 0, kPassed, kPassed},  // 299.89 mrad
+        {{Pelomark("1772"), Pelomark("1772")}, 0, kPassed, kFailed},  // 300.06 mrad
+        {{Pelomark("200"), Pelomark("300")}, 0, kFailed, kPassed},    // 0.0707 / 0.25, shown 0.28
+        {{Pelomark("OL")}, 0, kPassed, kPassed},
+        {{Pelomark("1772")}, 1, kNotTested, kNotTested},
+    };
+    for (int32_t kind : {kPelomark, kPelomarkAndMas}) {
+        for (const Case& c : cases) {
+            ResetState();
+            const auto set = [&](CConfigCommon& shaped) {
+                SetAec(shaped);
+                shaped.PKMode = c.rateMode;
+            };
+            Begin({"", kMammoAec, kind, set, c.shots, {}});
+            for (std::size_t i = 0; i < c.shots.size(); ++i) Take(c.shots[i], static_cast<uint8_t>(i + 1));
+            EXPECT_EQ(State().cells.Dose78, c.variation) << c.shots.back().pelomark->dose;
+            EXPECT_EQ(State().cells.Dose80, c.dose) << c.shots.back().pelomark->dose;
+        }
+    }
+}
+
 // Test 1200: 100 mR in 100 ms are 1000 mR/s, and 1000 * 0.00873 = 8.73 mGy/s.
 TEST_F(WorkedExamples, OutputRateAndItsStatusCells) {
     struct Case {
@@ -483,18 +518,21 @@ TEST_F(WorkedExamples, OutputRateAndItsStatusCells) {
         {kMammo, kUnitR, "100", "UL", "", "", kNotTested, kNotTested},
         {kMammo, kUnitR, "100", "0", "", "", kNotTested, kNotTested},
     };
-    for (const Case& c : cases) {
-        ResetState();
-        const auto set = [&](CConfigCommon& shaped) {
-            shaped.pMeasurementMode = c.mode;
-            shaped.pMeasurementExposure = c.unit;
-        };
-        Begin({"", kMammoRadiation, kZrd, set, {Zrd("28")}, {}});
-        Take(Zrd("28", c.exposure, c.time), 1);
-        EXPECT_EQ(ValueOf(key::kOutputRate), c.rate) << c.exposure << " in " << c.time;
-        EXPECT_EQ(ValueOf(key::kAirKermaRate), c.kerma) << c.exposure << " in " << c.time;
-        EXPECT_EQ(State().cells.Dose82, c.at800) << c.exposure;
-        EXPECT_EQ(State().cells.Dose75, c.at513) << c.exposure;
+    for (int32_t kind : {kZrd, kZrdAndMas}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(std::string(c.exposure) + " in " + c.time + ", kind " + std::to_string(kind));
+            ResetState();
+            const auto set = [&](CConfigCommon& shaped) {
+                shaped.pMeasurementMode = c.mode;
+                shaped.pMeasurementExposure = c.unit;
+            };
+            Begin({"", kMammoRadiation, kind, set, {Zrd("28")}, {}});
+            Take(Zrd("28", c.exposure, c.time), 1);
+            EXPECT_EQ(ValueOf(key::kOutputRate), c.rate);
+            EXPECT_EQ(ValueOf(key::kAirKermaRate), c.kerma);
+            EXPECT_EQ(State().cells.Dose82, c.at800);
+            EXPECT_EQ(State().cells.Dose75, c.at513);
+        }
     }
 }
 
@@ -510,6 +548,10 @@ TEST_F(WorkedExamples, TheDosimeterDerivesNothingElsewhere) {
         EXPECT_EQ(BuildDosimeterResult(context, *Pelomark("5", "7").pelomark), "0,7,22,760,1.01,300,0.2")
             << test;
     }
+    // The row of linearity carries the adjacent marker behind the import flag.
+    Begin({"", kRadioLinearity, kPelomark, [](CConfigCommon& c) { c.machineAdjacent = {"1"}; }, {{}}, {}});
+    EXPECT_EQ(BuildDosimeterResult({*config, *result, 0, false}, *Pelomark("5", "7").pelomark),
+              "0,1,5,7,22,760,1.01,300,0.2");
 }
 
 // 10, 20, 30, then exposure 2 again with 50: mean 90 / 3 = 30, deviation 20, 20 / 30 = 0.667.
