@@ -53,6 +53,11 @@ std::shared_ptr<IWaveform> WaveformAt(const std::vector<std::shared_ptr<CWavefor
     return waveforms[static_cast<std::size_t>(exposureNumber) - 1];
 }
 
+/// Tests whose flat list has a heading for each exposure and one for the statistics.
+bool HasHeadings(int32_t testId) {
+    return testId == kRadioRepro || testId == kMammoAccRepro || testId == kMammoAec;
+}
+
 /// Which columns of the working row a source fills.
 bool TakesField(std::string_view columnKey, int32_t source) {
     if (source == kSourceMas) return IsMasFamily(columnKey) || columnKey == key::kImportWaveform;
@@ -256,8 +261,7 @@ ColumnCounts CResultCommon::GetColumnCounts() const {
 int32_t CResultCommon::MeasurementCount() const {
     const auto columns = static_cast<int32_t>(mCurrent->size());
     if (pTestGuide) return columns;
-    const bool headings = TestId == kRadioRepro || TestId == kMammoAccRepro || TestId == kMammoAec;
-    return columns * static_cast<int32_t>(mRows.size()) + (headings ? 1 : 0);
+    return columns * static_cast<int32_t>(mRows.size()) + (HasHeadings(TestId) ? 1 : 0);
 }
 
 std::shared_ptr<IMeasurement> CResultCommon::Heading(std::string_view caption) const {
@@ -272,14 +276,13 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
     auto at = static_cast<std::size_t>(index);
     if (pTestGuide) return at < mCurrent->size() ? (*mCurrent)[at] : nullptr;
     if (mRows.empty() || mCurrent->empty()) return nullptr;
-    const ColumnCounts counts = GetColumnCounts();
-    if (counts.calculated == 0) {
+    if (!HasHeadings(TestId)) {
         const std::size_t row = at / mCurrent->size();
         const std::size_t column = at % mCurrent->size();
         return row < mRows.size() && column < mRows[row]->size() ? (*mRows[row])[column] : nullptr;
     }
     // A heading stands in the place of each row's import flag; the statistics follow once, at the end.
-    const auto perRow = static_cast<std::size_t>(counts.row);
+    const auto perRow = static_cast<std::size_t>(GetColumnCounts().row);
     if (at < mRows.size() * perRow) {
         const std::size_t row = at / perRow;
         if (at % perRow == 0)

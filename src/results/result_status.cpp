@@ -330,7 +330,8 @@ void CResultCommon::UpdateServiceRecord(const ITestElement& owner) {
     } else {
         // An earlier exposure may be the one that failed: the verdict tells, not the latest row.
         for (const auto& item : *mCurrent)
-            if (const std::string text = item->GetDisplayText(); !text.empty()) list.append("/").append(text);
+            if (const std::string shown = item->GetDisplayText(); !shown.empty())
+                list.append("/").append(shown);
     }
     mServiceRecord = Services().createServiceRecord();
     mServiceRecord->Initialize(code, list);

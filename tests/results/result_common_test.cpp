@@ -180,6 +180,20 @@ TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
     EXPECT_EQ(result->Measurement(47), nullptr);
 }
 
+TEST_F(ResultStore, HeadingsStandAlsoWhereAnInstrumentGivesNoStatistics) {
+    Begin(kMammoAccRepro, kPelomark);
+    for (uint8_t n = 1; n <= 2; ++n) {
+        result->StoreResult("0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
+        Keep(n);
+    }
+    EXPECT_EQ(result->MeasurementCount(), 17);
+    EXPECT_EQ(TextOf(result->Measurement(0)->value()), "++Exposure #1++");
+    EXPECT_EQ(result->Measurement(1)->Key(), "Exposure");
+    EXPECT_EQ(TextOf(result->Measurement(8)->value()), "++Exposure #2++");
+    EXPECT_EQ(TextOf(result->Measurement(16)->value()), "--Calculations--");
+    EXPECT_EQ(result->Measurement(17), nullptr);
+}
+
 TEST_F(ResultStore, WaveformsGoToTheExposureJudgedLast) {
     Begin(kRadioRepro, kZrdAndMas);
     result->StoreWaveForm("1,2,3");
