@@ -146,6 +146,7 @@ class CResultCommon : public IResultData,
     void StoreWorkingRow(uint8_t exposureNumber);
     void CopyToRow(const CMeasurement& from, CMeasurement& to) const;
     void CopyToAllRows(const CMeasurement& measurement);
+    void TakeLatestStatuses();
     void UpdateServiceRecord(const ITestElement& owner);
 
     // Persistence (result_persistence.cpp).

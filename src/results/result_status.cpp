@@ -254,6 +254,14 @@ void CResultCommon::JudgeStored(const Judge& judge, CMeasurement& measurement, s
     }
 }
 
+/// The working row of a loaded result is a copy that no exposure has judged: it takes over how its row is
+/// judged now, so that judging once more comes to the same service record.
+void CResultCommon::TakeLatestStatuses() {
+    const MeasurementRow& latest = *mRows.back();
+    for (std::size_t column = 0; column < mCurrent->size() && column < latest.size(); ++column)
+        (*mCurrent)[column]->Status(latest[column]->Status());
+}
+
 void CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
                                     bool notApplicable) {
     if (notApplicable) {
@@ -277,6 +285,7 @@ void CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelectedStandard
                 if (fails) mStatus = kFailed;
             }
         }
+        if (mLastExposure == 0) TakeLatestStatuses();
         if (TestId == kMammoAccRepro) {
             State().cells.kVpL36 = walk.cells.kVpL36;
             State().cells.kVpL38 = walk.cells.kVpL38;
@@ -323,15 +332,16 @@ void CResultCommon::UpdateServiceRecord(const ITestElement& owner) {
     const auto info = owner.Info();
     const bool keeps = info && (info->ServiceFlags() & kKeepServiceRecord) != 0;
     if (!keeps || mStatus == kNotTested || !Services().createServiceRecord) return;
-    std::string code = mStatus == kFailed ? "F" : "";
+    std::string code;
     std::string list;
     if (mStatus == kNotApplicable) {
         code = "NA";
     } else {
-        // An earlier exposure may be the one that failed: the verdict tells, not the latest row.
-        for (const auto& item : *mCurrent)
+        for (const auto& item : *mCurrent) {
+            if (item->Status() == kFailed) code = "F";
             if (const std::string shown = item->GetDisplayText(); !shown.empty())
                 list.append("/").append(shown);
+        }
     }
     mServiceRecord = Services().createServiceRecord();
     mServiceRecord->Initialize(code, list);

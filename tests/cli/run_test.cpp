@@ -39,16 +39,30 @@ TEST_F(RunCommandTest, AFailedLimitFailsTheTestItsGroupAndTheProgram) {
     EXPECT_EQ(out.find("Exposure 1: kVp"), std::string::npos) << "a value on the limit passes";
 }
 
-TEST_F(RunCommandTest, AFailureOfAnEarlierExposureKeepsTheServiceRecord) {
+TEST_F(RunCommandTest, TheServiceRecordIsOfTheLatestExposure) {
+    struct Case {
+        const char* first;
+        const char* second;
+        const char* code;
+    };
+    const Case cases[] = {{"80", "95", "F"}, {"95", "80", ""}, {"80", "80", ""}};
+    Write("s.xml", Sequence(Element(1, 500, Exposures(2), Limit("ER kVp Avg", R"(<High Value="90"/>)"))));
+    for (const Case& c : cases) {
+        Write("r.jsonl", kHead + Shot(c.first) + Shot(c.second));
+        RunFile("s.xml", "r.jsonl");
+        EXPECT_STREQ(ResultOf(1).child("ServiceRecord").attribute("Code").value(), c.code);
+    }
+}
+
+TEST_F(RunCommandTest, OneJudgementSettlesTheServiceRecordAfterAChangeOfLimits) {
     Write("s.xml", Sequence(Element(1, 500, Exposures(2), Limit("ER kVp Avg", R"(<High Value="90"/>)"))));
     Write("r.jsonl", kHead + Shot("95") + Shot("80"));
     EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitFailed);
-    EXPECT_STREQ(ResultOf(1).child("ServiceRecord").attribute("Code").value(), "F");
-    // A change of limits is settled by one judgement.
-    std::string wider = Read("out.xml");
-    wider.replace(wider.find("High Value=\"90\""), 15, "High Value=\"70\"");
-    Write("wider.xml", wider);
-    EXPECT_EQ(Run({"judge", Path("wider.xml"), "-o", Path("once.xml")}), kExitFailed);
+    std::string narrower = Read("out.xml");
+    narrower.replace(narrower.find("High Value=\"90\""), 15, "High Value=\"70\"");
+    Write("narrower.xml", narrower);
+    EXPECT_EQ(Run({"judge", Path("narrower.xml"), "-o", Path("once.xml")}), kExitFailed);
+    EXPECT_NE(Read("once.xml").find("<ServiceRecord Code=\"F\">"), std::string::npos);
     EXPECT_EQ(Run({"judge", Path("once.xml"), "-o", Path("twice.xml")}), kExitFailed);
     EXPECT_EQ(Read("twice.xml"), Read("once.xml"));
 }
