@@ -21,10 +21,11 @@ void ExecutionPipe::EndElement(ITestElement& element) {
 SequenceEnd RunSequence(std::span<const std::shared_ptr<ITestElement>> elements,
                         const std::shared_ptr<ExecutionPipe>& pipe) {
     std::size_t index = 0;
+    // Set once and not before each element, as in a group: an empty group leaves the code as it found it, so
+    // Previous onto it goes on to the element before.
+    pipe->NextAction(kGoNext);
     while (index < elements.size()) {
         if (pipe->Stopped()) return SequenceEnd::kStopped;
-        // What an earlier element left is not this one's: an empty group leaves no code of its own.
-        pipe->NextAction(kGoNext);
         State().gSkipRemaining = State().gNARemaining = false;
         elements[index]->Perform(pipe);
         switch (pipe->NextAction()) {

@@ -193,6 +193,18 @@ TEST_F(RunCommandTest, TheFirstChildOfAGroupDecidesForTheWholeGroup) {
     }
 }
 
+TEST_F(RunCommandTest, AnEmptyGroupLeavesTheCodeThatItFinds) {
+    const auto test = [](int id) { return Element(id, 100, Exposures(1)); };
+    Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82") + Shot("83"));
+    Write("root.xml", Sequence(test(1) + Group(2, "") + test(3)));
+    RunFile("root.xml", "r.jsonl", "start,next;previous;na;na");
+    EXPECT_EQ(StatusOf(1) + StatusOf(3), "33") << err;
+
+    Write("inner.xml", Sequence(Group(1, test(2) + test(3) + Group(4, Group(5, "") + test(6)) + test(7))));
+    RunFile("inner.xml", "r.jsonl", "start,next;skip;na");
+    EXPECT_EQ(StatusOf(2) + "," + StatusOf(6) + "," + StatusOf(7), "1,,3") << err;
+}
+
 TEST_F(RunCommandTest, InstrumentsAreListedOnceAndTheResultNamesTheLast) {
     Write("s.xml", Sequence(Element(1, 100, "<DetectorName>4</DetectorName>" + Exposures(1)) +
                             Element(2, 200, "<DetectorName>4</DetectorName>" + Exposures(1))));

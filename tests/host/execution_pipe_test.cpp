@@ -58,10 +58,14 @@ TEST_F(ExecutionPipeTest, PreviousGoesBackOneElement) {
     EXPECT_THAT(performed, ElementsAre("a", "b", "a", "b"));
 }
 
-TEST_F(ExecutionPipeTest, ACodeThatAnElementDoesNotLeaveIsNotTakenFromTheOneBefore) {
-    // The second time the first element leaves no code: that is Next, not the Previous of before.
-    EXPECT_EQ(Run({{kGoNext}, {kGoPrevious, kGoNext}}), SequenceEnd::kFinished);
-    EXPECT_THAT(performed, ElementsAre("a", "b", "a", "b"));
+TEST_F(ExecutionPipeTest, PreviousPassesAnElementThatLeavesNoCode) {
+    EXPECT_EQ(Run({{kGoNext, kGoNext}, {}, {kGoPrevious, kGoNext}}), SequenceEnd::kFinished);
+    EXPECT_THAT(performed, ElementsAre("a", "b", "c", "b", "a", "b", "c"));
+}
+
+TEST_F(ExecutionPipeTest, PreviousOntoAFirstElementThatLeavesNoCodeEndsTheSequence) {
+    EXPECT_EQ(Run({{}, {kGoPrevious}, {kGoNext}}), SequenceEnd::kLeftBackwards);
+    EXPECT_THAT(performed, ElementsAre("a", "b", "a"));
 }
 
 TEST_F(ExecutionPipeTest, PreviousOnTheFirstElementEndsTheSequence) {
