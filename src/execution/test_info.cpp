@@ -45,6 +45,16 @@ const RowList& FindRowList(int32_t testId, bool masSetup) {
     return *found;
 }
 
+/// The ion chamber is noted whether or not the instruments give serial numbers. Returns its name.
+std::string TakeIonChamber(IDetectorService& service, CConfigCommon& config) {
+    config.IonChamberName = service.IonChamberName();
+    if (!config.IonChamberName.empty()) {
+        config.CalConstant = service.IonCalConstant();
+        config.CalFactor = service.IonCalFactor();
+    }
+    return config.IonChamberName;
+}
+
 }  // namespace
 
 std::vector<std::string> CTestCommon::BuildGuideInfo() {
@@ -69,6 +79,7 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
     const bool answered = Guarded("BuildGuideInfo", [&] {
         IDetectorService& service = Vti();
         connected = ReadNumber(service.SerialNumbers()) > 0;
+        const std::string chamber = TakeIonChamber(service, *config);
         if (!connected) return;
         if (service.IsCharging()) {
             mInfoChanged = mInfoChanged || !mCharging;
@@ -83,7 +94,6 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
             header.push_back(Translate(text::kBatteryStatus, {PlainText(static_cast<int32_t>(level)) + "%"}));
         }
         const int32_t kind = config->DetectorName;
-        const std::string chamber = service.IonChamberName();
         if (HasZrd(kind)) {
             const std::string& name = config->pTargetFilterName;
             if (!EqualsIgnoringCase(name, mTargetFilter)) {
@@ -97,11 +107,6 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
                                              : Translate(text::kIonChamberLine, {chamber}));
         if (HasMasMeter(kind))
             header.push_back(Translate(text::kMasInputLine, {Translate(config->TestGuideMASInput)}));
-        config->IonChamberName = chamber;
-        if (!chamber.empty()) {
-            config->CalConstant = service.IonCalConstant();
-            config->CalFactor = service.IonCalFactor();
-        }
     });
     if (!answered || !connected) {
         header = {Translate(text::kDetectorNotConnected), Translate(text::kEmptyLine, {""}),

@@ -205,6 +205,18 @@ TEST_F(RunCommandTest, AnEmptyGroupLeavesTheCodeThatItFinds) {
     EXPECT_EQ(StatusOf(2) + "," + StatusOf(6) + "," + StatusOf(7), "1,,3") << err;
 }
 
+TEST_F(RunCommandTest, TheIonChamberIsNotedWithoutASerialNumber) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(1))));
+    Write(
+        "r.jsonl",
+        R"({"recording":1,"kind":1,"serialNumbers":"","ionChamber":{"name":"C6","factor":"1.2","constant":"3"}})"
+        "\n" +
+            Shot("80"));
+    RunFile("s.xml", "r.jsonl");
+    const auto noted = result.select_node("//*[text()='C6']").node();
+    EXPECT_STREQ(noted.child_value(), "C6") << err;
+}
+
 TEST_F(RunCommandTest, InstrumentsAreListedOnceAndTheResultNamesTheLast) {
     Write("s.xml", Sequence(Element(1, 100, "<DetectorName>4</DetectorName>" + Exposures(1)) +
                             Element(2, 200, "<DetectorName>4</DetectorName>" + Exposures(1))));
