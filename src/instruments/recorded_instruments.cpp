@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "instruments/bench.h"
 #include "instruments/operation.h"
 
 namespace vorex {
@@ -28,39 +29,35 @@ constexpr SignalRow kSignals[] = {
 }  // namespace
 
 /// What all services and links share: the recording, how far it has come, and what was sent.
-class RecordedRoom {
+class RecordedRoom : public Bench {
   public:
     explicit RecordedRoom(Recording given) : recording(std::move(given)) { TakeFreeLines(); }
 
-    /// Every operation comes through here first; a "throws" of the recording fails it here.
-    RecordedRoom& Enter(Operation operation) {
+    /// A "throws" of the recording fails the operation here.
+    void Enter(Operation operation) override {
         if (logCalls) calls.push_back(NameOf(operation));
         std::deque<int32_t>& lines = mThrows[IndexOf(operation)];
-        if (lines.empty()) return *this;
+        if (lines.empty()) return;
         const std::string text = std::string(NameOf(operation)) + " failed";
         Fault(text, lines.front());
         lines.pop_front();
         throw std::runtime_error(text);
     }
 
-    bool Alive() const { return mAlive; }
-    bool Poll(DetectorEvents& events);
+    const InstrumentIdentity& Identity() override { return recording; }
+    bool Alive() const override { return mAlive; }
+    bool Poll(DetectorEvents& events, int32_t sleepTimeOut) override;
     /// Announces the exposure that is next, once.
-    bool ExposureDone();
-    void BeginRun() {
+    bool ExposureDone() override;
+    void BeginRun() override {
         mAnnounced = false;
         mLastExposure = nullptr;
     }
-    std::string GetWaveform(uint8_t type);
-    void OpenLink();
+    std::string GetWaveform(float length, int32_t points, uint8_t type) override;
+    int32_t SyncDosimeter(DosimeterSettings&) override { return recording.syncStatus; }
+    void OpenLink() override;
 
     const Recording recording;
-    SentSettings sent;
-    bool linkOpen = false;
-    float waveformResolution = 0;
-
-    std::vector<std::string> faults;
-    bool ended = false;
     int32_t delivered = 0;
     bool logCalls = false;
     std::vector<std::string_view> calls;
@@ -113,7 +110,7 @@ void RecordedRoom::TakeFreeLines() {
     }
 }
 
-bool RecordedRoom::Poll(DetectorEvents& events) {
+bool RecordedRoom::Poll(DetectorEvents& events, int32_t) {
     TakeFreeLines();
     const RecordedLine* head = Head();
     if (!head) {
@@ -166,7 +163,7 @@ bool RecordedRoom::ExposureDone() {
     return !std::exchange(mAnnounced, true);
 }
 
-std::string RecordedRoom::GetWaveform(uint8_t type) {
+std::string RecordedRoom::GetWaveform(float, int32_t, uint8_t type) {
     if (!mLastExposure) return {};
     for (const RecordedWaveform& waveform : mLastExposure->waveforms) {
         if (waveform.type != type) continue;
@@ -186,138 +183,14 @@ void RecordedRoom::OpenLink() {
     linkOpen = mAlive;
 }
 
-namespace {
-
-class RecordedService : public IDetectorService {
-  public:
-    explicit RecordedService(std::shared_ptr<RecordedRoom> room) : mRoom(std::move(room)) {}
-
-    bool IsCharging() override { return Enter(Op("IsCharging")).recording.charging; }
-    uint8_t BatteryLevel() override { return Enter(Op("BatteryLevel")).recording.battery; }
-    float WaveformResolution() override { return Enter(Op("WaveformResolution")).waveformResolution; }
-    void Mode(const std::string& modeText) override { Enter(Op("Mode")).sent.mode = modeText; }
-    void Settings(const std::string& settingsText) override {
-        Enter(Op("Settings")).sent.settings = settingsText;
-    }
-    void BeginRun() override {
-        Enter(Op("BeginRun")).BeginRun();
-        mBegun = true;
-    }
-    bool Poll(int32_t, int32_t) override {
-        RecordedRoom& room = Enter(Op("Poll"));
-        return Running() ? room.Poll(events) : room.Alive();
-    }
-    std::string GetWaveform(int32_t, float, int32_t, uint8_t type) override {
-        return Enter(Op("GetWaveform")).GetWaveform(type);
-    }
-    bool ExposureDone() override {
-        RecordedRoom& room = Enter(Op("ExposureDone"));
-        return Running() && room.ExposureDone();
-    }
-    void WakeUp() override { Enter(Op("WakeUp")); }
-    void Armed(bool armed) override {
-        Enter(Op("Armed"));
-        mArmed = armed;
-    }
-    int32_t TargetFilterCount() override {
-        return static_cast<int32_t>(Enter(Op("TargetFilterCount")).recording.targetFilters.size());
-    }
-    void GetTargetFilters(std::vector<std::string>& names, int32_t count) override {
-        const std::vector<std::string>& all = Enter(Op("GetTargetFilters")).recording.targetFilters;
-        names.assign(all.begin(), all.begin() + std::clamp(count, 0, static_cast<int32_t>(all.size())));
-    }
-    std::string DefaultTargetFilter() override {
-        return Enter(Op("DefaultTargetFilter")).recording.defaultTargetFilter;
-    }
-    void ApplySettings() override { Enter(Op("ApplySettings")); }
-    void QueryTargetFilters() override { Enter(Op("QueryTargetFilters")); }
-    void ActivateTargetFilter() override { Enter(Op("ActivateTargetFilter")); }
-    void ExposureUnit(int32_t unit) override { Enter(Op("ExposureUnit")).sent.exposureUnit = unit; }
-    void ExposureRateUnit(int32_t unit) override {
-        Enter(Op("ExposureRateUnit")).sent.exposureRateUnit = unit;
-    }
-    void FluoroType(int32_t type) override { Enter(Op("FluoroType")).sent.fluoroType = type; }
-    void TimeUnit(int32_t unit) override { Enter(Op("TimeUnit")).sent.timeUnit = unit; }
-    void PercentKV(uint8_t percent) override { Enter(Op("PercentKV")).sent.percentKV = percent; }
-    void Delay(int16_t milliseconds) override { Enter(Op("Delay")).sent.delay = milliseconds; }
-    void IncludeDelay(bool include) override { Enter(Op("IncludeDelay")).sent.includeDelay = include; }
-    void TargetFilter(const std::string& name) override {
-        Enter(Op("TargetFilter")).sent.targetFilter = name;
-    }
-    std::string SerialNumbers() override {
-        const RecordedRoom& room = Enter(Op("SerialNumbers"));
-        return room.Alive() ? room.recording.serialNumbers : "0";
-    }
-    std::string CalibrationDates() override {
-        return Enter(Op("CalibrationDates")).recording.calibrationDates;
-    }
-    int32_t DosimeterConnected() override { return HasDosimeter(Enter(Op("DosimeterConnected"))); }
-    int32_t LinkState() override { return Enter(Op("LinkState")).Alive() ? 1 : 0; }
-    void Disconnect() override {
-        Enter(Op("Disconnect"));
-        mArmed = mBegun = false;
-    }
-    void ResetDetector() override { Enter(Op("ResetDetector")); }
-    std::string DetectorKind() override { return std::to_string(Enter(Op("DetectorKind")).recording.kind); }
-    int32_t FirmwareVersion() override { return Enter(Op("FirmwareVersion")).recording.firmware; }
-    std::string DosimeterAttached() override {
-        return std::to_string(HasDosimeter(Enter(Op("DosimeterAttached"))));
-    }
-    void ShowIonChamberDialog() override { Enter(Op("ShowIonChamberDialog")); }
-    int32_t SyncDosimeter(DosimeterSettings& settings) override {
-        RecordedRoom& room = Enter(Op("SyncDosimeter"));
-        room.sent.dosimeter = settings;
-        return room.recording.syncStatus;
-    }
-    void MASInput(bool shunt) override { Enter(Op("MASInput")).sent.masShunt = shunt; }
-    std::string IonChamberName() override { return Enter(Op("IonChamberName")).recording.ionChamberName; }
-    std::string IonCalFactor() override { return Enter(Op("IonCalFactor")).recording.ionChamberFactor; }
-    std::string IonCalConstant() override { return Enter(Op("IonCalConstant")).recording.ionChamberConstant; }
-    std::string InstrumentName(int32_t index) override {
-        const std::vector<std::string>& names = Enter(Op("InstrumentName")).recording.instrumentNames;
-        return index >= 0 && static_cast<std::size_t>(index) < names.size()
-                   ? names[static_cast<std::size_t>(index)]
-                   : std::string();
-    }
-
-  private:
-    RecordedRoom& Enter(Operation operation) { return mRoom->Enter(operation); }
-    /// A waveform transfer disarms for its length and does not begin the run anew.
-    bool Running() const { return mArmed && mBegun; }
-    static int32_t HasDosimeter(const RecordedRoom& room) {
-        return room.Alive() && HasPelomark(room.recording.kind) ? 1 : 0;
-    }
-
-    std::shared_ptr<RecordedRoom> mRoom;
-    bool mArmed = false;
-    bool mBegun = false;
-};
-
-class RecordedLink : public IDetectorLink {
-  public:
-    explicit RecordedLink(std::shared_ptr<RecordedRoom> room) : mRoom(std::move(room)) {}
-
-    void Register() override {}
-    void Unregister() override {}
-    void OpenLink() override { mRoom->OpenLink(); }
-    bool LinkOpen() const override { return mRoom->linkOpen; }
-    void SelectDetector(int32_t kind) override { mRoom->sent.selectedKind = kind; }
-    void CloseLink() override { mRoom->linkOpen = false; }
-
-  private:
-    std::shared_ptr<RecordedRoom> mRoom;
-};
-
-}  // namespace
-
 RecordedInstruments::RecordedInstruments(Recording recording)
     : mRoom(std::make_shared<RecordedRoom>(std::move(recording))) {}
 
 std::shared_ptr<IDetectorService> RecordedInstruments::CreateService() {
-    return std::make_shared<RecordedService>(mRoom);
+    return MakeService(mRoom);
 }
 std::shared_ptr<IDetectorLink> RecordedInstruments::CreateLink() {
-    return std::make_shared<RecordedLink>(mRoom);
+    return MakeLink(mRoom);
 }
 const SentSettings& RecordedInstruments::Sent() const {
     return mRoom->sent;

@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/detector_service.h"
 #include "foundation/vocabulary.h"
+#include "instruments/bench.h"
 
 /// A recording: what instruments answer, one JSON object a line. It is read whole and strictly before a run,
 /// so that a mistake in it shows as a message and never as a measured value.
@@ -27,14 +27,6 @@ namespace vorex {
 /// Nothing larger is read: far beyond any test, and a file that is no recording cannot fill the memory.
 inline constexpr std::size_t kMaxRecordingBytes = std::size_t{256} << 20;
 inline constexpr int32_t kMaxRecordingLines = 1'000'000;
-
-/// A recording that cannot be used. The message names the file and the line, what was found there and what
-/// was expected.
-class RecordingError : public std::runtime_error {
-  public:
-    /// Line 0: the fault is one of the file as a whole.
-    RecordingError(std::string_view file, int32_t line, std::string_view found, std::string_view expected);
-};
 
 struct RecordedWaveform {
     uint8_t type = kKvWaveform;
@@ -68,30 +60,16 @@ struct RecordedLine {
     int32_t number = 0;
 };
 
-struct Recording {
+struct Recording : InstrumentIdentity {
     std::string file;  ///< as it was named, for messages
-
-    int32_t kind = kNoDetector;
-    std::string serialNumbers;  ///< empty: nothing tells which instruments these were, so none is noted
-    std::string calibrationDates;
-    std::vector<std::string> instrumentNames;
-    uint8_t battery = 100;
-    bool charging = false;
-    std::vector<std::string> targetFilters;
-    std::string defaultTargetFilter;  ///< absent: the first of the target/filters
-    std::string ionChamberName;
-    std::string ionChamberFactor;
-    std::string ionChamberConstant;
-    int32_t firmware = 0;
-    int32_t syncStatus = 0;
 
     std::vector<RecordedExposure> exposures;
     std::vector<RecordedLine> lines;
 };
 
-/// Reads a recording file. Throws RecordingError and nothing else, also when the file cannot be read.
+/// Reads a recording file. Throws InstrumentFileError and nothing else, also when the file cannot be read.
 Recording LoadRecording(const std::string& path);
-/// Reads a recording from memory; the file name is for messages. Throws RecordingError and nothing else.
+/// Reads a recording from memory; the file name is for messages. Throws InstrumentFileError and nothing else.
 Recording ParseRecording(std::string_view text, std::string_view file);
 
 }  // namespace vorex

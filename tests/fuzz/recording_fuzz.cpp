@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "instruments/recorded_instruments.h"
+#include "instruments/json_reader.h"
 #include "instruments/recording.h"
 
 namespace {
@@ -29,7 +30,7 @@ void Allowed(Call&& call) {
 std::optional<vorex::Recording> Parsed(std::string_view text) {
     try {
         return vorex::ParseRecording(text, "room.jsonl");
-    } catch (const vorex::RecordingError& error) {
+    } catch (const vorex::InstrumentFileError& error) {
         // A message goes to a terminal: whatever stood in the file, it is plain and has a place.
         const std::string_view message = error.what();
         if (!message.starts_with("room.jsonl:")) std::abort();

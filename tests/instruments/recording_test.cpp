@@ -1,3 +1,4 @@
+#include "instruments/json_reader.h"
 #include "instruments/recording.h"
 
 #include <filesystem>
@@ -23,7 +24,7 @@ std::string Refusal(const std::string& text) {
     try {
         ParseRecording(text, "room.jsonl");
         return {};
-    } catch (const RecordingError& error) {
+    } catch (const InstrumentFileError& error) {
         return error.what();
     }
 }
@@ -259,7 +260,7 @@ class RecordingFile : public testing::Test {
         try {
             LoadRecording(mPath.string());
             return {};
-        } catch (const RecordingError& error) {
+        } catch (const InstrumentFileError& error) {
             return error.what();
         }
     }

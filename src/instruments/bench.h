@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/detector_service.h"
+#include "foundation/vocabulary.h"
+#include "instruments/instruments.h"
+#include "instruments/operation.h"
+
+namespace vorex {
+
+/// Who the instruments say they are.
+struct InstrumentIdentity {
+    int32_t kind = kNoDetector;
+    std::string serialNumbers;  ///< empty: nothing tells which instruments these were, so none is noted
+    std::string calibrationDates;
+    std::vector<std::string> instrumentNames;
+    uint8_t battery = 100;  ///< percent
+    bool charging = false;
+    std::vector<std::string> targetFilters;
+    std::string defaultTargetFilter;  ///< absent: the first of the target/filters
+    std::string ionChamberName;
+    std::string ionChamberFactor;
+    std::string ionChamberConstant;
+    int32_t firmware = 0;
+    int32_t syncStatus = 0;
+};
+
+/// What a run of the instruments is: all services and links of a program reach one bench.
+///
+/// A service passes on `Poll` and `ExposureDone` only while it is armed and has begun a run; at any other
+/// time it answers for itself whether the link is alive.
+class Bench {
+  public:
+    virtual ~Bench() = default;
+
+    /// Every operation of a service comes through here first, and may fail here.
+    virtual void Enter(Operation operation) = 0;
+    virtual const InstrumentIdentity& Identity() = 0;
+    virtual bool Alive() const = 0;
+    virtual void BeginRun() = 0;
+    virtual bool Poll(DetectorEvents& events, int32_t sleepTimeOut) = 0;
+    virtual bool ExposureDone() = 0;
+    virtual std::string GetWaveform(float length, int32_t points, uint8_t type) = 0;
+    virtual void WakeUp() {}
+    virtual int32_t SyncDosimeter(DosimeterSettings& settings) = 0;
+    virtual void OpenLink() = 0;
+
+    SentSettings sent;
+    bool linkOpen = false;
+    float waveformResolution = 0;
+    std::vector<std::string> faults;
+    bool ended = false;  ///< nothing more can be measured
+};
+
+/// A service, and a link, that reach a bench and keep it alive.
+std::shared_ptr<IDetectorService> MakeService(std::shared_ptr<Bench> bench);
+std::shared_ptr<IDetectorLink> MakeLink(std::shared_ptr<Bench> bench);
+
+}  // namespace vorex
