@@ -26,6 +26,8 @@
 #include "host/headless_platform.h"
 #include "host/reference_host.h"
 #include "instruments/recorded_instruments.h"
+#include "instruments/room.h"
+#include "instruments/simulated_instruments.h"
 #include "library.h"
 #include "results/result_common.h"
 
@@ -37,6 +39,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kRecordingPrefix = "recording:";
 constexpr std::string_view kSimulated = "simulated";
+constexpr std::string_view kSimulatedPrefix = "simulated:";
+constexpr uint64_t kUsualSeed = 1;
 
 /// Where the language tables stand, seen from the program.
 std::vector<fs::path> LanguageFolders() {
@@ -131,25 +135,45 @@ int32_t ReadTestId(const std::string& text) {
     return id;
 }
 
-/// The instruments that a run is asked to use.
-std::unique_ptr<RecordedInstruments> MakeInstruments(const std::string& wanted) {
-    const std::string_view name = wanted;
+uint64_t ReadSeed(std::string_view text) {
+    uint64_t seed = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
+    if (error != std::errc() || end != text.data() + text.size())
+        throw std::runtime_error("--instruments simulated:" + std::string(text) +
+                                 " has no seed; expected a whole number from 0, such as simulated:7");
+    return seed;
+}
+
+/// The instruments that a run is asked to use. The console tells simulated ones what is set for an exposure.
+std::unique_ptr<IInstruments> MakeInstruments(const RunOptions& options, Console console) {
+    const std::string_view name = options.instruments;
+    const bool simulated = name == kSimulated || name.starts_with(kSimulatedPrefix);
+    if (simulated) {
+        const uint64_t seed =
+            name == kSimulated ? kUsualSeed : ReadSeed(name.substr(kSimulatedPrefix.size()));
+        Room room = options.room.empty() ? Room() : LoadRoom(options.room.string());
+        return std::make_unique<SimulatedInstruments>(std::move(room), seed, std::move(console));
+    }
+    if (!options.room.empty())
+        throw std::runtime_error(
+            "--room belongs to simulated instruments; give --instruments simulated with it");
     if (name.starts_with(kRecordingPrefix)) {
         const std::string file(name.substr(kRecordingPrefix.size()));
         if (file.empty())
             throw std::runtime_error("--instruments recording: names no file; expected recording:FILE");
         return std::make_unique<RecordedInstruments>(LoadRecording(file));
     }
-    if (name.empty() || name == kSimulated || name.starts_with("simulated:"))
+    if (name.empty())
         throw std::runtime_error(
-            "simulated instruments are not part of this version yet; give --instruments recording:FILE");
-    throw std::runtime_error("--instruments " + wanted + " is not known; expected recording:FILE");
+            "no instruments were given; expected --instruments simulated or --instruments recording:FILE");
+    throw std::runtime_error("--instruments " + options.instruments +
+                             " is not known; expected simulated, simulated:SEED or recording:FILE");
 }
 
 /// Everything that a run needs beside its file.
 struct RunSetup {
     RunSetup(const RunOptions& options, const CommonOptions& common)
-        : instruments(MakeInstruments(options.instruments)),
+        : instruments(MakeInstruments(options, [this] { return person.AtConsole(); })),
           person(ParseOperatorScript(options.operatorScript), *instruments),
           platform(std::make_shared<HeadlessPlatform>(options.realTime ? HeadlessPlatform::Time::kReal
                                                                        : HeadlessPlatform::Time::kVirtual)),
@@ -165,7 +189,7 @@ struct RunSetup {
         return host;
     }
 
-    std::unique_ptr<RecordedInstruments> instruments;
+    std::unique_ptr<IInstruments> instruments;
     HeadlessOperator person;
     std::shared_ptr<HeadlessPlatform> platform;
     Installation installation;

@@ -36,6 +36,7 @@ struct NewOptions {
 struct RunOptions {
     std::filesystem::path input;
     std::string instruments;
+    std::filesystem::path room;  ///< of simulated instruments; empty: a good one
     std::string operatorScript;
     std::filesystem::path output;  ///< empty: standard output
     std::filesystem::path report;

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "cli/console.h"
+#include "execution/test_common.h"
 #include "foundation/number_text.h"
 #include "results/result_common.h"
 
@@ -134,7 +136,17 @@ void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bo
     if (!stops && !redo && !complete && (Faulty() || mMessages.size() > messages)) mRunBroken = true;
 }
 
+std::optional<Technique> HeadlessOperator::AtConsole() const {
+    if (mGuide == nullptr) return std::nullopt;
+    const auto test = std::dynamic_pointer_cast<CTestCommon>(mGuide->Element());
+    const auto config = test ? std::dynamic_pointer_cast<CConfigCommon>(test->Configuration()) : nullptr;
+    if (!config) return std::nullopt;
+    return TechniqueOf(*config, test->ExposureRow());
+}
+
 void HeadlessOperator::AfterEvent() {
+    // A detector that has gone to sleep sees nothing: whoever sits here wakes it.
+    if (mGuide != nullptr) mGuide->PressButton(guide_button::kWakeUp);
     if (mPendingStop == nullptr || mStopTaken || mGuide == nullptr) return;
     if (StoredExposures(*mGuide) < mPendingStop->number) return;
     mStopTaken = true;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "guide/test_guide_form.h"
 #include "host/headless_platform.h"
 #include "instruments/instruments.h"
+#include "instruments/technique.h"
 
 namespace vorex {
 
@@ -30,6 +32,10 @@ class HeadlessOperator : public IHeadlessOperator {
     void Message(std::string_view title, std::string_view message) override;
     /// Abort is meant when the script says so.
     bool Confirm(std::string_view /*question*/) override { return true; }
+
+    /// What is set on the X-ray unit for the exposure that comes next: what the open guide asks for; empty
+    /// while none is open.
+    std::optional<Technique> AtConsole() const;
 
     /// What was wrong with the script; empty when it could be followed.
     const std::string& ScriptError() const { return mScriptError; }

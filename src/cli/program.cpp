@@ -28,6 +28,7 @@ constexpr const char* kNewExample =
 
 constexpr const char* kRunExample =
     "Example:\n"
+    "  vorex run radiographic_unit.xml --instruments simulated:7 --room rooms/kvp_high.json -o result.xml\n"
     "  vorex run unit.xml --instruments recording:unit.jsonl -o result.xml\n"
     "  vorex run unit.xml --instruments recording:unit.jsonl --operator 'start,redo 2,next;skip' -o "
     "result.xml\n\n"
@@ -62,8 +63,11 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
 
     CLI::App* run = app.add_subcommand("run", "Runs the tests of an element file and judges them");
     run->add_option("FILE", arguments.run.input, "Element file")->required();
-    run->add_option("--instruments", arguments.run.instruments,
-                    "recording:FILE answers as instruments once did");
+    run->add_option(
+        "--instruments", arguments.run.instruments,
+        "simulated[:SEED] or recording:FILE: a simulated X-ray room, or what instruments once said");
+    run->add_option("--room", arguments.run.room,
+                    "Room file of simulated instruments; without it a good room");
     run->add_option("--operator", arguments.run.operatorScript, "What the operator does");
     AddOutput(*run, arguments.run.output);
     run->add_option("--report", arguments.run.report, "Report to write (not part of this version yet)");

@@ -34,6 +34,8 @@ class CTestCommon : public ITestElement,
     void Class_Initialize();
     /// The operator pressed Start: takes all exposures of the test. Ignored while a run is active.
     void mfrmTestGuide_StartTest();
+    /// Row of the exposure table that the next exposure belongs to, from 0; in a redo the row that is redone.
+    uint8_t ExposureRow() const { return mExposureNo; }
 
     // ITestElement
     std::string PlugInID() const override;

@@ -1,0 +1,190 @@
+#include "instruments/room.h"
+
+#include <iterator>
+
+#include "instruments/json_reader.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr int32_t kVersion = 1;
+constexpr std::string_view kExpected = R"(a room such as {"room":1,"radiography":{"kvpErrorPercent":8}})";
+constexpr std::string_view kRule = "a room with few values, nested at most 8 deep";
+
+/// Reads a number into a field of the target; the bounds are those that make sense of it.
+template <auto Field, int Lowest, int Highest, typename Target>
+void ReadNumberInto(In in, Name name, const Json& value, Target& to) {
+    to.*Field = in.Number(name, value, Lowest, Highest);
+}
+/// As above, for a quantity that is divided by: more than 0.
+template <auto Field, int Highest, typename Target>
+void ReadPositiveInto(In in, Name name, const Json& value, Target& to) {
+    constexpr double kLowest = 0.01;
+    to.*Field = in.Number(name, value, kLowest, Highest);
+}
+template <auto Field, int Lowest, int Highest, typename Target>
+void ReadWholeInto(In in, Name name, const Json& value, Target& to) {
+    to.*Field = in.Whole(name, value, Lowest, Highest);
+}
+template <auto Field, typename Target>
+void ReadFlagInto(In in, Name name, const Json& value, Target& to) {
+    to.*Field = in.Flag(name, value);
+}
+
+struct GeneratorName {
+    std::string_view name;
+    Generator generator;
+};
+constexpr GeneratorName kGenerators[] = {
+    {"single phase", Generator::kSinglePhase},
+    {"6-pulse", Generator::kSixPulse},
+    {"12-pulse", Generator::kTwelvePulse},
+    {"high frequency", Generator::kHighFrequency},
+};
+
+void ReadGenerator(In in, Name name, const Json& value, UnitSettings& to) {
+    const GeneratorName* row = FindNamed(kGenerators, in.Text(name, value));
+    if (!row) in.Fail(Named(name, value), "one of " + ListOfNames(kGenerators));
+    to.generator = row->generator;
+}
+
+constexpr MemberRow<MaStation> kStationMembers[] = {
+    {"mA", ReadPositiveInto<&MaStation::ma, 2000>},
+    {"errorPercent", ReadNumberInto<&MaStation::errorPercent, -90, 900>},
+};
+
+void ReadStations(In in, Name name, const Json& value, UnitSettings& to) {
+    to.maStations.clear();
+    for (const Json& item : in.Array(name, value)) {
+        MaStation station;
+        in.Members("an mA station", item, kStationMembers, station);
+        if (item.size() != std::size(kStationMembers))
+            in.Fail("an mA station " + Shown(item), "an object with " + ListOfNames(kStationMembers));
+        to.maStations.push_back(station);
+    }
+}
+
+using U = UnitSettings;
+using I = InstrumentSettings;
+using C = ChamberSettings;
+
+/// Keys of one X-ray unit. All three have the same, so that a key is never refused for the wrong reason.
+constexpr MemberRow<U> kUnitMembers[] = {
+    {"lowestKv", ReadPositiveInto<&U::lowestKv, 200>},
+    {"highestKv", ReadPositiveInto<&U::highestKv, 200>},
+    {"generator", ReadGenerator},
+    {"ripplePercent", ReadNumberInto<&U::ripplePercent, 0, 100>},
+    {"kvpErrorPercent", ReadNumberInto<&U::kvpErrorPercent, -50, 50>},
+    {"kvpVariation", ReadNumberInto<&U::kvpVariation, 0, 1>},
+    {"outputVariation", ReadNumberInto<&U::outputVariation, 0, 1>},
+    {"outputPercent", ReadPositiveInto<&U::outputPercent, 1000>},
+    {"maVariationPercent", ReadNumberInto<&U::maVariationPercent, 0, 15>},
+    {"maStations", ReadStations},
+    {"riseMs", ReadNumberInto<&U::riseMs, 0, 100>},
+    {"fallMs", ReadNumberInto<&U::fallMs, 0, 100>},
+    {"timerErrorMs", ReadNumberInto<&U::timerErrorMs, -100, 100>},
+    {"timerErrorPercent", ReadNumberInto<&U::timerErrorPercent, -90, 900>},
+    {"timerDriftPercent", ReadNumberInto<&U::timerDriftPercent, 0, 100>},
+    {"addedFiltrationMm", ReadNumberInto<&U::addedFiltrationMm, 0, 10>},
+    {"distanceCm", ReadPositiveInto<&U::distanceCm, 1000>},
+    {"aecMas", ReadPositiveInto<&U::aecMas, 1000>},
+    {"aecVariation", ReadNumberInto<&U::aecVariation, 0, 1>},
+    {"aecSwingPercent", ReadNumberInto<&U::aecSwingPercent, 0, 90>},
+    {"entranceRate", ReadPositiveInto<&U::entranceRate, 1000>},
+    {"highestRate", ReadPositiveInto<&U::highestRate, 1000>},
+    {"highestRateHighLevel", ReadPositiveInto<&U::highestRateHighLevel, 1000>},
+    {"phantomCm", ReadNumberInto<&U::phantomCm, 0, 60>},
+    {"phantomDoublingCm", ReadPositiveInto<&U::phantomDoublingCm, 60>},
+    {"pulseRate", ReadPositiveInto<&U::pulseRate, 120>},
+    {"pulseWidthMs", ReadPositiveInto<&U::pulseWidthMs, 100>},
+};
+
+constexpr MemberRow<C> kChamberMembers[] = {
+    {"name", [](In in, Name name, const Json& value, C& to) { to.name = in.Text(name, value); }},
+    {"volumeCm3", ReadPositiveInto<&C::volumeCm3, 2000>},
+    {"factor", ReadPositiveInto<&C::factor, 100>},
+    {"referenceTemperature", ReadNumberInto<&C::referenceTemperature, 0, 40>},
+    {"leakageFa", ReadNumberInto<&C::leakageFa, 0, 1000000>},
+    {"biasVolts", ReadNumberInto<&C::biasVolts, -1000, 1000>},
+};
+
+constexpr MemberRow<I> kInstrumentMembers[] = {
+    {"kind", ReadWholeInto<&I::kind, kNoDetector, kPelomarkAndMas>},
+    {"decimalComma", ReadFlagInto<&I::decimalComma>},
+    {"battery", ReadNumberInto<&I::battery, 0, 100>},
+    {"batteryPerExposure", ReadNumberInto<&I::batteryPerExposure, 0, 100>},
+    {"charging", ReadFlagInto<&I::charging>},
+    {"kvNoisePercent", ReadNumberInto<&I::kvNoisePercent, 0, 15>},
+    {"doseNoisePercent", ReadNumberInto<&I::doseNoisePercent, 0, 15>},
+    {"hvlNoisePercent", ReadNumberInto<&I::hvlNoisePercent, 0, 15>},
+    {"timeNoiseMs", ReadNumberInto<&I::timeNoiseMs, 0, 100>},
+    {"pollsBeforeExposure", ReadWholeInto<&I::pollsBeforeExposure, 0, 100000>},
+    {"fluoroscopySeconds", ReadWholeInto<&I::fluoroscopySeconds, 1, 600>},
+    {"temperatureC", ReadNumberInto<&I::temperatureC, 0, 50>},
+    {"pressureKpa", ReadNumberInto<&I::pressureKpa, 50, 120>},
+    {"chamber", [](In in, Name name, const Json& value,
+                   I& to) { in.Members(name, value, kChamberMembers, to.chamber); }},
+};
+
+constexpr MemberRow<LinkSettings> kLinkMembers[] = {
+    {"lostAfterExposures", ReadWholeInto<&LinkSettings::lostAfterExposures, 0, 100000>},
+    {"waveformFailurePercent", ReadNumberInto<&LinkSettings::waveformFailurePercent, 0, 100>},
+};
+
+template <auto Unit>
+void ReadUnit(In in, Name name, const Json& value, Room& to) {
+    UnitSettings& unit = to.*Unit;
+    in.Members(name, value, kUnitMembers, unit);
+    if (unit.lowestKv > unit.highestKv)
+        in.Fail(std::string(name) + " with \"lowestKv\" above \"highestKv\"", "at most the same");
+}
+
+constexpr MemberRow<Room> kRoomMembers[] = {
+    {"room",
+     [](In in, Name name, const Json& value, Room&) {
+         if (value != kVersion) in.Fail(Named(name, value), "version " + std::to_string(kVersion));
+     }},
+    {"description", [](In in, Name name, const Json& value, Room&) { in.Text(name, value); }},
+    {"radiography", ReadUnit<&Room::radiography>},
+    {"fluoroscopy", ReadUnit<&Room::fluoroscopy>},
+    {"mammography", ReadUnit<&Room::mammography>},
+    {"instruments", [](In in, Name name, const Json& value,
+                       Room& to) { in.Members(name, value, kInstrumentMembers, to.instruments); }},
+    {"link",
+     [](In in, Name name, const Json& value, Room& to) { in.Members(name, value, kLinkMembers, to.link); }},
+};
+
+}  // namespace
+
+UnitSettings Room::DefaultFluoroscopy() {
+    UnitSettings unit;
+    unit.highestKv = 125;
+    unit.distanceCm = 65;
+    return unit;
+}
+
+UnitSettings Room::DefaultMammography() {
+    UnitSettings unit;
+    unit.lowestKv = 20;
+    unit.highestKv = 40;
+    unit.distanceCm = 60;
+    return unit;
+}
+
+Room ParseRoom(std::string_view text, std::string_view file) {
+    Room room;
+    room.file = file;
+    const JsonReader in(file, 0);
+    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) in.Fail("an empty file", kExpected);
+    const Json content = in.Parse(text, kExpected, kRule);
+    if (!content.is_object() || !content.contains("room")) in.Fail(Shown(content), kExpected);
+    in.Members("the room", content, kRoomMembers, room);
+    return room;
+}
+
+Room LoadRoom(const std::string& path) {
+    return ParseRoom(ReadWholeFile(path, "a room", kMaxRoomBytes), path);
+}
+
+}  // namespace vorex

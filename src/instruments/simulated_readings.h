@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "foundation/detector_service.h"
+#include "instruments/instruments.h"
+#include "instruments/random_source.h"
+#include "instruments/room.h"
+#include "instruments/xray_unit.h"
+
+namespace vorex {
+
+/// What the instruments say of an exposure, in the units that were sent to them, with their noise and their
+/// resolution. What an instrument cannot measure reads over or under range.
+ZrdReading ReadZrd(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
+                   RandomSource& random);
+PelomarkReading ReadPelomark(const Shot& shot, const InstrumentSettings& instruments,
+                             const SentSettings& sent, RandomSource& random);
+/// `dose` is what the dose instrument beside the meter reads; empty without one.
+MasReading ReadMas(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
+                   const std::string& dose, RandomSource& random);
+
+/// So many samples over a length in ms, joined by ","; kV in tenths, mA in the meter's resolution.
+std::string SampleWaveform(const Shot& shot, uint8_t type, double lengthMs, int32_t points,
+                           RandomSource& random);
+
+/// Factor that refers a reading of a vented chamber to 101.325 kPa and a reference temperature (degrees
+/// Celsius).
+double AirDensityFactor(double temperatureC, double pressureKpa, double referenceC);
+/// Charge of a vented chamber per R at its reference temperature, in C.
+double ChamberChargePerR(double volumeCm3, double referenceC);
+
+}  // namespace vorex

@@ -1,0 +1,206 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cli/program_fixture.h"
+#include "foundation/number_text.h"
+#include "test_paths.h"
+
+// The example units in simulated rooms, through the program.
+
+namespace vorex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kUnits[] = {"radiographic_unit.xml", "fluoroscopic_unit.xml", "mammographic_unit.xml"};
+const std::map<std::string, std::string> kAllPassed = {{"100", "1"},  {"200", "1"}, {"300", "1"},
+                                                       {"500", "1"},  {"700", "1"}, {"900", "1"},
+                                                       {"1100", "1"}, {"1200", "1"}};
+
+class SimulatedRoomTest : public ProgramTest {
+  protected:
+    static std::string Example(const std::string& name) {
+        return (fs::path(kSourceDir) / "examples" / name).string();
+    }
+
+    int RunUnit(const std::string& unit, const std::string& room, const std::string& seed = "1",
+                const std::string& script = {}) {
+        fs::remove(Path("out.xml"));
+        std::vector<std::string> arguments = {"run", unit,           "--instruments", "simulated:" + seed,
+                                              "-o",  Path("out.xml")};
+        if (!room.empty()) arguments.insert(arguments.end(), {"--room", room});
+        if (!script.empty()) arguments.insert(arguments.end(), {"--operator", script});
+        const int code = Run(arguments);
+        result.reset();
+        if (Exists("out.xml")) result.load_file(Path("out.xml").c_str());
+        return code;
+    }
+    /// Status of every measuring test of the three units, by its number.
+    std::map<std::string, std::string> Statuses(const std::string& room, const std::string& seed) {
+        std::map<std::string, std::string> statuses;
+        for (const char* unit : kUnits) {
+            RunUnit(Example(unit), room, seed);
+            for (const auto& test : result.select_nodes("//TestElement[@TestID!='0']"))
+                statuses[test.node().attribute("TestID").value()] =
+                    test.node().child("ResultItem").child_value("Status");
+        }
+        return statuses;
+    }
+    std::string Room(const std::string& members) const {
+        return Write("room.json", R"({"room":1,)" + members + "}");
+    }
+};
+
+TEST_F(SimulatedRoomTest, EachFaultFailsTheTestThatShouldFindItAndNoOther) {
+    struct Case {
+        std::string room;
+        const char* failing;  // number of the test; empty: none
+    };
+    const Case cases[] = {
+        {Example("rooms/good.json"), ""},
+        {"", ""},
+        {Example("rooms/kvp_high.json"), "200"},
+        {Example("rooms/drifting_timer.json"), "200"},
+        {Example("rooms/nonlinear_ma.json"), "300"},
+        {Example("rooms/unstable_aec.json"), "1100"},
+        {Example("rooms/soft_beam.json"), "100"},
+        {Example("rooms/weak_mammography_tube.json"), "1200"},
+        {Write("fluoro_kvp.json", R"({"room":1,"fluoroscopy":{"kvpErrorPercent":8}})"), "500"},
+        {Write("fluoro_rate.json", R"({"room":1,"fluoroscopy":{"highestRate":100}})"), "700"},
+        {Write("mammo_kvp.json", R"({"room":1,"mammography":{"kvpErrorPercent":8}})"), "900"},
+    };
+    for (const Case& c : cases)
+        for (const char* seed : {"1", "2", "3", "20260115", "18446744073709551615"}) {
+            auto expected = kAllPassed;
+            if (*c.failing != '\0') expected[c.failing] = "2";
+            EXPECT_EQ(Statuses(c.room, seed), expected) << c.room << ", seed " << seed;
+        }
+}
+
+TEST_F(SimulatedRoomTest, ALostLinkEndsTheRunAndKeepsWhatWasMeasured) {
+    for (const char* unit : kUnits) {
+        EXPECT_EQ(RunUnit(Example(unit), Example("rooms/flaky_link.json")), kExitFault) << unit;
+        EXPECT_NE(err.find("flaky_link.json: the link to the instruments was lost after exposure 2"),
+                  std::string::npos)
+            << err;
+        // Two exposures were made, and two are in the file, as they were without the fault.
+        const std::string values = ValuesOf(2, "kVp Avg");
+        EXPECT_EQ(std::count(values.begin(), values.end(), '|'), 1) << values;
+        RunUnit(Example(unit), "");
+        EXPECT_TRUE(ValuesOf(2, "kVp Avg").starts_with(values + "|")) << values;
+    }
+}
+
+TEST_F(SimulatedRoomTest, TheSameSeedGivesTheSameFileAndAnotherSeedAnother) {
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), "", "7"), kExitPassed);
+    const std::string first = Read("out.xml");
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), "", "7"), kExitPassed);
+    EXPECT_EQ(Read("out.xml"), first);
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), "", "8"), kExitPassed);
+    EXPECT_NE(Read("out.xml"), first);
+}
+
+TEST_F(SimulatedRoomTest, AnImportedWaveformChangesNoReading) {
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), ""), kExitPassed);
+    const std::string withWaveform = ValuesOf(2, "Exposure");
+    EXPECT_TRUE(ResultOf(2).child("Waveform"));
+    std::ifstream file(Example(kUnits[0]));
+    std::string text{std::istreambuf_iterator<char>(file), {}};
+    const std::string flag = "<NumberOfExposures0>1<";
+    text.replace(text.find(flag), flag.size(), "<NumberOfExposures0>0<");
+    RunUnit(Write("plain.xml", text), "");
+    EXPECT_FALSE(ResultOf(2).child("Waveform").child("Value"));
+    EXPECT_EQ(ValuesOf(2, "Exposure"), withWaveform);
+}
+
+TEST_F(SimulatedRoomTest, TheOperatorSetsTheRowThatIsRedone) {
+    // Rows of 60, 80, 100 and 120 kV: redoing the second sets 80 kV again.
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), "", "1", ";start,redo 2,next"), kExitPassed) << err;
+    const std::string kvp = ValuesOf(3, "kVp Avg");
+    const auto values = SplitText(kvp, '|');
+    ASSERT_EQ(values.size(), 4U);
+    for (std::size_t row = 0; row < values.size(); ++row)
+        EXPECT_NEAR(ReadNumber(values[row]), 60 + 20 * static_cast<double>(row), 1.5) << kvp;
+}
+
+TEST_F(SimulatedRoomTest, EveryNewTestRunsInTheRoomWithEveryKindOfInstruments) {
+    for (const char* test : {"100", "200", "300", "500", "700", "900", "1100", "1200"})
+        for (const char* kind : {"1", "2", "3", "4", "5"}) {
+            ASSERT_EQ(Run({"new", test, "-o", Path("new.xml")}), kExitPassed) << err;
+            const int code =
+                RunUnit(Path("new.xml"), Room(R"("instruments":{"kind":)" + std::string(kind) + "}"));
+            EXPECT_TRUE(code == kExitPassed || code == kExitFailed)
+                << test << ", kind " << kind << ": " << err;
+            EXPECT_NE(StatusOf(1), "") << test << ", kind " << kind;
+            EXPECT_NE(StatusOf(1), "0") << test << ", kind " << kind;
+        }
+}
+
+TEST_F(SimulatedRoomTest, ADetectorThatFallsAsleepIsWokenAndTheRunGoesOn) {
+    // Ten minutes, the usual time-out, are 1200 polls.
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), Room(R"("instruments":{"pollsBeforeExposure":1500})")), kExitPassed)
+        << err;
+    EXPECT_EQ(StatusOf(4), "1");
+}
+
+TEST_F(SimulatedRoomTest, WhatTheUnitRefusesEndsTheRunWithTheReason) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(2) + "<MachineKV>200</MachineKV>")));
+    EXPECT_EQ(RunUnit(Path("s.xml"), ""), kExitFault);
+    EXPECT_NE(err.find("refuses 200 kV; expected 40 to 150 kV"), std::string::npos) << err;
+}
+
+TEST_F(SimulatedRoomTest, AnEmptyBatteryEndsTheRunAndKeepsWhatWasMeasured) {
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), Room(R"("instruments":{"battery":30,"batteryPerExposure":10})")),
+              kExitFault);
+    EXPECT_NE(err.find("battery"), std::string::npos) << err;
+    const std::string values = ValuesOf(2, "kVp Avg");
+    EXPECT_EQ(std::count(values.begin(), values.end(), '|'), 2) << "three exposures: " << values;
+}
+
+TEST_F(SimulatedRoomTest, ADecimalCommaIsReadAsAPoint) {
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), ""), kExitPassed);
+    const std::string kvp = ValuesOf(2, "kVp Avg");
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), Room(R"("instruments":{"decimalComma":true})")), kExitPassed);
+    EXPECT_EQ(ValuesOf(2, "kVp Avg"), kvp);
+}
+
+TEST_F(SimulatedRoomTest, ABadRoomIsRefusedWithItsPlaceAndWhatWasExpected) {
+    struct Case {
+        const char* text;
+        std::vector<std::string> message;
+    };
+    const Case cases[] = {
+        {"", {"an empty file", "a room such as"}},
+        {"{\"room\":1,\n \"radiography\":{\"kvpErrorPercent\":8,}}", {"bad.json:2", "broken JSON at column"}},
+        {"[1]", {"a room such as"}},
+        {R"({"radiography":{}})", {"a room such as"}},
+        {R"({"room":2})", {"\"room\":2", "version 1"}},
+        {R"({"room":1,"radiograpy":{}})", {"radiograpy", "\"radiography\", \"fluoroscopy\""}},
+        {R"({"room":1,"radiography":{"kvp":8}})", {"\"kvp\" in radiography", "kvpErrorPercent"}},
+        {R"({"room":1,"radiography":{"kvpErrorPercent":"8"}})",
+         {"\"kvpErrorPercent\":\"8\"", "-50.0 to 50.0"}},
+        {R"({"room":1,"radiography":{"kvpErrorPercent":80}})", {"\"kvpErrorPercent\":80", "-50.0 to 50.0"}},
+        {R"({"room":1,"radiography":{"generator":"steam"}})", {"steam", "\"12-pulse\""}},
+        {R"({"room":1,"radiography":{"lowestKv":90,"highestKv":80}})", {"radiography", "highestKv"}},
+        {R"({"room":1,"radiography":{"maStations":[{"mA":100}]}})", {"an mA station", "errorPercent"}},
+        {R"({"room":1,"instruments":{"kind":6}})", {"\"kind\":6", "0 to 5"}},
+        {R"({"room":1,"link":{"lostAfterExposures":1.5}})", {"1.5", "a whole number"}},
+        {R"({"room":1,"room":1})", {"\"room\" twice"}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(RunUnit(Example(kUnits[0]), Write("bad.json", c.text)), kExitUsage) << c.text;
+        for (const std::string& part : c.message)
+            EXPECT_NE(err.find(part), std::string::npos) << c.text << "\n" << part << "\n" << err;
+        EXPECT_FALSE(Exists("out.xml")) << c.text;
+    }
+}
+
+}  // namespace
+}  // namespace vorex::test

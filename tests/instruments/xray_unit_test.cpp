@@ -1,0 +1,382 @@
+#include "instruments/xray_unit.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "instruments/simulated_readings.h"
+
+namespace vorex {
+namespace {
+
+constexpr double kMilliroentgen = kMgyPerR / 1000;
+
+/// A unit without scatter and without errors.
+UnitSettings Exact(UnitSettings settings = {}) {
+    settings.kvpErrorPercent = settings.kvpVariation = settings.outputVariation = 0;
+    settings.maVariationPercent = settings.timerErrorMs = settings.timerErrorPercent = 0;
+    settings.aecVariation = 0;
+    settings.ripplePercent = 0;
+    return settings;
+}
+
+Shot ShotOf(const UnitSettings& settings, UnitKind kind, const Technique& technique, double seconds = 5) {
+    RandomSource random(1, 1);
+    return XrayUnit(settings, kind, 1).Expose(technique, seconds, random);
+}
+
+TEST(XrayPhysics, TheOutputOfTungstenIsThatOfTheTable) {
+    // mR/mAs at 1 m and 80 kVp behind +1.0, +1.5 and +2.5 mm Al.
+    const double published[][2] = {{1.0, 6.72}, {1.5, 5.84}, {2.5, 4.57}};
+    for (const auto& row : published)
+        EXPECT_NEAR(TungstenOutput(80, row[0]) / kMilliroentgen / row[1], 1, 0.03)
+            << row[0] << ": the fit over 60 to 120 kV lies below its points at 80 kV";
+    // 12 % for half a millimetre, and the exponent 2.09 between 60 and 120 kV.
+    EXPECT_NEAR(TungstenOutput(80, 2.0) / TungstenOutput(80, 1.5), 0.88, 0.01);
+    EXPECT_NEAR(TungstenOutput(120, 1.5) / TungstenOutput(60, 1.5), std::pow(2.0, 2.090), 1e-9);
+}
+
+TEST(XrayPhysics, TheHalfValueLayerOfTungstenIsThatOfTheTable) {
+    const double table[][2] = {{50, 2.05}, {80, 3.28}, {100, 4.06}, {120, 4.79}, {85, 3.475}, {130, 5.15}};
+    for (const auto& row : table) EXPECT_NEAR(TungstenHvl(row[0], 1.5), row[1], 1e-9) << row[0];
+    // (3.77 - 1.7) / (4.8 - 1.3) mm per mm.
+    EXPECT_NEAR(TungstenHvl(80, 2.5) - TungstenHvl(80, 1.5), 0.5914, 1e-4);
+}
+
+TEST(XrayPhysics, MammographicBeamsAreThoseOfTheTable) {
+    struct Row {
+        const char* beam;
+        double kv;
+        double hvl;
+    };
+    const Row hvl[] = {{"Mo/Mo", 25, 0.33}, {"Mo/Mo", 28, 0.36}, {"Mo/Mo", 31, 0.39},
+                       {"Mo/Rh", 25, 0.40}, {"Mo/Rh", 28, 0.42}, {"Mo/Rh", 31, 0.44},
+                       {"Rh/Rh", 25, 0.38}, {"Rh/Rh", 28, 0.43}, {"Rh/Rh", 31, 0.48}};
+    for (const Row& row : hvl)
+        EXPECT_NEAR(MammographyHvl(row.beam, row.kv), row.hvl, 0.002) << row.beam << row.kv;
+    // mGy/mAs at 50 cm: four times those at 1 m.
+    EXPECT_NEAR(4 * MammographyOutput("Mo/Mo", 26), 0.1357, 0.0005);
+    EXPECT_NEAR(4 * MammographyOutput("Mo/Mo", 27), 0.1530, 0.0005);
+    EXPECT_NEAR(4 * MammographyOutput("Mo/Rh", 30), 0.168, 0.001);
+    EXPECT_EQ(MammographyOutput("W/Ag", 28), 0);
+}
+
+TEST(XrayPhysics, RippleTakesFromOutputAndHardness) {
+    EXPECT_DOUBLE_EQ(RippleOutputFactor(0), 1);
+    EXPECT_NEAR(RippleOutputFactor(0.09), 0.935, 1e-9);
+    EXPECT_NEAR(RippleOutputFactor(1), 0.46, 1e-9);
+    EXPECT_NEAR(3.28 * RippleHvlFactor(1), 2.81, 1e-9);
+    EXPECT_DOUBLE_EQ(PracticalPeakFactor(0), 1);
+    // The mean of sin cubed over that of sin squared: (4/3) / (pi/2).
+    EXPECT_NEAR(PracticalPeakFactor(1), 0.8488, 1e-3);
+}
+
+TEST(XrayUnit, ExposureFollowsMasAndTheInverseSquare) {
+    Technique technique;
+    technique.kv = 80;
+    technique.ma = 200;
+    technique.mas = 20;
+    technique.distanceCm = 100;
+    const Shot shot = ShotOf(Exact(), UnitKind::kRadiographic, technique);
+    EXPECT_NEAR(shot.airKermaMgy, 20 * TungstenOutput(80, 1.5), 1e-12);
+    EXPECT_NEAR(shot.timeMs, 100, 1e-9);
+    technique.distanceCm = 200;
+    technique.mas = 40;
+    EXPECT_NEAR(ShotOf(Exact(), UnitKind::kRadiographic, technique).airKermaMgy, shot.airKermaMgy / 2, 1e-12);
+}
+
+TEST(XrayUnit, TheTimerEndsTimedExposuresAndTheMasIntegratorTheOthers) {
+    UnitSettings settings = Exact();
+    settings.timerErrorMs = 1;
+    settings.timerErrorPercent = 2;
+    settings.timerDriftPercent = 3;
+    settings.maStations = {{200, -30}};
+    XrayUnit unit(settings, UnitKind::kRadiographic, 1);
+    RandomSource random(1, 1);
+    Technique technique;
+    technique.kv = 80;
+    technique.ma = 200;
+    technique.mas = 14;
+    technique.timeMs = 100;
+    technique.timed = true;
+    EXPECT_NEAR(unit.Expose(technique, 0, random).timeMs, 103, 1e-9);
+    EXPECT_NEAR(unit.Expose(technique, 0, random).timeMs, 106, 1e-9);
+    EXPECT_NEAR(unit.Expose(technique, 0, random).mas, 140 * 0.109, 1e-9);
+    technique.timed = false;
+    const Shot shot = unit.Expose(technique, 0, random);
+    EXPECT_NEAR(shot.mas, 14, 1e-12);
+    EXPECT_NEAR(shot.timeMs, 100, 1e-9) << "at 140 mA in place of 200";
+    EXPECT_NEAR(unit.Expose(Technique(technique), 0, random).timeMs, 100, 1e-9) << "only the timer drifts";
+}
+
+TEST(XrayUnit, ASinglePhaseTimerCountsHalfWaves) {
+    UnitSettings settings = Exact();
+    settings.generator = Generator::kSinglePhase;
+    Technique technique;
+    technique.kv = 70;
+    technique.ma = 100;
+    technique.timeMs = 47;
+    technique.timed = true;
+    EXPECT_NEAR(ShotOf(settings, UnitKind::kRadiographic, technique).timeMs, 50, 1e-9) << "six of 8.33 ms";
+}
+
+TEST(XrayUnit, TheAecHoldsTheDoseOfAWeakTube) {
+    UnitSettings settings = Exact(Room::DefaultMammography());
+    Technique technique;
+    technique.kv = 28;
+    technique.automatic = true;
+    technique.targetFilter = "Mo/Mo";
+    technique.phantomCm = 4.2;
+    const Shot good = ShotOf(settings, UnitKind::kMammographic, technique);
+    EXPECT_NEAR(good.mas, 80, 1e-9);
+    settings.outputPercent = 50;
+    const Shot weak = ShotOf(settings, UnitKind::kMammographic, technique);
+    EXPECT_NEAR(weak.mas, 160, 1e-9);
+    EXPECT_NEAR(weak.airKermaMgy, good.airKermaMgy, 1e-9);
+}
+
+TEST(XrayUnit, BrightnessControlFollowsThePhantomUpToItsEnd) {
+    const UnitSettings settings = Exact(Room::DefaultFluoroscopy());
+    Technique technique;
+    technique.unit = UnitKind::kFluoroscopic;
+    technique.kv = 80;
+    technique.automatic = true;
+    struct Row {
+        double phantomCm;
+        bool highLevel;
+        double rate;  // mGy/min
+    };
+    const Row rows[] = {
+        {20, false, 43}, {16.5, false, 21.5}, {30, false, 80}, {30, true, 160}, {23.5, true, 86}};
+    for (const Row& row : rows) {
+        technique.phantomCm = row.phantomCm;
+        technique.highLevel = row.highLevel;
+        for (const bool pulsed : {false, true}) {
+            technique.pulsed = pulsed;
+            const Shot shot = ShotOf(settings, UnitKind::kFluoroscopic, technique, 6);
+            EXPECT_NEAR(shot.airKermaMgy * 10, row.rate, 1e-9) << row.phantomCm << pulsed;
+        }
+    }
+}
+
+TEST(ChamberPhysics, ChargeAndAirDensityAreThoseOfTheTable) {
+    EXPECT_NEAR(AirDensityFactor(23.5, 102.0, 22), 0.99843, 5e-6);
+    const double nanocoulomb[][2] = {{0.6, 0.185}, {6, 1.85}, {60, 18.5}, {180, 55.6}};
+    for (const auto& row : nanocoulomb)
+        EXPECT_NEAR(ChamberChargePerR(row[0], 22) * 1e9, row[1], row[1] * 0.003) << row[0];
+}
+
+// ------------------------------------------------------------------------------------------ readings
+
+SentSettings Sent(const char* mode, int32_t unit = kUnitR, int32_t rateUnit = 1) {
+    SentSettings sent;
+    sent.mode = mode;
+    sent.exposureUnit = unit;
+    sent.exposureRateUnit = rateUnit;
+    sent.masShunt = true;
+    return sent;
+}
+
+InstrumentSettings Quiet() {
+    InstrumentSettings instruments;
+    instruments.kvNoisePercent = instruments.doseNoisePercent = instruments.hvlNoisePercent = 0;
+    instruments.timeNoiseMs = 0;
+    return instruments;
+}
+
+Shot OneRoentgen() {
+    Shot shot;
+    shot.kv = 80;
+    shot.ma = 200;
+    shot.mas = 20;
+    shot.timeMs = 100;
+    shot.airKermaMgy = 8.76;
+    shot.hvlMm = 3.284;
+    shot.riseMs = shot.fallMs = 1;
+    return shot;
+}
+
+TEST(SimulatedReadings, StandInTheUnitsThatWereSent) {
+    struct Row {
+        SentSettings sent;
+        const char* exposure;
+        const char* rate;
+        const char* time;
+    };
+    const Row rows[] = {
+        {Sent("RADIO"), "1000", "10000", "100.0"},
+        {Sent("RADIO", kUnitGy), "8760", "87600", "100.0"},
+        {Sent("RADIO", kUnitR, 2), "1000", "10000", "100.0"},  // a time base counts in fluoroscopy only
+        {Sent("FLUORO"), "1.000", "10.00", "0.10"},
+        {Sent("FLUORO", kUnitR, 2), "1.000", "600.0", "0.10"},
+        {Sent("FLUORO", kUnitR, 3), "1.000", "36000", "0.10"},
+        {Sent("FLUORO", kUnitGy), "8.760", "87.60", "0.10"},
+    };
+    for (const Row& row : rows) {
+        RandomSource random(1, 1);
+        const ZrdReading reading = ReadZrd(OneRoentgen(), Quiet(), row.sent, random);
+        EXPECT_EQ(reading.exposure, row.exposure) << row.sent.mode;
+        EXPECT_EQ(reading.exposureRate, row.rate) << row.sent.mode;
+        EXPECT_EQ(reading.exposureTime, row.time) << row.sent.mode;
+        EXPECT_EQ(reading.kvpAvg, "80.0");
+        EXPECT_EQ(reading.hvl, "3.28");
+    }
+}
+
+TEST(SimulatedReadings, WhatIsOutOfRangeIsSaidInWords) {
+    struct Row {
+        const char* mode;
+        double kv;
+        double mGy;
+        const char* kvp;
+        const char* exposure;
+    };
+    const Row rows[] = {
+        {"RADIO", 80, 8.76, "80.0", "1000"}, {"RADIO", 28, 8.76, "UL", "1000"},
+        {"RADIO", 170, 8.76, "OL", "1000"},  {"MAMMO", 28, 8.76, "28.0", "1000"},
+        {"MAMMO", 80, 8.76, "OL", "1000"},   {"RADIO", 80, 0.0001, "UL", "UL"},
+        {"RADIO", 80, 5000, "OL", "OL"},
+    };
+    for (const Row& row : rows) {
+        RandomSource random(1, 1);
+        Shot shot = OneRoentgen();
+        shot.kv = row.kv;
+        shot.airKermaMgy = row.mGy;
+        const ZrdReading reading = ReadZrd(shot, Quiet(), Sent(row.mode), random);
+        EXPECT_EQ(reading.kvpAvg, row.kvp) << row.mode << row.kv;
+        EXPECT_EQ(reading.exposure, row.exposure) << row.mode << row.kv;
+    }
+}
+
+TEST(SimulatedReadings, TheDelayAndThePercentageSetTheMeasuredTime) {
+    struct Row {
+        uint8_t percent;
+        int16_t delay;
+        bool include;
+        const char* time;
+        const char* exposure;
+    };
+    // Rise and fall of 1 ms each: at 25 % of the voltage one more ms is counted than at 75 %.
+    const Row rows[] = {{75, 0, false, "100.0", "1000"},
+                        {25, 0, false, "101.0", "1000"},
+                        {0, 40, false, "60.0", "600.0"},
+                        {0, 40, true, "100.0", "1000"},
+                        {0, 200, false, "UL", "UL"}};
+    for (const Row& row : rows) {
+        RandomSource random(1, 1);
+        SentSettings sent = Sent("RADIO");
+        sent.percentKV = row.percent;
+        sent.delay = row.delay;
+        sent.includeDelay = row.include;
+        const ZrdReading reading = ReadZrd(OneRoentgen(), Quiet(), sent, random);
+        EXPECT_EQ(reading.exposureTime, row.time) << row.delay;
+        EXPECT_EQ(reading.exposure, row.exposure) << row.delay;
+    }
+}
+
+TEST(SimulatedReadings, TheChamberIsCorrectedForTheAirUnlessItIsSwitchedOff) {
+    InstrumentSettings instruments = Quiet();
+    instruments.temperatureC = 30;
+    instruments.pressureKpa = 80;
+    SentSettings sent = Sent("RADIO");
+    DosimeterSettings settings;
+    settings.referenceTemperature = 20;
+    settings.internalTemperatureOffset = settings.internalPressureOffset = 1.2F;
+    settings.temperatureUnit = 2;  // degrees Fahrenheit
+    settings.pressureUnit = 2;     // mmHg
+    const auto dose = [&](int32_t correction, int32_t unit) {
+        RandomSource random(1, 1);
+        settings.airDensityCorrection = correction;
+        settings.doseUnit = unit;
+        sent.dosimeter = settings;
+        return ReadPelomark(OneRoentgen(), instruments, sent, random);
+    };
+    EXPECT_EQ(dose(1, 1).dose, "1.000");
+    EXPECT_EQ(dose(1, 2).dose, "0.008760");
+    EXPECT_EQ(dose(1, 1).temperature, "86.0");
+    EXPECT_EQ(dose(1, 1).pressure, "600.0");
+    // 303.15 / 293.15 * 101.325 / 80 = 1.30977: without it the reading is 1 / 1.30977.
+    EXPECT_EQ(dose(1, 1).adcf, "1.3098");
+    EXPECT_EQ(dose(2, 1).dose, "0.7635");
+    EXPECT_EQ(dose(2, 1).adcf, "1.0000");
+}
+
+TEST(SimulatedReadings, AClampSeesLessThanAShunt) {
+    Shot shot = OneRoentgen();
+    shot.ma = 2;
+    SentSettings sent = Sent("RADIO");
+    for (const bool shunt : {true, false}) {
+        RandomSource random(1, 1);
+        sent.masShunt = shunt;
+        EXPECT_EQ(ReadMas(shot, Quiet(), sent, "1000", random).ma, shunt ? "2.0" : "UL");
+    }
+    RandomSource random(1, 1);
+    sent.masShunt = true;
+    EXPECT_NEAR(std::stod(ReadMas(OneRoentgen(), Quiet(), sent, "1000", random).dosePerMas), 50, 0.5);
+}
+
+TEST(SimulatedReadings, AWaveformRisesHoldsAndFalls) {
+    const auto samples = [](uint8_t type, double length) {
+        RandomSource random(1, 1);
+        Shot shot = OneRoentgen();
+        shot.riseMs = shot.fallMs = 10;
+        std::vector<double> values;
+        std::stringstream text(SampleWaveform(shot, type, length, 1000, random));
+        for (std::string part; std::getline(text, part, ',');) values.push_back(std::stod(part));
+        return values;
+    };
+    const auto kv = samples(kKvWaveform, 100);
+    ASSERT_EQ(kv.size(), 1000U);
+    EXPECT_EQ(kv[0], 0);
+    EXPECT_NEAR(kv[50], 40, 0.2) << "half-way up after 5 of 10 ms";
+    EXPECT_NEAR(kv[500], 80, 0.2);
+    const auto ma = samples(kMaWaveform, 1000);
+    ASSERT_EQ(ma.size(), 1000U);
+    EXPECT_NEAR(ma[50], 200, 0.5);
+    EXPECT_NEAR(ma[105], 100, 0.5) << "half-way down 5 ms behind the end";
+    EXPECT_EQ(ma[200], 0);
+}
+
+TEST(SimulatedReadings, SinglePhaseShowsItsHalfWaves) {
+    Shot shot = OneRoentgen();
+    shot.riseMs = 0;
+    shot.ripple = 1;
+    shot.pulsesPerSecond = 120;
+    RandomSource random(1, 1);
+    std::stringstream text(SampleWaveform(shot, kKvWaveform, 50, 1000, random));
+    int peaks = 0;
+    bool high = false;
+    for (std::string part; std::getline(text, part, ',');) {
+        const bool now = std::stod(part) > 60;
+        if (now && !high) ++peaks;
+        high = now;
+    }
+    EXPECT_EQ(peaks, 6) << "50 ms of 120 half waves a second";
+}
+
+TEST(RandomSource, ItsNumbersAreTheSameEverywhere) {
+    // The state after one step from the mixed seed and stream, mixed and cut to 53 bits: worked out with
+    // whole numbers of any size.
+    RandomSource same(1, 2);
+    RandomSource other(1, 3);
+    const double first = same.Uniform();
+    EXPECT_EQ(first, 2830551199965924.0 / 9007199254740992.0);
+    EXPECT_EQ(same.Uniform(), 6155243671843144.0 / 9007199254740992.0);
+    EXPECT_NE(first, other.Uniform());
+    double sum = 0;
+    double squares = 0;
+    constexpr int kCount = 100'000;
+    for (int i = 0; i < kCount; ++i) {
+        const double value = same.Normal();
+        sum += value;
+        squares += value * value;
+    }
+    EXPECT_NEAR(sum / kCount, 0, 0.02);
+    EXPECT_NEAR(squares / kCount, 1, 0.02);
+}
+
+}  // namespace
+}  // namespace vorex
