@@ -66,5 +66,18 @@ void BM_Program(benchmark::State& state) {
 }
 BENCHMARK(BM_Program)->UseRealTime()->Unit(benchmark::kMillisecond);
 
+/// "vorex run" of the three example units in simulated rooms, one process after the other.
+void BM_SimulatedUnits(benchmark::State& state) {
+    const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const auto examples = folder / ".." / ".." / ".." / "examples";
+    const Scratch scratch;
+    for (auto _ : state)
+        for (const char* unit : {"radiographic_unit.xml", "fluoroscopic_unit.xml", "mammographic_unit.xml"})
+            if (Spawn({(folder / "vorex").string(), "run", (examples / unit).string(), "--instruments",
+                       "simulated", "-o", scratch.Path("out.xml")}) != 0)
+                state.SkipWithError("a unit did not pass");
+}
+BENCHMARK(BM_SimulatedUnits)->UseRealTime()->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace vorex::bench

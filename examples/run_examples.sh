@@ -27,8 +27,19 @@ wrong=()
 
 # example WHAT EXPECTED_EXIT_CODE ELEMENT_FILE RECORDING [OPERATOR_SCRIPT]
 example() {
-    local what=$1 expected=$2 name=$3 recording=$4 script=${5:-} code=0
-    local arguments=(run "$name.xml" --instruments "recording:$recording.jsonl")
+    local what=$1 expected=$2 name=$3 recording=$4 script=${5:-}
+    perform "$what" "$expected" "$name" "$script" --instruments "recording:$recording.jsonl"
+}
+
+# room WHAT EXPECTED_EXIT_CODE ELEMENT_FILE ROOM
+room() {
+    perform "$1" "$2" "$3" '' --instruments simulated --room "rooms/$4.json"
+}
+
+# perform WHAT EXPECTED_EXIT_CODE ELEMENT_FILE OPERATOR_SCRIPT INSTRUMENTS...
+perform() {
+    local what=$1 expected=$2 name=$3 script=$4 code=0
+    local arguments=(run "$name.xml" "${@:5}")
     count=$((count + 1))
     result=$(printf '%02d_%s.xml' "$count" "$name")
     printf '\n%s%2d  %s%s\n' "$bold" "$count" "$what" "$plain"
@@ -38,7 +49,12 @@ example() {
         printf "%s '%s' " --operator "$script"
     fi
     printf -- '-o %s/%s\n' "$shown_out" "$result"
-    "$vorex" "${arguments[@]}" -o "$out/$result" >"$out/printed.txt" 2>&1 || code=$?
+    # A person at a terminal sees the progress of the run.
+    if [ -t 2 ]; then
+        "$vorex" "${arguments[@]}" -o "$out/$result" >"$out/printed.txt" || code=$?
+    else
+        "$vorex" "${arguments[@]}" -o "$out/$result" >"$out/printed.txt" 2>&1 || code=$?
+    fi
     sed '/^Saved as /d; s/^/    /; s/   *\([A-Za-z][A-Za-z ]*\)$/  ->  \1/' "$out/printed.txt"
     rm "$out/printed.txt"
     if [ "$code" -eq "$expected" ]; then
@@ -49,8 +65,21 @@ example() {
     fi
 }
 
-echo "Each example is an element file (.xml: what is tested, and its limits) and a recording (.jsonl: what the"
-echo "instruments answered). The commands are as given in examples/, with the program's folder on the PATH."
+echo "Each example is an element file (.xml: what is tested, and its limits), with a simulated X-ray room or a"
+echo "recording (.jsonl: what the instruments answered). The commands are as given in examples/, with the program's"
+echo "folder on the PATH."
+
+room "A radiographic unit in a simulated room" 0 radiographic_unit good
+radiographic=$result
+room "A fluoroscopic unit" 0 fluoroscopic_unit good
+room "A mammographic unit" 0 mammographic_unit good
+room "The same radiographic unit with 8 % too much voltage" 1 radiographic_unit kvp_high
+room "The timer drifts" 1 radiographic_unit drifting_timer
+room "An mA station is not linear" 1 radiographic_unit nonlinear_ma
+room "The beam is too soft" 1 radiographic_unit soft_beam
+room "The exposure control of the mammographic unit is unstable" 1 mammographic_unit unstable_aec
+room "Its tube is weak" 1 mammographic_unit weak_mammography_tube
+room "The link is lost after the second exposure: what was measured is saved" 4 fluoroscopic_unit flaky_link
 
 example "Reproducibility, ZRD 47500 and mAs meter: the detector has slipped at exposure 5" 1 \
     radio_reproducibility radio_reproducibility
@@ -73,8 +102,15 @@ example "A whole unit: groups in a group; one exposure again, one test not appli
     unit unit ';start,redo 2,next;;;na'
 example "The same, and the operator aborts at the second test" 3 unit unit 'start,next;abort'
 
-printf '\n%sWhat a result looks like%s\n    $ vorex show %s/%s\n' "$bold" "$plain" "$shown_out" "$aec"
-"$vorex" show "$shown_out/$aec" | sed 's/^\(.\)/    \1/'
+# look WHAT FILE: the judged tree of a result
+look() {
+    printf '\n%s%s%s\n    $ vorex show %s/%s\n' "$bold" "$1" "$plain" "$shown_out" "$2"
+    "$vorex" show "$shown_out/$2" | sed 's/^\(.\)/    \1/'
+}
+look "What the radiographic unit was found to do" "$radiographic"
+printf '\n%sIts element file%s\n    $ grep -m 1 -A 12 "<ResultItem MTI" %s/%s\n' "$bold" "$plain" "$shown_out" "$radiographic"
+grep -m 1 -A 12 '<ResultItem MTI' "$out/$radiographic" | sed 's/^/    /'
+look "What a dose looks like" "$aec"
 
 if [ ${#wrong[@]} -gt 0 ]; then
     echo "${#wrong[@]} of $count examples did not end as expected: ${wrong[*]}"

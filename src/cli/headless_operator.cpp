@@ -141,7 +141,11 @@ std::optional<Technique> HeadlessOperator::AtConsole() const {
     const auto test = std::dynamic_pointer_cast<CTestCommon>(mGuide->Element());
     const auto config = test ? std::dynamic_pointer_cast<CConfigCommon>(test->Configuration()) : nullptr;
     if (!config) return std::nullopt;
-    return TechniqueOf(*config, test->ExposureRow());
+    constexpr uint64_t kRowsOfATest = 256;
+    const uint8_t row = test->ExposureRow();
+    Technique technique = TechniqueOf(*config, row);
+    technique.exposure = static_cast<uint64_t>(static_cast<uint32_t>(test->ID())) * kRowsOfATest + row;
+    return technique;
 }
 
 void HeadlessOperator::AfterEvent() {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
-#include <iterator>
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -87,9 +87,7 @@ class SimulatedBench : public Bench {
     bool InFluoroscopy() const { return EqualsIgnoringCase(sent.mode, DisplayText(kDetectorModes, kFluoro)); }
     int32_t Kind();
     XrayUnit& UnitOf(UnitKind kind);
-    RandomSource Random(Stream purpose) const {
-        return {mSeed, static_cast<uint64_t>(mExposures) * kStreamCount + purpose};
-    }
+    RandomSource Random(Stream purpose) const { return {mSeed, mExposureStream * kStreamCount + purpose}; }
     void PlanExposure();
     bool FallAsleep(DetectorEvents& events, int32_t sleepTimeOut);
     void Happen(Step step, DetectorEvents& events);
@@ -115,7 +113,9 @@ class SimulatedBench : public Bench {
     bool mAlive = true;
     bool mAsleep = false;
     int32_t mIdleMs = 0;
-    int32_t mExposures = 0;  ///< made
+    int32_t mExposures = 0;                 ///< made
+    uint64_t mExposureStream = 0;           ///< of the last one
+    std::map<uint64_t, uint64_t> mRepeats;  ///< how often each exposure was made
 };
 
 /// Instruments that the test asks for are connected, unless the room has others.
@@ -222,6 +222,8 @@ void SimulatedBench::MakeExposure() {
     if (!refusal.empty()) return End(refusal);
     ++mExposures;
     mDelivered = false;
+    constexpr uint64_t kMostRepeats = 1U << 16;
+    mExposureStream = technique->exposure * kMostRepeats + mRepeats[technique->exposure]++;
     RandomSource random = Random(kUnitStream);
     const double held = mRoom.instruments.fluoroscopySeconds + random.Uniform() - 0.5;  // a foot, not a timer
     mShot = unit.Expose(*technique, held, random);

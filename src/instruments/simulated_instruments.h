@@ -21,7 +21,9 @@ class SimulatedBench;
 /// enabled.
 ///
 /// The same seed gives the same readings on every machine. What is random about an exposure depends on the
-/// seed and its number only, so that fetching a waveform changes no later reading.
+/// seed, on which exposure of which test it is, and on how often that was taken: neither a waveform that is
+/// fetched nor a test that is skipped changes another reading. Only what a fault of the room accumulates (a
+/// timer that drifts, a control that swings) goes on from exposure to exposure.
 class SimulatedInstruments : public IInstruments {
   public:
     SimulatedInstruments(Room room, uint64_t seed, Console console);

@@ -14,6 +14,8 @@ enum class UnitKind : uint8_t { kRadiographic, kFluoroscopic, kMammographic };
 /// What the operator sets on an X-ray unit for the exposure at hand, and puts into its beam.
 struct Technique {
     UnitKind unit = UnitKind::kRadiographic;
+    /// Names the exposure: what is random about it depends on this, not on what was exposed before it.
+    uint64_t exposure = 0;
     int32_t detectorKind = kZrd;  ///< instruments that the test asks for
     double kv = 0;
     double ma = 0;

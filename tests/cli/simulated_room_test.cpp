@@ -120,6 +120,18 @@ TEST_F(SimulatedRoomTest, AnImportedWaveformChangesNoReading) {
     EXPECT_EQ(ValuesOf(2, "Exposure"), withWaveform);
 }
 
+TEST_F(SimulatedRoomTest, ASkippedTestChangesNoReadingAndARepeatedExposureIsAnother) {
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), ""), kExitPassed);
+    const std::string linearity = ValuesOf(4, "Exposure");
+    const std::string accuracy = ValuesOf(3, "Exposure");
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), "", "1", ";skip"), kExitPassed);
+    EXPECT_EQ(ValuesOf(3, "Exposure"), "");
+    EXPECT_EQ(ValuesOf(4, "Exposure"), linearity);
+    EXPECT_EQ(RunUnit(Example(kUnits[0]), "", "1", ";start,redo 4,next"), kExitPassed);
+    EXPECT_NE(ValuesOf(3, "Exposure"), accuracy);
+    EXPECT_EQ(ValuesOf(4, "Exposure"), linearity);
+}
+
 TEST_F(SimulatedRoomTest, TheOperatorSetsTheRowThatIsRedone) {
     // Rows of 60, 80, 100 and 120 kV: redoing the second sets 80 kV again.
     EXPECT_EQ(RunUnit(Example(kUnits[0]), "", "1", ";start,redo 2,next"), kExitPassed) << err;
