@@ -113,6 +113,7 @@ def check_document(path, program, examples):
         folder.mkdir()
         for file in [*examples.glob("*.xml"), *examples.glob("*.jsonl")]:
             shutil.copy(file, folder)
+        shutil.copytree(examples / "rooms", folder / "rooms")
         environment = {key: value for key, value in os.environ.items() if not key.startswith("VOREX_")}
         environment |= {"PATH": f"{program.parent}:{environment['PATH']}", "LC_ALL": "C.UTF-8",
                         "VOREX_SETTINGS": str(Path(scratch) / "settings.ini")}
