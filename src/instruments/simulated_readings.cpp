@@ -65,6 +65,7 @@ struct TimeBaseRow {
 };
 /// Time bases of a rate as the services count them: 1 second, 2 minute, 3 hour; 4 is a pulse.
 constexpr TimeBaseRow kTimeBases[] = {{1, 1}, {2, 60}, {3, 3600}};
+constexpr int32_t kPerSecond = 1;
 constexpr int32_t kPerPulse = 4;
 
 double PulsesOf(const Shot& shot) {
@@ -101,48 +102,65 @@ Window MeasuredWindow(const Shot& shot, const SentSettings& sent) {
     return {rest, whole > 0 ? rest / whole : 0};
 }
 
+/// What the detector makes of an exposure before it shows it.
+struct Measured {
+    double kv;
+    double kvMax;
+    double hvlMm;
+    double mGy;
+    double timeMs;
+};
+
+Measured MeasuredOf(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
+                    RandomSource& random) {
+    constexpr double kRinging = 0.002;  // of the voltage at its front (estimate)
+    const Window window = MeasuredWindow(shot, sent);
+    Measured measured{};
+    measured.kv = shot.kv * random.Around(instruments.kvNoisePercent / 100);
+    measured.kvMax = measured.kv * (1 + kRinging * std::abs(random.Normal()));
+    measured.hvlMm = shot.hvlMm * random.Around(instruments.hvlNoisePercent / 100);
+    measured.mGy = shot.airKermaMgy * window.share * random.Around(instruments.doseNoisePercent / 100);
+    measured.timeMs = std::max(0.0, window.timeMs + instruments.timeNoiseMs * random.Normal());
+    return measured;
+}
+
+const std::string& Either(const std::string& word, const std::string& number) {
+    return word.empty() ? number : word;
+}
+
 }  // namespace
 
 ZrdReading ReadZrd(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
                    RandomSource& random) {
+    const Measured measured = MeasuredOf(shot, instruments, sent, random);
     const bool fluoroscopy = InMode(sent, kFluoro);
-    const double kvNoise = random.Around(instruments.kvNoisePercent / 100);
-    const double doseNoise = random.Around(instruments.doseNoisePercent / 100);
-    const double hvlNoise = random.Around(instruments.hvlNoisePercent / 100);
-    const double timeNoise = instruments.timeNoiseMs * random.Normal();
-    const double overshoot = 1 + std::abs(random.Normal()) * 0.002;  // ringing at the front (estimate)
-
-    const Window window = MeasuredWindow(shot, sent);
-    const double time = std::max(0.0, window.timeMs + timeNoise);
-    const double mGy = shot.airKermaMgy * window.share * doseNoise;
-    const double kv = shot.kv * kvNoise;
-    ZrdReading reading;
+    const Range& kvRange = InMode(sent, kMammo) ? kMammographyKv : kGeneralKv;
     // Without enough radiation there is nothing to see at all.
-    const std::string noDose = RangeWord(kDetectorMgy, mGy);
-    const std::string noKv =
-        !noDose.empty() ? noDose : RangeWord(InMode(sent, kMammo) ? kMammographyKv : kGeneralKv, kv);
-    const std::string noTime = !noDose.empty() ? noDose : RangeWord(kTimeMs, time);
-    const auto shown = [](const std::string& word, std::string number) {
-        return word.empty() ? number : word;
-    };
-
-    reading.kvpAvg = shown(noKv, Decimals(kv, "0.0", instruments));
-    reading.kvpMax = shown(noKv, Decimals(kv * overshoot, "0.0", instruments));
-    reading.kvPpv = shown(noKv, Decimals(kv * PracticalPeakFactor(shot.ripple), "0.0", instruments));
-    reading.hvl = shown(noKv, Decimals(shot.hvlMm * hvlNoise, "0.00", instruments));
+    const std::string noDose = RangeWord(kDetectorMgy, measured.mGy);
+    const std::string noKv = Either(noDose, RangeWord(kvRange, measured.kv));
+    const std::string noTime = Either(noDose, RangeWord(kTimeMs, measured.timeMs));
     // In fluoroscopy R, mGy and seconds, elsewhere mR, microgray and ms.
-    const double perUnit = sent.exposureUnit == kUnitGy ? mGy : mGy / kMgyPerR;
-    const double dose = fluoroscopy ? perUnit : perUnit * 1000;
-    const int32_t base = fluoroscopy ? sent.exposureRateUnit : 1;
-    const std::string noRate = !noDose.empty() ? noDose : noTime;
-    reading.exposure = shown(noDose, FourDigits(dose, instruments));
-    reading.exposureRate =
-        shown(noRate, time > 0 ? FourDigits(RateOf(dose, time / kMsPerSecond, base, shot), instruments) : "");
-    reading.exposureTime = shown(noTime, fluoroscopy ? Decimals(time / kMsPerSecond, "0.00", instruments)
-                                                     : Decimals(time, "0.0", instruments));
-    reading.exposurePulses = Decimals(PulsesOf(shot), "0", instruments);
-    reading.pulseRate = Decimals(shot.pulseRate, "0.0#", instruments);
-    reading.pulseWidth = Decimals(shot.pulseWidthMs, "0.0#", instruments);
+    const double seconds = measured.timeMs / kMsPerSecond;
+    const double inUnit = sent.exposureUnit == kUnitGy ? measured.mGy : measured.mGy / kMgyPerR;
+    const double dose = fluoroscopy ? inUnit : inUnit * 1000;
+    const double rate =
+        seconds > 0 ? RateOf(dose, seconds, fluoroscopy ? sent.exposureRateUnit : kPerSecond, shot) : 0;
+
+    ZrdReading reading;
+    const auto decimals = [&](double value, std::string_view picture) {
+        return Decimals(value, picture, instruments);
+    };
+    reading.kvpAvg = Either(noKv, decimals(measured.kv, "0.0"));
+    reading.kvpMax = Either(noKv, decimals(measured.kvMax, "0.0"));
+    reading.kvPpv = Either(noKv, decimals(measured.kv * PracticalPeakFactor(shot.ripple), "0.0"));
+    reading.hvl = Either(noKv, decimals(measured.hvlMm, "0.00"));
+    reading.exposure = Either(noDose, FourDigits(dose, instruments));
+    reading.exposureRate = Either(noTime, FourDigits(rate, instruments));
+    reading.exposureTime =
+        Either(noTime, fluoroscopy ? decimals(seconds, "0.00") : decimals(measured.timeMs, "0.0"));
+    reading.exposurePulses = decimals(PulsesOf(shot), "0");
+    reading.pulseRate = decimals(shot.pulseRate, "0.0#");
+    reading.pulseWidth = decimals(shot.pulseWidthMs, "0.0#");
     return reading;
 }
 
@@ -263,6 +281,7 @@ std::string DoseText(double value, int32_t unit, const InstrumentSettings& instr
 
 PelomarkReading ReadPelomark(const Shot& shot, const InstrumentSettings& instruments,
                              const SentSettings& sent, RandomSource& random) {
+    constexpr double kFaPerPa = 1000;
     const DosimeterSettings settings = sent.dosimeter.value_or(DosimeterSettings());
     const ChamberSettings& chamber = instruments.chamber;
     const double perR = ChamberChargePerR(chamber.volumeCm3, chamber.referenceTemperature);
@@ -281,7 +300,7 @@ PelomarkReading ReadPelomark(const Shot& shot, const InstrumentSettings& instrum
     reading.temperature = Decimals(air.temperature, "0.0", instruments);
     reading.pressure = Decimals(air.pressure, "0.0", instruments);
     reading.adcf = Decimals(air.factor, "0.0000", instruments);
-    reading.leakCurrent = Decimals(chamber.leakageFa, "0.0", instruments);
+    reading.leakCurrent = Decimals(chamber.leakageFa / kFaPerPa, "0.000", instruments);
     reading.dose = word.empty() ? DoseText(dose, settings.doseUnit, instruments) : word;
     const double rate = seconds > 0 ? RateOf(dose, seconds, settings.doseRateUnit, shot) : 0;
     reading.doseRate = word.empty() ? DoseText(rate, settings.doseUnit, instruments) : word;

@@ -300,6 +300,7 @@ TEST(SimulatedReadings, TheChamberIsCorrectedForTheAirUnlessItIsSwitchedOff) {
     EXPECT_EQ(dose(1, 1).pressure, "600.0");
     // 303.15 / 293.15 * 101.325 / 80 = 1.30977: without it the reading is 1 / 1.30977.
     EXPECT_EQ(dose(1, 1).adcf, "1.3098");
+    EXPECT_EQ(dose(1, 1).leakCurrent, "0.005") << "5 fA, shown in pA";
     EXPECT_EQ(dose(2, 1).dose, "0.7635");
     EXPECT_EQ(dose(2, 1).adcf, "1.0000");
 }
