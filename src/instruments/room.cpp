@@ -23,6 +23,12 @@ void ReadPositiveInto(In in, Name name, const Json& value, Target& to) {
     constexpr double kLowest = 0.01;
     to.*Field = in.Number(name, value, kLowest, Highest);
 }
+/// A coefficient of variation. Six deviations, the most that is drawn, leave a tenth of the quantity.
+template <auto Field, typename Target>
+void ReadVariationInto(In in, Name name, const Json& value, Target& to) {
+    constexpr double kHighest = 0.15;
+    to.*Field = in.Number(name, value, 0, kHighest);
+}
 template <auto Field, int Lowest, int Highest, typename Target>
 void ReadWholeInto(In in, Name name, const Json& value, Target& to) {
     to.*Field = in.Whole(name, value, Lowest, Highest);
@@ -76,8 +82,8 @@ constexpr MemberRow<U> kUnitMembers[] = {
     {"generator", ReadGenerator},
     {"ripplePercent", ReadNumberInto<&U::ripplePercent, 0, 100>},
     {"kvpErrorPercent", ReadNumberInto<&U::kvpErrorPercent, -50, 50>},
-    {"kvpVariation", ReadNumberInto<&U::kvpVariation, 0, 1>},
-    {"outputVariation", ReadNumberInto<&U::outputVariation, 0, 1>},
+    {"kvpVariation", ReadVariationInto<&U::kvpVariation>},
+    {"outputVariation", ReadVariationInto<&U::outputVariation>},
     {"outputPercent", ReadPositiveInto<&U::outputPercent, 1000>},
     {"maVariationPercent", ReadNumberInto<&U::maVariationPercent, 0, 15>},
     {"maStations", ReadStations},
@@ -89,7 +95,7 @@ constexpr MemberRow<U> kUnitMembers[] = {
     {"addedFiltrationMm", ReadNumberInto<&U::addedFiltrationMm, 0, 10>},
     {"distanceCm", ReadPositiveInto<&U::distanceCm, 1000>},
     {"aecMas", ReadPositiveInto<&U::aecMas, 1000>},
-    {"aecVariation", ReadNumberInto<&U::aecVariation, 0, 1>},
+    {"aecVariation", ReadVariationInto<&U::aecVariation>},
     {"aecSwingPercent", ReadNumberInto<&U::aecSwingPercent, 0, 90>},
     {"entranceRate", ReadPositiveInto<&U::entranceRate, 1000>},
     {"highestRate", ReadPositiveInto<&U::highestRate, 1000>},

@@ -131,7 +131,7 @@ double TungstenOutput(double kv, double addedFiltrationMm) {
 double TungstenHvl(double kv, double addedFiltrationMm) {
     const double hvl = Interpolated(kTungstenHvl, kv);
     // The slope is known at 80 kVp; elsewhere it is taken in proportion. (estimate)
-    return hvl * (1 + kHvlPerFiltration / kHvlAt80 * (addedFiltrationMm - kHvlFiltrationMm));
+    return std::max(0.0, hvl * (1 + kHvlPerFiltration / kHvlAt80 * (addedFiltrationMm - kHvlFiltrationMm)));
 }
 
 double MammographyOutput(std::string_view targetFilter, double kv) {

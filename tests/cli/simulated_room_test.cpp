@@ -199,6 +199,7 @@ TEST_F(SimulatedRoomTest, ABadRoomIsRefusedWithItsPlaceAndWhatWasExpected) {
         {R"({"room":1,"radiography":{"kvpErrorPercent":"8"}})",
          {"\"kvpErrorPercent\":\"8\"", "-50.0 to 50.0"}},
         {R"({"room":1,"radiography":{"kvpErrorPercent":80}})", {"\"kvpErrorPercent\":80", "-50.0 to 50.0"}},
+        {R"({"room":1,"radiography":{"outputVariation":0.5}})", {"\"outputVariation\":0.5", "0.0 to 0.15"}},
         {R"({"room":1,"radiography":{"generator":"steam"}})", {"steam", "\"12-pulse\""}},
         {R"({"room":1,"radiography":{"lowestKv":90,"highestKv":80}})", {"radiography", "highestKv"}},
         {R"({"room":1,"radiography":{"maStations":[{"mA":100}]}})", {"an mA station", "errorPercent"}},
