@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "instruments/recorded_instruments.h"
 #include "instruments/json_reader.h"
+#include "instruments/recorded_instruments.h"
 #include "instruments/recording.h"
 
 namespace {

@@ -1,4 +1,3 @@
-#include "instruments/json_reader.h"
 #include "instruments/recording.h"
 
 #include <filesystem>
@@ -10,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "instruments/json_reader.h"
 #include "test_paths.h"
 
 namespace vorex {
