@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vorex {
+
+/// What a limit is at a tube voltage.
+struct VoltagePoint {
+    double kv = 0;
+    double value = 0;
+};
+
+/// A side of a limit: a number, or numbers by tube voltage; not set without either.
+struct StandardSide {
+    std::optional<double> value;
+    std::vector<VoltagePoint> byVoltage;  ///< rising; a line between two points, nothing beyond them
+    std::string expression;               ///< as in an element file; "Y" when the file names none
+
+    bool IsSet() const { return value || !byVoltage.empty(); }
+};
+
+/// A limit with where it comes from.
+struct StandardLimit {
+    std::vector<int32_t> tests;
+    std::string key;
+    std::string unit;  ///< of the numbers
+    StandardSide low;
+    StandardSide high;
+    std::string readings;  ///< unit that the instrument has to read exposures in; empty for any
+    std::string authority;
+    std::string clause;
+    std::string note;
+
+    bool IsFor(int32_t testId) const;
+};
+
+struct StandardFile {
+    std::string file;
+    std::string name;
+    std::string version;
+    std::string about;
+    std::vector<StandardLimit> limits;
+
+    bool HasTest(int32_t testId) const;
+};
+
+/// What keeps a limit from standing on a test, in words; empty when nothing does.
+using LimitCheck = std::function<std::string(int32_t testId, const StandardLimit& limit)>;
+
+/// Raises FileError, naming the file and the limit. The check is asked for each test of each limit.
+StandardFile ParseStandard(std::string_view text, std::string_view fileName, const LimitCheck& check);
+StandardFile ReadStandard(const std::filesystem::path& path, const LimitCheck& check);
+
+}  // namespace vorex
