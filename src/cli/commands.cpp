@@ -14,6 +14,7 @@
 #include "cli/headless_operator.h"
 #include "cli/operator_script.h"
 #include "cli/result_text.h"
+#include "cli/standards.h"
 #include "config/config_common.h"
 #include "execution/test_group.h"
 #include "foundation/library_state.h"
@@ -41,13 +42,14 @@ constexpr std::string_view kRecordingPrefix = "recording:";
 constexpr std::string_view kSimulated = "simulated";
 constexpr std::string_view kSimulatedPrefix = "simulated:";
 constexpr uint64_t kUsualSeed = 1;
+constexpr std::string_view kStandards = "standards";
 
-/// Where the language tables stand, seen from the program.
-std::vector<fs::path> LanguageFolders() {
+/// Where data of a kind stand, seen from the program.
+std::vector<fs::path> DataFolders(std::string_view kind) {
     std::error_code error;
     const fs::path program = fs::read_symlink("/proc/self/exe", error);
     if (error) return {};
-    return {program.parent_path().parent_path() / "share" / "vorex" / "languages"};
+    return {program.parent_path().parent_path() / "share" / "vorex" / kind};
 }
 
 /// Installs library and host for the length of a command.
@@ -55,7 +57,7 @@ class Installation {
   public:
     Installation(const CommonOptions& common, ReferenceHostOptions options = {}) {
         options.language = common.language;
-        options.languageFolders = LanguageFolders();
+        options.languageFolders = DataFolders("languages");
         if (!options.platform) options.platform = std::make_shared<HeadlessPlatform>();
         InstallLibrary(MakeReferenceHost(options));
         mRegistration.RegisterApp();
@@ -302,6 +304,34 @@ int ShowCommand(const ShowOptions& options, const CommonOptions& common, Termina
     terminal.out << ResultText(
         {options.input.string(), file->Elements(), file->Selected(), instruments->Entries()},
         terminal.colour);
+    return kExitPassed;
+}
+
+int StandardsCommand(const CommonOptions& common, Terminal& terminal) {
+    const Installation installation(common);
+    terminal.out << StandardsText(*OpenStandards(DataFolders(kStandards), terminal.err));
+    return kExitPassed;
+}
+
+int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions& common, Terminal& terminal) {
+    CheckOutput(options.input, options.output);
+    const Installation installation(common);
+    const auto file = ElementFile::Load(options.input);
+    const auto library = OpenStandards(DataFolders(kStandards), terminal.err);
+    AddStandard(*file, *library, options.standard, options.elements, terminal.err);
+    WriteResult(*file, options.output, terminal);
+    PrintSummary(*file, options.output, terminal);
+    return kExitPassed;
+}
+
+int StandardsSelectCommand(const StandardsSelectOptions& options, const CommonOptions& common,
+                           Terminal& terminal) {
+    CheckOutput(options.input, options.output);
+    const Installation installation(common);
+    const auto file = ElementFile::Load(options.input);
+    SelectStandards(*file, options.standards);
+    WriteResult(*file, options.output, terminal);
+    PrintSummary(*file, options.output, terminal);
     return kExitPassed;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 namespace vorex {
 
@@ -52,10 +54,27 @@ struct ShowOptions {
     std::filesystem::path input;
 };
 
+struct StandardsAddOptions {
+    std::filesystem::path input;
+    std::string standard;
+    std::vector<int32_t> elements;  ///< IDs; empty: all
+    std::filesystem::path output;   ///< empty: standard output
+};
+
+struct StandardsSelectOptions {
+    std::filesystem::path input;
+    std::vector<std::string> standards;
+    std::filesystem::path output;  ///< empty: standard output
+};
+
 // Each command raises an exception derived from std::exception for wrong use and unreadable input.
 int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal& terminal);
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal);
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal);
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal);
+int StandardsCommand(const CommonOptions& common, Terminal& terminal);
+int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions& common, Terminal& terminal);
+int StandardsSelectCommand(const StandardsSelectOptions& options, const CommonOptions& common,
+                           Terminal& terminal);
 
 }  // namespace vorex

@@ -38,12 +38,29 @@ constexpr const char* kRunExample =
 constexpr const char* kJudgeExample = "Example:\n  vorex judge result.xml -o judged.xml";
 constexpr const char* kShowExample = "Example:\n  vorex show result.xml";
 
+constexpr const char* kStandardsExample =
+    "Example:\n"
+    "  vorex standards\n"
+    "  vorex standards add unit.xml 'FDA radiography' -o judged_by_fda.xml\n"
+    "  vorex standards select judged_by_fda.xml 'FDA radiography' -o selected.xml\n\n"
+    "Standards of your own stand in the folder \"standards\" beside the settings file, or in the folder "
+    "that\n"
+    "VOREX_STANDARDS names.";
+constexpr const char* kAddExample =
+    "Example:\n"
+    "  vorex standards add unit.xml 'FDA radiography' -o judged_by_fda.xml\n"
+    "  vorex standards add unit.xml 'FDA fluoroscopy:high level control' --element 8 -o high_level.xml";
+constexpr const char* kSelectExample =
+    "Example:\n  vorex standards select judged_by_fda.xml 'FDA radiography' -o selected.xml";
+
 struct Arguments {
     CommonOptions common;
     NewOptions newTest;
     RunOptions run;
     JudgeOptions judge;
     ShowOptions show;
+    StandardsAddOptions add;
+    StandardsSelectOptions select;
 };
 
 void AddOutput(CLI::App& command, std::filesystem::path& output) {
@@ -53,6 +70,30 @@ void AddOutput(CLI::App& command, std::filesystem::path& output) {
 void AddLanguage(CLI::App& command, CommonOptions& common) {
     command.add_option("--language", common.language, "Language of the texts, by its code")
         ->capture_default_str();
+}
+
+void AddStandardsCommands(CLI::App& app, Arguments& arguments) {
+    CLI::App* standards =
+        app.add_subcommand("standards", "Lists the standards with their limits and clauses");
+    standards->require_subcommand(0, 1);
+    standards->footer(kStandardsExample);
+    AddLanguage(*standards, arguments.common);
+
+    CLI::App* add = standards->add_subcommand("add", "Puts a standard into the elements of a file");
+    add->add_option("FILE", arguments.add.input, "Element file")->required();
+    add->add_option("NAME", arguments.add.standard, "NAME or NAME:VERSION of the standard")->required();
+    add->add_option("--element", arguments.add.elements,
+                    "ID of an element that takes it, with all below it; without it all do")
+        ->allow_extra_args(false);
+    AddOutput(*add, arguments.add.output);
+    add->footer(kAddExample);
+
+    CLI::App* select = standards->add_subcommand("select", "Chooses the standards that judge a file");
+    select->add_option("FILE", arguments.select.input, "Element file")->required();
+    select->add_option("NAME", arguments.select.standards, "NAME or NAME:VERSION of each standard")
+        ->required();
+    AddOutput(*select, arguments.select.output);
+    select->footer(kSelectExample);
 }
 
 void AddCommands(CLI::App& app, Arguments& arguments) {
@@ -84,26 +125,36 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     show->add_option("FILE", arguments.show.input, "Element file")->required();
     show->footer(kShowExample);
 
+    AddStandardsCommands(app, arguments);
     for (CLI::App* command : {newTest, run, judge, show}) AddLanguage(*command, arguments.common);
 }
 
 /// What is wrong with the command that was asked for; empty when nothing is. The parser itself would only say
 /// that a command is missing.
 std::string CommandFault(const CLI::App& app, const std::vector<std::string>& arguments) {
-    if (arguments.empty()) return "no command was given; expected new, run, judge or show (see vorex --help)";
+    if (arguments.empty())
+        return "no command was given; expected new, run, judge, show or standards (see vorex --help)";
     const std::string& first = arguments.front();
     const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
     const bool known = std::any_of(commands.begin(), commands.end(),
                                    [&](const CLI::App* command) { return command->get_name() == first; });
     if (known || first.starts_with('-')) return {};
     if (first == "report") return "reports are not part of this version yet";
-    return "there is no command \"" + first + "\"; expected new, run, judge or show (see vorex --help)";
+    return "there is no command \"" + first +
+           "\"; expected new, run, judge, show or standards (see vorex --help)";
 }
 
 int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal) {
     if (app.got_subcommand("new")) return NewCommand(arguments.newTest, arguments.common, terminal);
     if (app.got_subcommand("run")) return RunCommand(arguments.run, arguments.common, terminal);
     if (app.got_subcommand("judge")) return JudgeCommand(arguments.judge, arguments.common, terminal);
+    if (const CLI::App* standards = app.get_subcommand("standards"); standards->parsed()) {
+        if (standards->got_subcommand("add"))
+            return StandardsAddCommand(arguments.add, arguments.common, terminal);
+        if (standards->got_subcommand("select"))
+            return StandardsSelectCommand(arguments.select, arguments.common, terminal);
+        return StandardsCommand(arguments.common, terminal);
+    }
     return ShowCommand(arguments.show, arguments.common, terminal);
 }
 

@@ -102,8 +102,8 @@ TEST_F(BadInputTest, WrongUseOfTheProgramSaysWhatIsExpected) {
         std::vector<std::string> message;
     };
     const Case cases[] = {
-        {{}, {"new, run, judge or show"}},
-        {{"frobnicate"}, {"frobnicate", "new, run, judge or show"}},
+        {{}, {"new, run, judge, show or standards"}},
+        {{"frobnicate"}, {"frobnicate", "new, run, judge, show or standards"}},
         {{"report", good, "-o", Path("out.pdf")}, {"reports", "not part"}},
         {{"new", "1300"}, {"1300", "survey"}},
         {{"new", "7"}, {"\"7\"", "100"}},

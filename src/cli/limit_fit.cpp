@@ -1,0 +1,240 @@
+#include "cli/limit_fit.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "host/standards.h"
+#include "results/result_columns.h"
+
+namespace vorex {
+
+namespace {
+
+/// Tests with one voltage for all exposures: the voltages of these have it as their X.
+constexpr TestSet kPresetTests = Tests({kRadioRepro, kRadioLinearity, kMammoAccRepro, kMammoRadiation});
+
+bool IsRelative(LimitExpression form) {
+    return form == LimitExpression::kOffset || form == LimitExpression::kPercent;
+}
+
+std::vector<LimitExpression> FormsOf(const StandardLimit& limit) {
+    std::vector<LimitExpression> forms;
+    for (const StandardSide* side : {&limit.low, &limit.high})
+        if (side->IsSet())
+            forms.push_back(FindLimitExpression(side->expression).value_or(LimitExpression::kValue));
+    return forms;
+}
+
+bool Has(const std::vector<LimitExpression>& forms, LimitExpression form) {
+    return std::find(forms.begin(), forms.end(), form) != forms.end();
+}
+
+/// The column that a limit judges; null when the row has none.
+const CMeasurement* JudgedColumn(const MeasurementRow& row, const StandardLimit& limit) {
+    const bool variation = Has(FormsOf(limit), LimitExpression::kVariation);
+    // The adjacent marking becomes part of the key only while a test is judged.
+    const std::string_view wanted = limit.key == key::kErAdjacent ? key::kErNonAdjacent : limit.key;
+    const auto at = std::find_if(row.begin(), row.end(), [&](const auto& item) {
+        return LimitKeyOf(item->RawKey()) == wanted && IsVariationRow(item->RawKey()) == variation;
+    });
+    return at == row.end() ? nullptr : at->get();
+}
+
+/// The unit of the column, without a language.
+std::string UnitOf(const CMeasurement& column) {
+    return column.RawUnit().empty() ? std::string() : DefaultText(column.RawUnit(), {});
+}
+
+/// What a column's number has to be multiplied by where only the time base of the units differs.
+struct TimeBase {
+    std::string_view name;
+    double seconds;
+};
+constexpr TimeBase kTimeBases[] = {{"sec", 1}, {"min", 60}, {"hr", 3600}};
+
+std::optional<double> Conversion(std::string_view from, std::string_view to) {
+    if (from == to) return 1;
+    const auto secondsOf = [](std::string_view unit) -> std::optional<double> {
+        for (const TimeBase& base : kTimeBases)
+            if (unit.ends_with("/" + std::string(base.name))) return base.seconds;
+        return std::nullopt;
+    };
+    const auto sameQuantity = [&] { return from.substr(0, from.find('/')) == to.substr(0, to.find('/')); };
+    const std::optional<double> fromSeconds = secondsOf(from);
+    const std::optional<double> toSeconds = secondsOf(to);
+    if (!fromSeconds || !toSeconds || !sameQuantity()) return std::nullopt;
+    return *toSeconds / *fromSeconds;
+}
+
+/// The unit that the numbers of a limit are in, as its form asks for.
+std::string UnitOfNumbers(const StandardLimit& limit, const CMeasurement& column) {
+    const std::vector<LimitExpression> forms = FormsOf(limit);
+    if (Has(forms, LimitExpression::kVariation)) return {};
+    if (Has(forms, LimitExpression::kPercent)) return std::string(text::kUnitPercent);
+    return UnitOf(column);
+}
+
+/// Voltage of all exposures of a test; nothing where each has its own.
+std::optional<double> VoltageOf(const CConfigCommon& config) {
+    if (kPresetTests.Has(config.pTestID)) return NumberOf(config.pMachineKV);
+    if (config.pTestID == kMammoAec) return ReadNumber(config.pNominalKV);
+    return std::nullopt;
+}
+
+std::optional<double> ValueAt(const std::vector<VoltagePoint>& points, double kv) {
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (points[i].kv == kv) return points[i].value;
+        if (points[i].kv < kv || i == 0) continue;
+        const auto& [lowKv, lowValue] = points[i - 1];
+        if (lowKv > kv) break;
+        return PlainValue(lowValue + (points[i].value - lowValue) * (kv - lowKv) / (points[i].kv - lowKv));
+    }
+    return std::nullopt;
+}
+
+/// Rows that between them have every column of a test in every unit.
+std::vector<MeasurementRow> VariantsOf(int32_t testId) {
+    constexpr int32_t kRateBases = 4;
+    std::vector<MeasurementRow> rows;
+    CConfigCommon config;
+    config.pTestID = testId;
+    config.pGeneratorSetup = kSetupMaTime;
+    config.pMeasurementFluoroType = kPulsed;
+    const auto addAllUnits = [&] {
+        for (int32_t unit : {kUnitR, kUnitGy})
+            for (int32_t base = 1; base <= kRateBases; ++base) {
+                config.pMeasurementExposure = unit;
+                config.pMeasurementExposureRateUnit = base;
+                config.PKDoseUnit = unit - 1;  // R and Gy, counted from 0, as the bases are
+                config.PKDoseRateUnit = base - 1;
+                rows.push_back(BuildColumns(config));
+            }
+    };
+    for (int32_t kind = kZrd; kind <= kPelomarkAndMas; ++kind)
+        for (int32_t mode : {kRadio, kFluoro})
+            for (int32_t time : {kMilliseconds, kPulses}) {
+                config.DetectorName = kind;
+                config.pMeasurementMode = mode;
+                config.pMeasurementTimeUnit = time;
+                addAllUnits();
+            }
+    return rows;
+}
+
+const std::vector<MeasurementRow>& AllColumns(int32_t testId) {
+    static std::map<int32_t, std::vector<MeasurementRow>> known;
+    std::vector<MeasurementRow>& rows = known[testId];
+    if (rows.empty()) rows = VariantsOf(testId);
+    return rows;
+}
+
+std::string Quoted(const std::string& text) {
+    return text.empty() ? "none" : "\"" + text + "\"";
+}
+
+std::string FormFault(int32_t testId, const StandardLimit& limit, const CMeasurement& column) {
+    const std::vector<LimitExpression> forms = FormsOf(limit);
+    const bool relative = std::any_of(forms.begin(), forms.end(), IsRelative);
+    if (relative && !(kPresetTests.Has(testId) && !TextOf(column.RawPresetValue()).empty()))
+        return "an expression with X needs a voltage of a test with one set voltage (100, 300, 900, 1200)";
+    if (forms.size() == 2 && forms[0] != forms[1]) return "both sides need the same expression";
+    const bool byVoltage = !limit.low.byVoltage.empty() || !limit.high.byVoltage.empty();
+    if (byVoltage && !kPresetTests.Has(testId) && testId != kMammoAec)
+        return "\"byVoltage\" needs a test with one set voltage (100, 300, 900, 1100, 1200)";
+    return {};
+}
+
+/// What the readings of an element are judged in, so that a limit can be set beside them.
+class Fitting {
+  public:
+    Fitting(const StandardLimit& limit, const CConfigCommon& config) : mConfig(config), mFitted(limit) {}
+
+    /// Why the limit has no place; empty when it has one, and then it stands in `Result`.
+    std::string Fault() {
+        const MeasurementRow columns = BuildColumns(mConfig);
+        const CMeasurement* const column = JudgedColumn(columns, mFitted);
+        if (column == nullptr) return "the element does not measure it as it is set up";
+        if (!mFitted.readings.empty() && Readings() != mFitted.readings)
+            return "it holds for a detector that reads in " + mFitted.readings;
+        const std::string unit = UnitOfNumbers(mFitted, *column);
+        const std::optional<double> factor = Conversion(mFitted.unit, unit);
+        if (!factor) return "it is stated in " + mFitted.unit + ", the element measures in " + unit;
+        mFitted.unit = unit;
+        const bool byVoltage = !mFitted.low.byVoltage.empty() || !mFitted.high.byVoltage.empty();
+        const double kv = VoltageOf(mConfig).value_or(0);
+        for (StandardSide* side : {&mFitted.low, &mFitted.high}) {
+            if (std::string fault = TakeValue(*side, kv); !fault.empty()) return fault;
+            if (side->value) side->value = PlainValue(*side->value * *factor);
+        }
+        // Whoever sets another voltage later sees what the number was for.
+        if (byVoltage) mFitted.unit += " at " + PlainText(kv) + " kV";
+        return {};
+    }
+
+    std::vector<StandardLimit> Result() const {
+        if (mFitted.key != key::kMaxExposureRate) return {mFitted};
+        std::vector<StandardLimit> perExposure;
+        for (int32_t exposure = 1; exposure <= mConfig.pNoOfExposures; ++exposure) {
+            perExposure.push_back(mFitted);
+            perExposure.back().key += PlainText(exposure);
+        }
+        return perExposure;
+    }
+
+  private:
+    /// The unit of the detector's exposures; empty for instruments whose unit the derived values do not see.
+    std::string Readings() const {
+        if (!HasZrd(mConfig.DetectorName)) return {};
+        return mConfig.pMeasurementExposure == kUnitR ? "R" : "Gy";
+    }
+
+    /// Takes a number by voltage at the voltage; why there is none.
+    static std::string TakeValue(StandardSide& side, double kv) {
+        if (side.byVoltage.empty()) return {};
+        side.value = ValueAt(side.byVoltage, kv);
+        if (!side.value)
+            return "it is stated for " + PlainText(side.byVoltage.front().kv) + " to " +
+                   PlainText(side.byVoltage.back().kv) + " kV, the element sets " + PlainText(kv) + " kV";
+        side.byVoltage.clear();
+        return {};
+    }
+
+    const CConfigCommon& mConfig;
+    StandardLimit mFitted;
+};
+
+}  // namespace
+
+std::string LimitFault(int32_t testId, const StandardLimit& limit) {
+    std::vector<std::string> units;
+    for (const MeasurementRow& row : AllColumns(testId)) {
+        const CMeasurement* column = JudgedColumn(row, limit);
+        if (column == nullptr) continue;
+        if (std::string fault = FormFault(testId, limit, *column); !fault.empty()) return fault;
+        std::string unit = UnitOfNumbers(limit, *column);
+        if (unit == limit.unit) return {};
+        if (std::find(units.begin(), units.end(), unit) == units.end()) units.push_back(std::move(unit));
+    }
+    if (units.empty()) return "no column is judged by this key with this expression";
+    std::string known;
+    for (const std::string& unit : units) known += (known.empty() ? "" : ", ") + Quoted(unit);
+    return "the unit " + Quoted(limit.unit) + " is not one of the column (" + known + ")";
+}
+
+std::vector<StandardLimit> FitLimit(const StandardLimit& limit, const CConfigCommon& config,
+                                    const std::function<void(const std::string&)>& tell) {
+    Fitting fitting(limit, config);
+    if (const std::string fault = fitting.Fault(); !fault.empty()) {
+        const std::string unit = limit.unit.empty() ? "" : " in " + limit.unit;
+        tell("\"" + limit.key + "\"" + unit + " is left out: " + fault);
+        return {};
+    }
+    return fitting.Result();
+}
+
+}  // namespace vorex

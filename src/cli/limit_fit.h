@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "config/config_common.h"
+#include "host/standard_file.h"
+
+namespace vorex {
+
+/// Why no element of a test could be judged by a limit as it is stated; empty when one could.
+std::string LimitFault(int32_t testId, const StandardLimit& limit);
+
+/// The limit as it stands in an element with this configuration: its unit brought to that of the column, a
+/// number by voltage taken at the voltage that is set, and for test 700 one for each exposure. A limit that
+/// has no place there gives nothing, with a word on why to `tell`.
+std::vector<StandardLimit> FitLimit(const StandardLimit& limit, const CConfigCommon& config,
+                                    const std::function<void(const std::string&)>& tell);
+
+}  // namespace vorex

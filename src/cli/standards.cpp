@@ -1,0 +1,240 @@
+#include "cli/standards.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <ostream>
+#include <set>
+#include <stdexcept>
+#include <utility>
+
+#include "cli/limit_fit.h"
+#include "config/config_common.h"
+#include "foundation/number_text.h"
+#include "foundation/registration.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "host/standards.h"
+
+namespace vorex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Elements = std::vector<std::shared_ptr<ITestElement>>;
+
+std::string FullName(const StandardName& standard) {
+    return standard.name + ":" + standard.version;
+}
+
+/// The standard that is meant by NAME or NAME:VERSION; raises an error that lists what there is.
+StandardName FindStandard(const std::string& wanted, const std::vector<StandardName>& known,
+                          const std::string& where) {
+    std::vector<StandardName> found;
+    for (const StandardName& standard : known) {
+        if (FullName(standard) == wanted) return standard;
+        if (standard.name == wanted) found.push_back(standard);
+    }
+    if (found.size() == 1) return found.front();
+    std::string list;
+    for (const StandardName& standard : found.empty() ? known : found)
+        list += (list.empty() ? "\"" : ", \"") + FullName(standard) + "\"";
+    if (!found.empty())
+        throw std::runtime_error("\"" + wanted + "\" has several versions " + where + "; expected one of " +
+                                 list);
+    throw std::runtime_error("there is no standard \"" + wanted + "\" " + where + "; expected " +
+                             (list.empty() ? "a standard, but there is none" : "one of " + list));
+}
+
+void TakeOut(IStandardCollection& standards, const StandardName& name) {
+    std::vector<std::shared_ptr<IStandard>> kept;
+    for (int32_t i = 0; i < standards.Count(); ++i) {
+        auto standard = standards.Item(i);
+        if (standard->Name() != name.name || standard->Version() != name.version)
+            kept.push_back(std::move(standard));
+    }
+    standards.Clear();
+    for (auto& standard : kept) standards.Add(std::move(standard));
+}
+
+/// True when a standard has a limit of a key, with or without the number of an exposure behind it.
+bool HasLimit(const IStandard& standard, std::string_view limitKey) {
+    const bool numbered = IsMaxExposureRate(limitKey);
+    return std::any_of(standard.Results().begin(), standard.Results().end(), [&](const auto& limit) {
+        return numbered ? limit->Key().starts_with(limitKey) : limit->Key() == limitKey;
+    });
+}
+
+/// Puts one standard into elements.
+class Addition {
+  public:
+    Addition(StandardsLibrary& library, StandardName name, std::span<const int32_t> ids, std::ostream& err)
+        : mLibrary(library), mName(std::move(name)), mIds(ids.begin(), ids.end()), mErr(err) {}
+
+    void AddTo(const Elements& elements, bool wanted) {
+        for (const auto& element : elements) {
+            const bool named = mIds.contains(element->ID());
+            if (const auto group = std::dynamic_pointer_cast<ITestContainer>(element))
+                AddTo(group->NewEnum(), wanted || named);
+            else if (wanted || named || mIds.empty())
+                AddToTest(*element);
+        }
+    }
+
+    void RaiseUnlessDone() const {
+        if (mAdded) return;
+        std::set<int32_t> tests;
+        for (const StandardLimit& limit : mLibrary.Find(mName.name, mName.version)->limits)
+            tests.insert(limit.tests.begin(), limit.tests.end());
+        std::string list;
+        for (int32_t test : tests) list += (list.empty() ? "" : ", ") + PlainText(test);
+        throw std::runtime_error("\"" + FullName(mName) + "\" fits no element; it has limits for test " +
+                                 list);
+    }
+
+  private:
+    void AddToTest(ITestElement& element) {
+        const auto config = std::dynamic_pointer_cast<CConfigCommon>(element.Configuration());
+        const auto limits = element.Limits();
+        if (!config || !limits || !mLibrary.Find(mName.name, mName.version)->HasTest(element.TestID()))
+            return;
+        if (const auto standards = limits->Standards()) TakeOut(*standards, mName);
+        // A key may be stated in several units: one that fits is enough.
+        std::multimap<std::string, std::string> leftOut;
+        mLibrary.FitBy([&](const StandardLimit& limit) {
+            return FitLimit(limit, *config,
+                            [&](const std::string& words) { leftOut.emplace(limit.key, words); });
+        });
+        const auto standard = limits->CreateStandard(mName.name, mName.version);
+        mLibrary.FitBy({});
+        for (const auto& [key, words] : leftOut)
+            if (!HasLimit(*standard, key))
+                mErr << "vorex: element " << PlainText(element.ID()) << ": " << words << "\n";
+        if (standard->Results().empty())
+            TakeOut(*limits->Standards(), mName);
+        else
+            mAdded = true;
+    }
+
+    StandardsLibrary& mLibrary;
+    StandardName mName;
+    std::set<int32_t> mIds;
+    std::ostream& mErr;
+    bool mAdded = false;
+};
+
+// ---------------------------------------------------------------------------------------------- list
+
+constexpr std::size_t kWidth = 100;
+
+/// Words in lines of at most the width, each indented.
+std::string Wrapped(std::string_view words, std::size_t indent) {
+    std::string text;
+    std::string line;
+    while (!words.empty()) {
+        const std::size_t end = std::min(words.find(' '), words.size());
+        const std::string word(words.substr(0, end));
+        words.remove_prefix(std::min(end + 1, words.size()));
+        if (!line.empty() && indent + CodePoints(line) + 1 + CodePoints(word) > kWidth) {
+            text += std::string(indent, ' ') + line + "\n";
+            line.clear();
+        }
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return text + std::string(indent, ' ') + line + "\n";
+}
+
+/// A number of a limit in words, after its form; X is what is set.
+std::string NumberWords(const StandardSide& side, double value, const std::string& unit) {
+    std::string words = PlainText(std::abs(value)) + (unit.empty() ? "" : " " + unit);
+    const std::string sign = value < 0 ? "-" : "+";
+    const auto form = FindLimitExpression(side.expression).value_or(LimitExpression::kValue);
+    if (form == LimitExpression::kOffset || form == LimitExpression::kPercent)
+        return "X " + sign + " " + words;
+    return (value < 0 ? "-" : "") + words + (form == LimitExpression::kVariation ? " as CV" : "");
+}
+
+std::string SideWords(const StandardSide& side, const std::string& unit, std::string_view relation) {
+    if (side.value) return std::string(relation) + NumberWords(side, *side.value, unit);
+    std::string words(relation);
+    for (const VoltagePoint& point : side.byVoltage)
+        words += (&point == &side.byVoltage.front() ? "" : ", ") + NumberWords(side, point.value, unit) +
+                 " at " + PlainText(point.kv) + " kV";
+    return words;
+}
+
+std::string LimitWords(const StandardLimit& limit) {
+    std::string words = limit.low.IsSet() ? SideWords(limit.low, limit.unit, "at least ") : "";
+    if (limit.high.IsSet())
+        words += (words.empty() ? "" : ", ") + SideWords(limit.high, limit.unit, "at most ");
+    return words + (limit.readings.empty() ? "" : " (readings in " + limit.readings + ")");
+}
+
+std::string LimitText(const StandardLimit& limit) {
+    constexpr std::size_t kLimitIndent = 4;
+    constexpr std::size_t kSourceIndent = 8;
+    std::string text = Wrapped(limit.key + ": " + LimitWords(limit), kLimitIndent) +
+                       Wrapped(limit.authority + ", " + limit.clause, kSourceIndent);
+    if (!limit.note.empty()) text += Wrapped(limit.note, kSourceIndent);
+    return text;
+}
+
+}  // namespace
+
+std::shared_ptr<StandardsLibrary> OpenStandards(std::vector<fs::path> folders, std::ostream& err) {
+    if (fs::path own = UserStandardsFolder(); !own.empty()) folders.push_back(std::move(own));
+    auto library = std::make_shared<StandardsLibrary>(
+        folders, LimitFault, [&err](const std::string& fault) { err << "vorex: " << fault << "\n"; });
+    GGlobals().SetPlugInPointer(library);
+    return library;
+}
+
+std::string StandardsText(const StandardsLibrary& library) {
+    std::string text;
+    for (const StandardFile& file : library.Standards()) {
+        text += (text.empty() ? "" : "\n") + file.name + ":" + file.version + "\n";
+        if (!file.about.empty()) text += Wrapped(file.about, 2);
+        for (int32_t test : kMeasuringTests) {
+            if (!file.HasTest(test)) continue;
+            text += "  " + PlainText(test) + " " + std::string(FindTest(test)->title) + "\n";
+            for (const StandardLimit& limit : file.limits)
+                if (limit.IsFor(test)) text += LimitText(limit);
+        }
+    }
+    return text.empty() ? "There is no standard.\n" : text;
+}
+
+void AddStandard(ElementFile& file, StandardsLibrary& library, const std::string& wanted,
+                 std::span<const int32_t> ids, std::ostream& err) {
+    std::vector<StandardName> known;
+    for (const StandardFile& standard : library.Standards())
+        known.push_back({standard.name, standard.version});
+    const StandardName name = FindStandard(wanted, known, "among the standards (see vorex standards)");
+    for (int32_t id : ids)
+        if (!file.FindElement(id))
+            throw std::runtime_error("there is no element " + PlainText(id) + " in the file");
+    Addition addition(library, name, ids, err);
+    addition.AddTo(file.Elements(), false);
+    addition.RaiseUnlessDone();
+    const auto selected = file.Selected();
+    const auto judging = selected->Standards();
+    if (std::find(judging.begin(), judging.end(), name) == judging.end())
+        err << "vorex: \"" << FullName(name) << "\" does not judge yet: the file selects others (see vorex "
+            << "standards select)\n";
+}
+
+void SelectStandards(ElementFile& file, std::span<const std::string> wanted) {
+    file.Select(std::nullopt);
+    const auto all = file.Selected();
+    const std::vector<StandardName> known(all->Standards().begin(), all->Standards().end());
+    std::vector<StandardName> chosen;
+    for (const std::string& name : wanted) {
+        StandardName standard = FindStandard(name, known, "in the file");
+        if (std::find(chosen.begin(), chosen.end(), standard) == chosen.end())
+            chosen.push_back(std::move(standard));
+    }
+    file.Select(std::move(chosen));
+}
+
+}  // namespace vorex

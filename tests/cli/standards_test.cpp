@@ -1,0 +1,316 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/program_fixture.h"
+#include "test_paths.h"
+
+namespace vorex::test {
+namespace {
+
+/// The commands that list standards and bring them into a file.
+class StandardsCommandTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        setenv("VOREX_STANDARDS", (std::string(kSourceDir) + "/standards").c_str(), 1);
+    }
+    void TearDown() override {
+        unsetenv("VOREX_STANDARDS");
+        ProgramTest::TearDown();
+    }
+
+    /// Has a folder of the user's own in place of the shipped one.
+    void UseOwn(const std::string& name, const std::string& text) {
+        std::filesystem::create_directories(folder / "own");
+        setenv("VOREX_STANDARDS", Path("own").c_str(), 1);
+        Write("own/" + name, text);
+    }
+    int Add(const std::string& file, const std::string& standard, const std::string& output,
+            const std::vector<std::string>& more = {}) {
+        std::vector<std::string> arguments = {"standards", "add", Path(file), standard, "-o", Path(output)};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return Run(arguments);
+    }
+    /// The limits of a standard in an element: "KEY UNIT low high" in brackets, a side with its expression.
+    std::string Limits(const std::string& file, int id, const std::string& standard) {
+        pugi::xml_document document;
+        document.load_file(Path(file).c_str());
+        const std::string query = "//TestElement[@ID='" + std::to_string(id) +
+                                  "']/ExpectedResult/Standard[@Name='" + standard + "']/Limit";
+        std::string text;
+        for (const pugi::xpath_node& node : document.select_nodes(query.c_str())) {
+            text += std::string("[") + node.node().attribute("Key").value() + "|" +
+                    node.node().attribute("Unit").value();
+            for (const char* name : {"Low", "High"}) {
+                const pugi::xml_node side = node.node().child(name);
+                text += std::string("|") + side.attribute("Value").value();
+                const std::string form = side.attribute("Expression").value();
+                if (!form.empty() && form != "Y") text += " " + form;
+            }
+            text += "]";
+        }
+        return text;
+    }
+};
+
+std::string OwnStandard(const std::string& limits) {
+    return R"({"standard":1,"name":"Own","version":"1","limits":[)" + limits + "]}";
+}
+std::string OwnLimit(const std::string& tests, const std::string& members) {
+    return R"({"tests":)" + tests + R"(,"authority":"House","clause":"7.1",)" + members + "}";
+}
+/// A limit of all tests: the practical peak voltage of `Shot` is 80 kV.
+std::string PeakLimit(const std::string& high) {
+    return OwnStandard(OwnLimit("[100,200,300,500,700,900,1100,1200]",
+                                R"("key":"ER kV PPV","unit":"KV","high":{"value":)" + high + "}"));
+}
+
+// Expected numbers stand in the clauses; those between two voltages, and per second or hour, by hand.
+TEST_F(StandardsCommandTest, ShippedLimitsStandInTheElementsOfTheirTests) {
+    const std::string fluoro = Exposures(2) + "<MeasurementMode>2</MeasurementMode>";
+    const std::string gray = "<MeasurementExposure>2</MeasurementExposure>";
+    const auto base = [](const std::string& code) {
+        return "<MeasurementExposureRateUnit>" + code + "</MeasurementExposureRateUnit>";
+    };
+    const auto kv = [](const std::string& value) {
+        return Exposures(2) + "<MachineKV>" + value + "</MachineKV>";
+    };
+    const std::string hvl = "FDA half-value layer";
+    const std::string rate = "[ER Maxi. Exposure Rate";
+    struct Case {
+        int test;
+        std::string settings;
+        std::string name;
+        std::string version;
+        std::string limits;
+    };
+    const Case cases[] = {
+        {100, Exposures(2), "FDA radiography", "21 CFR 1020.31", "[ER Exposure|||0.05 CV]"},
+        {300, Exposures(2), "FDA radiography", "21 CFR 1020.31",
+         "[ER Adjacent|||0.1][ER Non Adjacent|||0.1]"},
+        {100, Exposures(2), "Utah radiography", "R313-28-56", "[ER kVp Avg|%|-10 X+(X*Y%)|10 X+(X*Y%)]"},
+        {300, Exposures(2), "Utah radiography", "R313-28-56", "[ER kVp Avg|%|-10 X+(X*Y%)|10 X+(X*Y%)]"},
+        {200, Exposures(1) + "<GeneratorSetup>2</GeneratorSetup>", "Utah radiography", "R313-28-56",
+         "[ER RA Percentage kVp Avg Error|%|-10|10][ER RA Percentage Timer Error|%|-10|10]"},
+        {100, kv("80"), hvl, "above 70 kV, made before 2006-06-10", "[ER HVL|mm Al at 80 kV|2.3|]"},
+        {100, kv("80"), hvl, "above 70 kV, made from 2006-06-10", "[ER HVL|mm Al at 80 kV|2.9|]"},
+        {300, kv("75.5"), hvl, "above 70 kV, made from 2006-06-10", "[ER HVL|mm Al at 75.5 kV|2.7|]"},
+        {100, kv("150"), hvl, "above 70 kV, made from 2006-06-10", "[ER HVL|mm Al at 150 kV|5.4|]"},
+        {100, kv("71"), hvl, "above 70 kV, made before 2006-06-10", "[ER HVL|mm Al at 71 kV|2.1|]"},
+        {100, kv("65"), hvl, "51 to 70 kV, made before 2006-06-10", "[ER HVL|mm Al at 65 kV|1.4|]"},
+        {100, kv("51"), hvl, "51 to 70 kV, made from 2006-06-10", "[ER HVL|mm Al at 51 kV|1.3|]"},
+        {700, fluoro + gray + base("2"), "FDA fluoroscopy", "automatic rate control",
+         rate + "1|mGy/min||88]" + rate + "2|mGy/min||88]"},
+        {700, fluoro + gray + base("3"), "FDA fluoroscopy", "manual rate control",
+         rate + "1|mGy/hr||2640]" + rate + "2|mGy/hr||2640]"},
+        {700, fluoro + base("2"), "FDA fluoroscopy", "high level control",
+         rate + "1|R/min||20]" + rate + "2|R/min||20]"},
+        {700, fluoro + base("1"), "FDA fluoroscopy", "automatic rate control",
+         rate + "1|R/sec||0.166666666666667]" + rate + "2|R/sec||0.166666666666667]"},
+        {900, kv("28"), "FDA mammography", "21 CFR 900.12", "[ER Percentage Error|%|-5|5][ER CV|||0.02]"},
+        {1100, Exposures(2), "FDA mammography", "21 CFR 900.12",
+         "[ER Coefficient of Variation Exposure|||0.05][ER Coefficient of Variation mAs|||0.05]"
+         "[ER Computed Average Glandular Dose|mrad||300]"},
+        {1200, kv("28"), "FDA mammography", "21 CFR 900.12",
+         "[ER Exposure Rate(mR/sec)|mR/sec at 28 kV|800|]"},
+        {900, kv("27"), "FDA mammography half-value layer", "21 CFR 900.12", "[ER HVL|mm Al at 27 kV|0.27|]"},
+        {1100, Exposures(2) + "<NominalKV>32</NominalKV>", "FDA mammography half-value layer",
+         "21 CFR 900.12", "[ER HVL|mm Al at 32 kV|0.32|]"},
+    };
+    for (const Case& c : cases) {
+        const std::string label = std::to_string(c.test) + " " + c.name + ":" + c.version;
+        Write("in.xml", Sequence(Element(1, c.test, c.settings)));
+        EXPECT_EQ(Add("in.xml", c.name + ":" + c.version, "added.xml"), kExitPassed) << label << err;
+        EXPECT_EQ(Limits("added.xml", 1, c.name), c.limits) << label << err;
+    }
+}
+
+TEST_F(StandardsCommandTest, ALimitWithoutAPlaceIsLeftOutWithAWord) {
+    const std::string gray = Exposures(2) + "<MeasurementExposure>2</MeasurementExposure>";
+    struct Case {
+        int test;
+        std::string settings;
+        std::string standard;
+        std::string word;
+    };
+    const Case cases[] = {
+        // In Gy the dose reads far too low: a limit on it would pass whatever the unit gives.
+        {1100, gray, "FDA mammography", "\"ER Computed Average Glandular Dose\" in mrad is left out"},
+        {200, Exposures(1) + "<GeneratorSetup>1</GeneratorSetup>", "Utah radiography",
+         "\"ER RA Percentage Timer Error\" in % is left out"},
+    };
+    for (const Case& c : cases) {
+        Write("in.xml", Sequence(Element(4, c.test, c.settings)));
+        EXPECT_EQ(Add("in.xml", c.standard, "added.xml"), kExitPassed) << err;
+        EXPECT_NE(err.find("element 4: " + c.word), std::string::npos) << err;
+    }
+    // Nothing fits: an error, and nothing is written.
+    const std::string perPulse = Exposures(1) +
+                                 "<MeasurementMode>2</MeasurementMode>"
+                                 "<MeasurementExposureRateUnit>4</MeasurementExposureRateUnit>";
+    const Case nothing[] = {
+        {1200, gray + "<MachineKV>28</MachineKV>", "FDA mammography", "reads in R"},
+        {1200, Exposures(2) + "<MachineKV>27</MachineKV>", "FDA mammography", "27 kV"},
+        {100, Exposures(2) + "<MachineKV>70</MachineKV>",
+         "FDA half-value layer:above 70 kV, made from 2006-06-10", "71 to 150 kV"},
+        {700, perPulse, "FDA fluoroscopy:automatic rate control", "R/pulse"},
+        {100, Exposures(2), "FDA mammography", "for test 900, 1100, 1200"},
+    };
+    for (const Case& c : nothing) {
+        Write("in.xml", Sequence(Element(4, c.test, c.settings)));
+        EXPECT_EQ(Add("in.xml", c.standard, "nothing.xml"), kExitUsage) << c.standard;
+        EXPECT_NE(err.find(c.word), std::string::npos) << err;
+        EXPECT_FALSE(Exists("nothing.xml")) << c.standard;
+    }
+}
+
+TEST_F(StandardsCommandTest, AnAddedStandardJudgesEveryMeasuringTest) {
+    Write("unit.jsonl", kHead + Shot("80") + Shot("80"));
+    for (int test : {100, 200, 300, 500, 700, 900, 1100, 1200}) {
+        const std::string label = "test " + std::to_string(test);
+        Write("unit.xml", Sequence(Element(1, test, Exposures(2))));
+        ASSERT_EQ(RunFile("unit.xml", "unit.jsonl"), kExitPassed) << label << err;
+        std::filesystem::copy_file(Path("out.xml"), Path("passed.xml"),
+                                   std::filesystem::copy_options::overwrite_existing);
+
+        UseOwn("own.json", PeakLimit("79"));
+        ASSERT_EQ(Add("unit.xml", "Own", "strict.xml"), kExitPassed) << label << err;
+        ASSERT_EQ(Run({"standards", "select", Path("strict.xml"), "Own", "-o", Path("chosen.xml")}), 0)
+            << err;
+        EXPECT_EQ(RunFile("chosen.xml", "unit.jsonl"), kExitFailed) << label << err;
+        ASSERT_EQ(Add("passed.xml", "Own", "judge.xml"), kExitPassed) << label << err;
+        EXPECT_EQ(Run({"judge", Path("judge.xml"), "-o", Path("judged.xml")}), kExitFailed) << label << err;
+
+        UseOwn("own.json", PeakLimit("80"));
+        ASSERT_EQ(Add("strict.xml", "Own", "equal.xml"), kExitPassed) << label << err;
+        EXPECT_EQ(RunFile("equal.xml", "unit.jsonl"), kExitPassed) << label << err;
+    }
+}
+
+TEST_F(StandardsCommandTest, AShippedLimitFailsARunAndAChoiceOfOthersDoesNot) {
+    Write("unit.jsonl", kHead + Shot("80", "100") + Shot("80", "50"));
+    Write("unit.xml", Sequence(Element(1, 100, Exposures(2), Limit("ER kVp Max", R"(<High Value="90"/>)"))));
+    ASSERT_EQ(Add("unit.xml", "FDA radiography", "added.xml"), kExitPassed) << err;
+    EXPECT_EQ(RunFile("added.xml", "unit.jsonl"), kExitFailed) << err;
+    ASSERT_EQ(Run({"standards", "select", Path("added.xml"), "Site", "-o", Path("site.xml")}), 0) << err;
+    EXPECT_EQ(RunFile("site.xml", "unit.jsonl"), kExitPassed) << err;
+    // A file that selects others says so when one is added.
+    ASSERT_EQ(Add("site.xml", "Utah radiography", "more.xml"), kExitPassed);
+    EXPECT_NE(err.find("\"Utah radiography:R313-28-56\" does not judge yet"), std::string::npos) << err;
+}
+
+TEST_F(StandardsCommandTest, AddingReplacesTheSameStandardAndKeepsEverythingElse) {
+    const std::string limits =
+        R"(<!-- kept --><ExpectedResult><Standard Name="Own" Version="1"><Limit Key="ER HVL"><Low Value="3"/>)"
+        R"(</Limit><Limit Key="ER kV PPV"><High Value="50"/></Limit></Standard>)"
+        R"(<Standard Name="Own" Version="0"><Limit Key="ER HVL"><Low Value="4"/></Limit></Standard>)"
+        R"(</ExpectedResult><Foreign a="1">x</Foreign>)";
+    Write("unit.xml", Sequence(Element(1, 100, Exposures(2), limits)));
+    UseOwn("own.json", PeakLimit("79"));
+    ASSERT_EQ(Add("unit.xml", "Own", "added.xml"), kExitPassed) << err;
+    EXPECT_EQ(Limits("added.xml", 1, "Own"), "[ER HVL||4|][ER kV PPV|KV||79]");
+    const std::string text = Read("added.xml");
+    EXPECT_NE(text.find("<!-- kept -->"), std::string::npos);
+    EXPECT_NE(text.find("<Foreign a=\"1\">x</Foreign>"), std::string::npos);
+    ASSERT_EQ(Add("added.xml", "Own:1", "again.xml"), kExitPassed) << err;
+    EXPECT_EQ(Read("again.xml"), text);
+    // Without -o the file goes to standard output.
+    ASSERT_EQ(Run({"standards", "add", Path("unit.xml"), "Own"}), kExitPassed);
+    EXPECT_EQ(out, text);
+}
+
+TEST_F(StandardsCommandTest, GroupsAreWalkedAndAnIdNamesWhatTakesTheStandard) {
+    const auto test = [](int id) { return Element(id, 100, Exposures(2)); };
+    Write("unit.xml", Sequence(Group(1, test(2) + Group(3, test(4))) + test(5)));
+    UseOwn("own.json", PeakLimit("79"));
+    struct Case {
+        std::vector<std::string> ids;
+        std::vector<int> taken;
+    };
+    const Case cases[] = {
+        {{}, {2, 4, 5}},
+        {{"--element", "3"}, {4}},
+        {{"--element", "1"}, {2, 4}},
+        {{"--element", "2", "--element", "5"}, {2, 5}},
+    };
+    for (const Case& c : cases) {
+        ASSERT_EQ(Add("unit.xml", "Own", "added.xml", c.ids), kExitPassed) << err;
+        std::vector<int> taken;
+        for (int id : {2, 4, 5})
+            if (!Limits("added.xml", id, "Own").empty()) taken.push_back(id);
+        EXPECT_EQ(taken, c.taken);
+    }
+    EXPECT_EQ(Add("unit.xml", "Own", "none.xml", {"--element", "9"}), kExitUsage);
+    EXPECT_NE(err.find("there is no element 9"), std::string::npos) << err;
+}
+
+TEST_F(StandardsCommandTest, AWrongNameIsAnErrorThatListsWhatThereIs) {
+    Write("unit.xml", Sequence(Element(1, 100, Exposures(2), Limit("ER HVL", R"(<Low Value="3"/>)"))));
+    const std::string in = Path("unit.xml");
+    struct Case {
+        std::vector<std::string> arguments;
+        std::vector<std::string> message;
+    };
+    const Case cases[] = {
+        {{"add", in, "Foo"}, {"\"Foo\"", "\"FDA mammography:21 CFR 900.12\"", "\"Utah radiography:"}},
+        {{"add", in, "FDA radiography:1"}, {"\"FDA radiography:1\"", "21 CFR 1020.31"}},
+        {{"add", in, "FDA fluoroscopy"}, {"several versions", "\"FDA fluoroscopy:high level control\""}},
+        {{"select", in, "Foo"}, {"\"Foo\"", "\"Site:1\""}},
+        {{"select", in, "Site", "FDA radiography"}, {"\"FDA radiography\"", "\"Site:1\""}},
+        {{"select", in}, {"NAME is required"}},
+        {{"add", in, "Utah radiography", "-o", in}, {"the output is the input"}},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> arguments = {"standards"};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        EXPECT_EQ(Run(arguments), kExitUsage) << err;
+        EXPECT_EQ(out, "");
+        for (const std::string& part : c.message) EXPECT_NE(err.find(part), std::string::npos) << err;
+    }
+}
+
+TEST_F(StandardsCommandTest, TheListNamesLimitsAndClausesInAHundredColumns) {
+    ASSERT_EQ(Run({"standards"}), kExitPassed);
+    std::istringstream lines(out);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
+    for (const char* part :
+         {"FDA radiography:21 CFR 1020.31\n", "  100 Radiography Reproducibility\n",
+          "    ER Exposure: at most 0.05 as CV\n        FDA, 21 CFR 1020.31(b)(1)\n",
+          "    ER kVp Avg: at least X - 10 %, at most X + 10 %\n        Utah, R313-28-56\n"})
+        EXPECT_NE(out.find(part), std::string::npos) << part;
+}
+
+TEST_F(StandardsCommandTest, AnOwnFileWithAFaultIsNamedAndTheOthersAreThere) {
+    struct Case {
+        std::string limit;
+        std::string word;
+    };
+    const std::string high = R"(,"high":{"value":5})";
+    const Case cases[] = {
+        {R"("key":"ER Nothing")" + high, "no column is judged by this key"},
+        {R"("key":"HVL","unit":"mm Al")" + high, "no column is judged by this key"},
+        {R"("key":"ER HVL","unit":"mm Cu")" + high, "the unit \"mm Cu\""},
+        {R"("key":"ER HVL")" + high, "the unit none"},
+        // X of these would be 80 kV, whatever is set.
+        {R"x("key":"ER kVp Avg","unit":"%","high":{"value":5,"expression":"X+(X*Y%)"})x",
+         "an expression with X needs"},
+        {R"("key":"ER HVL","unit":"mm Al","low":{"byVoltage":[[80,2.3]]})", "\"byVoltage\" needs"},
+        {R"("key":"ER Exposure","high":{"value":0.05,"expression":"CV"})", "no column is judged"},
+    };
+    UseOwn("good.json", PeakLimit("79"));
+    for (const Case& c : cases) {
+        Write("own/wrong.json", OwnStandard(OwnLimit("[200]", c.limit)));
+        EXPECT_EQ(Run({"standards"}), kExitPassed);
+        EXPECT_NE(err.find("wrong.json: limit 1"), std::string::npos) << c.limit << err;
+        EXPECT_NE(err.find("test 200: " + c.word), std::string::npos) << c.limit << err;
+        EXPECT_NE(out.find("Own:1"), std::string::npos) << err;
+    }
+}
+
+}  // namespace
+}  // namespace vorex::test
