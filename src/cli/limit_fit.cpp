@@ -34,15 +34,12 @@ bool Has(const std::vector<LimitExpression>& forms, LimitExpression form) {
     return std::find(forms.begin(), forms.end(), form) != forms.end();
 }
 
-/// The column that a limit judges; null when the row has none.
-const CMeasurement* JudgedColumn(const MeasurementRow& row, const StandardLimit& limit) {
-    const bool variation = Has(FormsOf(limit), LimitExpression::kVariation);
+/// True when a limit judges the numbers of a column.
+bool Judges(const StandardLimit& limit, const CMeasurement& column) {
     // The adjacent marking becomes part of the key only while a test is judged.
     const std::string_view wanted = limit.key == key::kErAdjacent ? key::kErNonAdjacent : limit.key;
-    const auto at = std::find_if(row.begin(), row.end(), [&](const auto& item) {
-        return LimitKeyOf(item->RawKey()) == wanted && IsVariationRow(item->RawKey()) == variation;
-    });
-    return at == row.end() ? nullptr : at->get();
+    return IsVariationRow(column.RawKey()) == Has(FormsOf(limit), LimitExpression::kVariation) &&
+           LimitKeyOf(column.RawKey()) == wanted;
 }
 
 /// The unit of the column, without a language.
@@ -97,22 +94,29 @@ std::optional<double> ValueAt(const std::vector<VoltagePoint>& points, double kv
     return std::nullopt;
 }
 
-/// Rows that between them have every column of a test in every unit.
-std::vector<MeasurementRow> VariantsOf(int32_t testId) {
+/// The columns that a test can have, each once for every unit that it can be in.
+MeasurementRow PossibleColumns(int32_t testId) {
     constexpr int32_t kRateBases = 4;
-    std::vector<MeasurementRow> rows;
+    MeasurementRow columns;
     CConfigCommon config;
     config.pTestID = testId;
     config.pGeneratorSetup = kSetupMaTime;
     config.pMeasurementFluoroType = kPulsed;
-    const auto addAllUnits = [&] {
+    const auto takeNew = [&] {
+        for (const auto& item : BuildColumns(config))
+            if (std::none_of(columns.begin(), columns.end(), [&](const auto& known) {
+                    return known->RawKey() == item->RawKey() && known->RawUnit() == item->RawUnit();
+                }))
+                columns.push_back(item);
+    };
+    const auto takeAllUnits = [&] {
         for (int32_t unit : {kUnitR, kUnitGy})
             for (int32_t base = 1; base <= kRateBases; ++base) {
                 config.pMeasurementExposure = unit;
                 config.pMeasurementExposureRateUnit = base;
                 config.PKDoseUnit = unit - 1;  // R and Gy, counted from 0, as the bases are
                 config.PKDoseRateUnit = base - 1;
-                rows.push_back(BuildColumns(config));
+                takeNew();
             }
     };
     for (int32_t kind = kZrd; kind <= kPelomarkAndMas; ++kind)
@@ -121,16 +125,16 @@ std::vector<MeasurementRow> VariantsOf(int32_t testId) {
                 config.DetectorName = kind;
                 config.pMeasurementMode = mode;
                 config.pMeasurementTimeUnit = time;
-                addAllUnits();
+                takeAllUnits();
             }
-    return rows;
+    return columns;
 }
 
-const std::vector<MeasurementRow>& AllColumns(int32_t testId) {
-    static std::map<int32_t, std::vector<MeasurementRow>> known;
-    std::vector<MeasurementRow>& rows = known[testId];
-    if (rows.empty()) rows = VariantsOf(testId);
-    return rows;
+const MeasurementRow& KnownColumns(int32_t testId) {
+    static std::map<int32_t, MeasurementRow> known;
+    MeasurementRow& columns = known[testId];
+    if (columns.empty()) columns = PossibleColumns(testId);
+    return columns;
 }
 
 std::string Quoted(const std::string& text) {
@@ -157,11 +161,12 @@ class Fitting {
     /// Why the limit has no place; empty when it has one, and then it stands in `Result`.
     std::string Fault() {
         const MeasurementRow columns = BuildColumns(mConfig);
-        const CMeasurement* const column = JudgedColumn(columns, mFitted);
-        if (column == nullptr) return "the element does not measure it as it is set up";
+        const auto at = std::find_if(columns.begin(), columns.end(),
+                                     [&](const auto& column) { return Judges(mFitted, *column); });
+        if (at == columns.end()) return "the element does not measure it as it is set up";
         if (!mFitted.readings.empty() && Readings() != mFitted.readings)
             return "it holds for a detector that reads in " + mFitted.readings;
-        const std::string unit = UnitOfNumbers(mFitted, *column);
+        const std::string unit = UnitOfNumbers(mFitted, **at);
         const std::optional<double> factor = Conversion(mFitted.unit, unit);
         if (!factor) return "it is stated in " + mFitted.unit + ", the element measures in " + unit;
         mFitted.unit = unit;
@@ -212,9 +217,8 @@ class Fitting {
 
 std::string LimitFault(int32_t testId, const StandardLimit& limit) {
     std::vector<std::string> units;
-    for (const MeasurementRow& row : AllColumns(testId)) {
-        const CMeasurement* column = JudgedColumn(row, limit);
-        if (column == nullptr) continue;
+    for (const auto& column : KnownColumns(testId)) {
+        if (!Judges(limit, *column)) continue;
         if (std::string fault = FormFault(testId, limit, *column); !fault.empty()) return fault;
         std::string unit = UnitOfNumbers(limit, *column);
         if (unit == limit.unit) return {};

@@ -77,7 +77,6 @@ void AddStandardsCommands(CLI::App& app, Arguments& arguments) {
         app.add_subcommand("standards", "Lists the standards with their limits and clauses");
     standards->require_subcommand(0, 1);
     standards->footer(kStandardsExample);
-    AddLanguage(*standards, arguments.common);
 
     CLI::App* add = standards->add_subcommand("add", "Puts a standard into the elements of a file");
     add->add_option("FILE", arguments.add.input, "Element file")->required();
@@ -94,6 +93,8 @@ void AddStandardsCommands(CLI::App& app, Arguments& arguments) {
         ->required();
     AddOutput(*select, arguments.select.output);
     select->footer(kSelectExample);
+
+    for (CLI::App* command : {standards, add, select}) AddLanguage(*command, arguments.common);
 }
 
 void AddCommands(CLI::App& app, Arguments& arguments) {

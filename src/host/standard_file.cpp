@@ -7,7 +7,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
-#include <sstream>
+#include <system_error>
 #include <tuple>
 #include <utility>
 
@@ -276,6 +276,9 @@ StandardFile ParseStandard(std::string_view text, std::string_view fileName, con
 }
 
 StandardFile ReadStandard(const std::filesystem::path& path, const LimitCheck& check) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error))
+        throw FileError({path.string(), 0, {}}, "is no file", "a standard");
     std::ifstream stream(path, std::ios::binary);
     std::string text(kLargestFile + 1, '\0');
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));

@@ -192,6 +192,89 @@ TEST_F(StandardsCommandTest, AnAddedStandardJudgesEveryMeasuringTest) {
     }
 }
 
+/// An exposure of the ZRD 47500: voltage, exposure, rate, time and half-value layer.
+std::string Measured(const std::string& kv, const std::string& exposure, const std::string& rate,
+                     const std::string& time, const std::string& hvl) {
+    return R"({"exposure":{"detector":[")" + kv + "\",\"" + kv + "\",\"" + kv + "\",\"" + exposure + "\",\"" +
+           rate + "\",\"" + time + R"(","0","0","0",")" + hvl + "\"]}}\n";
+}
+
+// What lies at a limit passes, what lies just beyond it fails.
+TEST_F(StandardsCommandTest, ShippedLimitsJudgeWhereTheirClausesSay) {
+    const auto twice = [](const std::string& line) { return line + line; };
+    const std::string fluoro =
+        Exposures(1) +
+        "<MeasurementMode>2</MeasurementMode><MeasurementExposure>2</MeasurementExposure>"
+        "<MeasurementExposureRateUnit>2</MeasurementExposureRateUnit>";
+    const std::string mammo28 =
+        Exposures(2) + "<MeasurementMode>3</MeasurementMode><MachineKV>28</MachineKV>";
+    // 1.81 R at 60 cm is 1.7627 R at the skin, (60 / 60.8)^2 of it; times 169.34 mrad/R that is 298.5 mrad.
+    // 1.83 R give 301.8 mrad.
+    const std::string phantom =
+        Exposures(2) +
+        "<MeasurementMode>3</MeasurementMode><NominalKV>28</NominalKV><TargetMaterial>Mo</TargetMaterial>"
+        "<Filter>Mo</Filter><MeasuredHVL>0.33</MeasuredHVL><BreastThickness>4.2</BreastThickness>"
+        "<GlandularFraction>0.5</GlandularFraction><SourceToDetectorDistance>60</SourceToDetectorDistance>"
+        "<SouceToBuckyDistance>65</SouceToBuckyDistance><CorrectionFactor>1</CorrectionFactor>";
+    const auto masTimes = [](const std::string& first, const std::string& second) {
+        return "<MachinemAs0>" + first + "</MachinemAs0><MachinemAs1>" + second + "</MachinemAs1>";
+    };
+    const std::string accuracy = Exposures(1) +
+                                 "<GeneratorSetup>2</GeneratorSetup><MachineKV0>80</MachineKV0>"
+                                 "<MachineTime0>100</MachineTime0>"
+                                 "<PassFailRadioAccuracyKVP0>1</PassFailRadioAccuracyKVP0>";
+    const std::string hvl = "FDA half-value layer:above 70 kV, made from 2006-06-10";
+    struct Case {
+        int test;
+        std::string settings;
+        std::string standard;
+        std::string at;
+        std::string beyond;
+    };
+    const Case cases[] = {
+        // Standard deviation over mean: 5 / 100 of 96.465 and 103.535; 6 / 100 of 95.757 and 104.243.
+        {100, Exposures(2), "FDA radiography",
+         Measured("80", "96.465", "100", "10", "3") + Measured("80", "103.535", "100", "10", "3"),
+         Measured("80", "95.757", "100", "10", "3") + Measured("80", "104.243", "100", "10", "3")},
+        {100, Exposures(1), "Utah radiography", Measured("88", "1", "1", "1", "3"),
+         Measured("88.1", "1", "1", "1", "3")},
+        {300, Exposures(1), "Utah radiography", Measured("72", "1", "1", "1", "3"),
+         Measured("71.9", "1", "1", "1", "3")},
+        {200, accuracy, "Utah radiography", Measured("88", "1", "1", "100", "3"),
+         Measured("88.1", "1", "1", "100", "3")},
+        {200, accuracy, "Utah radiography", Measured("80", "1", "1", "90", "3"),
+         Measured("80", "1", "1", "89.9", "3")},
+        {100, Exposures(1) + "<MachineKV>80</MachineKV>", hvl, Measured("80", "1", "1", "1", "2.9"),
+         Measured("80", "1", "1", "1", "2.89")},
+        {700, fluoro, "FDA fluoroscopy:automatic rate control", Measured("80", "1", "88", "1", "3"),
+         Measured("80", "1", "88.1", "1", "3")},
+        {900, mammo28, "FDA mammography", twice(Measured("29.4", "1", "1", "1", "1")),
+         twice(Measured("29.5", "1", "1", "1", "1"))},
+        // 2 / 100 of 27.604 and 28.396, 3 / 100 of 27.406 and 28.594.
+        {900, mammo28, "FDA mammography",
+         Measured("27.604", "1", "1", "1", "1") + Measured("28.396", "1", "1", "1", "1"),
+         Measured("27.406", "1", "1", "1", "1") + Measured("28.594", "1", "1", "1", "1")},
+        {900, mammo28, "FDA mammography half-value layer", twice(Measured("28", "1", "1", "1", "0.28")),
+         twice(Measured("28", "1", "1", "1", "0.279"))},
+        {1100, phantom + masTimes("80", "80"), "FDA mammography",
+         twice(Measured("28", "1810", "1", "1", "0.33")), twice(Measured("28", "1830", "1", "1", "0.33"))},
+        {1100, phantom + masTimes("80", "80"), "FDA mammography",
+         Measured("28", "964.65", "1", "1", "0.33") + Measured("28", "1035.35", "1", "1", "0.33"),
+         Measured("28", "957.57", "1", "1", "0.33") + Measured("28", "1042.43", "1", "1", "0.33")},
+        {1200, mammo28, "FDA mammography", twice(Measured("28", "2400", "1", "3000", "0.33")),
+         twice(Measured("28", "2399.9", "1", "3000", "0.33"))},
+    };
+    for (const Case& c : cases) {
+        const std::string label = std::to_string(c.test) + " " + c.standard + "\n" + c.beyond;
+        Write("in.xml", Sequence(Element(1, c.test, c.settings)));
+        ASSERT_EQ(Add("in.xml", c.standard, "added.xml"), kExitPassed) << label << err;
+        Write("unit.jsonl", kHead + c.at);
+        EXPECT_EQ(RunFile("added.xml", "unit.jsonl"), kExitPassed) << label << err;
+        Write("unit.jsonl", kHead + c.beyond);
+        EXPECT_EQ(RunFile("added.xml", "unit.jsonl"), kExitFailed) << label << err;
+    }
+}
+
 TEST_F(StandardsCommandTest, AShippedLimitFailsARunAndAChoiceOfOthersDoesNot) {
     Write("unit.jsonl", kHead + Shot("80", "100") + Shot("80", "50"));
     Write("unit.xml", Sequence(Element(1, 100, Exposures(2), Limit("ER kVp Max", R"(<High Value="90"/>)"))));

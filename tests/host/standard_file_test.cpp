@@ -138,14 +138,16 @@ TEST_F(StandardsLibraryTest, ABadFileAndASecondOfANameArePassedOverByName) {
     Write("b.json", "{");
     Write("c.json", OneLimit(R"(,"high":{"value":2})"));
     Write("notes.txt", "not a standard");
+    std::filesystem::create_directory(folder / "d.json");
     const StandardsLibrary library = Open();
     ASSERT_EQ(library.Standards().size(), 1U);
     EXPECT_EQ(library.Find("Site", "1")->limits[0].high.value, 1);
     EXPECT_EQ(library.Find("Site", "2"), nullptr);
-    ASSERT_EQ(faults.size(), 2U);
+    ASSERT_EQ(faults.size(), 3U);
     EXPECT_NE(faults[0].find("b.json"), std::string::npos) << faults[0];
     EXPECT_NE(faults[1].find("c.json"), std::string::npos) << faults[1];
     EXPECT_NE(faults[1].find("a.json already"), std::string::npos) << faults[1];
+    EXPECT_NE(faults[2].find("d.json: is no file"), std::string::npos) << faults[2];
 }
 
 TEST_F(StandardsLibraryTest, HandsOutTheLimitsOfATestAndNothingForOthers) {
