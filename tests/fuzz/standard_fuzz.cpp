@@ -8,12 +8,12 @@
 #include "host/file_error.h"
 #include "host/standard_file.h"
 
-/// A standard is refused with its one error, without control characters and with the file's name, or each of its
-/// limits fits an element or is left out with a word.
+/// A standard is refused with its one error, without control characters and with the file's name, or each of
+/// its limits fits an element or is left out with a word.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     try {
-        const vorex::StandardFile file = vorex::ParseStandard({reinterpret_cast<const char*>(data), size},
-                                                              "site.json", vorex::LimitFault);
+        const vorex::StandardFile file =
+            vorex::ParseStandard({reinterpret_cast<const char*>(data), size}, "site.json", vorex::LimitFault);
         for (const vorex::StandardLimit& limit : file.limits) {
             for (const int32_t test : limit.tests) {
                 vorex::CConfigCommon config;
