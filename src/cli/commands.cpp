@@ -302,7 +302,7 @@ int ShowCommand(const ShowOptions& options, const CommonOptions& common, Termina
     const auto file = ElementFile::Load(options.input);
     const auto instruments = file->Instruments();
     terminal.out << ResultText(
-        {options.input.string(), file->Elements(), file->Selected(), instruments->Entries()},
+        {options.input.string(), file->Elements(), file->Selected(), instruments->Entries(), options.all},
         terminal.colour);
     return kExitPassed;
 }

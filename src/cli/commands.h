@@ -52,6 +52,7 @@ struct JudgeOptions {
 
 struct ShowOptions {
     std::filesystem::path input;
+    bool all = false;  ///< with the readings that a redo replaced
 };
 
 struct StandardsAddOptions {

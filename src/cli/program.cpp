@@ -36,7 +36,7 @@ constexpr const char* kRunExample =
     "abort, redo N. An element that the script does not reach is driven with start,next.";
 
 constexpr const char* kJudgeExample = "Example:\n  vorex judge result.xml -o judged.xml";
-constexpr const char* kShowExample = "Example:\n  vorex show result.xml";
+constexpr const char* kShowExample = "Example:\n  vorex show result.xml\n  vorex show --all result.xml";
 
 constexpr const char* kStandardsExample =
     "Example:\n"
@@ -124,6 +124,7 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
 
     CLI::App* show = app.add_subcommand("show", "Prints the tests of a file with their results");
     show->add_option("FILE", arguments.show.input, "Element file")->required();
+    show->add_flag("--all", arguments.show.all, "Also the readings that a redo has replaced");
     show->footer(kShowExample);
 
     AddStandardsCommands(app, arguments);

@@ -111,6 +111,7 @@ class TestText {
         AddCalculations(*result);
         AddFailures(*result);
         AddWaveforms(*result);
+        AddSuperseded(*result);
         return std::move(mText);
     }
 
@@ -230,6 +231,35 @@ class TestText {
         if (words.empty()) return;
         Line("");
         Line("Waveforms: " + words);
+    }
+
+    /// What a redo has replaced: without a mark of failure, for no verdict uses it.
+    void AddSuperseded(const CResultCommon& result) {
+        const auto& all = result.Superseded();
+        if (all.empty()) return;
+        Line("");
+        if (!mFile.superseded) {
+            Line("Replaced by a redo: " + PlainText(static_cast<int32_t>(all.size())) +
+                 (all.size() == 1 ? " exposure" : " exposures") + " (vorex show --all)");
+            return;
+        }
+        Line("Replaced by a redo, not judged");
+        for (const SupersededExposure& superseded : all) {
+            Line("");
+            Line("Exposure " + PlainText(static_cast<int32_t>(superseded.exposure)) + ", readings " +
+                 PlainText(superseded.order) + ", replaced " + superseded.time);
+            for (const auto& item : superseded.row) {
+                if (!IsShown(*item)) continue;
+                const std::string words = item->ShownText();
+                Line(Fitted(LabelOf(*item), kLabelWidth) + "  " +
+                     RightAligned(words.empty() ? "-" : words, kLeastCellWidth));
+            }
+            for (const auto& [waveform, name] :
+                 {std::pair(superseded.kvWaveform, "kV"), std::pair(superseded.maWaveform, "mA")})
+                if (waveform && waveform->ValueCount() > 0)
+                    Line("Waveform: " + std::string(name) + ", " + PlainText(waveform->ValueCount()) +
+                         " samples");
+        }
     }
 
     const ITestElement& mElement;

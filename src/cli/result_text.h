@@ -15,6 +15,7 @@ struct ShownFile {
     std::vector<std::shared_ptr<ITestElement>> roots;
     std::shared_ptr<ISelectedStandards> selected;
     std::span<const MtiEntry> instruments;
+    bool superseded = false;  ///< shows the readings that a redo has replaced as well
 };
 
 /// The tree of a file with its statuses, and for each test the table of its exposures, for a person: at most

@@ -10,6 +10,14 @@
 
 namespace vorex {
 
+namespace {
+
+void Announce(const StoredExposure& stored) {
+    if (Services().exposureStored) Services().exposureStored(stored);
+}
+
+}  // namespace
+
 void CTestCommon::ConnectInstruments() {
     DetectorEvents& events = vti->events;
     events.VTI_DataReady.Connect([this](const ZrdReading& reading) { VTI_DataReady(reading); });
@@ -34,6 +42,7 @@ void CTestCommon::StoreRow(const std::string& row, int32_t source) {
     const auto exposure = static_cast<uint8_t>(std::min(mExposureNo + 1, 255));
     mResult->StoreResult(row, source);
     mResult->UpdateStatus(*this, mPipe->SelectedStandards().get(), exposure);
+    Announce({*this, exposure, source, row, 0});
     mfrmTestGuide->ShowResult(shared_from_this(), exposure);
     if (source != kSourceZrd) mfrmTestGuide->SetWaveformExposure(exposure);
 }
@@ -100,6 +109,7 @@ void CTestCommon::TransferWaveform(uint8_t type) {
         if (data.empty() || mStopped) return;
         mResult->Resolution(Vti().WaveformResolution());
         mResult->StoreWaveForm(data);
+        Announce({*this, exposure, 0, {}, type});
         show();
     });
     Vti().Armed(true);

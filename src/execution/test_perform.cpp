@@ -358,6 +358,7 @@ void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
     const bool stoppedBefore = mStopped;
     mStopped = false;
     mExposureNo = static_cast<uint8_t>(exposureNumber - 1);
+    mResult->BeginRedo(exposureNumber);
     mResult->ShowResultInTestguide(mExposureNo, true);
     mResult->pTestGuide = true;
     const bool ended = Guarded("ReDoExposure", [&] {
@@ -375,6 +376,7 @@ void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
     mStopped = mStopped || stoppedBefore || !ended;
     mResult->pTestGuide = false;
     StopPolling();
+    mResult->EndRedo();
     mResult->UpdateAllStatus(*this, mPipe->SelectedStandards().get());
     mRedoActive = false;
     ShowIdle();

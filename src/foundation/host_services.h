@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -9,6 +10,15 @@
 #include "foundation/platform.h"
 
 namespace vorex {
+
+/// What a result has stored of an exposure: the row of one instrument, or a waveform.
+struct StoredExposure {
+    const ITestElement& element;
+    uint8_t exposure = 0;  ///< from 1
+    int32_t source = 0;  ///< instrument of the row, as `CResultCommon::StoreResult` counts; 0 for a waveform
+    std::string_view row;  ///< its fields joined by ","; empty for a waveform
+    uint8_t waveform = 0;  ///< type of the waveform; 0 for a row
+};
 
 /// What the host provides, installed once at start. Members left empty make the feature unavailable: texts
 /// fall back on their defaults, settings on theirs, the diagnostic log is off.
@@ -29,6 +39,9 @@ struct HostServices {
     std::function<std::shared_ptr<IDetectorService>()> createDetectorService;
     std::function<std::shared_ptr<IDetectorLink>()> createDetectorLink;
 
+    /// Told of everything that a result stores of an exposure, before the guide shows it: whoever keeps it
+    /// safe does so here.
+    std::function<void(const StoredExposure&)> exposureStored;
     /// Receives a line of the diagnostic log.
     std::function<void(std::string_view line)> log;
     /// Receives a line of the trace channel.

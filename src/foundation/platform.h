@@ -60,6 +60,8 @@ class IPlatform {
     virtual void ShowMessage(std::string_view title, std::string_view message) = 0;
     virtual bool Confirm(std::string_view question) = 0;
     virtual CalendarDate Today() = 0;
+    /// Date and time of the clock with its offset from UTC, such as "2026-01-15T09:00:04Z".
+    virtual std::string TimeStamp() = 0;
 
     // Windows of controls, for docking them into another window.
     virtual void SetParent(WindowHandle window, WindowHandle parent) = 0;

@@ -442,6 +442,10 @@ inline constexpr std::string_view kDetectorOption        = "DetectorOption";
 
 inline constexpr std::string_view kWaveform              = "Waveform";
 inline constexpr std::string_view kMasWaveform           = "mAsWaveform";
+inline constexpr std::string_view kSupersededExposure    = "SupersededExposure";
+inline constexpr std::string_view kExposure              = "Exposure";
+inline constexpr std::string_view kOrder                 = "Order";
+inline constexpr std::string_view kTime                  = "Time";
 inline constexpr std::string_view kPrintWaveform         = "PrintWaveform";
 inline constexpr std::string_view kWaveformResolution    = "WaveformResolution";
 // clang-format on

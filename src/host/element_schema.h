@@ -28,6 +28,7 @@ enum class Place : uint8_t {
     kSide,
     kResultItem,
     kServiceRecord,
+    kSuperseded,
     kMeasurement,
     kMeasuredValue,
     kStatus,

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -19,29 +21,76 @@ namespace {
 
 constexpr int64_t kLongestIdle = int64_t{24} * 60 * 60 * 1000;  // ms
 
-/// The date at the start of a text such as "2026-02-28T10:00"; nothing when there is none.
-std::optional<CalendarDate> ReadDate(std::string_view text) {
+constexpr int64_t kSecondsADay = int64_t{24} * 60 * 60;
+constexpr std::string_view kNoOffset = "Z";
+
+/// Reads "hh:mm" or "hh:mm:ss" off the front of a text; the seconds of the day, or nothing.
+std::optional<int64_t> TakeTimeOfDay(std::string_view& text) {
+    constexpr std::array<int32_t, 3> kMost = {23, 59, 59};
+    int64_t seconds = 0;
+    std::size_t parts = 0;
+    for (; parts < kMost.size(); ++parts) {
+        if (parts > 0) {
+            if (!text.starts_with(':')) break;
+            text.remove_prefix(1);
+        }
+        int32_t value = -1;
+        const std::string_view digits = text.substr(0, 2);
+        if (digits.size() < 2) return std::nullopt;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + 2, value);
+        if (error != std::errc() || end != digits.data() + 2 || value < 0 || value > kMost[parts])
+            return std::nullopt;
+        seconds = seconds * 60 + value;
+        text.remove_prefix(2);
+    }
+    if (parts < 2) return std::nullopt;
+    return parts == 2 ? seconds * 60 : seconds;
+}
+
+/// "Z", or "+hh:mm" and "-hh:mm".
+bool IsOffset(std::string_view text) {
+    if (text == kNoOffset) return true;
+    if (!text.starts_with('+') && !text.starts_with('-')) return false;
+    text.remove_prefix(1);
+    return text.size() == 5 && TakeTimeOfDay(text).has_value();
+}
+
+/// A moment as a text tells it: "2026-02-28", "2026-02-28T10:00", "2026-02-28T10:00:00+01:00".
+std::optional<ClockTime> ReadClockTime(std::string_view text) {
     constexpr std::size_t kDateSize = 10;
     if (text.size() < kDateSize || text[4] != '-' || text[7] != '-') return std::nullopt;
-    if (text.size() > kDateSize && text[kDateSize] != 'T' && text[kDateSize] != ' ') return std::nullopt;
     const auto number = [&](std::size_t begin, std::size_t size) {
         int32_t value = 0;
         const char* const end = text.data() + begin + size;
         return std::from_chars(text.data() + begin, end, value).ptr == end ? value : -1;
     };
-    const CalendarDate date{number(8, 2), number(5, 2), number(0, 4)};
-    const std::chrono::year_month_day checked{std::chrono::year(date.year),
-                                              std::chrono::month(static_cast<unsigned>(date.month)),
-                                              std::chrono::day(static_cast<unsigned>(date.day))};
-    return date.year > 0 && checked.ok() ? std::optional(date) : std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year(number(0, 4)),
+                                           std::chrono::month(static_cast<unsigned>(number(5, 2))),
+                                           std::chrono::day(static_cast<unsigned>(number(8, 2)))};
+    if (number(0, 4) <= 0 || !date.ok()) return std::nullopt;
+    ClockTime time{std::chrono::sys_days(date).time_since_epoch().count() * kSecondsADay,
+                   std::string(kNoOffset)};
+    text.remove_prefix(kDateSize);
+    if (text.empty()) return time;
+    if (text.front() != 'T' && text.front() != ' ') return std::nullopt;
+    text.remove_prefix(1);
+    const auto ofDay = TakeTimeOfDay(text);
+    if (!ofDay || (!text.empty() && !IsOffset(text))) return std::nullopt;
+    time.seconds += *ofDay;
+    if (!text.empty()) time.offset = text;
+    return time;
 }
 
-CalendarDate SystemDate() {
+ClockTime SystemTime() {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
-    constexpr int kFirstYear = 1900;
-    return {local.tm_mday, local.tm_mon + 1, local.tm_year + kFirstYear};
+    constexpr int64_t kMinute = 60;
+    const int64_t offset = local.tm_gmtoff / kMinute;
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%c%02d:%02d", offset < 0 ? '-' : '+',
+                  static_cast<int>(std::abs(offset) / kMinute), static_cast<int>(std::abs(offset) % kMinute));
+    return {static_cast<int64_t>(now) + local.tm_gmtoff, offset == 0 ? std::string(kNoOffset) : text.data()};
 }
 
 }  // namespace
@@ -105,13 +154,18 @@ class HeadlessPlatform::Timer final : public IPlatformTimer {
     std::shared_ptr<const std::function<void()>> mOnTick;
 };
 
-HeadlessPlatform::HeadlessPlatform(Time time) : mTime(time), mSchedule(std::make_shared<Schedule>()) {
+HeadlessPlatform::HeadlessPlatform(Time time)
+    : mTime(time), mSchedule(std::make_shared<Schedule>()), mStartTime(SystemTime()) {
+    // The virtual clock counts from the beginning of the day, so that two runs tell the same times.
+    if (time == Time::kVirtual) mStartTime.seconds -= mStartTime.seconds % kSecondsADay;
     const char* const fixed = std::getenv("VOREX_NOW");
     if (fixed == nullptr || *fixed == '\0') return;
-    mFixedDate = ReadDate(fixed);
-    if (!mFixedDate)
+    const auto start = ReadClockTime(fixed);
+    if (!start)
         throw std::invalid_argument("VOREX_NOW is \"" + std::string(fixed) +
-                                    "\"; expected a date such as 2026-02-28");
+                                    "\"; expected a date such as 2026-02-28, or 2026-02-28T10:00:00Z");
+    mStartTime = *start;
+    mFixed = true;
 }
 
 HeadlessPlatform::~HeadlessPlatform() = default;
@@ -186,7 +240,42 @@ bool HeadlessPlatform::Confirm(std::string_view question) {
 }
 
 CalendarDate HeadlessPlatform::Today() {
-    return mFixedDate ? *mFixedDate : SystemDate();
+    const std::chrono::year_month_day date{std::chrono::sys_days(
+        std::chrono::days((mFixed ? mStartTime : SystemTime()).seconds / kSecondsADay))};
+    return {static_cast<int32_t>(static_cast<unsigned>(date.day())),
+            static_cast<int32_t>(static_cast<unsigned>(date.month())), static_cast<int32_t>(date.year())};
+}
+
+std::string HeadlessPlatform::TimeStamp() {
+    constexpr int64_t kMsASecond = 1000;
+    const auto time = static_cast<std::time_t>(mStartTime.seconds + Now() / kMsASecond);
+    std::tm fields{};
+    gmtime_r(&time, &fields);  // the offset is in the seconds already
+    std::array<char, 32> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &fields);
+    const std::string shown = std::string(text.data(), length) + mStartTime.offset;
+    return mClock ? mClock(shown) : shown;
+}
+
+void HeadlessPlatform::StartAt(std::string_view timeStamp) {
+    const auto start = ReadClockTime(timeStamp);
+    if (!start)
+        throw std::invalid_argument("the time \"" + std::string(timeStamp) +
+                                    "\" is none; expected one such as 2026-02-28T10:00:00Z");
+    mStartTime = *start;
+    mFixed = true;
+}
+
+void HeadlessPlatform::GoRealTime() {
+    if (mTime == Time::kReal) return;
+    const int64_t passed = mSchedule->now;
+    mTime = Time::kReal;
+    mStart = std::chrono::steady_clock::now() - std::chrono::milliseconds(passed);
+    const char* const fixed = std::getenv("VOREX_NOW");
+    if (fixed != nullptr && *fixed != '\0') return;
+    mStartTime = SystemTime();
+    mStartTime.seconds -= passed / 1000;
+    mFixed = false;
 }
 
 void HeadlessPlatform::SetParent(WindowHandle window, WindowHandle parent) {

@@ -2,11 +2,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/platform.h"
@@ -35,6 +36,12 @@ struct WindowRecord {
     int32_t height = 0;
 };
 
+/// A moment in local time: seconds since 1970 as if the local clock were UTC's, and its offset in words.
+struct ClockTime {
+    int64_t seconds = 0;
+    std::string offset;  ///< "Z", "+01:00"
+};
+
 /// A platform without windows, whose only events are timers. Its clock is virtual: waiting moves it to the
 /// next due timer, so that minutes of ticks pass at once and alike every time. In real time a wait sleeps.
 ///
@@ -44,7 +51,8 @@ class HeadlessPlatform final : public IPlatform {
   public:
     enum class Time { kVirtual, kReal };
 
-    /// Throws std::invalid_argument when VOREX_NOW is set and holds no date such as "2026-02-28".
+    /// VOREX_NOW sets date and time of the start; without it the virtual clock starts at midnight of today.
+    /// Throws std::invalid_argument when VOREX_NOW holds neither "2026-02-28" nor "2026-02-28T10:00:00Z".
     explicit HeadlessPlatform(Time time = Time::kVirtual);
     ~HeadlessPlatform() override;
 
@@ -64,6 +72,13 @@ class HeadlessPlatform final : public IPlatform {
     bool Confirm(std::string_view question) override;
     /// The date of VOREX_NOW, or of the system.
     CalendarDate Today() override;
+    std::string TimeStamp() override;
+    /// Sets date and time of the start, as `TimeStamp` tells them. [before anything has happened]
+    void StartAt(std::string_view timeStamp);
+    /// From now on waits sleep: what has happened so far was caught up on in virtual time.
+    void GoRealTime();
+    /// Sees every time stamp before it is told, and may tell another.
+    void Clock(std::function<std::string(std::string)> clock) { mClock = std::move(clock); }
     void SetParent(WindowHandle window, WindowHandle parent) override;
     void MoveWindow(WindowHandle window, int32_t left, int32_t top, int32_t width, int32_t height) override;
 
@@ -81,8 +96,10 @@ class HeadlessPlatform final : public IPlatform {
 
     Time mTime;
     std::chrono::steady_clock::time_point mStart = std::chrono::steady_clock::now();
-    std::optional<CalendarDate> mFixedDate;
     std::shared_ptr<Schedule> mSchedule;
+    ClockTime mStartTime;
+    bool mFixed = false;  ///< the date is given and does not follow the system's
+    std::function<std::string(std::string)> mClock;
     IHeadlessOperator* mOperator = nullptr;
     int32_t mStalls = 0;
     std::map<WindowHandle, WindowRecord> mWindows;

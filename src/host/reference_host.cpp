@@ -53,6 +53,7 @@ HostServices MakeReferenceHost(const ReferenceHostOptions& options) {
     services.createTestGuideConfig = [] { return std::make_shared<TestGuideConfig>(); };
     services.createDetectorService = options.createDetectorService;
     services.createDetectorLink = options.createDetectorLink;
+    services.exposureStored = options.exposureStored;
     return services;
 }
 

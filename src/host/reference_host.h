@@ -18,6 +18,7 @@ struct ReferenceHostOptions {
     std::shared_ptr<IPlatform> platform;
     std::function<std::shared_ptr<IDetectorService>()> createDetectorService;
     std::function<std::shared_ptr<IDetectorLink>()> createDetectorLink;
+    std::function<void(const StoredExposure&)> exposureStored;
 };
 
 /// The services of the reference host: texts, value forms, settings, elements, standards. The diagnostic log

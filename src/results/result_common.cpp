@@ -78,6 +78,8 @@ void CResultCommon::Initialize(const std::shared_ptr<CConfigCommon>& configurati
     mRows.clear();
     mWaveforms.clear();
     mMaWaveforms.clear();
+    mSuperseded.clear();
+    mRedone.reset();
     mCurrent = std::make_shared<MeasurementRow>(BuildColumns(*configuration));
     mLastColumnKey = ColumnNumber(*mCurrent, key::kPercentTimerError) != 0 ? key::kPercentTimerError
                                                                            : key::kAbsoluteKvpError;

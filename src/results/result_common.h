@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,16 @@ struct ColumnCounts {
     int32_t total = 0;
     int32_t calculated = 0;
     int32_t row = 0;
+};
+
+/// What an exposure had measured before it was redone. It is kept to be seen; no verdict uses it.
+struct SupersededExposure {
+    uint8_t exposure = 0;  ///< from 1
+    int32_t order = 0;     ///< 1 for the first readings of the exposure, 2 for those that replaced them, ...
+    std::string time;      ///< when its readings were replaced
+    MeasurementRow row;
+    std::shared_ptr<CWaveform> kvWaveform;
+    std::shared_ptr<CWaveform> maWaveform;
 };
 
 /// The result of a measuring test: a row of measurements per exposure, waveforms, the verdict.
@@ -68,6 +79,10 @@ class CResultCommon : public IResultData,
     /// Nothing: the overall status follows from judging.
     void UpdateOverallStatus() {}
 
+    /// From now on the first reading of the exposure supersedes what is stored of it.
+    void BeginRedo(uint8_t exposureNumber);
+    void EndRedo() { mRedone.reset(); }
+
     /// Stores samples as the waveform of the selected type for the exposure judged last.
     void StoreWaveForm(std::string_view data);
     /// Makes a stored row, counted from 0, the working row, and with the flag its waveforms the shown ones.
@@ -104,6 +119,8 @@ class CResultCommon : public IResultData,
     void MTIID(int32_t id) { mMtiId = id; }
     const MeasurementRow& Current() const { return *mCurrent; }
     const std::vector<std::shared_ptr<MeasurementRow>>& Rows() const { return mRows; }
+    /// What redone exposures had measured before, in the order of the redos.
+    const std::vector<SupersededExposure>& Superseded() const { return mSuperseded; }
     /// Highest exposure number stored.
     uint8_t ExposureCount() const { return mExposureCount; }
     /// Exposure number judged last.
@@ -145,11 +162,16 @@ class CResultCommon : public IResultData,
     void JudgeNotApplicable();
     void StoreWorkingRow(uint8_t exposureNumber);
     void CopyToRow(const CMeasurement& from, CMeasurement& to) const;
+    MeasurementRow CopyOf(const MeasurementRow& row) const;
     void CopyToAllRows(const CMeasurement& measurement);
     void TakeLatestStatuses();
     void UpdateServiceRecord(const ITestElement& owner);
+    void KeepSuperseded(uint8_t exposureNumber);
 
     // Persistence (result_persistence.cpp).
+    std::shared_ptr<CMeasurement> LoadCell(const std::shared_ptr<IXmlElement>& element, IProgressLog* log,
+                                           const CMeasurement* above) const;
+    void LoadSuperseded(const std::shared_ptr<IXmlElement>& element, IProgressLog* log);
     void LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log);
     void LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
                       std::size_t& slot);
@@ -165,6 +187,8 @@ class CResultCommon : public IResultData,
     int32_t mMtiId = 0;
     std::shared_ptr<CWaveform> mCurrentWaveform;
     Waveforms mWaveforms;
+    std::vector<SupersededExposure> mSuperseded;
+    std::optional<SupersededExposure> mRedone;  ///< of the exposure that is being redone
     uint8_t mExposureCount = 0;
     float mResolution = 0;
     uint8_t mLastExposure = 0;

@@ -1,4 +1,5 @@
 #include <limits>
+#include <utility>
 
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
@@ -21,6 +22,25 @@ const CMeasurement* CellAbove(const std::vector<std::shared_ptr<MeasurementRow>>
     const MeasurementRow& above = *rows[rows.size() - 2];
     const std::size_t place = rows.back()->size();
     return place < above.size() && above[place]->RawKey() == measurementKey ? above[place].get() : nullptr;
+}
+
+/// What a redo replaced stands in an element of its own, which older versions pass over.
+std::shared_ptr<IXmlElement> SaveSuperseded(const SupersededExposure& superseded,
+                                            const std::shared_ptr<IXmlDocument>& owner) {
+    const auto element = owner->CreateElement(tag::kSupersededExposure);
+    if (!element) return nullptr;
+    element->SetAttribute(tag::kExposure, PlainText(static_cast<int32_t>(superseded.exposure)));
+    element->SetAttribute(tag::kOrder, PlainText(superseded.order));
+    element->SetAttribute(tag::kTime, superseded.time);
+    for (const auto& item : superseded.row)
+        if (const auto cell = item->Save(owner)) element->AddChild(cell);
+    for (const auto& [waveform, type] :
+         {std::pair(superseded.kvWaveform, kKvWaveform), std::pair(superseded.maWaveform, kMaWaveform)}) {
+        if (!waveform || waveform->ValueCount() == 0) continue;
+        waveform->WaveformType(type);
+        element->AddChild(waveform->Save(owner));
+    }
+    return element;
 }
 
 }  // namespace
@@ -47,11 +67,11 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
         waveform->WaveformType(kMaWaveform);
         add(waveform->Save(owner));
     }
+    for (const SupersededExposure& superseded : mSuperseded) add(SaveSuperseded(superseded, owner));
     return element;
 }
 
 void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
-    auto item = std::make_shared<CMeasurement>();
     const std::string_view measurementKey = element->GetAttribute(tag::kKey);
     const bool newRow =
         mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == measurementKey;
@@ -59,7 +79,12 @@ void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element,
         AddRow(std::make_shared<MeasurementRow>());
         mRows.back()->reserve(mRows.front()->size());
     }
-    const CMeasurement* above = CellAbove(mRows, measurementKey);
+    mRows.back()->push_back(LoadCell(element, log, CellAbove(mRows, measurementKey)));
+}
+
+std::shared_ptr<CMeasurement> CResultCommon::LoadCell(const std::shared_ptr<IXmlElement>& element,
+                                                      IProgressLog* log, const CMeasurement* above) const {
+    auto item = std::make_shared<CMeasurement>();
     if (above != nullptr) item->ShareLabels(*above);
     item->Load(element, log);
     if (above == nullptr) item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
@@ -68,7 +93,25 @@ void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element,
     // The type of a stored cell follows from its column, so that a result saves alike before and after a
     // load.
     item->ValueType(IsJudgedColumn(*item) && TestId != kFluoroExposure ? kJudgedNumber : kTextOnly);
-    mRows.back()->push_back(std::move(item));
+    return item;
+}
+
+void CResultCommon::LoadSuperseded(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+    SupersededExposure superseded;
+    superseded.exposure = static_cast<uint8_t>(ReadInteger(element->GetAttribute(tag::kExposure)));
+    superseded.order = ReadInteger(element->GetAttribute(tag::kOrder));
+    superseded.time = element->GetAttribute(tag::kTime);
+    for (const auto& child : element->Children()) {
+        const std::string_view name = child->Name();
+        if (name == tag::kMeasurement) {
+            superseded.row.push_back(LoadCell(child, log, nullptr));
+        } else if (name == tag::kWaveform || name == tag::kMasWaveform) {
+            const auto waveform = std::make_shared<CWaveform>();
+            waveform->Load(child, log);
+            (name == tag::kWaveform ? superseded.kvWaveform : superseded.maWaveform) = waveform;
+        }
+    }
+    mSuperseded.push_back(std::move(superseded));
 }
 
 void CResultCommon::LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
@@ -105,6 +148,8 @@ void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
             LoadWaveform(child, log, kKvWaveform, kvSlot);
         } else if (name == tag::kMasWaveform) {
             LoadWaveform(child, log, kMaWaveform, maSlot);
+        } else if (name == tag::kSupersededExposure) {
+            LoadSuperseded(child, log);
         }
     }
     constexpr std::size_t kMostExposures = std::numeric_limits<uint8_t>::max();
@@ -119,12 +164,7 @@ void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
 /// The working row becomes a copy of the last stored one, so that views show the latest exposure.
 void CResultCommon::RebuildWorkingRow() {
     if (mRows.empty()) return;
-    auto row = std::make_shared<MeasurementRow>();
-    for (const auto& item : *mRows.back()) {
-        row->push_back(std::make_shared<CMeasurement>());
-        CopyToRow(*item, *row->back());
-    }
-    mCurrent = std::move(row);
+    mCurrent = std::make_shared<MeasurementRow>(CopyOf(*mRows.back()));
 }
 
 }  // namespace vorex

@@ -194,8 +194,43 @@ void CResultCommon::CopyToRow(const CMeasurement& from, CMeasurement& to) const 
     to.Value(from.RawValue());
 }
 
+MeasurementRow CResultCommon::CopyOf(const MeasurementRow& row) const {
+    MeasurementRow copy;
+    copy.reserve(row.size());
+    for (const auto& item : row) {
+        copy.push_back(std::make_shared<CMeasurement>());
+        CopyToRow(*item, *copy.back());
+    }
+    return copy;
+}
+
+void CResultCommon::BeginRedo(uint8_t exposureNumber) {
+    mRedone.reset();
+    const std::size_t index = exposureNumber - 1U;
+    if (exposureNumber == 0 || index >= mRows.size()) return;
+    SupersededExposure& redone = mRedone.emplace();
+    redone.exposure = exposureNumber;
+    redone.row = CopyOf(*mRows[index]);
+    redone.kvWaveform = mWaveforms[index];
+    redone.maWaveform = mMaWaveforms[index];
+}
+
+/// Only a reading supersedes: a redo that was stopped before it leaves the exposure as it was. A second
+/// instrument adds to the new readings.
+void CResultCommon::KeepSuperseded(uint8_t exposureNumber) {
+    if (!mRedone || mRedone->exposure != exposureNumber) return;
+    mRedone->order =
+        1 + static_cast<int32_t>(std::count_if(mSuperseded.begin(), mSuperseded.end(), [&](const auto& kept) {
+            return kept.exposure == exposureNumber;
+        }));
+    if (Services().platform) mRedone->time = Services().platform->TimeStamp();
+    mSuperseded.push_back(std::move(*mRedone));
+    mRedone.reset();
+}
+
 void CResultCommon::StoreWorkingRow(uint8_t exposureNumber) {
     const std::size_t index = exposureNumber - 1U;
+    KeepSuperseded(exposureNumber);
     if (exposureNumber > mExposureCount) {
         mExposureCount = exposureNumber;
         while (mRows.size() <= index) AddRow(std::make_shared<MeasurementRow>());

@@ -218,5 +218,51 @@ TEST_F(HeadlessPlatformTest, TodayCanBeSet) {
     EXPECT_GE(HeadlessPlatform().Today().year, 2024);
 }
 
+TEST_F(HeadlessPlatformTest, TheClockTellsDateTimeAndOffsetAndGoesWithTheVirtualTime) {
+    struct Case {
+        const char* now;
+        const char* told;  ///< 2.5 s later
+    };
+    const Case cases[] = {
+        {"2026-01-15T09:00:00Z", "2026-01-15T09:00:02Z"},
+        {"2026-01-15T23:59:59+01:00", "2026-01-16T00:00:01+01:00"},
+        {"2026-02-28 08:00", "2026-02-28T08:00:02Z"},
+        {"2026-02-28", "2026-02-28T00:00:02Z"},
+    };
+    for (const Case& c : cases) {
+        const ScopedEnvironment fixed("VOREX_NOW", c.now);
+        HeadlessPlatform clock;
+        const auto timer = clock.CreateTimer([] {});
+        timer->Start(2500);
+        clock.WaitForEvent();
+        EXPECT_EQ(clock.TimeStamp(), c.told);
+        clock.StartAt("2025-12-31T23:59:58-05:30");
+        EXPECT_EQ(clock.TimeStamp(), "2026-01-01T00:00:00-05:30");
+    }
+    for (const std::string now : {"2026-01-15T", "2026-01-15T24:00", "2026-01-15T09", "2026-01-15T09:00:61",
+                                  "2026-01-15T09:00:00X", "2026-01-15T09:00+1:00"}) {
+        const ScopedEnvironment wrong("VOREX_NOW", now);
+        EXPECT_THROW(HeadlessPlatform(), std::invalid_argument) << now;
+    }
+    const ScopedEnvironment none("VOREX_NOW", "");
+    EXPECT_EQ(HeadlessPlatform().TimeStamp().substr(10, 9), "T00:00:00")
+        << "the virtual day begins at midnight";
+    EXPECT_THROW(HeadlessPlatform().StartAt("then"), std::invalid_argument);
+}
+
+TEST_F(HeadlessPlatformTest, RealTimeGoesOnFromTheVirtualTimeThatPassed) {
+    HeadlessPlatform clock;
+    int ticks = 0;
+    const auto timer = clock.CreateTimer([&] { ++ticks; });
+    timer->Start(3'600'000);
+    clock.WaitForEvent();
+    clock.GoRealTime();
+    EXPECT_GE(clock.Now(), 3'600'000);
+    EXPECT_LT(clock.Now(), 3'660'000);
+    timer->Start(1);
+    clock.WaitForEvent();
+    EXPECT_EQ(ticks, 2) << "an hour of virtual time is not waited for again";
+}
+
 }  // namespace
 }  // namespace vorex::host_test

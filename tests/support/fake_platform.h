@@ -48,6 +48,7 @@ class FakePlatform : public IPlatform {
         return confirms;
     }
     CalendarDate Today() override { return today; }
+    std::string TimeStamp() override { return timeStamp; }
     void SetParent(WindowHandle window, WindowHandle parent) override {
         parents.emplace_back(window, parent);
     }
@@ -59,6 +60,7 @@ class FakePlatform : public IPlatform {
     std::function<int32_t(const std::vector<MenuItem>&)> onMenu;
     bool confirms = true;
     CalendarDate today{15, 3, 2026};
+    std::string timeStamp = "2026-03-15T08:00:00Z";
     std::vector<std::vector<MenuItem>> menus;
     std::vector<std::pair<std::string, std::string>> messages;
     std::vector<std::string> questions;
