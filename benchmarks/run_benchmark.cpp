@@ -16,9 +16,7 @@ extern char** environ;
 namespace vorex::bench {
 namespace {
 
-/// The command "run" on a sequence: the file and the recording are read, every element is performed with its
-/// guide, and the result is saved.
-void BM_Sequence(benchmark::State& state) {
+void RunSequence(benchmark::State& state, Journal journal) {
     const auto elements = static_cast<int32_t>(state.range(0));
     constexpr int32_t kExposures = 10;
     const Scratch scratch;
@@ -27,9 +25,21 @@ void BM_Sequence(benchmark::State& state) {
     const std::string input = scratch.Write("sequence.xml", Sequence(text));
     const std::string recording =
         scratch.Write("sequence.jsonl", RecordingHead(kZrd) + RecordedExposures(kZrd, elements * kExposures));
-    for (auto _ : state) RunFile(input, recording, scratch.Path("out.xml"));
+    for (auto _ : state) RunFile(input, recording, scratch.Path("out.xml"), journal);
+}
+
+/// The command "run" on a sequence: the file and the recording are read, every element is performed with its
+/// guide, and the result is written.
+void BM_Sequence(benchmark::State& state) {
+    RunSequence(state, Journal::kNone);
 }
 BENCHMARK(BM_Sequence)->ArgName("elements")->Arg(1000)->Unit(benchmark::kMillisecond);
+
+/// The same with a journal: each exposure waits until it is on the disk.
+void BM_JournalledSequence(benchmark::State& state) {
+    RunSequence(state, Journal::kKept);
+}
+BENCHMARK(BM_JournalledSequence)->ArgName("elements")->Arg(10)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 /// Starts a program without its output and waits for its end.
 int Spawn(const std::vector<std::string>& words) {

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/program.h"
 #include "foundation/number_text.h"
@@ -109,12 +110,20 @@ inline std::string RecordedExposures(int32_t kind, int32_t count) {
     return text;
 }
 
-/// Runs a file on recorded instruments with the program's own command; the result stands in `output`.
-inline void RunFile(const std::string& input, const std::string& recording, const std::string& output) {
+/// Whether a run keeps a journal beside its output.
+enum class Journal { kNone, kKept };
+
+/// Runs a file on recorded instruments with the program's own command; the result stands in `output`. Without
+/// a journal it comes by way of standard output.
+inline void RunFile(const std::string& input, const std::string& recording, const std::string& output,
+                    Journal journal = Journal::kNone) {
+    const bool kept = journal == Journal::kKept;
+    std::ofstream out(kept ? "/dev/null" : output, std::ios::binary);
     std::ofstream nowhere("/dev/null");
-    Terminal terminal{nowhere, nowhere};
-    const int code =
-        RunProgram({"run", input, "--instruments", "recording:" + recording, "-o", output}, terminal);
+    Terminal terminal{out, nowhere};
+    std::vector<std::string> arguments = {"run", input, "--instruments", "recording:" + recording};
+    if (kept) arguments.insert(arguments.end(), {"-o", output});
+    const int code = RunProgram(arguments, terminal);
     if (code != 0 && code != 1) throw std::runtime_error("the run ended with " + std::to_string(code));
 }
 

@@ -95,6 +95,12 @@ if(TARGET vorex)
       "${PROJECT_SOURCE_DIR}/tests/docs/run_doc_examples.py" --program "$<TARGET_FILE:vorex>")
     set_tests_properties(documents PROPERTIES TIMEOUT 300)
   endif()
+  # A run that is killed loses nothing; tools/kill_test.py kills more often by hand.
+  if(Python3_Interpreter_FOUND)
+    add_test(NAME kill_test COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/kill_test.py"
+      --program "$<TARGET_FILE:vorex>" --kills 30)
+    set_tests_properties(kill_test PROPERTIES TIMEOUT 300)
+  endif()
   find_program(VOREX_BASH bash)
   mark_as_advanced(VOREX_BASH)
   if(VOREX_BASH)

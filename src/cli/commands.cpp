@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/headless_operator.h"
+#include "cli/journal_keeper.h"
 #include "cli/operator_script.h"
 #include "cli/result_text.h"
 #include "cli/standards.h"
@@ -26,11 +27,14 @@
 #include "host/file_error.h"
 #include "host/headless_platform.h"
 #include "host/reference_host.h"
+#include "host/run_journal.h"
 #include "instruments/recorded_instruments.h"
 #include "instruments/room.h"
 #include "instruments/simulated_instruments.h"
+#include "instruments/taped_instruments.h"
 #include "library.h"
 #include "results/result_common.h"
+#include "version.h"
 
 namespace vorex {
 
@@ -172,28 +176,40 @@ std::unique_ptr<IInstruments> MakeInstruments(const RunOptions& options, Console
                              " is not known; expected simulated, simulated:SEED or recording:FILE");
 }
 
+/// The instruments, their measurements noted on a tape.
+std::unique_ptr<IInstruments> TapeInstruments(std::unique_ptr<IInstruments> instruments, RunTape* tape) {
+    if (tape == nullptr) return instruments;
+    return std::make_unique<TapedInstruments>(std::move(instruments), *tape);
+}
+
 /// Everything that a run needs beside its file.
 struct RunSetup {
-    RunSetup(const RunOptions& options, const CommonOptions& common)
-        : instruments(MakeInstruments(options, [this] { return person.AtConsole(); })),
-          person(ParseOperatorScript(options.operatorScript), *instruments),
+    RunSetup(const RunOptions& options, std::vector<ElementSteps> script, const CommonOptions& common,
+             bool journalled)
+        : instruments(TapeInstruments(MakeInstruments(options, [this] { return person.AtConsole(); }),
+                                      journalled ? &tape : nullptr)),
+          person(std::move(script), *instruments),
           platform(std::make_shared<HeadlessPlatform>(options.realTime ? HeadlessPlatform::Time::kReal
                                                                        : HeadlessPlatform::Time::kVirtual)),
-          installation(common, HostOptions()) {
+          keeper(tape),
+          installation(common, HostOptions(journalled)) {
         platform->Operator(&person);
     }
 
-    ReferenceHostOptions HostOptions() const {
+    ReferenceHostOptions HostOptions(bool journalled) {
         ReferenceHostOptions host;
         host.platform = platform;
         host.createDetectorService = [this] { return instruments->CreateService(); };
         host.createDetectorLink = [this] { return instruments->CreateLink(); };
+        if (journalled) host.exposureStored = [this](const StoredExposure& stored) { keeper.Stored(stored); };
         return host;
     }
 
+    RunTape tape;
     std::unique_ptr<IInstruments> instruments;
     HeadlessOperator person;
     std::shared_ptr<HeadlessPlatform> platform;
+    JournalKeeper keeper;
     Installation installation;
 };
 
@@ -215,6 +231,7 @@ ExecutionHooks HooksOf(const RunSetup& setup, Terminal& terminal) {
 void PrintFaults(const RunSetup& setup, Terminal& terminal) {
     for (const std::string& message : setup.person.Messages()) terminal.err << "vorex: " << message << "\n";
     for (const std::string& fault : setup.instruments->Faults()) terminal.err << "vorex: " << fault << "\n";
+    if (!setup.keeper.Fault().empty()) terminal.err << "vorex: " << setup.keeper.Fault() << "\n";
     if (setup.platform->Stalls() > 0)
         terminal.err << "vorex: the run waited for something that will never come, and was ended\n";
 }
@@ -225,6 +242,50 @@ int RescueResult(ElementFile& file, const std::string& reason, Terminal& termina
                  << "vorex: the result could not be saved; it follows on standard output\n";
     terminal.out << file.Text();
     return kExitFault;
+}
+
+/// True for an output beside which a journal can stand: a file, or what will be one.
+bool HasJournal(const fs::path& output) {
+    std::error_code error;
+    const fs::file_status status = fs::status(output, error);
+    return !output.empty() && (!fs::exists(status) || fs::is_regular_file(status));
+}
+
+/// The instruments in words that hold in every folder.
+std::string FromAnywhere(const std::string& instruments) {
+    const std::string_view name = instruments;
+    if (!name.starts_with(kRecordingPrefix)) return instruments;
+    return std::string(kRecordingPrefix) + fs::absolute(name.substr(kRecordingPrefix.size())).string();
+}
+
+/// A journal that is left behind is named: it is the way back to what was measured.
+std::string JournalHint(const RunSetup& setup, const fs::path& output) {
+    const std::string path = setup.keeper.Needed();
+    return path.empty() ? std::string()
+                        : "; what was measured is kept in " + path + ", and \"vorex resume " +
+                              output.string() + "\" goes on from there";
+}
+
+/// Runs the elements and saves them.
+int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal& terminal) {
+    const auto pipe =
+        std::make_shared<ExecutionPipe>(file.Instruments(), file.Selected(), HooksOf(setup, terminal));
+    const SequenceEnd end = RunSequence(file.Elements(), pipe);
+    JournalKeeper& keeper = setup.keeper;
+    if (const std::string lost = keeper.WayLost(); !lost.empty()) throw std::runtime_error(lost);
+    PrintFaults(setup, terminal);
+    if (const std::string& error = setup.person.ScriptError(); !error.empty())
+        throw std::runtime_error(error + JournalHint(setup, output));
+    try {
+        WriteResult(file, output, terminal);
+        keeper.Finish();
+    } catch (const FileError& error) {
+        return RescueResult(file, error.what() + JournalHint(setup, output), terminal);
+    }
+    PrintSummary(file, output, terminal);
+    if (setup.person.Ended() || setup.platform->Stalls() > 0) return kExitFault;
+    if (end == SequenceEnd::kAborted) return kExitAborted;
+    return VerdictOf(file);
 }
 
 void JudgeElements(const std::vector<std::shared_ptr<ITestElement>>& elements,
@@ -265,22 +326,49 @@ int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal&
     if (!options.report.empty())
         throw std::runtime_error("--report: reports are not part of this version yet; run without it");
     CheckOutput(options.input, options.output);
-    const RunSetup setup(options, common);
-    const auto file = ElementFile::Load(options.input);
-    const auto pipe =
-        std::make_shared<ExecutionPipe>(file->Instruments(), file->Selected(), HooksOf(setup, terminal));
-    const SequenceEnd end = RunSequence(file->Elements(), pipe);
-    PrintFaults(setup, terminal);
-    if (!setup.person.ScriptError().empty()) throw std::runtime_error(setup.person.ScriptError());
-    try {
-        WriteResult(*file, options.output, terminal);
-    } catch (const FileError& error) {
-        return RescueResult(*file, error.what(), terminal);
+    const bool journalled = HasJournal(options.output);
+    RunSetup setup(options, ParseOperatorScript(options.operatorScript), common, journalled);
+    JournalHead head;
+    const auto file = ElementFile::Load(options.input, nullptr, journalled ? &head.document : nullptr);
+    if (!journalled) return Perform(setup, *file, options.output, terminal);
+    head.program = kProgramVersion;
+    head.started = setup.platform->TimeStamp();
+    head.input = options.input.string();
+    head.instruments = FromAnywhere(options.instruments);
+    if (!options.room.empty()) head.room = fs::absolute(options.room).string();
+    head.operatorScript = options.operatorScript;
+    head.language = common.language;
+    head.realTime = options.realTime;
+    setup.keeper.Keep(RunJournal::Create(options.output, head), setup.person, *setup.platform);
+    return Perform(setup, *file, options.output, terminal);
+}
+
+int ResumeCommand(const ResumeOptions& options, const CommonOptions& common, Terminal& terminal) {
+    CheckOutput({}, options.output);
+    JournalContent content;
+    auto journal = RunJournal::Open(options.output, content);
+    const JournalHead& head = content.head;
+    auto script = ParseOperatorScript(head.operatorScript);
+    if (!options.operatorScript.empty()) {
+        const auto after = ParseOperatorScript(options.operatorScript);
+        const JournalRecord last = content.records.empty() ? JournalRecord() : content.records.back();
+        script = JoinedScript(script, static_cast<std::size_t>(last.opened),
+                              static_cast<std::size_t>(last.steps), after);
     }
-    PrintSummary(*file, options.output, terminal);
-    if (setup.person.Ended() || setup.platform->Stalls() > 0) return kExitFault;
-    if (end == SequenceEnd::kAborted) return kExitAborted;
-    return VerdictOf(*file);
+    CommonOptions language = common;
+    language.language = head.language;
+    RunOptions run;  // it catches up in virtual time
+    run.instruments = options.instruments.empty() ? head.instruments : options.instruments;
+    run.room = options.instruments.empty() && options.room.empty() ? fs::path(head.room) : options.room;
+    RunSetup setup(run, std::move(script), language, true);
+    setup.platform->StartAt(head.started);
+    const auto file = ElementFile::FromText(head.document, head.input);
+    terminal.err << "vorex: " << journal->Path().string() << ": a run of " << head.input << ", begun "
+                 << head.started << ", holds " << JournalSummary(content) << "\n";
+    if (content.torn) terminal.err << "vorex: its last line was not whole and is dropped\n";
+    setup.keeper.Keep(std::move(journal), setup.person, *setup.platform);
+    setup.keeper.Replay(content);
+    return Perform(setup, *file, options.output, terminal);
 }
 
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal) {

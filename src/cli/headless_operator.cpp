@@ -11,11 +11,6 @@ namespace vorex {
 
 namespace {
 
-const ElementSteps& DefaultDrive() {
-    static const ElementSteps kSteps = {{StepKind::kStart, 0, "start"}, {StepKind::kNext, 0, "next"}};
-    return kSteps;
-}
-
 struct ButtonRow {
     StepKind kind;
     int32_t button;
@@ -67,8 +62,7 @@ void HeadlessOperator::Fail(const OperatorStep& step, std::string_view reason) {
 void HeadlessOperator::OpenElement(FZRD47500TestGuide& guide) {
     mGuide = &guide;
     mElementId = guide.Element() ? guide.Element()->ID() : 0;
-    const bool scripted = mElementNumber < mScript.size() && !mScript[mElementNumber].empty();
-    mSteps = scripted ? mScript[mElementNumber] : DefaultDrive();
+    mSteps = StepsOf(mScript, mElementNumber);
     ++mElementNumber;
     mNext = 0;
 }

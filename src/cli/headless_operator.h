@@ -43,6 +43,9 @@ class HeadlessOperator : public IHeadlessOperator {
     bool RunBroken() const { return mRunBroken; }
     /// No further element may begin.
     bool Ended() const { return mRunBroken || !mScriptError.empty() || mInstruments.Ended(); }
+    /// How far the script has come: guides opened, and steps taken at the last of them.
+    std::size_t Opened() const { return mElementNumber; }
+    std::size_t StepsTaken() const { return mNext; }
     /// Messages that the guide showed to the operator.
     const std::vector<std::string>& Messages() const { return mMessages; }
 

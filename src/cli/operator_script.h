@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -30,5 +31,13 @@ class OperatorScriptError : public std::runtime_error {
 /// "stop@n" belongs to the run that the step before it starts, so it stands behind "start" or "redo n".
 /// Throws OperatorScriptError. The empty script has one element, left to the default drive.
 std::vector<ElementSteps> ParseOperatorScript(std::string_view script);
+
+/// The steps at an element, counted from 0: those of the script, or "start,next".
+const ElementSteps& StepsOf(const std::vector<ElementSteps>& script, std::size_t element);
+
+/// The script of a run that goes on by another one: the first up to the steps taken at the last of the opened
+/// elements, from there on the second, whose first element goes on with that one.
+std::vector<ElementSteps> JoinedScript(const std::vector<ElementSteps>& before, std::size_t opened,
+                                       std::size_t steps, const std::vector<ElementSteps>& after);
 
 }  // namespace vorex

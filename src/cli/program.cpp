@@ -35,6 +35,14 @@ constexpr const char* kRunExample =
     "Operator script: elements between \";\", steps between \",\": start, stop@N, next, previous, skip, na,\n"
     "abort, redo N. An element that the script does not reach is driven with start,next.";
 
+constexpr const char* kResumeExample =
+    "Example:\n"
+    "  vorex resume result.xml\n"
+    "  vorex resume result.xml --operator 'redo 2,next'\n\n"
+    "FILE is the output of the run; its journal stands beside it as FILE.journal. Without --instruments and\n"
+    "--operator the run goes on with its own. A new script begins where the run stood: its first element is\n"
+    "the one that was open.";
+
 constexpr const char* kJudgeExample = "Example:\n  vorex judge result.xml -o judged.xml";
 constexpr const char* kShowExample = "Example:\n  vorex show result.xml\n  vorex show --all result.xml";
 
@@ -57,6 +65,7 @@ struct Arguments {
     CommonOptions common;
     NewOptions newTest;
     RunOptions run;
+    ResumeOptions resume;
     JudgeOptions judge;
     ShowOptions show;
     StandardsAddOptions add;
@@ -116,6 +125,13 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     run->add_flag("--real-time", arguments.run.realTime, "Paces the run by the clock");
     run->footer(kRunExample);
 
+    CLI::App* resume = app.add_subcommand("resume", "Goes on with a run that was interrupted");
+    resume->add_option("FILE", arguments.resume.output, "Output file of the run")->required();
+    resume->add_option("--instruments", arguments.resume.instruments, "Instruments to go on with");
+    resume->add_option("--room", arguments.resume.room, "Room of simulated instruments");
+    resume->add_option("--operator", arguments.resume.operatorScript, "What the operator does from there on");
+    resume->footer(kResumeExample);
+
     CLI::App* judge =
         app.add_subcommand("judge", "Judges stored results anew against the limits of their file");
     judge->add_option("FILE", arguments.judge.input, "Element file with results")->required();
@@ -135,7 +151,7 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
 /// that a command is missing.
 std::string CommandFault(const CLI::App& app, const std::vector<std::string>& arguments) {
     if (arguments.empty())
-        return "no command was given; expected new, run, judge, show or standards (see vorex --help)";
+        return "no command was given; expected new, run, resume, judge, show or standards (see vorex --help)";
     const std::string& first = arguments.front();
     const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
     const bool known = std::any_of(commands.begin(), commands.end(),
@@ -143,12 +159,13 @@ std::string CommandFault(const CLI::App& app, const std::vector<std::string>& ar
     if (known || first.starts_with('-')) return {};
     if (first == "report") return "reports are not part of this version yet";
     return "there is no command \"" + first +
-           "\"; expected new, run, judge, show or standards (see vorex --help)";
+           "\"; expected new, run, resume, judge, show or standards (see vorex --help)";
 }
 
 int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal) {
     if (app.got_subcommand("new")) return NewCommand(arguments.newTest, arguments.common, terminal);
     if (app.got_subcommand("run")) return RunCommand(arguments.run, arguments.common, terminal);
+    if (app.got_subcommand("resume")) return ResumeCommand(arguments.resume, arguments.common, terminal);
     if (app.got_subcommand("judge")) return JudgeCommand(arguments.judge, arguments.common, terminal);
     if (const CLI::App* standards = app.get_subcommand("standards"); standards->parsed()) {
         if (standards->got_subcommand("add"))

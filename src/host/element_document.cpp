@@ -137,11 +137,12 @@ std::shared_ptr<IXmlElement> XmlSource::Element(pugi::xml_node node) {
     return SourceElement::Make(node, mElements);
 }
 
-std::unique_ptr<XmlSource> XmlSource::Read(const std::filesystem::path& path) {
+std::unique_ptr<XmlSource> XmlSource::Read(const std::filesystem::path& path, std::string* content) {
     auto source = std::make_unique<XmlSource>();
     source->mName = path.string();
     source->mIsFile = true;
     source->ReadFile();
+    if (content != nullptr) content->assign(source->mBuffer.get(), source->mSize);
     source->Parse();
     return source;
 }

@@ -24,7 +24,8 @@ inline constexpr std::size_t kLargestFile = std::size_t{512} << 20U;
 /// document of ordinary size.
 class XmlSource {
   public:
-    static std::unique_ptr<XmlSource> Read(const std::filesystem::path& path);
+    /// The bytes of the file go to the content, if one is given.
+    static std::unique_ptr<XmlSource> Read(const std::filesystem::path& path, std::string* content = nullptr);
     /// The name stands for the file in messages.
     static std::unique_ptr<XmlSource> FromText(std::string_view text, std::string name);
 

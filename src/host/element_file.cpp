@@ -85,8 +85,9 @@ ElementFile::~ElementFile() {
 
 // --------------------------------------------------------------------------------------------- load
 
-std::unique_ptr<ElementFile> ElementFile::Load(const std::filesystem::path& path, IProgressLog* log) {
-    return Build(XmlSource::Read(path), log);
+std::unique_ptr<ElementFile> ElementFile::Load(const std::filesystem::path& path, IProgressLog* log,
+                                               std::string* content) {
+    return Build(XmlSource::Read(path, content), log);
 }
 
 std::unique_ptr<ElementFile> ElementFile::FromText(std::string_view text, std::string name,

@@ -30,7 +30,9 @@ class ElementFile {
     ElementFile& operator=(const ElementFile&) = delete;
 
     /// Raises FileError for a file that cannot be read as a whole; nothing has changed then.
-    static std::unique_ptr<ElementFile> Load(const std::filesystem::path& path, IProgressLog* log = nullptr);
+    /// The bytes of the file go to the content, if one is given.
+    static std::unique_ptr<ElementFile> Load(const std::filesystem::path& path, IProgressLog* log = nullptr,
+                                             std::string* content = nullptr);
     /// The same from a text; the name stands for the file in messages.
     static std::unique_ptr<ElementFile> FromText(std::string_view text, std::string name,
                                                  IProgressLog* log = nullptr);

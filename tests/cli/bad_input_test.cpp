@@ -102,8 +102,8 @@ TEST_F(BadInputTest, WrongUseOfTheProgramSaysWhatIsExpected) {
         std::vector<std::string> message;
     };
     const Case cases[] = {
-        {{}, {"new, run, judge, show or standards"}},
-        {{"frobnicate"}, {"frobnicate", "new, run, judge, show or standards"}},
+        {{}, {"new, run, resume, judge, show or standards"}},
+        {{"frobnicate"}, {"frobnicate", "new, run, resume, judge, show or standards"}},
         {{"report", good, "-o", Path("out.pdf")}, {"reports", "not part"}},
         {{"new", "1300"}, {"1300", "survey"}},
         {{"new", "7"}, {"\"7\"", "100"}},
@@ -138,6 +138,7 @@ TEST_F(BadInputTest, WrongUseOfTheProgramSaysWhatIsExpected) {
         for (const std::string& argument : c.arguments) label += argument + " ";
         EXPECT_EQ(Run(c.arguments), kExitUsage) << label;
         ExpectOneMessage(label, c.message);
+        std::filesystem::remove(output + ".journal");
     }
 }
 

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/run_note.h"
+
+/// The journal of a run: what it started from, and every exposure as soon as it is stored. A line each, which
+/// is on the disk before the guide shows what it holds. A run that was killed is taken up from it.
+///
+/// Each line is a checksum of eight hexadecimal digits, a blank and one JSON object. The checksum goes on
+/// from line to line, so a line that is damaged, missing or moved is found. A last line that is damaged was
+/// being written when the program died: it is dropped.
+namespace vorex {
+
+/// What the run started from: enough to start again without the files of the user as they were.
+struct JournalHead {
+    std::string program;      ///< version of the program
+    std::string started;      ///< date and time of the clock at the start
+    std::string input;        ///< name of the element file
+    std::string document;     ///< its content
+    std::string instruments;  ///< as the command line has them
+    std::string room;         ///< file of the simulated room
+    std::string operatorScript;
+    std::string language;
+    bool realTime = false;
+    bool operator==(const JournalHead&) const = default;
+};
+
+/// A stored exposure: the row of one instrument, or a waveform.
+struct JournalRecord {
+    int32_t element = 0;
+    int32_t exposure = 0;  ///< from 1
+    int32_t source = 0;    ///< instrument of the row; 0 for a waveform
+    int32_t waveform = 0;  ///< type of the waveform; 0 for a row
+    std::string row;
+    std::string statuses;  ///< a digit for each measurement of the exposure
+    std::string time;
+    int32_t opened = 0;          ///< elements that the operator had opened
+    int32_t steps = 0;           ///< steps that were taken at the last of them
+    int32_t polls = 0;           ///< of the instruments, so far
+    std::vector<RunNote> notes;  ///< what the instruments said since the record before
+    bool operator==(const JournalRecord&) const = default;
+};
+
+struct JournalContent {
+    JournalHead head;
+    std::vector<JournalRecord> records;
+    std::size_t wholeBytes = 0;  ///< up to the last whole line
+    uint32_t checksum = 0;       ///< of that line
+    bool torn = false;           ///< a last line was dropped
+};
+
+/// Reads a journal. Raises FileError for a text that is none, for another version and for a damaged line that
+/// is not the last. The name is for messages.
+JournalContent ParseJournal(std::string_view text, const std::string& name);
+/// A line of a journal with its checksum, which goes on from the one of the line before (0 for the first).
+std::string JournalLine(std::string_view object, uint32_t& checksum);
+
+/// The journal file of a run that writes an output file.
+class RunJournal {
+  public:
+    /// Where the journal of an output file stands: beside it, with ".journal" behind its name.
+    static std::filesystem::path PathFor(const std::filesystem::path& output);
+    /// Begins a journal. Raises FileError when there is one already, whatever it holds, or none can be
+    /// written.
+    static std::unique_ptr<RunJournal> Create(const std::filesystem::path& output, const JournalHead& head);
+    /// Takes up the journal of a run that was interrupted; what it holds goes to the content. Raises
+    /// FileError when there is none, when it cannot be read, and while the run is still under way.
+    static std::unique_ptr<RunJournal> Open(const std::filesystem::path& output, JournalContent& content);
+
+    /// A journal that was begun and holds no exposure goes with its object: nothing is lost with it.
+    ~RunJournal();
+    RunJournal(const RunJournal&) = delete;
+    RunJournal& operator=(const RunJournal&) = delete;
+
+    /// Returns when the record has reached the disk. Raises FileError; the file then ends with the record
+    /// before.
+    void Append(const JournalRecord& record);
+    /// The result is saved: the journal is not needed any more.
+    void Remove();
+
+    const std::filesystem::path& Path() const { return mPath; }
+    /// Something would be lost without the file.
+    bool Needed() const { return mNeeded; }
+
+  private:
+    explicit RunJournal(std::filesystem::path path) : mPath(std::move(path)) {}
+    [[noreturn]] void Fail(const std::string& what) const;
+    /// False while another process has the file.
+    bool Lock() const;
+    void AppendLine(const std::string& object);
+
+    std::filesystem::path mPath;
+    int mDescriptor = -1;
+    std::size_t mSize = 0;  ///< of the whole lines
+    uint32_t mChecksum = 0;
+    bool mTorn = false;  ///< something stands behind the whole lines
+    bool mNeeded = true;
+};
+
+/// What a journal holds, in words for a person: "7 exposures; the last is exposure 2 of element 4 at ...".
+std::string JournalSummary(const JournalContent& content);
+
+}  // namespace vorex

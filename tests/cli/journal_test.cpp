@@ -1,0 +1,293 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/program_fixture.h"
+#include "foundation/library_state.h"
+#include "guide/test_guide_form.h"
+#include "host/element_file.h"
+#include "host/execution_pipe.h"
+#include "host/headless_platform.h"
+#include "host/reference_host.h"
+#include "host/run_journal.h"
+#include "instruments/recorded_instruments.h"
+#include "library.h"
+#include "test_paths.h"
+
+namespace vorex::test {
+namespace {
+
+class JournalTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        setenv("VOREX_NOW", "2026-01-15T09:00:00Z", 1);
+    }
+    void TearDown() override {
+        unsetenv("VOREX_NOW");
+        ProgramTest::TearDown();
+    }
+
+    void CopyExample(const std::string& from, const std::string& to) const {
+        std::filesystem::copy_file(std::filesystem::path(kSourceDir) / "examples" / from, Path(to),
+                                   std::filesystem::copy_options::overwrite_existing);
+    }
+    std::string Journal() const { return Read("out.xml.journal"); }
+    int Resume(const std::string& script = {}) {
+        std::vector<std::string> arguments = {"resume", Path("out.xml")};
+        if (!script.empty()) arguments.insert(arguments.end(), {"--operator", script});
+        return Run(arguments);
+    }
+
+    /// A journal of all that a run stores: the run goes by a script that cannot be followed at its end, and
+    /// the journal is then made to tell of another one.
+    std::string WholeJournal(const std::string& brokenScript, const std::string& script) {
+        std::filesystem::remove(Path("out.xml"));
+        EXPECT_EQ(RunFile("s.xml", "r.jsonl", brokenScript), kExitUsage);
+        std::string journal = Journal();
+        std::filesystem::remove(Path("out.xml.journal"));
+        return Sealed(journal, "\"operator\":\"" + brokenScript + "\"", "\"operator\":\"" + script + "\"");
+    }
+
+    /// The journal with a text of it replaced, and checksums that fit again.
+    static std::string Sealed(const std::string& journal, const std::string& from, const std::string& to) {
+        std::string sealed;
+        uint32_t checksum = 0;
+        bool found = false;
+        std::istringstream lines(journal);
+        for (std::string line; std::getline(lines, line);) {
+            std::string object = line.substr(9);
+            if (const std::size_t at = object.find(from); !found && at != std::string::npos) {
+                object.replace(at, from.size(), to);
+                found = true;
+            }
+            sealed += JournalLine(object, checksum);
+        }
+        EXPECT_TRUE(found) << from;
+        return sealed;
+    }
+
+    /// Three exposures of test 100, and the journal of the first two of them.
+    std::string JournalOfTwo() {
+        Write("s.xml", Sequence(Element(1, 100, Exposures(3))));
+        Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82"));
+        const std::string whole = WholeJournal("start,redo 99", "");
+        return whole.substr(0, whole.rfind('\n', whole.size() - 2) + 1);
+    }
+};
+
+struct Sweep {
+    const char* elements;
+    const char* recording;
+    const char* script;        ///< of the undisturbed run
+    const char* brokenScript;  ///< the same, with an end that cannot be taken
+};
+
+/// Runs of all kinds. A journal only grows, so each moment of a run leaves one of these beginnings.
+TEST_F(JournalTest, FromEveryBeginningOfAJournalTheSameResultComes) {
+    const Sweep sweeps[] = {
+        {"radio_reproducibility", "radio_reproducibility", "start,redo 5,next", "start,redo 5,redo 99"},
+        {"radio_reproducibility", "radio_reproducibility", "start,stop@3,redo 1,redo 1,next",
+         "start,stop@3,redo 1,redo 1,redo 99"},
+        {"radio_reproducibility", "radio_reproducibility", "start,stop@1,start,next",
+         "start,stop@1,start,redo 99"},
+        {"radio_accuracy", "radio_accuracy", "", "start,redo 99"},
+        {"radio_linearity", "radio_linearity", "", "start,redo 99"},
+        {"fluoro_accuracy", "fluoro_accuracy", "", "start,redo 99"},
+        {"fluoro_exposure", "fluoro_exposure", "", "start,redo 99"},
+        {"mammo_accuracy", "mammo_accuracy", "", "start,redo 99"},
+        {"mammo_aec", "mammo_aec", "", "start,redo 99"},
+        {"mammo_output", "mammo_output", "", "start,redo 99"},
+        {"dosimeter", "dosimeter", "", "start,redo 99"},
+        {"dosimeter_mas", "dosimeter_mas", "", "start,redo 99"},
+        {"mas_meter", "mas_meter", "", "start,redo 99"},
+        {"unit", "unit", "", ";;;;start,redo 99"},
+        {"unit", "unit", ";na", ";na;;;start,redo 99"},
+    };
+    for (const Sweep& sweep : sweeps) {
+        CopyExample(sweep.elements + std::string(".xml"), "s.xml");
+        CopyExample(sweep.recording + std::string(".jsonl"), "r.jsonl");
+        const int code = RunFile("s.xml", "r.jsonl", sweep.script);
+        const std::string undisturbed = Read("out.xml");
+        EXPECT_FALSE(Exists("out.xml.journal")) << sweep.elements;
+        const std::string whole = WholeJournal(sweep.brokenScript, sweep.script);
+        const auto lines = static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n'));
+        EXPECT_GE(lines, 3U) << sweep.elements;
+        for (std::size_t end = whole.find('\n'); end != std::string::npos; end = whole.find('\n', end + 1)) {
+            // Killed while it wrote the line that follows; behind the last line, while it saved.
+            const std::size_t size = std::min(whole.size(), end + 30);
+            std::filesystem::remove(Path("out.xml"));
+            Write("out.xml.journal", whole.substr(0, size));
+            ASSERT_EQ(Resume(), code) << sweep.elements << " at " << size << ": " << err;
+            ASSERT_EQ(Read("out.xml"), undisturbed) << sweep.elements << " at " << size;
+            ASSERT_FALSE(Exists("out.xml.journal"));
+        }
+    }
+}
+
+TEST_F(JournalTest, ResumeTellsWhatItFound) {
+    const std::string journal = JournalOfTwo();
+    Write("out.xml.journal", journal + "0123");
+    ASSERT_EQ(Resume(), kExitPassed) << err;
+    EXPECT_NE(
+        err.find("begun 2026-01-15T09:00:00Z, holds 2 exposures; the last is exposure 2 of element 1 at "
+                 "2026-01-15T09:00:01Z"),
+        std::string::npos)
+        << err;
+    EXPECT_NE(err.find("its last line was not whole and is dropped"), std::string::npos) << err;
+}
+
+TEST_F(JournalTest, WhatWasMeasuredComesFromTheJournalWhateverBecameOfTheFiles) {
+    Write("out.xml.journal", JournalOfTwo());
+    std::filesystem::remove(Path("s.xml"));
+    Write("r.jsonl", kHead + Shot("60") + Shot("61") + Shot("62"));
+    ASSERT_EQ(Resume(), kExitPassed) << err;
+    result.load_file(Path("out.xml").c_str());
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81|62");
+}
+
+TEST_F(JournalTest, AnotherOperatorGoesOnWhereTheRunStood) {
+    Write("out.xml.journal", JournalOfTwo());
+    Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82") + Shot("83"));
+    ASSERT_EQ(Resume("redo 1,next"), kExitPassed) << err;
+    result.load_file(Path("out.xml").c_str());
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "83|81|82");
+}
+
+TEST_F(JournalTest, ARunDoesNotOverwriteTheJournalOfAnother) {
+    const std::string journal = JournalOfTwo();
+    Write("out.xml.journal", journal);
+    Write("out.xml", "earlier");
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitUsage);
+    EXPECT_NE(err.find("holds an interrupted run of"), std::string::npos) << err;
+    EXPECT_NE(err.find("2 exposures"), std::string::npos) << err;
+    EXPECT_NE(err.find("\"vorex resume " + Path("out.xml") + "\""), std::string::npos) << err;
+    EXPECT_EQ(Journal(), journal);
+    EXPECT_EQ(Read("out.xml"), "earlier");
+    JournalContent content;
+    const auto running = RunJournal::Open(Path("out.xml"), content);
+    EXPECT_EQ(Resume(), kExitUsage);
+    EXPECT_NE(err.find("still under way"), std::string::npos) << err;
+}
+
+TEST_F(JournalTest, AJournalThatCannotBeFollowedStays) {
+    const std::string journal = JournalOfTwo();
+    struct Case {
+        std::string text;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"", "the first line is not whole"},
+        {"<VorexSequence/>\n", "the first line is not whole"},
+        {"<VorexSequence>\n</VorexSequence>\n", "is no journal"},
+        {journal.substr(0, 60), "the first line is not whole"},
+        {journal.substr(0, 60) + "\n" + journal.substr(60), "is no journal"},
+        // Readings and row do not belong together, or the exposure is not one of this run.
+        {Sealed(journal, "\"VTI_DataReady\",1,[\"80\"", "\"VTI_DataReady\",1,[\"99\""),
+         "steps of exposure 1 of element 1 are others now"},
+        {Sealed(journal, "\"exposure\":2", "\"exposure\":7"),
+         "steps of exposure 7 of element 1 are others now"},
+        // Nothing stands at that poll: the run passes it by, and would wait for ever.
+        {Sealed(journal, "\"VTI_DataReady\",2", "\"VTI_DataReady\",9000"),
+         "it has passed exposure 2 of element 1"},
+        {Sealed(journal, "\"operator\":\"\"", "\"operator\":\"skip\""),
+         "it ended before exposure 1 of element 1"},
+        {Sealed(journal, "\"started\":\"2026", "\"started\":\"then"),
+         "the time \"then-01-15T09:00:00Z\" is none"},
+        {Sealed(journal, "TestID=\\\"100", "TestID=\\\"101"), "TestID 101 is not known"},
+    };
+    for (const Case& c : cases) {
+        Write("out.xml.journal", c.text);
+        EXPECT_EQ(Resume(), kExitUsage) << c.message;
+        EXPECT_NE(err.find(c.message), std::string::npos) << err;
+        EXPECT_EQ(Journal(), c.text) << c.message;
+        EXPECT_FALSE(Exists("out.xml")) << c.message;
+    }
+    std::filesystem::remove(Path("out.xml.journal"));
+    EXPECT_EQ(Resume(), kExitUsage);
+    EXPECT_NE(err.find("there is no such journal"), std::string::npos) << err;
+}
+
+TEST_F(JournalTest, AScriptThatCannotBeFollowedLosesNoExposure) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(2))));
+    Write("r.jsonl", kHead + Shot("80") + Shot("81"));
+    EXPECT_EQ(RunFile("s.xml", "r.jsonl", "redo 1"), kExitUsage);
+    EXPECT_FALSE(Exists("out.xml.journal")) << "nothing was measured";
+    EXPECT_EQ(RunFile("s.xml", "r.jsonl", "start,redo 7"), kExitUsage);
+    EXPECT_NE(err.find("goes on from there"), std::string::npos) << err;
+    EXPECT_EQ(Resume("next"), kExitPassed) << err;
+    result.load_file(Path("out.xml").c_str());
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81");
+}
+
+TEST_F(JournalTest, AResultThatCannotBeSavedStaysInTheJournal) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(1))));
+    Write("r.jsonl", kHead + Shot("80"));
+    std::filesystem::create_symlink(Path("nowhere/out.xml"), Path("out.xml"));
+    EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitFault);
+    EXPECT_NE(err.find("vorex resume"), std::string::npos) << err;
+    std::filesystem::create_directory(Path("nowhere"));
+    EXPECT_EQ(Resume(), kExitPassed) << err;
+    EXPECT_FALSE(Exists("out.xml.journal"));
+    result.load_file(Path("out.xml").c_str());
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80");
+}
+
+/// Presses Start, then Next, and remembers the guide.
+class Presser : public IHeadlessOperator {
+  public:
+    bool OnIdle(IModalWindow& window) override {
+        guide = dynamic_cast<FZRD47500TestGuide*>(&window);
+        guide->PressButton(started ? guide_button::kNext : guide_button::kStart);
+        started = true;
+        return true;
+    }
+    void AfterEvent() override {}
+    FZRD47500TestGuide* guide = nullptr;
+    bool started = false;
+};
+
+TEST_F(JournalTest, AnExposureIsAnnouncedBeforeTheGuideShowsIt) {
+    Write("r.jsonl",
+          R"({"recording":1,"kind":4,"serialNumbers":"4711"})"
+          "\n"
+          R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
+          R"("mas":["200","20","0","1"],"waveforms":[{"type":1,"resolution":10,"samples":"0,80,0"}]}})"
+          "\n");
+    RecordedInstruments instruments(LoadRecording(Path("r.jsonl")));
+    const auto platform = std::make_shared<HeadlessPlatform>();
+    Presser presser;
+    platform->Operator(&presser);
+    std::vector<std::string> announced;
+    ReferenceHostOptions options;
+    options.platform = platform;
+    options.createDetectorService = [&] { return instruments.CreateService(); };
+    options.createDetectorLink = [&] { return instruments.CreateLink(); };
+    options.exposureStored = [&](const StoredExposure& stored) {
+        // What the guide shows now, and what is announced.
+        int32_t samples = 0;
+        for (const GuideTab& tab : presser.guide->Tabs())
+            if (tab.waveform) samples += tab.waveform->ValueCount();
+        announced.push_back(std::to_string(presser.guide->CurrentExposure()) + "/" + std::to_string(samples) +
+                            " then " + std::to_string(stored.exposure) + "." + std::to_string(stored.source) +
+                            "." + std::to_string(stored.waveform));
+    };
+    InstallLibrary(MakeReferenceHost(options));
+    {
+        const std::string config =
+            "<DetectorName>4</DetectorName>" + Exposures(1) + "<NumberOfExposures0>1</NumberOfExposures0>";
+        const auto file = ElementFile::FromText(Sequence(Element(1, 100, config)), "s.xml");
+        const auto pipe =
+            std::make_shared<ExecutionPipe>(file->Instruments(), file->Selected(), ExecutionHooks());
+        RunSequence(file->Elements(), pipe);
+    }
+    InstallServices({});
+    ResetState();
+    EXPECT_EQ(announced, (std::vector<std::string>{"0/0 then 1.1.0", "1/0 then 1.3.0", "1/0 then 1.0.1"}));
+}
+
+}  // namespace
+}  // namespace vorex::test

@@ -1,0 +1,51 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "host/file_error.h"
+#include "host/run_journal.h"
+
+namespace {
+
+/// True when the text is a journal; a text that is none is refused with the one error, which names its place.
+bool IsRead(std::string_view text) {
+    try {
+        const vorex::JournalContent content = vorex::ParseJournal(text, "run.journal");
+        if (content.wholeBytes > text.size() || (!content.torn && content.wholeBytes != text.size()))
+            std::abort();
+        if (vorex::JournalSummary(content).empty()) std::abort();
+        return true;
+    } catch (const vorex::FileError& error) {
+        if (!std::string_view(error.what()).starts_with("run.journal:")) std::abort();
+        return false;
+    }
+}
+
+/// The lines as objects of a journal whose checksums are right, so that what lies behind them is reached.
+std::string Sealed(std::string_view objects) {
+    std::string text;
+    uint32_t checksum = 0;
+    while (!objects.empty()) {
+        const std::size_t end = objects.find('\n');
+        text += vorex::JournalLine(objects.substr(0, end), checksum);
+        objects.remove_prefix(end == std::string_view::npos ? objects.size() : end + 1);
+    }
+    return text;
+}
+
+}  // namespace
+
+/// A journal is read or refused; a beginning of one that can be read can be read as well, once its first line
+/// is whole.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    IsRead(input);
+    const std::string sealed = Sealed(input);
+    if (!IsRead(sealed)) return 0;
+    const std::size_t head = sealed.find('\n') + 1;
+    for (std::size_t end = head; end < sealed.size(); end += 1 + sealed.size() / 16)
+        if (!IsRead(std::string_view(sealed).substr(0, end))) std::abort();
+    return 0;
+}
