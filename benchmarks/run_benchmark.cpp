@@ -57,8 +57,7 @@ int Spawn(const std::vector<std::string>& words) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-/// "vorex run" of a test of five exposures, from the start of the process to its end.
-void BM_Program(benchmark::State& state) {
+void RunProcess(benchmark::State& state, Journal journal) {
     constexpr int32_t kExposures = 5;
     const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const Scratch scratch;
@@ -66,15 +65,27 @@ void BM_Program(benchmark::State& state) {
         scratch.Write("example.xml", Sequence(Element(1, kRadioRepro, kExposures, kTenLimits)));
     const std::string recording =
         scratch.Write("example.jsonl", RecordingHead(kZrd) + RecordedExposures(kZrd, kExposures));
-    const std::vector<std::string> words = {
-        (folder / "vorex").string(), "run", input, "--instruments", "recording:" + recording, "-o",
-        scratch.Path("out.xml")};
+    std::vector<std::string> words = {(folder / "vorex").string(), "run", input, "--instruments",
+                                      "recording:" + recording};
+    if (journal == Journal::kKept) words.insert(words.end(), {"-o", scratch.Path("out.xml")});
     for (auto _ : state) {
         const int code = Spawn(words);
         if (code != 0 && code != 1) state.SkipWithError("the program did not run");
     }
 }
+
+/// "vorex run" of a test of five exposures, from the start of the process to its end; the file goes to
+/// standard output.
+void BM_Program(benchmark::State& state) {
+    RunProcess(state, Journal::kNone);
+}
 BENCHMARK(BM_Program)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+/// The same with a journal: a line for each exposure, and the saved file, have to reach the disk.
+void BM_JournalledProgram(benchmark::State& state) {
+    RunProcess(state, Journal::kKept);
+}
+BENCHMARK(BM_JournalledProgram)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 /// "vorex run" of the three example units in simulated rooms, one process after the other.
 void BM_SimulatedUnits(benchmark::State& state) {

@@ -38,6 +38,7 @@ RUNS = (
     ("unit", "unit", ""),
     ("unit", "unit", "start,stop@2,start,next"),
     ("unit", "unit", ";na;start,redo 1,next"),
+    ("unit", "unit", "start,next;previous;redo 1,next"),
     ("radiographic_unit", "simulated:7 drifting_timer", "start,redo 2,redo 2,next"),
     ("fluoroscopic_unit", "simulated:8 good", ""),
     ("mammographic_unit", "simulated:9 weak_mammography_tube", ""),

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <algorithm>
+#include <csignal>
 #include <memory>
 #include <string>
 #include <vector>
@@ -234,6 +236,31 @@ TEST_F(JournalTest, AResultThatCannotBeSavedStaysInTheJournal) {
     EXPECT_FALSE(Exists("out.xml.journal"));
     result.load_file(Path("out.xml").c_str());
     EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80");
+}
+
+TEST_F(JournalTest, AFullDiskInMidRunLosesNothing) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(3))));
+    Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82"));
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    const std::string undisturbed = Read("out.xml");
+    const std::string whole = WholeJournal("start,redo 99", "");
+    const std::size_t ofTwo = whole.rfind('\n', whole.size() - 2) + 1;
+
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small{ofTwo + 100, limit.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const int code = RunFile("s.xml", "r.jsonl");
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(code, kExitFault);
+    EXPECT_EQ(out, undisturbed) << "the file follows on standard output";
+    EXPECT_NE(err.find("the exposures from exposure 3 of element 1 on are not in it"), std::string::npos)
+        << err;
+    EXPECT_EQ(Journal().size(), ofTwo) << "the lines that are whole";
+    EXPECT_EQ(Resume(), kExitPassed) << err;
+    EXPECT_EQ(Read("out.xml"), undisturbed);
 }
 
 /// Presses Start, then Next, and remembers the guide.
