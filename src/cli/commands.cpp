@@ -278,9 +278,13 @@ int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal
         throw std::runtime_error(error + JournalHint(setup, output));
     try {
         WriteResult(file, output, terminal);
-        keeper.Finish();
     } catch (const FileError& error) {
         return RescueResult(file, error.what() + JournalHint(setup, output), terminal);
+    }
+    try {
+        keeper.Finish();
+    } catch (const FileError& error) {
+        terminal.err << "vorex: " << error.what() << "; the result is saved\n";
     }
     PrintSummary(file, output, terminal);
     if (setup.person.Ended() || setup.platform->Stalls() > 0) return kExitFault;
@@ -343,10 +347,11 @@ int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal&
     return Perform(setup, *file, options.output, terminal);
 }
 
-int ResumeCommand(const ResumeOptions& options, const CommonOptions& common, Terminal& terminal) {
-    CheckOutput({}, options.output);
+int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
+    const fs::path output = RunJournal::OutputOf(options.file);
+    CheckOutput({}, output);
     JournalContent content;
-    auto journal = RunJournal::Open(options.output, content);
+    auto journal = RunJournal::Open(output, content);
     const JournalHead& head = content.head;
     auto script = ParseOperatorScript(head.operatorScript);
     if (!options.operatorScript.empty()) {
@@ -355,20 +360,22 @@ int ResumeCommand(const ResumeOptions& options, const CommonOptions& common, Ter
         script = JoinedScript(script, static_cast<std::size_t>(last.opened),
                               static_cast<std::size_t>(last.steps), after);
     }
-    CommonOptions language = common;
-    language.language = head.language;
+    const CommonOptions common{head.language};
     RunOptions run;  // it catches up in virtual time
     run.instruments = options.instruments.empty() ? head.instruments : options.instruments;
     run.room = options.instruments.empty() && options.room.empty() ? fs::path(head.room) : options.room;
-    RunSetup setup(run, std::move(script), language, true);
+    RunSetup setup(run, std::move(script), common, true);
     setup.platform->StartAt(head.started);
     const auto file = ElementFile::FromText(head.document, head.input);
     terminal.err << "vorex: " << journal->Path().string() << ": a run of " << head.input << ", begun "
                  << head.started << ", holds " << JournalSummary(content) << "\n";
+    if (head.program != kProgramVersion)
+        terminal.err << "vorex: it was begun by version " << head.program << ", and this is "
+                     << kProgramVersion << "\n";
     if (content.torn) terminal.err << "vorex: its last line was not whole and is dropped\n";
     setup.keeper.Keep(std::move(journal), setup.person, *setup.platform);
     setup.keeper.Replay(content);
-    return Perform(setup, *file, options.output, terminal);
+    return Perform(setup, *file, output, terminal);
 }
 
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal) {

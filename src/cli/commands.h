@@ -46,10 +46,10 @@ struct RunOptions {
 };
 
 struct ResumeOptions {
-    std::filesystem::path output;  ///< of the run that was interrupted
-    std::string instruments;       ///< empty: those of the run
-    std::filesystem::path room;    ///< of simulated instruments; empty: that of the run
-    std::string operatorScript;    ///< empty: what is left of the run's
+    std::filesystem::path file;  ///< output of the run that was interrupted, or its journal
+    std::string instruments;     ///< empty: those of the run
+    std::filesystem::path room;  ///< of simulated instruments; empty: that of the run
+    std::string operatorScript;  ///< empty: what is left of the run's
 };
 
 struct JudgeOptions {
@@ -78,7 +78,8 @@ struct StandardsSelectOptions {
 // Each command raises an exception derived from std::exception for wrong use and unreadable input.
 int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal& terminal);
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal);
-int ResumeCommand(const ResumeOptions& options, const CommonOptions& common, Terminal& terminal);
+/// The language is that of the run.
+int ResumeCommand(const ResumeOptions& options, Terminal& terminal);
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal);
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal);
 int StandardsCommand(const CommonOptions& common, Terminal& terminal);

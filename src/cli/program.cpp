@@ -39,9 +39,11 @@ constexpr const char* kResumeExample =
     "Example:\n"
     "  vorex resume result.xml\n"
     "  vorex resume result.xml --operator 'redo 2,next'\n\n"
-    "FILE is the output of the run; its journal stands beside it as FILE.journal. Without --instruments and\n"
-    "--operator the run goes on with its own. A new script begins where the run stood: its first element is\n"
-    "the one that was open.";
+    "FILE is the output of the run, whose journal stands beside it as FILE.journal, or that journal. "
+    "Without\n"
+    "--instruments and --operator the run goes on with its own. A new script begins where the run stood: "
+    "its\n"
+    "first element is the one that was open.";
 
 constexpr const char* kJudgeExample = "Example:\n  vorex judge result.xml -o judged.xml";
 constexpr const char* kShowExample = "Example:\n  vorex show result.xml\n  vorex show --all result.xml";
@@ -126,7 +128,7 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     run->footer(kRunExample);
 
     CLI::App* resume = app.add_subcommand("resume", "Goes on with a run that was interrupted");
-    resume->add_option("FILE", arguments.resume.output, "Output file of the run")->required();
+    resume->add_option("FILE", arguments.resume.file, "Output file of the run, or its journal")->required();
     resume->add_option("--instruments", arguments.resume.instruments, "Instruments to go on with");
     resume->add_option("--room", arguments.resume.room, "Room of simulated instruments");
     resume->add_option("--operator", arguments.resume.operatorScript, "What the operator does from there on");
@@ -165,7 +167,7 @@ std::string CommandFault(const CLI::App& app, const std::vector<std::string>& ar
 int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal) {
     if (app.got_subcommand("new")) return NewCommand(arguments.newTest, arguments.common, terminal);
     if (app.got_subcommand("run")) return RunCommand(arguments.run, arguments.common, terminal);
-    if (app.got_subcommand("resume")) return ResumeCommand(arguments.resume, arguments.common, terminal);
+    if (app.got_subcommand("resume")) return ResumeCommand(arguments.resume, terminal);
     if (app.got_subcommand("judge")) return JudgeCommand(arguments.judge, arguments.common, terminal);
     if (const CLI::App* standards = app.get_subcommand("standards"); standards->parsed()) {
         if (standards->got_subcommand("add"))

@@ -279,6 +279,12 @@ fs::path RunJournal::PathFor(const fs::path& output) {
     return path;
 }
 
+fs::path RunJournal::OutputOf(const fs::path& file) {
+    fs::path output = file;
+    if (file.extension() == kSuffix) output.replace_extension();
+    return output;
+}
+
 void RunJournal::Fail(const std::string& what) const {
     throw FileError({mPath.string(), 0, {}}, what + ": " + Reason());
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/run_note.h"
@@ -67,6 +68,8 @@ class RunJournal {
   public:
     /// Where the journal of an output file stands: beside it, with ".journal" behind its name.
     static std::filesystem::path PathFor(const std::filesystem::path& output);
+    /// The output file, where either it or its journal is named.
+    static std::filesystem::path OutputOf(const std::filesystem::path& file);
     /// Begins a journal. Raises FileError when there is one already, whatever it holds, or none can be
     /// written.
     static std::unique_ptr<RunJournal> Create(const std::filesystem::path& output, const JournalHead& head);

@@ -142,6 +142,17 @@ TEST_F(JournalTest, ResumeTellsWhatItFound) {
     EXPECT_NE(err.find("its last line was not whole and is dropped"), std::string::npos) << err;
 }
 
+TEST_F(JournalTest, TheJournalItselfMayBeNamedAndAnotherVersionIsTold) {
+    const std::string journal = JournalOfTwo();
+    const std::size_t version = journal.find("\"program\":\"") + 11;
+    const std::string present = journal.substr(version, journal.find('"', version) - version);
+    Write("out.xml.journal", Sealed(journal, "\"program\":\"" + present, "\"program\":\"0.0.1-before"));
+    ASSERT_EQ(Run({"resume", Path("out.xml.journal")}), kExitPassed) << err;
+    EXPECT_NE(err.find("it was begun by version 0.0.1-before, and this is " + present), std::string::npos)
+        << err;
+    EXPECT_TRUE(Exists("out.xml"));
+}
+
 TEST_F(JournalTest, WhatWasMeasuredComesFromTheJournalWhateverBecameOfTheFiles) {
     Write("out.xml.journal", JournalOfTwo());
     std::filesystem::remove(Path("s.xml"));
