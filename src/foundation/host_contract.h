@@ -88,11 +88,69 @@ class ITextService {
     virtual std::string ServiceRecordText(int32_t id, bool flag) const = 0;
 };
 
-/// The report under way. Print operations are the report engine's; the library asks for translations here
-/// so that a report may be in another language than the program.
+class ISelectedStandards;
+
+/// What a report shows: bits of `IReportDocument::Options`.
+inline constexpr int32_t kReportLimits = 2;
+inline constexpr int32_t kReportComments = 4;
+inline constexpr int32_t kReportWaveforms = 8;
+inline constexpr int32_t kReportFailuresOnly = 16;
+/// The one kind of report that has room for waveforms.
+inline constexpr int32_t kFullReport = 3;
+
+/// Selectors of `IReportDocument::Metric`, in twips.
+inline constexpr int32_t kTextWidth = -1;  ///< usable width of the page
+inline constexpr int32_t kTableWidth = 7;  ///< the same without the margin columns of 560 on either side
+
+/// Values of `IReportDocument::Alignment`.
+inline constexpr int32_t kAlignLeft = 0;
+inline constexpr int32_t kAlignCentre = 1;
+inline constexpr int32_t kAlignRight = 2;
+
+/// The report under way. Lengths are twips, 1440 an inch. Places are measured from the left edge of the
+/// usable width and from the top of the usable height of the page. Operations stand in slot order.
+///
+/// Tables are told in the mark-up of `report_markup.h`. Each call of `PrintTable` goes below what was printed
+/// before, and calls with the same columns are rows of one table to a reader. Rows never split. A table of
+/// several rows that does not fit goes on on the next page, under the heading rows that it begins with (every
+/// cell that holds something is a heading). Who prints row by row asks `TableHeight` and `SpaceLeft` first,
+/// and prints its headings again after `NewPage`. A renderer without pages has room for everything.
 class IReportDocument {
   public:
     virtual ~IReportDocument() = default;
+    /// Place of the next print, from the top of the page.
+    virtual int32_t Position() const = 0;
+    virtual void Position(int32_t top) = 0;
+    virtual int32_t Options() const = 0;
+    virtual int32_t Kind() const = 0;
+    /// The standards whose limits stand beside the results; null for all that an element has.
+    virtual const ISelectedStandards* SelectedStandards() const = 0;
+    /// Decimal sign of the language of the report, "." or ",".
+    virtual char DecimalSign() const = 0;
+    /// What is left of the page below the position.
+    virtual int32_t SpaceLeft() const = 0;
+    /// Height that `PrintTable` with these arguments would take.
+    virtual int32_t TableHeight(std::string_view columns, std::string_view rows) = 0;
+    /// Size of the text to come, 5 to 9 points.
+    virtual void Style(int32_t points) = 0;
+    virtual int32_t Metric(int32_t selector) const = 0;
+    /// Where the text of `DrawText` stands to its place.
+    virtual void Alignment(int32_t alignment) = 0;
+    /// A column definition, and rows. A width may reach beyond the page; rows may have fewer cells than
+    /// columns.
+    virtual void PrintTable(std::string_view columns, std::string_view rows) = 0;
+    /// Heading of an element or page: what it is, and what it came to (empty for nothing). Not in mark-up.
+    virtual void PrintHeading(std::string_view title, std::string_view outcome) = 0;
+    virtual void DrawLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2) = 0;
+    virtual void NewPage() = 0;
+    /// A polyline; both spans are of one length.
+    virtual void PlotPoints(std::span<const int32_t> x, std::span<const int32_t> y) = 0;
+    /// A line of text, not in mark-up; `y` is its top. [inside a figure]
+    virtual void DrawText(int32_t x, int32_t y, std::string_view text) = 0;
+    /// Lines, points and texts up to `EndFigure` are one picture that says what the caption tells. Goes to a
+    /// new page when the height does not fit; the position is the top of the figure then.
+    virtual void BeginFigure(std::string_view caption, int32_t height) = 0;
+    virtual void EndFigure() = 0;
     virtual std::string Translate(std::string_view section, std::string_view key,
                                   TextArguments args) const = 0;
 };

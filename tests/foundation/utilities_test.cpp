@@ -8,12 +8,13 @@
 #include "foundation/registration.h"
 #include "support/fake_host.h"
 #include "support/fake_standards.h"
+#include "support/recording_report.h"
 
 namespace vorex {
 namespace {
 
 /// A report in a language of its own.
-class FakeReport : public IReportDocument {
+class FakeReport : public test::RecordingReport {
   public:
     std::string Translate(std::string_view section, std::string_view key, TextArguments args) const override {
         return "report " + texts.Translate(section, key, args);

@@ -1,0 +1,44 @@
+#include "foundation/report_markup.h"
+
+#include <gtest/gtest.h>
+
+#include "support/recording_report.h"
+
+namespace vorex {
+namespace {
+
+TEST(ReportMarkup, TextsCannotBreakTheMarkUp) {
+    EXPECT_EQ(markup::Text("a|b;c{d}e\\f û"), "a\\|b\\;c\\{d\\}e\\\\f û");
+    EXPECT_EQ(markup::Heading("1; 2"), "|{\\i\\b 1\\; 2}");
+    EXPECT_EQ(markup::Line("A|B"), "|A\\|B;");
+    EXPECT_EQ(markup::Text(""), "");
+}
+
+TEST(ReportMarkup, NumbersTakeTheDecimalSignOfTheReportAndOtherTextsStay) {
+    struct Case {
+        const char* number;
+        const char* point;
+        const char* comma;
+    };
+    const Case cases[] = {
+        {"80.5", "80.5", "80,5"},
+        {"80,5", "80.5", "80,5"},
+        {"-0.25", "-0.25", "-0,25"},
+        {"80.5*", "80.5*", "80,5*"},
+        {"12", "12", "12"},
+        {"", "", ""},
+        {"1.5 cm", "1.5 cm", "1.5 cm"},
+        {"18,24 x", "18,24 x", "18,24 x"},
+        {"OL.", "OL.", "OL."},
+    };
+    test::RecordingReport report;
+    for (const Case& c : cases) {
+        report.decimalSign = '.';
+        EXPECT_EQ(markup::Number(c.number, report), c.point);
+        report.decimalSign = ',';
+        EXPECT_EQ(markup::Number(c.number, report), c.comma);
+    }
+}
+
+}  // namespace
+}  // namespace vorex
