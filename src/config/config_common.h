@@ -144,6 +144,8 @@ class CConfigCommon : public IConfigData,
     /// absent choice reads as its first value.
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
+    /// The settings, then the planned exposures; nothing when the configuration is kept out of reports.
+    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
 
     void SetDeleteLimitStatus(uint8_t limitNumber) { LimitDeleted.Raise(limitNumber); }
     void SetAddLimitStatus(uint8_t limitNumber) { LimitAdded.Raise(limitNumber); }

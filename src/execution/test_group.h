@@ -26,6 +26,8 @@ class CResultTestGroup : public IResultData, public LibraryObject {
     std::shared_ptr<IDialog> CreateDialog() override { return nullptr; }
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
+    /// Prints nothing: the children print themselves.
+    void PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) override {}
 
     /// Rolls up the children, then asks the group's own limits.
     void Update(const ITestElement& group, const std::vector<std::shared_ptr<ITestElement>>& children,

@@ -343,6 +343,8 @@ class IConfigData {
     virtual std::shared_ptr<IDialog> CreateDialog() = 0;
     virtual void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) = 0;
     virtual std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) = 0;
+    /// Nothing without a report.
+    virtual void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) = 0;
 };
 
 class ILimitData {
@@ -394,6 +396,8 @@ class IResultData {
     virtual std::shared_ptr<IDialog> CreateDialog() = 0;
     virtual void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) = 0;
     virtual std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) = 0;
+    /// Nothing without a report.
+    virtual void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) = 0;
 };
 
 // -------------------------------------------------------------------------------------- test elements

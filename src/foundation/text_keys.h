@@ -262,6 +262,84 @@ inline constexpr std::string_view kScanForDetectors      = "25628::Please click 
 inline constexpr std::string_view kDetectorZrd           = "25607::ZRD47500";
 inline constexpr std::string_view kDetectorPelomark      = "25606::Pelomark";
 
+// Reports: headings.
+inline constexpr std::string_view kConfiguration         = "310::Configuration";
+inline constexpr std::string_view kValue                 = "231::Value";
+inline constexpr std::string_view kResult                = "312::Result:";
+inline constexpr std::string_view kUnit                  = "234::Unit";
+inline constexpr std::string_view kHighLimit             = "232::High limit";
+inline constexpr std::string_view kLowLimit              = "233::Low limit";
+inline constexpr std::string_view kStandard              = "22322::Standard";
+inline constexpr std::string_view kComments              = "22964::Comments:";
+inline constexpr std::string_view kMeasurementSettings   = "22005::Measurement Settings";
+inline constexpr std::string_view kMachineSettings       = "22107::Machine Settings";
+inline constexpr std::string_view kPelomarkModeSettings  = "25050::Pelomark Mode Settings";
+inline constexpr std::string_view kPelomarkUnitSettings  = "25051::Pelomark Unit Settings";
+inline constexpr std::string_view kSensorAdjust          = "25063::Temperature & Pressure Sensor Adjust";
+
+// Reports: the configuration.
+inline constexpr std::string_view kDetectorMode          = "22364::Detector Mode";
+inline constexpr std::string_view kDetectorSettings      = "22365::Detector Settings";
+inline constexpr std::string_view kExposureUnit          = "22366::Exposure Unit";
+inline constexpr std::string_view kExposureRateUnit      = "22367::Exposure Rate Unit";
+inline constexpr std::string_view kFluoroType            = "22008::Fluoro Type";
+inline constexpr std::string_view kTimeUnits             = "22009::Time Units";
+inline constexpr std::string_view kPercentKv             = "22010::%KV";
+inline constexpr std::string_view kDelay                 = "22011::Delay";
+inline constexpr std::string_view kIncludeDelay          = "22013::Include Delay";
+inline constexpr std::string_view kOn                    = "25100::ON";
+inline constexpr std::string_view kOff                   = "25101::OFF";
+inline constexpr std::string_view kAirDensityCorrection  = "25052::Air Density Correction";
+inline constexpr std::string_view kUserSetTemperature    = "25053::User Set Temperature";
+inline constexpr std::string_view kUserSetPressure       = "25054::User Set Pressure";
+inline constexpr std::string_view kReferenceTemperature  = "25055::Reference Temperature";
+inline constexpr std::string_view kPelomarkMode          = "25056::Mode";
+inline constexpr std::string_view kAutomaticReset        = "25057::Automatic Reset";
+inline constexpr std::string_view kDoseUnit              = "25058::Dose Unit";
+inline constexpr std::string_view kDoseRateUnit          = "25059::Dose Rate Unit";
+inline constexpr std::string_view kFrameRate             = "25060::Frame Rate";
+inline constexpr std::string_view kTemperatureUnit       = "25061::Temperature Unit";
+inline constexpr std::string_view kPressureUnit          = "25062::Pressure Unit";
+inline constexpr std::string_view kTemperatureOffset     = "25064::Internal Temperature Offset";
+inline constexpr std::string_view kPressureOffset        = "25065::Internal Pressure Offset";
+inline constexpr std::string_view kIonChamberName        = "25261::Ion Chamber Name";
+inline constexpr std::string_view kCalFactor             = "25262::Cal Factor";
+inline constexpr std::string_view kCalConstant           = "25263::Cal Constant";
+inline constexpr std::string_view kMasInputType          = "25611::mAs Input Type";
+inline constexpr std::string_view kSdd                   = "22374::SDD";
+inline constexpr std::string_view kGeneratorSetup        = "22139::Generator Setup";
+inline constexpr std::string_view kFocalSpotSize         = "22106::Focal Spot Size";
+inline constexpr std::string_view kKvp                   = "22524::kVp";
+inline constexpr std::string_view kBreastThickness       = "22616::Breast Thickness";
+inline constexpr std::string_view kGlandularFraction     = "22119::Glandular Fraction";
+inline constexpr std::string_view kNominalKv             = "22606::Nominal KV";
+inline constexpr std::string_view kSourceToDetector      = "22619::Source to Detector Distance";
+inline constexpr std::string_view kSourceToBucky         = "22618::Souce to Bucky Distance";
+inline constexpr std::string_view kCorrectionFactor      = "22617::Correction Factor";
+inline constexpr std::string_view kDensityControl        = "22123::Density Control Settings";
+inline constexpr std::string_view kCassetteSize          = "22974::Cassette Size";
+inline constexpr std::string_view kSid                   = "22393::SID";
+inline constexpr std::string_view kFilmType              = "22124::Film Type";
+inline constexpr std::string_view kFilter                = "22125::Filter";
+inline constexpr std::string_view kAecMode               = "22126::AEC Mode";
+inline constexpr std::string_view kFieldRestriction      = "22127::Field Restriction";
+inline constexpr std::string_view kImagingMode           = "22128::Imaging Mode";
+inline constexpr std::string_view kScreenType            = "22129::Screen Type";
+inline constexpr std::string_view kTargetMaterial        = "22130::Target Material";
+inline constexpr std::string_view kMeasuredHvl           = "22134::Measured HVL";
+inline constexpr std::string_view kPhantom               = "22120::Phantom";
+inline constexpr std::string_view kAnode                 = "22138::Anode(Target)";
+inline constexpr std::string_view kSetMasCaption         = "22538::Set mAs";
+inline constexpr std::string_view kSetMaCaption          = "22537::Set mA";
+inline constexpr std::string_view kSidInCm               = "22131::SID(cm)";
+inline constexpr std::string_view kYes                   = "22240::Yes";
+inline constexpr std::string_view kNo                    = "22241::No";
+
+// Reports: waveforms.
+inline constexpr std::string_view kKvWaveform            = "22301::KV Waveform";
+inline constexpr std::string_view kTimeInSec             = "22329::Time [sec]";
+inline constexpr std::string_view kTimeInMsec            = "25630::Time [msec]";
+
 // Results, limits and instruments.
 inline constexpr std::string_view kDefaultInstrument     = "23159::ZRD 47500WD";
 inline constexpr std::string_view kExposureCaption       = "23183::Exposure ";

@@ -6,6 +6,8 @@
 #include "foundation/class_registry.h"
 #include "foundation/host_error.h"
 #include "foundation/number_text.h"
+#include "foundation/report_markup.h"
+#include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
 namespace vorex {
@@ -30,6 +32,19 @@ std::shared_ptr<IXmlElement> FirstChild(const IXmlElement& element, std::string_
 
 void AddIfAny(IXmlElement& parent, const std::shared_ptr<IXmlElement>& child) {
     if (child) parent.AddChild(child);
+}
+
+/// The words of the operator and the log of edited values, a row each line.
+void PrintComment(const std::string& comment, IReportDocument& report) {
+    std::string rows;
+    for (const std::string& part : {CommentWords(comment), CommentLog(comment)})
+        ForEachPart(part, '\n', [&](std::string_view line) {
+            if (line.ends_with('\r')) line.remove_suffix(1);
+            if (!line.empty()) rows += markup::Line(line);
+        });
+    if (rows.empty()) return;
+    const std::string columns = "<+560|<+" + PlainText(report.Metric(kTableWidth)) + markup::kRowEnd;
+    report.PrintTable(columns, markup::Heading(Translate(text::kComments, &report)) + markup::kRowEnd + rows);
 }
 
 }  // namespace
@@ -108,7 +123,16 @@ std::shared_ptr<IXmlElement> TestElementBase::Save(const std::shared_ptr<IXmlDoc
 }
 
 void TestElementBase::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) {
+    if (report == nullptr || !mFilter->Print()) return;
+    const TestRow* test = FindTest(mTestId);
+    const std::string title =
+        mInfo->Name().empty() && test != nullptr ? std::string(test->title) : mInfo->Name();
+    report->PrintHeading(title, mResult ? StatusText(mResult->Status(), report) : std::string());
+    if (mConfiguration) mConfiguration->PrintReport(report, setup);
     if (mLimits) mLimits->PrintReport(report, setup);
+    if (!mResult) return;
+    mResult->PrintReport(report, setup);
+    if ((report->Options() & kReportComments) != 0) PrintComment(mResult->Comment(), *report);
 }
 
 void TestElementBase::Terminate() {
@@ -174,6 +198,7 @@ std::shared_ptr<IXmlElement> TestContainerBase::Save(const std::shared_ptr<IXmlD
 }
 
 void TestContainerBase::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) {
+    if (report == nullptr || !Filter()->Print()) return;
     TestElementBase::PrintReport(report, setup);
     for (const auto& child : mChildren) child->PrintReport(report, setup);
 }

@@ -58,7 +58,8 @@ class TestElementBase : public virtual ITestElementBase {
     /// Raises 0x8004A3C2 when a configuration finds no "PlugInData".
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
-    /// Lets the limits tell the report which standards stand beside the results.
+    /// Heading, configuration, result and comment; nothing when the filter keeps the element out of reports.
+    /// The limits print nothing: they tell which standards stand beside the results.
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
     void Terminate() override;
 

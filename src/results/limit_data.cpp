@@ -108,6 +108,14 @@ void ForEachRow(int32_t testId, Visit&& visit) {
         if (row.testId == testId) visit(row);
 }
 
+/// Without a selection every standard is selected.
+bool IsSelected(const IStandard& standard, const ISelectedStandards* selected) {
+    if (selected == nullptr) return true;
+    const auto names = selected->Standards();
+    return std::find(names.begin(), names.end(), StandardName{standard.Name(), standard.Version()}) !=
+           names.end();
+}
+
 }  // namespace
 
 std::shared_ptr<CConfigCommon> CLimitData::OwnerConfiguration() const {
@@ -152,13 +160,15 @@ std::shared_ptr<IXmlElement> CLimitData::Save(const std::shared_ptr<IXmlDocument
     return element;
 }
 
-void CLimitData::PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) {
+void CLimitData::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
     auto& shown = State().SelectedStandardsForReport;
     // The limits of the element before must not stand beside the results of this one.
     shown.clear();
+    const ISelectedStandards* selected = report == nullptr ? nullptr : report->SelectedStandards();
     for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i) {
         const auto standard = mStandards->Item(i);
-        shown.push_back(mStandards->FindExpectedResult(0, standard->Name(), standard->Version()));
+        if (IsSelected(*standard, selected))
+            shown.push_back(mStandards->FindExpectedResult(0, standard->Name(), standard->Version()));
     }
 }
 

@@ -33,7 +33,7 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
     /// Raises 0x8004A4EE for another element; the standards are empty when their load fails.
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
-    /// Prints nothing: puts the standards where the result's report finds them.
+    /// Prints nothing: puts the standards that the report shows where the result's report finds them.
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
     void UpdateLimits(const std::shared_ptr<ITestElement>& /*owner*/) override {}
     std::vector<std::shared_ptr<IStandard>> FindFailedStandards(

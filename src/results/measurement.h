@@ -119,6 +119,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     /// the smallest, the low side the last that differs. Ordinal above 0 looks at the limit of that position
     /// only.
     FoundLimit GetLimit(int32_t side, const IStandard& standard, bool calculate, int32_t ordinal) const;
+    /// The rows of this measurement in a report, in table mark-up: one, and one more for each further
+    /// standard that has a limit for it. Empty for what a failures-only report leaves out.
+    std::string BuildReportLine(const IReportDocument& report) const;
 
   private:
     enum class ReadingState : uint8_t { kUnknown, kNumber, kMark };

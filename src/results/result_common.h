@@ -115,6 +115,8 @@ class CResultCommon : public IResultData,
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     /// Raises 0x8004A3EC when the element cannot be made.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
+    /// The exposures, the statistics of the test once behind them, then the waveforms.
+    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
 
     void MTIID(int32_t id) { mMtiId = id; }
     const MeasurementRow& Current() const { return *mCurrent; }
@@ -176,6 +178,12 @@ class CResultCommon : public IResultData,
     void LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
                       std::size_t& slot);
     void RebuildWorkingRow();
+
+    // Printing (result_report.cpp).
+    std::vector<std::string> ExposureLines(const MeasurementRow& row, const IReportDocument& report) const;
+    std::vector<std::string> CalculationLines(const IReportDocument& report) const;
+    bool HasWaveform(std::size_t row) const;
+    void PrintWaveforms(IReportDocument& report) const;
 
     std::shared_ptr<CConfigCommon> mConfig;
     std::shared_ptr<MeasurementRow> mCurrent;

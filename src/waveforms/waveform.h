@@ -26,6 +26,8 @@ class IWaveform {
     virtual void Initialize(std::string_view data) = 0;
     virtual void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) = 0;
     virtual std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) = 0;
+    /// A plot; nothing when the waveform is kept out of reports or has no samples.
+    virtual void PrintReport(IReportDocument* report) const = 0;
     virtual void WaveformType(uint8_t type) = 0;
 };
 
@@ -42,6 +44,7 @@ class CWaveform : public IWaveform {
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     /// Raises 0x8004A3EC when the element cannot be made.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
+    void PrintReport(IReportDocument* report) const override;
     void WaveformType(uint8_t type) override { mType = type; }
 
   private:

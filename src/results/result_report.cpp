@@ -1,0 +1,191 @@
+#include <algorithm>
+
+#include "foundation/library_state.h"
+#include "foundation/number_text.h"
+#include "foundation/report_markup.h"
+#include "foundation/utilities.h"
+#include "results/result_common.h"
+
+// The printed result. A row of the table is the margin, name, preset, value, unit, high limit, low limit,
+// standard, a spare cell and the fail mark.
+
+namespace vorex {
+
+namespace {
+
+constexpr int32_t kTableStyle = 7;
+constexpr std::string_view kNameTail = "      ";
+/// Cells between unit and fail mark, and between standard and fail mark.
+constexpr std::string_view kUnitToMark = "|||||";
+constexpr std::string_view kStandardToMark = "||";
+/// Margin, name, preset, value and unit of a row that goes on with a further standard.
+constexpr std::string_view kContinuation = "|||||";
+
+constexpr std::string_view kWords[] = {
+    text::kOverRange, text::kUnderRange, text::kPass, text::kFail, text::kNotApplicable,
+};
+
+bool Shows(const IReportDocument& report, int32_t option) {
+    return (report.Options() & option) != 0;
+}
+
+bool ShowsWaveforms(const IReportDocument& report) {
+    return Shows(report, kReportWaveforms) && report.Kind() == kFullReport;
+}
+
+bool ShowsLimits(const IReportDocument& report) {
+    return Shows(report, kReportLimits) && !State().SelectedStandardsForReport.empty();
+}
+
+/// A value in the language of the report: a loaded word is in that of the program.
+std::string ReportValue(const std::string& shown, const IReportDocument& report) {
+    if (shown.empty() || IsNumber(shown)) return markup::Number(shown, report);
+    const auto* word = std::find_if(std::begin(kWords), std::end(kWords), [&](std::string_view textKey) {
+        return EqualsIgnoringCase(shown, Translate(textKey)) ||
+               EqualsIgnoringCase(shown, Translate(textKey, &report));
+    });
+    return word == std::end(kWords) ? markup::Number(shown, report) : Translate(*word, &report);
+}
+
+std::string LimitText(const CMeasurement::FoundLimit& limit, const IReportDocument& report) {
+    return limit.found ? markup::Number(PlainText(limit.number), report) : std::string();
+}
+
+/// Limits and name of a standard as the last cells of a row; empty when the standard has limits, but none
+/// that judges the measurement.
+std::string StandardCells(const CMeasurement& measurement, const IStandard& standard,
+                          const IReportDocument& report) {
+    const auto high = measurement.GetLimit(kHighSide, standard, true, 0);
+    const auto low = measurement.GetLimit(kLowSide, standard, true, 0);
+    if (!standard.Results().empty() && !high.found && !low.found) return {};
+    return LimitText(high, report) + markup::kCell + LimitText(low, report) + markup::kCell +
+           markup::Text(standard.Name());
+}
+
+std::string BuildReportHeader(const IReportDocument& report) {
+    std::string heading = markup::Heading(Translate(text::kResult, &report)) + markup::Heading("");
+    heading += markup::Heading(Translate(text::kValue, &report));
+    heading += markup::Heading(Translate(text::kUnit, &report));
+    if (ShowsLimits(report))
+        for (std::string_view caption : {text::kHighLimit, text::kLowLimit, text::kStandard})
+            heading += markup::Heading(Translate(caption, &report));
+    return heading + markup::kRowEnd;
+}
+
+std::string BuildReportColumns(const IReportDocument& report) {
+    const int32_t w = (report.Metric(kTextWidth) - 3360) / 6 - 50;
+    std::string columns = "<+560|<2440";
+    for (int32_t width : {w - 1000, w + 200, w - 100, w - 50, w, w + 500})
+        columns += "|>+" + PlainText(width);
+    return columns + "|<+!554|<+560;";
+}
+
+/// Writes row after row, with the headings on top of each page that has one.
+class ResultTable {
+  public:
+    explicit ResultTable(IReportDocument& report)
+        : mReport(report), mColumns(BuildReportColumns(report)), mHeading(BuildReportHeader(report)) {}
+
+    /// A block heading and the lines under it; the heading never stands alone at the end of a page.
+    void PrintBlock(std::string_view caption, const std::vector<std::string>& lines) {
+        const std::string first = markup::Line(caption);
+        Print(first, lines.empty() ? first : first + lines.front());
+        for (const std::string& line : lines) Print(line, line);
+    }
+
+  private:
+    void Print(const std::string& row, const std::string& keptTogether) {
+        const std::string needed = mBegun ? keptTogether : mHeading + keptTogether;
+        if (mReport.TableHeight(mColumns, needed) > mReport.SpaceLeft()) {
+            mReport.NewPage();
+            mBegun = false;
+        }
+        if (!mBegun) mReport.PrintTable(mColumns, mHeading);
+        mBegun = true;
+        mReport.PrintTable(mColumns, row);
+    }
+
+    IReportDocument& mReport;
+    std::string mColumns;
+    std::string mHeading;
+    bool mBegun = false;  ///< the heading stands on this page
+};
+
+void AddLine(std::vector<std::string>& lines, const CMeasurement& measurement,
+             const IReportDocument& report) {
+    std::string line = measurement.BuildReportLine(report);
+    if (!line.empty()) lines.push_back(std::move(line));
+}
+
+}  // namespace
+
+std::string CMeasurement::BuildReportLine(const IReportDocument& report) const {
+    if (Shows(report, kReportFailuresOnly) && mStatus != kFailed) return {};
+    const bool limits = ShowsLimits(report);
+    const std::string shown = ShownText();
+    std::string start = markup::kCell + markup::Text(Translate(mLabels->description, &report));
+    start.append(kNameTail) += markup::kCell;
+    start += markup::Text(ReportValue(FormatValue(mPresetValue), report)) + markup::kCell +
+             markup::Text(ReportValue(shown, report)) + markup::kCell;
+    if (!limits || IsValidReading(shown)) start += markup::Text(Translate(mLabels->unit, &report));
+    const auto end = [&](std::string_view toMark) {
+        std::string cells;
+        if (mStatus == kFailed) cells.append(toMark).append(markup::kFailMark);
+        return cells + markup::kRowEnd;
+    };
+    std::string line;
+    if (limits) {
+        for (const auto& standard : State().SelectedStandardsForReport) {
+            const std::string cells = StandardCells(*this, *standard, report);
+            if (cells.empty()) continue;
+            line += line.empty() ? start + markup::kCell : std::string(kContinuation);
+            line += cells + end(kStandardToMark);
+        }
+    }
+    return line.empty() ? start + end(kUnitToMark) : line;
+}
+
+std::vector<std::string> CResultCommon::ExposureLines(const MeasurementRow& row,
+                                                      const IReportDocument& report) const {
+    std::vector<std::string> lines;
+    for (const auto& item : row)
+        if (item->RawKey() != key::kImportWaveform && !IsTestWideColumn(item->RawKey()))
+            AddLine(lines, *item, report);
+    return lines;
+}
+
+std::vector<std::string> CResultCommon::CalculationLines(const IReportDocument& report) const {
+    std::vector<std::string> lines;
+    for (const auto& item : *mRows.back())
+        if (IsTestWideColumn(item->RawKey())) AddLine(lines, *item, report);
+    return lines;
+}
+
+bool CResultCommon::HasWaveform(std::size_t row) const {
+    return mWaveforms[row]->ValueCount() > 0 || mMaWaveforms[row]->ValueCount() > 0;
+}
+
+void CResultCommon::PrintWaveforms(IReportDocument& report) const {
+    for (std::size_t row = 0; row < mRows.size(); ++row) {
+        mWaveforms[row]->PrintReport(&report);
+        mMaWaveforms[row]->PrintReport(&report);
+    }
+}
+
+void CResultCommon::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
+    if (report == nullptr || mExposureCount == 0 || mRows.empty()) return;
+    report->Style(kTableStyle);
+    ResultTable table(*report);
+    const bool everyBlock = !Shows(*report, kReportFailuresOnly);
+    const bool waveforms = ShowsWaveforms(*report);
+    for (std::size_t row = 0; row < mRows.size(); ++row) {
+        const std::vector<std::string> lines = ExposureLines(*mRows[row], *report);
+        if (everyBlock || !lines.empty() || (waveforms && HasWaveform(row)))
+            table.PrintBlock(Translate(text::kExposureHeading, report) + std::to_string(row + 1), lines);
+    }
+    const std::vector<std::string> calculations = CalculationLines(*report);
+    if (!calculations.empty()) table.PrintBlock(Translate(text::kCalculations, report), calculations);
+    if (waveforms) PrintWaveforms(*report);
+}
+
+}  // namespace vorex

@@ -1,0 +1,474 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "foundation/host_services.h"
+#include "foundation/library_state.h"
+#include "host/execution_pipe.h"
+#include "host/standards.h"
+#include "results/limit_data.h"
+#include "results/result_common.h"
+#include "support/fake_element.h"
+#include "support/fake_host.h"
+#include "support/recording_report.h"
+
+namespace vorex {
+namespace {
+
+const std::string kHeading = "|{\\i\\b Result:}|{\\i\\b }|{\\i\\b Value}|{\\i\\b Unit};\n";
+const std::string kLimitHeading =
+    "|{\\i\\b Result:}|{\\i\\b }|{\\i\\b Value}|{\\i\\b Unit}|{\\i\\b High limit}|{\\i\\b Low limit}|"
+    "{\\i\\b Standard};\n";
+const std::string kCross = "{{\\fonttbl{\\f0\\fcharset2 Wingdings}}\\f0\\fs18 û}";
+
+/// A row without limits: name, preset, value, unit.
+std::string Row(const std::string& name, const std::string& preset, const std::string& value,
+                const std::string& unit) {
+    return "|" + name + "      |" + preset + "|" + value + "|" + unit + ";\n";
+}
+
+class ResultReport : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        HostServices services;
+        services.text = texts;
+        InstallServices(services);
+        ResetState();
+    }
+    void TearDown() override { InstallServices({}); }
+
+    void Begin(int32_t test, int32_t kind, int32_t pkMode = 0) {
+        config = std::make_shared<CConfigCommon>();
+        config->DefaultValues(test);
+        config->pMeasurementExposure = kUnitR;
+        config->pMeasurementExposureRateUnit = 1;
+        config->pMeasurementTimeUnit = kMilliseconds;
+        config->DetectorName = kind;
+        config->PKMode = pkMode;
+        result = std::make_shared<CResultCommon>();
+        result->Initialize(config);
+    }
+    /// Stores an exposure with one text in every column.
+    void Expose(uint8_t number, const std::string& value = "7") {
+        for (const auto& item : result->Current()) item->Value(value);
+        result->UpdateStatus(owner, nullptr, number);
+    }
+    CMeasurement& At(std::size_t row, std::string_view measurementKey) {
+        return *FindMeasurement(*result->Rows()[row], measurementKey);
+    }
+    std::string Printed(int32_t options = 0) {
+        report = test::RecordingReport();
+        report.options = options;
+        result->PrintReport(&report, nullptr);
+        return report.Rows();
+    }
+    /// The rows of the result with limits on, without the headings: those of one measurement.
+    std::string LimitRows(std::size_t row, std::string_view measurementKey) {
+        report.options |= kReportLimits;
+        return At(row, measurementKey).BuildReportLine(report);
+    }
+    static std::shared_ptr<Standard> NewStandard(const std::string& name) {
+        auto standard = std::make_shared<Standard>(name, "1");
+        State().SelectedStandardsForReport.push_back(standard);
+        return standard;
+    }
+    static void AddLimit(IStandard& standard, std::string_view limitKey, std::string_view high,
+                         std::string_view low, std::string_view expression = "Y") {
+        auto limit = std::make_shared<ExpectedResult>();
+        limit->Setup(limitKey, "", high, low);
+        limit->Expression(kHighSide, expression);
+        limit->Expression(kLowSide, expression);
+        standard.AddExpectedResult(limit);
+    }
+    void StoreWaveform(uint8_t type, const std::string& samples) {
+        result->WaveformType = type;
+        result->Resolution(1);
+        result->StoreWaveForm(samples);
+    }
+
+    std::shared_ptr<test::FakeTexts> texts = std::make_shared<test::FakeTexts>();
+    std::shared_ptr<CConfigCommon> config;
+    std::shared_ptr<CResultCommon> result;
+    test::FakeElement owner;
+    test::RecordingReport report;
+};
+
+// ------------------------------------------------------------------- rows of every test and detector kind
+
+std::string ZrdRows(const std::string& kv, bool fluoro) {
+    return Row("kVp Avg", kv, "7", "KV") + Row("kVp Max", kv, "7", "KV") + Row("kV PPV", kv, "7", "KV") +
+           Row("Exposure", "", "7", fluoro ? "R" : "mR") +
+           Row("Exposure Rate", "", "7", fluoro ? "R/sec" : "mR/sec") +
+           Row("Exposure Time", "", "7", fluoro ? "sec" : "ms") + Row("HVL", "", "7", "mm Al");
+}
+std::string PelomarkRows(bool dose) {
+    return (dose ? Row("Dose", "", "7", "R") : "") + Row("Dose Rate", "", "7", "R/Sec") +
+           Row("Temperature", "", "7.0", "°C") + Row("Pressure", "", "7.0", "mmHg") +
+           Row("ADCF", "", "7.0", "") + Row("Bias Voltage", "", "7.0", "V") +
+           Row("Leak Current", "", "7.0", "pA");
+}
+const std::string kMasRows = Row("mA", "", "7.0", "mA") + Row("mAs", "", "7.0", "mAs") +
+                             Row("mAs/Pulse", "", "7.0", "") + Row("Dose/mAs", "", "7.0", "");
+const std::string kMasMeans = Row("Avg mA", "", "7.0", "mA") + Row("Avg mAs", "", "7.0", "mAs") +
+                              Row("Avg mAs/Pulse", "", "7.0", "") + Row("Avg Dose/mAs", "", "7.0", "");
+const std::string kMasVariations = Row("CV mA", "", "7.0", "mA") + Row("CV mAs", "", "7.0", "mAs") +
+                                   Row("CV mAs/Pulse", "", "7.0", "") + Row("CV Dose/mAs", "", "7.0", "");
+const std::string kZrdMeans = Row("Avg. kVp Avg", "", "7", "KV") + Row("Avg. kVp Max", "", "7", "KV") +
+                              Row("Avg. kV PPV", "", "7", "KV") + Row("Avg. Exposure", "", "7", "mR") +
+                              Row("Avg. Exposure Rate", "", "7", "mR/sec") +
+                              Row("Avg. Exposure Time", "", "7", "ms") + Row("Avg. HVL", "", "7", "mm Al");
+const std::string kZrdVariations = Row("CV kVp Avg", "", "7.0", "") + Row("CV kVp Max", "", "7.0", "") +
+                                   Row("CV kV PPV", "", "7.0", "") + Row("CV Exposure", "", "7.0", "") +
+                                   Row("CV Exposure Rate", "", "7.0", "") +
+                                   Row("CV Exposure Time", "", "7.0", "") + Row("CV HVL", "", "7.0", "");
+const std::string kDoseRows = Row("Inverse Square Corrected Skin Exposure", "", "7", "") +
+                              Row("Dose Conversion Factor", "", "7", "mrad/R") +
+                              Row("Computed Average Glandular Dose", "", "7.0", "mrad");
+
+struct TestRows {
+    int32_t test;
+    std::string kv;            ///< preset of the voltages
+    std::string first;         ///< in front of the readings
+    std::string zrd;           ///< behind the readings of the ZRD 47500
+    std::string calculations;  ///< of kind 1
+    std::string pelomark;      ///< calculations of kind 3 in dose mode
+};
+
+const TestRows kTestRows[] = {
+    {kRadioRepro, "80", "", "", kZrdMeans + kZrdVariations,
+     Row("AVG Dose", "", "7", "R") + Row("AVG Dose Rate", "", "7", "R/Sec") + Row("CV Dose", "", "7.0", "") +
+         Row("CV Dose Rate", "", "7.0", "")},
+    {kRadioAccuracy, "80", "",
+     Row("%kVp Avg. Error", "", "7.0", "%") + Row("Absolute kVp Avg. Error", "", "7.0", "KV"), "", ""},
+    {kRadioLinearity, "80", Row("Adjacent", "", "7", ""),
+     Row("Exposure/mAs", "", "7", "mR/mAs") + Row("CL", "", "7.0", ""), "", ""},
+    {kFluoroAccuracy, "80", "", Row("%kVp Avg. Error", "", "7.0", "%"), "", ""},
+    {kFluoroExposure, "80", "", Row("Phantom Thickness", "", "7", "") + Row("Mode", "", "7", ""), "", ""},
+    {kMammoAccRepro, "25", "", "",
+     Row("Mean kVp(4)", "", "7", "KV") + Row("SD(4)", "", "7", "") + Row("Mean kVp", "", "7", "KV") +
+         Row("Standard deviation", "", "7", "") + Row("Mean kVp - Nominal kVp", "", "7", "KV") +
+         Row("0.05 X Nominal kVp", "", "7", "KV") + Row("%Error", "", "7.0", "%") + Row("CV", "", "7.0", ""),
+     ""},
+    {kMammoAec, "80", "", "",
+     Row("Energy Corrected Mean Values", "", "7", "R") + Row("SD Exposure", "", "7", "") +
+         Row("CV Exposure", "", "7.0", "") + Row("CV mAs", "", "7.0", "") + kDoseRows,
+     Row("Energy Corrected Mean Values", "", "7", "R") + Row("SD Dose", "", "7", "") +
+         Row("CV Dose", "", "7.0", "") + kDoseRows},
+    {kMammoRadiation, "28", "",
+     Row("Exposure Rate", "", "7.0", "mR/sec") + Row("Air Kerma Rate", "", "7.0", "mGy/sec"), "", ""},
+};
+
+struct Blocks {
+    std::string exposure;
+    std::string calculations;
+};
+
+/// What an exposure and the calculations of a test and kind print.
+Blocks ExpectedBlocks(const TestRows& rows, int32_t kind) {
+    const bool fluoro = rows.test == kFluoroAccuracy || rows.test == kFluoroExposure;
+    const bool repro = rows.test == kRadioRepro;
+    const std::string masStatistics = repro ? kMasMeans + kMasVariations : "";
+    switch (kind) {
+        case kZrd:
+            return {rows.first + ZrdRows(rows.kv, fluoro) + rows.zrd, rows.calculations};
+        case kMasMeter:
+            return {kMasRows, masStatistics};
+        case kPelomark:
+            return {rows.first + PelomarkRows(true), rows.pelomark};
+        case kZrdAndMas:
+            return {rows.first + ZrdRows(rows.kv, fluoro) + rows.zrd + kMasRows,
+                    repro ? kZrdMeans + kMasMeans + kZrdVariations + kMasVariations : rows.calculations};
+        default:
+            return {rows.first + PelomarkRows(true) + kMasRows, rows.pelomark + masStatistics};
+    }
+}
+
+TEST_F(ResultReport, EveryTestAndKindPrintsItsExposuresAndThenItsCalculationsOnce) {
+    for (const TestRows& rows : kTestRows) {
+        for (int32_t kind = kZrd; kind <= kPelomarkAndMas; ++kind) {
+            Begin(rows.test, kind);
+            Expose(1);
+            Expose(2);
+            const Blocks blocks = ExpectedBlocks(rows, kind);
+            std::string expected =
+                kHeading + "|Exposure 1;\n" + blocks.exposure + "|Exposure 2;\n" + blocks.exposure;
+            if (!blocks.calculations.empty()) expected += "|Calculations;\n" + blocks.calculations;
+            EXPECT_EQ(Printed(), expected) << rows.test << " kind " << kind;
+        }
+    }
+}
+
+TEST_F(ResultReport, RateModeOfThePelomarkPrintsNoDose) {
+    Begin(kMammoAec, kPelomark, 1);
+    Expose(1);
+    EXPECT_EQ(Printed(), kHeading + "|Exposure 1;\n" + PelomarkRows(false));
+}
+
+TEST_F(ResultReport, ThereIsAPulseRateInPulsedFluoroscopyAndATimerErrorWithASetTime) {
+    Begin(kFluoroAccuracy, kZrd);
+    config->pMeasurementFluoroType = kPulsed;
+    result->Initialize(config);
+    Expose(1);
+    const std::string pulsed = Printed();
+    EXPECT_NE(pulsed.find(Row("Exposure Time", "", "7", "sec") + Row("Pulse Rate", "", "7", "Pps") +
+                          Row("Pulse Width", "", "7", "ms") + Row("HVL", "", "7", "mm Al")),
+              std::string::npos)
+        << pulsed;
+    Begin(kRadioAccuracy, kZrd);
+    config->pGeneratorSetup = kSetupMaTime;
+    config->pMeasurementTimeUnit = kPulses;
+    result->Initialize(config);
+    Expose(1);
+    const std::string timed = Printed();
+    EXPECT_TRUE(timed.ends_with(Row("%Timer Error", "", "7.0", "%"))) << timed;
+    EXPECT_NE(timed.find(Row("Exposure In Pulses", "", "7", "Pulses")), std::string::npos) << timed;
+}
+
+TEST_F(ResultReport, WidthsFollowTheTextWidth) {
+    Begin(kMammoRadiation, kZrd);
+    Expose(1);
+    // (10080 - 3360) / 6 - 50 = 1070; (10903 - 3360) / 6 - 50 = 1207 with the rest dropped.
+    const std::pair<int32_t, std::string> pages[] = {
+        {10080, "table <+560|<2440|>+70|>+1270|>+970|>+1020|>+1070|>+1570|<+!554|<+560;"},
+        {10903, "table <+560|<2440|>+207|>+1407|>+1107|>+1157|>+1207|>+1707|<+!554|<+560;"},
+    };
+    for (const auto& [width, columns] : pages) {
+        test::RecordingReport page;
+        page.textWidth = width;
+        result->PrintReport(&page, nullptr);
+        ASSERT_GT(page.calls.size(), 2U);
+        EXPECT_EQ(page.calls[0], "style 7");
+        for (std::size_t i = 1; i < page.calls.size(); ++i)
+            EXPECT_EQ(page.calls[i].substr(0, columns.size()), columns);
+    }
+}
+
+TEST_F(ResultReport, NothingIsPrintedWithoutExposures) {
+    for (int32_t test : kMeasuringTests) {
+        Begin(test, kZrd);
+        EXPECT_EQ(Printed(), "");
+        EXPECT_TRUE(report.calls.empty());
+        EXPECT_NO_THROW(result->PrintReport(nullptr, nullptr));
+    }
+}
+
+TEST_F(ResultReport, EmptyValuesPrintTheirUnitsAndOverRangeValuesTheirWord) {
+    Begin(kMammoRadiation, kZrd);
+    Expose(1, "");
+    EXPECT_NE(Printed().find(Row("kVp Avg", "28", "", "KV")), std::string::npos);
+    Begin(kMammoRadiation, kZrd);
+    Expose(1, "OL");
+    const std::string cross = "|||||" + kCross + ";\n";
+    const std::string rows = Printed();
+    EXPECT_NE(rows.find("|kVp Avg      |28|OL|KV" + cross), std::string::npos) << rows;
+    EXPECT_NE(rows.find("|Air Kerma Rate      ||OL|mGy/sec" + cross), std::string::npos)
+        << "an over-range text is not brought into a picture";
+    AddLimit(*NewStandard("State"), "ER HVL", "0.5", "0.3");
+    const std::string limited = Printed(kReportLimits);
+    EXPECT_NE(limited.find("|kVp Avg      |28|OL|" + cross), std::string::npos) << limited;
+    EXPECT_NE(limited.find("|HVL      ||OL||0.5|0.3|State||" + kCross + ";"), std::string::npos) << limited;
+}
+
+TEST_F(ResultReport, WordsAndNumbersAreOfTheLanguageOfTheReport) {
+    texts->words = {{"22421::UL", "LOW"}};
+    Begin(kFluoroExposure, kZrd);
+    Expose(1, "7.25");
+    At(0, key::kHvl).Value(std::string("LOW"));
+    At(0, key::kKvpMax).Value(std::string("80.5*"));
+    At(0, key::kMode).Value(std::string("HLC 1.5|x;"));
+    test::RecordingReport german;
+    german.decimalSign = ',';
+    german.words = {
+        {"22421::UL", "Unterl."}, {"22847::Exposure ", "Aufnahme "}, {"22104::kVp Avg", "kVp mittel"}};
+    result->PrintReport(&german, nullptr);
+    const std::string rows = german.Rows();
+    EXPECT_NE(rows.find("|Aufnahme 1;\n" + Row("kVp mittel", "80", "7,25", "KV")), std::string::npos) << rows;
+    EXPECT_NE(rows.find(Row("HVL", "", "Unterl.", "mm Al")), std::string::npos) << rows;
+    EXPECT_NE(rows.find(Row("kVp Max", "80", "80,5*", "KV")), std::string::npos) << rows;
+    EXPECT_NE(rows.find("|Mode      ||HLC 1.5\\|x\\;|;"), std::string::npos) << "as it was typed: " << rows;
+}
+
+// ---------------------------------------------------------------------------------------------- limits
+
+TEST_F(ResultReport, LimitsOfEachStandardStandBesideTheRowThatTheyJudge) {
+    Begin(kRadioRepro, kZrd);
+    Expose(1);
+    const auto site = NewStandard("Site");
+    const auto state = NewStandard("State;|");
+    const auto other = NewStandard("Other");
+    AddLimit(*site, "ER kVp Avg", "5", "-5", "X+(X*Y%)");
+    AddLimit(*site, "ER Exposure", "0.05", "", "CV");
+    AddLimit(*site, "ER Exposure", "120", "100");
+    AddLimit(*site, "ER HVL", "", "");
+    AddLimit(*state, "ER kVp Avg", "", "0");
+    AddLimit(*other, "ER kVp Avg", "90", "", "Y");
+    AddLimit(*other, "ER Exposure", "0.1", "", "CV");
+    struct Case {
+        std::string_view key;
+        std::string expected;
+    };
+    const Case cases[] = {
+        {key::kKvpAvg, "|kVp Avg      |80|7|KV|84|76|Site;||||||0|State\\;\\|;|||||90||Other;"},
+        {key::kErKvpAvg, "|CV kVp Avg      ||7.0|;"},
+        {key::kExposure, "|Exposure      ||7|mR|120|100|Site;"},
+        {key::kErExposure, "|CV Exposure      ||7.0||0.05||Site;|||||0.1||Other;"},
+        {key::kHvl, "|HVL      ||7|mm Al;"},
+        {key::kKvpMax, "|kVp Max      |80|7|KV;"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(LimitRows(0, c.key), c.expected);
+    At(0, key::kKvpAvg).Status(kFailed);
+    EXPECT_EQ(LimitRows(0, key::kKvpAvg), "|kVp Avg      |80|7|KV|84|76|Site||" + kCross +
+                                              ";||||||0|State\\;\\|||" + kCross + ";|||||90||Other||" +
+                                              kCross + ";");
+    At(0, key::kKvpMax).Status(kFailed);
+    EXPECT_EQ(LimitRows(0, key::kKvpMax), "|kVp Max      |80|7|KV|||||" + kCross + ";");
+    EXPECT_TRUE(Printed(kReportLimits).starts_with(kLimitHeading + "|Exposure 1;\n"));
+    EXPECT_TRUE(Printed().starts_with(kHeading + "|Exposure 1;\n")) << "not without the option";
+    State().SelectedStandardsForReport.clear();
+    EXPECT_TRUE(Printed(kReportLimits).starts_with(kHeading + "|Exposure 1;\n")) << "not without a standard";
+}
+
+TEST_F(ResultReport, AStandardWithoutLimitsPrintsItsName) {
+    Begin(kMammoRadiation, kZrd);
+    Expose(1);
+    NewStandard("Bare");
+    EXPECT_EQ(LimitRows(0, key::kHvl), "|HVL      ||7|mm Al|||Bare;");
+    AddLimit(*NewStandard("Full"), "ER HVL", "0.5", "0.3");
+    EXPECT_EQ(LimitRows(0, key::kHvl), "|HVL      ||7|mm Al|||Bare;|||||0.5|0.3|Full;");
+}
+
+TEST_F(ResultReport, TheMaximumExposureRateHasTheLimitOfItsExposure) {
+    Begin(kFluoroExposure, kZrd);
+    Expose(1);
+    Expose(2);
+    const auto site = NewStandard("Site");
+    AddLimit(*site, "ER Maxi. Exposure Rate1", "10", "");
+    AddLimit(*site, "ER Maxi. Exposure Rate2", "20", "");
+    EXPECT_EQ(LimitRows(0, "ER Maxi. Exposure Rate1"), "|Exposure Rate      ||7|R/sec|10||Site;");
+    EXPECT_EQ(LimitRows(1, "ER Maxi. Exposure Rate2"), "|Exposure Rate      ||7|R/sec|20||Site;");
+}
+
+TEST_F(ResultReport, OnlyTheSelectedStandardsAreShown) {
+    HostServices services;
+    services.createStandards = [] { return std::make_shared<StandardCollection>(); };
+    InstallServices(services);
+    CLimitData limits;
+    limits.Load(test::XmlText("<ExpectedResult><Standard Name=\"A\" Version=\"1\"/><Standard Name=\"A\" "
+                              "Version=\"2\"/><Standard Name=\"B\" Version=\"1\"/></ExpectedResult>")
+                    .Root(),
+                nullptr);
+    const SelectedStandards selected({{"B", "1"}, {"A", "2"}, {"C", "1"}});
+    report.selected = &selected;
+    limits.PrintReport(&report, nullptr);
+    const auto& shown = State().SelectedStandardsForReport;
+    ASSERT_EQ(shown.size(), 2U);
+    EXPECT_EQ(shown[0]->Version(), "2");
+    EXPECT_EQ(shown[1]->Name(), "B");
+    EXPECT_TRUE(report.calls.empty());
+}
+
+// --------------------------------------------------------------------------------------- failures only
+
+TEST_F(ResultReport, AFailuresOnlyReportPrintsFailedRowsUnderTheirHeadings) {
+    for (int32_t test : {kRadioRepro, kMammoAccRepro, kMammoAec}) {
+        const bool repro = test == kRadioRepro;
+        Begin(test, kZrd);
+        for (uint8_t number : {1, 2, 3}) Expose(number);
+        EXPECT_EQ(Printed(kReportFailuresOnly), "") << "nothing failed in test " << test;
+        EXPECT_EQ(report.Calls(), "style 7\n");
+        At(1, key::kHvl).Status(kFailed);
+        const std::string failed = kHeading + "|Exposure 2;\n|HVL      ||7|mm Al|||||" + kCross + ";\n";
+        EXPECT_EQ(Printed(kReportFailuresOnly), failed) << test;
+        // A failed statistic heads the calculations, not its row; of earlier rows it does not count.
+        const auto [statistic, name] = repro                    ? std::pair(key::kErHvl, "CV HVL")
+                                       : test == kMammoAccRepro ? std::pair(key::kCv, "CV")
+                                                                : std::pair(key::kCvExposure, "CV Exposure");
+        At(0, statistic).Status(kFailed);
+        EXPECT_EQ(Printed(kReportFailuresOnly), failed) << test;
+        At(2, statistic).Status(kFailed);
+        EXPECT_EQ(Printed(kReportFailuresOnly),
+                  failed + "|Calculations;\n|" + name + "      ||7.0||||||" + kCross + ";\n")
+            << test;
+    }
+}
+
+TEST_F(ResultReport, AnExposureWithAWaveformKeepsItsHeadingWhenWaveformsArePrinted) {
+    Begin(kRadioAccuracy, kZrd);
+    Expose(1);
+    Expose(2);
+    StoreWaveform(kKvWaveform, "0,80,0");
+    EXPECT_EQ(Printed(kReportFailuresOnly), "");
+    EXPECT_EQ(Printed(kReportFailuresOnly | kReportWaveforms), kHeading + "|Exposure 2;\n" + ";\n")
+        << "and the empty row behind the plot";
+    report = test::RecordingReport();
+    report.options = kReportFailuresOnly | kReportWaveforms;
+    report.kind = 2;
+    result->PrintReport(&report, nullptr);
+    EXPECT_EQ(report.Rows(), "") << "another kind of report has no waveforms";
+}
+
+// ------------------------------------------------------------------------------------ pages, waveforms
+
+TEST_F(ResultReport, HeadingsComeAgainOnANewPageAndNoBlockHeadingStandsAlone) {
+    Begin(kMammoRadiation, kZrd);
+    Expose(1);
+    Expose(2);
+    // Ten rows a page: the heading, "Exposure 1" and eight of its nine rows, and so on.
+    report.pageHeight = 10 * test::RecordingReport::kRowHeight;
+    result->PrintReport(&report, nullptr);
+    std::string shape;
+    for (const std::string& call : report.calls) {
+        if (call == "page") shape += '/';
+        if (!call.starts_with("table ")) continue;
+        const std::string row = call.substr(call.find('\n') + 1);
+        shape += row == kHeading                                                      ? 'H'
+                 : row.starts_with("|Exposure 1;") || row.starts_with("|Exposure 2;") ? 'E'
+                                                                                      : '.';
+    }
+    EXPECT_EQ(shape, "HE......../H.E......./H..");
+    // With eleven rows the second heading would be the last row of its page.
+    report = test::RecordingReport();
+    report.pageHeight = 12 * test::RecordingReport::kRowHeight;
+    result->PrintReport(&report, nullptr);
+    shape.clear();
+    for (const std::string& call : report.calls) {
+        if (call == "page") shape += '/';
+        if (call.starts_with("table ")) shape += call.find("\n|Exposure 2;") == std::string::npos ? '.' : 'E';
+    }
+    EXPECT_EQ(shape, ".........../.E.........");
+}
+
+TEST_F(ResultReport, WaveformsComeBehindTheTableExposureByExposureKvBeforeMa) {
+    Begin(kRadioAccuracy, kZrdAndMas);
+    for (uint8_t number : {1, 2}) {
+        Expose(number);
+        StoreWaveform(kMaWaveform, "0,200,0");
+        if (number == 2) StoreWaveform(kKvWaveform, "0,80,0");
+    }
+    const auto figures = [&](int32_t options, int32_t kind) {
+        test::RecordingReport full;
+        full.options = options;
+        full.kind = kind;
+        result->PrintReport(&full, nullptr);
+        std::string list;
+        bool figureSeen = false;
+        for (const std::string& call : full.calls) {
+            if (call.starts_with("figure ")) list += call + "\n";
+            figureSeen = figureSeen || call.starts_with("figure ");
+            if (figureSeen && call.find("\n|") != std::string::npos) list += "a row behind a figure\n";
+        }
+        return list;
+    };
+    EXPECT_EQ(figures(kReportWaveforms, kFullReport),
+              "figure mA Waveform\nfigure KV Waveform\nfigure mA Waveform\n");
+    EXPECT_EQ(figures(0, kFullReport), "");
+    EXPECT_EQ(figures(kReportWaveforms, 2), "");
+    result->KvWaveform(2)->IncludeInReport(false);
+    EXPECT_EQ(figures(kReportWaveforms, kFullReport), "figure mA Waveform\nfigure mA Waveform\n");
+}
+
+}  // namespace
+}  // namespace vorex
