@@ -115,6 +115,8 @@ constexpr auto kConfigKeys = [] {
     auto rows = std::to_array<ConfigKeyRow>({
         {tag::kNumberOfExposures, true, Form::kExposureCount, true, Form::kAny},
         {tag::kFocalSpotSize, true, Form::kWholeOrEmpty, true, Form::kAny},
+        {tag::kDetectorName, true, Form::kDetectorKind, false, Form::kAny},
+        {tag::kDetectorOption, true, Form::kDetectorKind, false, Form::kAny},
         {tag::kMeasurementPercentKV, true, Form::kByte, false, Form::kAny},
         {tag::kMeasurementDelay, true, Form::kShort, false, Form::kAny},
         {tag::kFilter, true, Form::kAny, false, Form::kAny},
@@ -123,7 +125,7 @@ constexpr auto kConfigKeys = [] {
         TestAndRowNumber(tag::kMachineKV), TestAndRowNumber(tag::kMachinemA),
         TestAndRowNumber(tag::kMachinemAs), TestAndRowNumber(tag::kMachineTime),
         TestAndRowNumber(tag::kSid),
-        TestWhole(tag::kDetectorName), TestWhole(tag::kGeneratorSetup), TestNumber(tag::kSddValue),
+        TestWhole(tag::kGeneratorSetup), TestNumber(tag::kSddValue),
         TestWhole(tag::kSddUnit), TestNumber(tag::kSdd), TestNumber(tag::kNominalKV),
         TestNumber(tag::kCassetteSize), TestNumber(tag::kSourceToBucky), TestNumber(tag::kSourceToDetector),
         TestNumber(tag::kCorrectionFactor), TestNumber(tag::kGlandularFraction),
@@ -136,7 +138,7 @@ constexpr auto kConfigKeys = [] {
         TestNumber(tag::kPkTemperature), TestNumber(tag::kPkPressure), TestWhole(tag::kPkRefTemp),
         TestWhole(tag::kPkMode), TestWhole(tag::kPkDoseUnit), TestWhole(tag::kPkDoseRateUnit),
         TestWhole(tag::kPkTempUnit), TestWhole(tag::kPkPresUnit), TestNumber(tag::kPkPressureOffset),
-        TestNumber(tag::kPkTemperatureOffset), TestWhole(tag::kDetectorOption),
+        TestNumber(tag::kPkTemperatureOffset),
         TestText(tag::kAnode), TestText(tag::kAecMode), TestText(tag::kImagingMode),
         TestText(tag::kScreenType), TestText(tag::kFilmType), TestText(tag::kTargetMaterial),
         TestText(tag::kFieldRestriction), TestText(tag::kDensityControl), TestText(tag::kPhantom),
@@ -317,6 +319,8 @@ bool Has(Form form, std::string_view text) {
             return Trimmed(text).empty() || IsWholeWithin(text, 0, 255);
         case Form::kShort:
             return Trimmed(text).empty() || IsWholeWithin(text, -32768, 32767);
+        case Form::kDetectorKind:
+            return Trimmed(text).empty() || IsWholeWithin(text, kNoDetector, kPelomarkAndMas);
         case Form::kVersion:
             return IsWholeWithin(text, 1, 1);
         case Form::kPlugIn:
@@ -351,6 +355,8 @@ std::string_view InWords(Form form) {
             return "a whole number from 0 to 255";
         case Form::kShort:
             return "a whole number from -32768 to 32767";
+        case Form::kDetectorKind:
+            return "a whole number from 0 to 5, the kind of instruments";
         case Form::kVersion:
             return "1, the version that this program reads";
         case Form::kPlugIn:

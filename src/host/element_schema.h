@@ -50,6 +50,7 @@ enum class Form : uint8_t {
     kExposureCount,  ///< 1 to 255
     kByte,           ///< 0 to 255, or empty
     kShort,          ///< of 16 bits, or empty
+    kDetectorKind,   ///< 0 to 5, or empty
     kVersion,        ///< 1
     kPlugIn,         ///< this library's
     kExpression,

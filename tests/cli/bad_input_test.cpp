@@ -63,6 +63,13 @@ TEST_F(BadInputTest, AWrongElementFileIsNamedWithItsPlace) {
         {"a word as voltage",
          Sequence(Element(7, 100, Exposures(2) + "<MachineKV>high</MachineKV>")),
          {"element 7", "MachineKV", "high", "number"}},
+        // No column serves such instruments: the test would pass with nothing measured.
+        {"unknown instruments",
+         Sequence(Element(7, 100, Exposures(2) + "<DetectorOption>9</DetectorOption>")),
+         {"element 7", "DetectorOption", "9", "0 to 5"}},
+        {"unknown instruments in use",
+         Sequence(Element(7, 100, Exposures(2) + "<DetectorName>-1</DetectorName>")),
+         {"element 7", "DetectorName", "-1", "0 to 5"}},
         {"a word as limit",
          Sequence(Element(7, 100, Exposures(2), Limit("ER HVL", R"(<High Value="five"/>)"))),
          {"element 7", "five", "number"}},
