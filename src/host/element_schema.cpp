@@ -50,7 +50,7 @@ constexpr ElementRow kElements[] = {
     {Place::kMeasurement,       tag::kDescription,         Place::kText,              Identity::kOnly,           Form::kAny},
     {Place::kMeasurement,       tag::kValue,               Place::kMeasuredValue,     Identity::kOnly,           Form::kAny},
     {Place::kMeasurement,       tag::kUnit,                Place::kText,              Identity::kOnly,           Form::kAny},
-    {Place::kMeasurement,       tag::kPresetValue,         Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kMeasurement,       tag::kPresetValue,         Place::kText,              Identity::kOnly,           Form::kNumberOrEmpty},
     {Place::kMeasurement,       tag::kStatus,              Place::kStatus,            Identity::kOnly,           Form::kStatus},
     {Place::kWaveform,          tag::kPrintWaveform,       Place::kText,              Identity::kOnly,           Form::kAny},
     {Place::kWaveform,          tag::kWaveformResolution,  Place::kText,              Identity::kOnly,           Form::kNumber},
