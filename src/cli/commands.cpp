@@ -78,13 +78,14 @@ class Installation {
     CRegisterDll mRegistration;
 };
 
-void CheckOutput(const fs::path& input, const fs::path& output) {
+void CheckOutput(const std::vector<fs::path>& inputs, const fs::path& output) {
     if (output.empty()) return;
     std::error_code error;
-    if (!input.empty() && fs::equivalent(input, output, error))
-        throw std::runtime_error(
-            output.string() +
-            ": the output is the input; give another file, so that the input stays as it is");
+    for (const fs::path& input : inputs)
+        if (!input.empty() && fs::equivalent(input, output, error))
+            throw std::runtime_error(
+                output.string() +
+                ": the output is the input; give another file, so that the input stays as it is");
     const fs::path folder = output.has_parent_path() ? output.parent_path() : fs::path(".");
     if (!fs::is_directory(folder, error))
         throw std::runtime_error(output.string() + ": there is no folder " + folder.string() +
@@ -150,6 +151,12 @@ uint64_t ReadSeed(std::string_view text) {
     return seed;
 }
 
+/// File of the recording that a run is asked to use; empty for other instruments.
+fs::path RecordingOf(const RunOptions& options) {
+    const std::string_view name = options.instruments;
+    return name.starts_with(kRecordingPrefix) ? name.substr(kRecordingPrefix.size()) : std::string_view();
+}
+
 /// The instruments that a run is asked to use. The console tells simulated ones what is set for an exposure.
 std::unique_ptr<IInstruments> MakeInstruments(const RunOptions& options, Console console) {
     const std::string_view name = options.instruments;
@@ -164,10 +171,10 @@ std::unique_ptr<IInstruments> MakeInstruments(const RunOptions& options, Console
         throw std::runtime_error(
             "--room belongs to simulated instruments; give --instruments simulated with it");
     if (name.starts_with(kRecordingPrefix)) {
-        const std::string file(name.substr(kRecordingPrefix.size()));
+        const fs::path file = RecordingOf(options);
         if (file.empty())
             throw std::runtime_error("--instruments recording: names no file; expected recording:FILE");
-        return std::make_unique<RecordedInstruments>(LoadRecording(file));
+        return std::make_unique<RecordedInstruments>(LoadRecording(file.string()));
     }
     if (name.empty())
         throw std::runtime_error(
@@ -329,7 +336,7 @@ int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal&
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal) {
     if (!options.report.empty())
         throw std::runtime_error("--report: reports are not part of this version yet; run without it");
-    CheckOutput(options.input, options.output);
+    CheckOutput({options.input, RecordingOf(options), options.room}, options.output);
     const bool journalled = HasJournal(options.output);
     RunSetup setup(options, ParseOperatorScript(options.operatorScript), common, journalled);
     JournalHead head;
@@ -379,7 +386,7 @@ int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
 }
 
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal) {
-    CheckOutput(options.input, options.output);
+    CheckOutput({options.input}, options.output);
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
     const auto selected = file->Selected();
@@ -409,7 +416,7 @@ int StandardsCommand(const CommonOptions& common, Terminal& terminal) {
 }
 
 int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions& common, Terminal& terminal) {
-    CheckOutput(options.input, options.output);
+    CheckOutput({options.input}, options.output);
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
     const auto library = OpenStandards(DataFolders(kStandards), terminal.err);
@@ -421,7 +428,7 @@ int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions&
 
 int StandardsSelectCommand(const StandardsSelectOptions& options, const CommonOptions& common,
                            Terminal& terminal) {
-    CheckOutput(options.input, options.output);
+    CheckOutput({options.input}, options.output);
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
     SelectStandards(*file, options.standards);

@@ -161,6 +161,26 @@ TEST_F(BadInputTest, ADiskThatIsFullLosesNoReading) {
         << "the result goes to standard output";
 }
 
+TEST_F(BadInputTest, NoInputOfARunIsOverwrittenByItsResult) {
+    const std::string room = "{}";
+    Write("room.json", room);
+    const std::string recording = Read("good.jsonl");
+    std::filesystem::create_symlink(Path("good.jsonl"), Path("link.jsonl"));
+    const std::vector<std::string> cases[] = {
+        {"recording:" + Path("good.jsonl"), "-o", Path("good.jsonl")},
+        {"recording:" + Path("link.jsonl"), "-o", Path("good.jsonl")},
+        {"simulated", "--room", Path("room.json"), "-o", Path("room.json")},
+    };
+    for (const auto& instruments : cases) {
+        std::vector<std::string> arguments = {"run", Path("good.xml"), "--instruments"};
+        arguments.insert(arguments.end(), instruments.begin(), instruments.end());
+        EXPECT_EQ(Run(arguments), kExitUsage) << instruments.front();
+        ExpectOneMessage(instruments.front(), {"the output is the input"});
+    }
+    EXPECT_EQ(Read("good.jsonl"), recording);
+    EXPECT_EQ(Read("room.json"), room);
+}
+
 /// An instrument that fails never ends the program and never takes a stored exposure away.
 class FaultTest : public ProgramTest {};
 
