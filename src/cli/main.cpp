@@ -9,11 +9,5 @@ int main(int argc, char** argv) {
     const bool plain = std::getenv("NO_COLOR") != nullptr;
     vorex::Terminal terminal{std::cout, std::cerr, !plain && isatty(STDOUT_FILENO) != 0,
                              isatty(STDERR_FILENO) != 0};
-    const int code = vorex::RunProgram({argv + 1, argv + argc}, terminal);
-    std::cout.flush();
-    if (!std::cout) {
-        std::cerr << "vorex: standard output could not be written\n";
-        return code == vorex::kExitPassed ? vorex::kExitFault : code;
-    }
-    return code;
+    return vorex::RunProgram({argv + 1, argv + argc}, terminal);
 }

@@ -5,6 +5,7 @@
 #include <exception>
 #include <ostream>
 
+#include "host/file_error.h"
 #include "version.h"
 
 namespace vorex {
@@ -179,9 +180,8 @@ int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal
     return ShowCommand(arguments.show, arguments.common, terminal);
 }
 
-}  // namespace
-
-int RunProgram(const std::vector<std::string>& arguments, Terminal& terminal) {
+/// Runs a command without a look at whether its output arrived.
+int Execute(const std::vector<std::string>& arguments, Terminal& terminal) {
     CLI::App app(kAbout, "vorex");
     Arguments parsed;
     app.set_version_flag("--version", "vorex " + std::string(kProgramVersion));
@@ -203,10 +203,23 @@ int RunProgram(const std::vector<std::string>& arguments, Terminal& terminal) {
     }
     try {
         return Dispatch(app, parsed, terminal);
+    } catch (const FileWriteError& error) {
+        terminal.err << "vorex: " << error.what() << "\n";
+        return kExitFault;
     } catch (const std::exception& error) {
         terminal.err << "vorex: " << error.what() << "\n";
         return kExitUsage;
     }
+}
+
+}  // namespace
+
+int RunProgram(const std::vector<std::string>& arguments, Terminal& terminal) {
+    const int code = Execute(arguments, terminal);
+    if (terminal.out.flush()) return code;
+    terminal.err << "vorex: standard output could not be written\n";
+    // What could not be printed may be the result itself, so a verdict does not stand.
+    return code == kExitPassed || code == kExitFailed ? kExitFault : code;
 }
 
 }  // namespace vorex

@@ -74,7 +74,7 @@ AtomicFile::~AtomicFile() {
 
 void AtomicFile::Fail(std::string_view what) const {
     const std::string reason = std::generic_category().message(errno);
-    throw FileError({mShown.string(), 0, {}}, std::string(what) + ": " + reason);
+    throw FileWriteError({mShown.string(), 0, {}}, std::string(what) + ": " + reason);
 }
 
 void AtomicFile::Write(std::string_view bytes) {

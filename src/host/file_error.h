@@ -46,4 +46,10 @@ class FileError : public std::runtime_error {
     std::string mExpected;
 };
 
+/// A file that could not be written: the disk failed, not the user.
+class FileWriteError : public FileError {
+  public:
+    using FileError::FileError;
+};
+
 }  // namespace vorex

@@ -161,6 +161,32 @@ TEST_F(BadInputTest, ADiskThatIsFullLosesNoReading) {
         << "the result goes to standard output";
 }
 
+TEST_F(BadInputTest, AFileThatCannotBeWrittenIsNoWrongUse) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"new", "100"}, {"judge", Path("good.xml")}}) {
+        std::vector<std::string> arguments = command;
+        arguments.insert(arguments.end(), {"-o", "/dev/full"});
+        EXPECT_EQ(Run(arguments), kExitFault) << command.front();
+        ExpectOneMessage(command.front(), {"/dev/full", "No space left"});
+    }
+}
+
+TEST_F(BadInputTest, AResultThatCannotBePrintedIsNoVerdict) {
+    const std::string failing =
+        Sequence(Element(1, 100, Exposures(2), Limit("ER HVL", R"(<Low Value="5"/>)")));
+    Write("failing.xml", failing);
+    for (const std::string file : {"good.xml", "failing.xml"}) {
+        std::ofstream full("/dev/full");
+        std::ostringstream errors;
+        Terminal terminal{full, errors};
+        EXPECT_EQ(
+            RunProgram({"run", Path(file), "--instruments", "recording:" + Path("good.jsonl")}, terminal),
+            kExitFault)
+            << file;
+        EXPECT_EQ(errors.str(), "vorex: standard output could not be written\n") << file;
+    }
+}
+
 TEST_F(BadInputTest, NoInputOfARunIsOverwrittenByItsResult) {
     const std::string room = "{}";
     Write("room.json", room);
