@@ -83,6 +83,8 @@ std::string Named(std::string_view name, const Json& value) {
 // ------------------------------------------------------------------------------------------- reading
 
 Json JsonReader::Parse(std::string_view text, std::string_view expected, std::string_view rule) const {
+    // The parser takes it for the end of the text, and whatever follows would be lost.
+    if (text.find('\0') != std::string_view::npos) Fail("a zero byte", expected);
     try {
         return Json::parse(text.begin(), text.end(), ShapeGuard(*this, rule));
     } catch (const Json::parse_error& error) {

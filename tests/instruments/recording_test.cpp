@@ -97,6 +97,13 @@ TEST(Recording, EachEventBecomesALineWithItsPlaceInTheFile) {
     }
 }
 
+TEST(Recording, AZeroByteDoesNotEndALineUnseen) {
+    const std::string zero(1, '\0');
+    EXPECT_THAT(Refusal(kFirst + zero + "\n"), HasSubstr("room.jsonl:1: found a zero byte"));
+    EXPECT_THAT(Refusal(std::string(kFirst) + "\n{\"quiet\":2}" + zero + "{\"link\":false}"),
+                HasSubstr("room.jsonl:2: found a zero byte"));
+}
+
 TEST(Recording, ReadingsKeepTheirTextsInTheOrderOfTheirEvents) {
     const Recording recording = ParseRecording(std::string(kFirst) +
                                                    R"(
