@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "foundation/number_text.h"
 #include "host/file_error.h"
 #include "host/utf8.h"
 
@@ -21,7 +22,7 @@ namespace {
 
 constexpr unsigned kParseFlags = pugi::parse_default | pugi::parse_comments | pugi::parse_pi |
                                  pugi::parse_declaration | pugi::parse_doctype | pugi::parse_embed_pcdata |
-                                 pugi::parse_ws_pcdata_single;
+                                 pugi::parse_ws_pcdata_single | pugi::parse_fragment;
 
 /// An element of a document that was read.
 class SourceElement final : public IXmlElement {
@@ -210,6 +211,14 @@ void XmlSource::Parse() {
         mDocument.load_buffer_inplace(mBuffer.get(), mSize, kParseFlags, pugi::encoding_utf8);
     if (!result)
         Fail(LineAt(static_cast<std::size_t>(result.offset)), result.description(), "an XML document");
+    bool hasRoot = false;
+    for (const pugi::xml_node node : mDocument.children()) {
+        hasRoot = hasRoot || node.type() == pugi::node_element;
+        if (IsText(node) && !Trimmed(node.value()).empty())
+            Fail(LineOf(node), "holds text outside its root element", "an XML document");
+    }
+    if (!hasRoot)
+        Fail(LineAt(std::max<std::size_t>(mSize, 1) - 1), "No document element found", "an XML document");
 }
 
 int32_t XmlSource::LineOf(pugi::xml_node node) const {

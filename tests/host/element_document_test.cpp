@@ -40,11 +40,15 @@ TEST_F(ElementDocumentTest, WhatIsNoDocumentIsNamedWithItsLine) {
     const Case cases[] = {
         {"<a>\n<b>\n</a>", 3, "mismatch"},
         {"", 1, "No document element"},
-        {"<a>\n\xC3(</a>", 2, "no UTF-8"},               // a lead byte without its continuation
-        {"<a>\n\n\xED\xA0\x80</a>", 3, "no UTF-8"},      // half of a surrogate pair
-        {std::string("<a>\n\0</a>", 9), 2, "no UTF-8"},  // a zero byte
-        {"<a>\xC0\xBC</a>", 1, "no UTF-8"},              // "<" in two bytes
-        {"<a>\xF4\x90\x80\x80</a>", 1, "no UTF-8"},      // beyond the last character
+        {"\n<!-- x -->\n", 2, "No document element"},
+        {"hello", 1, "text outside"},
+        {"x\n<a/>", 1, "text outside"},
+        {"<a/>\n<!-- x -->\nequence>\n", 2, "text outside"},  // what a shorter file left of a longer one
+        {"<a>\n\xC3(</a>", 2, "no UTF-8"},                    // a lead byte without its continuation
+        {"<a>\n\n\xED\xA0\x80</a>", 3, "no UTF-8"},           // half of a surrogate pair
+        {std::string("<a>\n\0</a>", 9), 2, "no UTF-8"},       // a zero byte
+        {"<a>\xC0\xBC</a>", 1, "no UTF-8"},                   // "<" in two bytes
+        {"<a>\xF4\x90\x80\x80</a>", 1, "no UTF-8"},           // beyond the last character
     };
     for (const Case& c : cases) {
         Write("a.xml", c.text);
