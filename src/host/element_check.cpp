@@ -1,5 +1,6 @@
 #include "host/element_check.h"
 
+#include <algorithm>
 #include <bitset>
 #include <cstddef>
 #include <string>
@@ -19,8 +20,16 @@ namespace vorex {
 
 namespace {
 
+/// A text of the file in quotes, fit for a message of one line: without its control characters, and not long.
 std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
+    constexpr std::size_t kMost = 60;
+    std::size_t size = std::min(text.size(), kMost);
+    while (size < text.size() && CodePoints(text.substr(size, 1)) == 0) --size;  // no character is cut
+    std::string shown(text.substr(0, size));
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; },
+        '?');
+    return "\"" + shown + (size < text.size() ? "..." : "") + "\"";
 }
 
 /// Tests that an element can be, for messages.

@@ -38,6 +38,20 @@ TEST_F(ElementCheckTest, AGoodFileHasNoFault) {
               "");
 }
 
+TEST_F(ElementCheckTest, AMessageStaysOneShortLineWhateverTheFileHolds) {
+    const auto withKv = [](const std::string& text) {
+        std::string file = Sequence(Test100(1));
+        return file.insert(file.find("</PlugInData>"), "<MachineKV>" + text + "</MachineKV>");
+    };
+    const std::string start = "site.xml: element 1: \"MachineKV\" is \"";
+    EXPECT_EQ(FaultOf(withKv("80&#10;\x1B[31m")), start + "80??[31m\"; expected a number");
+    EXPECT_EQ(FaultOf(withKv(std::string(5000, 'x'))),
+              start + std::string(60, 'x') + "...\"; expected a number");
+    EXPECT_EQ(FaultOf(withKv(std::string(59, 'x') + "\xC3\xA4")),
+              start + std::string(59, 'x') + "...\"; expected a number")
+        << "a character is not cut in two";
+}
+
 TEST_F(ElementCheckTest, AFaultIsNamedWithFileElementKeyAndWhatWasExpected) {
     struct Case {
         std::string text;
