@@ -3,12 +3,15 @@
 #include <utility>
 
 #include "config/config_common.h"
+#include "config/config_mqsa.h"
 #include "execution/test_common.h"
 #include "execution/test_group.h"
+#include "execution/test_mqsa.h"
 #include "foundation/class_registry.h"
 #include "foundation/library_state.h"
 #include "foundation/registration.h"
 #include "guide/test_guide_form.h"
+#include "mqsa/result_mqsa.h"
 #include "results/limit_data.h"
 #include "results/result_common.h"
 #include "views/result_table.h"
@@ -32,9 +35,12 @@ constexpr ClassEntry kClasses[] = {
     {"CRegisterDll", Make<CRegisterDll>},
     {"CTestCommon", MakeElement<CTestCommon>},
     {"CTestGroup", MakeElement<CTestGroup>},
+    {"CTestMQSA", MakeElement<CTestMQSA>},
     {"CConfigCommon", Make<CConfigCommon>},
+    {"CConfigMQSA", Make<CConfigMQSA>},
     {"CLimitData", Make<CLimitData>},
     {"CResultCommon", Make<CResultCommon>},
+    {"CResultMQSA", Make<CResultMQSA>},
     {"CResultTestGroup", Make<CResultTestGroup>},
     {"FZRD47500TestGuide", Make<FZRD47500TestGuide>},
     {"XResultListView", Make<XResultListView>},

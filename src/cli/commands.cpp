@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -16,23 +17,29 @@
 #include "cli/operator_script.h"
 #include "cli/result_text.h"
 #include "cli/standards.h"
+#include "cli/survey_text.h"
 #include "config/config_common.h"
 #include "execution/test_group.h"
+#include "execution/test_mqsa.h"
 #include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/registration.h"
+#include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
+#include "host/element_base.h"
 #include "host/element_file.h"
 #include "host/execution_pipe.h"
 #include "host/file_error.h"
 #include "host/headless_platform.h"
 #include "host/reference_host.h"
 #include "host/run_journal.h"
+#include "host/survey_exchange.h"
 #include "instruments/recorded_instruments.h"
 #include "instruments/room.h"
 #include "instruments/simulated_instruments.h"
 #include "instruments/taped_instruments.h"
 #include "library.h"
+#include "mqsa/survey_entry.h"
 #include "results/result_common.h"
 #include "version.h"
 
@@ -132,11 +139,9 @@ int32_t ReadTestId(const std::string& text) {
     int32_t id = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
     const bool number = error == std::errc() && end == text.data() + text.size();
-    if (number && id == kMqsaSurvey)
-        throw std::runtime_error("test 1300, the annual mammography survey, is not part of this version yet");
-    if (!number || (!IsMeasuringTest(id) && id != kGroupId)) {
+    if (!number || (FindTest(id) == nullptr && id != kGroupId)) {
         std::string known = "0 (a group)";
-        for (int32_t test : kMeasuringTests) known += ", " + PlainText(test);
+        for (const TestRow& test : kTestCatalogue) known += ", " + PlainText(test.id);
         throw std::runtime_error("there is no test \"" + text + "\"; expected one of " + known);
     }
     return id;
@@ -273,6 +278,68 @@ std::string JournalHint(const RunSetup& setup, const fs::path& output) {
                               output.string() + "\" goes on from there";
 }
 
+/// Visits the elements of a file, each group before what stands in it.
+void ForEachElement(const std::vector<std::shared_ptr<ITestElement>>& elements,
+                    const std::function<void(const std::shared_ptr<ITestElement>&)>& visit) {
+    for (const auto& element : elements) {
+        visit(element);
+        if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
+            ForEachElement(container->NewEnum(), visit);
+    }
+}
+
+std::vector<std::shared_ptr<CTestMQSA>> SurveysOf(const ElementFile& file) {
+    std::vector<std::shared_ptr<CTestMQSA>> surveys;
+    ForEachElement(file.Elements(), [&](const auto& element) {
+        if (auto survey = std::dynamic_pointer_cast<CTestMQSA>(element)) surveys.push_back(std::move(survey));
+    });
+    return surveys;
+}
+
+/// In a file without mammography tests each survey is judged by the outcomes that were saved with it, not by
+/// those of the survey that was loaded last.
+void RecallCells(const ElementFile& file, const ITestElement& element) {
+    const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element.Result());
+    if (!survey) return;
+    bool mammography = false;
+    ForEachElement(file.Elements(), [&](const auto& at) {
+        const int32_t id = at->TestID();
+        mammography = mammography || id == kMammoAccRepro || id == kMammoAec || id == kMammoRadiation;
+    });
+    if (!mammography) State().cells = survey->Cells();
+}
+
+void JudgeElement(const ElementFile& file, const std::shared_ptr<ITestElement>& element,
+                  const ISelectedStandards* selected) {
+    const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
+    if (result && (result->Status() == kPassed || result->Status() == kFailed))
+        result->UpdateAllStatus(*element, selected);
+    const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
+    if (!survey) return;
+    RecallCells(file, *element);
+    survey->RecalculatePages();
+    survey->pUpdateMQSATestStatus();
+    survey->UpdateStatus(*element, selected, survey->Status() == kNotApplicable);
+}
+
+void RollUpGroups(const ElementFile& file, const ISelectedStandards* selected) {
+    for (const auto& element : file.Elements())
+        if (const auto group = std::dynamic_pointer_cast<CTestGroup>(element))
+            group->UpdateGroupStatus(selected);
+}
+
+/// True when a survey could not be judged to its end; says why.
+bool PrintSurveyFaults(const ElementFile& file, Terminal& terminal) {
+    bool any = false;
+    for (const auto& element : SurveysOf(file)) {
+        const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
+        if (!survey || survey->Fault().empty()) continue;
+        terminal.err << "vorex: element " << PlainText(element->ID()) << ": " << survey->Fault() << "\n";
+        any = true;
+    }
+    return any;
+}
+
 /// Runs the elements and saves them.
 int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal& terminal) {
     const auto pipe =
@@ -294,20 +361,55 @@ int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal
         terminal.err << "vorex: " << error.what() << "; the result is saved\n";
     }
     PrintSummary(file, output, terminal);
-    if (setup.person.Ended() || setup.platform->Stalls() > 0) return kExitFault;
+    const bool surveyFault = PrintSurveyFaults(file, terminal);
+    if (setup.person.Ended() || setup.platform->Stalls() > 0 || surveyFault) return kExitFault;
     if (end == SequenceEnd::kAborted) return kExitAborted;
     return VerdictOf(file);
 }
 
-void JudgeElements(const std::vector<std::shared_ptr<ITestElement>>& elements,
-                   const ISelectedStandards* selected) {
-    for (const auto& element : elements) {
-        if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
-            JudgeElements(container->NewEnum(), selected);
-        const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
-        const bool judged = result && (result->Status() == kPassed || result->Status() == kFailed);
-        if (judged) result->UpdateAllStatus(*element, selected);
+/// The survey that a command is about.
+std::shared_ptr<CTestMQSA> ChosenSurvey(const ElementFile& file, const SurveyOptions& options) {
+    const auto surveys = SurveysOf(file);
+    std::string ids;
+    for (const auto& survey : surveys) {
+        if (survey->ID() == options.id || (options.id < 0 && surveys.size() == 1)) return survey;
+        ids += (ids.empty() ? "" : ", ") + PlainText(survey->ID());
     }
+    if (surveys.empty())
+        throw std::runtime_error(options.input.string() +
+                                 ": holds no survey; vorex new 1300 makes a file that does");
+    throw std::runtime_error(options.input.string() + ": holds the surveys " + ids +
+                             "; choose one with --id");
+}
+
+std::pair<std::string, std::string> SplitAssignment(const std::string& option, const std::string& text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos)
+        throw std::runtime_error(option + " \"" + text + "\" has no \"=\"; expected ADDRESS=TEXT");
+    return {text.substr(0, equals), text.substr(equals + 1)};
+}
+
+/// What a survey is given, from the file first.
+SurveyExchange EnteredBy(const SurveyOptions& options) {
+    SurveyExchange entered;
+    if (!options.from.empty()) entered = ReadSurveyExchange(options.from);
+    for (const std::string& text : options.texts) entered.texts.push_back(SplitAssignment("--set", text));
+    for (const std::string& text : options.answers)
+        entered.answers.push_back(SplitAssignment("--answer", text));
+    return entered;
+}
+
+SurveyExchange ExportOf(const CResultMQSA& survey) {
+    SurveyExchange exchange;
+    for (const SurveyPlace& place : ListSurvey(survey))
+        if (place.kind == PlaceKind::kTyped && !Trimmed(place.value).empty())
+            exchange.texts.emplace_back(place.address, place.value);
+    constexpr std::string_view kAnswers[] = {{}, text::kPass, text::kFail, text::kNotApplicable};
+    for (const auto& item : survey.Items())
+        if (item->Status() > kNotTested && item->Status() <= kNotApplicable)
+            exchange.answers.emplace_back(
+                item->RawKey(), DefaultText(kAnswers[static_cast<std::size_t>(item->Status())], {}));
+    return exchange;
 }
 
 }  // namespace
@@ -316,9 +418,7 @@ int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal&
     const int32_t testId = ReadTestId(options.testId);
     CheckOutput({}, options.output);
     const Installation installation(common);
-    const bool group = testId == kGroupId;
-    const auto element = CreateObjectAs<ITestElement>(ClassName(group ? "CTestGroup" : "CTestCommon"));
-    element->Initialize(nullptr, kPlugInId, testId);
+    const auto element = CreateTestElement(testId);
     if (const auto config = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()))
         config->DefaultValues(testId);
     // A clone, as every new test is one of its template: cloning takes the site's defaults.
@@ -390,13 +490,44 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
     const auto selected = file->Selected();
-    JudgeElements(file->Elements(), selected.get());
-    for (const auto& element : file->Elements())
-        if (const auto group = std::dynamic_pointer_cast<CTestGroup>(element))
-            group->UpdateGroupStatus(selected.get());
+    ForEachElement(file->Elements(),
+                   [&](const auto& element) { JudgeElement(*file, element, selected.get()); });
+    RollUpGroups(*file, selected.get());
     WriteResult(*file, options.output, terminal);
     PrintSummary(*file, options.output, terminal);
-    return VerdictOf(*file);
+    return PrintSurveyFaults(*file, terminal) ? static_cast<int>(kExitFault) : VerdictOf(*file);
+}
+
+int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Terminal& terminal) {
+    CheckOutput({options.input}, options.output);
+    CheckOutput({options.input}, options.exported);
+    const Installation installation(common);
+    const SurveyExchange entered = EnteredBy(options);
+    const auto file = ElementFile::Load(options.input);
+    const auto element = ChosenSurvey(*file, options);
+    const auto survey = element->Survey();
+    RecallCells(*file, *element);
+    for (const auto& [address, text] : entered.texts) SetSurveyText(*survey, address, text);
+    for (const auto& [item, answer] : entered.answers) AnswerSurvey(*survey, item, answer);
+    const bool changed = !entered.texts.empty() || !entered.answers.empty();
+    const auto selected = file->Selected();
+    if (changed) {
+        survey->pUpdateMQSATestStatus();
+        survey->UpdateStatus(*element, selected.get(), survey->Status() == kNotApplicable);
+        RollUpGroups(*file, selected.get());
+    }
+    if (options.list) terminal.out << SurveyListing(*survey);
+    if (!options.exported.empty()) WriteSurveyExchange(ExportOf(*survey), options.exported);
+    if (!changed) return kExitPassed;
+    const bool unkept = survey->Status() == kNotTested || survey->Status() == kNotApplicable;
+    if (unkept && !entered.answers.empty())
+        terminal.err << "vorex: the file keeps no answers while none of them is Pass or Fail\n";
+    if (!options.list || !options.output.empty()) {
+        WriteResult(*file, options.output, terminal);
+        PrintSummary(*file, options.output, terminal);
+        if (!options.output.empty()) terminal.out << SurveyFailures(*survey, "  ");
+    }
+    return PrintSurveyFaults(*file, terminal) ? static_cast<int>(kExitFault) : VerdictOf(*file);
 }
 
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal) {

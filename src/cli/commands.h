@@ -75,12 +75,24 @@ struct StandardsSelectOptions {
     std::filesystem::path output;  ///< empty: standard output
 };
 
+struct SurveyOptions {
+    std::filesystem::path input;
+    std::vector<std::string> texts;    ///< ADDRESS=TEXT
+    std::vector<std::string> answers;  ///< ITEM=ANSWER
+    std::filesystem::path from;
+    std::filesystem::path exported;
+    bool list = false;
+    int32_t id = -1;               ///< of the survey, where a file has several
+    std::filesystem::path output;  ///< empty: standard output
+};
+
 // Each command raises an exception derived from std::exception for wrong use and unreadable input.
 int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal& terminal);
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal);
 /// The language is that of the run.
 int ResumeCommand(const ResumeOptions& options, Terminal& terminal);
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal);
+int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Terminal& terminal);
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal);
 int StandardsCommand(const CommonOptions& common, Terminal& terminal);
 int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions& common, Terminal& terminal);

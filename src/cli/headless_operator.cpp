@@ -62,7 +62,8 @@ void HeadlessOperator::Fail(const OperatorStep& step, std::string_view reason) {
 void HeadlessOperator::OpenElement(FZRD47500TestGuide& guide) {
     mGuide = &guide;
     mElementId = guide.Element() ? guide.Element()->ID() : 0;
-    mSteps = StepsOf(mScript, mElementNumber);
+    const auto element = guide.Element();
+    mSteps = StepsOf(mScript, mElementNumber, element && element->TestID() == kMqsaSurvey);
     ++mElementNumber;
     mNext = 0;
 }

@@ -92,16 +92,19 @@ std::vector<ElementSteps> ParseOperatorScript(std::string_view script) {
     return elements;
 }
 
-const ElementSteps& StepsOf(const std::vector<ElementSteps>& script, std::size_t element) {
-    static const ElementSteps kDefault = {{StepKind::kStart, 0, "start"}, {StepKind::kNext, 0, "next"}};
-    return element < script.size() && !script[element].empty() ? script[element] : kDefault;
+ElementSteps StepsOf(const std::vector<ElementSteps>& script, std::size_t element, bool survey) {
+    if (element < script.size() && !script[element].empty()) return script[element];
+    const OperatorStep next{StepKind::kNext, 0, "next"};
+    if (survey) return {next};
+    return {{StepKind::kStart, 0, "start"}, next};
 }
 
 std::vector<ElementSteps> JoinedScript(const std::vector<ElementSteps>& before, std::size_t opened,
                                        std::size_t steps, const std::vector<ElementSteps>& after) {
     if (opened == 0) return after;
     std::vector<ElementSteps> joined;
-    for (std::size_t element = 0; element < opened; ++element) joined.push_back(StepsOf(before, element));
+    for (std::size_t element = 0; element < opened; ++element)
+        joined.push_back(StepsOf(before, element, false));
     ElementSteps& last = joined.back();
     last.resize(std::min(steps, last.size()));
     last.insert(last.end(), after.front().begin(), after.front().end());

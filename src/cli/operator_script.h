@@ -32,8 +32,9 @@ class OperatorScriptError : public std::runtime_error {
 /// Throws OperatorScriptError. The empty script has one element, left to the default drive.
 std::vector<ElementSteps> ParseOperatorScript(std::string_view script);
 
-/// The steps at an element, counted from 0: those of the script, or "start,next".
-const ElementSteps& StepsOf(const std::vector<ElementSteps>& script, std::size_t element);
+/// The steps at an element, counted from 0: those of the script, or "start,next", or "next" at a survey,
+/// which has nothing to start.
+ElementSteps StepsOf(const std::vector<ElementSteps>& script, std::size_t element, bool survey);
 
 /// The script of a run that goes on by another one: the first up to the steps taken at the last of the opened
 /// elements, from there on the second, whose first element goes on with that one.

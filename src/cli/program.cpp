@@ -25,7 +25,8 @@ constexpr const char* kNewExample =
     "Example:\n  vorex new 100 -o reproducibility.xml\n\n"
     "Tests: 100 radiography reproducibility, 200 radiography accuracy, 300 radiography linearity,\n"
     "500 fluoroscopy accuracy, 700 fluoroscopy exposure rate, 900 mammography accuracy and\n"
-    "reproducibility, 1100 mammography AEC, 1200 mammography radiation output, 0 a group.";
+    "reproducibility, 1100 mammography AEC, 1200 mammography radiation output, 1300 the annual\n"
+    "mammography survey, 0 a group.";
 
 constexpr const char* kRunExample =
     "Example:\n"
@@ -45,6 +46,14 @@ constexpr const char* kResumeExample =
     "--instruments and --operator the run goes on with its own. A new script begins where the run stood: "
     "its\n"
     "first element is the one that was open.";
+constexpr const char* kSurveyExample =
+    "Example:\n"
+    "  vorex survey survey.xml --list\n"
+    "  vorex survey survey.xml --set Collimation.SID=650 --set 'DeviXrayLightField(2,1)=2' --answer PR1=Pass "
+    "-o "
+    "filled.xml\n"
+    "  vorex survey lastyear.xml --export answers.json\n"
+    "  vorex survey survey.xml --from answers.json -o filled.xml";
 
 constexpr const char* kJudgeExample = "Example:\n  vorex judge result.xml -o judged.xml";
 constexpr const char* kShowExample = "Example:\n  vorex show result.xml\n  vorex show --all result.xml";
@@ -70,6 +79,7 @@ struct Arguments {
     RunOptions run;
     ResumeOptions resume;
     JudgeOptions judge;
+    SurveyOptions survey;
     ShowOptions show;
     StandardsAddOptions add;
     StandardsSelectOptions select;
@@ -141,20 +151,37 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     AddOutput(*judge, arguments.judge.output);
     judge->footer(kJudgeExample);
 
+    CLI::App* survey =
+        app.add_subcommand("survey", "Enters an annual mammography survey, and lists or exports it");
+    survey->add_option("FILE", arguments.survey.input, "Element file with a survey")->required();
+    survey->add_option("--set", arguments.survey.texts, "ADDRESS=TEXT: a field, cell or comment")
+        ->expected(1)
+        ->take_all();
+    survey->add_option("--answer", arguments.survey.answers, "ITEM=Pass, Fail or NA")
+        ->expected(1)
+        ->take_all();
+    survey->add_option("--from", arguments.survey.from, "JSON file with texts and answers");
+    survey->add_option("--export", arguments.survey.exported, "JSON file to write texts and answers to");
+    survey->add_flag("--list", arguments.survey.list, "Lists every place: page, address, value, meaning");
+    survey->add_option("--id", arguments.survey.id, "ID of the survey, where a file has several");
+    AddOutput(*survey, arguments.survey.output);
+    survey->footer(kSurveyExample);
+
     CLI::App* show = app.add_subcommand("show", "Prints the tests of a file with their results");
     show->add_option("FILE", arguments.show.input, "Element file")->required();
     show->add_flag("--all", arguments.show.all, "Also the readings that a redo has replaced");
     show->footer(kShowExample);
 
     AddStandardsCommands(app, arguments);
-    for (CLI::App* command : {newTest, run, judge, show}) AddLanguage(*command, arguments.common);
+    for (CLI::App* command : {newTest, run, judge, survey, show}) AddLanguage(*command, arguments.common);
 }
 
 /// What is wrong with the command that was asked for; empty when nothing is. The parser itself would only say
 /// that a command is missing.
 std::string CommandFault(const CLI::App& app, const std::vector<std::string>& arguments) {
     if (arguments.empty())
-        return "no command was given; expected new, run, resume, judge, show or standards (see vorex --help)";
+        return "no command was given; expected new, run, resume, judge, survey, show or standards (see vorex "
+               "--help)";
     const std::string& first = arguments.front();
     const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
     const bool known = std::any_of(commands.begin(), commands.end(),
@@ -162,7 +189,7 @@ std::string CommandFault(const CLI::App& app, const std::vector<std::string>& ar
     if (known || first.starts_with('-')) return {};
     if (first == "report") return "reports are not part of this version yet";
     return "there is no command \"" + first +
-           "\"; expected new, run, resume, judge, show or standards (see vorex --help)";
+           "\"; expected new, run, resume, judge, survey, show or standards (see vorex --help)";
 }
 
 int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal) {
@@ -177,6 +204,7 @@ int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal
             return StandardsSelectCommand(arguments.select, arguments.common, terminal);
         return StandardsCommand(arguments.common, terminal);
     }
+    if (app.got_subcommand("survey")) return SurveyCommand(arguments.survey, arguments.common, terminal);
     return ShowCommand(arguments.show, arguments.common, terminal);
 }
 

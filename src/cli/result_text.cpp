@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "cli/survey_text.h"
 #include "config/config_common.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
@@ -279,6 +280,8 @@ void AddElement(const std::shared_ptr<ITestElement>& element, const ShownFile& f
     const auto config = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
     const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
     if (config) out += TestText(*element, file, depth, colour).Text(*config, result.get());
+    if (const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result()))
+        out += SurveyText(*survey, Indent(depth + 1), colour);
     out += "\n";
 }
 

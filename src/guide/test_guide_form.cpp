@@ -1,5 +1,6 @@
 #include "guide/test_guide_form.h"
 
+#include "config/config_mqsa.h"
 #include "foundation/host_services.h"
 #include "foundation/library_state.h"
 #include "foundation/utilities.h"
@@ -48,7 +49,10 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
 
 /// Buttons that are there for some tests, kinds or settings only.
 void FZRD47500TestGuide::ShowOptionalButtons() {
-    const auto settings = mConfig ? mConfig->TestGuideConfig() : nullptr;
+    const auto element = mElement.lock();
+    const auto survey = element ? std::dynamic_pointer_cast<CConfigMQSA>(element->Configuration()) : nullptr;
+    auto settings = survey ? survey->TestGuideConfig() : nullptr;
+    if (mConfig) settings = mConfig->TestGuideConfig();
     const int32_t bits = settings ? settings->Buttons() : 0;
     mToolbar.Show(guide_button::kSkip, (bits & kSkipButtonBit) != 0);
     mToolbar.Show(guide_button::kNa, (bits & kNaButtonBit) != 0);

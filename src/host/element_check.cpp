@@ -35,8 +35,7 @@ std::string Quoted(std::string_view text) {
 /// Tests that an element can be, for messages.
 std::string KnownTests() {
     std::string names;
-    for (const TestRow& row : kTestCatalogue)
-        if (IsMeasuringTest(row.id)) names += (names.empty() ? "" : ", ") + std::to_string(row.id);
+    for (const TestRow& row : kTestCatalogue) names += (names.empty() ? "" : ", ") + std::to_string(row.id);
     return names;
 }
 
@@ -128,7 +127,7 @@ void FileCheck::CheckElement(Node element, Place place, int32_t level) {
         Fail(element, "elements are nested deeper than " + std::to_string(kMostLevels) + " levels",
              "an element file");
     CheckAttributes(element, place);
-    if (place == Place::kGroup || place == Place::kTest) CheckTest(element);
+    if (place == Place::kGroup || place == Place::kTest || place == Place::kSurvey) CheckTest(element);
     if (place == Place::kPlugInData) CheckConfigBlock(element);
     constexpr int32_t kNumberType = 1;
     if (place == Place::kMeasuredValue &&
@@ -141,7 +140,7 @@ void FileCheck::CheckElement(Node element, Place place, int32_t level) {
 }
 
 void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
-    uint64_t met = 0;  // a bit for each row of the schema
+    std::bitset<kMostElementRows> met;
     pugi::xml_node_type type = pugi::node_null;
     for (Node child = element.first_child(); (type = child.type()) != pugi::node_null;
          child = child.next_sibling()) {
@@ -152,21 +151,23 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
         const ElementRow* row = FindElementRow(place, child.name());
         if (row == nullptr) {
             ++mForeign;
-            if (place == Place::kTest && SameText(child.name(), tag::kTestElement))
+            if ((place == Place::kTest || place == Place::kSurvey) &&
+                SameText(child.name(), tag::kTestElement))
                 Fail(child, "stands in a test that is no group", "tests inside groups only");
             CheckElement(child, Place::kForeign, level + 1);
             continue;
         }
-        const uint64_t bit = uint64_t{1} << static_cast<unsigned>(row - ElementRows().data());
-        if (row->identity == Identity::kOnly && (met & bit) != 0)
+        const auto bit = static_cast<std::size_t>(row - ElementRows().data());
+        if (row->identity == Identity::kOnly && met.test(bit))
             Fail(child, NameOf(child) + " stands twice", "one");
-        met |= bit;
+        met.set(bit);
         if (row->form != Form::kAny) CheckText(child, row->form);
         const std::size_t foreignBefore = mForeign;
         const bool test = row->place == Place::kTest;
         CheckElement(child, test ? PlaceOfTest(FindAttribute(child, tag::kTestId).value()) : row->place,
                      level + 1);
-        if (row->place == Place::kResultItem && mForeign == foreignBefore)
+        if ((row->place == Place::kResultItem || row->place == Place::kSurveyResult) &&
+            mForeign == foreignBefore)
             mPlainResults.insert(ReadInteger(FindAttribute(element, tag::kId).value()));
     }
 }
@@ -205,11 +206,6 @@ void FileCheck::CheckTest(Node element) {
     if (className.empty())
         Fail(element, "TestID " + std::to_string(testId) + " is not known",
              "0 for a group, or one of " + KnownTests());
-    if (!CreateObject(ClassName(className)))
-        Fail(element,
-             "TestID " + std::to_string(testId) + " is the " + std::string(FindTest(testId)->title) +
-                 ", which this version does not have yet",
-             "one of " + KnownTests());
     const Node block = ChildNamed(element, tag::kPlugInData);
     if (!block) Fail(element, "has no " + Quoted(tag::kPlugInData), "the configuration of the test");
     if (IsMeasuringTest(testId) && !ChildNamed(block, tag::kNumberOfExposures))

@@ -168,7 +168,7 @@ void Merge::MergeChildren(OutputElement& into, Node from, Place place) const {
             row = FindElementRow(place, name);
             if (OutputElement* const counterpart = counterparts.Find(child, name, row)) {
                 const Place below = row == nullptr ? Place::kForeign : row->place;
-                if (below != Place::kResultItem || !IsSkipped(child))
+                if ((below != Place::kResultItem && below != Place::kSurveyResult) || !IsSkipped(child))
                     MergeElement(*counterpart, child, below);
                 behind = counterpart;
                 continue;

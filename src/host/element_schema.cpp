@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "foundation/number_text.h"
+#include "foundation/survey_keys.h"
 #include "foundation/vocabulary.h"
 #include "host/standards.h"
 
@@ -15,7 +16,7 @@ namespace vorex {
 namespace {
 
 // clang-format off
-constexpr ElementRow kElements[] = {
+constexpr auto kPlainElements = std::to_array<ElementRow>({
     //  below                     name                       place                      told apart by              text
     {Place::kDocument,          tag::kVorexSequence,       Place::kSequence,          Identity::kOnly,           Form::kAny},
     {Place::kSequence,          tag::kSelectedStandards,   Place::kSelectedStandards, Identity::kOnly,           Form::kAny},
@@ -54,7 +55,57 @@ constexpr ElementRow kElements[] = {
     {Place::kMeasurement,       tag::kStatus,              Place::kStatus,            Identity::kOnly,           Form::kStatus},
     {Place::kWaveform,          tag::kPrintWaveform,       Place::kText,              Identity::kOnly,           Form::kAny},
     {Place::kWaveform,          tag::kWaveformResolution,  Place::kText,              Identity::kOnly,           Form::kNumber},
-};
+    {Place::kSurvey,            tag::kElementFilter,       Place::kFilter,            Identity::kOnly,           Form::kAny},
+    {Place::kSurvey,            tag::kPlugInData,          Place::kSurveyConfig,      Identity::kOnly,           Form::kAny},
+    {Place::kSurvey,            tag::kExpectedResult,      Place::kExpectedResult,    Identity::kOnly,           Form::kAny},
+    {Place::kSurvey,            tag::kResultItem,          Place::kSurveyResult,      Identity::kOnly,           Form::kAny},
+    {Place::kSurveyConfig,      tag::kTestGuideSettings,   Place::kTestGuideSettings, Identity::kOnly,           Form::kAny},
+    {Place::kSurveyConfig,      tag::kOverridePrint,       Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kSurveyConfig,      survey::kGroups[2].name,   Place::kConfigCollimation, Identity::kOnly,           Form::kAny},
+    {Place::kSurveyConfig,      survey::kGroups[6].name,   Place::kConfigArtifacts,   Identity::kOnly,           Form::kAny},
+    {Place::kConfigCollimation, GridKey(GridId::kLightField), Place::kText,           Identity::kOnly,           Form::kAny},
+    {Place::kConfigArtifacts,   GridKey(GridId::kArtifacts),  Place::kText,           Identity::kOnly,           Form::kAny},
+    {Place::kSurveyResult,      tag::kMeasurement,         Place::kMeasurement,       Identity::kKey,            Form::kAny},
+    {Place::kSurveyResult,      tag::kStatus,              Place::kStatus,            Identity::kOnly,           Form::kStatus},
+    {Place::kSurveyResult,      tag::kComment,             Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kSurveyResult,      tag::kServiceRecord,       Place::kServiceRecord,     Identity::kOnly,           Form::kAny},
+    {Place::kSurveyResult,      survey::kSummaryPage,      Place::kText,              Identity::kOnly,           Form::kAny},
+    {Place::kSurveyResult,      survey::kPreliminaryResults, Place::kText,            Identity::kOnly,           Form::kAny},
+    {Place::kSurveyResult,      survey::kResultComment,    Place::kText,              Identity::kOnly,           Form::kAny},
+});
+
+/// What the tables of the survey say of its groups, fields, grids and status cells.
+constexpr std::size_t kSurveyElements =
+    std::size(survey::kStatusCells) + std::size(survey::kGroups) + kSurveyFieldCount + kGridCount - 2;
+static_assert(static_cast<std::size_t>(Place::kLastSurveyGroup) - static_cast<std::size_t>(Place::kSurveyGroup) + 1 ==
+              std::size(survey::kGroups));
+
+constexpr auto kElements = [] {
+    std::array<ElementRow, kPlainElements.size() + kSurveyElements> rows{};
+    std::size_t next = 0;
+    for (const ElementRow& row : kPlainElements) rows[next++] = row;
+    const auto add = [&](Place parent, std::string_view name, Place place, Form form) {
+        rows[next++] = {parent, name, place, Identity::kOnly, form};
+    };
+    for (const survey::StatusCellRow& cell : survey::kStatusCells)
+        add(Place::kSurveyResult, cell.key, Place::kText, Form::kWhole);
+    auto groupPlace = static_cast<uint8_t>(Place::kSurveyGroup);
+    for (const SurveyGroupRow& group : survey::kGroups) {
+        const auto place = static_cast<Place>(groupPlace++);
+        if (group.name.empty())
+            add(Place::kSurveyResult, GridKey(group.grids.front()), Place::kText, Form::kAny);
+        else
+            add(Place::kSurveyResult, group.name, place, Form::kAny);
+    }
+    groupPlace = static_cast<uint8_t>(Place::kSurveyGroup);
+    for (const SurveyGroupRow& group : survey::kGroups) {
+        const auto place = static_cast<Place>(groupPlace++);
+        if (group.name.empty()) continue;
+        for (const SurveyFieldRow& field : group.fields) add(place, field.key, Place::kText, Form::kAny);
+        for (GridId grid : group.grids) add(place, GridKey(grid), Place::kText, Form::kAny);
+    }
+    return rows;
+}();
 
 constexpr AttributeRow kAttributes[] = {
     //  place                    name                    form                required
@@ -77,6 +128,12 @@ constexpr AttributeRow kAttributes[] = {
     {Place::kFilter,        tag::kSave,             Form::kTruth,          false},
     {Place::kFilter,        tag::kPrint,            Form::kTruth,          false},
     {Place::kFilter,        tag::kEvaluate,         Form::kTruth,          false},
+    {Place::kSurvey,        tag::kPlugIn,           Form::kPlugIn,         true},
+    {Place::kSurvey,        tag::kTestId,           Form::kWhole,          true},
+    {Place::kSurvey,        tag::kId,               Form::kNotNegative,    true},
+    {Place::kSurvey,        tag::kName,             Form::kAny,            false},
+    {Place::kSurveyConfig,  tag::kPlugIn,           Form::kPlugIn,         true},
+    {Place::kSurveyResult,  tag::kMti,              Form::kWhole,          false},
     {Place::kPlugInData,    tag::kPlugIn,           Form::kPlugIn,         true},
     {Place::kStandard,      tag::kName,             Form::kNotEmpty,       true},
     {Place::kStandard,      tag::kVersion,          Form::kAny,            false},
@@ -201,8 +258,8 @@ static_assert(AreTogether(kAttributes, [](const AttributeRow& row) { return row.
 
 // A result that holds nothing foreign is written as it was read: one attribute has no order to keep.
 static_assert([] {
-    for (Place place : {Place::kResultItem, Place::kServiceRecord, Place::kMeasurement, Place::kMeasuredValue,
-                        Place::kStatus, Place::kWaveform, Place::kText}) {
+    for (Place place : {Place::kResultItem, Place::kSurveyResult, Place::kServiceRecord, Place::kMeasurement,
+                        Place::kMeasuredValue, Place::kStatus, Place::kWaveform, Place::kText}) {
         const RowRange range = kAttributeRanges[static_cast<std::size_t>(place)];
         if (range.end - range.begin > 1) return false;
     }
@@ -210,7 +267,7 @@ static_assert([] {
 }());
 
 // A bit of a word stands for each row, and a fixed number of bits for each configuration key.
-static_assert(std::size(kElements) <= 64 && kConfigKeys.size() <= 96);
+static_assert(std::size(kElements) <= kMostElementRows && kConfigKeys.size() <= 96);
 
 /// Index of a configuration key's name; below 0 when it is not known.
 int32_t ConfigIndex(std::string_view name) {
@@ -261,7 +318,10 @@ std::span<const AttributeRow> AttributeRows(Place place) {
 }
 
 Place PlaceOfTest(std::string_view testId) {
-    return IsWhole(testId) && ReadInteger(testId) == kGroupId ? Place::kGroup : Place::kTest;
+    if (!IsWhole(testId)) return Place::kTest;
+    const int32_t id = ReadInteger(testId);
+    if (id == kGroupId) return Place::kGroup;
+    return id == kMqsaSurvey ? Place::kSurvey : Place::kTest;
 }
 
 bool OwnsText(Place place) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -33,6 +34,14 @@ enum class Place : uint8_t {
     kMeasuredValue,
     kStatus,
     kWaveform,
+    kSurvey,  ///< test 1300
+    kSurveyConfig,
+    kConfigCollimation,
+    kConfigArtifacts,
+    kSurveyResult,
+    // The groups of a survey's result, in the order of their table.
+    kSurveyGroup,
+    kLastSurveyGroup = kSurveyGroup + 8,
     kText,  ///< holds a text and nothing else
 };
 
@@ -76,6 +85,9 @@ struct AttributeRow {
     bool required;
 };
 
+/// So many rows the table of elements has at most: a reader keeps a bit for each.
+inline constexpr std::size_t kMostElementRows = 192;
+
 /// The row of an element below a place; null for one that is not known. A group and a test are told apart by
 /// `PlaceOfTest`.
 const ElementRow* FindElementRow(Place parent, std::string_view name);
@@ -83,7 +95,7 @@ const AttributeRow* FindAttributeRow(Place place, std::string_view name);
 std::span<const ElementRow> ElementRows();
 /// The attributes of a place.
 std::span<const AttributeRow> AttributeRows(Place place);
-/// Group or test, by the text of the attribute "TestID".
+/// Group, survey or measuring test, by the text of the attribute "TestID".
 Place PlaceOfTest(std::string_view testId);
 /// True where the text of an element belongs to the class that writes it.
 bool OwnsText(Place place);

@@ -1,0 +1,114 @@
+#include "cli/survey_text.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "foundation/number_text.h"
+#include "foundation/survey_text_keys.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "mqsa/survey_entry.h"
+#include "mqsa/survey_verdict.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr std::size_t kTextWidth = 76;
+constexpr std::size_t kVerdictWidth = 6;
+constexpr std::string_view kRed = "\x1b[31;1m";
+constexpr std::string_view kPlain = "\x1b[0m";
+
+std::string Padded(const std::string& words, std::size_t width) {
+    const std::size_t length = CodePoints(words);
+    return words + std::string(length < width ? width - length : 0, ' ');
+}
+
+/// Line ends inside a text would break the list.
+std::string OneLine(std::string words) {
+    std::replace_if(
+        words.begin(), words.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
+    return words;
+}
+
+std::string VerdictWords(const std::string& cell, bool colour) {
+    const std::string words = Padded(Translate(cell), kVerdictWidth);
+    return colour && cell == text::kFail ? std::string(kRed) + words + std::string(kPlain) : words;
+}
+
+template <typename Table>
+std::string TableText(std::string_view title, std::span<const std::string_view> texts, const Table& table,
+                      const std::string& indent, bool colour) {
+    std::string out = "\n" + indent + Padded(std::string(title), kTextWidth) + "  ACR     MQSA\n";
+    for (std::size_t row = 0; row < texts.size(); ++row)
+        out += indent + Padded(OneLine(Translate(texts[row])), kTextWidth) + "  " +
+               VerdictWords(table[row][kAcrColumn], colour) + "  " +
+               VerdictWords(table[row][kMqsaColumn], colour) + "\n";
+    return out;
+}
+
+bool IsFilled(const SurveyPlace& place) {
+    return !Trimmed(place.value).empty();
+}
+
+std::string PagesText(const CResultMQSA& survey, const std::string& indent) {
+    std::string out;
+    const std::vector<SurveyPlace> places = ListSurvey(survey);
+    for (std::size_t page = 0; page < kPageCount; ++page) {
+        std::string lines;
+        for (const SurveyPlace& place : places)
+            if (static_cast<std::size_t>(place.page) == page && IsFilled(place))
+                lines += indent + "  " + Padded(OneLine(place.meaning), kTextWidth - 2) + "  " +
+                         std::string(Trimmed(OneLine(place.value))) + "\n";
+        if (!lines.empty())
+            out += "\n" + indent + Translate(PageText(static_cast<SurveyPage>(page))) + "\n" + lines;
+    }
+    return out;
+}
+
+}  // namespace
+
+std::string SurveyFailures(const CResultMQSA& survey, const std::string& indent) {
+    SurveyTables tables = survey.Tables();
+    const SurveyEvaluation evaluation =
+        EvaluateSurvey(survey.Record(), survey.Statuses(), survey.Cells(), tables);
+    std::string out;
+    for (const SurveyFinding& finding : evaluation.findings)
+        out += indent + Translate(PageText(finding.page)) + ", " + finding.place + ": " +
+               OneLine(finding.words) + "\n";
+    const StatusCells cells = survey.Cells();
+    for (const survey::StatusCellRow& row : survey::kStatusCells)
+        if (cells.*row.cell == kFailed)
+            out += indent + "mammography tests, " + std::string(row.key) + ": failed\n";
+    if (!evaluation.fault.empty()) out += indent + "not judged: " + evaluation.fault + "\n";
+    if (tables != survey.Tables())
+        out += indent + "The survey was changed since it was judged; vorex judge evaluates it.\n";
+    return out;
+}
+
+std::string SurveyText(const CResultMQSA& survey, const std::string& indent, bool colour) {
+    const ItemStatuses statuses = survey.Statuses();
+    const auto open = std::count(statuses.begin(), statuses.end(), kNotTested);
+    std::string out;
+    if (!survey.Comment().empty()) out += indent + "Comment: " + OneLine(survey.Comment()) + "\n";
+    if (open > 0 && survey.Status() != kNotApplicable)
+        out += indent + std::to_string(open) + " of " + std::to_string(statuses.size()) +
+               " items have no answer\n";
+    out += PagesText(survey, indent);
+    out += TableText("Preliminary results", PreliminaryTexts(), survey.Tables().preliminary, indent, colour);
+    out += TableText("Summary page", SummaryTexts(), survey.Tables().summary, indent, colour);
+    if (const std::string failures = SurveyFailures(survey, indent + "  "); !failures.empty())
+        out += "\n" + indent + "What fails\n" + failures;
+    return out;
+}
+
+std::string SurveyListing(const CResultMQSA& survey) {
+    static constexpr std::string_view kKinds[] = {"", " (calculated)", "", ""};
+    std::string out;
+    for (const SurveyPlace& place : ListSurvey(survey))
+        out += Translate(PageText(place.page)) + "\t" + place.address + "\t" + OneLine(place.value) + "\t" +
+               OneLine(place.meaning) + std::string(kKinds[static_cast<std::size_t>(place.kind)]) + "\n";
+    return out;
+}
+
+}  // namespace vorex
