@@ -495,6 +495,10 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
     RollUpGroups(*file, selected.get());
     WriteResult(*file, options.output, terminal);
     PrintSummary(*file, options.output, terminal);
+    for (const auto& element : SurveysOf(*file)) {
+        const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
+        if (survey && !options.output.empty()) terminal.out << SurveyFailures(*survey, "  ");
+    }
     return PrintSurveyFaults(*file, terminal) ? static_cast<int>(kExitFault) : VerdictOf(*file);
 }
 

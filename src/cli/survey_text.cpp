@@ -69,10 +69,16 @@ std::string PagesText(const CResultMQSA& survey, const std::string& indent) {
 }  // namespace
 
 std::string SurveyFailures(const CResultMQSA& survey, const std::string& indent) {
+    if (survey.Status() == kNotApplicable) return {};
     SurveyTables tables = survey.Tables();
     const SurveyEvaluation evaluation =
         EvaluateSurvey(survey.Record(), survey.Statuses(), survey.Cells(), tables);
     std::string out;
+    const ItemStatuses statuses = survey.Statuses();
+    const auto open = std::count(statuses.begin(), statuses.end(), kNotTested);
+    if (open > 0 && survey.Status() != kNotApplicable)
+        out += indent + std::to_string(open) + " of " + std::to_string(statuses.size()) +
+               " items have no answer\n";
     for (const SurveyFinding& finding : evaluation.findings)
         out += indent + Translate(PageText(finding.page)) + ", " + finding.place + ": " +
                OneLine(finding.words) + "\n";
@@ -87,18 +93,13 @@ std::string SurveyFailures(const CResultMQSA& survey, const std::string& indent)
 }
 
 std::string SurveyText(const CResultMQSA& survey, const std::string& indent, bool colour) {
-    const ItemStatuses statuses = survey.Statuses();
-    const auto open = std::count(statuses.begin(), statuses.end(), kNotTested);
     std::string out;
     if (!survey.Comment().empty()) out += indent + "Comment: " + OneLine(survey.Comment()) + "\n";
-    if (open > 0 && survey.Status() != kNotApplicable)
-        out += indent + std::to_string(open) + " of " + std::to_string(statuses.size()) +
-               " items have no answer\n";
     out += PagesText(survey, indent);
     out += TableText("Preliminary results", PreliminaryTexts(), survey.Tables().preliminary, indent, colour);
     out += TableText("Summary page", SummaryTexts(), survey.Tables().summary, indent, colour);
     if (const std::string failures = SurveyFailures(survey, indent + "  "); !failures.empty())
-        out += "\n" + indent + "What fails\n" + failures;
+        out += "\n" + indent + "What fails or is missing\n" + failures;
     return out;
 }
 

@@ -88,7 +88,7 @@ constexpr auto kElements = [] {
         rows[next++] = {parent, name, place, Identity::kOnly, form};
     };
     for (const survey::StatusCellRow& cell : survey::kStatusCells)
-        add(Place::kSurveyResult, cell.key, Place::kText, Form::kWhole);
+        add(Place::kSurveyResult, cell.key, Place::kText, Form::kWholeOrEmpty);
     auto groupPlace = static_cast<uint8_t>(Place::kSurveyGroup);
     for (const SurveyGroupRow& group : survey::kGroups) {
         const auto place = static_cast<Place>(groupPlace++);

@@ -79,6 +79,8 @@ class CResultMQSA : public IResultData,
     const std::string& pSummPage1Speck() const { return mSpeck; }
     const std::string& pSummPage1Mass() const { return mMass; }
 
+    void MTIID(int32_t id) { mMtiId = id; }
+
     uint8_t pLBIndex = 0;  ///< page that was open last
 
   private:

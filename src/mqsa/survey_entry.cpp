@@ -151,6 +151,12 @@ bool SetField(CResultMQSA& survey, std::string_view address, std::string_view te
 
 // --------------------------------------------------------------------------------------------- list
 
+PlaceKind KindOf(const GridRow& grid, int32_t row, int32_t column) {
+    if (IsIn(grid.dates, row, column)) return PlaceKind::kDate;
+    const bool typed = IsIn(grid.typed, row, column) || IsIn(grid.answers, row, column);
+    return typed ? PlaceKind::kTyped : PlaceKind::kCalculated;
+}
+
 /// What stands left of and above a cell, in words.
 std::string MeaningOf(const SurveyRecord& record, GridId id, int32_t row, int32_t column) {
     const GridRow& known = GridRowOf(id);
@@ -161,12 +167,13 @@ std::string MeaningOf(const SurveyRecord& record, GridId id, int32_t row, int32_
         if (words.empty() || meaning.find(words) != std::string::npos) return;
         meaning.append(meaning.empty() ? "" : ", ").append(words);
     };
-    for (int32_t left = 0; left < column; ++left)
-        if (!IsIn(known.typed, row, left) && !IsIn(known.answers, row, left) && !IsIn(known.dates, row, left))
-            if (std::any_of(known.labels.begin(), known.labels.end(), [&](const FixedCell& label) {
-                    return label.row == row && left >= label.firstColumn && left <= label.lastColumn;
-                }))
-                add(grid.At(row, left));
+    for (int32_t left = 0; left < column; ++left) {
+        const bool label =
+            left == 0 || std::any_of(known.labels.begin(), known.labels.end(), [&](const FixedCell& at) {
+                return at.row == row && left >= at.firstColumn && left <= at.lastColumn;
+            });
+        if (label && KindOf(known, row, left) == PlaceKind::kCalculated) add(grid.At(row, left));
+    }
     const FixedCell* above = nullptr;
     for (const FixedCell& label : known.labels)
         if (label.row < row && column >= label.firstColumn && column <= label.lastColumn && column > 0 &&
@@ -175,12 +182,6 @@ std::string MeaningOf(const SurveyRecord& record, GridId id, int32_t row, int32_
     if (above != nullptr) add(grid.At(above->row, column));
     if (meaning.empty()) meaning = "row " + PlainText(row);
     return meaning + ", column " + PlainText(column);
-}
-
-PlaceKind KindOf(const GridRow& grid, int32_t row, int32_t column) {
-    if (IsIn(grid.dates, row, column)) return PlaceKind::kDate;
-    const bool typed = IsIn(grid.typed, row, column) || IsIn(grid.answers, row, column);
-    return typed ? PlaceKind::kTyped : PlaceKind::kCalculated;
 }
 
 void ListGrid(const SurveyRecord& record, GridId id, SurveyPage page, std::vector<SurveyPlace>& places) {
@@ -194,7 +195,7 @@ void ListGrid(const SurveyRecord& record, GridId id, SurveyPage page, std::vecto
                 });
             const bool spacer =
                 IsIn(known.spacers, row, column) && Trimmed(record.Grid(id).At(row, column)).empty();
-            if (!typed && (label || spacer || record.Grid(id).IsBlank(row, column))) continue;
+            if (!typed && (label || spacer || column == 0 || record.Grid(id).IsBlank(row, column))) continue;
             places.push_back({page, CellAddress(id, row, column), MeaningOf(record, id, row, column),
                               record.Grid(id).At(row, column), KindOf(known, row, column)});
         }

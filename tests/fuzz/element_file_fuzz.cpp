@@ -12,6 +12,7 @@
 #include "host/file_error.h"
 #include "host/reference_host.h"
 #include "library.h"
+#include "mqsa/result_mqsa.h"
 #include "results/result_common.h"
 
 namespace {
@@ -28,6 +29,11 @@ void Judge(const Elements& elements, const ISelectedStandards* selected) {
         const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
         if (result && (result->Status() == kPassed || result->Status() == kFailed))
             result->UpdateAllStatus(*element, selected);
+        if (const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result())) {
+            survey->RecalculatePages();
+            survey->pUpdateMQSATestStatus();
+            survey->UpdateStatus(*element, selected, survey->Status() == kNotApplicable);
+        }
     }
 }
 

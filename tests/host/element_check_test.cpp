@@ -123,11 +123,9 @@ TEST_F(ElementCheckTest, AnElementIsAKnownTestWithItsConfiguration) {
     const Case cases[] = {
         {"PlugIn='ZRD47500' TestID='400' ID='3'",
          "element 3: TestID 400 is not known; expected 0 for a group, or one of "
-         "100, 200, 300, 500, 700, 900, 1100, 1200"},
+         "100, 200, 300, 500, 700, 900, 1100, 1200, 1300"},
         {"PlugIn='ZRD47500' TestID='1300' ID='3'",
-         "element 3: TestID 1300 is the Annual Mammography Survey, which this version does not have yet; "
-         "expected one "
-         "of 100, 200, 300, 500, 700, 900, 1100, 1200"},
+         "element 3: has no \"PlugInData\"; expected the configuration of the test"},
         {"PlugIn='ZRD47500' TestID='100' ID='3'",
          "element 3: has no \"PlugInData\"; expected the configuration of the test"},
         {"PlugIn='Other' TestID='100' ID='3'",

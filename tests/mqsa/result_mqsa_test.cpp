@@ -1,0 +1,209 @@
+#include "mqsa/result_mqsa.h"
+
+#include "config/config_mqsa.h"
+#include "foundation/host_error.h"
+#include "foundation/survey_cells.h"
+#include "host/element_output.h"
+#include "mqsa/survey_entry.h"
+#include "survey_fixture.h"
+
+namespace vorex {
+namespace {
+
+class ResultMqsa : public test::SurveyTest {
+  protected:
+    std::string Saved() const {
+        auto document = std::make_shared<OutputDocument>();
+        document->Top().AddChild(survey->Save(document));
+        return document->Text();
+    }
+    /// Loads a text into a new survey, which becomes the one under test.
+    void Load(const std::string& xml) {
+        const test::XmlText text(xml);
+        survey = std::make_shared<CResultMQSA>();
+        survey->Initialize(nullptr);
+        survey->Load(text.Root(), nullptr);
+    }
+};
+
+TEST_F(ResultMqsa, ANewSurveyPassesButForWhatTheTablesStartWith) {
+    const SurveyTables& tables = survey->Tables();
+    EXPECT_EQ(Row(tables.preliminary, 12), "Pass/NA");
+    for (std::size_t row : {11U, 31U, 32U}) EXPECT_EQ(Row(tables.summary, row), "Pass/NA") << row;
+    for (std::size_t row : {1U, 5U, 8U, 12U, 14U, 16U, 18U, 19U, 20U, 21U, 24U, 26U, 30U})
+        EXPECT_EQ(tables.summary[row][0] + tables.summary[row][1], "--") << row;
+    EXPECT_EQ(Row(tables.preliminary, 11), "Pass/Pass");
+    EXPECT_EQ(Cell(GridId::kLightField, 1, 2), "24x30");
+    EXPECT_EQ(Cell(GridId::kDensityControl, 13, 0), "+4");
+    EXPECT_EQ(Cell(GridId::kDensityControl, 13, 1), "10");
+    EXPECT_EQ(Cell(GridId::kArtifacts, 11, 5), "0");
+    EXPECT_EQ(Cell(GridId::kArtifacts, 11, 0), "Acceptable");
+    EXPECT_EQ(Cell(GridId::kImageMode, 7, 7), " ");
+    EXPECT_EQ(Cell(GridId::kImageQuality, 1, 1), survey->Record().currentFilmDate);
+    EXPECT_EQ(survey->MeasurementCount(), 49);
+    EXPECT_EQ(survey->GetDescriptions()[13], survey->GetDescriptions()[24]);  // PR1 and PR12
+}
+
+TEST_F(ResultMqsa, SavedAndLoadedItIsTheSameButForTheTwoRowsThatAreCalculatedAnew) {
+    SetSurveyText(*survey, "GeneralInformation.Site", "  North Clinic ");
+    SetSurveyText(*survey, "Collimation.SID", "650");
+    for (const char* address : {"DeviXrayLightField(6,1)", "DeviXrayLightField(7,1)", "Resolution(7,2)"})
+        SetSurveyText(*survey, address, "14");
+    SetSurveyText(*survey, "Unifomity.kVpSetting", "28");
+    SetSurveyText(*survey, "ArtifactEvaluation(5,2)", "false");
+    SetSurveyText(*survey, "ImageQuality(14,2)", "4.5");
+    SetSurveyText(*survey, "Comment(3)", std::string(100000, 'x'));
+    AnswerSurvey(*survey, "ALog14", "fail");
+    survey->UpdateStatus(*element, nullptr);
+    survey->MTIID(7);
+    const std::string first = Saved();
+    const std::string sum = Cell(GridId::kLightField, 8, 1);
+    EXPECT_EQ(sum, "28");
+    Load(first);
+    EXPECT_EQ(Saved(), first);
+    EXPECT_EQ(survey->MTIID(), 7);
+    EXPECT_EQ(survey->Record().Field("GeneralInformation", "Site"), "North Clinic");
+    EXPECT_EQ(Cell(GridId::kArtifacts, 5, 2), "False");
+    EXPECT_EQ(survey->pSummPage1Fiber(), "4.5");
+    EXPECT_EQ(survey->Items().back()->Status(), kFailed);
+    EXPECT_EQ(survey->Status(), kFailed);
+    EXPECT_EQ(Cell(GridId::kLightField, 8, 1), "");
+    survey->RecalculatePages();
+    EXPECT_EQ(Cell(GridId::kLightField, 8, 1), sum);
+}
+
+TEST_F(ResultMqsa, ASurveyWithoutAVerdictKeepsNoAnswers) {
+    for (int32_t status : {kNotTested, kNotApplicable}) {
+        survey = std::make_shared<CResultMQSA>();
+        survey->Initialize(nullptr);
+        survey->MQSAClickHandle(0, 4);
+        survey->UpdateStatus(*element, nullptr, status == kNotApplicable);
+        EXPECT_EQ(survey->Status(), status);
+        EXPECT_EQ(Saved().find("<Measurement"), std::string::npos) << status;
+    }
+}
+
+TEST_F(ResultMqsa, OutcomesOfTheAutomaticTestsAreKeptAndComeBack) {
+    State().cells.BQC69 = kFailed;
+    State().cells.Dose80 = kPassed;
+    survey->UpdateStatus(*element, nullptr);
+    const std::string saved = Saved();
+    State().cells = {};
+    Load(saved);
+    EXPECT_EQ(State().cells.BQC69, kFailed);
+    EXPECT_EQ(State().cells.Dose80, kPassed);
+    EXPECT_EQ(State().cells.kVpL36, kNotTested);
+}
+
+TEST_F(ResultMqsa, AnotherLanguageHasItsLabelsAndTheSameVerdict) {
+    SetSurveyText(*survey, "ArtifactEvaluation(5,2)", "False");
+    SetSurveyText(*survey, "DensityControlFunction(0,1)", "own words");
+    const std::string saved = Saved();
+    auto texts = std::make_shared<test::FakeTexts>();
+    texts->words["22236::False"] = "Falsch";
+    texts->words["22827::Acceptable"] = "Annehmbar";
+    texts->words["22128::Imaging mode"] = "Modus";
+    HostServices services = Services();
+    services.text = texts;
+    services.decimalSign = ',';
+    InstallServices(services);
+    Load(saved);
+    EXPECT_EQ(Cell(GridId::kArtifacts, 5, 0), "Annehmbar");
+    EXPECT_EQ(Cell(GridId::kArtifacts, 5, 2), "Falsch");
+    EXPECT_EQ(Cell(GridId::kDensityControl, 0, 0), "Modus");
+    EXPECT_EQ(Cell(GridId::kDensityControl, 0, 1), "own words");
+    EXPECT_EQ(Preliminary(5), "Fail/Fail");
+    EXPECT_EQ(Saved().find("Falsch"), std::string::npos);
+}
+
+TEST_F(ResultMqsa, NumbersTakeTheDecimalSignOfTheSystem) {
+    SetSurveyText(*survey, "Viewbox(3,1)", "3000,5");
+    SetSurveyText(*survey, "Viewbox(6,1)", "a,b");
+    Load(Saved());
+    EXPECT_EQ(Cell(GridId::kViewbox, 3, 1), "3000.5");
+    EXPECT_EQ(Cell(GridId::kViewbox, 6, 1), "a,b");
+}
+
+TEST_F(ResultMqsa, OldAndForeignFilesLoadOrSayWhatIsWrong) {
+    Load(
+        "<ResultItem><GeneralInformation><Day>3</Day><Month>4</Month><Year>2025</Year></GeneralInformation>"
+        "<Measurement Key=\"Nobody\"/><Alignment>1</Alignment></ResultItem>");
+    EXPECT_EQ(survey->Record().surveyDate.substr(0, 4), "2025");
+    EXPECT_EQ(survey->Record().Field("GeneralInformation", "Site"), "");
+    EXPECT_EQ(Cell(GridId::kViewbox, 2, 0), "Viewbox location");  // an absent grid stays new
+    EXPECT_THROW(Load("<Other/>"), HostError);
+    try {
+        Load("<ResultItem><Collimation><Alignment>a[¤]b</Alignment></Collimation></ResultItem>");
+        FAIL() << "a grid with two cells was taken";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "\"Alignment\" has 2 cells, expected 12");
+    }
+    std::string many = "0";
+    for (int i = 1; i < 20; ++i) many += "[¤]" + std::to_string(i);
+    Load("<ResultItem><Collimation><Alignment>" + many +
+         "</Alignment></Collimation><ResultComment>one[¤]two"
+         "</ResultComment></ResultItem>");
+    EXPECT_EQ(Cell(GridId::kAlignment, 1, 5), "11");
+    EXPECT_EQ(survey->Record().comments[1], "two");
+}
+
+TEST_F(ResultMqsa, ADelimiterInACellMovesNoOther) {
+    Cell(GridId::kViewbox, 2, 1) = "left[¤]right";
+    Load(Saved());
+    EXPECT_EQ(Cell(GridId::kViewbox, 2, 1), "left(¤)right");
+    EXPECT_EQ(Cell(GridId::kViewbox, 2, 2), "");
+}
+
+TEST_F(ResultMqsa, WhatCannotBeEnteredIsRefused) {
+    const struct {
+        const char* address;
+        const char* text;
+        const char* reason;
+    } cases[] = {
+        {"Viewbox(3,9)", "1", "column from 0 to 4"},
+        {"Viewbox(-1,1)", "1", "row from 0 to 10"},
+        {"Viewbox(3)", "1", "no such place"},
+        {"Viewbox(3,x)", "1", "no such place"},
+        {"Nowhere(1,1)", "1", "no such place"},
+        {"Collimation.Sid", "1", "no such place"},
+        {"Alignment(1,1)", "1", "calculated"},
+        {"Viewbox(2,0)", "1", "label"},
+        {"Viewbox(2,1)", "a[¤]b", "[¤]"},
+        {"Comment(10)", "1", "Comment(9)"},
+        {"GeneralInformation.Day", "32", "1 to 31"},
+        {"ImageQuality(1,2)", "soon", "YEAR-MONTH-DAY"},
+        {"ArtifactEvaluation(5,1)", "maybe", "Pass, False"},
+    };
+    const std::string before = Saved();
+    for (const auto& c : cases) {
+        try {
+            SetSurveyText(*survey, c.address, c.text);
+            FAIL() << c.address;
+        } catch (const SurveyEntryError& error) {
+            EXPECT_NE(std::string(error.what()).find(c.reason), std::string::npos) << error.what();
+        }
+    }
+    EXPECT_THROW(AnswerSurvey(*survey, "PR23", "Pass"), SurveyEntryError);
+    EXPECT_THROW(AnswerSurvey(*survey, "PR1", "perhaps"), SurveyEntryError);
+    EXPECT_EQ(Saved(), before);
+}
+
+TEST_F(ResultMqsa, AConfigurationComesBackCellForCell) {
+    auto config = std::make_shared<CConfigMQSA>();
+    EXPECT_EQ(config->Artifact(3, 5), "Small");
+    config->Collimation(1, 1, "1,5");
+    config->Artifact(0, 4, "extra");
+    config->OverridePrintReport = false;
+    auto document = std::make_shared<OutputDocument>();
+    document->Top().AddChild(config->Save(document));
+    CConfigMQSA loaded;
+    const test::XmlText text(document->Text());
+    loaded.Load(text.Root(), nullptr);
+    EXPECT_EQ(loaded.Collimation(1, 1), "1.5");
+    EXPECT_EQ(loaded.Artifact(0, 4), "extra");
+    EXPECT_FALSE(loaded.OverridePrintReport);
+    EXPECT_THROW(loaded.Load(test::XmlText("<PlugInData PlugIn='Other'/>").Root(), nullptr), HostError);
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,166 @@
+#include "mqsa/survey_calculations.h"
+
+#include "survey_fixture.h"
+
+namespace vorex {
+namespace {
+
+class SurveyCalculations : public test::SurveyTest {};
+
+TEST_F(SurveyCalculations, EdgesAreSummedAndToldInPercentOfTheDistance) {
+    struct Case {
+        const char* sid;
+        const char* left;
+        const char* right;
+        const char* sum;
+        const char* percent;
+    };
+    const Case cases[] = {
+        {"650", "2", "1.5", "3.5", "0.54%"},   // 0.53846
+        {"650", "2", "", "", ""},              // a gap
+        {"650", "2,5", "1", "3.5", "0.54%"},   // a decimal comma
+        {"650", " ", "13", "13", "2%"},        // a blank reads 0
+        {"800", "0.5", "0.5", "1", "0.12%"},   // 0.125 goes to the even digit
+        {"650", "-3", "abc", "-3", "-0.46%"},  // letters read 0
+        {"0", "2", "1.5", "", ""},             // no distance clears
+    };
+    for (const Case& c : cases) {
+        SurveyGrid light = survey->Record().Grid(GridId::kLightField);
+        SurveyGrid receptor = survey->Record().Grid(GridId::kReceptorEdge);
+        SurveyGrid alignment = survey->Record().Grid(GridId::kAlignment);
+        light.At(6, 5) = c.left;
+        light.At(7, 5) = c.right;
+        light.At(8, 5) = "old";
+        CalculateCollimation(c.sid, light, receptor, alignment);
+        EXPECT_EQ(light.At(8, 5), c.sum) << c.sid << " " << c.left << " " << c.right;
+        EXPECT_EQ(light.At(9, 5), c.percent) << c.sid << " " << c.left << " " << c.right;
+    }
+}
+
+TEST_F(SurveyCalculations, AReceptorDeviationKeepsItsSignAndANegativeDistanceChangesNothing) {
+    SurveyGrid& receptor = survey->Record().Grid(GridId::kReceptorEdge);
+    SurveyGrid& alignment = survey->Record().Grid(GridId::kAlignment);
+    SurveyGrid& light = survey->Record().Grid(GridId::kLightField);
+    receptor.At(4, 3) = "-6.5";
+    alignment.At(0, 2) = "5";
+    CalculateCollimation("650", light, receptor, alignment);
+    EXPECT_EQ(receptor.At(5, 3), "-1%");
+    EXPECT_EQ(alignment.At(1, 2), "0.77%");  // 0.76923
+    CalculateCollimation("-1", light, receptor, alignment);
+    EXPECT_EQ(receptor.At(5, 3), "-1%");
+    CalculateCollimation("", light, receptor, alignment);
+    EXPECT_EQ(receptor.At(5, 3), "");
+}
+
+TEST_F(SurveyCalculations, TrackingTellsMeanMeasuredAndAllowedRange) {
+    SurveyGrid& thickness = survey->Record().Grid(GridId::kThickness);
+    SurveyGrid& modes = survey->Record().Grid(GridId::kImageMode);
+    thickness.At(4, 7) = "1.50";
+    thickness.At(5, 7) = "1.62";
+    thickness.At(6, 7) = "1.5";
+    for (int32_t row = 4; row <= 6; ++row) modes.At(row, 7) = "1.4";
+    CalculateTracking(thickness, modes);
+    EXPECT_EQ(thickness.At(9, 0), " 1.54");  // 4.62 / 3
+    EXPECT_EQ(thickness.At(9, 1), " 1.54");
+    EXPECT_EQ(thickness.At(9, 2), "  1.50");  // of equal numbers the first
+    EXPECT_EQ(thickness.At(9, 4), " 1.62");
+    EXPECT_EQ(thickness.At(9, 5), "  1.24");
+    EXPECT_EQ(thickness.At(9, 7), " 1.84");
+    // The empty 8 cm exposure counts as 0: (4.62 + 4.2) / 7 = 1.26.
+    EXPECT_EQ(modes.At(10, 0), " 1.26");
+    EXPECT_EQ(modes.At(10, 2), "  1.4");
+    EXPECT_EQ(modes.At(10, 4), " 1.62");
+    EXPECT_EQ(modes.At(10, 5), "  0.96");
+    modes.At(5, 7).clear();
+    thickness.At(4, 7).clear();
+    CalculateTracking(thickness, modes);
+    for (const SurveyGrid* grid : {&thickness, &modes}) {
+        const int32_t row = grid == &thickness ? 9 : 10;
+        EXPECT_EQ(grid->At(row, 0), " ");
+        for (int32_t column : {2, 4, 5, 7}) EXPECT_EQ(grid->At(row, column), "") << column;
+    }
+}
+
+TEST_F(SurveyCalculations, DensityStepsAreRelativeToTheNormalStep) {
+    SurveyGrid& grid = survey->Record().Grid(GridId::kDensityControl);
+    grid.At(9, 2) = "80";
+    grid.At(9, 3) = "1.5";
+    grid.At(5, 2) = "50";
+    grid.At(13, 2) = "120,5";
+    grid.At(13, 3) = "1.655";
+    CalculateDensityControl(grid);
+    EXPECT_EQ(grid.At(5, 4), "-37.5%");
+    EXPECT_EQ(grid.At(9, 4), "0%");
+    EXPECT_EQ(grid.At(13, 4), "50.62%");  // 50.625 goes to the even digit
+    EXPECT_EQ(grid.At(13, 5), "0.16");    // 0.155: the even digit
+    EXPECT_EQ(grid.At(6, 4), "");
+    grid.At(9, 2) = "0";
+    CalculateDensityControl(grid);
+    EXPECT_EQ(grid.At(5, 4), "-37.5%");  // no normal mAs: the cell stays
+    grid.At(9, 2).clear();
+    CalculateDensityControl(grid);
+    EXPECT_EQ(grid.At(5, 4), "");
+}
+
+TEST_F(SurveyCalculations, ControlCassetteReadingsGiveMeanAndDeviation) {
+    struct Case {
+        const char* readings[3];
+        const char* mean;
+        const char* deviation;
+    };
+    const Case cases[] = {
+        {{"1.60", "1.62", "1.64"}, "1.62", "0.02"},  // root of (0.0004 + 0.0004) / 2
+        {{"1.60", "1.62", ""}, "1.61", "1.61"},      // the gap counts as 0: root of 2.5923
+        {{"1.60", "", ""}, "1.6", "kept"},           // one reading has no deviation
+        {{"0", "0", "0"}, "", ""},                   // zeros are no readings
+        {{"", "", ""}, "", ""},
+    };
+    for (const Case& c : cases) {
+        SurveyGrid grid = survey->Record().Grid(GridId::kSmallCassettes);
+        for (int32_t i = 0; i < 3; ++i) grid.At(2 + i, 3) = c.readings[i];
+        grid.At(6, 3) = "kept";
+        CalculateCassettes(grid);
+        EXPECT_EQ(grid.At(5, 3), c.mean) << c.readings[1];
+        EXPECT_EQ(grid.At(6, 3), c.deviation) << c.readings[1];
+    }
+}
+
+TEST_F(SurveyCalculations, OtherCassettesGiveMeanExtremesAndRange) {
+    SurveyGrid& grid = survey->Record().Grid(GridId::kLargeCassettes);
+    grid.At(8, 3) = "1.5";
+    grid.At(20, 3) = "1.65";
+    grid.At(30, 3) = "1.50";
+    CalculateCassettes(grid);
+    EXPECT_EQ(grid.At(31, 3), "1.55");
+    EXPECT_EQ(grid.At(32, 3), "1.5");
+    EXPECT_EQ(grid.At(33, 3), "1.65");
+    EXPECT_EQ(grid.At(34, 3), "0.15");  // without the noise of floating point
+}
+
+TEST_F(SurveyCalculations, ImageQualityTellsTheChangeFromThePreviousFilm) {
+    SurveyGrid& grid = survey->Record().Grid(GridId::kImageQuality);
+    const struct {
+        int32_t row;
+        const char* previous;
+        const char* current;
+    } typed[] = {{4, "80", "84"},  {7, "1.45", "1.5"}, {9, "1.6", "1.62"}, {10, "1.2", "1.25"},
+                 {14, "5", "4.5"}, {17, "3.5", "4"},   {20, "4", ""}};
+    for (const auto& row : typed) {
+        grid.At(row.row, 1) = row.previous;
+        grid.At(row.row, 2) = row.current;
+    }
+    CalculateImageQuality(grid);
+    const struct {
+        int32_t row;
+        int32_t column;
+        const char* text;
+    } expected[] = {{5, 2, "4"},      {6, 2, "5.0%"}, {8, 2, "0.05"},  {11, 1, "0.4"}, {11, 2, "0.37"},
+                    {12, 2, "-0.03"}, {15, 2, "0.5"}, {18, 2, "-0.5"}, {21, 2, ""}};
+    for (const auto& cell : expected) EXPECT_EQ(grid.At(cell.row, cell.column), cell.text) << cell.row;
+    grid.At(4, 1) = "0";
+    CalculateImageQuality(grid);
+    EXPECT_EQ(grid.At(6, 2), "");
+}
+
+}  // namespace
+}  // namespace vorex
