@@ -57,11 +57,16 @@ std::string PagesText(const CResultMQSA& survey, const std::string& indent) {
     for (std::size_t page = 0; page < kPageCount; ++page) {
         std::string lines;
         for (const SurveyPlace& place : places)
-            if (static_cast<std::size_t>(place.page) == page && IsFilled(place))
-                lines += indent + "  " + Padded(OneLine(place.meaning), kTextWidth - 2) + "  " +
-                         std::string(Trimmed(OneLine(place.value))) + "\n";
+            if (static_cast<std::size_t>(place.page) == page && IsFilled(place)) {
+                lines.append(indent).append("  ").append(Padded(OneLine(place.meaning), kTextWidth - 2));
+                lines.append("  ").append(Trimmed(OneLine(place.value))).append("\n");
+            }
         if (!lines.empty())
-            out += "\n" + indent + Translate(PageText(static_cast<SurveyPage>(page))) + "\n" + lines;
+            out.append("\n")
+                .append(indent)
+                .append(Translate(PageText(static_cast<SurveyPage>(page))))
+                .append("\n")
+                .append(lines);
     }
     return out;
 }

@@ -50,7 +50,7 @@ constexpr TableCell kArtifactCells[] = {
 std::size_t Index(int32_t rows, int32_t row, int32_t column) {
     if (row < 0 || row >= rows || column < 0 || column >= CConfigMQSA::kTableColumns)
         throw std::out_of_range("a cell outside the table");
-    return static_cast<std::size_t>(row * CConfigMQSA::kTableColumns + column);
+    return static_cast<std::size_t>(row) * CConfigMQSA::kTableColumns + static_cast<std::size_t>(column);
 }
 
 /// The first child of a name; empty when there is none.
