@@ -177,7 +177,9 @@ std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
 
 std::string CMeasurement::GetDisplayText() const {
     const auto& formatter = Services().formatter;
-    return SupportsLimit(kHighSide) && formatter ? formatter->ToText(mValue) : ValueText();
+    if (!SupportsLimit(kHighSide) || !formatter) return ValueText();
+    // A number that was loaded reads as it did before it was saved: in the picture of its column.
+    return std::holds_alternative<double>(mValue) ? FormatValue(mValue) : formatter->ToText(mValue);
 }
 
 int32_t CMeasurement::StoredType() const {

@@ -75,6 +75,8 @@ TEST_F(RunCommandTest, TheServiceRecordHoldsTheReadingsWithAllTheirDigits) {
     Write("r.jsonl", kHead + Shot("80.0", "OL"));
     EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitFailed);
     EXPECT_STREQ(ResultOf(1).child_value("ServiceRecord"), "/0/80.0/81/80/OL/100/100/3.1/0.0");
+    EXPECT_EQ(Run({"judge", Path("out.xml"), "-o", Path("again.xml")}), kExitFailed);
+    EXPECT_EQ(Read("again.xml"), Read("out.xml")) << "the calculated 0.0 is saved as a number";
 }
 
 TEST_F(RunCommandTest, OnlySelectedStandardsJudge) {
