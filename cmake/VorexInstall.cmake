@@ -29,6 +29,7 @@ endif()
 
 if(TARGET vorex)
   install(TARGETS vorex RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT program)
+  install(TARGETS vorex_pdf LIBRARY DESTINATION lib/vorex COMPONENT program)
   foreach(folder IN LISTS VOREX_DATA_FOLDERS)
     install(DIRECTORY "${folder}" DESTINATION "${CMAKE_INSTALL_DATADIR}/vorex"
       COMPONENT program OPTIONAL PATTERN "out" EXCLUDE)

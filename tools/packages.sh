@@ -1,8 +1,9 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by ./run and ./test: the Debian packages that each needs, and how they get there.
 
-build_packages=(g++ cmake ninja-build libpugixml-dev nlohmann-json3-dev libcli11-dev)
-test_packages=(ccache python3 libgtest-dev libgmock-dev libbenchmark-dev)
+build_packages=(g++ cmake ninja-build pkg-config libpugixml-dev nlohmann-json3-dev libcli11-dev
+    qt6-base-dev libqpdf-dev fonts-liberation2 fonts-dejavu-core fonts-droid-fallback)
+test_packages=(ccache python3 libgtest-dev libgmock-dev libbenchmark-dev poppler-utils)
 check_packages=(clang-format-14 clang-tidy-14)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
 

@@ -367,6 +367,31 @@ int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal
     return VerdictOf(file);
 }
 
+/// A run tells in its report what its file holds: limits and waveforms with the rest.
+ReportOptions ReportOfRun(const RunOptions& options) {
+    ReportOptions report;
+    report.input = options.output.empty() ? options.input : options.output;
+    report.output = options.report;
+    report.limits = true;
+    report.waveforms = true;
+    return report;
+}
+
+/// Writes the report of a run, if one is wanted, and tells how the run ends with it. What was measured is
+/// saved by now; a report can be made of it later as well.
+int WithReport(int code, const ElementFile& file, const ReportOptions& report, const CommonOptions& common,
+               Terminal& terminal) {
+    if (report.output.empty()) return code;
+    try {
+        WriteReport(file, report, common.language);
+        return code;
+    } catch (const std::exception& error) {
+        terminal.err << "vorex: " << error.what() << "\n"
+                     << "vorex: the report is missing; vorex report makes it from the result\n";
+        return kExitFault;
+    }
+}
+
 /// The survey that a command is about.
 std::shared_ptr<CTestMQSA> ChosenSurvey(const ElementFile& file, const SurveyOptions& options) {
     const auto surveys = SurveysOf(file);
@@ -434,14 +459,20 @@ int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal&
 }
 
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal) {
-    if (!options.report.empty())
-        throw std::runtime_error("--report: reports are not part of this version yet; run without it");
     CheckOutput({options.input, RecordingOf(options), options.room}, options.output);
+    const ReportOptions report = ReportOfRun(options);
+    if (!report.output.empty()) {
+        CheckOutput({options.input, RecordingOf(options), options.room, options.output}, report.output);
+        CheckReport(report);
+    }
     const bool journalled = HasJournal(options.output);
     RunSetup setup(options, ParseOperatorScript(options.operatorScript), common, journalled);
     JournalHead head;
     const auto file = ElementFile::Load(options.input, nullptr, journalled ? &head.document : nullptr);
-    if (!journalled) return Perform(setup, *file, options.output, terminal);
+    const auto run = [&] {
+        return WithReport(Perform(setup, *file, options.output, terminal), *file, report, common, terminal);
+    };
+    if (!journalled) return run();
     head.program = kProgramVersion;
     head.started = setup.platform->TimeStamp();
     head.input = options.input.string();
@@ -451,7 +482,7 @@ int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal&
     head.language = common.language;
     head.realTime = options.realTime;
     setup.keeper.Keep(RunJournal::Create(options.output, head), setup.person, *setup.platform);
-    return Perform(setup, *file, options.output, terminal);
+    return run();
 }
 
 int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
@@ -532,6 +563,16 @@ int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Ter
         if (!options.output.empty()) terminal.out << SurveyFailures(*survey, "  ");
     }
     return PrintSurveyFaults(*file, terminal) ? static_cast<int>(kExitFault) : VerdictOf(*file);
+}
+
+int ReportCommand(const ReportOptions& options, const CommonOptions& common, Terminal& terminal) {
+    CheckOutput({options.input}, options.output);
+    CheckReport(options);
+    const Installation installation(common);
+    const auto file = ElementFile::Load(options.input);
+    WriteReport(*file, options, common.language);
+    terminal.out << "Report written as " << options.output.string() << "\n";
+    return kExitPassed;
 }
 
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal) {

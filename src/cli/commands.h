@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/report_file.h"
+
 namespace vorex {
 
 /// How a command ends.
@@ -41,7 +43,7 @@ struct RunOptions {
     std::filesystem::path room;  ///< of simulated instruments; empty: a good one
     std::string operatorScript;
     std::filesystem::path output;  ///< empty: standard output
-    std::filesystem::path report;
+    std::filesystem::path report;  ///< empty: none
     bool realTime = false;
 };
 
@@ -93,6 +95,8 @@ int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal&
 int ResumeCommand(const ResumeOptions& options, Terminal& terminal);
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal);
 int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Terminal& terminal);
+/// Ends with 0 when the report was written, whatever the result.
+int ReportCommand(const ReportOptions& options, const CommonOptions& common, Terminal& terminal);
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal);
 int StandardsCommand(const CommonOptions& common, Terminal& terminal);
 int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions& common, Terminal& terminal);

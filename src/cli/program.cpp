@@ -56,6 +56,11 @@ constexpr const char* kSurveyExample =
     "  vorex survey survey.xml --from answers.json -o filled.xml";
 
 constexpr const char* kJudgeExample = "Example:\n  vorex judge result.xml -o judged.xml";
+constexpr const char* kReportExample =
+    "Examples:\n"
+    "  vorex report result.xml -o result.pdf --limits --waveforms\n"
+    "  vorex report result.xml -o failures.txt --failures-only\n\n"
+    "The name of the report tells its form: .txt, .html or .pdf.";
 constexpr const char* kShowExample = "Example:\n  vorex show result.xml\n  vorex show --all result.xml";
 
 constexpr const char* kStandardsExample =
@@ -80,6 +85,7 @@ struct Arguments {
     ResumeOptions resume;
     JudgeOptions judge;
     SurveyOptions survey;
+    ReportOptions report;
     ShowOptions show;
     StandardsAddOptions add;
     StandardsSelectOptions select;
@@ -134,7 +140,7 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
                     "Room file of simulated instruments; without it a good room");
     run->add_option("--operator", arguments.run.operatorScript, "What the operator does");
     AddOutput(*run, arguments.run.output);
-    run->add_option("--report", arguments.run.report, "Report to write (not part of this version yet)");
+    run->add_option("--report", arguments.run.report, "Report to write as well: FILE.txt, .html or .pdf");
     run->add_flag("--real-time", arguments.run.realTime, "Paces the run by the clock");
     run->footer(kRunExample);
 
@@ -166,6 +172,16 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     survey->add_option("--id", arguments.survey.id, "ID of the survey, where a file has several");
     AddOutput(*survey, arguments.survey.output);
     survey->footer(kSurveyExample);
+    CLI::App* report = app.add_subcommand("report", "Writes the report of a file: text, web page or PDF");
+    report->add_option("FILE", arguments.report.input, "Element file")->required();
+    report->add_option("-o,--output", arguments.report.output, "Report to write: FILE.txt, .html or .pdf")
+        ->required();
+    report->add_flag("--limits", arguments.report.limits, "Shows the limits beside the results");
+    report->add_flag("--failures-only", arguments.report.failuresOnly, "Shows failed values only");
+    report->add_flag("--waveforms", arguments.report.waveforms, "Shows the waveforms marked for the report");
+    report->add_option("--paper", arguments.report.paper, "Paper of a PDF: A4 or Letter")
+        ->capture_default_str();
+    report->footer(kReportExample);
 
     CLI::App* show = app.add_subcommand("show", "Prints the tests of a file with their results");
     show->add_option("FILE", arguments.show.input, "Element file")->required();
@@ -173,23 +189,24 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     show->footer(kShowExample);
 
     AddStandardsCommands(app, arguments);
-    for (CLI::App* command : {newTest, run, judge, survey, show}) AddLanguage(*command, arguments.common);
+    for (CLI::App* command : {newTest, run, judge, survey, report, show})
+        AddLanguage(*command, arguments.common);
 }
 
 /// What is wrong with the command that was asked for; empty when nothing is. The parser itself would only say
 /// that a command is missing.
 std::string CommandFault(const CLI::App& app, const std::vector<std::string>& arguments) {
     if (arguments.empty())
-        return "no command was given; expected new, run, resume, judge, survey, show or standards (see vorex "
+        return "no command was given; expected new, run, resume, judge, survey, report, show or standards "
+               "(see vorex "
                "--help)";
     const std::string& first = arguments.front();
     const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
     const bool known = std::any_of(commands.begin(), commands.end(),
                                    [&](const CLI::App* command) { return command->get_name() == first; });
     if (known || first.starts_with('-')) return {};
-    if (first == "report") return "reports are not part of this version yet";
     return "there is no command \"" + first +
-           "\"; expected new, run, resume, judge, survey, show or standards (see vorex --help)";
+           "\"; expected new, run, resume, judge, survey, report, show or standards (see vorex --help)";
 }
 
 int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal) {
@@ -205,6 +222,7 @@ int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal
         return StandardsCommand(arguments.common, terminal);
     }
     if (app.got_subcommand("survey")) return SurveyCommand(arguments.survey, arguments.common, terminal);
+    if (app.got_subcommand("report")) return ReportCommand(arguments.report, arguments.common, terminal);
     return ShowCommand(arguments.show, arguments.common, terminal);
 }
 

@@ -349,6 +349,30 @@ inline constexpr std::string_view kLoadingResultData     = "22315::Loading Resul
 inline constexpr std::string_view kFluoroLimitHint =
     "23006::You have to put +5% and -5% in the limit settings in order to get +/- limits.";
 
+// The frame of a report: cover, feet, contents.
+inline constexpr std::string_view kReportTitle           = "31001::Test report";
+inline constexpr std::string_view kReportPage            = "31002::Page %%1 of %%2";
+inline constexpr std::string_view kReportContents        = "31003::Contents";
+inline constexpr std::string_view kReportFile            = "31004::File";
+inline constexpr std::string_view kReportDate            = "31005::Date of the report";
+inline constexpr std::string_view kReportProgram         = "31006::Program";
+inline constexpr std::string_view kReportInstruments     = "31007::Instruments";
+inline constexpr std::string_view kReportSerialNumber    = "31008::Serial number";
+inline constexpr std::string_view kReportCalibrated      = "31009::Calibrated";
+inline constexpr std::string_view kReportNoInstruments   = "31010::The file names no instruments.";
+inline constexpr std::string_view kReportStandards       = "31011::Judged by";
+inline constexpr std::string_view kReportVersion         = "31012::Version";
+inline constexpr std::string_view kReportNoStandards     = "31013::No standard: no value was judged by a limit.";
+inline constexpr std::string_view kReportElements        = "31014::Tests of the file";
+inline constexpr std::string_view kReportTest            = "31015::Test";
+inline constexpr std::string_view kReportGroup           = "31016::Group";
+inline constexpr std::string_view kReportStatus          = "31017::Status";
+inline constexpr std::string_view kReportNotTested       = "31018::Not tested";
+inline constexpr std::string_view kReportNoTests         = "31019::This file holds no tests.";
+inline constexpr std::string_view kReportFailuresOnly    = "31020::Shown are failed values only.";
+/// The decimal sign of the language.
+inline constexpr std::string_view kDecimalSign           = "31021::.";
+
 // clang-format on
 
 }  // namespace vorex::text

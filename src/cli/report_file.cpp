@@ -1,0 +1,119 @@
+#include "cli/report_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <stdexcept>
+#include <string_view>
+
+#include "foundation/host_services.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "host/atomic_file.h"
+#include "host/element_file.h"
+#include "host/report_cover.h"
+#include "host/report_document.h"
+#include "host/report_html.h"
+#include "host/report_pdf.h"
+#include "host/report_text.h"
+#include "version.h"
+
+namespace vorex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string RenderPdf(const ReportModel& report) {
+    return PdfRenderer().Render(report);
+}
+
+struct ReportForm {
+    std::string_view suffix;
+    bool paged;
+    std::string (*render)(const ReportModel& report);
+};
+constexpr std::array<ReportForm, 3> kForms = {{
+    {".txt", false, ReportText},
+    {".html", false, ReportHtml},
+    {".pdf", true, RenderPdf},
+}};
+
+const ReportForm& FormOf(const fs::path& output) {
+    std::string suffix = output.extension().string();
+    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    for (const ReportForm& form : kForms)
+        if (form.suffix == suffix) return form;
+    throw std::runtime_error(
+        output.string() +
+        ": the form of a report is told by its name; expected FILE.txt, FILE.html or FILE.pdf");
+}
+
+ReportPaper PaperOf(const std::string& name) {
+    const auto paper = FindReportPaper(name);
+    if (!paper) throw std::runtime_error("there is no paper \"" + name + "\"; expected A4 or Letter");
+    return *paper;
+}
+
+std::string Today() {
+    const auto platform = Services().platform;
+    if (!platform) return {};
+    const CalendarDate date = platform->Today();
+    const auto two = [](int32_t number) { return FormatPicture(number, "00"); };
+    return PlainText(static_cast<int32_t>(date.year)) + "-" + two(date.month) + "-" + two(date.day);
+}
+
+/// What is tested gives the report its title.
+std::string TitleOf(const ElementFile& file) {
+    const auto& roots = file.Elements();
+    if (roots.size() == 1 && roots.front()->Info()) {
+        const std::string name = roots.front()->Info()->Name();
+        if (!Trimmed(name).empty()) return name;
+    }
+    return Translate(text::kReportTitle);
+}
+
+ReportFacts FactsOf(const ElementFile& file, const fs::path& input, const std::string& language) {
+    ReportFacts facts;
+    facts.title = TitleOf(file);
+    facts.fileName = input.filename().string();
+    facts.date = Today();
+    facts.program = "vorex " + std::string(kProgramVersion);
+    facts.language = language;
+    facts.pageOf = Translate(text::kReportPage);
+    facts.failWord = Translate(text::kFail);
+    facts.passWord = Translate(text::kPass);
+    facts.contents = Translate(text::kReportContents);
+    return facts;
+}
+
+int32_t OptionBits(const ReportOptions& options) {
+    return kReportComments | (options.limits ? kReportLimits : 0) |
+           (options.waveforms ? kReportWaveforms : 0) | (options.failuresOnly ? kReportFailuresOnly : 0);
+}
+
+}  // namespace
+
+void CheckReport(const ReportOptions& options) {
+    FormOf(options.output);
+    PaperOf(options.paper);
+}
+
+void WriteReport(const ElementFile& file, const ReportOptions& options, const std::string& language) {
+    const ReportForm& form = FormOf(options.output);
+    ReportSettings settings;
+    settings.paper = form.paged ? PaperOf(options.paper) : EndlessReportPaper();
+    settings.options = OptionBits(options);
+    settings.decimalSign = Translate(text::kDecimalSign) == "," ? ',' : '.';
+    settings.text = Services().text;
+    settings.selected = file.Selected();
+    settings.facts = FactsOf(file, options.input, language);
+    ReportDocument report(settings, form.paged ? &PdfRenderer().Metrics() : nullptr);
+    const auto instruments = file.Instruments();
+    PrintFile(report, {file.Elements(), settings.selected->Standards(), instruments->Entries()});
+    WriteWholeFile(options.output, form.render(report.Finish()));
+}
+
+}  // namespace vorex

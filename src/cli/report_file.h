@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace vorex {
+
+class ElementFile;
+
+struct ReportOptions {
+    std::filesystem::path input;
+    std::filesystem::path output;
+    bool limits = false;
+    bool failuresOnly = false;
+    bool waveforms = false;
+    std::string paper = "A4";
+};
+
+/// Raises std::runtime_error for a report whose form its name does not tell, and for paper that is not known.
+void CheckReport(const ReportOptions& options);
+
+/// Writes the report of a file that is in memory. Raises std::exception; what stood there before stays then.
+void WriteReport(const ElementFile& file, const ReportOptions& options, const std::string& language);
+
+}  // namespace vorex

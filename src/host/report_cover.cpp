@@ -1,0 +1,166 @@
+#include "host/report_cover.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "foundation/report_markup.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "host/report_table.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr int32_t kCoverPoints = 9;
+constexpr int32_t kBodyPoints = 7;
+constexpr int32_t kShares = 100;
+constexpr std::string_view kIndent = "      ";
+
+/// Columns to the left that share the width of the page in hundredths.
+std::string ColumnsOf(const ReportDocument& report, std::initializer_list<int32_t> shares) {
+    std::string columns;
+    for (int32_t share : shares) {
+        if (!columns.empty()) columns += markup::kCell;
+        columns += "<+" + std::to_string(report.Metric(kTextWidth) * share / kShares);
+    }
+    return columns + markup::kRowEnd;
+}
+
+/// A row whose first cell stands in the first column: the cover has no margin.
+std::string Row(std::initializer_list<std::string_view> cells) {
+    std::string row;
+    for (std::string_view cell : cells) {
+        row += markup::Text(cell);
+        row += markup::kCell;
+    }
+    row.back() = markup::kRowEnd;
+    return row;
+}
+
+std::string HeadingRow(const ReportDocument& report, std::initializer_list<std::string_view> keys) {
+    std::string row;
+    for (std::string_view textKey : keys) row += markup::Heading(Translate(textKey, &report));
+    // In front of the first "|" would be the margin.
+    return row.substr(1) + markup::kRowEnd;
+}
+
+int32_t StatusOf(const ITestElement& element) {
+    const auto result = element.Result();
+    return result ? result->Status() : kNotTested;
+}
+
+std::string StatusWords(int32_t status, const ReportDocument& report) {
+    const std::string words = StatusText(status, &report);
+    return words.empty() ? Translate(text::kReportNotTested, &report) : words;
+}
+
+std::string_view MarkOf(int32_t status) {
+    if (status == kFailed) return markup::kFailMark;
+    return status == kPassed ? kReportPassMark : std::string_view();
+}
+
+/// Failed when one failed, passed when one passed and every other passed or does not apply.
+int32_t Overall(std::span<const std::shared_ptr<ITestElement>> roots) {
+    const auto evaluated = [](const ITestElement& element) {
+        return !element.Filter() || element.Filter()->Evaluate();
+    };
+    int32_t overall = roots.empty() ? kNotTested : kNotApplicable;
+    for (const auto& root : roots) {
+        if (!evaluated(*root)) continue;
+        const int32_t status = StatusOf(*root);
+        if (status == kFailed) return kFailed;
+        if (status == kNotTested || overall == kNotTested)
+            overall = kNotTested;
+        else if (status == kPassed)
+            overall = kPassed;
+    }
+    return overall;
+}
+
+std::string NameOf(const ITestElement& element) {
+    const auto info = element.Info();
+    return info ? info->Name() : std::string();
+}
+
+std::string KindOf(const ITestElement& element, const ReportDocument& report) {
+    const TestRow* test = FindTest(element.TestID());
+    return test != nullptr ? std::string(test->title) : Translate(text::kReportGroup, &report);
+}
+
+void AddTree(std::span<const std::shared_ptr<ITestElement>> elements, int32_t depth,
+             const ReportDocument& report, std::string& rows) {
+    for (const auto& element : elements) {
+        std::string indent;
+        for (int32_t i = 0; i < depth; ++i) indent += kIndent;
+        const int32_t status = StatusOf(*element);
+        rows += indent + markup::Text(NameOf(*element)) + markup::kCell +
+                markup::Text(KindOf(*element, report)) + markup::kCell + std::string(MarkOf(status)) +
+                markup::Text(StatusWords(status, report)) + markup::kRowEnd;
+        if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
+            AddTree(container->NewEnum(), depth + 1, report, rows);
+    }
+}
+
+void PrintFacts(ReportDocument& report) {
+    const ReportFacts& facts = report.Facts();
+    std::string rows = Row({Translate(text::kReportFile, &report), facts.fileName}) +
+                       Row({Translate(text::kReportDate, &report), facts.date}) +
+                       Row({Translate(text::kReportProgram, &report), facts.program});
+    report.PrintTable(ColumnsOf(report, {25, 75}), rows);
+    if ((report.Options() & kReportFailuresOnly) != 0)
+        report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportFailuresOnly, &report)}));
+}
+
+void PrintTree(ReportDocument& report, std::span<const std::shared_ptr<ITestElement>> roots) {
+    report.PrintHeading(Translate(text::kReportElements, &report), {});
+    if (roots.empty()) {
+        report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportNoTests, &report)}));
+        return;
+    }
+    std::string rows = HeadingRow(report, {text::kDescription, text::kReportTest, text::kReportStatus});
+    AddTree(roots, 0, report, rows);
+    report.PrintTable(ColumnsOf(report, {44, 38, 18}), rows);
+}
+
+void PrintInstruments(ReportDocument& report, std::span<const MtiEntry> instruments) {
+    report.PrintHeading(Translate(text::kReportInstruments, &report), {});
+    if (instruments.empty()) {
+        report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportNoInstruments, &report)}));
+        return;
+    }
+    std::string rows =
+        HeadingRow(report, {text::kDescription, text::kReportSerialNumber, text::kReportCalibrated});
+    for (const MtiEntry& entry : instruments)
+        rows += Row({entry.name, entry.serialNumber, entry.calibrationDate});
+    report.PrintTable(ColumnsOf(report, {44, 28, 28}), rows);
+}
+
+void PrintStandards(ReportDocument& report, std::span<const StandardName> standards) {
+    report.PrintHeading(Translate(text::kReportStandards, &report), {});
+    if (standards.empty()) {
+        report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportNoStandards, &report)}));
+        return;
+    }
+    std::string rows = HeadingRow(report, {text::kDescription, text::kReportVersion});
+    for (const StandardName& standard : standards) rows += Row({standard.name, standard.version});
+    report.PrintTable(ColumnsOf(report, {60, 40}), rows);
+}
+
+}  // namespace
+
+void PrintFile(ReportDocument& report, const ReportContents& contents) {
+    report.Style(kCoverPoints);
+    report.PrintTitle(report.Facts().title, StatusWords(Overall(contents.roots), report));
+    PrintFacts(report);
+    PrintTree(report, contents.roots);
+    PrintStandards(report, contents.standards);
+    PrintInstruments(report, contents.instruments);
+    report.Style(kBodyPoints);
+    if (contents.roots.empty()) return;
+    report.NewPage();
+    for (const auto& root : contents.roots) root->PrintReport(&report, nullptr);
+}
+
+}  // namespace vorex

@@ -1,0 +1,360 @@
+#include "host/report_document.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <utility>
+
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "host/report_table.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr int32_t kTablePoints = 7;
+constexpr int32_t kLeastPoints = 5;
+constexpr int32_t kMostPoints = 9;
+constexpr int32_t kTitlePoints = 16;
+constexpr int32_t kHeadingPoints = 11;
+/// Edge columns of a table, which the width of column 7 leaves out.
+constexpr int32_t kTableMargins = 2 * 560;
+constexpr int32_t kHeadingPadding = 160;
+/// A heading stands at the foot of a page only with this much room for what it heads.
+constexpr int32_t kRoomBelowHeading = 1700;
+constexpr int32_t kGapAfterTable = 140;
+
+constexpr int32_t kMarginSide = 860;
+constexpr int32_t kMarginTop = 860;
+constexpr int32_t kMarginBottom = 1150;
+
+struct NamedPaper {
+    std::string_view name;
+    ReportPaper paper;
+};
+constexpr std::array<NamedPaper, 2> kPapers = {{
+    {"A4", {11906, 16838, kMarginSide, kMarginTop, kMarginBottom}},
+    {"Letter", {12240, 15840, kMarginSide, kMarginTop, kMarginBottom}},
+}};
+
+ReportFace FaceOf(const ReportCell& cell, const ReportRow& row) {
+    if (cell.heading) return ReportFace::kBoldItalic;
+    return row.failed || cell.mark != ReportMark::kNone ? ReportFace::kBold : ReportFace::kPlain;
+}
+
+int32_t LineHeight(int32_t points) {
+    return points * kLineTwips;
+}
+
+int32_t RowHeight(const ReportRow& row) {
+    std::size_t lines = 1;
+    for (const ReportCell& cell : row.cells) lines = std::max(lines, cell.lines.size());
+    return static_cast<int32_t>(lines) * LineHeight(row.points) + kRowPadding;
+}
+
+int32_t WidthOf(const ReportCell& cell, const std::vector<ReportColumn>& columns) {
+    const ReportColumn& last = columns[cell.column + cell.span - 1U];
+    return last.left + last.width - columns[cell.column].left;
+}
+
+int32_t HeightOf(const std::vector<ReportRow>& rows) {
+    int32_t height = 0;
+    for (const ReportRow& row : rows) height += row.height;
+    return height;
+}
+
+std::vector<ReportRow> LeadingHeadings(const std::vector<ReportRow>& rows) {
+    const auto end =
+        std::find_if(rows.begin(), rows.end(), [](const ReportRow& row) { return !row.heading; });
+    return {rows.begin(), end};
+}
+
+}  // namespace
+
+std::optional<ReportPaper> FindReportPaper(std::string_view name) {
+    const auto found = std::find_if(kPapers.begin(), kPapers.end(),
+                                    [&](const NamedPaper& paper) { return paper.name == name; });
+    if (found == kPapers.end()) return std::nullopt;
+    return found->paper;
+}
+
+ReportPaper EndlessReportPaper() {
+    ReportPaper paper = kPapers.front().paper;
+    paper.height = 0;
+    return paper;
+}
+
+ReportDocument::ReportDocument(ReportSettings settings, const ITextMetrics* metrics)
+    : mSettings(std::move(settings)), mPoints(kTablePoints) {
+    if (metrics != nullptr) mWrapper.emplace(*metrics);
+    mModel.texts = std::make_shared<TextStore>();
+    AddPage();
+}
+
+void ReportDocument::AddPage() {
+    mModel.pages.emplace_back();
+    mTop = 0;
+}
+
+void ReportDocument::Position(int32_t top) {
+    mTop = std::max(0, top);
+}
+
+int32_t ReportDocument::SpaceLeft() const {
+    if (!Paged()) return std::numeric_limits<int32_t>::max();
+    return std::max(0, mSettings.paper.UsableHeight() - mTop);
+}
+
+void ReportDocument::Style(int32_t points) {
+    mPoints = std::clamp(points, kLeastPoints, kMostPoints);
+}
+
+int32_t ReportDocument::Metric(int32_t selector) const {
+    const int32_t width = mSettings.paper.UsableWidth();
+    return selector == kTableWidth ? width - kTableMargins : width;
+}
+
+void ReportDocument::Alignment(int32_t alignment) {
+    mAlign = alignment == kAlignCentre  ? ReportAlign::kCentre
+             : alignment == kAlignRight ? ReportAlign::kRight
+                                        : ReportAlign::kLeft;
+}
+
+// ------------------------------------------------------------------------------------------- tables
+
+ReportDocument::Columns ReportDocument::ColumnsOf(std::string_view definition) {
+    if (!mColumns || definition != mDefinition) {
+        mDefinition = definition;
+        mColumns = std::make_shared<const std::vector<ReportColumn>>(
+            ParseReportColumns(definition, mSettings.paper.UsableWidth()));
+    }
+    return mColumns;
+}
+
+void ReportDocument::LayRow(ReportRow& row, const std::vector<ReportColumn>& columns) {
+    row.points = static_cast<uint8_t>(mPoints);
+    if (mWrapper) {
+        for (ReportCell& cell : row.cells) {
+            const int32_t shape =
+                cell.mark == ReportMark::kNone ? 0 : mPoints * kTwipsPerPoint + kMarkGapTwips;
+            const int32_t room = WidthOf(cell, columns) - 2 * kCellPadding - shape;
+            const std::string_view words = MarkWord(mSettings.facts, cell.mark, cell.text);
+            const ReportFace face = FaceOf(cell, row);
+            // The shape alone says enough where the word beside it has no room.
+            if (shape > 0 && cell.text.empty() && mWrapper->Width(words, face, mPoints) > room) continue;
+            cell.lines = mWrapper->Wrap(words, room, face, mPoints);
+        }
+    }
+    row.height = RowHeight(row);
+}
+
+std::vector<ReportRow> ReportDocument::LaidRows(std::string_view rows, const Columns& columns) {
+    auto parsed = ParseReportRows(rows, *columns, *mModel.texts);
+    for (ReportRow& row : parsed) LayRow(row, *columns);
+    return parsed;
+}
+
+int32_t ReportDocument::TableHeight(std::string_view columns, std::string_view rows) {
+    if (!Paged()) return 0;
+    const Columns fitted = ColumnsOf(columns);
+    TextStore passing;
+    auto parsed = ParseReportRows(rows, *fitted, passing);
+    for (ReportRow& row : parsed) LayRow(row, *fitted);
+    return HeightOf(parsed);
+}
+
+ReportTable& ReportDocument::TableFor(const Columns& columns) {
+    auto& items = mModel.pages.back().items;
+    auto* table = items.empty() ? nullptr : std::get_if<ReportTable>(&items.back());
+    if (table != nullptr && (table->columns == columns || *table->columns == *columns)) return *table;
+    if (table != nullptr) mTop += kGapAfterTable;
+    return std::get<ReportTable>(items.emplace_back(ReportTable{columns, {}}));
+}
+
+void ReportDocument::RepeatHeadings(const Columns& columns) {
+    if (mHeadingColumns != columns) return;
+    const int32_t least = mSettings.paper.UsableHeight() / 2;
+    if (HeightOf(mHeadings) > least) return;
+    for (ReportRow row : mHeadings) {
+        row.repeated = true;
+        row.top = mTop;
+        mTop += row.height;
+        TableFor(columns).rows.push_back(std::move(row));
+    }
+}
+
+void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool mayMove) {
+    if (mayMove && Paged() && row.height > SpaceLeft() && mTop > 0) {
+        NewPage();
+        if (!row.heading) RepeatHeadings(columns);
+    }
+    if (Paged() && row.height > SpaceLeft()) {
+        PlaceInPieces(std::move(row), columns);
+        return;
+    }
+    ReportTable& table = TableFor(columns);
+    row.top = mTop;
+    mTop += row.height;
+    table.rows.push_back(std::move(row));
+}
+
+/// The one row that does split: a row that is higher than a page.
+void ReportDocument::PlaceInPieces(ReportRow row, const Columns& columns) {
+    std::size_t begin = 0;
+    std::size_t count = 0;
+    for (const ReportCell& cell : row.cells) count = std::max(count, cell.lines.size());
+    while (begin < count) {
+        const int32_t room = std::max(1, (SpaceLeft() - kRowPadding) / LineHeight(row.points));
+        const std::size_t end = std::min(count, begin + static_cast<std::size_t>(room));
+        ReportRow piece = row;
+        for (ReportCell& cell : piece.cells) {
+            const auto lines = std::exchange(cell.lines, {});
+            for (std::size_t i = begin; i < std::min(end, lines.size()); ++i) cell.lines.push_back(lines[i]);
+        }
+        piece.height = RowHeight(piece);
+        ReportTable& table = TableFor(columns);
+        piece.top = mTop;
+        mTop += piece.height;
+        table.rows.push_back(std::move(piece));
+        begin = end;
+        if (begin < count) AddPage();
+    }
+}
+
+void ReportDocument::PrintTable(std::string_view definition, std::string_view rows) {
+    const Columns columns = ColumnsOf(definition);
+    std::vector<ReportRow> laid = LaidRows(rows, columns);
+    if (laid.empty()) return;
+    const std::vector<ReportRow> headings = LeadingHeadings(laid);
+    if (!headings.empty() || mHeadingColumns != columns) {
+        mHeadings = headings;
+        mHeadingColumns = columns;
+    }
+    // Headings go to the page of the first row that they head.
+    const std::size_t together = std::min(laid.size(), headings.size() + 1);
+    const int32_t start = HeightOf({laid.begin(), laid.begin() + static_cast<std::ptrdiff_t>(together)});
+    if (!headings.empty() && Paged() && start > SpaceLeft() && start <= mSettings.paper.UsableHeight())
+        NewPage();
+    for (ReportRow& row : laid) PlaceRow(std::move(row), columns, true);
+}
+
+// ------------------------------------------------------------------------------------------ headings
+
+void ReportDocument::PlaceHeading(std::string_view title, std::string_view outcome, int32_t level) {
+    ReportHeading heading;
+    heading.title = mModel.texts->Add(CleanReportText(title));
+    heading.outcome = mModel.texts->Add(CleanReportText(outcome));
+    heading.level = level;
+    heading.points = level == 0 ? kTitlePoints : kHeadingPoints;
+    if (!outcome.empty() && outcome == mSettings.facts.failWord) heading.mark = ReportMark::kFail;
+    if (!outcome.empty() && outcome == mSettings.facts.passWord) heading.mark = ReportMark::kPass;
+    constexpr int32_t kOutcomeShare = 4;  // of the width is kept for the outcome
+    if (mWrapper) {
+        const int32_t width = mSettings.paper.UsableWidth();
+        heading.lines = mWrapper->Wrap(heading.title, width - (outcome.empty() ? 0 : width / kOutcomeShare),
+                                       ReportFace::kBold, heading.points);
+    }
+    const auto lines = static_cast<int32_t>(std::max<std::size_t>(1, heading.lines.size()));
+    heading.height = lines * LineHeight(heading.points) + 2 * kHeadingPadding;
+    if (Paged() && mTop > 0 &&
+        std::min(heading.height + kRoomBelowHeading, mSettings.paper.UsableHeight()) > SpaceLeft())
+        NewPage();
+    // A title that is longer than a page goes on over the pages.
+    auto rest = std::exchange(heading.lines, {});
+    for (bool first = true; first || !rest.empty(); first = false) {
+        if (!first) AddPage();
+        const int32_t room = (SpaceLeft() - 2 * kHeadingPadding) / LineHeight(heading.points);
+        const auto taken = std::min<std::size_t>(rest.size(), static_cast<std::size_t>(std::max(1, room)));
+        ReportHeading piece = heading;
+        piece.lines.assign(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(taken));
+        rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(taken));
+        piece.height = static_cast<int32_t>(std::max<std::size_t>(1, taken)) * LineHeight(piece.points) +
+                       2 * kHeadingPadding;
+        if (!first) piece.title = piece.outcome = {};
+        piece.top = mTop;
+        mTop += piece.height;
+        mModel.pages.back().items.emplace_back(std::move(piece));
+    }
+}
+
+void ReportDocument::PrintHeading(std::string_view title, std::string_view outcome) {
+    PlaceHeading(title, outcome, 1);
+}
+
+void ReportDocument::PrintTitle(std::string_view title, std::string_view outcome) {
+    PlaceHeading(title, outcome, 0);
+}
+
+void ReportDocument::NewPage() {
+    if (mModel.pages.back().items.empty()) {
+        mTop = 0;
+        return;
+    }
+    AddPage();
+}
+
+// ------------------------------------------------------------------------------------------- figures
+
+ReportFigure* ReportDocument::OpenFigure() {
+    auto& items = mModel.pages.back().items;
+    return mInFigure && !items.empty() ? std::get_if<ReportFigure>(&items.back()) : nullptr;
+}
+
+void ReportDocument::BeginFigure(std::string_view caption, int32_t height) {
+    if (Paged() && height > SpaceLeft() && mTop > 0) NewPage();
+    ReportFigure figure;
+    figure.caption = mModel.texts->Add(CleanReportText(caption));
+    figure.top = mTop;
+    figure.height = height;
+    mModel.pages.back().items.emplace_back(std::move(figure));
+    mInFigure = true;
+}
+
+void ReportDocument::EndFigure() {
+    if (const ReportFigure* figure = OpenFigure()) mTop = std::max(mTop, figure->top + figure->height);
+    mInFigure = false;
+}
+
+void ReportDocument::DrawLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
+    if (ReportFigure* figure = OpenFigure())
+        figure->lines.push_back({{x1, y1 - figure->top}, {x2, y2 - figure->top}});
+    else
+        mModel.pages.back().items.emplace_back(ReportRule{{x1, y1}, {x2, y2}});
+}
+
+void ReportDocument::PlotPoints(std::span<const int32_t> x, std::span<const int32_t> y) {
+    ReportFigure* figure = OpenFigure();
+    if (figure == nullptr) return;
+    auto& curve = figure->curves.emplace_back();
+    for (std::size_t i = 0; i < std::min(x.size(), y.size()); ++i)
+        curve.push_back({x[i], y[i] - figure->top});
+}
+
+void ReportDocument::DrawText(int32_t x, int32_t y, std::string_view text) {
+    ReportFigure* figure = OpenFigure();
+    if (figure == nullptr) return;
+    figure->labels.push_back({{x, y - figure->top},
+                              mAlign,
+                              static_cast<uint8_t>(mPoints),
+                              mModel.texts->Add(CleanReportText(text))});
+}
+
+// ------------------------------------------------------------------------------------------- texts, end
+
+std::string ReportDocument::Translate(std::string_view section, std::string_view key,
+                                      TextArguments args) const {
+    return mSettings.text ? mSettings.text->Translate(section, key, args) : DefaultText(key, args);
+}
+
+ReportModel ReportDocument::Finish() {
+    while (mModel.pages.size() > 1 && mModel.pages.back().items.empty()) mModel.pages.pop_back();
+    mModel.facts = mSettings.facts;
+    mModel.paper = mSettings.paper;
+    ReportModel finished = std::exchange(mModel, {});
+    mModel.texts = std::make_shared<TextStore>();
+    AddPage();
+    return finished;
+}
+
+}  // namespace vorex

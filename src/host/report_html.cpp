@@ -1,0 +1,306 @@
+#include "host/report_html.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "foundation/number_text.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr std::string_view kStyle = R"css(
+:root { color-scheme: light; }
+body { font: 14px/1.4 "Liberation Sans", Arial, Helvetica, sans-serif; color: #111; background: #fff;
+  max-width: 60rem; margin: 1.5rem auto; padding: 0 1rem; }
+h1 { font-size: 1.6rem; margin: 0 0 .5rem; overflow-wrap: anywhere; }
+h2 { font-size: 1.15rem; margin: 2rem 0 .5rem; border-bottom: 2px solid #444; overflow-wrap: anywhere; }
+h1, h2 { display: flex; justify-content: space-between; gap: 1rem; }
+nav ul { list-style: none; padding: 0; }
+table { border-collapse: collapse; width: 100%; margin: .75rem 0; }
+th, td { padding: .15rem .4rem; vertical-align: top; text-align: left; overflow-wrap: anywhere;
+  border-bottom: 1px solid #ddd; white-space: pre-line; }
+thead th { font-style: italic; border-bottom: 1.5px solid #444; }
+tbody th { font-weight: normal; }
+th.group { font-weight: bold; padding-top: .6rem; }
+.right { text-align: right; }
+.centre { text-align: center; }
+.indented { padding-left: 1.6rem; }
+tr.failed { background: #fbe3e1; box-shadow: inset 4px 0 0 #b00020; }
+tr.failed th, tr.failed td, .fail, .pass { font-weight: bold; }
+.fail { color: #b00020; white-space: nowrap; }
+.pass { color: #1b5e20; white-space: nowrap; }
+figure { margin: 1rem 0; }
+svg { width: 100%; height: auto; }
+footer { margin-top: 2rem; border-top: 1px solid #888; color: #444; font-size: .85rem; }
+@page { size: auto; margin: 15mm; }
+@media print {
+  body { font-size: 9pt; max-width: none; margin: 0; padding: 0; }
+  nav { display: none; }
+  h2 { break-after: avoid; }
+  tr, figure { break-inside: avoid; }
+  thead { display: table-header-group; }
+  tr.failed { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
+}
+)css";
+
+void AddEscaped(std::string& html, std::string_view text) {
+    for (char c : text) {
+        switch (c) {
+            case '&':
+                html += "&amp;";
+                break;
+            case '<':
+                html += "&lt;";
+                break;
+            case '>':
+                html += "&gt;";
+                break;
+            case '"':
+                html += "&quot;";
+                break;
+            default:
+                html += c;
+        }
+    }
+}
+
+class HtmlWriter {
+  public:
+    explicit HtmlWriter(const ReportModel& report) : mReport(report), mFacts(report.facts) {}
+
+    std::string Write() {
+        AddHead();
+        for (const ReportPage& page : mReport.pages)
+            for (const ReportItem& item : page.items)
+                std::visit([this](const auto& part) { Add(part); }, item);
+        EndSection();
+        mHtml += "</main>\n<footer><p>";
+        bool first = true;
+        for (const std::string* part : {&mFacts.title, &mFacts.fileName, &mFacts.date, &mFacts.program}) {
+            if (part->empty()) continue;
+            if (!first) mHtml += " · ";
+            AddEscaped(mHtml, *part);
+            first = false;
+        }
+        mHtml += "</p></footer>\n</body>\n</html>\n";
+        return std::move(mHtml);
+    }
+
+  private:
+    void AddHead() {
+        mHtml += "<!DOCTYPE html>\n<html lang=\"";
+        AddEscaped(mHtml, mFacts.language);
+        mHtml +=
+            "\">\n<head>\n<meta charset=\"utf-8\">\n"
+            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>";
+        AddEscaped(mHtml, mFacts.title);
+        mHtml += "</title>\n<style>";
+        mHtml += kStyle;
+        mHtml += "</style>\n</head>\n<body>\n<main>\n";
+    }
+
+    void AddMark(ReportMark mark, std::string_view text) {
+        const std::string_view words = MarkWord(mFacts, mark, text);
+        if (mark == ReportMark::kNone) {
+            AddEscaped(mHtml, words);
+            return;
+        }
+        const bool fail = mark == ReportMark::kFail;
+        mHtml += fail ? "<span class=\"fail\"><span aria-hidden=\"true\">✗</span> "
+                      : "<span class=\"pass\"><span aria-hidden=\"true\">✓</span> ";
+        AddEscaped(mHtml, words);
+        mHtml += "</span>";
+    }
+
+    // ------------------------------------------------------------------------------------ headings
+
+    void EndSection() {
+        if (mInSection) mHtml += "</section>\n";
+        mInSection = false;
+    }
+
+    void Add(const ReportHeading& heading) {
+        if (heading.level > 0 && mNumber == 0) AddContents();
+        EndSection();
+        const std::string id = "s" + std::to_string(mNumber++);
+        const std::string tag = heading.level == 0 ? "h1" : "h2";
+        mHtml.append("<section aria-labelledby=\"").append(id).append("\">\n<").append(tag);
+        mHtml.append(" id=\"").append(id).append("\"><span dir=\"auto\">");
+        AddEscaped(mHtml, heading.title);
+        mHtml += "</span>";
+        if (!heading.outcome.empty()) {
+            mHtml += " ";
+            AddMark(heading.mark, heading.outcome);
+        }
+        mHtml.append("</").append(tag).append(">\n");
+        mInSection = true;
+        if (heading.level == 0) AddContents();
+    }
+
+    /// A way to every heading, with what it came to.
+    void AddContents() {
+        if (mHasContents) return;
+        mHasContents = true;
+        std::string items;
+        int32_t number = 0;
+        std::swap(items, mHtml);
+        mHtml.clear();
+        for (const ReportPage& page : mReport.pages) {
+            for (const ReportItem& item : page.items) {
+                const auto* heading = std::get_if<ReportHeading>(&item);
+                if (heading == nullptr) continue;
+                if (heading->level > 0) AddLink(*heading, number);
+                ++number;
+            }
+        }
+        std::swap(items, mHtml);
+        if (items.empty()) return;
+        mHtml += "<nav aria-label=\"";
+        AddEscaped(mHtml, mFacts.contents);
+        mHtml.append("\">\n<ul>\n").append(items).append("</ul>\n</nav>\n");
+    }
+
+    void AddLink(const ReportHeading& heading, int32_t number) {
+        mHtml.append("<li><a href=\"#s").append(std::to_string(number)).append("\"><span dir=\"auto\">");
+        AddEscaped(mHtml, heading.title);
+        mHtml += "</span></a> ";
+        AddMark(heading.mark, heading.outcome);
+        mHtml += "</li>\n";
+    }
+
+    // -------------------------------------------------------------------------------------- tables
+
+    /// The columns that something stands in, by their place; the others are left out.
+    static std::vector<int32_t> UsedColumns(const ReportTable& table) {
+        std::vector<int32_t> places(table.columns->size(), -1);
+        for (const ReportRow& row : table.rows)
+            for (const ReportCell& cell : row.cells) places[cell.column] = 0;
+        int32_t next = 0;
+        for (int32_t& place : places)
+            if (place == 0) place = next++;
+        return places;
+    }
+
+    void Add(const ReportTable& table) {
+        const std::vector<int32_t> places = UsedColumns(table);
+        const auto used = static_cast<int32_t>(
+            std::count_if(places.begin(), places.end(), [](int32_t place) { return place >= 0; }));
+        if (used == 0) return;
+        mHtml += "<table";
+        if (mInSection) mHtml.append(" aria-labelledby=\"s").append(std::to_string(mNumber - 1)).append("\"");
+        mHtml += ">\n";
+        enum class Part { kNone, kHead, kBody } part = Part::kNone;
+        const auto go = [&](Part next, bool anew) {
+            if (next == part && !anew) return;
+            if (part != Part::kNone) mHtml += part == Part::kHead ? "</thead>\n" : "</tbody>\n";
+            if (next != Part::kNone) mHtml += next == Part::kHead ? "<thead>\n" : "<tbody>\n";
+            part = next;
+        };
+        for (const ReportRow& row : table.rows) {
+            if (row.repeated || row.cells.empty()) continue;
+            const bool group = IsGroup(row, used);
+            const bool head = row.heading && part != Part::kBody;
+            go(head ? Part::kHead : Part::kBody, group);
+            AddRow(row, *table.columns, places, used, group);
+        }
+        go(Part::kNone, false);
+        mHtml += "</table>\n";
+    }
+
+    static bool IsGroup(const ReportRow& row, int32_t used) {
+        return used > 1 && row.cells.size() == 1 && row.cells.front().span > 1 &&
+               row.cells.front().mark == ReportMark::kNone;
+    }
+
+    void AddRow(const ReportRow& row, const std::vector<ReportColumn>& columns,
+                const std::vector<int32_t>& places, int32_t used, bool group) {
+        mHtml += row.failed ? "<tr class=\"failed\">" : "<tr>";
+        int32_t next = 0;
+        for (std::size_t i = 0; i < row.cells.size(); ++i) {
+            const ReportCell& cell = row.cells[i];
+            const int32_t place = places[cell.column];
+            for (; next < place; ++next) mHtml += "<td></td>";
+            const bool toEnd = cell.span > 1 && i + 1 == row.cells.size();
+            AddCell(cell, columns[cell.column], row.heading, group, place == 0 && used > 1,
+                    toEnd ? used - place : 1);
+            next = toEnd ? used : place + 1;
+        }
+        for (; next < used; ++next) mHtml += "<td></td>";
+        mHtml += "</tr>\n";
+    }
+
+    void AddCell(const ReportCell& cell, const ReportColumn& column, bool heading, bool group, bool names,
+                 int32_t span) {
+        const bool header = heading || group || names || cell.heading;
+        const std::string_view scope = heading ? "col" : group ? "rowgroup" : "row";
+        mHtml += header ? "<th scope=\"" + std::string(scope) + "\"" : "<td";
+        constexpr std::string_view kIndent = "   ";
+        std::string classes;
+        if (group) classes = "group";
+        if (column.align == ReportAlign::kRight && !group) classes = "right";
+        if (column.align == ReportAlign::kCentre && !group) classes = "centre";
+        if (cell.text.starts_with(kIndent)) classes += classes.empty() ? "indented" : " indented";
+        if (!classes.empty()) mHtml.append(" class=\"").append(classes).append("\"");
+        if (span > 1) mHtml.append(" colspan=\"").append(std::to_string(span)).append("\"");
+        mHtml += " dir=\"auto\">";
+        if (cell.mark != ReportMark::kNone)
+            AddMark(cell.mark, cell.text);
+        else
+            AddEscaped(mHtml, Trimmed(cell.text));
+        mHtml += header ? "</th>" : "</td>";
+    }
+
+    // ------------------------------------------------------------------------------------- figures
+
+    void AddPolyline(const std::vector<ReportPoint>& points, std::string_view look) {
+        mHtml += "<polyline points=\"";
+        for (const ReportPoint& point : points)
+            mHtml.append(PlainText(point.x)).append(",").append(PlainText(point.y)).append(" ");
+        mHtml.append("\" fill=\"none\" ").append(look).append("/>\n");
+    }
+
+    void Add(const ReportFigure& figure) {
+        mHtml.append("<figure><svg role=\"img\" viewBox=\"0 0 ");
+        mHtml.append(PlainText(mReport.paper.UsableWidth())).append(" ").append(PlainText(figure.height));
+        mHtml += "\" aria-label=\"";
+        AddEscaped(mHtml, figure.caption);
+        mHtml += "\" font-family=\"Liberation Sans, Arial, sans-serif\">\n<title>";
+        AddEscaped(mHtml, figure.caption);
+        mHtml += "</title>\n";
+        for (const auto& line : figure.lines) AddPolyline(line, R"(stroke="#444" stroke-width="12")");
+        for (const auto& curve : figure.curves)
+            AddPolyline(curve, R"(stroke="#000" stroke-width="24" stroke-linejoin="round")");
+        for (const ReportLabel& label : figure.labels) AddLabel(label);
+        mHtml += "</svg></figure>\n";
+    }
+
+    void AddLabel(const ReportLabel& label) {
+        const int32_t size = label.points * kTwipsPerPoint;
+        const std::string_view anchor = label.align == ReportAlign::kRight    ? "end"
+                                        : label.align == ReportAlign::kCentre ? "middle"
+                                                                              : "start";
+        mHtml.append("<text x=\"").append(PlainText(label.place.x)).append("\" y=\"");
+        mHtml.append(PlainText(label.place.y + size)).append("\" font-size=\"").append(PlainText(size));
+        mHtml.append("\" text-anchor=\"").append(anchor).append("\">");
+        AddEscaped(mHtml, label.text);
+        mHtml += "</text>\n";
+    }
+
+    void Add(const ReportRule& /*rule*/) {}
+
+    const ReportModel& mReport;
+    const ReportFacts& mFacts;
+    std::string mHtml;
+    int32_t mNumber = 0;
+    bool mInSection = false;
+    bool mHasContents = false;
+};
+
+}  // namespace
+
+std::string ReportHtml(const ReportModel& report) {
+    return HtmlWriter(report).Write();
+}
+
+}  // namespace vorex

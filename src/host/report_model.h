@@ -1,0 +1,167 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+/// A report as pages of headings, tables and figures: what the renderers of text, HTML and PDF are made from.
+/// Nothing but data, so that a renderer in a module of its own can read it. Lengths are twips; places are
+/// measured from the upper left corner of the usable area of a page.
+namespace vorex {
+
+enum class ReportAlign : uint8_t { kLeft, kCentre, kRight };
+/// A shape that stands in front of a verdict, so that it needs no colour.
+enum class ReportMark : uint8_t { kNone, kFail, kPass };
+enum class ReportFace : uint8_t { kPlain, kBold, kBoldItalic };
+inline constexpr std::size_t kReportFaces = 3;
+
+inline constexpr int32_t kTwipsPerPoint = 20;
+/// Blank edge of a cell, on each side.
+inline constexpr int32_t kCellPadding = 30;
+/// Height of a line for each point of its text, and what a row adds to its lines, above and below together.
+inline constexpr int32_t kLineTwips = 24;
+inline constexpr int32_t kRowPadding = 26;
+/// Room between a verdict's shape and its word, and the size of the shape, in parts of the text's size.
+inline constexpr int32_t kMarkGapTwips = 40;
+
+/// Keeps texts at one place until the report is written.
+class TextStore {
+  public:
+    std::string_view Add(std::string_view text);
+
+  private:
+    static constexpr std::size_t kBlock = std::size_t{64} << 10U;
+    std::vector<std::unique_ptr<char[]>> mBlocks;
+    std::size_t mLeft = 0;
+    char* mNext = nullptr;
+};
+
+/// A piece of a text that fits its place. [paged only]
+struct ReportLine {
+    std::string_view text;
+    int32_t indent = 0;
+    int32_t width = 0;
+};
+
+struct ReportColumn {
+    int32_t left = 0;
+    int32_t width = 0;
+    ReportAlign align = ReportAlign::kLeft;
+    bool narrow = false;  ///< the column of the fail mark
+
+    bool operator==(const ReportColumn&) const = default;
+};
+
+struct ReportCell {
+    std::string_view text;
+    uint16_t column = 0;
+    uint16_t span = 1;
+    bool heading = false;
+    ReportMark mark = ReportMark::kNone;
+    std::vector<ReportLine> lines;
+};
+
+struct ReportRow {
+    std::vector<ReportCell> cells;  ///< those that hold something, from left to right
+    int32_t top = 0;
+    int32_t height = 0;
+    uint8_t points = 0;
+    bool heading = false;   ///< every cell is a heading, and there are several
+    bool repeated = false;  ///< a heading that stands on an earlier page
+    bool failed = false;
+};
+
+struct ReportTable {
+    std::shared_ptr<const std::vector<ReportColumn>> columns;
+    std::vector<ReportRow> rows;
+};
+
+struct ReportHeading {
+    std::string_view title;
+    std::string_view outcome;
+    ReportMark mark = ReportMark::kNone;
+    int32_t level = 1;  ///< 0 is the title of the report
+    int32_t top = 0;
+    int32_t height = 0;
+    int32_t points = 0;
+    std::vector<ReportLine> lines;
+};
+
+struct ReportPoint {
+    int32_t x = 0;
+    int32_t y = 0;
+};
+
+struct ReportLabel {
+    ReportPoint place;
+    ReportAlign align = ReportAlign::kLeft;
+    uint8_t points = 0;
+    std::string_view text;
+};
+
+/// A picture. Its places are measured from its own top.
+struct ReportFigure {
+    std::string_view caption;
+    int32_t top = 0;
+    int32_t height = 0;
+    std::vector<std::vector<ReportPoint>> lines;   ///< frame, axes, ticks
+    std::vector<std::vector<ReportPoint>> curves;  ///< what is plotted
+    std::vector<ReportLabel> labels;
+};
+
+/// A line that belongs to the form, not to a figure.
+struct ReportRule {
+    ReportPoint from;
+    ReportPoint to;
+};
+
+using ReportItem = std::variant<ReportHeading, ReportTable, ReportFigure, ReportRule>;
+
+struct ReportPage {
+    std::vector<ReportItem> items;
+};
+
+/// Paper, in twips. A report without pages has no height.
+struct ReportPaper {
+    int32_t width = 0;
+    int32_t height = 0;
+    int32_t marginLeft = 0;
+    int32_t marginTop = 0;
+    int32_t marginBottom = 0;
+
+    int32_t UsableWidth() const { return width - 2 * marginLeft; }
+    int32_t UsableHeight() const { return height - marginTop - marginBottom; }
+    bool Paged() const { return height > 0; }
+};
+
+/// What stands in the foot of each page and in the description of the file.
+struct ReportFacts {
+    std::string title;
+    std::string fileName;
+    std::string date;
+    std::string program;
+    std::string language;
+    std::string pageOf;    ///< "Page %%1 of %%2", translated
+    std::string failWord;  ///< the word beside the fail mark
+    std::string passWord;
+    std::string contents;  ///< heading of the list of headings
+};
+
+struct ReportModel {
+    ReportFacts facts;
+    ReportPaper paper;
+    std::shared_ptr<TextStore> texts;
+    std::vector<ReportPage> pages;
+};
+
+/// The word beside a mark: what the cell says, or the verdict itself.
+inline std::string_view MarkWord(const ReportFacts& facts, ReportMark mark, std::string_view text) {
+    if (!text.empty() || mark == ReportMark::kNone) return text;
+    return mark == ReportMark::kFail ? facts.failWord : facts.passWord;
+}
+
+}  // namespace vorex

@@ -1,0 +1,280 @@
+#include "host/report_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <set>
+
+#include "foundation/number_text.h"
+#include "host/report_wrap.h"
+
+namespace vorex {
+
+namespace {
+
+constexpr std::size_t kWidth = 100;
+constexpr std::size_t kIndent = 2;
+constexpr std::size_t kGap = 2;
+/// Numbers may change by a digit without moving what stands beside them.
+constexpr std::size_t kLeastColumn = 8;
+constexpr std::size_t kLeastWrapped = 6;
+constexpr std::string_view kCross = "✗ ";
+constexpr std::string_view kTick = "✓ ";
+
+std::string_view ShapeOf(ReportMark mark) {
+    if (mark == ReportMark::kNone) return {};
+    return mark == ReportMark::kFail ? kCross : kTick;
+}
+
+/// Characters that take the room of two in a terminal.
+bool IsWide(char32_t c) {
+    return (c >= 0x1100 && c <= 0x115F) || (c >= 0x2E80 && c <= 0xA4CF) || (c >= 0xAC00 && c <= 0xD7A3) ||
+           (c >= 0xF900 && c <= 0xFAFF) || (c >= 0xFE30 && c <= 0xFE6F) || (c >= 0xFF00 && c <= 0xFF60) ||
+           (c >= 0xFFE0 && c <= 0xFFE6) || (c >= 0x1F300 && c <= 0x1FAFF) || (c >= 0x20000 && c <= 0x3FFFD);
+}
+
+/// A terminal's cells as a measure of texts.
+class TerminalMetrics final : public ITextMetrics {
+  public:
+    /// Of a text of one point, whose em is so many twips, a cell is one twip.
+    static constexpr int32_t kCell = 1000 / kTwipsPerPoint;
+    int32_t Advance(char32_t character, ReportFace /*face*/) const override {
+        if (IsCombining(character)) return 0;
+        return IsWide(character) ? 2 * kCell : kCell;
+    }
+};
+
+class TextWriter {
+  public:
+    std::string Write(const ReportModel& report) {
+        mFacts = &report.facts;
+        for (const ReportPage& page : report.pages)
+            for (const ReportItem& item : page.items)
+                std::visit([this](const auto& part) { Add(part); }, item);
+        return std::move(mText);
+    }
+
+  private:
+    using Widths = std::vector<std::size_t>;
+
+    static bool IsAscii(std::string_view text) {
+        return std::none_of(text.begin(), text.end(),
+                            [](char c) { return static_cast<unsigned char>(c) >= 0x80U; });
+    }
+    std::size_t Width(std::string_view text) {
+        if (IsAscii(text)) return text.size();
+        return static_cast<std::size_t>(mWrapper.Width(text, ReportFace::kPlain, 1));
+    }
+    std::vector<ReportLine> Wrap(std::string_view text, std::size_t width) {
+        return mWrapper.Wrap(text, static_cast<int32_t>(width), ReportFace::kPlain, 1);
+    }
+
+    void Line(std::string_view line) {
+        mText += line;
+        while (mText.ends_with(' ')) mText.pop_back();
+        mText += '\n';
+    }
+
+    void Add(const ReportHeading& heading) {
+        if (heading.title.empty() && heading.outcome.empty()) return;
+        if (!mText.empty()) Line("");
+        const std::string outcome = std::string(ShapeOf(heading.mark)) + std::string(heading.outcome);
+        const std::size_t kept = outcome.empty() ? 0 : Width(outcome) + kGap;
+        bool first = true;
+        for (const ReportLine& part : Wrap(heading.title, kWidth - kept)) {
+            std::string line(part.text);
+            if (first && !outcome.empty())
+                line += std::string(kWidth - Width(line) - Width(outcome), ' ') + outcome;
+            Line(line);
+            first = false;
+        }
+        Line(std::string(kWidth, heading.level == 0 ? '=' : '-'));
+    }
+
+    std::string Words(const ReportCell& cell) const {
+        return std::string(ShapeOf(cell.mark)) + std::string(MarkWord(*mFacts, cell.mark, cell.text));
+    }
+
+    /// What each column needs for its longest cell; 0 for a column that nothing stands in.
+    Widths NaturalWidths(const ReportTable& table) {
+        Widths widths(table.columns->size(), 0);
+        for (const ReportRow& row : table.rows) {
+            for (const ReportCell& cell : row.cells) {
+                if (cell.span > 1 && cell.mark == ReportMark::kNone && row.cells.size() == 1) continue;
+                const std::size_t words =
+                    cell.mark == ReportMark::kNone ? Width(cell.text) : Width(Words(cell));
+                widths[cell.column] = std::max(widths[cell.column], words);
+            }
+        }
+        for (std::size_t i = 0; i < widths.size(); ++i)
+            if (widths[i] > 0 && (*table.columns)[i].align == ReportAlign::kRight)
+                widths[i] = std::max(widths[i], kLeastColumn);
+        return widths;
+    }
+
+    /// Takes from the widest column until all fit beside each other.
+    static void Fit(Widths& widths) {
+        const auto used = static_cast<std::size_t>(
+            std::count_if(widths.begin(), widths.end(), [](std::size_t width) { return width > 0; }));
+        const std::size_t gaps = used == 0 ? 0 : (used - 1) * kGap;
+        const std::size_t room = kWidth - kIndent - gaps;
+        std::size_t sum = std::accumulate(widths.begin(), widths.end(), std::size_t{0});
+        while (sum > room) {
+            const auto widest = std::max_element(widths.begin(), widths.end());
+            if (*widest <= kLeastWrapped) return;
+            const std::size_t second = [&] {
+                std::size_t next = kLeastWrapped;
+                for (auto at = widths.begin(); at != widths.end(); ++at)
+                    if (at != widest) next = std::max(next, *at);
+                return next;
+            }();
+            const std::size_t step =
+                std::min(sum - room, std::max<std::size_t>(1, *widest - std::min(second, *widest)));
+            *widest -= step;
+            sum -= step;
+        }
+    }
+
+    void Add(const ReportTable& table) {
+        const bool holdsSomething = std::any_of(table.rows.begin(), table.rows.end(),
+                                                [](const ReportRow& row) { return !row.cells.empty(); });
+        if (!holdsSomething) return;
+        if (!mText.empty()) Line("");
+        Widths widths = NaturalWidths(table);
+        Fit(widths);
+        for (const ReportRow& row : table.rows)
+            if (!row.repeated) AddRow(row, *table.columns, widths);
+    }
+
+    /// The width of a cell with those that it may use behind it.
+    static std::size_t Room(const ReportCell& cell, const Widths& widths, std::size_t begin) {
+        if (cell.span > 1) return kWidth - begin;
+        return widths[cell.column];
+    }
+
+    void AddRow(const ReportRow& row, const std::vector<ReportColumn>& columns, const Widths& widths) {
+        std::vector<std::string> lines(1);
+        for (const ReportCell& cell : row.cells) {
+            std::size_t begin = kIndent;
+            for (std::size_t i = 0; i < cell.column; ++i)
+                if (widths[i] > 0) begin += widths[i] + kGap;
+            const std::size_t room = Room(cell, widths, begin);
+            if (cell.mark == ReportMark::kNone && IsAscii(cell.text) && cell.text.size() <= room &&
+                cell.text.find('\n') == std::string_view::npos) {
+                Put(lines[0], cell.text, cell.text.size(), begin, room, columns[cell.column].align);
+                continue;
+            }
+            const std::string words = Words(cell);
+            const auto parts = Wrap(words, room);
+            if (lines.size() < parts.size()) lines.resize(parts.size());
+            for (std::size_t i = 0; i < parts.size(); ++i) {
+                const std::string part =
+                    std::string(static_cast<std::size_t>(parts[i].indent), ' ') + std::string(parts[i].text);
+                Put(lines[i], part, Width(part), begin, room, columns[cell.column].align);
+            }
+        }
+        for (const std::string& line : lines) Line(line);
+    }
+
+    void Put(std::string& line, std::string_view words, std::size_t width, std::size_t begin,
+             std::size_t room, ReportAlign align) {
+        const std::size_t spare = room > width ? room - width : 0;
+        const std::size_t at = begin + (align == ReportAlign::kRight    ? spare
+                                        : align == ReportAlign::kCentre ? spare / 2
+                                                                        : 0);
+        const std::size_t length = Width(line);
+        if (length < at) line.append(at - length, ' ');
+        line += words;
+    }
+
+    /// A figure in characters: lines, curves and labels on a grid.
+    void Add(const ReportFigure& figure) {
+        constexpr std::size_t kFigureRows = 20;
+        int32_t right = 1;
+        for (const auto& line : figure.lines)
+            for (const ReportPoint& point : line) right = std::max(right, point.x);
+        const double across = static_cast<double>(kWidth - kIndent - 1) / right;
+        const double down = static_cast<double>(kFigureRows - 1) / std::max(1, figure.height);
+        std::vector<std::u32string> grid(kFigureRows, std::u32string(kWidth, U' '));
+        const auto column = [&](int32_t x) {
+            return static_cast<std::size_t>(std::max(0.0, std::round(x * across)));
+        };
+        const auto row = [&](int32_t y) {
+            return static_cast<std::size_t>(std::max(0.0, std::round(y * down)));
+        };
+        const auto set = [&](std::size_t x, std::size_t y, char32_t c) {
+            if (x < kWidth && y < kFigureRows) grid[y][x] = c;
+        };
+        for (const auto& line : figure.lines) DrawStraight(line, column, row, set);
+        for (const auto& curve : figure.curves) DrawCurve(curve, across, down, set);
+        for (const ReportLabel& label : figure.labels) DrawLabel(label, column, row, set);
+        Line("");
+        for (const std::u32string& line : grid) Line("  " + Utf8(line));
+    }
+
+    template <typename Column, typename Row, typename Set>
+    static void DrawStraight(const std::vector<ReportPoint>& line, Column column, Row row, Set set) {
+        const ReportPoint from = line.front();
+        const ReportPoint to = line.back();
+        const bool level = row(from.y) == row(to.y);
+        const auto [left, right] = std::minmax({column(from.x), column(to.x)});
+        const auto [top, bottom] = std::minmax({row(from.y), row(to.y)});
+        if (level)
+            for (std::size_t x = left; x <= right; ++x) set(x, top, x == left || x == right ? U'+' : U'-');
+        else
+            for (std::size_t y = top; y <= bottom; ++y) set(left, y, y == top || y == bottom ? U'+' : U'|');
+    }
+
+    template <typename Set>
+    static void DrawCurve(const std::vector<ReportPoint>& curve, double across, double down, Set set) {
+        constexpr double kStepsPerCell = 2;
+        for (std::size_t i = 0; i + 1 < curve.size(); ++i) {
+            const double dx = (curve[i + 1].x - curve[i].x) * across;
+            const double dy = (curve[i + 1].y - curve[i].y) * down;
+            const double steps =
+                std::max(1.0, std::ceil(kStepsPerCell * std::max(std::abs(dx), std::abs(dy))));
+            for (double step = 0; step <= steps; ++step)
+                set(static_cast<std::size_t>(
+                        std::max(0.0, std::round(curve[i].x * across + dx * step / steps))),
+                    static_cast<std::size_t>(
+                        std::max(0.0, std::round(curve[i].y * down + dy * step / steps))),
+                    U'*');
+        }
+    }
+
+    template <typename Column, typename Row, typename Set>
+    void DrawLabel(const ReportLabel& label, Column column, Row row, Set set) {
+        const std::size_t width = Width(label.text);
+        std::size_t at = column(label.place.x);
+        if (label.align == ReportAlign::kRight) at -= std::min(at, width);
+        if (label.align == ReportAlign::kCentre) at -= std::min(at, width / 2);
+        constexpr int32_t kHalfLine = 120;  // a label is placed by its top
+        const std::size_t y = row(label.place.y + kHalfLine);
+        for (std::string_view rest = label.text; !rest.empty();) {
+            const Utf8Character next = FirstCharacter(rest);
+            set(at++, y, next.code);
+            rest.remove_prefix(next.length);
+        }
+    }
+
+    static std::string Utf8(const std::u32string& line) {
+        std::string text;
+        for (char32_t c : line) AppendUtf8(text, c);
+        return text;
+    }
+
+    void Add(const ReportRule& /*rule*/) {}
+
+    TerminalMetrics mMetrics;
+    TextWrapper mWrapper{mMetrics};
+    const ReportFacts* mFacts = nullptr;
+    std::string mText;
+};
+
+}  // namespace
+
+std::string ReportText(const ReportModel& report) {
+    return TextWriter().Write(report);
+}
+
+}  // namespace vorex
