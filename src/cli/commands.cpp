@@ -383,7 +383,7 @@ int WithReport(int code, const ElementFile& file, const ReportOptions& report, c
                Terminal& terminal) {
     if (report.output.empty()) return code;
     try {
-        WriteReport(file, report, common.language);
+        WriteReport(file, *OpenStandards(DataFolders(kStandards), terminal.err), report, common.language);
         return code;
     } catch (const std::exception& error) {
         terminal.err << "vorex: " << error.what() << "\n"
@@ -570,7 +570,7 @@ int ReportCommand(const ReportOptions& options, const CommonOptions& common, Ter
     CheckReport(options);
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
-    WriteReport(*file, options, common.language);
+    WriteReport(*file, *OpenStandards(DataFolders(kStandards), terminal.err), options, common.language);
     terminal.out << "Report written as " << options.output.string() << "\n";
     return kExitPassed;
 }

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <set>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
@@ -17,6 +19,7 @@
 #include "host/report_html.h"
 #include "host/report_pdf.h"
 #include "host/report_text.h"
+#include "host/standards_library.h"
 #include "version.h"
 
 namespace vorex {
@@ -89,6 +92,37 @@ ReportFacts FactsOf(const ElementFile& file, const fs::path& input, const std::s
     return facts;
 }
 
+void AddTests(const std::vector<std::shared_ptr<ITestElement>>& elements, std::set<int32_t>& tests) {
+    for (const auto& element : elements) {
+        tests.insert(element->TestID());
+        if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
+            AddTests(container->NewEnum(), tests);
+    }
+}
+
+/// The clauses of a standard that speak of these tests, each once.
+std::string ClausesOf(const StandardFile& standard, const std::set<int32_t>& tests) {
+    std::set<std::string> clauses;
+    for (const StandardLimit& limit : standard.limits)
+        if (std::any_of(tests.begin(), tests.end(), [&](int32_t test) { return limit.IsFor(test); }))
+            clauses.insert(limit.authority + " " + limit.clause);
+    std::string words;
+    for (const std::string& clause : clauses) words += (words.empty() ? "" : "; ") + clause;
+    return words;
+}
+
+std::vector<JudgingStandard> StandardsOf(const ElementFile& file, const StandardsLibrary& library) {
+    std::set<int32_t> tests;
+    AddTests(file.Elements(), tests);
+    std::vector<JudgingStandard> standards;
+    const auto selected = file.Selected();
+    for (const StandardName& name : selected->Standards()) {
+        const StandardFile* known = library.Find(name.name, name.version);
+        standards.push_back({name.name, name.version, known == nullptr ? "" : ClausesOf(*known, tests)});
+    }
+    return standards;
+}
+
 int32_t OptionBits(const ReportOptions& options) {
     return kReportComments | (options.limits ? kReportLimits : 0) |
            (options.waveforms ? kReportWaveforms : 0) | (options.failuresOnly ? kReportFailuresOnly : 0);
@@ -101,7 +135,8 @@ void CheckReport(const ReportOptions& options) {
     PaperOf(options.paper);
 }
 
-void WriteReport(const ElementFile& file, const ReportOptions& options, const std::string& language) {
+void WriteReport(const ElementFile& file, const StandardsLibrary& library, const ReportOptions& options,
+                 const std::string& language) {
     const ReportForm& form = FormOf(options.output);
     ReportSettings settings;
     settings.paper = form.paged ? PaperOf(options.paper) : EndlessReportPaper();
@@ -112,7 +147,8 @@ void WriteReport(const ElementFile& file, const ReportOptions& options, const st
     settings.facts = FactsOf(file, options.input, language);
     ReportDocument report(settings, form.paged ? &PdfRenderer().Metrics() : nullptr);
     const auto instruments = file.Instruments();
-    PrintFile(report, {file.Elements(), settings.selected->Standards(), instruments->Entries()});
+    const auto standards = StandardsOf(file, library);
+    PrintFile(report, {file.Elements(), standards, instruments->Entries()});
     WriteWholeFile(options.output, form.render(report.Finish()));
 }
 

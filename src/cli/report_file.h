@@ -6,6 +6,7 @@
 namespace vorex {
 
 class ElementFile;
+class StandardsLibrary;
 
 struct ReportOptions {
     std::filesystem::path input;
@@ -19,7 +20,9 @@ struct ReportOptions {
 /// Raises std::runtime_error for a report whose form its name does not tell, and for paper that is not known.
 void CheckReport(const ReportOptions& options);
 
-/// Writes the report of a file that is in memory. Raises std::exception; what stood there before stays then.
-void WriteReport(const ElementFile& file, const ReportOptions& options, const std::string& language);
+/// Writes the report of a file that is in memory; the library knows the clauses of its standards. Raises
+/// std::exception; what stood there before stays then.
+void WriteReport(const ElementFile& file, const StandardsLibrary& library, const ReportOptions& options,
+                 const std::string& language);
 
 }  // namespace vorex

@@ -370,6 +370,7 @@ inline constexpr std::string_view kReportStatus          = "31017::Status";
 inline constexpr std::string_view kReportNotTested       = "31018::Not tested";
 inline constexpr std::string_view kReportNoTests         = "31019::This file holds no tests.";
 inline constexpr std::string_view kReportFailuresOnly    = "31020::Shown are failed values only.";
+inline constexpr std::string_view kReportClauses         = "31022::Clauses";
 /// The decimal sign of the language.
 inline constexpr std::string_view kDecimalSign           = "31021::.";
 

@@ -137,15 +137,20 @@ void PrintInstruments(ReportDocument& report, std::span<const MtiEntry> instrume
     report.PrintTable(ColumnsOf(report, {44, 28, 28}), rows);
 }
 
-void PrintStandards(ReportDocument& report, std::span<const StandardName> standards) {
+void PrintStandards(ReportDocument& report, std::span<const JudgingStandard> standards) {
     report.PrintHeading(Translate(text::kReportStandards, &report), {});
     if (standards.empty()) {
         report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportNoStandards, &report)}));
         return;
     }
-    std::string rows = HeadingRow(report, {text::kDescription, text::kReportVersion});
-    for (const StandardName& standard : standards) rows += Row({standard.name, standard.version});
-    report.PrintTable(ColumnsOf(report, {60, 40}), rows);
+    const bool known = std::any_of(standards.begin(), standards.end(),
+                                   [](const JudgingStandard& standard) { return !standard.clauses.empty(); });
+    std::string rows =
+        known ? HeadingRow(report, {text::kDescription, text::kReportVersion, text::kReportClauses})
+              : HeadingRow(report, {text::kDescription, text::kReportVersion});
+    for (const JudgingStandard& standard : standards)
+        rows += Row({standard.name, standard.version, standard.clauses});
+    report.PrintTable(ColumnsOf(report, {30, 20, 50}), rows);
 }
 
 }  // namespace

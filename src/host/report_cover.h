@@ -2,16 +2,24 @@
 
 #include <memory>
 #include <span>
+#include <string>
 
 #include "foundation/host_contract.h"
 #include "host/report_document.h"
 
 namespace vorex {
 
+/// A standard that judged, with the clauses that its limits come from, where they are known.
+struct JudgingStandard {
+    std::string name;
+    std::string version;
+    std::string clauses;
+};
+
 /// What a report tells of a file.
 struct ReportContents {
     std::span<const std::shared_ptr<ITestElement>> roots;
-    std::span<const StandardName> standards;  ///< those that were judged by
+    std::span<const JudgingStandard> standards;
     std::span<const MtiEntry> instruments;
 };
 

@@ -40,7 +40,7 @@ constexpr std::array<NamedPaper, 2> kPapers = {{
 
 ReportFace FaceOf(const ReportCell& cell, const ReportRow& row) {
     if (cell.heading) return ReportFace::kBoldItalic;
-    return row.failed || cell.mark != ReportMark::kNone ? ReportFace::kBold : ReportFace::kPlain;
+    return row.group || row.failed || cell.mark != ReportMark::kNone ? ReportFace::kBold : ReportFace::kPlain;
 }
 
 int32_t LineHeight(int32_t points) {
@@ -50,7 +50,7 @@ int32_t LineHeight(int32_t points) {
 int32_t RowHeight(const ReportRow& row) {
     std::size_t lines = 1;
     for (const ReportCell& cell : row.cells) lines = std::max(lines, cell.lines.size());
-    return static_cast<int32_t>(lines) * LineHeight(row.points) + kRowPadding;
+    return static_cast<int32_t>(lines) * LineHeight(row.points) + kRowPadding + (row.group ? kGroupGap : 0);
 }
 
 int32_t WidthOf(const ReportCell& cell, const std::vector<ReportColumn>& columns) {
@@ -302,6 +302,7 @@ ReportFigure* ReportDocument::OpenFigure() {
 }
 
 void ReportDocument::BeginFigure(std::string_view caption, int32_t height) {
+    if (mTop > 0) mTop += kGapAfterTable;
     if (Paged() && height > SpaceLeft() && mTop > 0) NewPage();
     ReportFigure figure;
     figure.caption = mModel.texts->Add(CleanReportText(caption));

@@ -92,8 +92,8 @@ class HtmlWriter {
         mHtml += "<!DOCTYPE html>\n<html lang=\"";
         AddEscaped(mHtml, mFacts.language);
         mHtml +=
-            "\">\n<head>\n<meta charset=\"utf-8\">\n"
-            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>";
+            "\">\n<head>\n<meta charset=\"utf-8\"/>\n"
+            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n<title>";
         AddEscaped(mHtml, mFacts.title);
         mHtml += "</title>\n<style>";
         mHtml += kStyle;
@@ -199,22 +199,16 @@ class HtmlWriter {
         };
         for (const ReportRow& row : table.rows) {
             if (row.repeated || row.cells.empty()) continue;
-            const bool group = IsGroup(row, used);
             const bool head = row.heading && part != Part::kBody;
-            go(head ? Part::kHead : Part::kBody, group);
-            AddRow(row, *table.columns, places, used, group);
+            go(head ? Part::kHead : Part::kBody, row.group);
+            AddRow(row, *table.columns, places, used);
         }
         go(Part::kNone, false);
         mHtml += "</table>\n";
     }
 
-    static bool IsGroup(const ReportRow& row, int32_t used) {
-        return used > 1 && row.cells.size() == 1 && row.cells.front().span > 1 &&
-               row.cells.front().mark == ReportMark::kNone;
-    }
-
     void AddRow(const ReportRow& row, const std::vector<ReportColumn>& columns,
-                const std::vector<int32_t>& places, int32_t used, bool group) {
+                const std::vector<int32_t>& places, int32_t used) {
         mHtml += row.failed ? "<tr class=\"failed\">" : "<tr>";
         int32_t next = 0;
         for (std::size_t i = 0; i < row.cells.size(); ++i) {
@@ -222,7 +216,7 @@ class HtmlWriter {
             const int32_t place = places[cell.column];
             for (; next < place; ++next) mHtml += "<td></td>";
             const bool toEnd = cell.span > 1 && i + 1 == row.cells.size();
-            AddCell(cell, columns[cell.column], row.heading, group, place == 0 && used > 1,
+            AddCell(cell, columns[cell.column], row.heading, row.group, place == 0 && used > 1,
                     toEnd ? used - place : 1);
             next = toEnd ? used : place + 1;
         }

@@ -25,6 +25,8 @@ inline constexpr int32_t kCellPadding = 30;
 /// Height of a line for each point of its text, and what a row adds to its lines, above and below together.
 inline constexpr int32_t kLineTwips = 24;
 inline constexpr int32_t kRowPadding = 26;
+/// Room above a row that heads others.
+inline constexpr int32_t kGroupGap = 60;
 /// Room between a verdict's shape and its word, and the size of the shape, in parts of the text's size.
 inline constexpr int32_t kMarkGapTwips = 40;
 
@@ -71,6 +73,7 @@ struct ReportRow {
     int32_t height = 0;
     uint8_t points = 0;
     bool heading = false;   ///< every cell is a heading, and there are several
+    bool group = false;     ///< heads the rows below it in the course of a table
     bool repeated = false;  ///< a heading that stands on an earlier page
     bool failed = false;
 };

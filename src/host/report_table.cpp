@@ -65,11 +65,12 @@ class RowReader {
 
     ReportRow Next() {
         ReportRow row;
-        for (std::size_t column = 0;; ++column) {
+        std::size_t column = 0;
+        for (;; ++column) {
             Add(row, ReadCell(), std::min(column, mColumns.size() - 1));
             if (AtEnd() || mRows[mAt++] == markup::kRowEnd) break;
         }
-        Finish(row);
+        Finish(row, column);
         return row;
     }
 
@@ -124,19 +125,23 @@ class RowReader {
                 ++mAt;
             }
         }
+        if (!IsPlain(mText)) mText = CleanReportText(mText);
         while (mText.ends_with(' ')) mText.pop_back();
-        cell.text = mTexts.Add(IsPlain(mText) ? mText : CleanReportText(mText));
+        cell.text = mTexts.Add(mText);
         return cell;
     }
 
     /// A text to the left that nothing follows may use the columns behind it.
-    void Finish(ReportRow& row) const {
+    void Finish(ReportRow& row, std::size_t lastColumn) const {
         row.failed = std::any_of(row.cells.begin(), row.cells.end(),
                                  [](const ReportCell& cell) { return cell.mark == ReportMark::kFail; });
         row.heading =
             row.cells.size() > 1 && std::all_of(row.cells.begin(), row.cells.end(),
                                                 [](const ReportCell& cell) { return cell.heading; });
         if (row.cells.empty()) return;
+        // One cell told behind the margin, where a row has more, and no label of a value.
+        row.group = lastColumn == 1 && row.cells.size() == 1 && row.cells.front().column == 1 &&
+                    mColumns.size() > 2 && !row.cells.front().text.starts_with(' ');
         ReportCell& last = row.cells.back();
         if (last.mark == ReportMark::kNone && mColumns[last.column].align == ReportAlign::kLeft)
             last.span = static_cast<uint16_t>(mColumns.size() - last.column);

@@ -100,7 +100,7 @@ class TextWriter {
         Widths widths(table.columns->size(), 0);
         for (const ReportRow& row : table.rows) {
             for (const ReportCell& cell : row.cells) {
-                if (cell.span > 1 && cell.mark == ReportMark::kNone && row.cells.size() == 1) continue;
+                if (row.group || (cell.span > 1 && widths.size() == 1)) continue;
                 const std::size_t words =
                     cell.mark == ReportMark::kNone ? Width(cell.text) : Width(Words(cell));
                 widths[cell.column] = std::max(widths[cell.column], words);
@@ -142,8 +142,12 @@ class TextWriter {
         if (!mText.empty()) Line("");
         Widths widths = NaturalWidths(table);
         Fit(widths);
-        for (const ReportRow& row : table.rows)
-            if (!row.repeated) AddRow(row, *table.columns, widths);
+        bool first = true;
+        for (const ReportRow& row : table.rows) {
+            if (row.group && !first) Line("");
+            AddRow(row, *table.columns, widths);
+            first = row.heading;
+        }
     }
 
     /// The width of a cell with those that it may use behind it.
@@ -189,7 +193,7 @@ class TextWriter {
 
     /// A figure in characters: lines, curves and labels on a grid.
     void Add(const ReportFigure& figure) {
-        constexpr std::size_t kFigureRows = 20;
+        constexpr std::size_t kFigureRows = 24;
         int32_t right = 1;
         for (const auto& line : figure.lines)
             for (const ReportPoint& point : line) right = std::max(right, point.x);
@@ -220,7 +224,7 @@ class TextWriter {
         const auto [left, right] = std::minmax({column(from.x), column(to.x)});
         const auto [top, bottom] = std::minmax({row(from.y), row(to.y)});
         if (level)
-            for (std::size_t x = left; x <= right; ++x) set(x, top, x == left || x == right ? U'+' : U'-');
+            for (std::size_t x = left; x <= right; ++x) set(x, top, U'-');
         else
             for (std::size_t y = top; y <= bottom; ++y) set(left, y, y == top || y == bottom ? U'+' : U'|');
     }

@@ -111,9 +111,13 @@ TEST_F(BadInputTest, WrongUseOfTheProgramSaysWhatIsExpected) {
         std::vector<std::string> message;
     };
     const Case cases[] = {
-        {{}, {"new, run, resume, judge, survey, show or standards"}},
-        {{"frobnicate"}, {"frobnicate", "new, run, resume, judge, survey, show or standards"}},
-        {{"report", good, "-o", Path("out.pdf")}, {"reports", "not part"}},
+        {{}, {"new, run, resume, judge, survey, report, show or standards"}},
+        {{"frobnicate"}, {"frobnicate", "new, run, resume, judge, survey, report, show or standards"}},
+        {{"report", good}, {"--output"}},
+        {{"report", good, "-o", Path("out.doc")}, {"out.doc", ".txt", ".html", ".pdf"}},
+        {{"report", good, "-o", Path("out.pdf"), "--paper", "A5"}, {"A5", "A4", "Letter"}},
+        {{"report", good, "-o", Path("nowhere/out.txt")}, {"nowhere", "folder"}},
+        {{"report", good, "-o", Path("out.txt"), "--language", "xx"}, {"xx"}},
         {{"new", "1400"}, {"1400", "1300"}},
         {{"new", "7"}, {"\"7\"", "100"}},
         {{"new", "100x"}, {"100x"}},
@@ -130,7 +134,8 @@ TEST_F(BadInputTest, WrongUseOfTheProgramSaysWhatIsExpected) {
         {{"run", Path("missing.xml"), "--instruments", recording, "-o", output}, {"missing.xml"}},
         {{"run", good, "--instruments", "recording:" + Path("missing.jsonl"), "-o", output},
          {"missing.jsonl"}},
-        {{"run", good, "--instruments", recording, "-o", output, "--report", Path("r.pdf")}, {"--report"}},
+        {{"run", good, "--instruments", recording, "-o", output, "--report", Path("r.doc")},
+         {"r.doc", ".pdf"}},
         {{"run", good, "--instruments", recording, "-o", output, "--language", "xx"}, {"xx", "en"}},
         {{"run", good, "--instruments", recording, "-o", output, "--operator", "start,dance"},
          {"dance", "redo"}},

@@ -192,7 +192,7 @@ class PagePainter {
         const int32_t right = columns.back().left + columns.back().width;
         if (row.failed) {
             mPainter.fillRect(0, row.top, right, row.height, kFailGround);
-            mPainter.fillRect(0, row.top, kBarWidth, row.height, kFailColour);
+            mPainter.fillRect(-2 * kBarWidth, row.top, kBarWidth, row.height, kFailColour);
         }
         if (!row.cells.empty()) {
             Pen(row.heading ? QColor(Qt::black) : kRuleColour, row.heading ? kThinLine : kThinLine / 2);
@@ -207,12 +207,12 @@ class PagePainter {
         const ReportColumn& last = columns[cell.column + cell.span - 1U];
         int32_t left = column.left + kCellPadding;
         const int32_t end = last.left + last.width - kCellPadding;
-        int32_t top = row.top + kRowPadding / 2;
+        int32_t top = row.top + kRowPadding / 2 + (row.group ? kGroupGap : 0);
         if (cell.mark != ReportMark::kNone) {
             DrawShape(cell.mark, left, top, row.points);
             left += row.points * kTwipsPerPoint + kMarkGapTwips;
         }
-        const bool marked = cell.mark != ReportMark::kNone || row.failed;
+        const bool marked = cell.mark != ReportMark::kNone || row.failed || row.group;
         const ReportFace face = cell.heading ? ReportFace::kBoldItalic
                                 : marked     ? ReportFace::kBold
                                              : ReportFace::kPlain;

@@ -1,0 +1,153 @@
+#include <cstdio>
+#include <memory>
+#include <regex>
+#include <set>
+
+#include "program_fixture.h"
+
+namespace vorex::test {
+namespace {
+
+class ReportTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        Write("in.xml", Sequence(Element(1, 100, Exposures(2), Limit("ER kVp Avg", "<High Value=\"81\"/>"))));
+        Write("in.jsonl", kHead + Shot("80.125") + Shot("95.5", "12.375"));
+        ASSERT_EQ(RunFile("in.xml", "in.jsonl"), kExitFailed) << err;
+    }
+
+    int Report(const std::string& name, std::vector<std::string> options = {}) {
+        std::vector<std::string> arguments = {"report", Path("out.xml"), "-o", Path(name)};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return Run(arguments);
+    }
+    /// What a tool of the system prints of a file of the test.
+    std::string Printed(const std::string& tool, const std::string& name, const std::string& end = {}) const {
+        const std::string command = tool + " '" + Path(name) + "' " + end;
+        const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+        std::string text;
+        char part[4096];
+        while (std::size_t size = fread(part, 1, sizeof part, pipe.get())) text.append(part, size);
+        return text;
+    }
+    /// Every number that the results of out.xml hold and a report shows.
+    std::set<std::string> MeasuredNumbers() const {
+        std::set<std::string> numbers;
+        for (pugi::xpath_node at : result.select_nodes("//Measurement[@Key!='Import Waveform']/Value"))
+            if (const std::string value = at.node().child_value(); !value.empty()) numbers.insert(value);
+        return numbers;
+    }
+};
+
+TEST_F(ReportTest, EveryFormShowsEveryNumberOfTheFile) {
+    // A test without statistics: those of the exposures before the last one stand in no report.
+    Write("in.xml", Sequence(Element(1, 200, Exposures(2), Limit("ER kVp Avg", "<High Value=\"81\"/>"))));
+    ASSERT_EQ(RunFile("in.xml", "in.jsonl"), kExitFailed) << err;
+    const std::set<std::string> numbers = MeasuredNumbers();
+    ASSERT_GE(numbers.size(), 8U);
+    for (const std::string name : {"r.txt", "r.html", "r.pdf"}) {
+        // A failed test is no failed report.
+        EXPECT_EQ(Report(name, {"--limits"}), kExitPassed) << err;
+        const std::string text = name == "r.pdf" ? Printed("pdftotext -layout", name, "-") : Read(name);
+        for (const std::string& number : numbers)
+            EXPECT_NE(text.find(number), std::string::npos) << name << number;
+        EXPECT_NE(text.find("95.5"), std::string::npos) << name;
+        EXPECT_NE(text.find("Fail"), std::string::npos) << name;
+        EXPECT_NE(text.find("4711"), std::string::npos) << name;
+    }
+}
+
+TEST_F(ReportTest, TheTextMarksTheFailedRowAndNoOther) {
+    ASSERT_EQ(Report("r.txt", {"--limits"}), kExitPassed) << err;
+    const std::string text = Read("r.txt");
+    std::smatch found;
+    ASSERT_TRUE(std::regex_search(text, found, std::regex("\n  kVp Avg +80 +95\\.5 +KV +81 +Site +✗ Fail\n")))
+        << text;
+    EXPECT_TRUE(std::regex_search(text, std::regex("\n  kVp Avg +80 +80\\.125 +KV +81 +Site\n"))) << text;
+}
+
+TEST_F(ReportTest, FailuresOnlyLeavesTheRestOut) {
+    ASSERT_EQ(Report("r.txt", {"--failures-only"}), kExitPassed) << err;
+    const std::string text = Read("r.txt");
+    EXPECT_NE(text.find("95.5"), std::string::npos);
+    EXPECT_EQ(text.find("80.125"), std::string::npos);
+    EXPECT_NE(text.find("failed values only"), std::string::npos);
+}
+
+TEST_F(ReportTest, ThePdfIsAnArchiveFileWithBookmarksAndItsOwnFonts) {
+    for (const auto& [paper, size] : {std::pair("A4", "595 x 842"), std::pair("Letter", "612 x 792")}) {
+        ASSERT_EQ(Report("r.pdf", {"--paper", paper}), kExitPassed) << err;
+        EXPECT_NE(Printed("pdfinfo", "r.pdf").find(size), std::string::npos) << paper;
+    }
+    const std::string pdf = Read("r.pdf");
+    EXPECT_TRUE(pdf.starts_with("%PDF-1.4"));
+    for (const char* part :
+         {"pdfaid:part=\"1\"", "pdfaid:conformance=\"B\"", "/OutputIntents", "/Outlines", "/Lang"})
+        EXPECT_NE(pdf.find(part), std::string::npos) << part;
+    EXPECT_EQ(pdf.find("/ObjStm"), std::string::npos);
+    EXPECT_NE(Printed("pdftotext -layout", "r.pdf", "-").find("Page 1 of 2"), std::string::npos);
+    std::istringstream fonts(Printed("pdffonts", "r.pdf"));
+    std::string line;
+    int embedded = 0;
+    for (int i = 0; std::getline(fonts, line); ++i) {
+        if (i < 2) continue;
+        EXPECT_TRUE(std::regex_search(line, std::regex("Identity-H +yes"))) << line;
+        ++embedded;
+    }
+    EXPECT_GE(embedded, 2);
+}
+
+TEST_F(ReportTest, TextsOfUsersBreakNoForm) {
+    const std::string hostile = "a|b;c{d}e\\f 测试 مرحبا ";
+    std::string name;
+    for (int i = 0; i < 400; ++i) name += hostile;
+    ASSERT_GE(name.size(), 10000U);
+    std::string file = Read("out.xml");
+    const std::string_view old = "Name=\"T\"";
+    file.replace(file.find(old), old.size(), "Name=\"" + name + "\"");
+    Write("out.xml", file);
+    for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
+        EXPECT_EQ(Report(form), kExitPassed) << err;
+        const std::string text = form == "r.pdf" ? Printed("pdftotext", form, "-") : Read(form);
+        EXPECT_NE(text.find("95.5"), std::string::npos) << form;
+        EXPECT_NE(text.find("a|b;c{d}e\\f"), std::string::npos) << form;
+    }
+    // The tree, the heading of the test and the title: each whole.
+    const std::string text = Read("r.txt");
+    std::size_t count = 0;
+    for (std::size_t at = text.find("a|b;c{d}e\\f"); at != std::string::npos;
+         at = text.find("a|b;c{d}e\\f", at + 1))
+        ++count;
+    EXPECT_EQ(count, 3U * 400U);
+}
+
+TEST_F(ReportTest, ATestThatWasNeverRunHasAReport) {
+    for (const std::string name : {"r.txt", "r.html", "r.pdf"}) {
+        EXPECT_EQ(Run({"report", Path("in.xml"), "-o", Path(name)}), kExitPassed) << err;
+        const std::string text = name == "r.pdf" ? Printed("pdftotext", name, "-") : Read(name);
+        EXPECT_NE(text.find("Not tested"), std::string::npos) << name;
+    }
+}
+
+TEST_F(ReportTest, AReportThatCannotBeWrittenLeavesWhatWasThere) {
+    std::filesystem::create_directories(Path("locked.txt"));
+    EXPECT_EQ(Report("locked.txt"), kExitUsage);
+    EXPECT_NE(err.find("locked.txt"), std::string::npos);
+    EXPECT_EQ(Run({"report", Path("out.xml"), "-o", "/dev/full"}), kExitUsage);
+    Write("old.html", "old");
+    EXPECT_EQ(Run({"report", Path("missing.xml"), "-o", Path("old.html")}), kExitUsage);
+    EXPECT_EQ(Read("old.html"), "old");
+}
+
+TEST_F(ReportTest, ARunWritesItsReportBesideItsResult) {
+    const std::vector<std::string> run = {
+        "run", Path("in.xml"),     "--instruments", "recording:" + Path("in.jsonl"),
+        "-o",  Path("second.xml"), "--report",      Path("r.html")};
+    EXPECT_EQ(Run(run), kExitFailed) << err;
+    EXPECT_NE(Read("r.html").find("second.xml"), std::string::npos);
+    EXPECT_NE(Read("r.html").find("95.5"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vorex::test

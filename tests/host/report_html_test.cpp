@@ -1,0 +1,74 @@
+#include "host/report_html.h"
+
+#include <gtest/gtest.h>
+
+#include <pugixml.hpp>
+#include <string>
+
+#include "foundation/report_markup.h"
+#include "report_fixture.h"
+
+namespace vorex {
+namespace {
+
+class ReportHtmlTest : public testing::Test {
+  protected:
+    void Load() {
+        html = ReportHtml(report.Finish());
+        // The page is well-formed XML as well.
+        const auto parsed = page.load_string(html.c_str(), pugi::parse_default | pugi::parse_doctype);
+        ASSERT_TRUE(parsed) << parsed.description() << " at "
+                            << html.substr(static_cast<std::size_t>(parsed.offset), 80);
+    }
+    std::string At(const char* path) const { return page.select_node(path).node().text().get(); }
+    std::size_t Count(const char* path) const { return page.select_nodes(path).size(); }
+
+    ReportDocument report{host_test::SettingsFor(EndlessReportPaper())};
+    std::string html;
+    pugi::xml_document page;
+};
+
+const std::string kColumns = "<+560|<2440|>+900|>+!554|<+560;";
+
+TEST_F(ReportHtmlTest, TablesSayWhatHeadsWhat) {
+    report.PrintTitle("Room 3", "Fail");
+    report.PrintHeading("Accuracy", "Fail");
+    report.PrintTable(kColumns, "|{\\i\\b Result:}|{\\i\\b Value};|Exposure 1;|kVp|80.6;|HVL|2|" +
+                                    std::string(markup::kFailMark) + ";|Exposure 2;|kVp|;");
+    Load();
+    EXPECT_EQ(std::string(page.child("html").attribute("lang").value()), "en");
+    EXPECT_EQ(At("//h1/span"), "Room 3");
+    EXPECT_EQ(std::string(page.select_node("//nav//a").node().attribute("href").value()), "#s1");
+    EXPECT_EQ(std::string(page.select_node("//h2").node().attribute("id").value()), "s1");
+    EXPECT_EQ(Count("//thead/tr/th[@scope='col']"), 2U);
+    EXPECT_EQ(Count("//tbody"), 2U);
+    EXPECT_EQ(Count("//tbody/tr/th[@scope='rowgroup'][@colspan='3']"), 2U);
+    EXPECT_EQ(At("//tbody[1]/tr[2]/th[@scope='row']"), "kVp");
+    EXPECT_EQ(At("//tbody[1]/tr[2]/td[@class='right']"), "80.6");
+    // The failed row says so in a word, beside the shape.
+    EXPECT_EQ(Count("//tr[@class='failed']"), 1U);
+    EXPECT_NE(html.find("✗</span> Fail</span></td></tr>"), std::string::npos);
+    for (pugi::xpath_node row : page.select_nodes("//tbody/tr")) {
+        int cells = 0;
+        for (pugi::xml_node cell : row.node().children()) cells += cell.attribute("colspan").as_int(1);
+        EXPECT_EQ(cells, 3);
+    }
+    EXPECT_EQ(Count("//script"), 0U);
+}
+
+TEST_F(ReportHtmlTest, TextsOfUsersStayTexts) {
+    const std::string hostile = "</td><script>alert(1)</script> & \"|;{}\\ مرحبا 测试";
+    report.PrintTitle(hostile, "");
+    report.PrintTable(kColumns, "|" + markup::Text(hostile) + "|1;");
+    report.BeginFigure(hostile, 100);
+    report.DrawText(0, 0, hostile);
+    report.EndFigure();
+    Load();
+    EXPECT_EQ(At("//h1/span"), hostile);
+    EXPECT_EQ(At("//tbody//th"), hostile);
+    EXPECT_EQ(At("//*[local-name()='svg']/text"), hostile);
+    EXPECT_EQ(Count("//script"), 0U);
+}
+
+}  // namespace
+}  // namespace vorex

@@ -1,0 +1,88 @@
+#include "host/report_text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "foundation/report_markup.h"
+#include "report_fixture.h"
+
+namespace vorex {
+namespace {
+
+const std::string kColumns = "<+560|<2440|>+900|>+900|>+!554|<+560;";
+
+std::string Blanks(std::size_t count) {
+    return std::string(count, ' ');
+}
+
+TEST(ReportText, ASmallReportReadsAsWrittenByHand) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    report.PrintTitle("Room 3", "Fail");
+    report.PrintTable(kColumns, "|{\\i\\b Result:}|{\\i\\b Value}|{\\i\\b Unit};");
+    report.PrintTable(kColumns, "|Exposure 1;");
+    report.PrintTable(kColumns, "|kVp Avg      |80.6|KV;");
+    report.PrintTable(kColumns, "|Calculations;");
+    report.PrintTable(kColumns, "|CV Exposure      |0.24||" + std::string(markup::kFailMark) + ";");
+    report.PrintHeading("Linearity", "Pass");
+    report.PrintTable("<+560|<+5000;", "|" + markup::Text("a|b;c{d}e\\f") + ";");
+    EXPECT_EQ(ReportText(report.Finish()), "Room 3" + Blanks(88) + "✗ Fail\n" + std::string(100, '=') +
+                                               "\n"
+                                               "\n"
+                                               "  Result:         Value      Unit\n"
+                                               "  Exposure 1\n"
+                                               "  kVp Avg          80.6        KV\n"
+                                               "\n"
+                                               "  Calculations\n"
+                                               "  CV Exposure      0.24              ✗ Fail\n"
+                                               "\n"
+                                               "Linearity" +
+                                               Blanks(85) + "✓ Pass\n" + std::string(100, '-') +
+                                               "\n"
+                                               "\n"
+                                               "  a|b;c{d}e\\f\n");
+}
+
+TEST(ReportText, LongTextsWrapInTheirColumn) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    const std::string name =
+        "a name of many words that goes on and on and on until it has no room any more at all";
+    report.PrintTable(kColumns, "|" + name + " " + name + "|80.6|KV;");
+    const std::string text = ReportText(report.Finish());
+    std::size_t lines = 0;
+    std::size_t begin = 0;
+    for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
+        EXPECT_LE(end - begin, 100U);
+        begin = end + 1;
+        ++lines;
+    }
+    EXPECT_EQ(lines, 3U);  // 80 columns for 171 characters
+    EXPECT_NE(text.find("80.6        KV\n"), std::string::npos);
+}
+
+TEST(ReportText, AFigureIsDrawnInCharacters) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    report.BeginFigure("mA Waveform", 2300);
+    report.DrawLine(0, 0, 0, 2300);
+    report.DrawLine(0, 2300, 9700, 2300);
+    const int32_t x[] = {0, 9700};
+    const int32_t y[] = {1000, 1000};
+    report.PlotPoints(x, y);
+    report.DrawText(0, 2000, "Time");
+    report.EndFigure();
+    const std::string text = ReportText(report.Finish());
+    // 24 lines for 2,300 twips: the curve is in line 10, the label (placed by its top) in line 21.
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find('\n', begin);
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    ASSERT_EQ(lines.size(), 25U);
+    EXPECT_EQ(lines[11], "  " + std::string(98, '*'));
+    EXPECT_EQ(lines[22], "  Time");
+    EXPECT_EQ(lines[24], "  " + std::string(98, '-'));
+}
+
+}  // namespace
+}  // namespace vorex
