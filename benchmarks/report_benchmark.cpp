@@ -59,7 +59,7 @@ void BM_Pdf(benchmark::State& state) {
         settings.facts.title = "A hundred pages";
         ReportDocument report(settings, &renderer.Metrics());
         report.PrintHeading("Tables", {});
-        for (int32_t i = 0; i < static_cast<int32_t>(kPages) * 74; ++i)
+        for (int32_t i = 0; i < static_cast<int32_t>(kPages) * 77; ++i)
             report.PrintTable("<+560|<2440|>+1200|>+1200|>+1200|>+1200;",
                               "|Exposure " + PlainText(i) + "|" + PlainText(80 + i % 7) + ".1|KV|" +
                                   PlainText(i % 97) + ".25|Site;");
