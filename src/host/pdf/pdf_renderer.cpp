@@ -11,15 +11,11 @@
 #include <array>
 #include <exception>
 #include <memory>
-#include <qpdf/Buffer.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFObjectHandle.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFWriter.hh>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "host/pdf/pdf_bookmarks.h"
 #include "host/report_pdf.h"
 
 // The module that writes PDF: the one part of the program that knows fonts and a toolkit.
@@ -81,14 +77,6 @@ class FontMetrics final : public ITextMetrics {
     std::array<std::unique_ptr<QFontMetricsF>, kReportFaces> mMetrics;
 };
 
-/// Where a heading stands, for the outline of the file.
-struct Bookmark {
-    std::string title;
-    int32_t level = 0;
-    std::size_t page = 0;
-    int32_t top = 0;  ///< twips below the upper edge of the paper
-};
-
 class PagePainter {
   public:
     PagePainter(const ReportModel& report, QPdfWriter& writer)
@@ -127,7 +115,7 @@ class PagePainter {
     void Write(int32_t x, int32_t top, std::string_view text, ReportFace face, int32_t points) {
         if (text.empty()) return;
         Use(face, points, !IsAscii(text));
-        mPainter.drawText(QPointF(x, top + points * kTwipsPerPoint * kBaselinePercent / 100), Text(text));
+        mPainter.drawText(QPoint(x, top + points * kTwipsPerPoint * kBaselinePercent / 100), Text(text));
     }
 
     int32_t Width(std::string_view text, ReportFace face, int32_t points) {
@@ -160,7 +148,8 @@ class PagePainter {
     void Draw(const ReportHeading& heading) {
         if (!heading.title.empty())
             mBookmarks.push_back(
-                {std::string(heading.title), heading.level, mPage, mReport.paper.marginTop + heading.top});
+                {std::string(heading.title), mPage,
+                 (mReport.paper.height - mReport.paper.marginTop - heading.top) / kTwipsPerPoint});
         const int32_t lineHeight = heading.points * kLineTwips;
         const int32_t first =
             heading.top + (heading.height - static_cast<int32_t>(heading.lines.size()) * lineHeight) / 2;
@@ -288,51 +277,6 @@ class PagePainter {
     int32_t mFontKey = -1;
 };
 
-// ------------------------------------------------------------------------------------------ bookmarks
-
-/// Hangs the headings into the outline of a file, which the toolkit's writer cannot make.
-std::string WithBookmarks(const QByteArray& pdf, const std::vector<Bookmark>& bookmarks, int32_t paperHeight,
-                          const std::string& language) {
-    QPDF file;
-    file.processMemoryFile("report", pdf.constData(), static_cast<std::size_t>(pdf.size()));
-    auto pages = QPDFPageDocumentHelper(file).getAllPages();
-    QPDFObjectHandle root = file.getRoot();
-    root.replaceKey("/Lang", QPDFObjectHandle::newUnicodeString(language));
-    if (!bookmarks.empty()) {
-        auto outlines = file.makeIndirectObject(QPDFObjectHandle::parse("<< /Type /Outlines >>"));
-        std::vector<QPDFObjectHandle> items;
-        for (const Bookmark& bookmark : bookmarks) {
-            auto item = file.makeIndirectObject(QPDFObjectHandle::newDictionary());
-            item.replaceKey("/Title", QPDFObjectHandle::newUnicodeString(bookmark.title));
-            item.replaceKey("/Parent", outlines);
-            auto place = QPDFObjectHandle::newArray();
-            place.appendItem(pages.at(bookmark.page).getObjectHandle());
-            place.appendItem(QPDFObjectHandle::newName("/XYZ"));
-            place.appendItem(QPDFObjectHandle::newInteger(0));
-            place.appendItem(QPDFObjectHandle::newInteger((paperHeight - bookmark.top) / kTwipsPerPoint));
-            place.appendItem(QPDFObjectHandle::newInteger(0));
-            item.replaceKey("/Dest", place);
-            if (!items.empty()) {
-                item.replaceKey("/Prev", items.back());
-                items.back().replaceKey("/Next", item);
-            }
-            items.push_back(item);
-        }
-        outlines.replaceKey("/First", items.front());
-        outlines.replaceKey("/Last", items.back());
-        outlines.replaceKey("/Count", QPDFObjectHandle::newInteger(static_cast<long long>(items.size())));
-        root.replaceKey("/Outlines", outlines);
-        root.replaceKey("/PageMode", QPDFObjectHandle::newName("/UseOutlines"));
-    }
-    QPDFWriter writer(file);
-    writer.setOutputMemory();
-    // Streams of objects came after the version that PDF/A-1 is.
-    writer.setObjectStreamMode(qpdf_o_disable);
-    writer.write();
-    const auto buffer = writer.getBufferSharedPointer();
-    return {reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize()};
-}
-
 class QtPdfRenderer final : public IPdfRenderer {
   public:
     QtPdfRenderer() {
@@ -370,7 +314,8 @@ class QtPdfRenderer final : public IPdfRenderer {
                                              QMarginsF(), QPageLayout::Point));
             bookmarks = PagePainter(report, writer).Paint();
         }
-        return WithBookmarks(bytes, bookmarks, report.paper.height, report.facts.language);
+        return WithBookmarks({bytes.constData(), static_cast<std::size_t>(bytes.size())}, bookmarks,
+                             report.facts.language);
     }
 
   private:
