@@ -43,6 +43,10 @@ def key_of(path, settings):
     return digest.hexdigest()
 
 
+# What needs the headers of a toolkit, which the flags below do not name.
+TOOLKIT_FOLDERS = ("desktop/", "host/pdf/")
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--tool", default="clang-tidy-14")
@@ -50,7 +54,7 @@ def main():
                         help="build folder with the generated headers")
     parser.add_argument("--cache", type=Path, default=ROOT / "build/clang_tidy_passed")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
-    parser.add_argument("files", nargs="*", type=Path, help="default: every .cpp below src/ but desktop/")
+    parser.add_argument("files", nargs="*", type=Path, help="default: every .cpp below src/ but those of a toolkit")
     options = parser.parse_args()
 
     # Compiled as written, without the precompiled headers of the build, so an include that is missing shows.
@@ -60,7 +64,8 @@ def main():
     settings = version + " ".join(compiler) + (ROOT / ".clang-tidy").read_text(encoding="utf-8")
 
     files = [path.resolve() for path in options.files] or [
-        path for path in sorted(SOURCE.rglob("*.cpp")) if path.relative_to(SOURCE).parts[0] != "desktop"]
+        path for path in sorted(SOURCE.rglob("*.cpp"))
+        if not path.relative_to(SOURCE).as_posix().startswith(TOOLKIT_FOLDERS)]
     options.cache.mkdir(parents=True, exist_ok=True)
     marks = {path: options.cache / key_of(path, settings) for path in files}
     waiting = [path for path in files if not marks[path].exists()]

@@ -190,7 +190,7 @@ void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool mayMov
         if (!row.heading) RepeatHeadings(columns);
     }
     if (Paged() && row.height > SpaceLeft()) {
-        PlaceInPieces(std::move(row), columns);
+        PlaceInPieces(row, columns);
         return;
     }
     ReportTable& table = TableFor(columns);
@@ -200,7 +200,7 @@ void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool mayMov
 }
 
 /// The one row that does split: a row that is higher than a page.
-void ReportDocument::PlaceInPieces(ReportRow row, const Columns& columns) {
+void ReportDocument::PlaceInPieces(const ReportRow& row, const Columns& columns) {
     std::size_t begin = 0;
     std::size_t count = 0;
     for (const ReportCell& cell : row.cells) count = std::max(count, cell.lines.size());

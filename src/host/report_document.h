@@ -73,7 +73,7 @@ class ReportDocument final : public IReportDocument {
     /// The table that the next row of these columns continues; a new one where there is none.
     ReportTable& TableFor(const Columns& columns);
     void PlaceRow(ReportRow row, const Columns& columns, bool mayMove);
-    void PlaceInPieces(ReportRow row, const Columns& columns);
+    void PlaceInPieces(const ReportRow& row, const Columns& columns);
     void RepeatHeadings(const Columns& columns);
     void PlaceHeading(std::string_view title, std::string_view outcome, int32_t level);
     ReportFigure* OpenFigure();
