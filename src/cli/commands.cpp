@@ -18,6 +18,7 @@
 #include "cli/result_text.h"
 #include "cli/standards.h"
 #include "cli/survey_text.h"
+#include "cli/verdict_text.h"
 #include "config/config_common.h"
 #include "execution/test_group.h"
 #include "execution/test_mqsa.h"
@@ -69,6 +70,7 @@ class Installation {
     Installation(const CommonOptions& common, ReferenceHostOptions options = {}) {
         options.language = common.language;
         options.languageFolders = DataFolders("languages");
+        options.program = "vorex " + std::string(kProgramVersion);
         if (!options.platform) options.platform = std::make_shared<HeadlessPlatform>();
         InstallLibrary(MakeReferenceHost(options));
         mRegistration.RegisterApp();
@@ -213,6 +215,7 @@ struct RunSetup {
         host.platform = platform;
         host.createDetectorService = [this] { return instruments->CreateService(); };
         host.createDetectorLink = [this] { return instruments->CreateLink(); };
+        host.instrumentFault = [this] { return instruments->LatestFault(); };
         if (journalled) host.exposureStored = [this](const StoredExposure& stored) { keeper.Stored(stored); };
         return host;
     }
@@ -309,11 +312,23 @@ void RecallCells(const ElementFile& file, const ITestElement& element) {
     if (!mammography) State().cells = survey->Cells();
 }
 
+/// Judges the result of a test anew and tells how its verdict changed. A result whose statuses all stand
+/// stays as it is, with what it tells of its verdict.
+void JudgeResult(ITestElement& element, CResultCommon& result, const ISelectedStandards* selected,
+                 std::ostream& err) {
+    const Statuses before = StatusesOf(result);
+    result.UpdateAllStatus(element, selected);
+    if (StatusesOf(result) == before) return;
+    for (const std::string& line : VerdictChanges(element, result, before, selected))
+        err << "vorex: " << line << "\n";
+    result.NoteJudgement(element, selected);
+}
+
 void JudgeElement(const ElementFile& file, const std::shared_ptr<ITestElement>& element,
-                  const ISelectedStandards* selected) {
+                  const ISelectedStandards* selected, std::ostream& err) {
     const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
     if (result && (result->Status() == kPassed || result->Status() == kFailed))
-        result->UpdateAllStatus(*element, selected);
+        JudgeResult(*element, *result, selected, err);
     const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
     if (!survey) return;
     RecallCells(file, *element);
@@ -522,7 +537,7 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
     const auto file = ElementFile::Load(options.input);
     const auto selected = file->Selected();
     ForEachElement(file->Elements(),
-                   [&](const auto& element) { JudgeElement(*file, element, selected.get()); });
+                   [&](const auto& element) { JudgeElement(*file, element, selected.get(), terminal.err); });
     RollUpGroups(*file, selected.get());
     WriteResult(*file, options.output, terminal);
     PrintSummary(*file, options.output, terminal);

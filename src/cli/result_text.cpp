@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "cli/survey_text.h"
+#include "cli/verdict_text.h"
 #include "config/config_common.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
@@ -41,6 +42,11 @@ std::string Fitted(std::string_view words, std::size_t width) {
     return cut + "~";
 }
 
+/// The words, cut with a mark where they are longer than a width.
+std::string Cut(const std::string& words, std::size_t width) {
+    return CodePoints(words) <= width ? words : Fitted(words, width);
+}
+
 std::string RightAligned(const std::string& words, std::size_t width) {
     const std::size_t length = CodePoints(words);
     return std::string(length < width ? width - length : 0, ' ') + words;
@@ -71,13 +77,6 @@ std::string LabelOf(const CMeasurement& item) {
     return item.Description() + (unit.empty() ? "" : " [" + unit + "]");
 }
 
-/// One side of a limit in words, or empty when it is not set.
-std::string SideWords(const CMeasurement& item, const IStandard& standard, int32_t side) {
-    const auto limit = item.GetLimit(side, standard, true, 0);
-    if (!limit.found) return {};
-    return (side == kHighSide ? "at most " : "at least ") + PlainText(limit.number);
-}
-
 /// Why a value failed: the limits of the selected standards that exclude it, or that it is no reading.
 std::string FailureReason(const ITestElement& element, const CMeasurement& item,
                           const ISelectedStandards* selected) {
@@ -88,10 +87,8 @@ std::string FailureReason(const ITestElement& element, const CMeasurement& item,
     for (const StandardName& name : selected->Standards()) {
         const auto standard = limits->Standards()->FindExpectedResult(0, name.name, name.version);
         if (!standard || item.ValidateLimits(*standard) != kFailed) continue;
-        const std::string low = SideWords(item, *standard, kLowSide);
-        const std::string high = SideWords(item, *standard, kHighSide);
         if (!reason.empty()) reason += "; ";
-        reason.append(low).append(low.empty() || high.empty() ? "" : ", ").append(high);
+        reason.append(LimitWords(item, *standard));
         reason.append(" (").append(name.name).append(" ").append(name.version).append(")");
     }
     return reason;
@@ -104,7 +101,10 @@ class TestText {
 
     std::string Text(const CConfigCommon& config, const CResultCommon* result) {
         AddConfiguration(config);
-        if (result == nullptr || result->Status() == kNotTested) return std::move(mText);
+        if (result == nullptr) return std::move(mText);
+        for (const std::string& line : RecordLines(mElement, config, *result, mFile.selected.get()))
+            Line(Cut(line, kWidth - mIndent.size()));
+        if (result->Status() == kNotTested) return std::move(mText);
         AddOrigin(*result);
         AddTaken(config, *result);
         if (result->Rows().empty()) return std::move(mText);
@@ -143,10 +143,17 @@ class TestText {
     }
 
     void AddOrigin(const CResultCommon& result) {
-        for (const MtiEntry& entry : mFile.instruments)
-            if (entry.number == result.MTIID())
-                Line("Measured with " + entry.name + ", serial number " + entry.serialNumber +
-                     (entry.calibrationDate.empty() ? "" : ", calibrated " + entry.calibrationDate));
+        const auto add = [this](const std::string& name, const std::string& serial, const std::string& date) {
+            Line("Measured with " + name + ", serial number " + serial +
+                 (date.empty() ? "" : ", calibrated " + date));
+        };
+        if (result.Run() && !result.Run()->instruments.empty())
+            for (const CMtiData2& instrument : result.Run()->instruments)
+                add(instrument.Name(), instrument.SerialNumber(), instrument.CalibrationDate());
+        else
+            for (const MtiEntry& entry : mFile.instruments)
+                if (entry.number == result.MTIID())
+                    add(entry.name, entry.serialNumber, entry.calibrationDate);
         const std::string comment = result.Comment();
         if (const std::string words = CommentWords(comment); !words.empty()) Line("Comment: " + words);
         if (const std::string log = CommentLog(comment); !log.empty()) Line("Edited values: " + log);
@@ -300,17 +307,21 @@ std::string StatusWords(const ITestElement& element) {
 
 std::string ElementLine(const ITestElement& element, int depth, bool colour) {
     constexpr std::size_t kStatusWidth = 10;
+    constexpr std::size_t kMostNote = 60;
     const auto info = element.Info();
     const std::string name = info ? info->Name() : std::string();
     std::string left = Indent(depth) + PlainText(element.ID()) + "  " + TestTitle(element);
     if (!name.empty() && name != TestTitle(element)) left += ": " + name;
     const auto result = element.Result();
     const int32_t status = result ? result->Status() : kNotTested;
+    // A run that did not go as planned says so beside its verdict, which must not look like any other.
+    std::string note = EndingNote(element);
+    if (!note.empty()) note = "  " + Cut(note, kMostNote);
     const std::string words = RightAligned(StatusWords(element), kStatusWidth);
     std::string shown = words;
     if (status == kFailed) shown = Coloured(words, kRed, colour);
     if (status == kPassed) shown = Coloured(words, kGreen, colour);
-    return Fitted(left, kWidth - kStatusWidth) + shown;
+    return Fitted(left, kWidth - kStatusWidth - CodePoints(note)) + shown + note;
 }
 
 std::string ResultText(const ShownFile& file, bool colour) {

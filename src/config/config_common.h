@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "foundation/class_registry.h"
@@ -112,6 +113,9 @@ struct ConfigFields {
     bool MASOption = false;
 };
 
+/// Keys of settings and their texts.
+using SettingTexts = std::vector<std::pair<std::string, std::string>>;
+
 /// Configuration of the eight measuring tests.
 class CConfigCommon : public IConfigData,
                       public ConfigFields,
@@ -140,6 +144,8 @@ class CConfigCommon : public IConfigData,
     std::shared_ptr<IConfigData> Clone() override;
     /// Hosts the setup control of the test; empty when there is none of that class.
     std::shared_ptr<IDialog> CreateDialog() override;
+    /// The settings of the test as a file keeps them, in its order; without those of the test guide.
+    SettingTexts PersistedTexts() const;
     /// Raises 0x8004A3C2 for a block that is not this plug-in's. An absent key keeps the field, but an
     /// absent choice reads as its first value.
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;

@@ -313,21 +313,29 @@ void ResizeTable(ConfigFields& config) {
 
 }  // namespace
 
+SettingTexts CConfigCommon::PersistedTexts() const {
+    SettingTexts texts;
+    const auto add = [&](std::string key, std::string text) {
+        texts.emplace_back(std::move(key), std::move(text));
+    };
+    add(std::string(tag::kDetectorName), PlainText(DetectorName));
+    add(std::string(tag::kNumberOfExposures), PlainText(static_cast<int32_t>(pNoOfExposures)));
+    for (std::size_t row = 0; row < pNoOfExposures; ++row) {
+        add(RowKey(tag::kNumberOfExposures, row),
+            row < importFlags.size() ? importFlags[row] : std::string());
+        for (const CellRow& cell : kCells)
+            if (cell.tests.Has(pTestID)) add(RowKey(cell.key, row), StoredCell(cell, this->*cell.array, row));
+    }
+    for (const SettingRow& row : kMeasurementSettings)
+        if (row.tests.Has(pTestID)) add(std::string(row.key), std::visit(FieldToText{*this, row}, row.field));
+    return texts;
+}
+
 std::shared_ptr<IXmlElement> CConfigCommon::Save(const std::shared_ptr<IXmlDocument>& owner) {
     const auto block = owner->CreateElement(tag::kPlugInData);
     if (!block) RaiseHostError(kErrorConfigurationSave, kClassName, 3);
     block->SetAttribute(tag::kPlugIn, kPlugInId);
-    block->AddValue(tag::kDetectorName, PlainText(DetectorName));
-    block->AddValue(tag::kNumberOfExposures, PlainText(static_cast<int32_t>(pNoOfExposures)));
-    for (std::size_t row = 0; row < pNoOfExposures; ++row) {
-        block->AddValue(RowKey(tag::kNumberOfExposures, row),
-                        row < importFlags.size() ? importFlags[row] : std::string());
-        for (const CellRow& cell : kCells)
-            if (cell.tests.Has(pTestID))
-                block->AddValue(RowKey(cell.key, row), StoredCell(cell, this->*cell.array, row));
-    }
-    for (const SettingRow& row : kMeasurementSettings)
-        if (row.tests.Has(pTestID)) block->AddValue(row.key, std::visit(FieldToText{*this, row}, row.field));
+    for (const auto& [key, text] : PersistedTexts()) block->AddValue(key, text);
     if (mTestGuideConfig)
         if (const auto settings = mTestGuideConfig->Save(owner)) block->AddChild(settings);
     return block;

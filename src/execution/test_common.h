@@ -82,6 +82,12 @@ class CTestCommon : public ITestElement,
     void StartPolling();
     void StopPolling();
     void JudgeAll();
+    void JudgeResult();
+    void BeginRecord();
+    void BreakOff(std::string_view reason);
+    void NoteRun(const std::string& start);
+    void NoteRedo(uint8_t exposureNumber);
+    void NoteInstruments(const std::vector<CMtiData2>& instruments);
     void ShowIdle();
     void ShowRunning();
     bool MoreExposures() const;
@@ -132,6 +138,9 @@ class CTestCommon : public ITestElement,
     bool mDiscard = false;
     bool mKeep = false;
     bool mMarkNA = false;
+    bool mRan = false;  ///< exposures were asked for since `Perform` began
+    RunEnding mEnding = RunEnding::kComplete;
+    std::string mFault;  ///< of the instruments, the first of the run
     uint8_t mExposureNo = 0;
     bool mDataReady = false;
     bool mRedoActive = false;

@@ -80,7 +80,11 @@ void CTestCommon::vti_CheckExposureWaveform(uint8_t type) {
 /// Runs with the timer stopped; the timer is started again whatever happened.
 void CTestCommon::FetchWaveforms(uint8_t type) {
     if (mFrmTimer) mFrmTimer->StopTimer();
-    Guarded("FetchWaveforms", [&] { TransferWaveform(type); });
+    std::string failure;
+    // Instruments that cannot be armed again would be waited for in vain.
+    if (!Guarded(
+            "FetchWaveforms", [&] { TransferWaveform(type); }, &failure))
+        BreakOff(failure);
     if (mFrmTimer) mFrmTimer->StartTimer();
 }
 
@@ -102,7 +106,8 @@ void CTestCommon::TransferWaveform(uint8_t type) {
     mfrmTestGuide->SetStatusText(Translate(text::kRetrievingWaveform));
     Services().platform->PumpMessages();
     Vti().Armed(false);
-    Guarded("GetWaveform", [&] {
+    std::string failure;
+    const auto transfer = [&] {
         const float length =
             type == kMaWaveform ? kMaLengthMs : static_cast<float>(ReadNumber(mExposureTime));
         const std::string data = Vti().GetWaveform(0, length, kPoints, type);
@@ -111,7 +116,8 @@ void CTestCommon::TransferWaveform(uint8_t type) {
         mResult->StoreWaveForm(data);
         Announce({*this, exposure, 0, {}, type});
         show();
-    });
+    };
+    if (!Guarded("GetWaveform", transfer, &failure) && mFault.empty()) mFault = failure;
     Vti().Armed(true);
     mfrmTestGuide->SetStatusText(Translate(text::kTestInProgress));
 }

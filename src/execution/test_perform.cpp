@@ -17,6 +17,8 @@ namespace {
 constexpr int32_t kPollMs = 500;
 constexpr int32_t kFluoroscopyPollMs = 1000;
 constexpr uint8_t kMostExposures = 255;
+constexpr std::string_view kLinkLost = "the link to the instruments was lost";
+constexpr std::string_view kNothingToCome = "the run waited for something that will never come";
 
 /// Sets a flag for the length of a scope.
 class ScopedFlag {
@@ -34,7 +36,7 @@ class ScopedFlag {
 
 void CTestCommon::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
     if (!pipe->BeginElement(*this)) return;
-    mStopped = mDiscard = mKeep = mMarkNA = mStartBusy = mRedoActive = false;
+    mStopped = mDiscard = mKeep = mMarkNA = mStartBusy = mRedoActive = mRan = false;
     mExposureNo = 0;
     AdoptDetectorOption();
     CreateResult(false);
@@ -53,6 +55,7 @@ void CTestCommon::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
         RunGuide(earlierResult);
     }
     const std::vector<CMtiData2> instruments = ReadInstruments();
+    if (mRan) NoteInstruments(instruments);
     Guarded("Disconnect", [&] { Vti().Disconnect(); });
     const auto config = Config();
     const bool judged = mResult && (mResult->Status() == kPassed || mResult->Status() == kFailed);
@@ -133,26 +136,33 @@ IDetectorService& CTestCommon::Vti() {
     return *vti;
 }
 
-/// At most two instruments take part in a test; an entry without a serial number makes no record.
+/// An entry without a serial number keeps its place and stays empty.
 std::vector<CMtiData2> CTestCommon::ReadInstruments() {
-    constexpr std::size_t kMostInstruments = 2;
     std::vector<CMtiData2> records;
     Guarded("ReadInstruments", [&] {
         const std::string serials = Vti().SerialNumbers();
         const std::string dates = Vti().CalibrationDates();
         const auto serialParts = SplitText(serials, ',');
         const auto dateParts = SplitText(dates, ',');
-        for (std::size_t i = 0; i < std::min(serialParts.size(), kMostInstruments); ++i) {
+        for (std::size_t i = 0; i < serialParts.size(); ++i) {
             const std::string serial(Trimmed(serialParts[i]));
+            CMtiData2& record = records.emplace_back();
             if (serial.empty()) continue;
-            CMtiData2 record;
             record.Name(Vti().InstrumentName(static_cast<int32_t>(i)));
             record.SerialNumber(serial);
             if (i < dateParts.size()) record.CalibrationDate(std::string(Trimmed(dateParts[i])));
-            records.push_back(std::move(record));
         }
     });
     return records;
+}
+
+/// The host's list has room for two instruments of a test; the result tells all.
+void CTestCommon::NoteInstruments(const std::vector<CMtiData2>& instruments) {
+    if (!mResult || !mResult->Run()) return;
+    RunRecord run = *mResult->Run();
+    for (const CMtiData2& instrument : instruments)
+        if (!instrument.SerialNumber().empty()) run.AddInstrument(instrument);
+    mResult->Run(std::move(run));
 }
 
 bool CTestCommon::MoreExposures() const {
@@ -171,6 +181,8 @@ void CTestCommon::mfrmTestGuide_StartTest() {
     const ScopedFlag busy(mStartBusy);
     mStopped = mMarkNA = mDiscard = false;
     mKeep = true;
+    BeginRecord();
+    const std::string start = PresentTime();
     mfrmTestGuide->ClearTable();
     if (mResult->Status() != kNotTested) {
         CreateResult(true);
@@ -178,11 +190,56 @@ void CTestCommon::mfrmTestGuide_StartTest() {
     }
     ShowRunning();
     mResult->pTestGuide = true;
-    if (!Guarded("RunExposures", [&] { RunExposures(); })) mStopped = true;
+    std::string failure;
+    if (!Guarded(
+            "RunExposures", [&] { RunExposures(); }, &failure))
+        BreakOff(failure);
     StopPolling();
     mResult->pTestGuide = false;
     JudgeAll();
+    NoteRun(start);
     ShowIdle();
+}
+
+void CTestCommon::BeginRecord() {
+    mRan = true;
+    mEnding = RunEnding::kComplete;
+    mFault.clear();
+}
+
+/// What the instruments could not do ends the run; what came first is the reason.
+void CTestCommon::BreakOff(std::string_view reason) {
+    mStopped = true;
+    if (mEnding == RunEnding::kBroken) return;
+    mEnding = RunEnding::kBroken;
+    mFault = reason;
+}
+
+void CTestCommon::NoteRun(const std::string& start) {
+    RunRecord run;
+    run.start = start;
+    run.end = PresentTime();
+    run.ending = mEnding;
+    run.reason = mFault;
+    run.planned = Config()->pNoOfExposures;
+    run.origin = PresentOrigin();
+    run.technique = Config()->PersistedTexts();
+    mResult->Run(std::move(run));
+}
+
+/// A redo belongs to the run that it mends; only one that failed changes how the run ended.
+void CTestCommon::NoteRedo(uint8_t exposureNumber) {
+    const bool failed = mEnding != RunEnding::kComplete || !mFault.empty();
+    if (!mResult->Run() && !failed) return;
+    RunRecord run = mResult->Run().value_or(RunRecord{});
+    run.end = PresentTime();
+    if (failed) {
+        if (mEnding != RunEnding::kComplete) run.ending = mEnding;
+        run.reason = "redo of exposure " + PlainText(static_cast<int32_t>(exposureNumber)) +
+                     (mFault.empty() ? "" : ": " + mFault);
+        run.planned = Config()->pNoOfExposures;
+    }
+    mResult->Run(std::move(run));
 }
 
 void CTestCommon::ShowRunning() {
@@ -193,7 +250,13 @@ void CTestCommon::ShowRunning() {
 
 void CTestCommon::JudgeAll() {
     if (mExposureNo == 0 && mResult->ExposureCount() == 0) return;
-    mResult->UpdateAllStatus(*this, mPipe->SelectedStandards().get());
+    JudgeResult();
+}
+
+void CTestCommon::JudgeResult() {
+    const auto selected = mPipe->SelectedStandards();
+    mResult->UpdateAllStatus(*this, selected.get());
+    mResult->NoteJudgement(*this, selected.get());
 }
 
 void CTestCommon::ShowIdle() {
@@ -238,7 +301,11 @@ void CTestCommon::StartPolling() {
 void CTestCommon::StopPolling() {
     if (mFrmTimer) mFrmTimer->StopTimer();
     State().gRunActive = false;
-    Guarded("Armed", [&] { Vti().Armed(false); });
+    std::string failure;
+    if (!Guarded(
+            "Armed", [&] { Vti().Armed(false); }, &failure) &&
+        mFault.empty())
+        mFault = failure;
 }
 
 void CTestCommon::RunExposures() {
@@ -251,13 +318,16 @@ void CTestCommon::RunExposures() {
     StartPolling();
     // The count is asked on every turn: the exposure table may change while the test runs.
     while (MoreExposures() && !mStopped)
-        if (!Services().platform->WaitForEvent()) mStopped = true;
+        if (!Services().platform->WaitForEvent()) BreakOff(kNothingToCome);
 }
 
 void CTestCommon::mFrmTimer_FireTimer() {
     mFrmTimer->StopTimer();
-    if (Guarded("mFrmTimer_FireTimer", [&] { Tick(); })) return;
-    mStopped = true;
+    std::string failure;
+    if (Guarded(
+            "mFrmTimer_FireTimer", [&] { Tick(); }, &failure))
+        return;
+    BreakOff(failure);
     if (State().gMenuOpen) FinishFromTimer();
 }
 
@@ -270,7 +340,10 @@ void CTestCommon::Tick() {
         ShowLiveRows();
     }
     mDataReady = Vti().ExposureDone();
-    if (!Vti().Poll(mSleepTimeOut, mShutdownTimeout)) mStopped = true;
+    if (!Vti().Poll(mSleepTimeOut, mShutdownTimeout)) {
+        const std::string fault = Services().instrumentFault ? Services().instrumentFault() : std::string();
+        BreakOff(fault.empty() ? kLinkLost : fault);
+    }
     if (mDataReady) CountExposure();
     const bool finished = (mRedoActive && mDataReady) || mExposureNo == mExposureCount;
     if (!finished && !mStopped)
@@ -308,6 +381,7 @@ void CTestCommon::mfrmTestGuide_StopTest() {
         mfrmTestGuide->SetToolBarButtonStatus(guide_button::kStop, false);
         mStopped = true;
         mSkipCount = false;
+        if (mEnding == RunEnding::kComplete) mEnding = RunEnding::kStopped;
         return;
     }
     // An exposure is held open: Stop ends it and counts it.
@@ -357,27 +431,34 @@ void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
     const uint8_t exposureBefore = mExposureNo;
     const bool stoppedBefore = mStopped;
     mStopped = false;
+    BeginRecord();
+    std::string failure;
     mExposureNo = static_cast<uint8_t>(exposureNumber - 1);
     mResult->BeginRedo(exposureNumber);
     mResult->ShowResultInTestguide(mExposureNo, true);
     mResult->pTestGuide = true;
-    const bool ended = Guarded("ReDoExposure", [&] {
-        mSleepTimeOut = SleepTimeOut();
-        mShutdownTimeout = ShutdownTimeOut();
-        Vti().Armed(true);
-        RefreshInfo();
-        ShowRunning();
-        ShowLiveRows();
-        mRedoActive = true;
-        StartPolling();
-        while (mExposureNo < exposureNumber && !mDataReady && !mStopped)
-            if (!Services().platform->WaitForEvent()) mStopped = true;
-    });
-    mStopped = mStopped || stoppedBefore || !ended;
+    const bool ended = Guarded(
+        "ReDoExposure",
+        [&] {
+            mSleepTimeOut = SleepTimeOut();
+            mShutdownTimeout = ShutdownTimeOut();
+            Vti().Armed(true);
+            RefreshInfo();
+            ShowRunning();
+            ShowLiveRows();
+            mRedoActive = true;
+            StartPolling();
+            while (mExposureNo < exposureNumber && !mDataReady && !mStopped)
+                if (!Services().platform->WaitForEvent()) BreakOff(kNothingToCome);
+        },
+        &failure);
+    if (!ended) BreakOff(failure);
+    mStopped = mStopped || stoppedBefore;
     mResult->pTestGuide = false;
     StopPolling();
     mResult->EndRedo();
-    mResult->UpdateAllStatus(*this, mPipe->SelectedStandards().get());
+    JudgeResult();
+    NoteRedo(exposureNumber);
     mRedoActive = false;
     ShowIdle();
     mExposureNo = exposureBefore;

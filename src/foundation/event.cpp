@@ -7,15 +7,17 @@
 
 namespace vorex {
 
-bool Guarded(std::string_view name, const std::function<void()>& handler) {
+bool Guarded(std::string_view name, const std::function<void()>& handler, std::string* failure) {
+    std::string words = "unknown error";
     try {
         handler();
         return true;
     } catch (const std::exception& error) {
-        LogDiagnostic(std::string(name) + ": " + error.what());
+        words = error.what();
     } catch (...) {
-        LogDiagnostic(std::string(name) + ": unknown error");
     }
+    LogDiagnostic(std::string(name) + ": " + words);
+    if (failure != nullptr) *failure = words;
     return false;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -8,8 +9,8 @@
 namespace vorex {
 
 /// Runs a handler and lets no exception out: the cause goes to the diagnostic log under the handler's name.
-/// Returns true when the handler ended normally.
-bool Guarded(std::string_view name, const std::function<void()>& handler);
+/// Returns true when the handler ended normally; the words of a failure are also put where asked for.
+bool Guarded(std::string_view name, const std::function<void()>& handler, std::string* failure = nullptr);
 
 /// A typed announcement. Handlers run in the order of connection, each guarded, so that a failing handler
 /// neither ends the program nor keeps the others from running. A handler may connect or clear while the

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "foundation/detector_service.h"
@@ -42,6 +43,10 @@ struct HostServices {
     /// Told of everything that a result stores of an exposure, before the guide shows it: whoever keeps it
     /// safe does so here.
     std::function<void(const StoredExposure&)> exposureStored;
+    /// What ended the instruments, in words; asked when a run finds their link dead.
+    std::function<std::string()> instrumentFault;
+    /// Name and version of the program, for what results tell of their origin.
+    std::string program;
     /// Receives a line of the diagnostic log.
     std::function<void(std::string_view line)> log;
     /// Receives a line of the trace channel.

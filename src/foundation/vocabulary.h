@@ -446,6 +446,18 @@ inline constexpr std::string_view kSupersededExposure    = "SupersededExposure";
 inline constexpr std::string_view kExposure              = "Exposure";
 inline constexpr std::string_view kOrder                 = "Order";
 inline constexpr std::string_view kTime                  = "Time";
+inline constexpr std::string_view kRun                   = "Run";
+inline constexpr std::string_view kStart                 = "Start";
+inline constexpr std::string_view kEnd                   = "End";
+inline constexpr std::string_view kEnding                = "Ending";
+inline constexpr std::string_view kReason                = "Reason";
+inline constexpr std::string_view kPlanned               = "Planned";
+inline constexpr std::string_view kProgram               = "Program";
+inline constexpr std::string_view kFormulas              = "Formulas";
+inline constexpr std::string_view kMeasuredBy            = "MeasuredBy";
+inline constexpr std::string_view kTechnique             = "Technique";
+inline constexpr std::string_view kSetting               = "Setting";
+inline constexpr std::string_view kJudgedBy              = "JudgedBy";
 inline constexpr std::string_view kPrintWaveform         = "PrintWaveform";
 inline constexpr std::string_view kWaveformResolution    = "WaveformResolution";
 // clang-format on
@@ -454,6 +466,11 @@ inline constexpr std::string_view kWaveformResolution    = "WaveformResolution";
 /// Truth values as the element file writes them, in every language.
 inline constexpr std::string_view kStoredTrue = "True";
 inline constexpr std::string_view kStoredFalse = "False";
+
+/// How a run ended, as the element file writes it.
+inline constexpr std::string_view kEndedComplete = "Complete";
+inline constexpr std::string_view kEndedStopped = "Stopped";
+inline constexpr std::string_view kEndedBroken = "Broken";
 
 /// Keys and values of the settings store, below the local machine root.
 namespace setting {

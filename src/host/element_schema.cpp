@@ -45,6 +45,12 @@ constexpr auto kPlainElements = std::to_array<ElementRow>({
     {Place::kResultItem,        tag::kStatus,              Place::kStatus,            Identity::kOnly,           Form::kStatus},
     {Place::kResultItem,        tag::kComment,             Place::kText,              Identity::kOnly,           Form::kAny},
     {Place::kResultItem,        tag::kServiceRecord,       Place::kServiceRecord,     Identity::kOnly,           Form::kAny},
+    {Place::kResultItem,        tag::kRun,                 Place::kRun,               Identity::kOnly,           Form::kAny},
+    {Place::kResultItem,        tag::kMeasuredBy,          Place::kMeasuredBy,        Identity::kOrder,          Form::kAny},
+    {Place::kResultItem,        tag::kTechnique,           Place::kTechnique,         Identity::kOnly,           Form::kAny},
+    {Place::kResultItem,        tag::kJudgedBy,            Place::kJudgedBy,          Identity::kOnly,           Form::kAny},
+    {Place::kTechnique,         tag::kSetting,             Place::kSetting,           Identity::kKey,            Form::kAny},
+    {Place::kJudgedBy,          tag::kStandard,            Place::kStandard,          Identity::kNameAndVersion, Form::kAny},
     {Place::kSuperseded,        tag::kMeasurement,         Place::kMeasurement,       Identity::kKey,            Form::kAny},
     {Place::kSuperseded,        tag::kWaveform,            Place::kWaveform,          Identity::kOrder,          Form::kAny},
     {Place::kSuperseded,        tag::kMasWaveform,         Place::kWaveform,          Identity::kOrder,          Form::kAny},
@@ -146,6 +152,20 @@ constexpr AttributeRow kAttributes[] = {
     {Place::kSuperseded,    tag::kExposure,         Form::kExposureCount,  true},
     {Place::kSuperseded,    tag::kOrder,            Form::kWhole,          false},
     {Place::kSuperseded,    tag::kTime,             Form::kAny,            false},
+    {Place::kRun,           tag::kStart,            Form::kAny,            false},
+    {Place::kRun,           tag::kEnd,              Form::kAny,            false},
+    {Place::kRun,           tag::kEnding,           Form::kEnding,         true},
+    {Place::kRun,           tag::kReason,           Form::kAny,            false},
+    {Place::kRun,           tag::kPlanned,          Form::kNotNegative,    true},
+    {Place::kRun,           tag::kProgram,          Form::kAny,            false},
+    {Place::kRun,           tag::kFormulas,         Form::kWhole,          false},
+    {Place::kMeasuredBy,    tag::kName,             Form::kAny,            false},
+    {Place::kMeasuredBy,    tag::kSerialNumber,     Form::kAny,            false},
+    {Place::kMeasuredBy,    tag::kCalibrationDate,  Form::kAny,            false},
+    {Place::kSetting,       tag::kKey,              Form::kNotEmpty,       true},
+    {Place::kJudgedBy,      tag::kTime,             Form::kAny,            false},
+    {Place::kJudgedBy,      tag::kProgram,          Form::kAny,            false},
+    {Place::kJudgedBy,      tag::kFormulas,         Form::kWhole,          false},
     {Place::kMeasurement,   tag::kKey,              Form::kNotEmpty,       true},
     {Place::kMeasuredValue, tag::kType,             Form::kWhole,          false},
     {Place::kStatus,        tag::kExtra,            Form::kWhole,          false},
@@ -331,6 +351,7 @@ bool OwnsText(Place place) {
         case Place::kStatus:
         case Place::kServiceRecord:
         case Place::kWaveform:
+        case Place::kSetting:
             return true;
         default:
             return false;
@@ -385,6 +406,8 @@ bool Has(Form form, std::string_view text) {
             return IsWholeWithin(text, 1, 1);
         case Form::kPlugIn:
             return text == kPlugInId;
+        case Form::kEnding:
+            return text == kEndedComplete || text == kEndedStopped || text == kEndedBroken;
         case Form::kExpression:
             return text.empty() || FindLimitExpression(text).has_value();
     }
@@ -421,6 +444,8 @@ std::string_view InWords(Form form) {
             return "1, the version that this program reads";
         case Form::kPlugIn:
             return "ZRD47500";
+        case Form::kEnding:
+            return "one of Complete, Stopped, Broken";
         case Form::kExpression:
             return "one of Y, X+Y, X+(X*Y%), CV";
     }

@@ -30,6 +30,11 @@ enum class Place : uint8_t {
     kResultItem,
     kServiceRecord,
     kSuperseded,
+    kRun,
+    kMeasuredBy,
+    kTechnique,
+    kSetting,
+    kJudgedBy,
     kMeasurement,
     kMeasuredValue,
     kStatus,
@@ -63,6 +68,7 @@ enum class Form : uint8_t {
     kVersion,        ///< 1
     kPlugIn,         ///< this library's
     kExpression,
+    kEnding,  ///< how a run ended
 };
 
 /// What tells elements of one name apart.

@@ -54,6 +54,8 @@ HostServices MakeReferenceHost(const ReferenceHostOptions& options) {
     services.createDetectorService = options.createDetectorService;
     services.createDetectorLink = options.createDetectorLink;
     services.exposureStored = options.exposureStored;
+    services.instrumentFault = options.instrumentFault;
+    services.program = options.program;
     return services;
 }
 

@@ -19,6 +19,8 @@ struct ReferenceHostOptions {
     std::function<std::shared_ptr<IDetectorService>()> createDetectorService;
     std::function<std::shared_ptr<IDetectorLink>()> createDetectorLink;
     std::function<void(const StoredExposure&)> exposureStored;
+    std::function<std::string()> instrumentFault;
+    std::string program;  ///< its name and version
 };
 
 /// The services of the reference host: texts, value forms, settings, elements, standards. The diagnostic log

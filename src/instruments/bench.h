@@ -53,8 +53,15 @@ class Bench {
     SentSettings sent;
     bool linkOpen = false;
     float waveformResolution = 0;
+    /// Notes a fault; the place says where in the file of the instruments.
+    void NoteFault(const std::string& place, const std::string& text) {
+        faults.push_back(place + ": " + text);
+        latestFault = text;
+    }
+
     std::vector<std::string> faults;
-    bool ended = false;  ///< nothing more can be measured
+    std::string latestFault;  ///< without its place
+    bool ended = false;       ///< nothing more can be measured
 };
 
 /// A service, and a link, that reach a bench and keep it alive.

@@ -36,6 +36,8 @@ class IInstruments {
     virtual const SentSettings& Sent() const = 0;
     /// What went wrong, a text each, for the operator.
     virtual const std::vector<std::string>& Faults() const = 0;
+    /// The latest of them without its place; empty when nothing went wrong.
+    virtual std::string LatestFault() const = 0;
     /// Nothing more can be measured: the link was lost, or the recording is used up, while exposures were
     /// awaited. An operation that failed once can be tried again.
     virtual bool Ended() const = 0;

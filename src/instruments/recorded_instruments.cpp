@@ -82,7 +82,7 @@ class RecordedRoom : public Bench {
         Fault(text, line);
     }
     void Fault(const std::string& text, int32_t line) {
-        faults.push_back(recording.file + (line > 0 ? ":" + std::to_string(line) : "") + ": " + text);
+        NoteFault(recording.file + (line > 0 ? ":" + std::to_string(line) : ""), text);
     }
 
     std::size_t mNext = 0;
@@ -197,6 +197,9 @@ const SentSettings& RecordedInstruments::Sent() const {
 }
 const std::vector<std::string>& RecordedInstruments::Faults() const {
     return mRoom->faults;
+}
+std::string RecordedInstruments::LatestFault() const {
+    return mRoom->latestFault;
 }
 bool RecordedInstruments::Ended() const {
     return mRoom->ended;

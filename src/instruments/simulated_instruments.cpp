@@ -96,7 +96,7 @@ class SimulatedBench : public Bench {
     /// Nothing more can be measured.
     void End(const std::string& text) {
         if (std::exchange(ended, true)) return;
-        faults.push_back(mRoom.file + ": " + text);
+        NoteFault(mRoom.file, text);
     }
 
     const Room mRoom;
@@ -285,6 +285,9 @@ const SentSettings& SimulatedInstruments::Sent() const {
 }
 const std::vector<std::string>& SimulatedInstruments::Faults() const {
     return mBench->faults;
+}
+std::string SimulatedInstruments::LatestFault() const {
+    return mBench->latestFault;
 }
 bool SimulatedInstruments::Ended() const {
     return mBench->ended;

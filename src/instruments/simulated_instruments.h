@@ -32,6 +32,7 @@ class SimulatedInstruments : public IInstruments {
     std::shared_ptr<IDetectorLink> CreateLink() override;
     const SentSettings& Sent() const override;
     const std::vector<std::string>& Faults() const override;
+    std::string LatestFault() const override;
     bool Ended() const override;
 
   private:

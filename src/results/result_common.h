@@ -11,6 +11,7 @@
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
 #include "results/measurement.h"
+#include "results/result_record.h"
 #include "waveforms/waveform.h"
 
 namespace vorex {
@@ -123,6 +124,15 @@ class CResultCommon : public IResultData,
     const std::vector<std::shared_ptr<MeasurementRow>>& Rows() const { return mRows; }
     /// What redone exposures had measured before, in the order of the redos.
     const std::vector<SupersededExposure>& Superseded() const { return mSuperseded; }
+    /// The run that took the exposures; empty for a result of a file that does not tell.
+    const std::optional<RunRecord>& Run() const { return mRun; }
+    void Run(RunRecord record) { mRun = std::move(record); }
+    /// By what the result was judged; empty for a result of a file that does not tell.
+    const std::optional<Judgement>& JudgedBy() const { return mJudgedBy; }
+    /// The statuses follow from the limits as they stand now.
+    void NoteJudgement(const ITestElement& owner, const ISelectedStandards* selected) {
+        mJudgedBy = PresentJudgement(owner, selected);
+    }
     /// Highest exposure number stored.
     uint8_t ExposureCount() const { return mExposureCount; }
     /// Exposure number judged last.
@@ -178,6 +188,7 @@ class CResultCommon : public IResultData,
     void LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
                       std::size_t& slot);
     void RebuildWorkingRow();
+    void LoadRecord(const std::shared_ptr<IXmlElement>& child);
 
     // Printing (result_report.cpp).
     std::vector<std::string> ExposureLines(const MeasurementRow& row, const IReportDocument& report) const;
@@ -197,6 +208,8 @@ class CResultCommon : public IResultData,
     Waveforms mWaveforms;
     std::vector<SupersededExposure> mSuperseded;
     std::optional<SupersededExposure> mRedone;  ///< of the exposure that is being redone
+    std::optional<RunRecord> mRun;
+    std::optional<Judgement> mJudgedBy;
     uint8_t mExposureCount = 0;
     float mResolution = 0;
     uint8_t mLastExposure = 0;

@@ -56,7 +56,11 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
     if (!mComment.empty()) element->AddValue(tag::kComment, mComment);
     if (mServiceRecord) add(mServiceRecord->Save(owner));
     // A result that was not tested, or is not applicable, keeps no measurements.
-    if (mStatus == kNotTested || mStatus == kNotApplicable) return element;
+    if (mStatus == kNotTested || mStatus == kNotApplicable) {
+        // A run that broke off before its first exposure tells why.
+        if (mRun && mStatus == kNotTested) mRun->Save(*element, owner);
+        return element;
+    }
     for (const auto& row : mRows)
         for (const auto& item : *row) add(item->Save(owner));
     for (const auto& waveform : mWaveforms) {
@@ -68,6 +72,8 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
         add(waveform->Save(owner));
     }
     for (const SupersededExposure& superseded : mSuperseded) add(SaveSuperseded(superseded, owner));
+    if (mRun) mRun->Save(*element, owner);
+    if (mJudgedBy) mJudgedBy->Save(*element, owner);
     return element;
 }
 
@@ -124,6 +130,22 @@ void CResultCommon::LoadWaveform(const std::shared_ptr<IXmlElement>& element, IP
     waveforms[slot++] = waveform;
 }
 
+/// What the verdict was made with; anything else is not of this version.
+void CResultCommon::LoadRecord(const std::shared_ptr<IXmlElement>& child) {
+    const std::string_view name = child->Name();
+    if (name == tag::kJudgedBy) return mJudgedBy.emplace().Load(child);
+    static constexpr std::pair<std::string_view, void (RunRecord::*)(const IXmlElement&)> kLoaders[] = {
+        {tag::kRun, &RunRecord::LoadRun},
+        {tag::kMeasuredBy, &RunRecord::LoadInstrument},
+        {tag::kTechnique, &RunRecord::LoadTechnique},
+    };
+    for (const auto& [known, load] : kLoaders) {
+        if (name != known) continue;
+        if (!mRun && name == tag::kRun) mRun.emplace();
+        if (mRun) ((*mRun).*load)(*child);
+    }
+}
+
 void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
     if (log != nullptr) log->Position(tag::kResultItem, Translate(text::kLoadingResultData));
     if (element->Name() != tag::kResultItem)
@@ -150,6 +172,8 @@ void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
             LoadWaveform(child, log, kMaWaveform, maSlot);
         } else if (name == tag::kSupersededExposure) {
             LoadSuperseded(child, log);
+        } else {
+            LoadRecord(child);
         }
     }
     constexpr std::size_t kMostExposures = std::numeric_limits<uint8_t>::max();

@@ -1,0 +1,224 @@
+#include "cli/verdict_text.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+
+namespace vorex {
+
+namespace {
+
+/// One side of a limit in words, or empty when it is not set.
+std::string SideWords(const CMeasurement& item, const IStandard& standard, int32_t side) {
+    const auto limit = item.GetLimit(side, standard, true, 0);
+    if (!limit.found) return {};
+    return (side == kHighSide ? "at most " : "at least ") + PlainText(limit.number);
+}
+
+std::string NameOf(const StandardName& name) {
+    return name.name + " " + name.version;
+}
+
+std::shared_ptr<IStandard> Find(const std::shared_ptr<IStandardCollection>& standards,
+                                const StandardName& name) {
+    return standards ? standards->FindExpectedResult(0, name.name, name.version) : nullptr;
+}
+
+std::vector<StandardName> NamesOf(const std::shared_ptr<IStandardCollection>& standards) {
+    std::vector<StandardName> names;
+    for (int32_t i = 0; standards && i < standards->Count(); ++i)
+        names.push_back({standards->Item(i)->Name(), standards->Item(i)->Version()});
+    return names;
+}
+
+std::string Joined(const std::vector<std::string>& parts, std::string_view between) {
+    std::string all;
+    for (const std::string& part : parts) all.append(all.empty() ? "" : between).append(part);
+    return all;
+}
+
+// ----------------------------------------------------------------------------- what changed since then
+
+using Texts = std::map<std::string, std::string>;
+
+/// Every set side of the limits, "Site 1, ER kVp Avg, at most" by its number and expression.
+Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards) {
+    Texts sides;
+    for (int32_t i = 0; standards && i < standards->Count(); ++i) {
+        const auto standard = standards->Item(i);
+        for (const auto& limit : standard->Results()) {
+            for (const int32_t side : {kHighSide, kLowSide}) {
+                if (!limit->IsSet(side)) continue;
+                const std::string expression = limit->Expression(side);
+                sides[NameOf({standard->Name(), standard->Version()}) + ", " + limit->Key() +
+                      (side == kHighSide ? ", at most" : ", at least")] =
+                    PlainText(limit->Value(side)) + (expression == "Y" ? "" : " as " + expression) +
+                    (limit->Unit().empty() ? "" : " " + Translate(limit->Unit()));
+            }
+        }
+    }
+    return sides;
+}
+
+/// Lines on the keys whose texts differ, "key: now 84, 88 then"; what stands on one side only reads "none".
+std::vector<std::string> Differences(const Texts& now, const Texts& then) {
+    constexpr std::string_view kNone = "none";
+    std::vector<std::string> lines;
+    const auto add = [&](const std::string& key, std::string_view newText, std::string_view oldText) {
+        lines.push_back(key + ": now " + std::string(newText.empty() ? kNone : newText) + ", then " +
+                        std::string(oldText.empty() ? kNone : oldText));
+    };
+    for (const auto& [key, text] : now) {
+        const auto old = then.find(key);
+        if (old == then.end())
+            add(key, text, kNone);
+        else if (old->second != text)
+            add(key, text, old->second);
+    }
+    for (const auto& [key, text] : then)
+        if (!now.contains(key)) add(key, kNone, text);
+    return lines;
+}
+
+/// Settings by their keys, numbers with a point whatever the sign of the system.
+Texts SettingsOf(const SettingTexts& settings) {
+    Texts texts;
+    for (const auto& [key, text] : settings) texts[key] = WithPoint(text);
+    return texts;
+}
+
+/// A few of the lines under a heading that says how many there are.
+void AddFew(const std::string& heading, const std::vector<std::string>& all,
+            std::vector<std::string>& lines) {
+    constexpr std::size_t kFew = 4;
+    if (all.empty()) return;
+    lines.push_back(heading);
+    for (std::size_t i = 0; i < std::min(all.size(), kFew); ++i) lines.push_back("  " + all[i]);
+    if (all.size() > kFew) lines.push_back("  and " + std::to_string(all.size() - kFew) + " more");
+}
+
+// ------------------------------------------------------------------------------------------ the origin
+
+std::string OriginWords(const Origin& origin) {
+    return (origin.program.empty() ? "an unnamed program" : origin.program) + ", formulas " +
+           PlainText(origin.formulas);
+}
+
+/// How a run ended in words; empty for one that went as planned.
+std::string EndingWords(const CResultCommon& result) {
+    const RunRecord& run = *result.Run();
+    const std::string reason = run.reason.empty() ? "" : ": " + run.reason;
+    switch (run.ending) {
+        case RunEnding::kStopped:
+            return "stopped after " + PlainText(static_cast<int32_t>(result.Rows().size())) + " of " +
+                   PlainText(run.planned) + reason;
+        case RunEnding::kBroken:
+            return "broke off" + reason;
+        case RunEnding::kComplete:
+            break;
+    }
+    return run.reason.empty() ? "" : "with a fault" + reason;
+}
+
+}  // namespace
+
+std::string LimitWords(const CMeasurement& item, const IStandard& standard) {
+    const std::string low = SideWords(item, standard, kLowSide);
+    const std::string high = SideWords(item, standard, kHighSide);
+    return low + (low.empty() || high.empty() ? "" : ", ") + high;
+}
+
+std::string EndingNote(const ITestElement& element) {
+    const auto result = std::dynamic_pointer_cast<CResultCommon>(element.Result());
+    if (!result || !result->Run() || result->Status() == kNotApplicable) return {};
+    const std::string words = EndingWords(*result);
+    return words.empty() ? words : "(" + words + ")";
+}
+
+std::vector<std::string> RecordLines(const ITestElement& element, const CConfigCommon& config,
+                                     const CResultCommon& result, const ISelectedStandards* selected) {
+    std::vector<std::string> lines;
+    if (const auto& run = result.Run()) {
+        lines.push_back("Taken " + run->start + " to " + run->end + " by " + OriginWords(run->origin));
+        if (const std::string words = EndingWords(result); !words.empty())
+            lines.push_back("The run " + (run->ending == RunEnding::kComplete ? "ended " + words : words));
+        AddFew("Settings edited since:",
+               Differences(SettingsOf(config.PersistedTexts()), SettingsOf(run->technique)), lines);
+    }
+    if (const auto& judged = result.JudgedBy()) {
+        const bool later =
+            !result.Run() || judged->time != result.Run()->end || judged->origin != result.Run()->origin;
+        if (later) lines.push_back("Judged " + judged->time + " by " + OriginWords(judged->origin));
+        const std::vector<std::string> changed =
+            Differences(SidesOf(PresentJudgement(element, selected).limits), SidesOf(judged->limits));
+        AddFew("Limits that are not those it was judged by:", changed, lines);
+    }
+    return lines;
+}
+
+// --------------------------------------------------------------------------------------------- judging
+
+Statuses StatusesOf(const CResultCommon& result) {
+    Statuses statuses = {result.Status()};
+    for (const auto& row : result.Rows())
+        for (const auto& item : *row) statuses.push_back(item->Status());
+    return statuses;
+}
+
+namespace {
+
+/// The limits that fail a value now or did before, those of each standard with what they were.
+std::string ChangedLimits(const ITestElement& element, const CResultCommon& result, const CMeasurement& item,
+                          const ISelectedStandards* selected) {
+    const auto present = PresentJudgement(element, selected).limits;
+    const auto former = result.JudgedBy() ? result.JudgedBy()->limits : nullptr;
+    std::vector<StandardName> names = NamesOf(present);
+    for (const StandardName& name : NamesOf(former))
+        if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+    const auto words = [&](const std::shared_ptr<IStandard>& standard) {
+        const std::string sides = standard ? LimitWords(item, *standard) : std::string();
+        return sides.empty() ? std::string("no limit") : sides;
+    };
+    std::vector<std::string> parts;
+    for (const StandardName& name : names) {
+        const auto now = Find(present, name);
+        const auto then = Find(former, name);
+        const bool fails =
+            (now && item.ValidateLimits(*now) == kFailed) || (then && item.ValidateLimits(*then) == kFailed);
+        if (!fails) continue;
+        parts.push_back(words(now) + " (" + NameOf(name) + ")" +
+                        (result.JudgedBy() ? ", before " + words(then) : ""));
+    }
+    return Joined(parts, "; ");
+}
+
+}  // namespace
+
+std::vector<std::string> VerdictChanges(const ITestElement& element, const CResultCommon& result,
+                                        const Statuses& before, const ISelectedStandards* selected) {
+    if (result.Status() == before.front()) return {};
+    const std::string head = "element " + PlainText(element.ID()) + ": " + StatusText(before.front()) +
+                             " -> " + StatusText(result.Status()) + ": ";
+    std::vector<std::string> lines;
+    std::size_t at = 1;
+    for (std::size_t row = 0; row < result.Rows().size(); ++row) {
+        for (const auto& item : *result.Rows()[row]) {
+            const int32_t old = before[at++];
+            if ((old == kFailed) == (item->Status() == kFailed)) continue;
+            const std::string unit = Translate(item->RawUnit());
+            const std::string limits = ChangedLimits(element, result, *item, selected);
+            lines.push_back(head + item->Description() + " exposure " +
+                            PlainText(static_cast<int32_t>(row + 1)) + ", " + item->ShownText() +
+                            (unit.empty() ? "" : " " + unit) + (limits.empty() ? "" : ", " + limits));
+        }
+    }
+    if (lines.empty()) lines.push_back(head + "the settings that judge it are others");
+    return lines;
+}
+
+}  // namespace vorex
