@@ -317,8 +317,12 @@ void RecallCells(const ElementFile& file, const ITestElement& element) {
 void JudgeResult(ITestElement& element, CResultCommon& result, const ISelectedStandards* selected,
                  std::ostream& err) {
     const Statuses before = StatusesOf(result);
+    const auto record = result.ServiceRecord();
     result.UpdateAllStatus(element, selected);
-    if (StatusesOf(result) == before) return;
+    if (StatusesOf(result) == before) {
+        result.ServiceRecord(record);
+        return;
+    }
     for (const std::string& line : VerdictChanges(element, result, before, selected))
         err << "vorex: " << line << "\n";
     result.NoteJudgement(element, selected);

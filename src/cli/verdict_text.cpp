@@ -85,11 +85,8 @@ std::vector<std::string> Differences(const Texts& now, const Texts& then) {
     return lines;
 }
 
-/// Settings by their keys, numbers with a point whatever the sign of the system.
-Texts SettingsOf(const SettingTexts& settings) {
-    Texts texts;
-    for (const auto& [key, text] : settings) texts[key] = WithPoint(text);
-    return texts;
+Texts ByKey(const SettingTexts& settings) {
+    return {settings.begin(), settings.end()};
 }
 
 /// A few of the lines under a heading that says how many there are.
@@ -147,8 +144,8 @@ std::vector<std::string> RecordLines(const ITestElement& element, const CConfigC
         lines.push_back("Taken " + run->start + " to " + run->end + " by " + OriginWords(run->origin));
         if (const std::string words = EndingWords(result); !words.empty())
             lines.push_back("The run " + (run->ending == RunEnding::kComplete ? "ended " + words : words));
-        AddFew("Settings edited since:",
-               Differences(SettingsOf(config.PersistedTexts()), SettingsOf(run->technique)), lines);
+        AddFew("Settings edited since:", Differences(ByKey(TechniqueOf(config)), ByKey(run->technique)),
+               lines);
     }
     if (const auto& judged = result.JudgedBy()) {
         const bool later =

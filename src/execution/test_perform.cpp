@@ -223,7 +223,7 @@ void CTestCommon::NoteRun(const std::string& start) {
     run.reason = mFault;
     run.planned = Config()->pNoOfExposures;
     run.origin = PresentOrigin();
-    run.technique = Config()->PersistedTexts();
+    run.technique = TechniqueOf(*Config());
     mResult->Run(std::move(run));
 }
 

@@ -119,6 +119,7 @@ class CResultCommon : public IResultData,
     /// The exposures, the statistics of the test once behind them, then the waveforms.
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
 
+    void ServiceRecord(std::shared_ptr<IServiceRecord> record) { mServiceRecord = std::move(record); }
     void MTIID(int32_t id) { mMtiId = id; }
     const MeasurementRow& Current() const { return *mCurrent; }
     const std::vector<std::shared_ptr<MeasurementRow>>& Rows() const { return mRows; }

@@ -48,6 +48,13 @@ std::string PresentTime() {
     return Services().platform ? Services().platform->TimeStamp() : std::string();
 }
 
+SettingTexts TechniqueOf(const CConfigCommon& config) {
+    SettingTexts texts = config.PersistedTexts();
+    for (auto& [key, text] : texts)
+        if (IsNumber(text)) text = WithPoint(text);
+    return texts;
+}
+
 void RunRecord::AddInstrument(const CMtiData2& instrument) {
     const bool known = std::any_of(instruments.begin(), instruments.end(), [&](const CMtiData2& other) {
         return other.Name() == instrument.Name() && other.SerialNumber() == instrument.SerialNumber() &&

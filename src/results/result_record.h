@@ -28,6 +28,10 @@ Origin PresentOrigin();
 /// The time of the platform's clock with its offset from UTC; empty without a platform.
 std::string PresentTime();
 
+/// The persisted settings of a test, their numbers with a point on every system, so that they can be
+/// compared.
+SettingTexts TechniqueOf(const CConfigCommon& config);
+
 enum class RunEnding { kComplete, kStopped, kBroken };
 
 /// The run that took the exposures of a result.
@@ -39,7 +43,7 @@ struct RunRecord {
     int32_t planned = 0;  ///< exposures
     Origin origin;
     std::vector<CMtiData2> instruments;
-    SettingTexts technique;  ///< the persisted settings of the test
+    SettingTexts technique;
 
     void AddInstrument(const CMtiData2& instrument);
     void Save(IXmlElement& result, const std::shared_ptr<IXmlDocument>& owner) const;

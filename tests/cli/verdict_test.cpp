@@ -1,0 +1,305 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <regex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/program_fixture.h"
+#include "foundation/library_state.h"
+#include "guide/test_guide_form.h"
+#include "host/element_file.h"
+#include "host/execution_pipe.h"
+#include "host/headless_platform.h"
+#include "host/reference_host.h"
+#include "library.h"
+#include "support/fake_detector.h"
+
+namespace vorex::test {
+namespace {
+
+const std::string kSite = R"(<High Value="88"/><Low Value="70"/>)";
+
+class VerdictTest : public ProgramTest {
+  protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        setenv("VOREX_NOW", "2026-01-15T09:00:00+01:00", 1);
+    }
+    void TearDown() override {
+        unsetenv("VOREX_NOW");
+        ProgramTest::TearDown();
+    }
+
+    /// A finished run of two exposures, the second one near the limit.
+    void Measure() {
+        Write("s.xml", Sequence(Element(3, 500, Exposures(2), Limit("ER kVp Avg", kSite))));
+        Write("r.jsonl", kHead + Shot("80") + Shot("84.3"));
+        ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    }
+    /// out.xml with the first match of a text after a place replaced, as edited.xml.
+    void Edit(const std::string& behind, const std::string& from, const std::string& to) {
+        std::string text = Read("out.xml");
+        const std::size_t at = text.find(from, text.find(behind));
+        ASSERT_NE(at, std::string::npos) << from;
+        Write("edited.xml", text.replace(at, from.size(), to));
+    }
+    bool Prints(const std::string& words) const { return out.find(words) != std::string::npos; }
+};
+
+TEST_F(VerdictTest, AResultKeepsWhatItsVerdictWasMadeWith) {
+    Write("s.xml", Sequence(Element(1, 500, Exposures(1), Limit("ER kVp Avg", kSite))));
+    Write("r.jsonl", R"({"recording":1,"kind":1,"serialNumbers":"4711,88,12","calibrationDates":)"
+                     R"("2026-01-15,2026-02-01","instrumentNames":["A","B","C"]})"
+                     "\n{\"quiet\":3}\n" +
+                         Shot("80"));
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    const pugi::xml_node run = ResultOf(1).child("Run");
+    EXPECT_STREQ(run.attribute("Start").value(), "2026-01-15T09:00:00+01:00");
+    // Four polls, 500 ms apart or 1000 ms in fluoroscopy: more than a second, less than ten.
+    EXPECT_TRUE(std::regex_match(run.attribute("End").value(), std::regex("2026-01-15T09:00:0[1-9]\\+01:00")))
+        << run.attribute("End").value();
+    EXPECT_STREQ(run.attribute("Ending").value(), "Complete");
+    EXPECT_STREQ(run.attribute("Planned").value(), "1");
+    EXPECT_TRUE(run.attribute("Reason").empty());
+    EXPECT_TRUE(std::regex_match(run.attribute("Program").value(), std::regex("vorex [0-9.]+")));
+    EXPECT_STREQ(run.attribute("Formulas").value(), "1");
+    std::string instruments;
+    for (pugi::xml_node item : ResultOf(1).children("MeasuredBy"))
+        for (const char* name : {"Name", "SerialNumber", "CalibrationDate"})
+            instruments += item.attribute(name).value() + std::string(" ");
+    EXPECT_EQ(instruments, "A 4711 2026-01-15 B 88 2026-02-01 C 12  ") << "all of them, not two";
+    const pugi::xml_node block = result.select_node("//PlugInData").node();
+    for (pugi::xml_node setting : ResultOf(1).child("Technique"))
+        EXPECT_STREQ(block.child_value(setting.attribute("Key").value()), setting.child_value());
+    EXPECT_STREQ(ResultOf(1).select_node("Technique/Setting[@Key='NumberOfExposures']").node().child_value(),
+                 "1");
+    const pugi::xml_node limit = ResultOf(1).select_node("JudgedBy/Standard[@Name='Site']/Limit").node();
+    EXPECT_STREQ(limit.attribute("Key").value(), "ER kVp Avg");
+    EXPECT_STREQ(limit.child("High").attribute("Value").value(), "88");
+    EXPECT_STREQ(limit.child("Low").attribute("Value").value(), "70");
+    ASSERT_EQ(Run({"judge", Path("out.xml"), "-o", Path("again.xml")}), kExitPassed) << err;
+    EXPECT_EQ(Read("again.xml"), Read("out.xml"));
+    EXPECT_EQ(err, "");
+    Write("left.xml", Read("out.xml"));
+    ASSERT_EQ(RunFile("left.xml", "r.jsonl", "next"), kExitPassed) << err;
+    EXPECT_EQ(Read("out.xml"), Read("left.xml")) << "an element that is left as it is";
+}
+
+TEST_F(VerdictTest, AResultThatDoesNotTellItsOriginStaysAsItIs) {
+    Measure();
+    ASSERT_TRUE(ResultOf(3).remove_child("Run") && ResultOf(3).remove_child("JudgedBy") &&
+                ResultOf(3).remove_child("Technique") && ResultOf(3).remove_child("MeasuredBy"));
+    result.save_file(Path("old.xml").c_str(), "  ");
+    ASSERT_EQ(Run({"judge", Path("old.xml"), "-o", Path("one.xml")}), kExitPassed) << err;
+    ASSERT_EQ(Run({"judge", Path("one.xml"), "-o", Path("two.xml")}), kExitPassed) << err;
+    EXPECT_EQ(Read("one.xml"), Read("two.xml"));
+    EXPECT_EQ(Read("one.xml").find("<JudgedBy"), std::string::npos);
+    ASSERT_EQ(Run({"show", Path("old.xml")}), kExitPassed);
+    EXPECT_FALSE(Prints("Taken ")) << out;
+}
+
+TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
+    const std::string three = Shot("80") + Shot("81") + Shot("82");
+    const struct {
+        const char* title;
+        std::string recording;
+        std::string script;
+        int code;
+        std::string ending;
+        std::string line;  ///< behind the name of the test, blanks as one
+    } cases[] = {
+        {"complete", three, "start,next", kExitPassed, "Complete", "Pass"},
+        {"stopped", three, "start,stop@2,next", kExitPassed, "Stopped", "Pass (stopped after 2 of 3)"},
+        {"link", Shot("80") + "{\"link\":false}\n", "start,next", kExitFault, "Broken",
+         "Pass (broke off: the link to the instruments was lost)"},
+        {"used up", Shot("80"), "start,next", kExitFault, "Broken",
+         "Pass (broke off: the recording is used up; exposures delivered: 1)"},
+        {"poll", Shot("80") + "{\"throws\":\"Poll\"}\n" + three, "start,next", kExitFault, "Broken",
+         "Pass (broke off: Poll failed)"},
+        {"arming", "{\"throws\":\"ApplySettings\"}\n" + three, "start,next", kExitFault, "Broken",
+         "not tested (broke off: ApplySettings failed)"},
+        {"redo", three + "{\"link\":false}\n", "start,redo 2,next", kExitFault, "Broken",
+         "Pass (broke off: redo of exposure 2: the link to the instruments was lost)"},
+        {"mended", three + three, "start,redo 2,next", kExitPassed, "Complete", "Pass"},
+    };
+    for (const auto& run : cases) {
+        SCOPED_TRACE(run.title);
+        std::filesystem::remove(Path("out.xml"));
+        Write("s.xml", Sequence(Element(1, 500, Exposures(3))));
+        Write("r.jsonl", kHead + run.recording);
+        EXPECT_EQ(RunFile("s.xml", "r.jsonl", run.script), run.code) << err;
+        EXPECT_EQ(ResultOf(1).child("Run").attribute("Ending").value(), run.ending);
+        const auto check = [&](const std::string& command) {
+            std::istringstream lines(out);
+            std::string line;
+            while (std::getline(lines, line) && line.find("Fluoroscopy Accuracy: T") == std::string::npos) {
+            }
+            line = std::regex_replace(line, std::regex(" +"), " ");
+            // A note that is too long for the line is cut; show prints it whole.
+            const std::string wanted = "1 Fluoroscopy Accuracy: T " + run.line;
+            if (line.ends_with("~"))
+                EXPECT_EQ(wanted.substr(0, line.size() - 1) + "~", line) << command;
+            else
+                EXPECT_EQ(line, wanted) << command;
+        };
+        check("run");
+        Run({"judge", Path("out.xml"), "-o", Path("again.xml")});
+        check("judge");
+        EXPECT_EQ(Read("again.xml"), Read("out.xml"));
+        Run({"show", Path("out.xml")});
+        check("show");
+        const std::string reason = ResultOf(1).child("Run").attribute("Reason").value();
+        EXPECT_TRUE(Prints(reason)) << out;
+        for (std::size_t at = 0; at < out.size(); at = out.find('\n', at) + 1)
+            EXPECT_LE(out.find('\n', at) - at, 100U) << out.substr(at, 120);
+    }
+}
+
+TEST_F(VerdictTest, AWaveformThatFailedIsTold) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(1) + "<NumberOfExposures0>1</NumberOfExposures0>")));
+    Write("r.jsonl", kHead + "{\"throws\":\"GetWaveform\"}\n" +
+                         R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
+                         R"("waveforms":[{"type":1,"resolution":10,"samples":"0,40.5,80.1,0"}]}})"
+                         "\n");
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    EXPECT_TRUE(Prints("Pass  (with a fault: GetWaveform failed)")) << out;
+    EXPECT_STREQ(ResultOf(1).child("Run").attribute("Ending").value(), "Complete");
+}
+
+TEST_F(VerdictTest, JudgeSaysWhichVerdictsChangedAndWhy) {
+    Measure();
+    Edit("<ExpectedResult>", "Value=\"88\"", "Value=\"84\"");
+    ASSERT_EQ(Run({"judge", Path("edited.xml"), "-o", Path("again.xml")}), kExitFailed) << err;
+    EXPECT_EQ(
+        err,
+        "vorex: element 3: Pass -> Fail: kVp Avg exposure 2, 84.3 KV, at least 70, at most 84 (Site 1), "
+        "before at least 70, at most 88\n");
+    ASSERT_EQ(Run({"judge", Path("again.xml"), "-o", Path("third.xml")}), kExitFailed);
+    EXPECT_EQ(err, "") << "its verdict stands now";
+    EXPECT_EQ(Read("third.xml"), Read("again.xml"));
+    // And back.
+    Write("out.xml", Read("again.xml"));
+    Edit("<ExpectedResult>", "Value=\"84\"", "Value=\"90\"");
+    ASSERT_EQ(Run({"judge", Path("edited.xml"), "-o", Path("again.xml")}), kExitPassed);
+    EXPECT_EQ(
+        err,
+        "vorex: element 3: Fail -> Pass: kVp Avg exposure 2, 84.3 KV, at least 70, at most 90 (Site 1), "
+        "before at least 70, at most 84\n");
+}
+
+TEST_F(VerdictTest, ShowTellsWhatIsNotAsItWas) {
+    Measure();
+    ASSERT_EQ(Run({"show", Path("out.xml")}), kExitPassed);
+    EXPECT_TRUE(Prints("Taken 2026-01-15T09:00:00+01:00 to 2026-01-15T09:00:0")) << out;
+    EXPECT_FALSE(Prints("edited since") || Prints("Limits that") || Prints("The run")) << out;
+    Edit("<ExpectedResult>", "Value=\"88\"", "Value=\"90\"");
+    ASSERT_EQ(Run({"judge", Path("edited.xml"), "-o", Path("again.xml")}), kExitPassed);
+    EXPECT_EQ(Read("again.xml"), Read("edited.xml")) << "the limits still allow it";
+    ASSERT_EQ(Run({"show", Path("again.xml")}), kExitPassed);
+    EXPECT_TRUE(Prints("Site 1, ER kVp Avg, at most: now 90, then 88\n")) << out;
+    Edit("<PlugInData", "<MachineKV0>0<", "<MachineKV0>70<");
+    ASSERT_EQ(Run({"show", Path("edited.xml")}), kExitPassed);
+    EXPECT_TRUE(Prints("Settings edited since:\n    MachineKV0: now 70, then 0\n")) << out;
+}
+
+TEST_F(VerdictTest, ABadRecordIsAnErrorOfTheFile) {
+    Measure();
+    for (const auto& [from, to] :
+         {std::pair("Ending=\"Complete\"", "Ending=\"Perhaps\""),
+          std::pair("Planned=\"2\"", "Planned=\"-2\""), std::pair("Formulas=\"1\"", "Formulas=\"new\"")}) {
+        Edit("<Run", from, to);
+        EXPECT_EQ(Run({"show", Path("edited.xml")}), kExitUsage) << to;
+        EXPECT_NE(err.find("of \"Run\""), std::string::npos) << err;
+    }
+}
+
+// ---------------------------------------------------------------------------------------- safe state
+
+/// Presses Start, then Next or, where that is not enabled, closes the guide.
+class Starter : public IHeadlessOperator {
+  public:
+    bool OnIdle(IModalWindow& window) override {
+        auto* guide = dynamic_cast<FZRD47500TestGuide*>(&window);
+        if (!std::exchange(started, true))
+            guide->PressButton(guide_button::kStart);
+        else if (!guide->PressButton(guide_button::kNext))
+            guide->Visible(false);
+        return true;
+    }
+    void AfterEvent() override {}
+    bool started = false;
+};
+
+TEST_F(VerdictTest, AnInstrumentFaultEndsInASafeState) {
+    const ZrdReading reading{"80", "81", "80", "10", "100", "100", "10", "0", "0", "3"};
+    const struct {
+        const char* title;
+        std::function<void(FakeInstruments&)> prepare;
+        std::string reason;
+        int rows;
+    } cases[] = {
+        {"arming", [](FakeInstruments& room) { room.failing.insert("ApplySettings"); }, "ApplySettings fails",
+         0},
+        {"polling", [](FakeInstruments& room) { room.failing.insert("Poll"); }, "Poll fails", 1},
+        {"transferring", [](FakeInstruments& room) { room.failing.insert("Armed"); }, "Armed fails", 1},
+        {"link", [](FakeInstruments& room) { room.alive = false; }, "the link to the instruments was lost",
+         1},
+    };
+    for (const auto& fault : cases) {
+        SCOPED_TRACE(fault.title);
+        const std::string title = fault.title;
+        const auto room = std::make_shared<FakeInstruments>();
+        int polls = 0;
+        if (title == "arming") fault.prepare(*room);
+        // The fault comes with the first exposure, or at the poll behind it.
+        room->onPoll = [&](DetectorEvents& events) {
+            if (++polls == 1) {
+                room->exposureDone = true;
+            } else if (polls == 2) {
+                events.VTI_DataReady.Raise(reading);
+                fault.prepare(*room);
+                events.vti_CheckExposureWaveform.Raise(kKvWaveform);
+            }
+        };
+        const auto platform = std::make_shared<HeadlessPlatform>();
+        Starter starter;
+        platform->Operator(&starter);
+        ReferenceHostOptions options;
+        options.platform = platform;
+        options.createDetectorService = [&] { return std::make_shared<FakeDetector>(room); };
+        options.createDetectorLink = [&] { return std::make_shared<FakeLink>(room); };
+        InstallLibrary(MakeReferenceHost(options));
+        {
+            const std::string config = "<DetectorName>1</DetectorName>" + Exposures(3) +
+                                       "<NumberOfExposures0>1</NumberOfExposures0>";
+            const auto file = ElementFile::FromText(Sequence(Element(1, 100, config)), "s.xml");
+            RunSequence(file->Elements(), std::make_shared<ExecutionPipe>(
+                                              file->Instruments(), file->Selected(), ExecutionHooks()));
+            file->Save(Path("out.xml"));
+        }
+        InstallServices({});
+        ResetState();
+        result.load_file(Path("out.xml").c_str());
+        const pugi::xml_node run = ResultOf(1).child("Run");
+        EXPECT_STREQ(run.attribute("Ending").value(), "Broken");
+        EXPECT_EQ(run.attribute("Reason").value(), fault.reason);
+        EXPECT_EQ(StatusOf(1), fault.rows == 0 ? "0" : "1") << "what was taken is judged";
+        EXPECT_EQ(ValuesOf(1, "kVp Avg"), fault.rows == 0 ? "" : "80");
+        // Nothing is armed or polled behind the last disarming, and the instruments are left.
+        const auto& calls = room->calls;
+        const auto disarmed = std::find(calls.rbegin(), calls.rend(), "Armed 0");
+        ASSERT_NE(disarmed, calls.rend());
+        int left = 0;
+        for (auto at = calls.rbegin(); at != disarmed; ++at) {
+            EXPECT_NE(*at, "Armed 1");
+            EXPECT_NE(at->substr(0, 4), "Poll");
+            left += *at == "Disconnect" ? 1 : 0;
+        }
+        EXPECT_GE(left, 1) << "disconnected, after the disarming";
+    }
+}
+
+}  // namespace
+}  // namespace vorex::test
