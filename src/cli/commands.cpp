@@ -35,6 +35,7 @@
 #include "host/reference_host.h"
 #include "host/run_journal.h"
 #include "host/survey_exchange.h"
+#include "host/text_service.h"
 #include "instruments/recorded_instruments.h"
 #include "instruments/room.h"
 #include "instruments/simulated_instruments.h"
@@ -64,11 +65,16 @@ std::vector<fs::path> DataFolders(std::string_view kind) {
     return {program.parent_path().parent_path() / "share" / "vorex" / kind};
 }
 
+/// The language that was asked for, else that of the system.
+std::string LanguageOf(const CommonOptions& common) {
+    return common.language ? *common.language : SystemLanguage(DataFolders("languages"));
+}
+
 /// Installs library and host for the length of a command.
 class Installation {
   public:
     Installation(const CommonOptions& common, ReferenceHostOptions options = {}) {
-        options.language = common.language;
+        options.language = LanguageOf(common);
         options.languageFolders = DataFolders("languages");
         options.program = "vorex " + std::string(kProgramVersion);
         if (!options.platform) options.platform = std::make_shared<HeadlessPlatform>();
@@ -498,7 +504,7 @@ int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal&
     head.instruments = FromAnywhere(options.instruments);
     if (!options.room.empty()) head.room = fs::absolute(options.room).string();
     head.operatorScript = options.operatorScript;
-    head.language = common.language;
+    head.language = LanguageOf(common);
     head.realTime = options.realTime;
     setup.keeper.Keep(RunJournal::Create(options.output, head), setup.person, *setup.platform);
     return run();

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,7 @@ struct Terminal {
 
 /// What all commands share.
 struct CommonOptions {
-    std::string language = "en";
+    std::optional<std::string> language;  ///< without one: that of the system
 };
 
 struct NewOptions {

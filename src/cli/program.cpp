@@ -96,8 +96,8 @@ void AddOutput(CLI::App& command, std::filesystem::path& output) {
 }
 
 void AddLanguage(CLI::App& command, CommonOptions& common) {
-    command.add_option("--language", common.language, "Language of the texts, by its code")
-        ->capture_default_str();
+    command.add_option("--language", common.language,
+                       "Language of the texts, by its code (en, de, fr, es); without it that of the system");
 }
 
 void AddStandardsCommands(CLI::App& app, Arguments& arguments) {

@@ -1,6 +1,7 @@
 #include "host/text_service.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -51,6 +52,17 @@ std::vector<std::string> Languages(std::span<const fs::path> folders) {
             if (at->path().extension() == kTableSuffix) codes.insert(at->path().stem().string());
     }
     return {codes.begin(), codes.end()};
+}
+
+std::string SystemLanguage(std::span<const fs::path> folders) {
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value == nullptr || *value == '\0') continue;
+        const std::string_view locale = value;
+        std::string code(locale.substr(0, locale.find_first_of("_.@")));
+        return TableOf(code, folders).empty() ? std::string(kBuiltIn) : code;
+    }
+    return std::string(kBuiltIn);
 }
 
 std::shared_ptr<TextService> TextService::ForLanguage(std::string_view code,

@@ -30,6 +30,10 @@ class TextService final : public ITextService {
     std::map<std::string, std::string, std::less<>> mTexts;
 };
 
+/// The language that the environment asks for (LC_ALL, else LC_MESSAGES, else LANG; "de_DE.UTF-8" is "de");
+/// English where the folders have no table of it.
+std::string SystemLanguage(std::span<const std::filesystem::path> folders);
+
 /// The codes of the languages there are, in alphabetical order.
 std::vector<std::string> Languages(std::span<const std::filesystem::path> folders);
 

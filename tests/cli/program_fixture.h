@@ -24,6 +24,7 @@ class ProgramTest : public ::testing::Test {
                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
+        setenv("LC_ALL", "C", 1);
         setenv("VOREX_SETTINGS", Path("settings.ini").c_str(), 1);
     }
     void TearDown() override {

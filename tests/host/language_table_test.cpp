@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
+
+#include "config/config_common.h"
+#include "foundation/number_text.h"
+#include "foundation/text_keys.h"
+#include "host/text_service.h"
+#include "host_fixture.h"
+#include "results/result_columns.h"
+
+namespace vorex::host_test {
+namespace {
+
+namespace fs = std::filesystem;
+using Table = std::map<std::string, std::string>;
+
+constexpr const char* kLanguages[] = {"de", "fr", "es"};
+
+std::string WholeFile(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+Table TableOf(const std::string& code) {
+    const fs::path file = fs::path(test::kSourceDir) / "languages" / (code + ".json");
+    return nlohmann::json::parse(WholeFile(file)).get<Table>();
+}
+
+/// Every text key that stands in the sources, whichever file spells it.
+const std::set<std::string>& KeysOfSources() {
+    static const std::set<std::string> keys = [] {
+        static const std::regex kKey("\"([0-9]+::[^\"\n]*)\"");
+        std::set<std::string> found;
+        for (const auto& entry : fs::recursive_directory_iterator(fs::path(test::kSourceDir) / "src")) {
+            const auto suffix = entry.path().extension();
+            if (suffix != ".h" && suffix != ".cpp") continue;
+            const std::string source = WholeFile(entry.path());
+            for (std::sregex_iterator at(source.begin(), source.end(), kKey), end; at != end; ++at)
+                found.insert((*at)[1]);
+        }
+        return found;
+    }();
+    return keys;
+}
+
+std::string EnglishOf(const std::string& key) {
+    return key.substr(key.find("::") + 2);
+}
+
+std::multiset<std::string> PlaceholdersOf(const std::string& words) {
+    static const std::regex kPlaceholder("%%[0-9]*");
+    std::multiset<std::string> found;
+    for (std::sregex_iterator at(words.begin(), words.end(), kPlaceholder), end; at != end; ++at)
+        found.insert(at->str());
+    return found;
+}
+
+std::size_t LeadingBlanks(const std::string& words) {
+    return std::min(words.find_first_not_of(' '), words.size());
+}
+
+std::size_t TrailingBlanks(const std::string& words) {
+    return LeadingBlanks(std::string(words.rbegin(), words.rend()));
+}
+
+class LanguageTableTest : public HostTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(LanguageTableTest, HasTheKeysOfTheSourcesAndNoOthers) {
+    const Table table = TableOf(GetParam());
+    ASSERT_TRUE(KeysOfSources().contains(std::string(text::kPass)));
+    for (const std::string& key : KeysOfSources()) EXPECT_TRUE(table.contains(key)) << "missing: " << key;
+    for (const auto& [key, words] : table)
+        EXPECT_TRUE(KeysOfSources().contains(key)) << "nothing uses " << key;
+}
+
+TEST_P(LanguageTableTest, KeepsPlaceholdersOuterBlanksAndAcceleratorsOfTheKey) {
+    for (const auto& [key, words] : TableOf(GetParam())) {
+        const std::string english = EnglishOf(key);
+        EXPECT_FALSE(words.empty()) << key;
+        EXPECT_EQ(PlaceholdersOf(words), PlaceholdersOf(english)) << key;
+        EXPECT_EQ(LeadingBlanks(words), LeadingBlanks(english)) << key;
+        EXPECT_EQ(TrailingBlanks(words), TrailingBlanks(english)) << key;
+        if (key == text::kShowAll) {
+            EXPECT_EQ(std::count(words.begin(), words.end(), '&'), 1) << key;
+        }
+    }
+}
+
+/// A column that shows the English caption shows one of thirteen characters, or a third longer, as well.
+TEST_P(LanguageTableTest, CaptionsFitTheirColumns) {
+    constexpr std::size_t kAlwaysFits = 13;
+    const Table table = TableOf(GetParam());
+    std::size_t captions = 0;
+    for (int32_t testId : kMeasuringTests)
+        for (int32_t kind = 1; kind <= 5; ++kind)
+            for (int32_t mode = 1; mode <= 4; ++mode) {
+                CConfigCommon config;
+                config.DefaultValues(testId);
+                config.DetectorName = kind;
+                config.pMeasurementMode = mode;
+                for (const auto& column : BuildColumns(config)) {
+                    const std::string english = column->Description();
+                    const auto key = std::find_if(table.begin(), table.end(), [&](const auto& row) {
+                        return EnglishOf(row.first) == english;
+                    });
+                    if (key == table.end()) continue;
+                    ++captions;
+                    const std::size_t most = std::max(kAlwaysFits, (CodePoints(english) * 13 + 9) / 10);
+                    EXPECT_LE(CodePoints(key->second), most) << key->first << ": " << key->second;
+                }
+            }
+    EXPECT_GT(captions, 100U);
+}
+
+/// What instruments say, what a file holds as text, and units that are joined before they are stored.
+TEST_P(LanguageTableTest, LeavesWhatFilesAndInstrumentsHoldAsItIs) {
+    const Table table = TableOf(GetParam());
+    for (std::string_view key :
+         {text::kOverRange, text::kUnderRange, text::kMolybdenum, text::kRhodium, text::kPhantom5cm,
+          text::kModeNormal, text::kDefaultInstrument, text::kDoseUnitR, text::kDoseUnitGy,
+          text::kDoseUnitCoulomb, text::kUnitAmpere, text::kRatePerSec, text::kRatePerMin, text::kRatePerHour,
+          text::kRatePerPulse})
+        EXPECT_EQ(table.at(std::string(key)), EnglishOf(std::string(key)));
+}
+
+/// A saved verdict is found as the first of these words that the value holds.
+TEST_P(LanguageTableTest, NoStoredWordHoldsAnother) {
+    const Table table = TableOf(GetParam());
+    const std::string_view keys[] = {text::kPass,       text::kFail, text::kNotApplicable, text::kOverRange,
+                                     text::kUnderRange, text::kTrue, text::kFalse};
+    for (std::string_view one : keys)
+        for (std::string_view other : keys)
+            if (one != other) {
+                EXPECT_EQ(table.at(std::string(one)).find(table.at(std::string(other))), std::string::npos)
+                    << one << " and " << other;
+            }
+}
+
+/// The program as a user starts it, for it finds the tables beside itself.
+TEST_P(LanguageTableTest, ARunGivesTheSameFileAsInEnglish) {
+    const auto run = [&](const std::string& language, const std::string& arguments) {
+        const std::string command = "cd '" + folder.string() + "' && '" + std::string(test::kProgramPath) +
+                                    "' " + arguments + " --language " + language + " > printed 2>&1";
+        const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
+        EXPECT_LT(WEXITSTATUS(status), 2) << command << "\n" << Read("printed");
+    };
+    const std::string code = GetParam();
+    for (int32_t testId : kMeasuringTests) {
+        const std::string id = PlainText(testId);
+        for (const std::string& language : {std::string("en"), code}) {
+            run(language, "new " + id + " -o new." + language);
+            run(language, "run new." + language + " --instruments simulated:7 -o run." + language);
+            run(language, "judge run." + language + " -o judged." + language);
+        }
+        for (const std::string stage : {"new.", "run.", "judged."})
+            EXPECT_EQ(Read(stage + code), Read(stage + "en")) << stage << id;
+        EXPECT_NE(Read("run." + code).find("ResultItem"), std::string::npos) << id;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shipped, LanguageTableTest, testing::ValuesIn(kLanguages),
+                         [](const auto& language) { return std::string(language.param); });
+
+TEST_F(HostTest, TheLanguageOfTheSystemIsThatOfTheStrongestVariable) {
+    Write("de.json", "{}");
+    Write("fr.json", "{}");
+    const std::vector<fs::path> folders{folder};
+    struct {
+        std::string all, messages, lang, expected;
+    } const cases[] = {{"", "", "de_DE.UTF-8", "de"}, {"", "fr_CH", "de_DE", "fr"},
+                       {"de@euro", "fr", "fr", "de"}, {"C.UTF-8", "fr", "de", "en"},
+                       {"", "", "pl_PL.UTF-8", "en"}, {"", "", "", "en"},
+                       {"../de", "", "", "en"}};
+    for (const auto& row : cases) {
+        const ScopedEnvironment all("LC_ALL", row.all);
+        const ScopedEnvironment messages("LC_MESSAGES", row.messages);
+        const ScopedEnvironment lang("LANG", row.lang);
+        EXPECT_EQ(SystemLanguage(folders), row.expected) << row.all << "," << row.messages << "," << row.lang;
+    }
+}
+
+}  // namespace
+}  // namespace vorex::host_test
