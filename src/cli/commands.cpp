@@ -408,7 +408,7 @@ int WithReport(int code, const ElementFile& file, const ReportOptions& report, c
                Terminal& terminal) {
     if (report.output.empty()) return code;
     try {
-        WriteReport(file, *OpenStandards(DataFolders(kStandards), terminal.err), report, common.language);
+        WriteReport(file, *OpenStandards(DataFolders(kStandards), terminal.err), report, LanguageOf(common));
         return code;
     } catch (const std::exception& error) {
         terminal.err << "vorex: " << error.what() << "\n"
@@ -595,7 +595,7 @@ int ReportCommand(const ReportOptions& options, const CommonOptions& common, Ter
     CheckReport(options);
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
-    WriteReport(*file, *OpenStandards(DataFolders(kStandards), terminal.err), options, common.language);
+    WriteReport(*file, *OpenStandards(DataFolders(kStandards), terminal.err), options, LanguageOf(common));
     terminal.out << "Report written as " << options.output.string() << "\n";
     return kExitPassed;
 }
