@@ -9,6 +9,7 @@
 #include "guide/guide_columns.h"
 #include "guide/guide_details.h"
 #include "guide/test_guide_form.h"
+#include "mqsa/result_mqsa.h"
 #include "results/result_columns.h"
 
 // The table of the guide: its columns, what the operator does in it, and its pop-up menu.
@@ -59,6 +60,14 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
     view.MQSAHelpText.Connect([this](const std::string& text) {
         mDetails = {text};
         Changed.Raise();
+    });
+    view.MQSAClick.Connect([this](int32_t row, int32_t column) {
+        const auto survey = mElement.lock();
+        const auto result = survey ? std::dynamic_pointer_cast<CResultMQSA>(survey->Result()) : nullptr;
+        if (!result) return;
+        result->MQSAClickHandle(static_cast<uint8_t>(row), static_cast<uint8_t>(column));
+        events.ItemClicked.Raise(true);
+        ShowStatus(result.get());
     });
     mView->Initialize(true, element);
     mView->Limits(element->Limits());

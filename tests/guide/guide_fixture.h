@@ -73,6 +73,7 @@ class GuideTest : public ::testing::Test {
         static constexpr ClassEntry kClasses[] = {
             {"XResultListView", [] { return std::shared_ptr<LibraryObject>(new XResultListView); }},
             {"XResultFlxGrid", [] { return std::shared_ptr<LibraryObject>(new XResultFlxGrid); }},
+            {"XResultMQSA", [] { return std::shared_ptr<LibraryObject>(new XResultListView); }},
         };
         HostServices services;
         services.platform = platform;

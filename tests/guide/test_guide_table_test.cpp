@@ -1,4 +1,6 @@
+#include "config/config_mqsa.h"
 #include "guide/guide_fixture.h"
+#include "mqsa/result_mqsa.h"
 
 namespace vorex::test {
 namespace {
@@ -283,6 +285,30 @@ TEST_F(GuideTable, ARedoThatBreaksOffUnlocksTheBar) {
     EXPECT_EQ(guide->RunState(), GuideState::kIdle);
     EXPECT_TRUE(Button(guide_button::kNext).enabled) << "the earlier result stands";
     EXPECT_TRUE(guide->Watching());
+}
+
+class SurveyElement : public FakeElement {
+  public:
+    int32_t TestID() const override { return kMqsaSurvey; }
+    std::shared_ptr<IResultData> Result() const override { return survey; }
+
+    std::shared_ptr<CResultMQSA> survey = std::make_shared<CResultMQSA>();
+};
+
+TEST_F(GuideTable, AnAnswerInTheSheetOfTheSurveyGoesToItsItem) {
+    Open(kRadioRepro);
+    const auto sheet = std::make_shared<SurveyElement>();
+    sheet->survey->Initialize(std::make_shared<CConfigMQSA>());
+    guide->Initialize(sheet, pipe, {});
+    Events();
+    guide->Table()->events.MQSAClick.Raise(3, 2);
+    EXPECT_EQ(sheet->survey->Items()[3]->Status(), kPassed);
+    guide->Table()->events.MQSAClick.Raise(3, 3);
+    EXPECT_EQ(sheet->survey->Items()[3]->Status(), kFailed);
+    EXPECT_EQ(sheet->survey->Items()[2]->Status(), kNotTested);
+    EXPECT_EQ(Events(), "ItemClicked1 ItemClicked1");
+    guide->Table()->events.MQSAClick.Raise(49, 2);
+    EXPECT_EQ(Events(), "") << "there are 49 items";
 }
 
 }  // namespace
