@@ -23,40 +23,6 @@ void CTestCommon::Class_Initialize() {
     mBase->Limits(limits);
 }
 
-std::string CTestCommon::PlugInID() const {
-    return mBase->PlugInID();
-}
-int32_t CTestCommon::TestID() const {
-    return mBase->TestID();
-}
-int32_t CTestCommon::ID() const {
-    return mBase->ID();
-}
-void CTestCommon::ID(int32_t id) {
-    mBase->ID(id);
-}
-std::shared_ptr<ITestElement> CTestCommon::Parent() const {
-    return mBase->Parent();
-}
-void CTestCommon::Parent(const std::shared_ptr<ITestElement>& parent) {
-    mBase->Parent(parent);
-}
-std::shared_ptr<IElementInfo> CTestCommon::Info() const {
-    return mBase->Info();
-}
-std::shared_ptr<IElementFilter> CTestCommon::Filter() const {
-    return mBase->Filter();
-}
-std::shared_ptr<IResultData> CTestCommon::Result() const {
-    return mBase->Result();
-}
-std::shared_ptr<ILimitData> CTestCommon::Limits() const {
-    return mBase->Limits();
-}
-std::shared_ptr<IConfigData> CTestCommon::Configuration() const {
-    return mBase->Configuration();
-}
-
 void CTestCommon::Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
                              int32_t testId) {
     mBase->Initialize(parent, plugInId, testId);
@@ -92,14 +58,6 @@ void CTestCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog
     AdoptDetectorOption();
 }
 
-std::shared_ptr<IXmlElement> CTestCommon::Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) {
-    return mBase->Save(owner, saveMode);
-}
-
-void CTestCommon::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) {
-    mBase->PrintReport(report, setup);
-}
-
 std::shared_ptr<ITestElement> CTestCommon::Clone() {
     auto clone = Create();
     clone->AttachBase(mBase->Clone());
@@ -122,18 +80,6 @@ void CTestCommon::AttachOwner(const std::shared_ptr<ITestElement>& element) {
 void CTestCommon::UpdateReferences() {
     const auto limits = mBase->Limits();
     if (limits && limits->Standards()) limits->Standards()->Owner(shared_from_this());
-}
-
-bool CTestCommon::QuerySetParent(const std::shared_ptr<ITestElement>& /*parent*/) {
-    return true;
-}
-
-std::vector<std::string> CTestCommon::GetMeasurementList() const {
-    return {};
-}
-
-void CTestCommon::Terminate() {
-    mBase->Terminate();
 }
 
 void CTestCommon::FinishTest(const CMtiData2* first, const CMtiData2* second) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "config/config_common.h"
+#include "execution/element_on_base.h"
 #include "execution/test_guide_contract.h"
 #include "foundation/class_registry.h"
 #include "foundation/detector_service.h"
@@ -22,7 +23,7 @@ namespace vorex {
 ///
 /// `Perform` shows the guide modally; Start runs the exposure loop inside the guide's event, the loop waits
 /// for events, and the poll timer's tick and all events of the instruments arrive nested in that wait.
-class CTestCommon : public ITestElement,
+class CTestCommon : public ElementOnBase<ITestElementBase>,
                     public LibraryObject,
                     public std::enable_shared_from_this<CTestCommon> {
   public:
@@ -38,28 +39,12 @@ class CTestCommon : public ITestElement,
     uint8_t ExposureRow() const { return mExposureNo; }
 
     // ITestElement
-    std::string PlugInID() const override;
-    int32_t TestID() const override;
-    int32_t ID() const override;
-    void ID(int32_t id) override;
-    std::shared_ptr<ITestElement> Parent() const override;
-    void Parent(const std::shared_ptr<ITestElement>& parent) override;
-    std::shared_ptr<IElementInfo> Info() const override;
-    std::shared_ptr<IElementFilter> Filter() const override;
-    std::shared_ptr<IResultData> Result() const override;
-    std::shared_ptr<ILimitData> Limits() const override;
-    std::shared_ptr<IConfigData> Configuration() const override;
     void Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
                     int32_t testId) override;
     std::shared_ptr<ITestElement> Clone() override;
     void Perform(const std::shared_ptr<IExecutionPipe>& pipe) override;
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
-    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
-    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
-    bool QuerySetParent(const std::shared_ptr<ITestElement>& parent) override;
-    void Terminate() override;
     void UpdateReferences() override;
-    std::vector<std::string> GetMeasurementList() const override;
 
   private:
     // Construction and persistence (test_common.cpp).
@@ -130,7 +115,6 @@ class CTestCommon : public ITestElement,
     void FetchWaveforms(uint8_t type);
     void TransferWaveform(uint8_t type);
 
-    std::shared_ptr<ITestElementBase> mBase;
     std::shared_ptr<IExecutionPipe> mPipe;
     std::shared_ptr<CResultCommon> mResult;
     bool mStartBusy = false;

@@ -78,40 +78,6 @@ void CTestGroup::AttachLimits() {
     mBase->Limits(limits);
 }
 
-std::string CTestGroup::PlugInID() const {
-    return mBase->PlugInID();
-}
-int32_t CTestGroup::TestID() const {
-    return mBase->TestID();
-}
-int32_t CTestGroup::ID() const {
-    return mBase->ID();
-}
-void CTestGroup::ID(int32_t id) {
-    mBase->ID(id);
-}
-std::shared_ptr<ITestElement> CTestGroup::Parent() const {
-    return mBase->Parent();
-}
-void CTestGroup::Parent(const std::shared_ptr<ITestElement>& parent) {
-    mBase->Parent(parent);
-}
-std::shared_ptr<IElementInfo> CTestGroup::Info() const {
-    return mBase->Info();
-}
-std::shared_ptr<IElementFilter> CTestGroup::Filter() const {
-    return mBase->Filter();
-}
-std::shared_ptr<IResultData> CTestGroup::Result() const {
-    return mBase->Result();
-}
-std::shared_ptr<ILimitData> CTestGroup::Limits() const {
-    return mBase->Limits();
-}
-std::shared_ptr<IConfigData> CTestGroup::Configuration() const {
-    return mBase->Configuration();
-}
-
 void CTestGroup::Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view /*plugInId*/,
                             int32_t testId) {
     mBase->Initialize(parent, kPlugInId, testId);
@@ -250,22 +216,10 @@ void CTestGroup::PrintReport(IReportDocument* report, const std::shared_ptr<IRep
     if (report != nullptr && (!filter || filter->Print())) mBase->PrintReport(report, setup);
 }
 
-bool CTestGroup::QuerySetParent(const std::shared_ptr<ITestElement>& /*parent*/) {
-    return true;
-}
-
-void CTestGroup::Terminate() {
-    mBase->Terminate();
-}
-
 void CTestGroup::UpdateReferences() {
     const auto limits = mBase->Limits();
     if (limits && limits->Standards()) limits->Standards()->Owner(shared_from_this());
     mBase->UpdateReferences();
-}
-
-std::vector<std::string> CTestGroup::GetMeasurementList() const {
-    return {};
 }
 
 }  // namespace vorex

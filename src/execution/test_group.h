@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "execution/element_on_base.h"
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
 
@@ -42,7 +43,7 @@ class CResultTestGroup : public IResultData, public LibraryObject {
 
 /// An element that holds other elements and performs them in order, as the navigation code that each child
 /// leaves in the pipe tells.
-class CTestGroup : public ITestElement,
+class CTestGroup : public ElementOnBase<ITestContainerBase>,
                    public ITestContainer,
                    public LibraryObject,
                    public std::enable_shared_from_this<CTestGroup> {
@@ -53,17 +54,6 @@ class CTestGroup : public ITestElement,
     void Class_Initialize();
 
     // ITestElement
-    std::string PlugInID() const override;
-    int32_t TestID() const override;
-    int32_t ID() const override;
-    void ID(int32_t id) override;
-    std::shared_ptr<ITestElement> Parent() const override;
-    void Parent(const std::shared_ptr<ITestElement>& parent) override;
-    std::shared_ptr<IElementInfo> Info() const override;
-    std::shared_ptr<IElementFilter> Filter() const override;
-    std::shared_ptr<IResultData> Result() const override;
-    std::shared_ptr<ILimitData> Limits() const override;
-    std::shared_ptr<IConfigData> Configuration() const override;
     void Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
                     int32_t testId) override;
     std::shared_ptr<ITestElement> Clone() override;
@@ -73,10 +63,7 @@ class CTestGroup : public ITestElement,
     /// Empty when the filter excludes the group from saving.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
-    bool QuerySetParent(const std::shared_ptr<ITestElement>& parent) override;
-    void Terminate() override;
     void UpdateReferences() override;
-    std::vector<std::string> GetMeasurementList() const override;
 
     // ITestContainer
     int32_t Count() const override;
@@ -97,8 +84,6 @@ class CTestGroup : public ITestElement,
     void PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe);
     /// Performs every child from an index on with a sequence flag set, so that each ends at once.
     void PassOver(const std::shared_ptr<IExecutionPipe>& pipe, int32_t firstIndex, bool& flag);
-
-    std::shared_ptr<ITestContainerBase> mBase;
 };
 
 }  // namespace vorex

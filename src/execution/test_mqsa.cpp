@@ -24,11 +24,6 @@ void CTestMQSA::Class_Initialize() {
     mBase->Limits(limits);
 }
 
-void CTestMQSA::Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
-                           int32_t testId) {
-    mBase->Initialize(parent, plugInId, testId);
-}
-
 void CTestMQSA::CreateResult(bool force) {
     mResult = force ? nullptr : std::dynamic_pointer_cast<CResultMQSA>(mBase->Result());
     if (mResult) return;
@@ -45,14 +40,6 @@ std::shared_ptr<CResultMQSA> CTestMQSA::Survey() {
 void CTestMQSA::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
     if (element->Name() == tag::kResultItem) CreateResult(true);
     mBase->Load(element, log);
-}
-
-std::shared_ptr<IXmlElement> CTestMQSA::Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) {
-    return mBase->Save(owner, saveMode);
-}
-
-void CTestMQSA::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) {
-    mBase->PrintReport(report, setup);
 }
 
 std::shared_ptr<ITestElement> CTestMQSA::Clone() {
@@ -78,22 +65,13 @@ void CTestMQSA::UpdateReferences() {
 
 void CTestMQSA::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
     if (!pipe->BeginElement(*this)) return;
-    mDiscard = mMarkNA = false;
     CreateResult(false);
     const bool earlierResult = mResult->Status() != kNotTested;
     mPipe = pipe;
-    LibraryState& state = State();
-    if (state.gSkipRemaining) {
-        mPipe->NextAction(kGoSkip);
-        mDiscard = true;
-        state.gSkipRemaining = false;
-    } else if (state.gNARemaining) {
-        mPipe->NextAction(kGoNext);
-        mMarkNA = true;
-        state.gNARemaining = false;
-    } else {
-        RunGuide(earlierResult);
-    }
+    const PassedOver passed = TakePassedOver(*mPipe);
+    mDiscard = passed == PassedOver::kSkipped;
+    mMarkNA = passed == PassedOver::kMarkedNA;
+    if (passed == PassedOver::kNo) RunGuide(earlierResult);
     if (mfrmTestGuide) Guarded("Unload", [&] { mfrmTestGuide->Unload(); });
     mfrmTestGuide.reset();
     FinishTest();

@@ -36,24 +36,16 @@ class ScopedFlag {
 
 void CTestCommon::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
     if (!pipe->BeginElement(*this)) return;
-    mStopped = mDiscard = mKeep = mMarkNA = mStartBusy = mRedoActive = mRan = false;
+    mStopped = mStartBusy = mRedoActive = mRan = false;
     mExposureNo = 0;
     AdoptDetectorOption();
     CreateResult(false);
     const bool earlierResult = mResult && mResult->Status() != kNotTested;
     mPipe = pipe;
-    LibraryState& state = State();
-    if (state.gSkipRemaining) {
-        mPipe->NextAction(kGoSkip);
-        mDiscard = true;
-        state.gSkipRemaining = false;
-    } else if (state.gNARemaining) {
-        mPipe->NextAction(kGoNext);
-        mMarkNA = mKeep = true;
-        state.gNARemaining = false;
-    } else {
-        RunGuide(earlierResult);
-    }
+    const PassedOver passed = TakePassedOver(*mPipe);
+    mDiscard = passed == PassedOver::kSkipped;
+    mMarkNA = mKeep = passed == PassedOver::kMarkedNA;
+    if (passed == PassedOver::kNo) RunGuide(earlierResult);
     const std::vector<CMtiData2> instruments = ReadInstruments();
     if (mRan) NoteInstruments(instruments);
     Guarded("Disconnect", [&] { Vti().Disconnect(); });

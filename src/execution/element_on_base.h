@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/host_contract.h"
+#include "foundation/library_state.h"
+#include "foundation/vocabulary.h"
+
+namespace vorex {
+
+/// What every element leaves to the helper that the host gives it (`ITestElementBase`, for a group
+/// `ITestContainerBase`): its properties, its file and its printing.
+template <typename Base>
+class ElementOnBase : public ITestElement {
+  public:
+    std::string PlugInID() const override { return mBase->PlugInID(); }
+    int32_t TestID() const override { return mBase->TestID(); }
+    int32_t ID() const override { return mBase->ID(); }
+    void ID(int32_t id) override { mBase->ID(id); }
+    std::shared_ptr<ITestElement> Parent() const override { return mBase->Parent(); }
+    void Parent(const std::shared_ptr<ITestElement>& parent) override { mBase->Parent(parent); }
+    std::shared_ptr<IElementInfo> Info() const override { return mBase->Info(); }
+    std::shared_ptr<IElementFilter> Filter() const override { return mBase->Filter(); }
+    std::shared_ptr<IResultData> Result() const override { return mBase->Result(); }
+    std::shared_ptr<ILimitData> Limits() const override { return mBase->Limits(); }
+    std::shared_ptr<IConfigData> Configuration() const override { return mBase->Configuration(); }
+    void Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
+                    int32_t testId) override {
+        mBase->Initialize(parent, plugInId, testId);
+    }
+    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override {
+        return mBase->Save(owner, saveMode);
+    }
+    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override {
+        mBase->PrintReport(report, setup);
+    }
+    bool QuerySetParent(const std::shared_ptr<ITestElement>& /*parent*/) override { return true; }
+    void Terminate() override { mBase->Terminate(); }
+    std::vector<std::string> GetMeasurementList() const override { return {}; }
+
+  protected:
+    std::shared_ptr<Base> mBase;
+};
+
+enum class PassedOver : uint8_t { kNo, kSkipped, kMarkedNA };
+
+/// Whether the group passes this element over. Takes the flag away and leaves the code of its going on.
+inline PassedOver TakePassedOver(IExecutionPipe& pipe) {
+    LibraryState& state = State();
+    if (state.gSkipRemaining) {
+        state.gSkipRemaining = false;
+        pipe.NextAction(kGoSkip);
+        return PassedOver::kSkipped;
+    }
+    if (state.gNARemaining) {
+        state.gNARemaining = false;
+        pipe.NextAction(kGoNext);
+        return PassedOver::kMarkedNA;
+    }
+    return PassedOver::kNo;
+}
+
+}  // namespace vorex
