@@ -29,6 +29,7 @@ constexpr std::string_view kVersionName = "vorexJournal";
 constexpr std::string_view kSuffix = ".journal";
 constexpr std::size_t kChecksumDigits = 8;
 constexpr std::size_t kLargestJournal = std::size_t{1} << 30U;
+constexpr std::string_view kUnderWay = "belongs to a run that is still under way";
 constexpr std::string_view kAJournal = "a journal of an interrupted run";
 
 // ------------------------------------------------------------------------------------------ checksum
@@ -290,7 +291,8 @@ void RunJournal::Fail(const std::string& what) const {
 }
 
 bool RunJournal::Lock() const {
-    return ::flock(mDescriptor, LOCK_EX | LOCK_NB) == 0;
+    // A file system that knows no locks must not keep a run from being journalled.
+    return ::flock(mDescriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const JournalHead& head) {
@@ -298,7 +300,9 @@ std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const Jou
     const fs::path& path = journal->mPath;
     journal->mDescriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0666);
     if (journal->mDescriptor < 0) {
-        if (errno != EEXIST) journal->Fail("the journal of the run cannot be written");
+        const bool exists = errno == EEXIST;
+        if (exists && journal->TakeUnbegun()) return Begin(std::move(journal), head);
+        if (!exists) journal->Fail("the journal of the run cannot be written");
         std::string found;
         try {
             JournalContent content;
@@ -312,11 +316,27 @@ std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const Jou
         }
         throw FileError({path.string(), 0, {}}, found);
     }
+    return Begin(std::move(journal), head);
+}
+
+std::unique_ptr<RunJournal> RunJournal::Begin(std::unique_ptr<RunJournal> journal, const JournalHead& head) {
+    if (!journal->Lock()) throw FileError({journal->mPath.string(), 0, {}}, std::string(kUnderWay));
     journal->mNeeded = false;
-    journal->Lock();
     journal->AppendLine(HeadObject(head));
-    SyncFolder(path);
+    SyncFolder(journal->mPath);
     return journal;
+}
+
+/// A run that was killed before it wrote anything leaves an empty journal: there is nothing in it to lose.
+bool RunJournal::TakeUnbegun() {
+    mDescriptor = ::open(mPath.c_str(), O_RDWR | O_APPEND | O_CLOEXEC);
+    if (mDescriptor < 0) return false;
+    struct stat status {};
+    if (Lock() && ::fstat(mDescriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0)
+        return true;
+    ::close(mDescriptor);
+    mDescriptor = -1;
+    return false;
 }
 
 std::unique_ptr<RunJournal> RunJournal::Open(const fs::path& output, JournalContent& content) {
@@ -327,7 +347,7 @@ std::unique_ptr<RunJournal> RunJournal::Open(const fs::path& output, JournalCont
         throw FileError({name, 0, {}}, "there is no such journal: no run that writes " + output.string() +
                                            " was interrupted");
     if (journal->mDescriptor < 0) journal->Fail("cannot be opened");
-    if (!journal->Lock()) throw FileError({name, 0, {}}, "belongs to a run that is still under way");
+    if (!journal->Lock()) throw FileError({name, 0, {}}, std::string(kUnderWay));
     content = ParseJournal(WholeText(journal->mDescriptor, name), name);
     journal->mChecksum = content.checksum;
     journal->mSize = content.wholeBytes;

@@ -97,6 +97,8 @@ class RunJournal {
     [[noreturn]] void Fail(const std::string& what) const;
     /// False while another process has the file.
     bool Lock() const;
+    bool TakeUnbegun();
+    static std::unique_ptr<RunJournal> Begin(std::unique_ptr<RunJournal> journal, const JournalHead& head);
     void AppendLine(const std::string& object);
 
     std::filesystem::path mPath;

@@ -186,6 +186,17 @@ TEST_F(JournalTest, ARunDoesNotOverwriteTheJournalOfAnother) {
     EXPECT_NE(err.find("still under way"), std::string::npos) << err;
 }
 
+TEST_F(JournalTest, ARunTakesTheEmptyJournalOfARunThatNeverBegan) {
+    JournalOfTwo();
+    Write("out.xml.journal", "");
+    EXPECT_EQ(
+        Run({"run", Path("s.xml"), "--instruments", "recording:" + Path("r.jsonl"), "-o", Path("out.xml")}),
+        kExitPassed)
+        << err;
+    EXPECT_TRUE(Exists("out.xml"));
+    EXPECT_FALSE(Exists("out.xml.journal"));
+}
+
 TEST_F(JournalTest, AJournalThatCannotBeFollowedStays) {
     const std::string journal = JournalOfTwo();
     struct Case {
