@@ -321,7 +321,7 @@ std::string ElementLine(const ITestElement& element, int depth, bool colour) {
     std::string shown = words;
     if (status == kFailed) shown = Coloured(words, kRed, colour);
     if (status == kPassed) shown = Coloured(words, kGreen, colour);
-    return Fitted(left, kWidth - kStatusWidth - CodePoints(note)) + shown + note;
+    return Fitted(left, kWidth - CodePoints(words) - CodePoints(note)) + shown + note;
 }
 
 std::string ResultText(const ShownFile& file, bool colour) {

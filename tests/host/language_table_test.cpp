@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "config/config_common.h"
 #include "foundation/number_text.h"
@@ -67,7 +68,16 @@ std::size_t TrailingBlanks(const std::string& words) {
     return LeadingBlanks(std::string(words.rbegin(), words.rend()));
 }
 
-class LanguageTableTest : public HostTest, public testing::WithParamInterface<const char*> {};
+class LanguageTableTest : public HostTest, public testing::WithParamInterface<const char*> {
+  protected:
+    /// Starts the program as a user does, for it finds the tables beside itself; what it prints is "printed".
+    void Start(const std::string& language, const std::string& arguments) {
+        const std::string command = "cd '" + folder.string() + "' && '" + std::string(test::kProgramPath) +
+                                    "' " + arguments + " --language " + language + " > printed 2>&1";
+        const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
+        EXPECT_LT(WEXITSTATUS(status), 2) << command << "\n" << Read("printed");
+    }
+};
 
 TEST_P(LanguageTableTest, HasTheKeysOfTheSourcesAndNoOthers) {
     const Table table = TableOf(GetParam());
@@ -140,26 +150,31 @@ TEST_P(LanguageTableTest, NoStoredWordHoldsAnother) {
             }
 }
 
-/// The program as a user starts it, for it finds the tables beside itself.
 TEST_P(LanguageTableTest, ARunGivesTheSameFileAsInEnglish) {
-    const auto run = [&](const std::string& language, const std::string& arguments) {
-        const std::string command = "cd '" + folder.string() + "' && '" + std::string(test::kProgramPath) +
-                                    "' " + arguments + " --language " + language + " > printed 2>&1";
-        const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
-        EXPECT_LT(WEXITSTATUS(status), 2) << command << "\n" << Read("printed");
-    };
     const std::string code = GetParam();
     for (int32_t testId : kMeasuringTests) {
         const std::string id = PlainText(testId);
         for (const std::string& language : {std::string("en"), code}) {
-            run(language, "new " + id + " -o new." + language);
-            run(language, "run new." + language + " --instruments simulated:7 -o run." + language);
-            run(language, "judge run." + language + " -o judged." + language);
+            Start(language, "new " + id + " -o new." + language);
+            Start(language, "run new." + language + " --instruments simulated:7 -o run." + language);
+            Start(language, "judge run." + language + " -o judged." + language);
         }
         for (const std::string stage : {"new.", "run.", "judged."})
             EXPECT_EQ(Read(stage + code), Read(stage + "en")) << stage << id;
         EXPECT_NE(Read("run." + code).find("ResultItem"), std::string::npos) << id;
     }
+}
+
+TEST_P(LanguageTableTest, AFailedTestIsShownIn100Columns) {
+    const std::string example = std::string(test::kSourceDir) + "/examples/radio_accuracy";
+    Start(GetParam(), "run '" + example + ".xml' --instruments 'recording:" + example + ".jsonl' -o out.xml");
+    Start(GetParam(), "show out.xml");
+    std::istringstream lines(Read("printed"));
+    std::string all;
+    for (std::string line; std::getline(lines, line); all += line)
+        EXPECT_LE(std::count_if(line.begin(), line.end(), [](char c) { return (c & 0xC0) != 0x80; }), 100)
+            << line;
+    EXPECT_NE(all.find(TableOf(GetParam()).at(std::string(text::kFail))), std::string::npos);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shipped, LanguageTableTest, testing::ValuesIn(kLanguages),
