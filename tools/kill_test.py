@@ -62,7 +62,8 @@ def run(program, arguments, folder, delay=None):
     begin = time.monotonic()
     process = subprocess.Popen([str(program), *arguments], cwd=folder, stdin=subprocess.DEVNULL,
                                stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
-                               env=os.environ | {"VOREX_SETTINGS": str(folder / "settings.ini"),
+                               env=os.environ | {"LC_ALL": "C.UTF-8",
+                                                 "VOREX_SETTINGS": str(folder / "settings.ini"),
                                                  "VOREX_NOW": "2026-01-15T09:00:00Z"})
     if delay is not None:
         time.sleep(delay)

@@ -210,6 +210,18 @@ std::string WholeText(int descriptor, const std::string& name) {
     return text;
 }
 
+/// What a run leaves that died before its first line was whole: nothing, a part of that line, or the zero
+/// bytes that some file systems put in place of what a power failure kept from the disk.
+bool IsUnbegun(std::string_view text) {
+    if (text.find_first_not_of('\0') == std::string_view::npos) return true;
+    if (text.find('\n') != std::string_view::npos) return false;
+    const std::string_view digits = text.substr(0, kChecksumDigits);
+    if (digits.find_first_not_of("0123456789abcdef") != std::string_view::npos) return false;
+    const std::string_view object = text.substr(digits.size());
+    const std::string begin = " {\"" + std::string(kVersionName) + "\":";
+    return object.substr(0, begin.size()) == std::string_view(begin).substr(0, object.size());
+}
+
 /// The name of a file shall survive a power failure as well as its content.
 void SyncFolder(const fs::path& file) {
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
@@ -327,13 +339,16 @@ std::unique_ptr<RunJournal> RunJournal::Begin(std::unique_ptr<RunJournal> journa
     return journal;
 }
 
-/// A run that was killed before it wrote anything leaves an empty journal: there is nothing in it to lose.
+/// In the journal of a run that was killed before its first line was whole there is nothing to lose.
 bool RunJournal::TakeUnbegun() {
     mDescriptor = ::open(mPath.c_str(), O_RDWR | O_APPEND | O_CLOEXEC);
     if (mDescriptor < 0) return false;
     struct stat status {};
-    if (Lock() && ::fstat(mDescriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0)
+    if (Lock() && ::fstat(mDescriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+        IsUnbegun(WholeText(mDescriptor, mPath.string()))) {
+        mTorn = status.st_size > 0;
         return true;
+    }
     ::close(mDescriptor);
     mDescriptor = -1;
     return false;

@@ -186,15 +186,27 @@ TEST_F(JournalTest, ARunDoesNotOverwriteTheJournalOfAnother) {
     EXPECT_NE(err.find("still under way"), std::string::npos) << err;
 }
 
-TEST_F(JournalTest, ARunTakesTheEmptyJournalOfARunThatNeverBegan) {
-    JournalOfTwo();
-    Write("out.xml.journal", "");
-    EXPECT_EQ(
-        Run({"run", Path("s.xml"), "--instruments", "recording:" + Path("r.jsonl"), "-o", Path("out.xml")}),
-        kExitPassed)
-        << err;
-    EXPECT_TRUE(Exists("out.xml"));
-    EXPECT_FALSE(Exists("out.xml.journal"));
+TEST_F(JournalTest, ARunTakesTheJournalOfARunThatNeverBeganAndNoOtherFile) {
+    const std::string journal = JournalOfTwo();
+    const auto run = [this] {
+        return Run(
+            {"run", Path("s.xml"), "--instruments", "recording:" + Path("r.jsonl"), "-o", Path("out.xml")});
+    };
+    for (const std::string& left :
+         {std::string(), journal.substr(0, 5), journal.substr(0, 60), std::string(4096, '\0')}) {
+        Write("out.xml.journal", left);
+        EXPECT_EQ(run(), kExitPassed) << left << err;
+        EXPECT_TRUE(Exists("out.xml"));
+        EXPECT_FALSE(Exists("out.xml.journal"));
+        std::filesystem::remove(Path("out.xml"));
+    }
+    for (const std::string& left :
+         {std::string("my notes"), std::string("12345678 notes"), journal.substr(0, 60) + "\n", journal}) {
+        Write("out.xml.journal", left);
+        EXPECT_EQ(run(), kExitUsage) << left;
+        EXPECT_EQ(Journal(), left);
+        EXPECT_FALSE(Exists("out.xml"));
+    }
 }
 
 TEST_F(JournalTest, AJournalThatCannotBeFollowedStays) {
