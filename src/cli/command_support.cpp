@@ -42,12 +42,12 @@ std::vector<fs::path> DataFolders(std::string_view kind) {
 }
 
 std::string LanguageOf(const CommonOptions& common) {
-    return common.language ? *common.language : SystemLanguage(DataFolders("languages"));
+    return common.language ? *common.language : SystemLanguage(DataFolders(kLanguages));
 }
 
 Installation::Installation(const CommonOptions& common, ReferenceHostOptions options) {
     options.language = LanguageOf(common);
-    options.languageFolders = DataFolders("languages");
+    options.languageFolders = DataFolders(kLanguages);
     options.program = "vorex " + std::string(kProgramVersion);
     if (!options.platform) options.platform = std::make_shared<HeadlessPlatform>();
     InstallLibrary(MakeReferenceHost(options));

@@ -19,6 +19,7 @@
 namespace vorex {
 
 inline constexpr std::string_view kStandards = "standards";
+inline constexpr std::string_view kLanguages = "languages";
 
 /// Where data of a kind stand, seen from the program.
 std::vector<std::filesystem::path> DataFolders(std::string_view kind);

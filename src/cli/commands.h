@@ -45,14 +45,17 @@ struct RunOptions {
     std::string operatorScript;
     std::filesystem::path output;  ///< empty: standard output
     std::filesystem::path report;  ///< empty: none
+    std::optional<std::string> reportLanguage;
     bool realTime = false;
 };
 
 struct ResumeOptions {
-    std::filesystem::path file;  ///< output of the run that was interrupted, or its journal
-    std::string instruments;     ///< empty: those of the run
-    std::filesystem::path room;  ///< of simulated instruments; empty: that of the run
-    std::string operatorScript;  ///< empty: what is left of the run's
+    std::filesystem::path file;    ///< output of the run that was interrupted, or its journal
+    std::string instruments;       ///< empty: those of the run
+    std::filesystem::path room;    ///< of simulated instruments; empty: that of the run
+    std::string operatorScript;    ///< empty: what is left of the run's
+    std::filesystem::path report;  ///< empty: that of the run
+    std::optional<std::string> reportLanguage;
 };
 
 struct JudgeOptions {

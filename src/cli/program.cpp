@@ -100,6 +100,11 @@ void AddLanguage(CLI::App& command, CommonOptions& common) {
                        "Language of the texts, by its code (en, de, fr, es); without it that of the system");
 }
 
+void AddReportLanguage(CLI::App& command, std::optional<std::string>& language) {
+    command.add_option("--report-language", language,
+                       "Language of the report; without it that of the program");
+}
+
 void AddStandardsCommands(CLI::App& app, Arguments& arguments) {
     CLI::App* standards =
         app.add_subcommand("standards", "Lists the standards with their limits and clauses");
@@ -141,6 +146,7 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     run->add_option("--operator", arguments.run.operatorScript, "What the operator does");
     AddOutput(*run, arguments.run.output);
     run->add_option("--report", arguments.run.report, "Report to write as well: FILE.txt, .html or .pdf");
+    AddReportLanguage(*run, arguments.run.reportLanguage);
     run->add_flag("--real-time", arguments.run.realTime, "Paces the run by the clock");
     run->footer(kRunExample);
 
@@ -149,6 +155,9 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     resume->add_option("--instruments", arguments.resume.instruments, "Instruments to go on with");
     resume->add_option("--room", arguments.resume.room, "Room of simulated instruments");
     resume->add_option("--operator", arguments.resume.operatorScript, "What the operator does from there on");
+    resume->add_option("--report", arguments.resume.report,
+                       "Report to write as well; without it the one that the run was asked for, if any");
+    AddReportLanguage(*resume, arguments.resume.reportLanguage);
     resume->footer(kResumeExample);
 
     CLI::App* judge =
@@ -179,6 +188,7 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     report->add_flag("--limits", arguments.report.limits, "Shows the limits beside the results");
     report->add_flag("--failures-only", arguments.report.failuresOnly, "Shows failed values only");
     report->add_flag("--waveforms", arguments.report.waveforms, "Shows the waveforms marked for the report");
+    AddReportLanguage(*report, arguments.report.language);
     report->add_option("--paper", arguments.report.paper, "Paper of a PDF: A4 or Letter")
         ->capture_default_str();
     report->footer(kReportExample);

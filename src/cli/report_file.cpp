@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/command_support.h"
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
@@ -20,6 +21,7 @@
 #include "host/report_pdf.h"
 #include "host/report_text.h"
 #include "host/standards_library.h"
+#include "host/text_service.h"
 #include "version.h"
 
 namespace vorex {
@@ -69,26 +71,28 @@ std::string Today() {
 }
 
 /// What is tested gives the report its title.
-std::string TitleOf(const ElementFile& file) {
+std::string TitleOf(const ElementFile& file, const ITextService& texts) {
     const auto& roots = file.Elements();
     if (roots.size() == 1 && roots.front()->Info()) {
         const std::string name = roots.front()->Info()->Name();
         if (!Trimmed(name).empty()) return name;
     }
-    return Translate(text::kReportTitle);
+    return texts.Translate(kPlugInId, text::kReportTitle, {});
 }
 
-ReportFacts FactsOf(const ElementFile& file, const fs::path& input, const std::string& language) {
+ReportFacts FactsOf(const ElementFile& file, const fs::path& input, const ITextService& texts,
+                    const std::string& language) {
+    const auto words = [&](std::string_view textKey) { return texts.Translate(kPlugInId, textKey, {}); };
     ReportFacts facts;
-    facts.title = TitleOf(file);
+    facts.title = TitleOf(file, texts);
     facts.fileName = input.filename().string();
     facts.date = Today();
     facts.program = "vorex " + std::string(kProgramVersion);
     facts.language = language;
-    facts.pageOf = Translate(text::kReportPage);
-    facts.failWord = Translate(text::kFail);
-    facts.passWord = Translate(text::kPass);
-    facts.contents = Translate(text::kReportContents);
+    facts.pageOf = words(text::kReportPage);
+    facts.failWord = words(text::kFail);
+    facts.passWord = words(text::kPass);
+    facts.contents = words(text::kReportContents);
     return facts;
 }
 
@@ -123,6 +127,10 @@ std::vector<JudgingStandard> StandardsOf(const ElementFile& file, const Standard
     return standards;
 }
 
+std::shared_ptr<const ITextService> TextsOf(const std::string& language) {
+    return TextService::ForLanguage(language, DataFolders(kLanguages));
+}
+
 int32_t OptionBits(const ReportOptions& options) {
     return kReportComments | (options.limits ? kReportLimits : 0) |
            (options.waveforms ? kReportWaveforms : 0) | (options.failuresOnly ? kReportFailuresOnly : 0);
@@ -133,18 +141,20 @@ int32_t OptionBits(const ReportOptions& options) {
 void CheckReport(const ReportOptions& options) {
     FormOf(options.output);
     PaperOf(options.paper);
+    if (options.language) TextsOf(*options.language);
 }
 
 void WriteReport(const ElementFile& file, const StandardsLibrary& library, const ReportOptions& options,
-                 const std::string& language) {
+                 const std::string& programLanguage) {
+    const std::string language = options.language.value_or(programLanguage);
     const ReportForm& form = FormOf(options.output);
     ReportSettings settings;
     settings.paper = form.paged ? PaperOf(options.paper) : EndlessReportPaper();
     settings.options = OptionBits(options);
-    settings.decimalSign = Translate(text::kDecimalSign) == "," ? ',' : '.';
-    settings.text = Services().text;
+    settings.text = language == programLanguage ? Services().text : TextsOf(language);
+    settings.decimalSign = settings.text->Translate(kPlugInId, text::kDecimalSign, {}) == "," ? ',' : '.';
     settings.selected = file.Selected();
-    settings.facts = FactsOf(file, options.input, language);
+    settings.facts = FactsOf(file, options.input, *settings.text, language);
     ReportDocument report(settings, form.paged ? &PdfRenderer().Metrics() : nullptr);
     const auto instruments = file.Instruments();
     const auto standards = StandardsOf(file, library);

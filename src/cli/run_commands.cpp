@@ -204,18 +204,32 @@ ReportOptions ReportOfRun(const RunOptions& options) {
     ReportOptions report;
     report.input = options.output.empty() ? options.input : options.output;
     report.output = options.report;
+    report.language = options.reportLanguage;
     report.limits = true;
     report.waveforms = true;
     return report;
 }
 
+/// What is wrong with the report that a run is asked for is told before anything is measured.
+void CheckRunReport(const std::vector<fs::path>& inputs, const ReportOptions& report) {
+    if (report.output.empty()) {
+        if (report.language)
+            throw std::runtime_error("--report-language belongs to a report; give --report FILE with it");
+        return;
+    }
+    CheckOutput(inputs, report.output);
+    CheckReport(report);
+}
+
 /// Writes the report of a run, if one is wanted, and tells how the run ends with it. What was measured is
-/// saved by now; a report can be made of it later as well.
-int WithReport(int code, const ElementFile& file, const ReportOptions& report, const CommonOptions& common,
+/// saved by now; a report can be made of it later as well, and is the same: it tells what the file holds.
+int WithReport(int code, ElementFile& file, const ReportOptions& report, const CommonOptions& common,
                Terminal& terminal) {
     if (report.output.empty()) return code;
     try {
-        WriteReport(file, *OpenStandards(DataFolders(kStandards), terminal.err), report, LanguageOf(common));
+        const auto saved = ElementFile::FromText(file.Text(), report.input.string());
+        WriteReport(*saved, *OpenStandards(DataFolders(kStandards), terminal.err), report,
+                    LanguageOf(common));
         return code;
     } catch (const std::exception& error) {
         terminal.err << "vorex: " << error.what() << "\n"
@@ -229,10 +243,7 @@ int WithReport(int code, const ElementFile& file, const ReportOptions& report, c
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal) {
     CheckOutput({options.input, RecordingOf(options), options.room}, options.output);
     const ReportOptions report = ReportOfRun(options);
-    if (!report.output.empty()) {
-        CheckOutput({options.input, RecordingOf(options), options.room, options.output}, report.output);
-        CheckReport(report);
-    }
+    CheckRunReport({options.input, RecordingOf(options), options.room, options.output}, report);
     const bool journalled = HasJournal(options.output);
     RunSetup setup(options, ParseOperatorScript(options.operatorScript), common, journalled);
     JournalHead head;
@@ -249,6 +260,8 @@ int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal&
     head.operatorScript = options.operatorScript;
     head.language = LanguageOf(common);
     head.realTime = options.realTime;
+    if (!options.report.empty()) head.report = fs::absolute(options.report).string();
+    head.reportLanguage = options.reportLanguage.value_or("");
     setup.keeper.Keep(RunJournal::Create(options.output, head), setup.person, *setup.platform);
     return run();
 }
@@ -268,8 +281,16 @@ int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
     }
     const CommonOptions common{head.language};
     RunOptions run;  // it catches up in virtual time
+    run.output = output;
     run.instruments = options.instruments.empty() ? head.instruments : options.instruments;
     run.room = options.instruments.empty() && options.room.empty() ? fs::path(head.room) : options.room;
+    run.report = options.report.empty() ? fs::path(head.report) : options.report;
+    run.reportLanguage = options.reportLanguage;
+    if (!run.reportLanguage && !head.reportLanguage.empty()) run.reportLanguage = head.reportLanguage;
+    const ReportOptions report = ReportOfRun(run);
+    // A report that the run was asked for and that cannot be written any more must not keep its result away.
+    if (!options.report.empty() || options.reportLanguage)
+        CheckRunReport({output, journal->Path(), RecordingOf(run), run.room}, report);
     RunSetup setup(run, std::move(script), common, true);
     setup.platform->StartAt(head.started);
     const auto file = ElementFile::FromText(head.document, head.input);
@@ -281,7 +302,7 @@ int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
     if (content.torn) terminal.err << "vorex: its last line was not whole and is dropped\n";
     setup.keeper.Keep(std::move(journal), setup.person, *setup.platform);
     setup.keeper.Replay(content);
-    return Perform(setup, *file, output, terminal);
+    return WithReport(Perform(setup, *file, output, terminal), *file, report, common, terminal);
 }
 
 }  // namespace vorex

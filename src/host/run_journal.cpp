@@ -85,6 +85,11 @@ constexpr TextRow<JournalHead> kHeadTexts[] = {
     {"room", &JournalHead::room},         {"operator", &JournalHead::operatorScript},
     {"language", &JournalHead::language}, {"document", &JournalHead::document},
 };
+/// Written where they hold something: journals of earlier versions have none.
+constexpr TextRow<JournalHead> kReportTexts[] = {
+    {"report", &JournalHead::report},
+    {"reportLanguage", &JournalHead::reportLanguage},
+};
 constexpr std::string_view kRealTime = "realTime";
 
 constexpr NumberRow<JournalRecord> kRecordNumbers[] = {
@@ -108,6 +113,8 @@ std::string Dumped(const Json& object) {
 std::string HeadObject(const JournalHead& head) {
     Json object{{kVersionName, kVersion}, {kRealTime, head.realTime}};
     for (const auto& row : kHeadTexts) object[std::string(row.name)] = head.*row.text;
+    for (const auto& row : kReportTexts)
+        if (!(head.*row.text).empty()) object[std::string(row.name)] = head.*row.text;
     return Dumped(object);
 }
 
@@ -172,6 +179,8 @@ JournalHead ReadHead(std::string_view text, const std::string& name) {
         in.Fail("is a journal of version " + std::to_string(version), "version " + std::to_string(kVersion));
     JournalHead head;
     for (const auto& row : kHeadTexts) head.*row.text = in.Text(row.name);
+    for (const auto& row : kReportTexts)
+        if (in.Has(row.name)) head.*row.text = in.Text(row.name);
     head.realTime = in.Member(kRealTime, &Json::is_boolean, "true or false").get<bool>();
     return head;
 }

@@ -30,6 +30,8 @@ struct JournalHead {
     std::string operatorScript;
     std::string language;
     bool realTime = false;
+    std::string report;          ///< file of the report that the run writes as well; empty for none
+    std::string reportLanguage;  ///< empty: that of the program
     bool operator==(const JournalHead&) const = default;
 };
 

@@ -272,6 +272,40 @@ TEST_F(JournalTest, AResultThatCannotBeSavedStaysInTheJournal) {
     EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80");
 }
 
+TEST_F(JournalTest, TheRunThatEndsAnInterruptedOneWritesItsReport) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(1))));
+    Write("r.jsonl", kHead + Shot("80.125"));
+    const auto interrupt = [this] {
+        std::filesystem::remove(Path("out.xml"));
+        std::filesystem::create_directory(Path("reports"));
+        EXPECT_EQ(
+            Run({"run", Path("s.xml"), "--instruments", "recording:" + Path("r.jsonl"), "-o", Path("out.xml"),
+                 "--operator", "start,redo 7", "--report", Path("reports/r.txt"), "--report-language", "en"}),
+            kExitUsage);
+        EXPECT_FALSE(Exists("reports/r.txt"));
+    };
+    interrupt();
+    EXPECT_EQ(Resume("next"), kExitPassed) << err;
+    EXPECT_NE(Read("reports/r.txt").find("80.125"), std::string::npos);
+    EXPECT_NE(Read("reports/r.txt").find("out.xml"), std::string::npos);
+    std::filesystem::remove_all(Path("reports"));
+    interrupt();
+    EXPECT_EQ(Run({"resume", Path("out.xml"), "--operator", "next", "--report", Path("reports/r.txt"),
+                   "--report-language", "xx"}),
+              kExitUsage);
+    EXPECT_NE(err.find("there is no language \"xx\""), std::string::npos) << err;
+    EXPECT_EQ(Run({"resume", Path("out.xml"), "--operator", "next", "--report", Path("other.html")}),
+              kExitPassed)
+        << err;
+    EXPECT_NE(Read("other.html").find("80.125"), std::string::npos);
+    EXPECT_FALSE(Exists("reports/r.txt"));
+    interrupt();
+    std::filesystem::remove_all(Path("reports"));
+    EXPECT_EQ(Resume("next"), kExitFault) << "the report has no folder any more";
+    EXPECT_NE(err.find("the report is missing"), std::string::npos) << err;
+    EXPECT_NE(Read("out.xml").find("80.125"), std::string::npos);
+}
+
 TEST_F(JournalTest, AFullDiskInMidRunLosesNothing) {
     Write("s.xml", Sequence(Element(1, 100, Exposures(3))));
     Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82"));

@@ -140,6 +140,23 @@ TEST_F(ReportTest, AReportThatCannotBeWrittenLeavesWhatWasThere) {
     EXPECT_EQ(Read("old.html"), "old");
 }
 
+TEST_F(ReportTest, ALanguageThatThereIsNotIsToldBeforeAnythingRuns) {
+    EXPECT_EQ(Report("r.txt", {"--report-language", "xx"}), kExitUsage);
+    EXPECT_NE(err.find("there is no language \"xx\"; expected one of en"), std::string::npos) << err;
+    EXPECT_FALSE(Exists("r.txt"));
+    const std::vector<std::string> run = {
+        "run", Path("in.xml"),     "--instruments",     "recording:" + Path("in.jsonl"),
+        "-o",  Path("second.xml"), "--report-language", "xx"};
+    EXPECT_EQ(Run(run), kExitUsage);
+    EXPECT_NE(err.find("--report-language belongs to a report"), std::string::npos) << err;
+    std::vector<std::string> withReport = run;
+    withReport.insert(withReport.end(), {"--report", Path("r.txt")});
+    EXPECT_EQ(Run(withReport), kExitUsage);
+    EXPECT_NE(err.find("there is no language \"xx\""), std::string::npos) << err;
+    EXPECT_FALSE(Exists("second.xml"));
+    EXPECT_FALSE(Exists("second.xml.journal"));
+}
+
 TEST_F(ReportTest, ARunWritesItsReportBesideItsResult) {
     const std::vector<std::string> run = {
         "run", Path("in.xml"),     "--instruments", "recording:" + Path("in.jsonl"),

@@ -177,6 +177,25 @@ TEST_P(LanguageTableTest, AFailedTestIsShownIn100Columns) {
     EXPECT_NE(all.find(TableOf(GetParam()).at(std::string(text::kFail))), std::string::npos);
 }
 
+/// Every text of a report is one of its own language, also where the program speaks another.
+TEST_P(LanguageTableTest, AReportMayHaveAnotherLanguageThanTheProgram) {
+    const std::string code = GetParam();
+    for (const std::string example : {"radio_accuracy", "dosimeter_mas", "mammo_aec", "fluoro_exposure"}) {
+        const std::string path = std::string(test::kSourceDir) + "/examples/" + example;
+        Start("en", "run '" + path + ".xml' --instruments 'recording:" + path +
+                        ".jsonl' -o out.xml --report of_run.txt --report-language " + code);
+        const std::string options = "report out.xml --limits --waveforms -o ";
+        Start(code, options + "same.txt");
+        Start("en", options + "other.txt --report-language " + code);
+        Start("en", options + "same_en.txt");
+        Start(code, options + "other_en.txt --report-language en");
+        EXPECT_EQ(Read("other.txt"), Read("same.txt")) << example;
+        EXPECT_EQ(Read("of_run.txt"), Read("same.txt")) << example;
+        EXPECT_EQ(Read("other_en.txt"), Read("same_en.txt")) << example;
+        EXPECT_NE(Read("same.txt"), Read("same_en.txt")) << example;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Shipped, LanguageTableTest, testing::ValuesIn(kLanguages),
                          [](const auto& language) { return std::string(language.param); });
 
