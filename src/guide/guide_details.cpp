@@ -78,7 +78,8 @@ std::vector<std::string> CellDetails(const CResultCommon& result, const PressedC
             const CMeasurement* measurement = FindNamed(row, keyOf(columnKey));
             if (measurement == nullptr || measurement->RawKey() == key::kImportWaveform) continue;
             values.push_back(measurement->ShownText());
-            AddMeasurement(lines, *measurement, chosen);
+            const bool held = result.IsHeldAgainstLimits(*measurement, cell.exposure - 1U);
+            AddMeasurement(lines, *measurement, held ? chosen : Standards{});
         }
     };
     const auto& rows = result.Rows();

@@ -120,8 +120,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     /// only.
     FoundLimit GetLimit(int32_t side, const IStandard& standard, bool calculate, int32_t ordinal) const;
     /// The rows of this measurement in a report, in table mark-up: one, and one more for each further
-    /// standard that has a limit for it. Empty for what a failures-only report leaves out.
-    std::string BuildReportLine(const IReportDocument& report) const;
+    /// standard that has a limit for it, where it is held against limits at all. Empty for what a
+    /// failures-only report leaves out.
+    std::string BuildReportLine(const IReportDocument& report, bool heldAgainstLimits = true) const;
 
   private:
     enum class ReadingState : uint8_t { kUnknown, kNumber, kMark };

@@ -142,6 +142,9 @@ class CResultCommon : public IResultData,
     ColumnCounts GetColumnCounts() const;
     /// True for a column that is a statistic of the whole test: tests 100, 900 and 1100.
     bool IsTestWideColumn(std::string_view measurementKey) const;
+    /// False for a value of a row, counted from 0, that limits are never held against: the adjacent flag, and
+    /// the errors that the criterion of the exposure or the generator setup leaves alone.
+    bool IsHeldAgainstLimits(const CMeasurement& measurement, std::size_t row) const;
 
     bool pTestGuide = false;  ///< the guide owns the display: the host sees the working row only
     int32_t DetectorName = kZrd;
@@ -192,7 +195,7 @@ class CResultCommon : public IResultData,
     void LoadRecord(const std::shared_ptr<IXmlElement>& child);
 
     // Printing (result_report.cpp).
-    std::vector<std::string> ExposureLines(const MeasurementRow& row, const IReportDocument& report) const;
+    std::vector<std::string> ExposureLines(std::size_t row, const IReportDocument& report) const;
     std::vector<std::string> CalculationLines(const IReportDocument& report) const;
     bool HasWaveform(std::size_t row) const;
     void PrintWaveforms(IReportDocument& report) const;

@@ -111,15 +111,15 @@ class ResultTable {
     bool mBegun = false;  ///< the heading stands on this page
 };
 
-void AddLine(std::vector<std::string>& lines, const CMeasurement& measurement,
+void AddLine(std::vector<std::string>& lines, const CMeasurement& measurement, bool heldAgainstLimits,
              const IReportDocument& report) {
-    std::string line = measurement.BuildReportLine(report);
+    std::string line = measurement.BuildReportLine(report, heldAgainstLimits);
     if (!line.empty()) lines.push_back(std::move(line));
 }
 
 }  // namespace
 
-std::string CMeasurement::BuildReportLine(const IReportDocument& report) const {
+std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool heldAgainstLimits) const {
     if (Shows(report, kReportFailuresOnly) && mStatus != kFailed) return {};
     const bool limits = ShowsLimits(report);
     const std::string shown = ShownText();
@@ -134,7 +134,7 @@ std::string CMeasurement::BuildReportLine(const IReportDocument& report) const {
         return cells + markup::kRowEnd;
     };
     std::string line;
-    if (limits) {
+    if (limits && heldAgainstLimits) {
         for (const auto& standard : State().SelectedStandardsForReport) {
             const std::string cells = StandardCells(*this, *standard, report);
             if (cells.empty()) continue;
@@ -145,19 +145,18 @@ std::string CMeasurement::BuildReportLine(const IReportDocument& report) const {
     return line.empty() ? start + end(kUnitToMark) : line;
 }
 
-std::vector<std::string> CResultCommon::ExposureLines(const MeasurementRow& row,
-                                                      const IReportDocument& report) const {
+std::vector<std::string> CResultCommon::ExposureLines(std::size_t row, const IReportDocument& report) const {
     std::vector<std::string> lines;
-    for (const auto& item : row)
+    for (const auto& item : *mRows[row])
         if (item->RawKey() != key::kImportWaveform && !IsTestWideColumn(item->RawKey()))
-            AddLine(lines, *item, report);
+            AddLine(lines, *item, IsHeldAgainstLimits(*item, row), report);
     return lines;
 }
 
 std::vector<std::string> CResultCommon::CalculationLines(const IReportDocument& report) const {
     std::vector<std::string> lines;
     for (const auto& item : *mRows.back())
-        if (IsTestWideColumn(item->RawKey())) AddLine(lines, *item, report);
+        if (IsTestWideColumn(item->RawKey())) AddLine(lines, *item, true, report);
     return lines;
 }
 
@@ -179,7 +178,7 @@ void CResultCommon::PrintReport(IReportDocument* report, const std::shared_ptr<I
     const bool everyBlock = !Shows(*report, kReportFailuresOnly);
     const bool waveforms = ShowsWaveforms(*report);
     for (std::size_t row = 0; row < mRows.size(); ++row) {
-        const std::vector<std::string> lines = ExposureLines(*mRows[row], *report);
+        const std::vector<std::string> lines = ExposureLines(row, *report);
         if (everyBlock || !lines.empty() || (waveforms && HasWaveform(row)))
             table.PrintBlock(Translate(text::kExposureHeading, report) + std::to_string(row + 1), lines);
     }

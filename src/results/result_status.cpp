@@ -54,18 +54,27 @@ int32_t CResultCommon::Criterion(std::size_t row) const {
     return ReadInteger(mConfig->GetValue(static_cast<uint8_t>(row), kCriterionColumn));
 }
 
+bool CResultCommon::IsHeldAgainstLimits(const CMeasurement& measurement, std::size_t row) const {
+    const std::string& measurementKey = measurement.RawKey();
+    if (TestId == kRadioLinearity) return measurementKey != key::kAdjacent;
+    if (TestId != kRadioAccuracy) return true;
+    if (measurementKey == key::kPercentTimerError) return mConfig && mConfig->pGeneratorSetup == kSetupMaTime;
+    if (!IsKvpErrorKey(measurementKey)) return true;
+    const int32_t criterion = Criterion(row);
+    const int32_t leftAlone = measurementKey == key::kPercentKvpError ? kJudgeAbsolute : kJudgePercent;
+    return criterion >= kJudgePercent && criterion <= kJudgeBoth && criterion != leftAlone;
+}
+
 /// Judges one of the two kVp errors as the criterion of the exposure tells. True when it was judged, false
 /// when the criterion leaves the error alone or the criterion is unknown.
 bool CResultCommon::JudgeAccuracyError(const Judge& judge, CMeasurement& measurement, std::size_t row) const {
+    const bool judged = IsHeldAgainstLimits(measurement, row);
     const int32_t criterion = Criterion(row);
-    if (criterion < kJudgePercent || criterion > kJudgeBoth) return false;
-    const int32_t leftAlone = measurement.RawKey() == key::kPercentKvpError ? kJudgeAbsolute : kJudgePercent;
-    if (criterion == leftAlone) {
+    if (judged)
+        judge(measurement);
+    else if (criterion == kJudgePercent || criterion == kJudgeAbsolute)
         measurement.Status(kPassed);
-        return false;
-    }
-    judge(measurement);
-    return true;
+    return judged;
 }
 
 /// True when the measurement was handled here and no general judgement follows.
@@ -78,7 +87,7 @@ bool CResultCommon::TestSpecificStatus(const Judge& judge, CMeasurement& measure
             return true;
         }
         if (measurementKey == key::kPercentTimerError) {
-            if (mConfig->pGeneratorSetup == kSetupMaTime)
+            if (IsHeldAgainstLimits(measurement, 0))
                 judge(measurement);
             else
                 measurement.Status(kPassed);
@@ -268,7 +277,7 @@ void CResultCommon::JudgeStored(const Judge& judge, CMeasurement& measurement, s
         return;
     }
     if (TestId == kRadioAccuracy && measurementKey == key::kPercentTimerError) {
-        if (mConfig->pGeneratorSetup == kSetupMaTime)
+        if (IsHeldAgainstLimits(measurement, row))
             judge(measurement);
         else
             measurement.Status(kPassed);

@@ -121,6 +121,24 @@ TEST_F(GuideTable, AClickedCellTellsItsLimits) {
     EXPECT_EQ(guide->CurrentExposure(), 1);
 }
 
+TEST_F(GuideTable, NoLimitIsToldOfAnErrorThatTheCriterionLeavesAlone) {
+    Configure(kRadioAccuracy, kZrd, kNoDetector);
+    config->pNoOfExposures = 1;
+    config->passFailCriterion = {"1"};
+    auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
+    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER RA Percentage kVp Avg Error", -5.0F, 5.0F));
+    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER RA Absolute kVp Avg Error", -4.0F, 4.0F));
+    element->guideLimits->list->Add(standard);
+    pipe->selection->names = {{"Site", "1"}};
+    Open();
+    Expose(1, "0,80.1,81,80.5,12.3,123,100,3.1,0.1,7.9");
+    Table().Press({1, 9});
+    EXPECT_EQ(guide->Details(),
+              (Texts{"Exposure #1", "%kVp Avg. Error: 0.1 % - Pass", "    Site 1: ≥ -5.0 %, ≤ 5.0 %"}));
+    Table().Press({1, 10});
+    EXPECT_EQ(guide->Details(), (Texts{"Exposure #1", "Absolute kVp Avg. Error: 7.9 KV - Pass"}));
+}
+
 TEST_F(GuideTable, Test100TellsTheMeanAndTheVariationAsWell) {
     Open(kRadioRepro);
     Expose(1, ReproRow("80.1"));

@@ -331,6 +331,46 @@ TEST_F(ResultReport, LimitsOfEachStandardStandBesideTheRowThatTheyJudge) {
     EXPECT_TRUE(Printed(kReportLimits).starts_with(kHeading + "|Exposure 1;\n")) << "not without a standard";
 }
 
+TEST_F(ResultReport, NoLimitStandsBesideAValueThatTheCriterionLeavesAlone) {
+    struct Case {
+        std::string_view criterion;
+        bool percent;
+        bool absolute;
+    };
+    const Case cases[] = {{"1", true, false}, {"2", false, true}, {"3", true, true}, {"4", true, true}};
+    for (const Case& c : cases) {
+        for (int32_t setup : {kSetupMaTime, kSetupMas}) {
+            Begin(kRadioAccuracy, kZrd);
+            config->pNoOfExposures = 1;
+            config->pGeneratorSetup = kSetupMaTime;
+            config->passFailCriterion = {std::string(c.criterion)};
+            result->Initialize(config);
+            Expose(1);
+            config->pGeneratorSetup = setup;
+            const auto site = NewStandard("Site");
+            for (const char* limit : {"Percentage kVp Avg", "Absolute kVp Avg", "Percentage Timer"})
+                AddLimit(*site, "ER RA " + std::string(limit) + " Error", "5", "-5");
+            const auto limits = [](bool shown) { return std::string(shown ? "|5|-5|Site" : "") + ";\n"; };
+            const std::string expected = "|%kVp Avg. Error      ||7.0|%" + limits(c.percent) +
+                                         "|Absolute kVp Avg. Error      ||7.0|KV" + limits(c.absolute) +
+                                         "|%Timer Error      ||7.0|%" + limits(setup == kSetupMaTime);
+            const std::string rows = Printed(kReportLimits);
+            EXPECT_TRUE(rows.ends_with(expected)) << c.criterion << " setup " << setup << "\n" << rows;
+            State().SelectedStandardsForReport.clear();
+        }
+    }
+}
+
+TEST_F(ResultReport, TheAdjacentFlagHasNoLimitAndTheCoefficientOfLinearityHas) {
+    Begin(kRadioLinearity, kZrd);
+    Expose(1);
+    At(0, key::kErNonAdjacent).Key(key::kErAdjacent);
+    AddLimit(*NewStandard("Site"), "ER Adjacent", "0.1", "");
+    const std::string rows = Printed(kReportLimits);
+    EXPECT_NE(rows.find("|Adjacent      ||7|;"), std::string::npos) << rows;
+    EXPECT_NE(rows.find("|CL      ||7.0||0.1||Site;"), std::string::npos) << rows;
+}
+
 TEST_F(ResultReport, AStandardWithoutLimitsPrintsItsName) {
     Begin(kMammoRadiation, kZrd);
     Expose(1);
