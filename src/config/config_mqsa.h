@@ -42,7 +42,7 @@ class CConfigMQSA : public IConfigData,
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     /// Raises 0x8004A3C3 when an element cannot be made.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
-    /// The survey has no printed form in this version.
+    /// Prints nothing: the pages of the survey show its tables.
     void PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) override {}
 
   private:

@@ -10,6 +10,13 @@
 
 namespace vorex {
 
+namespace {
+
+/// Headings of the groups that the survey stands in leave it on their page.
+constexpr int32_t kRoomForGroups = 1800;
+
+}  // namespace
+
 std::shared_ptr<CTestMQSA> CTestMQSA::Create() {
     auto element = std::make_shared<CTestMQSA>();
     element->Class_Initialize();
@@ -59,6 +66,30 @@ void CTestMQSA::AttachBase(const std::shared_ptr<ITestElementBase>& newBase) {
 void CTestMQSA::UpdateReferences() {
     const auto limits = mBase->Limits();
     if (limits && limits->Standards()) limits->Standards()->Owner(shared_from_this());
+}
+
+// ------------------------------------------------------------------------------------------ report
+
+void CTestMQSA::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) {
+    const auto filter = mBase->Filter();
+    if (report == nullptr || (filter && !filter->Print())) return;
+    const auto survey = std::dynamic_pointer_cast<CResultMQSA>(mBase->Result());
+    const bool failuresOnly = (report->Options() & kReportFailuresOnly) != 0;
+    if (failuresOnly && (!survey || survey->Status() != kFailed)) return;
+    if (report->Position() > kRoomForGroups) report->NewPage();
+    mBase->PrintReport(report, setup);
+    if (!survey || (report->Options() & kReportComments) == 0) return;
+    const auto config = std::dynamic_pointer_cast<CConfigMQSA>(mBase->Configuration());
+    survey->PrintComment(*report);
+    // Without a word, the first form stands on the page that names the element.
+    if (!survey->Comment().empty() || survey->HasPageComments()) report->NewPage();
+    survey->GetPreliminaryResultsData(*report, config.get());
+    report->NewPage();
+    survey->GetSummaryOneData(*report, config.get());
+    report->NewPage();
+    survey->GetSummaryTwoData(*report, config.get());
+    report->NewPage();
+    survey->GetAssistantLogData(*report, config.get());
 }
 
 // ------------------------------------------------------------------------------------------ perform

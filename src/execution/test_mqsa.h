@@ -33,6 +33,8 @@ class CTestMQSA : public ElementOnBase<ITestElementBase>,
     void Perform(const std::shared_ptr<IExecutionPipe>& pipe) override;
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     void UpdateReferences() override;
+    /// The survey with its forms; in a report of failures only when it failed.
+    void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
 
   private:
     void CreateResult(bool force);

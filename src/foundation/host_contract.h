@@ -131,16 +131,21 @@ class IReportDocument {
     virtual int32_t SpaceLeft() const = 0;
     /// Height that `PrintTable` with these arguments would take.
     virtual int32_t TableHeight(std::string_view columns, std::string_view rows) = 0;
+    /// Width of a text in the present size; 0 without pages, where nothing is measured.
+    virtual int32_t TextWidth(std::string_view text) = 0;
     /// Size of the text to come, 5 to 9 points.
     virtual void Style(int32_t points) = 0;
     virtual int32_t Metric(int32_t selector) const = 0;
-    /// Where the text of `DrawText` stands to its place.
+    /// Where the text of `DrawText` stands to its place, up to the end of the figure; outside one, whether
+    /// headings stand in the middle.
     virtual void Alignment(int32_t alignment) = 0;
     /// A column definition, and rows. A width may reach beyond the page; rows may have fewer cells than
     /// columns.
     virtual void PrintTable(std::string_view columns, std::string_view rows) = 0;
-    /// Heading of an element or page: what it is, and what it came to (empty for nothing). Not in mark-up.
+    /// Heading of an element or page: what it is, and what it came to (empty for nothing). In the middle it
+    /// is the title of a form, with its second text below. Not in mark-up.
     virtual void PrintHeading(std::string_view title, std::string_view outcome) = 0;
+    /// A straight line. Outside a figure a renderer without pages draws a level one where it was printed.
     virtual void DrawLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2) = 0;
     virtual void NewPage() = 0;
     /// A polyline; both spans are of one length.

@@ -32,6 +32,8 @@ struct LibraryState {
     bool gMenuOpen = false;
 
     StatusCells cells;
+    /// The same as the survey that was loaded last left them.
+    StatusCells loadedCells;
 
     /// Caption of an exposure: a text key, or a text of nine characters for one version of the host.
     std::string exposureCaption;

@@ -9,7 +9,8 @@
 ///
 /// A column definition: "<" a column to the left, ">" to the right, each but the first behind "|"; then flags
 /// "+" and "!" of the host's table, before or behind them the width in twips; ";" at the end. "!" is the
-/// narrow column of the fail mark.
+/// narrow column of the fail mark; "#" in front of the width is a ruled column: the engine frames each of its
+/// cells, and a line feed at the end of a cell is room to write by hand.
 ///
 /// Rows: cells separated by "|", ended by ";". The first cell, in front of the first "|", is the margin. A
 /// cell is a text, a heading in bold italic, or the fail mark. In texts "|", ";", "{", "}" and "\" have "\"
@@ -19,6 +20,7 @@ namespace vorex::markup {
 inline constexpr char kCell = '|';
 inline constexpr char kRowEnd = ';';
 inline constexpr char kEscape = '\\';
+inline constexpr char kRuled = '#';
 inline constexpr std::string_view kSpecials = "|;{}\\";
 inline constexpr std::string_view kHeadingBegin = "{\\i\\b ";
 inline constexpr std::string_view kHeadingEnd = "}";

@@ -62,11 +62,17 @@ struct SurveyGroupRow {
 };
 
 namespace survey {
+// Fields that the heads of the printed pages show.
+inline constexpr std::string_view kSite = "Site";
+inline constexpr std::string_view kRoomId = "RoomID";
+inline constexpr std::string_view kUnitManufacturer = "XrayUnitManufacturer";
+inline constexpr std::string_view kUnitModel = "XrayUnitModel";
+
 // clang-format off
 inline constexpr SurveyFieldRow kGeneralFields[] = {
-    {"Site",                  "Site", FieldKind::kTrimmed},
+    {kSite,                   "Site", FieldKind::kTrimmed},
     {"Technologist",          "Technologist"},
-    {"RoomID",                "Room", FieldKind::kTrimmed},
+    {kRoomId,                 "Room", FieldKind::kTrimmed},
     {"Day",                   "Day of the survey", FieldKind::kDay},
     {"Month",                 "Month of the survey", FieldKind::kMonth},
     {"Year",                  "Year of the survey", FieldKind::kYear},
@@ -76,8 +82,8 @@ inline constexpr SurveyFieldRow kGeneralFields[] = {
     {"IQDay2",                "Day of the current film", FieldKind::kDay},
     {"IQMonth2",              "Month of the current film", FieldKind::kMonth},
     {"IQYear2",               "Year of the current film", FieldKind::kYear},
-    {"XrayUnitManufacturer",  "Manufacturer of the X-ray unit", FieldKind::kTrimmed},
-    {"XrayUnitModel",         "Model of the X-ray unit"},
+    {kUnitManufacturer,       "Manufacturer of the X-ray unit", FieldKind::kTrimmed},
+    {kUnitModel,              "Model of the X-ray unit"},
     {"ProcessorManufacturer", "Manufacturer of the processor", FieldKind::kTrimmed},
     {"ProcessorModel",        "Model of the processor"},
     {"FilmManufacturer",      "Manufacturer of the film", FieldKind::kTrimmed},

@@ -217,6 +217,41 @@ inline constexpr std::string_view kAcrGuidesPassFail                           =
 inline constexpr std::string_view kMqsaRegsPassFail                            = "22886::MQSA Regs(Pass / Fail)";
 inline constexpr std::string_view kSummaryLine19                               = "22933::           Phantom image quality scores:       Specks  :";
 inline constexpr std::string_view kSummaryLine20                               = "22934::           Phantom image quality scores:       Masses  :";
+
+// The printed form.
+inline constexpr std::string_view kFormTitle                                     = "22870::MEDICAL PHYSICIST'S MAMMOGRAPHY QC TEST SUMMARY";
+inline constexpr std::string_view kFormPreliminary                               = "22871::Preliminary Results";
+inline constexpr std::string_view kFormAssistantLog                              = "22872::Trainee or Assistant Log";
+inline constexpr std::string_view kFormSite                                      = "22873::Site: ";
+inline constexpr std::string_view kFormSurveyDate                                = "22875::Survey Date: ";
+inline constexpr std::string_view kFormReportDate                                = "22878::Report Date: ";
+inline constexpr std::string_view kFormInstalled                                 = "22879::Date of Installation: ";
+inline constexpr std::string_view kFormSupervising                               = "22881::Supervising ";
+inline constexpr std::string_view kFormAssistant                                 = "22882::Trainee or Assistant: ";
+inline constexpr std::string_view kFormPhysicist                                 = "22883::Medical Physicist: ";
+inline constexpr std::string_view kFormTests                                     = "22884::MEDICAL PHYSICIST's QC Tests ";
+inline constexpr std::string_view kFormFootnote                                  = "22900::**If any of the starred MQSA tests fail (Phantom Image Quality and Average Glandular Dose), corrective action must be taken before any further exams are performed. Failure of any other MQSA-mandated tests requires corrective action within 30 days of the test date.";
+inline constexpr std::string_view kFormCorrectiveAction                          = "22901::Recommended Corrective Action:";
+inline constexpr std::string_view kProgram1                                      = "22903::1.  Darkroom cleanliness (daily)";
+inline constexpr std::string_view kProgram2                                      = "22904::2.  Processor QC - performed, records maintained, action taken when needed (daily)";
+inline constexpr std::string_view kProgram3                                      = "22905::3.  Screen cleaning (weekly)";
+inline constexpr std::string_view kProgram4                                      = "22906::4.  Mammo phantom imaging - performed, records maintained, action taken as needed (weekly)";
+inline constexpr std::string_view kProgram5                                      = "22907::5.  Darkroom fog (semiannually)";
+inline constexpr std::string_view kProgram6                                      = "22908::6.  Film-screen contact test (semiannually)";
+inline constexpr std::string_view kProgram7                                      = "22909::7.  Compression pressure monitored (semiannually)";
+inline constexpr std::string_view kProgram8                                      = "22910::8.  Repeat analysis - performed, records maintained, reviewed by radiologist (quarterly)";
+inline constexpr std::string_view kProgram9                                      = "22911::9.  Viewboxes and viewing conditions (weekly)";
+inline constexpr std::string_view kProgram10                                     = "22912::10. Analysis of fixer retention (quarterly)";
+inline constexpr std::string_view kProgram11                                     = "22913::11. Visual checklist (monthly)";
+inline constexpr std::string_view kFormImportant                                 = "22961::Important : If either test #7 (Phantom Image Quality Evaluation) or the Average Glandular Dose component of test #10 fail FDA's MQSA regulations, corrective action must be taken before any further examinations are performed.  Corrective action must be taken within 30 days of the test date for all other MQSA failures.";
+inline constexpr std::string_view kFormAssistantTests                            = "22962::Medical Physicist's QC Tests Performed by the Trainee or Assistant";
+inline constexpr std::string_view kFormRecommendations                           = "22963::Medical Physicist's Recommendations for Quality Improvement:";
+inline constexpr std::string_view kFormSignature                                 = "22965::Signature";
+inline constexpr std::string_view kFormPhysicistName                             = "22966::PHYSICIST's Name:";
+inline constexpr std::string_view kFormPhone                                     = "22967::Phone Number:";
+inline constexpr std::string_view kFormRoomId                                    = "23136::Room ID: ";
+inline constexpr std::string_view kFormUnitManufacturer                          = "23137::X-Ray Unit Manufacturer: ";
+inline constexpr std::string_view kFormUnitModel                                 = "23138::Model: ";
 // clang-format on
 
 }  // namespace vorex::survey_text

@@ -50,7 +50,7 @@ int32_t LineHeight(int32_t points) {
 int32_t RowHeight(const ReportRow& row) {
     std::size_t lines = 1;
     for (const ReportCell& cell : row.cells) lines = std::max(lines, cell.lines.size());
-    return static_cast<int32_t>(lines) * LineHeight(row.points) + kRowPadding + (row.group ? kGroupGap : 0);
+    return static_cast<int32_t>(lines) * LineHeight(row.points) + row.Padding() + (row.group ? kGroupGap : 0);
 }
 
 int32_t WidthOf(const ReportCell& cell, const std::vector<ReportColumn>& columns) {
@@ -106,6 +106,10 @@ int32_t ReportDocument::SpaceLeft() const {
     return std::max(0, mSettings.paper.UsableHeight() - mTop);
 }
 
+int32_t ReportDocument::TextWidth(std::string_view text) {
+    return mWrapper ? mWrapper->Width(CleanReportText(text), ReportFace::kPlain, mPoints) : 0;
+}
+
 void ReportDocument::Style(int32_t points) {
     mPoints = std::clamp(points, kLeastPoints, kMostPoints);
 }
@@ -138,7 +142,7 @@ void ReportDocument::LayRow(ReportRow& row, const std::vector<ReportColumn>& col
         for (ReportCell& cell : row.cells) {
             const int32_t shape =
                 cell.mark == ReportMark::kNone ? 0 : mPoints * kTwipsPerPoint + kMarkGapTwips;
-            const int32_t room = WidthOf(cell, columns) - 2 * kCellPadding - shape;
+            const int32_t room = WidthOf(cell, columns) - 2 * columns[cell.column].Padding() - shape;
             const std::string_view words = MarkWord(mSettings.facts, cell.mark, cell.text);
             const ReportFace face = FaceOf(cell, row);
             // The shape alone says enough where the word beside it has no room.
@@ -164,10 +168,14 @@ int32_t ReportDocument::TableHeight(std::string_view columns, std::string_view r
     return HeightOf(parsed);
 }
 
-ReportTable& ReportDocument::TableFor(const Columns& columns) {
+ReportTable& ReportDocument::TableFor(const Columns& columns, const ReportRow& row) {
     auto& items = mModel.pages.back().items;
     auto* table = items.empty() ? nullptr : std::get_if<ReportTable>(&items.back());
-    if (table != nullptr && (table->columns == columns || *table->columns == *columns)) return *table;
+    const auto goesOn = [&] {
+        const bool same = table->columns == columns || *table->columns == *columns;
+        return same && !(row.ruled && row.heading && !table->rows.back().heading);
+    };
+    if (table != nullptr && goesOn()) return *table;
     if (table != nullptr) mTop += kGapAfterTable;
     return std::get<ReportTable>(items.emplace_back(ReportTable{columns, {}}));
 }
@@ -178,9 +186,10 @@ void ReportDocument::RepeatHeadings(const Columns& columns) {
     if (HeightOf(mHeadings) > least) return;
     for (ReportRow row : mHeadings) {
         row.repeated = true;
+        ReportTable& table = TableFor(columns, row);
         row.top = mTop;
         mTop += row.height;
-        TableFor(columns).rows.push_back(std::move(row));
+        table.rows.push_back(std::move(row));
     }
 }
 
@@ -193,7 +202,7 @@ void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool mayMov
         PlaceInPieces(row, columns);
         return;
     }
-    ReportTable& table = TableFor(columns);
+    ReportTable& table = TableFor(columns, row);
     row.top = mTop;
     mTop += row.height;
     table.rows.push_back(std::move(row));
@@ -205,7 +214,7 @@ void ReportDocument::PlaceInPieces(const ReportRow& row, const Columns& columns)
     std::size_t count = 0;
     for (const ReportCell& cell : row.cells) count = std::max(count, cell.lines.size());
     while (begin < count) {
-        const int32_t room = std::max(1, (SpaceLeft() - kRowPadding) / LineHeight(row.points));
+        const int32_t room = std::max(1, (SpaceLeft() - row.Padding()) / LineHeight(row.points));
         const std::size_t end = std::min(count, begin + static_cast<std::size_t>(room));
         ReportRow piece = row;
         for (ReportCell& cell : piece.cells) {
@@ -213,7 +222,7 @@ void ReportDocument::PlaceInPieces(const ReportRow& row, const Columns& columns)
             for (std::size_t i = begin; i < std::min(end, lines.size()); ++i) cell.lines.push_back(lines[i]);
         }
         piece.height = RowHeight(piece);
-        ReportTable& table = TableFor(columns);
+        ReportTable& table = TableFor(columns, piece);
         piece.top = mTop;
         mTop += piece.height;
         table.rows.push_back(std::move(piece));
@@ -249,14 +258,17 @@ void ReportDocument::PlaceHeading(std::string_view title, std::string_view outco
     heading.points = level == 0 ? kTitlePoints : kHeadingPoints;
     if (!outcome.empty() && outcome == mSettings.facts.failWord) heading.mark = ReportMark::kFail;
     if (!outcome.empty() && outcome == mSettings.facts.passWord) heading.mark = ReportMark::kPass;
-    constexpr int32_t kOutcomeShare = 4;  // of the width is kept for the outcome
+    heading.centred = level > 0 && mAlign == ReportAlign::kCentre;
+    constexpr int32_t kOutcomeShare = 4;  // of the width is kept for the outcome beside the title
     if (mWrapper) {
         const int32_t width = mSettings.paper.UsableWidth();
-        heading.lines = mWrapper->Wrap(heading.title, width - (outcome.empty() ? 0 : width / kOutcomeShare),
+        const bool beside = !outcome.empty() && !heading.centred;
+        heading.lines = mWrapper->Wrap(heading.title, width - (beside ? width / kOutcomeShare : 0),
                                        ReportFace::kBold, heading.points);
     }
+    const int32_t below = heading.centred && !outcome.empty() ? LineHeight(heading.points) : 0;
     const auto lines = static_cast<int32_t>(std::max<std::size_t>(1, heading.lines.size()));
-    heading.height = lines * LineHeight(heading.points) + 2 * kHeadingPadding;
+    heading.height = lines * LineHeight(heading.points) + below + 2 * kHeadingPadding;
     if (Paged() && mTop > 0 &&
         std::min(heading.height + kRoomBelowHeading, mSettings.paper.UsableHeight()) > SpaceLeft())
         NewPage();
@@ -270,7 +282,7 @@ void ReportDocument::PlaceHeading(std::string_view title, std::string_view outco
         piece.lines.assign(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(taken));
         rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(taken));
         piece.height = static_cast<int32_t>(std::max<std::size_t>(1, taken)) * LineHeight(piece.points) +
-                       2 * kHeadingPadding;
+                       (first ? below : 0) + 2 * kHeadingPadding;
         if (!first) piece.title = piece.outcome = {};
         piece.top = mTop;
         mTop += piece.height;
@@ -315,6 +327,7 @@ void ReportDocument::BeginFigure(std::string_view caption, int32_t height) {
 void ReportDocument::EndFigure() {
     if (const ReportFigure* figure = OpenFigure()) mTop = std::max(mTop, figure->top + figure->height);
     mInFigure = false;
+    mAlign = ReportAlign::kLeft;
 }
 
 void ReportDocument::DrawLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2) {

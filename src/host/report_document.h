@@ -44,6 +44,7 @@ class ReportDocument final : public IReportDocument {
     char DecimalSign() const override { return mSettings.decimalSign; }
     int32_t SpaceLeft() const override;
     int32_t TableHeight(std::string_view columns, std::string_view rows) override;
+    int32_t TextWidth(std::string_view text) override;
     void Style(int32_t points) override;
     int32_t Metric(int32_t selector) const override;
     void Alignment(int32_t alignment) override;
@@ -70,8 +71,9 @@ class ReportDocument final : public IReportDocument {
     Columns ColumnsOf(std::string_view definition);
     void LayRow(ReportRow& row, const std::vector<ReportColumn>& columns);
     std::vector<ReportRow> LaidRows(std::string_view rows, const Columns& columns);
-    /// The table that the next row of these columns continues; a new one where there is none.
-    ReportTable& TableFor(const Columns& columns);
+    /// The table that a row of these columns continues; a new one where there is none. A heading begins a
+    /// framed table anew.
+    ReportTable& TableFor(const Columns& columns, const ReportRow& row);
     void PlaceRow(ReportRow row, const Columns& columns, bool mayMove);
     void PlaceInPieces(const ReportRow& row, const Columns& columns);
     void RepeatHeadings(const Columns& columns);

@@ -1,6 +1,7 @@
 #include "host/report_html.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "foundation/number_text.h"
@@ -28,6 +29,10 @@ th.group { font-weight: bold; padding-top: .6rem; }
 .indented { padding-left: 1.6rem; }
 tr.failed { background: #fbe3e1; box-shadow: inset 4px 0 0 #b00020; }
 tr.failed th, tr.failed td, .fail, .pass { font-weight: bold; }
+table.ruled { table-layout: fixed; border: 1px solid #333; }
+table.ruled th, table.ruled td { border: 1px solid #333; padding: .2rem .4rem; }
+h2.form { justify-content: center; text-align: center; border: 0; flex-wrap: wrap; gap: 0 1rem; }
+h2.form span { flex: 0 0 100%; }
 .fail { color: #b00020; white-space: nowrap; }
 .pass { color: #1b5e20; white-space: nowrap; }
 figure { margin: 1rem 0; }
@@ -38,6 +43,8 @@ footer { margin-top: 2rem; border-top: 1px solid #888; color: #444; font-size: .
   body { font-size: 9pt; max-width: none; margin: 0; padding: 0; }
   nav { display: none; }
   h2 { break-after: avoid; }
+  section.page { break-before: page; }
+  section.page > h2 { margin-top: 0; }
   tr, figure { break-inside: avoid; }
   thead { display: table-header-group; }
   tr.failed { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
@@ -71,9 +78,13 @@ class HtmlWriter {
 
     std::string Write() {
         AddHead();
-        for (const ReportPage& page : mReport.pages)
-            for (const ReportItem& item : page.items)
+        for (const ReportPage& page : mReport.pages) {
+            mBeginsPage = &page != &mReport.pages.front();
+            for (const ReportItem& item : page.items) {
                 std::visit([this](const auto& part) { Add(part); }, item);
+                mBeginsPage = false;
+            }
+        }
         EndSection();
         mHtml += "</main>\n<footer><p>";
         bool first = true;
@@ -125,13 +136,16 @@ class HtmlWriter {
         EndSection();
         const std::string id = "s" + std::to_string(mNumber++);
         const std::string tag = heading.level == 0 ? "h1" : "h2";
-        mHtml.append("<section aria-labelledby=\"").append(id).append("\">\n<").append(tag);
+        mHtml.append("<section").append(mBeginsPage ? " class=\"page\"" : "");
+        mHtml.append(" aria-labelledby=\"").append(id).append("\">\n<").append(tag);
+        mHtml.append(heading.centred ? " class=\"form\"" : "");
         mHtml.append(" id=\"").append(id).append("\"><span dir=\"auto\">");
         AddEscaped(mHtml, heading.title);
         mHtml += "</span>";
         if (!heading.outcome.empty()) {
-            mHtml += " ";
+            mHtml += heading.centred ? " <span dir=\"auto\">" : " ";
             AddMark(heading.mark, heading.outcome);
+            if (heading.centred) mHtml += "</span>";
         }
         mHtml.append("</").append(tag).append(">\n");
         mInSection = true;
@@ -176,6 +190,8 @@ class HtmlWriter {
         std::vector<int32_t> places(table.columns->size(), -1);
         for (const ReportRow& row : table.rows)
             for (const ReportCell& cell : row.cells) places[cell.column] = 0;
+        for (std::size_t i = 0; i < places.size(); ++i)
+            if ((*table.columns)[i].ruled) places[i] = 0;
         int32_t next = 0;
         for (int32_t& place : places)
             if (place == 0) place = next++;
@@ -189,7 +205,10 @@ class HtmlWriter {
         if (used == 0) return;
         mHtml += "<table";
         if (mInSection) mHtml.append(" aria-labelledby=\"s").append(std::to_string(mNumber - 1)).append("\"");
-        mHtml += ">\n";
+        if (table.columns->front().ruled)
+            AddRuledColumns(*table.columns);
+        else
+            mHtml += ">\n";
         enum class Part { kNone, kHead, kBody } part = Part::kNone;
         const auto go = [&](Part next, bool anew) {
             if (next == part && !anew) return;
@@ -205,6 +224,20 @@ class HtmlWriter {
         }
         go(Part::kNone, false);
         mHtml += "</table>\n";
+    }
+
+    /// A form keeps the proportions of its columns.
+    void AddRuledColumns(const std::vector<ReportColumn>& columns) {
+        const auto share = [](int32_t part, int32_t whole) {
+            constexpr int32_t kHundredth = 10000;
+            return PlainText(std::round(double{kHundredth} * part / whole) / 100) + "%";
+        };
+        const int32_t whole = columns.back().left + columns.back().width;
+        mHtml.append(" class=\"ruled\" style=\"width:").append(share(whole, mReport.paper.UsableWidth()));
+        mHtml += "\">\n<colgroup>";
+        for (const ReportColumn& column : columns)
+            mHtml.append("<col style=\"width:").append(share(column.width, whole)).append("\"/>");
+        mHtml += "</colgroup>\n";
     }
 
     void AddRow(const ReportRow& row, const std::vector<ReportColumn>& columns,
@@ -236,13 +269,26 @@ class HtmlWriter {
         if (column.align == ReportAlign::kCentre && !group) classes = "centre";
         if (cell.text.starts_with(kIndent)) classes += classes.empty() ? "indented" : " indented";
         if (!classes.empty()) mHtml.append(" class=\"").append(classes).append("\"");
+        if (const std::size_t room = column.ruled ? RoomToWrite(cell.text) : 0; room > 0)
+            mHtml.append(" style=\"height:").append(PlainText(kLineEm * (double(room) + 1))).append("em\"");
         if (span > 1) mHtml.append(" colspan=\"").append(std::to_string(span)).append("\"");
         mHtml += " dir=\"auto\">";
         if (cell.mark != ReportMark::kNone)
             AddMark(cell.mark, cell.text);
         else
-            AddEscaped(mHtml, Trimmed(cell.text));
+            AddWords(Trimmed(cell.text));
         mHtml += header ? "</th>" : "</td>";
+    }
+
+    /// A gap to write into by hand is kept; a browser makes one blank of any other run.
+    void AddWords(std::string_view words) {
+        while (!words.empty()) {
+            const std::size_t begin = std::min(words.find(kGap), words.size());
+            const std::size_t end = std::min(words.find_first_not_of(' ', begin), words.size());
+            AddEscaped(mHtml, words.substr(0, begin));
+            for (std::size_t i = begin; i < end; ++i) mHtml += "&#160;";
+            words.remove_prefix(end);
+        }
     }
 
     // ------------------------------------------------------------------------------------- figures
@@ -281,13 +327,19 @@ class HtmlWriter {
         mHtml += "</text>\n";
     }
 
-    void Add(const ReportRule& /*rule*/) {}
+    void Add(const ReportRule& rule) {
+        if (rule.from.y == rule.to.y) mHtml += "<hr/>\n";
+    }
+
+    static constexpr double kLineEm = 1.4;  ///< height of a line of text
+    static constexpr std::string_view kGap = "    ";
 
     const ReportModel& mReport;
     const ReportFacts& mFacts;
     std::string mHtml;
     int32_t mNumber = 0;
     bool mInSection = false;
+    bool mBeginsPage = false;
     bool mHasContents = false;
 };
 

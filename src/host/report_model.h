@@ -25,6 +25,9 @@ inline constexpr int32_t kCellPadding = 30;
 /// Height of a line for each point of its text, and what a row adds to its lines, above and below together.
 inline constexpr int32_t kLineTwips = 24;
 inline constexpr int32_t kRowPadding = 26;
+/// The same of a column and a row with rules around them.
+inline constexpr int32_t kRuledCellPadding = 80;
+inline constexpr int32_t kRuledRowPadding = 66;
 /// Room above a row that heads others.
 inline constexpr int32_t kGroupGap = 60;
 /// Room between a verdict's shape and its word, and the size of the shape, in parts of the text's size.
@@ -54,7 +57,9 @@ struct ReportColumn {
     int32_t width = 0;
     ReportAlign align = ReportAlign::kLeft;
     bool narrow = false;  ///< the column of the fail mark
+    bool ruled = false;   ///< cells have rules around them
 
+    int32_t Padding() const { return ruled ? kRuledCellPadding : kCellPadding; }
     bool operator==(const ReportColumn&) const = default;
 };
 
@@ -76,6 +81,9 @@ struct ReportRow {
     bool group = false;     ///< heads the rows below it in the course of a table
     bool repeated = false;  ///< a heading that stands on an earlier page
     bool failed = false;
+    bool ruled = false;  ///< stands in ruled columns
+
+    int32_t Padding() const { return ruled ? kRuledRowPadding : kRowPadding; }
 };
 
 struct ReportTable {
@@ -83,11 +91,18 @@ struct ReportTable {
     std::vector<ReportRow> rows;
 };
 
+/// Line feeds that a cell ends with: lines to write on by hand.
+inline std::size_t RoomToWrite(std::string_view text) {
+    const std::size_t last = text.find_last_not_of('\n');
+    return last == std::string_view::npos ? text.size() : text.size() - last - 1;
+}
+
 struct ReportHeading {
     std::string_view title;
     std::string_view outcome;
     ReportMark mark = ReportMark::kNone;
-    int32_t level = 1;  ///< 0 is the title of the report
+    int32_t level = 1;     ///< 0 is the title of the report
+    bool centred = false;  ///< the title of a form; the outcome stands in a line below it
     int32_t top = 0;
     int32_t height = 0;
     int32_t points = 0;
@@ -116,7 +131,7 @@ struct ReportFigure {
     std::vector<ReportLabel> labels;
 };
 
-/// A line that belongs to the form, not to a figure.
+/// A line on the page, not in a figure.
 struct ReportRule {
     ReportPoint from;
     ReportPoint to;

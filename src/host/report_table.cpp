@@ -45,6 +45,7 @@ ReportColumn ParseColumn(std::string_view text) {
         if (c == '>') column.align = ReportAlign::kRight;
         if (c == '^') column.align = ReportAlign::kCentre;
         if (c == '!') column.narrow = true;
+        if (c == markup::kRuled) column.ruled = true;
         if ((c >= '0' && c <= '9') || c == '-') number += c;
     }
     column.width = ReadInteger(number);
@@ -135,10 +136,12 @@ class RowReader {
     void Finish(ReportRow& row, std::size_t lastColumn) const {
         row.failed = std::any_of(row.cells.begin(), row.cells.end(),
                                  [](const ReportCell& cell) { return cell.mark == ReportMark::kFail; });
+        row.ruled = mColumns.front().ruled;
+        const std::size_t least = row.ruled ? 1 : 2;
         row.heading =
-            row.cells.size() > 1 && std::all_of(row.cells.begin(), row.cells.end(),
-                                                [](const ReportCell& cell) { return cell.heading; });
-        if (row.cells.empty()) return;
+            row.cells.size() >= least && std::all_of(row.cells.begin(), row.cells.end(),
+                                                     [](const ReportCell& cell) { return cell.heading; });
+        if (row.cells.empty() || row.ruled) return;
         // One cell told behind the margin, where a row has more, and no label of a value.
         row.group = lastColumn == 1 && row.cells.size() == 1 && row.cells.front().column == 1 &&
                     mColumns.size() > 2 && !row.cells.front().text.starts_with(' ');

@@ -18,6 +18,8 @@ constexpr std::size_t kGap = 2;
 /// Numbers may change by a digit without moving what stands beside them.
 constexpr std::size_t kLeastColumn = 8;
 constexpr std::size_t kLeastWrapped = 6;
+/// What stands between two texts of a ruled table.
+constexpr std::size_t kRuleAndBlank = 2;
 constexpr std::string_view kCross = "✗ ";
 constexpr std::string_view kTick = "✓ ";
 
@@ -48,6 +50,7 @@ class TextWriter {
   public:
     std::string Write(const ReportModel& report) {
         mFacts = &report.facts;
+        mUsableWidth = report.paper.UsableWidth();
         for (const ReportPage& page : report.pages)
             for (const ReportItem& item : page.items)
                 std::visit([this](const auto& part) { Add(part); }, item);
@@ -78,6 +81,13 @@ class TextWriter {
     void Add(const ReportHeading& heading) {
         if (heading.title.empty() && heading.outcome.empty()) return;
         if (!mText.empty()) Line("");
+        if (heading.centred) {
+            for (std::string_view words : {heading.title, heading.outcome})
+                for (const ReportLine& part : Wrap(words, kWidth))
+                    if (!part.text.empty())
+                        Line(std::string((kWidth - Width(part.text)) / 2, ' ') + std::string(part.text));
+            return;
+        }
         const std::string outcome = std::string(ShapeOf(heading.mark)) + std::string(heading.outcome);
         const std::size_t kept = outcome.empty() ? 0 : Width(outcome) + kGap;
         bool first = true;
@@ -140,6 +150,10 @@ class TextWriter {
                                                 [](const ReportRow& row) { return !row.cells.empty(); });
         if (!holdsSomething) return;
         if (!mText.empty()) Line("");
+        if (table.columns->front().ruled) {
+            AddRuled(table);
+            return;
+        }
         Widths widths = NaturalWidths(table);
         Fit(widths);
         bool first = true;
@@ -189,6 +203,86 @@ class TextWriter {
         const std::size_t length = Width(line);
         if (length < at) line.append(at - length, ' ');
         line += words;
+    }
+
+    // --------------------------------------------------------------------------------- ruled tables
+
+    std::size_t LongestWord(std::string_view text) {
+        std::size_t longest = 0;
+        ForEachPart(text, '\n', [&](std::string_view line) {
+            ForEachPart(line, ' ', [&](std::string_view word) { longest = std::max(longest, Width(word)); });
+        });
+        return longest;
+    }
+
+    /// Places of the rules: columns as wide as on paper, and no word broken for that where another column
+    /// has room to give.
+    Widths RulesOf(const ReportTable& table) {
+        const std::vector<ReportColumn>& columns = *table.columns;
+        const auto place = [&](int32_t twips) {
+            constexpr double kLast = kWidth - 1;
+            return static_cast<std::size_t>(std::lround(kLast * twips / mUsableWidth));
+        };
+        Widths inner;
+        for (const ReportColumn& column : columns)
+            inner.push_back(std::max(kLeastWrapped, place(column.left + column.width) - place(column.left)) -
+                            kRuleAndBlank);
+        Widths least(columns.size(), 0);
+        for (const ReportRow& row : table.rows)
+            for (const ReportCell& cell : row.cells)
+                least[cell.column] = std::max(least[cell.column], LongestWord(Words(cell)));
+        for (std::size_t i = 0; i < inner.size(); ++i) {
+            const auto widest = std::max_element(inner.begin(), inner.end());
+            if (least[i] <= inner[i] || *widest < kWidth / 2) continue;
+            const std::size_t wanted = std::min(least[i] - inner[i], *widest - kWidth / 3);
+            *widest -= wanted;
+            inner[i] += wanted;
+        }
+        Widths rules = {0};
+        for (std::size_t width : inner) rules.push_back(rules.back() + width + kRuleAndBlank);
+        return rules;
+    }
+
+    void AddRuled(const ReportTable& table) {
+        const Widths rules = RulesOf(table);
+        std::string separator(rules.back() + 1, '-');
+        for (std::size_t rule : rules) separator[rule] = '+';
+        Line(separator);
+        bool apart = true;  // a separator stands above
+        for (const ReportRow& row : table.rows) {
+            const bool room = std::any_of(row.cells.begin(), row.cells.end(),
+                                          [](const ReportCell& cell) { return RoomToWrite(cell.text) > 0; });
+            if (room && !apart) Line(separator);
+            AddRuledRow(row, *table.columns, rules);
+            apart = room || row.heading;
+            if (apart || &row == &table.rows.back()) Line(separator);
+        }
+    }
+
+    void AddRuledRow(const ReportRow& row, const std::vector<ReportColumn>& columns, const Widths& rules) {
+        std::vector<std::vector<ReportLine>> cells(columns.size());
+        std::vector<std::string> words(columns.size());
+        std::size_t lines = 1;
+        for (const ReportCell& cell : row.cells) {
+            const std::size_t at = cell.column;
+            words[at] = Words(cell);
+            cells[at] = Wrap(words[at], rules[at + 1] - rules[at] - kRuleAndBlank);
+            lines = std::max(lines, cells[at].size());
+        }
+        for (std::size_t i = 0; i < lines; ++i) {
+            std::string line = "|";
+            for (std::size_t at = 0; at < columns.size(); ++at) {
+                if (i < cells[at].size()) {
+                    const ReportLine& part = cells[at][i];
+                    Put(line,
+                        std::string(static_cast<std::size_t>(part.indent), ' ') + std::string(part.text),
+                        Width(part.text) + static_cast<std::size_t>(part.indent), rules[at] + kRuleAndBlank,
+                        rules[at + 1] - rules[at] - kRuleAndBlank, columns[at].align);
+                }
+                line.append(rules[at + 1] - std::min(rules[at + 1], Width(line)), ' ').append("|");
+            }
+            Line(line);
+        }
     }
 
     /// A figure in characters: lines, curves and labels on a grid.
@@ -267,11 +361,14 @@ class TextWriter {
         return text;
     }
 
-    void Add(const ReportRule& /*rule*/) {}
+    void Add(const ReportRule& rule) {
+        if (rule.from.y == rule.to.y) Line(std::string(kWidth, '-'));
+    }
 
     TerminalMetrics mMetrics;
     TextWrapper mWrapper{mMetrics};
     const ReportFacts* mFacts = nullptr;
+    int32_t mUsableWidth = 1;
     std::string mText;
 };
 

@@ -11,6 +11,8 @@ namespace {
 
 constexpr int64_t kEm = 1000;
 constexpr int32_t kMostIndentParts = 3;
+/// More blanks in a row are a gap to write into, and part lines only where nothing else does.
+constexpr std::size_t kMostBlanks = 3;
 
 /// Ideographs and kana: a line may end behind each.
 bool BreaksAnywhere(char32_t c) {
@@ -73,41 +75,52 @@ int32_t TextWrapper::Width(std::string_view text, ReportFace face, int32_t point
 
 void TextWrapper::WrapLine(std::string_view text, int64_t room, ReportFace face, int32_t points,
                            std::vector<ReportLine>& lines) {
+    struct Place {
+        std::size_t at = 0;
+        int64_t width = 0;  // of the line up to here
+    };
     std::size_t begin = 0;
-    std::size_t breakAt = 0;  // behind the last blank, or where a line may end
     int64_t width = 0;
-    int64_t widthAtBreak = 0;
-    const auto close = [&](std::size_t end, int64_t lineWidth) {
-        std::string_view line = text.substr(begin, end - begin);
+    std::size_t blanks = 0;  // in a row
+    Place breakAt;           // behind the last blank, or where a line may end
+    Place beforeBlanks;      // the break in front of these blanks
+    Place gap;               // behind the last gap
+    const auto close = [&](const Place& end) {
+        std::string_view line = text.substr(begin, end.at - begin);
+        int64_t lineWidth = end.width;
         while (line.ends_with(' ')) {
             line.remove_suffix(1);
             lineWidth -= Advance(' ', face);
         }
         lines.push_back(
             {line, 0, static_cast<int32_t>((lineWidth * points * kTwipsPerPoint + kEm - 1) / kEm)});
-        begin = end;
+        begin = end.at;
     };
     for (std::size_t at = 0; at < text.size();) {
         const Utf8Character next = FirstCharacter(text.substr(at));
         const int64_t advance = Advance(next.code, face);
         const bool blank = next.code == ' ';
-        if (BreaksAnywhere(next.code) && at > begin) {
-            breakAt = at;
-            widthAtBreak = width;
-        }
-        if (!blank && width + advance > room && at > begin && !IsCombining(next.code)) {
-            const bool atBreak = breakAt > begin;
-            close(atBreak ? breakAt : at, atBreak ? widthAtBreak : width);
-            width = atBreak ? width - widthAtBreak : 0;
+        if (BreaksAnywhere(next.code) && at > begin) breakAt = {at, width};
+        while (!blank && width + advance > room && at > begin && !IsCombining(next.code)) {
+            const Place end = breakAt.at > begin ? breakAt : gap.at > begin ? gap : Place{at, width};
+            close(end);
+            for (int64_t* from : {&width, &breakAt.width, &gap.width}) *from -= end.width;
         }
         width += advance;
         at += next.length;
-        if (blank) {
-            breakAt = at;
-            widthAtBreak = width;
+        if (!blank) {
+            blanks = 0;
+            continue;
+        }
+        if (blanks++ == 0) beforeBlanks = breakAt;
+        if (blanks <= kMostBlanks) {
+            breakAt = {at, width};
+        } else {
+            breakAt = beforeBlanks;
+            gap = {at, width};
         }
     }
-    close(text.size(), width);
+    close({text.size(), width});
 }
 
 std::vector<ReportLine> TextWrapper::Wrap(std::string_view text, int32_t width, ReportFace face,

@@ -117,8 +117,8 @@ void CResultMQSA::UpdateStatus(ITestElement& owner, const ISelectedStandards* /*
 }
 
 void CResultMQSA::CopyStatusCells() {
-    mCells = State().cells;
-    vorex::CopyStatusCells(*mCells, mTables);
+    if (State().cells != State().loadedCells) mCells = State().cells;
+    vorex::CopyStatusCells(Cells(), mTables);
 }
 
 void CResultMQSA::UpdateServiceRecord(const ITestElement& owner) {

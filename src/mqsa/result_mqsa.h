@@ -38,8 +38,18 @@ class CResultMQSA : public IResultData,
     void pUpdateMQSATestStatus();
     /// The text with the decimal sign of the system in place of the other one.
     static std::string Val_WR(std::string_view value);
-    /// Copies the outcomes of the automatic tests into the tables, before they are printed.
+    /// Copies the outcomes of the automatic tests into the tables: the latest of this process, or, where no
+    /// test ran since a survey was loaded, those that this survey brought.
     void CopyStatusCells();
+
+    // The printed survey (result_mqsa_report.cpp). Each page begins where the report stands.
+    /// What was remarked on the pages of the survey. Nothing when nothing was.
+    void PrintComment(IReportDocument& report) const;
+    bool HasPageComments() const;
+    void GetPreliminaryResultsData(IReportDocument& report, const CConfigMQSA* configuration) const;
+    void GetSummaryOneData(IReportDocument& report, const CConfigMQSA* configuration) const;
+    void GetSummaryTwoData(IReportDocument& report, const CConfigMQSA* configuration) const;
+    void GetAssistantLogData(IReportDocument& report, const CConfigMQSA* configuration) const;
 
     // IResultData
     std::string Comment() const override { return mComment; }
@@ -57,8 +67,10 @@ class CResultMQSA : public IResultData,
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     /// Raises 0x8004A3EC or 0x8004A3C3 when an element cannot be made.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
-    /// The survey has no printed form in this version.
-    void PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) override {}
+    /// Prints nothing: brings the tables up to date with the automatic tests, for the pages below.
+    void PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) override {
+        CopyStatusCells();
+    }
 
     const SurveyRecord& Record() const { return mRecord; }
     SurveyRecord& Record() { return mRecord; }

@@ -111,7 +111,7 @@ void CResultMQSA::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog
         if (log != nullptr) log->LogMessage(kErrorResultMissing, 4, error.what());
         throw;
     }
-    mCells = State().cells;
+    mCells = State().loadedCells = State().cells;
 }
 
 void CResultMQSA::LoadChild(const std::shared_ptr<IXmlElement>& child, IProgressLog* log) {

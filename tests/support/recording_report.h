@@ -14,10 +14,12 @@
 
 namespace vorex::test {
 
-/// A report that keeps what is printed, in order, a line a call. Every row is 200 twips high.
+/// A report that keeps what is printed, in order, a line a call. Every row is 200 twips high, every
+/// character 100 wide.
 class RecordingReport : public IReportDocument {
   public:
     static constexpr int32_t kRowHeight = 200;
+    static constexpr int32_t kCharacter = 100;
 
     std::vector<std::string> calls;
     int32_t options = 0;
@@ -51,6 +53,9 @@ class RecordingReport : public IReportDocument {
     int32_t SpaceLeft() const override { return pageHeight - mPosition; }
     int32_t TableHeight(std::string_view, std::string_view rows) override {
         return kRowHeight * static_cast<int32_t>(RowsOf(rows).size());
+    }
+    int32_t TextWidth(std::string_view text) override {
+        return kCharacter * static_cast<int32_t>(text.size());
     }
     void Style(int32_t points) override { Note("style " + PlainText(points)); }
     int32_t Metric(int32_t selector) const override {

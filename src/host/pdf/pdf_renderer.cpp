@@ -155,11 +155,15 @@ class PagePainter {
             heading.top + (heading.height - static_cast<int32_t>(heading.lines.size()) * lineHeight) / 2;
         int32_t top = first;
         Pen(Qt::black);
+        const int32_t right = mReport.paper.UsableWidth();
+        if (heading.centred) {
+            DrawFormTitle(heading);
+            return;
+        }
         for (const ReportLine& line : heading.lines) {
             Write(line.indent, top, line.text, ReportFace::kBold, heading.points);
             top += lineHeight;
         }
-        const int32_t right = mReport.paper.UsableWidth();
         if (!heading.outcome.empty()) {
             const int32_t x = right - Width(heading.outcome, ReportFace::kBold, heading.points);
             Pen(ColourOf(heading.mark));
@@ -173,6 +177,20 @@ class PagePainter {
         mPainter.drawLine(0, rule, right, rule);
     }
 
+    /// Without a rule: the tables of a form bring their own.
+    void DrawFormTitle(const ReportHeading& heading) {
+        const int32_t width = mReport.paper.UsableWidth();
+        const int32_t lineHeight = heading.points * kLineTwips;
+        const auto lines = static_cast<int32_t>(heading.lines.size()) + (heading.outcome.empty() ? 0 : 1);
+        int32_t top = heading.top + (heading.height - lines * lineHeight) / 2;
+        for (const ReportLine& line : heading.lines) {
+            Write((width - line.width) / 2, top, line.text, ReportFace::kBold, heading.points);
+            top += lineHeight;
+        }
+        const int32_t below = Width(heading.outcome, ReportFace::kBold, heading.points);
+        Write((width - below) / 2, top, heading.outcome, ReportFace::kBold, heading.points);
+    }
+
     void Draw(const ReportTable& table) {
         for (const ReportRow& row : table.rows) DrawRow(row, *table.columns);
     }
@@ -183,7 +201,11 @@ class PagePainter {
             mPainter.fillRect(0, row.top, right, row.height, kFailGround);
             mPainter.fillRect(-2 * kBarWidth, row.top, kBarWidth, row.height, kFailColour);
         }
-        if (!row.cells.empty()) {
+        if (row.ruled) {
+            Pen(Qt::black);
+            for (const ReportColumn& column : columns)
+                if (column.ruled) mPainter.drawRect(column.left, row.top, column.width, row.height);
+        } else if (!row.cells.empty()) {
             Pen(row.heading ? QColor(Qt::black) : kRuleColour, row.heading ? kThinLine : kThinLine / 2);
             const int32_t left = std::min(columns[row.cells.front().column].left, columns.front().width);
             mPainter.drawLine(left, row.top + row.height, right, row.top + row.height);
@@ -191,15 +213,25 @@ class PagePainter {
         for (const ReportCell& cell : row.cells) DrawCell(cell, row, columns);
     }
 
+    static int32_t WidestLine(const ReportCell& cell) {
+        int32_t widest = 0;
+        for (const ReportLine& line : cell.lines) widest = std::max(widest, line.width);
+        return widest;
+    }
+
     void DrawCell(const ReportCell& cell, const ReportRow& row, const std::vector<ReportColumn>& columns) {
         const ReportColumn& column = columns[cell.column];
         const ReportColumn& last = columns[cell.column + cell.span - 1U];
-        int32_t left = column.left + kCellPadding;
-        const int32_t end = last.left + last.width - kCellPadding;
-        int32_t top = row.top + kRowPadding / 2 + (row.group ? kGroupGap : 0);
+        int32_t left = column.left + column.Padding();
+        const int32_t end = last.left + last.width - column.Padding();
+        int32_t top = row.top + row.Padding() / 2 + (row.group ? kGroupGap : 0);
         if (cell.mark != ReportMark::kNone) {
+            const int32_t shape = row.points * kTwipsPerPoint + kMarkGapTwips;
+            // In the middle stand shape and words together.
+            if (column.align == ReportAlign::kCentre)
+                left += std::max(0, end - left - shape - WidestLine(cell)) / 2;
             DrawShape(cell.mark, left, top, row.points);
-            left += row.points * kTwipsPerPoint + kMarkGapTwips;
+            left += shape;
         }
         const bool marked = cell.mark != ReportMark::kNone || row.failed || row.group;
         const ReportFace face = cell.heading ? ReportFace::kBoldItalic
@@ -208,7 +240,9 @@ class PagePainter {
         Pen(ColourOf(cell.mark));
         for (const ReportLine& line : cell.lines) {
             const int32_t spare = end - left - line.width;
+            const bool besideShape = cell.mark != ReportMark::kNone && column.align == ReportAlign::kCentre;
             const int32_t shift = column.align == ReportAlign::kRight    ? spare
+                                  : besideShape                          ? 0
                                   : column.align == ReportAlign::kCentre ? spare / 2
                                                                          : line.indent;
             Write(left + std::max(0, shift), top, line.text, face, row.points);
