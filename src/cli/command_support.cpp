@@ -10,6 +10,7 @@
 #include "foundation/host_services.h"
 #include "foundation/library_state.h"
 #include "foundation/number_text.h"
+#include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/headless_platform.h"
 #include "host/text_service.h"
@@ -86,7 +87,7 @@ void WriteResult(ElementFile& file, const fs::path& output, Terminal& terminal) 
 void PrintSummary(const ElementFile& file, const fs::path& output, Terminal& terminal) {
     if (output.empty()) return;
     AddLines(file.Elements(), 0, terminal.colour, terminal.out);
-    terminal.out << "Saved as " << output.string() << "\n";
+    terminal.out << Translate(text::kSavedAs, {output.string()}) << "\n";
 }
 
 int VerdictOf(const ElementFile& file) {

@@ -13,6 +13,7 @@
 #include "cli/survey_text.h"
 #include "cli/verdict_text.h"
 #include "foundation/number_text.h"
+#include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/element_base.h"
 #include "host/element_file.h"
@@ -77,7 +78,8 @@ int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal&
     const auto test = element->Clone();
     element->Terminate();
     test->ID(1);
-    test->Info()->Name(TestTitle(*test));
+    // A file is the same in every language.
+    test->Info()->Name(DefaultText(TitleKey(testId), {}));
     ElementFile file;
     file.Add(test);
     WriteResult(file, options.output, terminal);
@@ -108,7 +110,7 @@ int ReportCommand(const ReportOptions& options, const CommonOptions& common, Ter
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
     WriteReport(*file, *OpenStandards(DataFolders(kStandards), terminal.err), options, LanguageOf(common));
-    terminal.out << "Report written as " << options.output.string() << "\n";
+    terminal.out << Translate(text::kReportWrittenAs, {options.output.string()}) << "\n";
     return kExitPassed;
 }
 

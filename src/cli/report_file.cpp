@@ -6,9 +6,12 @@
 #include <set>
 #include <stdexcept>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "cli/command_support.h"
+#include "cli/report_record.h"
+#include "cli/verdict_text.h"
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
@@ -75,7 +78,9 @@ std::string TitleOf(const ElementFile& file, const ITextService& texts) {
     const auto& roots = file.Elements();
     if (roots.size() == 1 && roots.front()->Info()) {
         const std::string name = roots.front()->Info()->Name();
-        if (!Trimmed(name).empty()) return name;
+        const int32_t test = roots.front()->TestID();
+        if (IsOwnName(name, test)) return name;
+        if (!name.empty()) return texts.Translate(kPlugInId, TitleKey(test), {});
     }
     return texts.Translate(kPlugInId, text::kReportTitle, {});
 }
@@ -158,7 +163,19 @@ void WriteReport(const ElementFile& file, const StandardsLibrary& library, const
     ReportDocument report(settings, form.paged ? &PdfRenderer().Metrics() : nullptr);
     const auto instruments = file.Instruments();
     const auto standards = StandardsOf(file, library);
-    PrintFile(report, {file.Elements(), standards, instruments->Entries()});
+    const auto particulars = Particulars(file, report);
+    // Results are told of by whoever prints them, and know nothing of their elements.
+    std::unordered_map<const IResultData*, const ITestElement*> elements;
+    ForEachElement(file.Elements(),
+                   [&](const auto& element) { elements[element->Result().get()] = element.get(); });
+    const auto recordOf = [&](const IResultData& result) {
+        const auto* measured = dynamic_cast<const CResultCommon*>(&result);
+        if (measured == nullptr) return std::vector<ReportFact>();
+        return RecordFacts(*elements.at(&result), *measured, settings.selected.get(), instruments->Entries(),
+                           report);
+    };
+    const auto noteOf = [&](const ITestElement& element) { return EndingNote(element, &report); };
+    PrintFile(report, {file.Elements(), standards, instruments->Entries(), particulars, recordOf, noteOf});
     WriteWholeFile(options.output, form.render(report.Finish()));
 }
 

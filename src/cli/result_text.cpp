@@ -19,7 +19,6 @@ namespace {
 constexpr std::size_t kWidth = 100;
 constexpr std::size_t kLabelWidth = 38;
 constexpr std::size_t kLeastCellWidth = 9;
-constexpr std::string_view kFailMark = " Fail";
 constexpr std::string_view kRed = "\x1b[31;1m";
 constexpr std::string_view kGreen = "\x1b[32m";
 constexpr std::string_view kPlain = "\x1b[0m";
@@ -57,18 +56,20 @@ std::string Indent(int depth) {
 }
 
 std::string DetectorWords(int32_t kind) {
-    static constexpr std::array<std::string_view, 6> kWords = {
-        "no detector",           "ZRD 47500", "mAs meter", "Pelomark", "ZRD 47500 and mAs meter",
-        "Pelomark and mAs meter"};
-    const auto index = static_cast<std::size_t>(kind);
-    return std::string(index < kWords.size() ? kWords[index] : kWords[0]);
+    const std::string_view name = HasZrd(kind) ? "ZRD 47500" : HasPelomark(kind) ? "Pelomark" : "";
+    if (name.empty()) return Translate(HasMasMeter(kind) ? text::kShowMasMeter : text::kShowNoDetector);
+    return HasMasMeter(kind) ? Translate(text::kShowAndMasMeter, {std::string(name)}) : std::string(name);
+}
+
+std::string Count(std::size_t number) {
+    return PlainText(static_cast<int32_t>(number));
 }
 
 /// A value as the table shows it, with its mark.
 std::string CellWords(const CMeasurement& item) {
     std::string words = item.ShownText();
     if (words.empty()) words = "-";
-    if (item.Status() == kFailed) words += kFailMark;
+    if (item.Status() == kFailed) words += " " + StatusText(kFailed);
     return words;
 }
 
@@ -80,7 +81,7 @@ std::string LabelOf(const CMeasurement& item) {
 /// Why a value failed: the limits of the selected standards that exclude it, or that it is no reading.
 std::string FailureReason(const ITestElement& element, const CMeasurement& item,
                           const ISelectedStandards* selected) {
-    if (!item.HasValidReading()) return "not a usable reading";
+    if (!item.HasValidReading()) return Translate(text::kShowNoReading);
     std::string reason;
     const auto limits = element.Limits();
     if (!limits || !limits->Standards() || selected == nullptr) return reason;
@@ -127,25 +128,23 @@ class TestText {
         Line(DetectorWords(config.DetectorName) + ", " +
              DisplayText(kDetectorModes, config.pMeasurementMode) + ", " +
              DisplayText(kDetectorSettings, config.pMeasurementSettings) + ", " +
-             PlainText(static_cast<int32_t>(config.pNoOfExposures)) +
-             (config.pNoOfExposures == 1 ? " exposure planned" : " exposures planned"));
+             Translate(config.pNoOfExposures == 1 ? text::kShowOnePlanned : text::kShowPlanned,
+                       {Count(config.pNoOfExposures)}));
     }
 
     /// A verdict on fewer exposures than planned must not look like one on all of them.
     void AddTaken(const CConfigCommon& config, const CResultCommon& result) {
-        const auto taken = static_cast<int32_t>(result.Rows().size());
+        const std::size_t taken = result.Rows().size();
         if (result.Status() == kNotApplicable || taken == config.pNoOfExposures) return;
-        const std::string planned = PlainText(static_cast<int32_t>(config.pNoOfExposures));
         const std::string words =
-            taken == 0 ? "No exposure is stored"
-                       : PlainText(taken) + " exposures are stored, " + planned + " were planned";
+            taken == 0 ? Translate(text::kShowNoneStored)
+                       : Translate(text::kShowStored, {Count(taken), Count(config.pNoOfExposures)});
         Line(Coloured(words, kRed, mColour));
     }
 
     void AddOrigin(const CResultCommon& result) {
         const auto add = [this](const std::string& name, const std::string& serial, const std::string& date) {
-            Line("Measured with " + name + ", serial number " + serial +
-                 (date.empty() ? "" : ", calibrated " + date));
+            Line(Translate(text::kShowMeasuredWith, {InstrumentWords(name, serial, date)}));
         };
         if (result.Run() && !result.Run()->instruments.empty())
             for (const CMtiData2& instrument : result.Run()->instruments)
@@ -155,8 +154,10 @@ class TestText {
                 if (entry.number == result.MTIID())
                     add(entry.name, entry.serialNumber, entry.calibrationDate);
         const std::string comment = result.Comment();
-        if (const std::string words = CommentWords(comment); !words.empty()) Line("Comment: " + words);
-        if (const std::string log = CommentLog(comment); !log.empty()) Line("Edited values: " + log);
+        if (const std::string words = CommentWords(comment); !words.empty())
+            Line(Translate(text::kShowComment, {words}));
+        if (const std::string log = CommentLog(comment); !log.empty())
+            Line(Translate(text::kShowEdited, {log}));
     }
 
     static bool IsShown(const CMeasurement& item) { return item.RawKey() != key::kImportWaveform; }
@@ -179,7 +180,7 @@ class TestText {
         for (std::size_t first = 0; first < rows.size(); first += perBlock) {
             const std::size_t last = std::min(rows.size(), first + perBlock);
             Line("");
-            std::string head = Fitted("Exposure", kLabelWidth);
+            std::string head = Fitted(Translate(text::kShowExposure), kLabelWidth);
             for (std::size_t row = first; row < last; ++row)
                 head += "  " + RightAligned(PlainText(static_cast<int32_t>(row + 1)), width);
             Line(head);
@@ -215,12 +216,13 @@ class TestText {
                 if (item->Status() != kFailed) continue;
                 if (!headed) {
                     Line("");
-                    Line(Coloured("Failed values", kRed, mColour));
+                    Line(Coloured(Translate(text::kShowFailedValues), kRed, mColour));
                 }
                 headed = true;
                 const std::string reason = FailureReason(mElement, *item, mFile.selected.get());
-                Line("Exposure " + PlainText(static_cast<int32_t>(row + 1)) + ": " + LabelOf(*item) + " " +
-                     item->ShownText() + (reason.empty() ? "" : ": " + reason));
+                Line(Translate(text::kShowExposureValue,
+                               {Count(row + 1), LabelOf(*item) + " " + item->ShownText() +
+                                                    (reason.empty() ? "" : ": " + reason)}));
             }
         }
     }
@@ -232,13 +234,14 @@ class TestText {
             for (const auto& [waveform, name] : {std::pair(result.KvWaveform(exposure), "kV"),
                                                  std::pair(result.MaWaveform(exposure), "mA")}) {
                 if (!waveform || waveform->ValueCount() == 0) continue;
-                words += (words.empty() ? "" : "; ") + std::string(name) + " of exposure " +
-                         PlainText(exposure) + ", " + PlainText(waveform->ValueCount()) + " samples";
+                words += (words.empty() ? "" : "; ") +
+                         Translate(text::kShowWaveformOf,
+                                   {name, PlainText(exposure), PlainText(waveform->ValueCount())});
             }
         }
         if (words.empty()) return;
         Line("");
-        Line("Waveforms: " + words);
+        Line(Translate(text::kShowWaveforms, {words}));
     }
 
     /// What a redo has replaced: without a mark of failure, for no verdict uses it.
@@ -247,15 +250,15 @@ class TestText {
         if (all.empty()) return;
         Line("");
         if (!mFile.superseded) {
-            Line("Replaced by a redo: " + PlainText(static_cast<int32_t>(all.size())) +
-                 (all.size() == 1 ? " exposure" : " exposures") + " (vorex show --all)");
+            Line(Translate(all.size() == 1 ? text::kShowOneReplaced : text::kShowReplaced,
+                           {Count(all.size())}));
             return;
         }
-        Line("Replaced by a redo, not judged");
+        Line(Translate(text::kShowReplacedList));
         for (const SupersededExposure& superseded : all) {
             Line("");
-            Line("Exposure " + PlainText(static_cast<int32_t>(superseded.exposure)) + ", readings " +
-                 PlainText(superseded.order) + ", replaced " + superseded.time);
+            Line(Translate(text::kShowReplacedOne,
+                           {Count(superseded.exposure), PlainText(superseded.order), superseded.time}));
             for (const auto& item : superseded.row) {
                 if (!IsShown(*item)) continue;
                 const std::string words = item->ShownText();
@@ -265,8 +268,7 @@ class TestText {
             for (const auto& [waveform, name] :
                  {std::pair(superseded.kvWaveform, "kV"), std::pair(superseded.maWaveform, "mA")})
                 if (waveform && waveform->ValueCount() > 0)
-                    Line("Waveform: " + std::string(name) + ", " + PlainText(waveform->ValueCount()) +
-                         " samples");
+                    Line(Translate(text::kShowWaveform, {name, PlainText(waveform->ValueCount())}));
         }
     }
 
@@ -295,14 +297,13 @@ void AddElement(const std::shared_ptr<ITestElement>& element, const ShownFile& f
 }  // namespace
 
 std::string TestTitle(const ITestElement& element) {
-    const TestRow* row = FindTest(element.TestID());
-    return row != nullptr ? std::string(row->title) : "Group";
+    return Translate(TitleKey(element.TestID()));
 }
 
 std::string StatusWords(const ITestElement& element) {
     const auto result = element.Result();
     const std::string words = result ? StatusText(result->Status()) : std::string();
-    return words.empty() ? "not tested" : words;
+    return words.empty() ? Translate(text::kShowNotTested) : words;
 }
 
 std::string ElementLine(const ITestElement& element, int depth, bool colour) {
@@ -311,7 +312,7 @@ std::string ElementLine(const ITestElement& element, int depth, bool colour) {
     const auto info = element.Info();
     const std::string name = info ? info->Name() : std::string();
     std::string left = Indent(depth) + PlainText(element.ID()) + "  " + TestTitle(element);
-    if (!name.empty() && name != TestTitle(element)) left += ": " + name;
+    if (IsOwnName(name, element.TestID())) left += ": " + name;
     const auto result = element.Result();
     const int32_t status = result ? result->Status() : kNotTested;
     // A run that did not go as planned says so beside its verdict, which must not look like any other.
@@ -330,7 +331,9 @@ std::string ResultText(const ShownFile& file, bool colour) {
     if (file.selected)
         for (const StandardName& name : file.selected->Standards())
             standards += (standards.empty() ? "" : ", ") + name.name + " " + name.version;
-    out += "Judged by: " + (standards.empty() ? "no standard" : standards) + "\n\n";
+    out +=
+        Translate(text::kShowJudgedBy, {standards.empty() ? Translate(text::kShowNoStandard) : standards}) +
+        "\n\n";
     for (const auto& root : file.roots) AddElement(root, file, 0, colour, out);
     return out;
 }

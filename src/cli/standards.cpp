@@ -197,12 +197,12 @@ std::string StandardsText(const StandardsLibrary& library) {
         if (!file.about.empty()) text += Wrapped(file.about, 2);
         for (int32_t test : kMeasuringTests) {
             if (!file.HasTest(test)) continue;
-            text += "  " + PlainText(test) + " " + std::string(FindTest(test)->title) + "\n";
+            text += "  " + PlainText(test) + " " + Translate(TitleKey(test)) + "\n";
             for (const StandardLimit& limit : file.limits)
                 if (limit.IsFor(test)) text += LimitText(limit);
         }
     }
-    return text.empty() ? "There is no standard.\n" : text;
+    return text.empty() ? Translate(text::kNoStandards) + "\n" : text;
 }
 
 void AddStandard(ElementFile& file, StandardsLibrary& library, const std::string& wanted,

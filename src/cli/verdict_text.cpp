@@ -6,18 +6,30 @@
 #include <utility>
 
 #include "foundation/number_text.h"
+#include "foundation/report_markup.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
+#include "host/standards.h"
 
 namespace vorex {
 
 namespace {
 
+using Report = const IReportDocument*;
+
+std::string SideName(int32_t side, Report report) {
+    return Translate(side == kHighSide ? text::kShowAtMost : text::kShowAtLeast, report);
+}
+
+/// A number as a report shows it in its language, and the screen with a point.
+std::string NumberText(float number, Report report) {
+    return report != nullptr ? markup::Number(PlainText(number), *report) : PlainText(number);
+}
+
 /// One side of a limit in words, or empty when it is not set.
-std::string SideWords(const CMeasurement& item, const IStandard& standard, int32_t side) {
+std::string SideWords(const CMeasurement& item, const IStandard& standard, int32_t side, Report report) {
     const auto limit = item.GetLimit(side, standard, true, 0);
-    if (!limit.found) return {};
-    return (side == kHighSide ? "at most " : "at least ") + PlainText(limit.number);
+    return limit.found ? SideName(side, report) + " " + NumberText(limit.number, report) : std::string();
 }
 
 std::string NameOf(const StandardName& name) {
@@ -47,7 +59,7 @@ std::string Joined(const std::vector<std::string>& parts, std::string_view betwe
 using Texts = std::map<std::string, std::string>;
 
 /// Every set side of the limits, "Site 1, ER kVp Avg, at most" by its number and expression.
-Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards) {
+Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards, Report report) {
     Texts sides;
     for (int32_t i = 0; standards && i < standards->Count(); ++i) {
         const auto standard = standards->Item(i);
@@ -55,10 +67,12 @@ Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards) {
             for (const int32_t side : {kHighSide, kLowSide}) {
                 if (!limit->IsSet(side)) continue;
                 const std::string expression = limit->Expression(side);
-                sides[NameOf({standard->Name(), standard->Version()}) + ", " + limit->Key() +
-                      (side == kHighSide ? ", at most" : ", at least")] =
-                    PlainText(limit->Value(side)) + (expression == "Y" ? "" : " as " + expression) +
-                    (limit->Unit().empty() ? "" : " " + Translate(limit->Unit()));
+                std::string words = NumberText(limit->Value(side), report);
+                if (FindLimitExpression(expression) != LimitExpression::kValue)
+                    words = Translate(text::kShowAsExpression, {words, expression}, report);
+                if (!limit->Unit().empty()) words += " " + Translate(limit->Unit(), report);
+                sides[NameOf({standard->Name(), standard->Version()}) + ", " + limit->Key() + ", " +
+                      SideName(side, report)] = words;
             }
         }
     }
@@ -66,22 +80,24 @@ Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards) {
 }
 
 /// Lines on the keys whose texts differ, "key: now 84, 88 then"; what stands on one side only reads "none".
-std::vector<std::string> Differences(const Texts& now, const Texts& then) {
-    constexpr std::string_view kNone = "none";
+std::vector<std::string> Differences(const Texts& now, const Texts& then, Report report) {
+    const std::string none = Translate(text::kShowNone, report);
     std::vector<std::string> lines;
     const auto add = [&](const std::string& key, std::string_view newText, std::string_view oldText) {
-        lines.push_back(key + ": now " + std::string(newText.empty() ? kNone : newText) + ", then " +
-                        std::string(oldText.empty() ? kNone : oldText));
+        lines.push_back(Translate(text::kShowNowThen,
+                                  {key, std::string(newText.empty() ? none : newText),
+                                   std::string(oldText.empty() ? none : oldText)},
+                                  report));
     };
     for (const auto& [key, text] : now) {
         const auto old = then.find(key);
         if (old == then.end())
-            add(key, text, kNone);
+            add(key, text, none);
         else if (old->second != text)
             add(key, text, old->second);
     }
     for (const auto& [key, text] : then)
-        if (!now.contains(key)) add(key, kNone, text);
+        if (!now.contains(key)) add(key, none, text);
     return lines;
 }
 
@@ -96,44 +112,62 @@ void AddFew(const std::string& heading, const std::vector<std::string>& all,
     if (all.empty()) return;
     lines.push_back(heading);
     for (std::size_t i = 0; i < std::min(all.size(), kFew); ++i) lines.push_back("  " + all[i]);
-    if (all.size() > kFew) lines.push_back("  and " + std::to_string(all.size() - kFew) + " more");
-}
-
-// ------------------------------------------------------------------------------------------ the origin
-
-std::string OriginWords(const Origin& origin) {
-    return (origin.program.empty() ? "an unnamed program" : origin.program) + ", formulas " +
-           PlainText(origin.formulas);
-}
-
-/// How a run ended in words; empty for one that went as planned.
-std::string EndingWords(const CResultCommon& result) {
-    const RunRecord& run = *result.Run();
-    const std::string reason = run.reason.empty() ? "" : ": " + run.reason;
-    switch (run.ending) {
-        case RunEnding::kStopped:
-            return "stopped after " + PlainText(static_cast<int32_t>(result.Rows().size())) + " of " +
-                   PlainText(run.planned) + reason;
-        case RunEnding::kBroken:
-            return "broke off" + reason;
-        case RunEnding::kComplete:
-            break;
-    }
-    return run.reason.empty() ? "" : "with a fault" + reason;
+    if (all.size() > kFew)
+        lines.push_back("  " + Translate(text::kShowMore, {std::to_string(all.size() - kFew)}));
 }
 
 }  // namespace
 
-std::string LimitWords(const CMeasurement& item, const IStandard& standard) {
-    const std::string low = SideWords(item, standard, kLowSide);
-    const std::string high = SideWords(item, standard, kHighSide);
+std::string OriginWords(const Origin& origin, Report report) {
+    return Translate(text::kShowOrigin,
+                     {origin.program.empty() ? Translate(text::kShowUnnamedProgram, report) : origin.program,
+                      PlainText(origin.formulas)},
+                     report);
+}
+
+std::string EndingWords(const CResultCommon& result, Report report) {
+    const RunRecord& run = *result.Run();
+    const std::string reason = run.reason.empty() ? "" : ": " + run.reason;
+    switch (run.ending) {
+        case RunEnding::kStopped:
+            return Translate(text::kShowStopped,
+                             {PlainText(static_cast<int32_t>(result.Rows().size())), PlainText(run.planned)},
+                             report) +
+                   reason;
+        case RunEnding::kBroken:
+            return Translate(text::kShowBroken, report) + reason;
+        case RunEnding::kComplete:
+            break;
+    }
+    return run.reason.empty() ? "" : Translate(text::kShowWithFault, report) + reason;
+}
+
+std::vector<std::string> EditedSettings(const CConfigCommon& config, const RunRecord& run, Report report) {
+    return Differences(ByKey(TechniqueOf(config)), ByKey(run.technique), report);
+}
+
+std::vector<std::string> ChangedSides(const ITestElement& element, const Judgement& judged,
+                                      const ISelectedStandards* selected, Report report) {
+    return Differences(SidesOf(PresentJudgement(element, selected).limits, report),
+                       SidesOf(judged.limits, report), report);
+}
+
+std::string LimitWords(const CMeasurement& item, const IStandard& standard, Report report) {
+    const std::string low = SideWords(item, standard, kLowSide, report);
+    const std::string high = SideWords(item, standard, kHighSide, report);
     return low + (low.empty() || high.empty() ? "" : ", ") + high;
 }
 
-std::string EndingNote(const ITestElement& element) {
+std::string InstrumentWords(const std::string& name, const std::string& serial, const std::string& calibrated,
+                            Report report) {
+    const std::string words = Translate(text::kShowInstrument, {name, serial}, report);
+    return calibrated.empty() ? words : Translate(text::kShowCalibrated, {words, calibrated}, report);
+}
+
+std::string EndingNote(const ITestElement& element, Report report) {
     const auto result = std::dynamic_pointer_cast<CResultCommon>(element.Result());
     if (!result || !result->Run() || result->Status() == kNotApplicable) return {};
-    const std::string words = EndingWords(*result);
+    const std::string words = EndingWords(*result, report);
     return words.empty() ? words : "(" + words + ")";
 }
 
@@ -141,19 +175,17 @@ std::vector<std::string> RecordLines(const ITestElement& element, const CConfigC
                                      const CResultCommon& result, const ISelectedStandards* selected) {
     std::vector<std::string> lines;
     if (const auto& run = result.Run()) {
-        lines.push_back("Taken " + run->start + " to " + run->end + " by " + OriginWords(run->origin));
+        lines.push_back(Translate(text::kShowTaken, {run->start, run->end, OriginWords(run->origin)}));
         if (const std::string words = EndingWords(result); !words.empty())
-            lines.push_back("The run " + (run->ending == RunEnding::kComplete ? "ended " + words : words));
-        AddFew("Settings edited since:", Differences(ByKey(TechniqueOf(config)), ByKey(run->technique)),
-               lines);
+            lines.push_back(Translate(
+                run->ending == RunEnding::kComplete ? text::kShowRunEnded : text::kShowRun, {words}));
+        AddFew(Translate(text::kShowSettingsEdited), EditedSettings(config, *run), lines);
     }
     if (const auto& judged = result.JudgedBy()) {
         const bool later =
             !result.Run() || judged->time != result.Run()->end || judged->origin != result.Run()->origin;
-        if (later) lines.push_back("Judged " + judged->time + " by " + OriginWords(judged->origin));
-        const std::vector<std::string> changed =
-            Differences(SidesOf(PresentJudgement(element, selected).limits), SidesOf(judged->limits));
-        AddFew("Limits that are not those it was judged by:", changed, lines);
+        if (later) lines.push_back(Translate(text::kShowJudged, {judged->time, OriginWords(judged->origin)}));
+        AddFew(Translate(text::kShowOtherLimits), ChangedSides(element, *judged, selected), lines);
     }
     return lines;
 }
@@ -179,7 +211,7 @@ std::string ChangedLimits(const ITestElement& element, const CResultCommon& resu
         if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
     const auto words = [&](const std::shared_ptr<IStandard>& standard) {
         const std::string sides = standard ? LimitWords(item, *standard) : std::string();
-        return sides.empty() ? std::string("no limit") : sides;
+        return sides.empty() ? Translate(text::kShowNoLimit) : sides;
     };
     std::vector<std::string> parts;
     for (const StandardName& name : names) {
@@ -188,8 +220,8 @@ std::string ChangedLimits(const ITestElement& element, const CResultCommon& resu
         const bool fails =
             (now && item.ValidateLimits(*now) == kFailed) || (then && item.ValidateLimits(*then) == kFailed);
         if (!fails) continue;
-        parts.push_back(words(now) + " (" + NameOf(name) + ")" +
-                        (result.JudgedBy() ? ", before " + words(then) : ""));
+        const std::string today = words(now) + " (" + NameOf(name) + ")";
+        parts.push_back(result.JudgedBy() ? Translate(text::kShowBefore, {today, words(then)}) : today);
     }
     return Joined(parts, "; ");
 }
@@ -199,8 +231,10 @@ std::string ChangedLimits(const ITestElement& element, const CResultCommon& resu
 std::vector<std::string> VerdictChanges(const ITestElement& element, const CResultCommon& result,
                                         const Statuses& before, const ISelectedStandards* selected) {
     if (result.Status() == before.front()) return {};
-    const std::string head = "element " + PlainText(element.ID()) + ": " + StatusText(before.front()) +
-                             " -> " + StatusText(result.Status()) + ": ";
+    const auto line = [&](const std::string& words) {
+        return Translate(text::kShowElementChange, {PlainText(element.ID()), StatusText(before.front()),
+                                                    StatusText(result.Status()), words});
+    };
     std::vector<std::string> lines;
     std::size_t at = 1;
     for (std::size_t row = 0; row < result.Rows().size(); ++row) {
@@ -209,12 +243,13 @@ std::vector<std::string> VerdictChanges(const ITestElement& element, const CResu
             if ((old == kFailed) == (item->Status() == kFailed)) continue;
             const std::string unit = Translate(item->RawUnit());
             const std::string limits = ChangedLimits(element, result, *item, selected);
-            lines.push_back(head + item->Description() + " exposure " +
-                            PlainText(static_cast<int32_t>(row + 1)) + ", " + item->ShownText() +
-                            (unit.empty() ? "" : " " + unit) + (limits.empty() ? "" : ", " + limits));
+            lines.push_back(line(Translate(text::kShowValueChange,
+                                           {item->Description(), PlainText(static_cast<int32_t>(row + 1)),
+                                            item->ShownText() + (unit.empty() ? "" : " " + unit) +
+                                                (limits.empty() ? "" : ", " + limits)})));
         }
     }
-    if (lines.empty()) lines.push_back(head + "the settings that judge it are others");
+    if (lines.empty()) lines.push_back(line(Translate(text::kShowOtherSettings)));
     return lines;
 }
 

@@ -8,15 +8,32 @@
 #include "foundation/host_contract.h"
 #include "results/result_common.h"
 
-/// What a verdict was made with, in words: how the run ended, what has changed since, what judging changed.
+/// What a verdict was made with, in words of the program or of a report: how the run ended, what has changed
+/// since, what judging changed.
 namespace vorex {
 
 /// The limits of a standard for a measurement: "at least 76, at most 84"; empty when no side judges it.
-std::string LimitWords(const CMeasurement& item, const IStandard& standard);
+std::string LimitWords(const CMeasurement& item, const IStandard& standard,
+                       const IReportDocument* report = nullptr);
 
 /// How a run that did not simply end came to its end, for beside its verdict: "(stopped after 2 of 5)",
 /// "(broke off: the link to the instruments was lost)"; empty for one that went as planned.
-std::string EndingNote(const ITestElement& element);
+std::string EndingNote(const ITestElement& element, const IReportDocument* report = nullptr);
+
+/// An instrument in words: "ZRD 47500, serial number 4711, calibrated 2026-01-15".
+std::string InstrumentWords(const std::string& name, const std::string& serial, const std::string& calibrated,
+                            const IReportDocument* report = nullptr);
+
+/// Program and formulas in words.
+std::string OriginWords(const Origin& origin, const IReportDocument* report = nullptr);
+/// How a run ended in words; empty for one that went as planned. [with a run]
+std::string EndingWords(const CResultCommon& result, const IReportDocument* report = nullptr);
+/// Settings, and sides of limits, that are not any more what the result was made with: a line each.
+std::vector<std::string> EditedSettings(const CConfigCommon& config, const RunRecord& run,
+                                        const IReportDocument* report = nullptr);
+std::vector<std::string> ChangedSides(const ITestElement& element, const Judgement& judged,
+                                      const ISelectedStandards* selected,
+                                      const IReportDocument* report = nullptr);
 
 /// What a result tells of its origin: when, by which program, how the run ended and why, and which limits
 /// and settings are others now.

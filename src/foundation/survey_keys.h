@@ -62,20 +62,22 @@ struct SurveyGroupRow {
 };
 
 namespace survey {
-// Fields that the heads of the printed pages show.
-inline constexpr std::string_view kSite = "Site";
-inline constexpr std::string_view kRoomId = "RoomID";
+// Fields that reports name: cover, and heads of the printed pages.
+inline constexpr std::string_view kSite             = "Site";
+inline constexpr std::string_view kRoomId           = "RoomID";
+inline constexpr std::string_view kTechnologist     = "Technologist";
 inline constexpr std::string_view kUnitManufacturer = "XrayUnitManufacturer";
-inline constexpr std::string_view kUnitModel = "XrayUnitModel";
+inline constexpr std::string_view kUnitModel        = "XrayUnitModel";
+inline constexpr std::string_view kDateParts[]      = {"Year", "Month", "Day"};
 
 // clang-format off
 inline constexpr SurveyFieldRow kGeneralFields[] = {
     {kSite,                   "Site", FieldKind::kTrimmed},
-    {"Technologist",          "Technologist"},
+    {kTechnologist,           "Technologist"},
     {kRoomId,                 "Room", FieldKind::kTrimmed},
-    {"Day",                   "Day of the survey", FieldKind::kDay},
-    {"Month",                 "Month of the survey", FieldKind::kMonth},
-    {"Year",                  "Year of the survey", FieldKind::kYear},
+    {kDateParts[2],           "Day of the survey", FieldKind::kDay},
+    {kDateParts[1],           "Month of the survey", FieldKind::kMonth},
+    {kDateParts[0],           "Year of the survey", FieldKind::kYear},
     {"IQDay1",                "Day of the previous film", FieldKind::kDay},
     {"IQMonth1",              "Month of the previous film", FieldKind::kMonth},
     {"IQYear1",               "Year of the previous film", FieldKind::kYear},

@@ -41,18 +41,37 @@ std::string Translate(std::string_view textKey, std::initializer_list<std::strin
 
 std::string DefaultText(std::string_view textKey, TextArguments arguments) {
     const std::size_t separator = textKey.find("::");
-    return FillPlaceholders(
-        std::string(separator == std::string_view::npos ? textKey : textKey.substr(separator + 2)),
-        arguments);
+    return FillPlaceholders(separator == std::string_view::npos ? textKey : textKey.substr(separator + 2),
+                            arguments);
 }
 
-std::string FillPlaceholders(std::string text, TextArguments arguments) {
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string placeholder = "%%" + std::to_string(i + 1);
-        const std::size_t at = text.find(placeholder);
-        if (at != std::string::npos) text.replace(at, placeholder.size(), arguments[i]);
+std::string FillPlaceholders(std::string_view text, TextArguments arguments) {
+    constexpr std::string_view kMark = "%%";
+    std::string filled;
+    // In one go: a placeholder within an argument is a text of its user.
+    for (std::size_t at = text.find(kMark); at != std::string_view::npos; at = text.find(kMark)) {
+        const std::size_t digit = at + kMark.size();
+        const std::size_t index =
+            digit < text.size() ? static_cast<std::size_t>(text[digit] - '1') : arguments.size();
+        const bool known = index < arguments.size();
+        filled += text.substr(0, known ? at : digit);
+        if (known) filled += arguments[index];
+        text.remove_prefix(known ? digit + 1 : digit);
     }
-    return text;
+    return filled += text;
+}
+
+std::string_view TitleKey(int32_t testId) {
+    const TestRow* test = FindTest(testId);
+    return test != nullptr ? test->title : text::kReportGroup;
+}
+
+bool IsOwnName(std::string_view name, int32_t testId) {
+    return !Trimmed(name).empty() && name != DefaultText(TitleKey(testId), {});
+}
+
+std::string ElementTitle(std::string_view name, int32_t testId, const IReportDocument* report) {
+    return IsOwnName(name, testId) ? std::string(name) : Translate(TitleKey(testId), report);
 }
 
 std::string DisplayText(const Choice& choice, int32_t value, const IReportDocument* report) {

@@ -19,13 +19,20 @@ std::string Translate(std::string_view textKey, std::initializer_list<std::strin
 /// The default English text of a key with its placeholders filled: what is shown without a language table.
 std::string DefaultText(std::string_view textKey, TextArguments arguments);
 /// The text with "%%1", "%%2" filled.
-std::string FillPlaceholders(std::string text, TextArguments arguments);
+std::string FillPlaceholders(std::string_view text, TextArguments arguments);
 
 /// Text of a choice for a person; an unknown value shows the fallback of its enumeration.
 std::string DisplayText(const Choice& choice, int32_t value, const IReportDocument* report = nullptr);
 /// Stored form of a choice: its code in decimal, or, with a report at hand, its text in the report's
 /// language.
 std::string StoredText(const Choice& choice, int32_t value, const IReportDocument* report = nullptr);
+
+/// Text key of the name of a test for a person; that of a group for any other identifier.
+std::string_view TitleKey(int32_t testId);
+/// True for a name that somebody gave an element: a new element is named after its test, in English.
+bool IsOwnName(std::string_view name, int32_t testId);
+/// What an element is called: its own name, or that of its test.
+std::string ElementTitle(std::string_view name, int32_t testId, const IReportDocument* report = nullptr);
 
 /// The text of a status: "Pass", "Fail", "NA"; empty for not tested.
 std::string StatusText(int32_t status, const IReportDocument* report = nullptr);

@@ -48,22 +48,22 @@ inline constexpr std::array<int32_t, 8> kMeasuringTests = {
 struct TestRow {
     int32_t id;
     std::string_view name;         ///< short name in English
-    std::string_view title;        ///< name for a person, in English
+    std::string_view title;        ///< text key of its name for a person
     std::string_view setupClass;   ///< class of the setup control, without the project name
     std::string_view resultClass;  ///< class of the result view, without the project name
 };
 
 // clang-format off
 inline constexpr std::array<TestRow, 9> kTestCatalogue = {{
-    {kRadioRepro,     "RadioRepro",     "Radiography Reproducibility",              "XRadioReproConfig",     "XResultFlxGrid"},
-    {kRadioAccuracy,  "RadioAccuracy",  "Radiography Accuracy",                     "XRadioAccuracyConfig",  "XResultListView"},
-    {kRadioLinearity, "RadioLinearity", "Radiography Linearity",                    "XRadioLinearityConfig", "XResultFlxGrid"},
-    {kFluoroAccuracy, "FluoroAccuracy", "Fluoroscopy Accuracy",                     "XFluoroAccuracyConfig", "XResultListView"},
-    {kFluoroExposure, "FluoroExposure", "Fluoroscopy Exposure",                     "XFluoroExposureConfig", "XResultListView"},
-    {kMammoAccRepro,  "MammoAccRepro",  "Mammography Accuracy and Reproducibility", "XMammoAccReproConfig",  "XResultListView"},
-    {kMammoAec,       "MammoAEC",       "Mammography AEC",                          "XMammoAECConfig",       "XResultListView"},
-    {kMammoRadiation, "MammoRadiation", "Mammography Radiation Output",             "XMammoRadiationConfig", "XResultListView"},
-    {kMqsaSurvey,     "MQSA",           "Annual Mammography Survey",                "XMQSAConfig",           "XResultMQSA"},
+    {kRadioRepro,     "RadioRepro",     text::kTestRadioRepro,     "XRadioReproConfig",     "XResultFlxGrid"},
+    {kRadioAccuracy,  "RadioAccuracy",  text::kTestRadioAccuracy,  "XRadioAccuracyConfig",  "XResultListView"},
+    {kRadioLinearity, "RadioLinearity", text::kTestRadioLinearity, "XRadioLinearityConfig", "XResultFlxGrid"},
+    {kFluoroAccuracy, "FluoroAccuracy", text::kTestFluoroAccuracy, "XFluoroAccuracyConfig", "XResultListView"},
+    {kFluoroExposure, "FluoroExposure", text::kTestFluoroExposure, "XFluoroExposureConfig", "XResultListView"},
+    {kMammoAccRepro,  "MammoAccRepro",  text::kTestMammoAccRepro,  "XMammoAccReproConfig",  "XResultListView"},
+    {kMammoAec,       "MammoAEC",       text::kTestMammoAec,       "XMammoAECConfig",       "XResultListView"},
+    {kMammoRadiation, "MammoRadiation", text::kTestMammoRadiation, "XMammoRadiationConfig", "XResultListView"},
+    {kMqsaSurvey,     "MQSA",           text::kTestSurvey,         "XMQSAConfig",           "XResultMQSA"},
 }};
 // clang-format on
 

@@ -9,6 +9,7 @@
 #include "foundation/report_markup.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
+#include "host/report_setup.h"
 
 namespace vorex {
 
@@ -124,10 +125,11 @@ std::shared_ptr<IXmlElement> TestElementBase::Save(const std::shared_ptr<IXmlDoc
 
 void TestElementBase::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) {
     if (report == nullptr || !mFilter->Print()) return;
-    const TestRow* test = FindTest(mTestId);
-    const std::string title =
-        mInfo->Name().empty() && test != nullptr ? std::string(test->title) : mInfo->Name();
-    report->PrintHeading(title, mResult ? StatusText(mResult->Status(), report) : std::string());
+    const auto own = std::dynamic_pointer_cast<ReportSetup>(setup);
+    if (own) own->BeginHeading();
+    report->PrintHeading(ElementTitle(mInfo->Name(), mTestId, report),
+                         mResult ? StatusText(mResult->Status(), report) : std::string());
+    if (own) own->EndHeading(mResult.get());
     if (mConfiguration) mConfiguration->PrintReport(report, setup);
     if (mLimits) mLimits->PrintReport(report, setup);
     if (!mResult) return;
@@ -200,7 +202,10 @@ std::shared_ptr<IXmlElement> TestContainerBase::Save(const std::shared_ptr<IXmlD
 void TestContainerBase::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) {
     if (report == nullptr || !Filter()->Print()) return;
     TestElementBase::PrintReport(report, setup);
+    const auto own = std::dynamic_pointer_cast<ReportSetup>(setup);
+    if (own) own->BeginChildren();
     for (const auto& child : mChildren) child->PrintReport(report, setup);
+    if (own) own->EndChildren();
 }
 
 void TestContainerBase::Terminate() {

@@ -1,9 +1,12 @@
 #include "host/report_cover.h"
 
 #include <algorithm>
+#include <array>
+#include <numeric>
 #include <string>
 #include <vector>
 
+#include "foundation/number_text.h"
 #include "foundation/report_markup.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
@@ -79,49 +82,74 @@ int32_t Overall(std::span<const std::shared_ptr<ITestElement>> roots) {
     return overall;
 }
 
-std::string NameOf(const ITestElement& element) {
+std::string NameOf(const ITestElement& element, const ReportDocument& report) {
     const auto info = element.Info();
-    return info ? info->Name() : std::string();
+    return ElementTitle(info ? info->Name() : std::string(), element.TestID(), &report);
 }
 
-std::string KindOf(const ITestElement& element, const ReportDocument& report) {
-    const TestRow* test = FindTest(element.TestID());
-    return test != nullptr ? std::string(test->title) : Translate(text::kReportGroup, &report);
+/// Tests by their status; groups are none.
+using Tally = std::array<int32_t, 4>;
+
+void Count(std::span<const std::shared_ptr<ITestElement>> elements, Tally& tally) {
+    for (const auto& element : elements) {
+        const auto container = std::dynamic_pointer_cast<ITestContainer>(element);
+        if (container)
+            Count(container->NewEnum(), tally);
+        else
+            ++tally.at(static_cast<std::size_t>(std::clamp(StatusOf(*element), kNotTested, kNotApplicable)));
+    }
+}
+
+std::string TallyWords(std::span<const std::shared_ptr<ITestElement>> roots, const ReportDocument& report) {
+    Tally tally{};
+    Count(roots, tally);
+    const auto words = [&](int32_t status) { return PlainText(tally.at(static_cast<std::size_t>(status))); };
+    return Translate(text::kReportTallyOf,
+                     {PlainText(std::accumulate(tally.begin(), tally.end(), 0)), words(kPassed),
+                      words(kFailed), words(kNotApplicable), words(kNotTested)},
+                     &report);
 }
 
 void AddTree(std::span<const std::shared_ptr<ITestElement>> elements, int32_t depth,
-             const ReportDocument& report, std::string& rows) {
+             const ReportContents& contents, const ReportDocument& report, std::string& rows) {
     for (const auto& element : elements) {
         std::string indent;
         for (int32_t i = 0; i < depth; ++i) indent += kIndent;
         const int32_t status = StatusOf(*element);
-        rows += indent + markup::Text(NameOf(*element)) + markup::kCell +
-                markup::Text(KindOf(*element, report)) + markup::kCell + std::string(MarkOf(status)) +
-                markup::Text(StatusWords(status, report)) + markup::kRowEnd;
+        const std::string note = contents.noteOf ? contents.noteOf(*element) : std::string();
+        rows += indent + markup::Text(NameOf(*element, report)) + markup::kCell +
+                markup::Text(Translate(TitleKey(element->TestID()), &report)) + markup::kCell +
+                std::string(MarkOf(status)) +
+                markup::Text(StatusWords(status, report) + (note.empty() ? "" : " " + note)) +
+                markup::kRowEnd;
         if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
-            AddTree(container->NewEnum(), depth + 1, report, rows);
+            AddTree(container->NewEnum(), depth + 1, contents, report, rows);
     }
 }
 
-void PrintFacts(ReportDocument& report) {
+void PrintFacts(ReportDocument& report, const ReportContents& contents) {
     const ReportFacts& facts = report.Facts();
-    std::string rows = Row({Translate(text::kReportFile, &report), facts.fileName}) +
-                       Row({Translate(text::kReportDate, &report), facts.date}) +
-                       Row({Translate(text::kReportProgram, &report), facts.program});
+    std::string rows;
+    for (const ReportFact& fact : contents.particulars) rows += Row({fact.label, fact.text});
+    if (!contents.roots.empty())
+        rows += Row({Translate(text::kReportTally, &report), TallyWords(contents.roots, report)});
+    rows += Row({Translate(text::kReportFile, &report), facts.fileName}) +
+            Row({Translate(text::kReportDate, &report), facts.date}) +
+            Row({Translate(text::kReportProgram, &report), facts.program});
     report.PrintTable(ColumnsOf(report, {25, 75}), rows);
     if ((report.Options() & kReportFailuresOnly) != 0)
         report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportFailuresOnly, &report)}));
 }
 
-void PrintTree(ReportDocument& report, std::span<const std::shared_ptr<ITestElement>> roots) {
+void PrintTree(ReportDocument& report, const ReportContents& contents) {
     report.PrintHeading(Translate(text::kReportElements, &report), {});
-    if (roots.empty()) {
+    if (contents.roots.empty()) {
         report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportNoTests, &report)}));
         return;
     }
     std::string rows = HeadingRow(report, {text::kDescription, text::kReportTest, text::kReportStatus});
-    AddTree(roots, 0, report, rows);
-    report.PrintTable(ColumnsOf(report, {44, 38, 18}), rows);
+    AddTree(contents.roots, 0, contents, report, rows);
+    report.PrintTable(ColumnsOf(report, {42, 33, 25}), rows);
 }
 
 void PrintInstruments(ReportDocument& report, std::span<const MtiEntry> instruments) {
@@ -158,14 +186,15 @@ void PrintStandards(ReportDocument& report, std::span<const JudgingStandard> sta
 void PrintFile(ReportDocument& report, const ReportContents& contents) {
     report.Style(kCoverPoints);
     report.PrintTitle(report.Facts().title, StatusWords(Overall(contents.roots), report));
-    PrintFacts(report);
-    PrintTree(report, contents.roots);
+    PrintFacts(report, contents);
+    PrintTree(report, contents);
     PrintStandards(report, contents.standards);
     PrintInstruments(report, contents.instruments);
     report.Style(kBodyPoints);
     if (contents.roots.empty()) return;
     report.NewPage();
-    for (const auto& root : contents.roots) root->PrintReport(&report, nullptr);
+    const auto setup = std::make_shared<ReportSetup>(report, contents.recordOf);
+    for (const auto& root : contents.roots) root->PrintReport(&report, setup);
 }
 
 }  // namespace vorex

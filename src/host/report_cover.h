@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 
 #include "foundation/host_contract.h"
 #include "host/report_document.h"
+#include "host/report_setup.h"
 
 namespace vorex {
 
@@ -21,6 +23,10 @@ struct ReportContents {
     std::span<const std::shared_ptr<ITestElement>> roots;
     std::span<const JudgingStandard> standards;
     std::span<const MtiEntry> instruments;
+    std::span<const ReportFact> particulars;  ///< site, room, person: what the file names of them
+    ReportSetup::RecordOf recordOf;           ///< may be empty
+    /// What stands beside the status of an element; may be empty.
+    std::function<std::string(const ITestElement& element)> noteOf;
 };
 
 /// Prints a file: the cover, which tells what was tested, with what, by which standards and with what

@@ -17,7 +17,8 @@ constexpr int32_t kTablePoints = 7;
 constexpr int32_t kLeastPoints = 5;
 constexpr int32_t kMostPoints = 9;
 constexpr int32_t kTitlePoints = 16;
-constexpr int32_t kHeadingPoints = 11;
+constexpr int32_t kHeadingPoints = 11;  // of the first level; one less for each further one
+constexpr int32_t kLeastHeading = 8;
 /// Edge columns of a table, which the width of column 7 leaves out.
 constexpr int32_t kTableMargins = 2 * 560;
 constexpr int32_t kHeadingPadding = 160;
@@ -193,19 +194,57 @@ void ReportDocument::RepeatHeadings(const Columns& columns) {
     }
 }
 
-void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool mayMove) {
-    if (mayMove && Paged() && row.height > SpaceLeft() && mTop > 0) {
-        NewPage();
-        if (!row.heading) RepeatHeadings(columns);
-    }
-    if (Paged() && row.height > SpaceLeft()) {
-        PlaceInPieces(row, columns);
-        return;
-    }
+/// On a new page the rows of a block stand under its name again.
+void ReportDocument::GoOnWithGroup(const Columns& columns) {
+    if (!mGroup || mHeadingColumns != columns || mGroupPage == mModel.pages.size()) return;
+    mGroupPage = mModel.pages.size();
+    ReportRow group = *mGroup;
+    ReportCell& cell = group.cells.front();
+    const std::string words = vorex::Translate(text::kReportContinued, {std::string(cell.text)}, this);
+    cell.text = mModel.texts->Add(words);
+    group.repeated = true;
+    LayRow(group, *columns);
+    if (group.height > SpaceLeft() / 2) return;
+    AddRow(std::move(group), columns);
+}
+
+void ReportDocument::AddRow(ReportRow row, const Columns& columns) {
     ReportTable& table = TableFor(columns, row);
     row.top = mTop;
     mTop += row.height;
     table.rows.push_back(std::move(row));
+}
+
+/// Height of the rows that stand on one page with the first of them: headings with what they head, and the
+/// last row of a block with the one before.
+int32_t ReportDocument::HeightKeptTogether(const std::vector<ReportRow>& rows, std::size_t first) const {
+    int32_t height = 0;
+    for (std::size_t i = first; i < rows.size(); ++i) {
+        height += rows[i].height;
+        if (height > mSettings.paper.UsableHeight()) break;
+        const bool heads = rows[i].heading || rows[i].group;
+        const bool lastButOne =
+            i + 1 < rows.size() && !rows[i + 1].group && (i + 2 == rows.size() || rows[i + 2].group);
+        if (!heads && !lastButOne) break;
+    }
+    return height;
+}
+
+void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool moves) {
+    if (moves && mTop > 0) {
+        NewPage();
+        if (!row.heading) RepeatHeadings(columns);
+    }
+    if (row.group) {
+        mGroup = row;
+        mGroupPage = mModel.pages.size();
+    } else if (Paged() && !row.heading) {
+        GoOnWithGroup(columns);
+    }
+    if (Paged() && row.height > SpaceLeft())
+        PlaceInPieces(row, columns);
+    else
+        AddRow(std::move(row), columns);
 }
 
 /// The one row that does split: a row that is higher than a page.
@@ -237,28 +276,36 @@ void ReportDocument::PrintTable(std::string_view definition, std::string_view ro
     if (laid.empty()) return;
     const std::vector<ReportRow> headings = LeadingHeadings(laid);
     if (!headings.empty() || mHeadingColumns != columns) {
+        if (mHeadingColumns != columns) mGroup.reset();
         mHeadings = headings;
         mHeadingColumns = columns;
     }
-    // Headings go to the page of the first row that they head.
-    const std::size_t together = std::min(laid.size(), headings.size() + 1);
-    const int32_t start = HeightOf({laid.begin(), laid.begin() + static_cast<std::ptrdiff_t>(together)});
-    if (!headings.empty() && Paged() && start > SpaceLeft() && start <= mSettings.paper.UsableHeight())
-        NewPage();
-    for (ReportRow& row : laid) PlaceRow(std::move(row), columns, true);
+    for (std::size_t i = 0; i < laid.size(); ++i) {
+        bool moves = false;
+        if (Paged()) {
+            // Rows that fill a page together are not kept together.
+            const int32_t kept = HeightKeptTogether(laid, i);
+            const bool fits = kept <= mSettings.paper.UsableHeight();
+            moves = (fits ? kept : laid[i].height) > SpaceLeft();
+        }
+        PlaceRow(ReportRow(laid[i]), columns, moves);
+    }
 }
 
 // ------------------------------------------------------------------------------------------ headings
 
 void ReportDocument::PlaceHeading(std::string_view title, std::string_view outcome, int32_t level) {
+    mGroup.reset();
     ReportHeading heading;
     heading.title = mModel.texts->Add(CleanReportText(title));
     heading.outcome = mModel.texts->Add(CleanReportText(outcome));
     heading.level = level;
-    heading.points = level == 0 ? kTitlePoints : kHeadingPoints;
     if (!outcome.empty() && outcome == mSettings.facts.failWord) heading.mark = ReportMark::kFail;
     if (!outcome.empty() && outcome == mSettings.facts.passWord) heading.mark = ReportMark::kPass;
     heading.centred = level > 0 && mAlign == ReportAlign::kCentre;
+    heading.points = level == 0        ? kTitlePoints
+                     : heading.centred ? kHeadingPoints
+                                       : std::max(kHeadingPoints + 1 - level, kLeastHeading);
     constexpr int32_t kOutcomeShare = 4;  // of the width is kept for the outcome beside the title
     if (mWrapper) {
         const int32_t width = mSettings.paper.UsableWidth();
@@ -291,7 +338,7 @@ void ReportDocument::PlaceHeading(std::string_view title, std::string_view outco
 }
 
 void ReportDocument::PrintHeading(std::string_view title, std::string_view outcome) {
-    PlaceHeading(title, outcome, 1);
+    PlaceHeading(title, outcome, mLevel);
 }
 
 void ReportDocument::PrintTitle(std::string_view title, std::string_view outcome) {
@@ -314,6 +361,7 @@ ReportFigure* ReportDocument::OpenFigure() {
 }
 
 void ReportDocument::BeginFigure(std::string_view caption, int32_t height) {
+    mGroup.reset();
     if (mTop > 0) mTop += kGapAfterTable;
     if (Paged() && height > SpaceLeft() && mTop > 0) NewPage();
     ReportFigure figure;
@@ -365,6 +413,7 @@ ReportModel ReportDocument::Finish() {
     while (mModel.pages.size() > 1 && mModel.pages.back().items.empty()) mModel.pages.pop_back();
     mModel.facts = mSettings.facts;
     mModel.paper = mSettings.paper;
+    mGroup.reset();
     ReportModel finished = std::exchange(mModel, {});
     mModel.texts = std::make_shared<TextStore>();
     AddPage();

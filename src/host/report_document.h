@@ -58,6 +58,8 @@ class ReportDocument final : public IReportDocument {
     void EndFigure() override;
     std::string Translate(std::string_view section, std::string_view key, TextArguments args) const override;
 
+    /// Depth of the headings to come, from 1.
+    void HeadingLevel(int32_t level) { mLevel = level; }
     /// The title of the report, once and first.
     void PrintTitle(std::string_view title, std::string_view outcome);
     const ReportFacts& Facts() const { return mSettings.facts; }
@@ -74,9 +76,13 @@ class ReportDocument final : public IReportDocument {
     /// The table that a row of these columns continues; a new one where there is none. A heading begins a
     /// framed table anew.
     ReportTable& TableFor(const Columns& columns, const ReportRow& row);
-    void PlaceRow(ReportRow row, const Columns& columns, bool mayMove);
+    /// A row that moves goes to the next page.
+    void PlaceRow(ReportRow row, const Columns& columns, bool moves);
     void PlaceInPieces(const ReportRow& row, const Columns& columns);
     void RepeatHeadings(const Columns& columns);
+    void GoOnWithGroup(const Columns& columns);
+    int32_t HeightKeptTogether(const std::vector<ReportRow>& rows, std::size_t first) const;
+    void AddRow(ReportRow row, const Columns& columns);
     void PlaceHeading(std::string_view title, std::string_view outcome, int32_t level);
     ReportFigure* OpenFigure();
     void AddPage();
@@ -86,12 +92,15 @@ class ReportDocument final : public IReportDocument {
     ReportModel mModel;
     int32_t mTop = 0;
     int32_t mPoints;
+    int32_t mLevel = 1;
     ReportAlign mAlign = ReportAlign::kLeft;
     bool mInFigure = false;
     std::string mDefinition;  ///< that `mColumns` were made of
     Columns mColumns;
     std::vector<ReportRow> mHeadings;  ///< what the present table begins with
     Columns mHeadingColumns;
+    std::optional<ReportRow> mGroup;  ///< that the present rows stand under
+    std::size_t mGroupPage = 0;       ///< where it was printed last
 };
 
 }  // namespace vorex

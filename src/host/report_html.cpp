@@ -16,8 +16,11 @@ body { font: 14px/1.4 "Liberation Sans", Arial, Helvetica, sans-serif; color: #1
   max-width: 60rem; margin: 1.5rem auto; padding: 0 1rem; }
 h1 { font-size: 1.6rem; margin: 0 0 .5rem; overflow-wrap: anywhere; }
 h2 { font-size: 1.15rem; margin: 2rem 0 .5rem; border-bottom: 2px solid #444; overflow-wrap: anywhere; }
-h1, h2 { display: flex; justify-content: space-between; gap: 1rem; }
+h3, h4, h5, h6 { font-size: 1rem; margin: 1.5rem 0 .5rem; border-bottom: 1px solid #444;
+  overflow-wrap: anywhere; }
+h1, h2, h3, h4, h5, h6 { display: flex; justify-content: space-between; gap: 1rem; }
 nav ul { list-style: none; padding: 0; }
+nav ul ul { padding-left: 1.5rem; }
 table { border-collapse: collapse; width: 100%; margin: .75rem 0; }
 th, td { padding: .15rem .4rem; vertical-align: top; text-align: left; overflow-wrap: anywhere;
   border-bottom: 1px solid #ddd; white-space: pre-line; }
@@ -31,8 +34,8 @@ tr.failed { background: #fbe3e1; box-shadow: inset 4px 0 0 #b00020; }
 tr.failed th, tr.failed td, .fail, .pass { font-weight: bold; }
 table.ruled { table-layout: fixed; border: 1px solid #333; }
 table.ruled th, table.ruled td { border: 1px solid #333; padding: .2rem .4rem; }
-h2.form { justify-content: center; text-align: center; border: 0; flex-wrap: wrap; gap: 0 1rem; }
-h2.form span { flex: 0 0 100%; }
+.form { justify-content: center; text-align: center; border: 0; flex-wrap: wrap; gap: 0 1rem; }
+.form > span { flex: 0 0 100%; }
 .fail { color: #b00020; white-space: nowrap; }
 .pass { color: #1b5e20; white-space: nowrap; }
 figure { margin: 1rem 0; }
@@ -42,9 +45,9 @@ footer { margin-top: 2rem; border-top: 1px solid #888; color: #444; font-size: .
 @media print {
   body { font-size: 9pt; max-width: none; margin: 0; padding: 0; }
   nav { display: none; }
-  h2 { break-after: avoid; }
+  h2, h3, h4, h5, h6 { break-after: avoid; }
   section.page { break-before: page; }
-  section.page > h2 { margin-top: 0; }
+  section.page > :first-child { margin-top: 0; }
   tr, figure { break-inside: avoid; }
   thead { display: table-header-group; }
   tr.failed { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
@@ -71,6 +74,9 @@ void AddEscaped(std::string& html, std::string_view text) {
         }
     }
 }
+
+/// HTML knows six headings; the first is the title.
+constexpr int32_t kDeepestHeading = 5;
 
 class HtmlWriter {
   public:
@@ -135,7 +141,7 @@ class HtmlWriter {
         if (heading.level > 0 && mNumber == 0) AddContents();
         EndSection();
         const std::string id = "s" + std::to_string(mNumber++);
-        const std::string tag = heading.level == 0 ? "h1" : "h2";
+        const std::string tag = "h" + std::to_string(std::min(heading.level, kDeepestHeading) + 1);
         mHtml.append("<section").append(mBeginsPage ? " class=\"page\"" : "");
         mHtml.append(" aria-labelledby=\"").append(id).append("\">\n<").append(tag);
         mHtml.append(heading.centred ? " class=\"form\"" : "");
@@ -156,23 +162,38 @@ class HtmlWriter {
     void AddContents() {
         if (mHasContents) return;
         mHasContents = true;
-        std::string items;
-        int32_t number = 0;
-        std::swap(items, mHtml);
-        mHtml.clear();
+        int32_t number = -1;
+        int32_t depth = 0;  // lists that are open
         for (const ReportPage& page : mReport.pages) {
             for (const ReportItem& item : page.items) {
                 const auto* heading = std::get_if<ReportHeading>(&item);
-                if (heading == nullptr) continue;
-                if (heading->level > 0) AddLink(*heading, number);
-                ++number;
+                if (heading != nullptr) ++number;
+                if (heading == nullptr || heading->level == 0) continue;
+                if (depth == 0) BeginContents();
+                GoToDepth(depth, std::min(heading->level, depth + 1));
+                AddLink(*heading, number);
             }
         }
-        std::swap(items, mHtml);
-        if (items.empty()) return;
+        if (depth == 0) return;
+        GoToDepth(depth, 0);
+        mHtml += "</nav>\n";
+    }
+
+    void BeginContents() {
         mHtml += "<nav aria-label=\"";
         AddEscaped(mHtml, mFacts.contents);
-        mHtml.append("\">\n<ul>\n").append(items).append("</ul>\n</nav>\n");
+        mHtml += "\">\n";
+    }
+
+    /// Opens a list inside the entry before, or ends entry and lists down to the one of a depth.
+    void GoToDepth(int32_t& depth, int32_t wanted) {
+        if (wanted > depth) {
+            mHtml += "<ul>\n";
+            ++depth;
+            return;
+        }
+        for (; depth > wanted; --depth) mHtml += "</li>\n</ul>\n";
+        if (depth > 0) mHtml += "</li>\n";
     }
 
     void AddLink(const ReportHeading& heading, int32_t number) {
@@ -180,7 +201,6 @@ class HtmlWriter {
         AddEscaped(mHtml, heading.title);
         mHtml += "</span></a> ";
         AddMark(heading.mark, heading.outcome);
-        mHtml += "</li>\n";
     }
 
     // -------------------------------------------------------------------------------------- tables

@@ -98,7 +98,7 @@ class TextWriter {
             Line(line);
             first = false;
         }
-        Line(std::string(kWidth, heading.level == 0 ? '=' : '-'));
+        Line(std::string(kWidth, heading.level == 0 ? '=' : heading.level == 1 ? '-' : '.'));
     }
 
     std::string Words(const ReportCell& cell) const {

@@ -86,14 +86,20 @@ class ResultTable {
     explicit ResultTable(IReportDocument& report)
         : mReport(report), mColumns(BuildReportColumns(report)), mHeading(BuildReportHeader(report)) {}
 
-    /// A block heading and the lines under it; the heading never stands alone at the end of a page.
+    /// A block heading and the lines under it. The heading never stands alone at the end of a page, nor the
+    /// last line alone at the beginning of one.
     void PrintBlock(std::string_view caption, const std::vector<std::string>& lines) {
         const std::string first = markup::Line(caption);
-        Print(first, lines.empty() ? first : first + lines.front());
-        for (const std::string& line : lines) Print(line, line);
+        Print(first, first + KeptTogether(lines, 0));
+        for (std::size_t i = 0; i < lines.size(); ++i) Print(lines[i], KeptTogether(lines, i));
     }
 
   private:
+    static std::string KeptTogether(const std::vector<std::string>& lines, std::size_t first) {
+        if (first >= lines.size()) return {};
+        return first + 2 == lines.size() ? lines[first] + lines[first + 1] : lines[first];
+    }
+
     void Print(const std::string& row, const std::string& keptTogether) {
         const std::string needed = mBegun ? keptTogether : mHeading + keptTogether;
         if (mReport.TableHeight(mColumns, needed) > mReport.SpaceLeft()) {

@@ -98,6 +98,114 @@ TEST_F(ReportTest, ThePdfIsAnArchiveFileWithBookmarksAndItsOwnFonts) {
     EXPECT_GE(embedded, 2);
 }
 
+TEST_F(ReportTest, TheFileIsWhatAnArchiveAsksFor) {
+    Write("tree.xml", Sequence(Group(7, Element(1, 100, Exposures(1)) + Element(2, 200, Exposures(1))) +
+                               Element(3, 300, Exposures(1))));
+    ASSERT_EQ(Run({"report", Path("tree.xml"), "-o", Path("r.pdf")}), kExitPassed) << err;
+    EXPECT_NE(Printed("qpdf --check", "r.pdf", "2>&1").find("No syntax or stream encoding errors"),
+              std::string::npos);
+    const std::string whole = Printed("qpdf --qdf --object-streams=disable", "r.pdf", "-");
+    // No transparency, no script, nothing outside; fonts carry their characters' meaning.
+    for (const char* forbidden :
+         {"/Encrypt", "/JavaScript", "/Launch", "/EmbeddedFile", "/S /Transparency", "/LZWDecode", "/F ("})
+        EXPECT_EQ(whole.find(forbidden), std::string::npos) << forbidden;
+    const auto everyIs = [&](const std::string& name, const std::string& value) {
+        for (std::size_t at = whole.find(name); at != std::string::npos; at = whole.find(name, at + 1))
+            EXPECT_EQ(whole.substr(at + name.size(), value.size()), value) << whole.substr(at, 20);
+    };
+    everyIs("/CA ", "1");
+    everyIs("/ca ", "1");
+    everyIs("/SMask ", "/None");
+    for (const char* needed : {"/GTS_PDFA1", "/DestOutputProfile", "/ToUnicode", "/FontFile2", "/CIDSet"})
+        EXPECT_NE(whole.find(needed), std::string::npos) << needed;
+    EXPECT_TRUE(std::regex_search(whole, std::regex("/ID \\[<[0-9a-f]{32}><[0-9a-f]{32}>\\]")));
+    // What the two descriptions of the file tell is the same.
+    const std::string info = Printed("pdfinfo -isodates", "r.pdf");
+    const std::string meta = Printed("pdfinfo -meta", "r.pdf");
+    for (const auto& [label, told] :
+         {std::pair("Title", "xml:lang=\"x-default\">"), std::pair("Creator", "xmp:CreatorTool=\""),
+          std::pair("Producer", "pdf:Producer=\""), std::pair("CreationDate", "xmp:CreateDate=\"")}) {
+        std::smatch found;
+        const std::regex line(std::string("(^|\n)") + label + ": +([^\n]*)");
+        ASSERT_TRUE(std::regex_search(info, found, line)) << label << info;
+        EXPECT_NE(meta.find(told + std::string(found[2])), std::string::npos) << label << meta;
+    }
+    const std::string pdf = Read("r.pdf");
+    EXPECT_NE(pdf.find(meta.substr(0, meta.find('\n'))), std::string::npos) << "readable by who knows no PDF";
+}
+
+TEST_F(ReportTest, BookmarksAreNestedAsTheTests) {
+    Write("tree.xml", Sequence(Group(7, Element(1, 100, Exposures(1)) + Element(2, 200, Exposures(1)))));
+    ASSERT_EQ(Run({"report", Path("tree.xml"), "-o", Path("r.pdf")}), kExitPassed) << err;
+    // Below the title three parts of the cover and the group, below that its two tests; each behind its own.
+    const std::string outlines = Printed("qpdf --json=1 --json-key=outlines", "r.pdf");
+    std::istringstream lines(outlines);
+    std::string shape;
+    for (std::string line; std::getline(lines, line);)
+        if (const std::size_t at = line.find("\"title\": \""); at != std::string::npos)
+            shape += std::to_string(at / 2) + line.substr(at + 9) + "\n";
+    EXPECT_EQ(shape,
+              "5\"Tests of the file\"\n5\"Judged by\"\n5\"Instruments\"\n7\"T\"\n7\"T\"\n5\"G\"\n3\"G\"\n");
+}
+
+TEST_F(ReportTest, ATestSaysWhenItWasMeasuredWithWhatAndByWhichLimitsItWasJudged) {
+    ASSERT_EQ(Report("r.txt"), kExitPassed) << err;
+    const std::string text = Read("r.txt");
+    const pugi::xml_node run = ResultOf(1).child("Run");
+    const std::string start = run.attribute("Start").value();
+    ASSERT_FALSE(start.empty());
+    EXPECT_NE(text.find("Measured       " + start + " to " + run.attribute("End").value() + "; vorex "),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("serial number 4711, calibrated 2026-01-15"), std::string::npos);
+    EXPECT_NE(text.find("Judged by      Site 1\n"), std::string::npos);
+    EXPECT_NE(text.find("Limits         kVp Avg: at most 81 KV (Site 1)\n"), std::string::npos);
+    EXPECT_NE(text.find("1: 0 passed, 1 failed, 0 not applicable, 0 not performed"), std::string::npos);
+    ASSERT_EQ(Report("r.txt", {"--limits"}), kExitPassed) << err;
+    EXPECT_EQ(Read("r.txt").find("Limits  "), std::string::npos) << "they stand beside the values";
+    // The file's limit is another one now.
+    std::string file = Read("out.xml");
+    const std::string sides = "<High Value=\"81\"";
+    ASSERT_NE(file.find(sides), std::string::npos);
+    Write("out.xml", file.replace(file.find(sides), sides.size(), "<High Value=\"99\""));
+    ASSERT_EQ(Report("r.txt", {"--limits"}), kExitPassed) << err;
+    EXPECT_NE(Read("r.txt").find("Changed since  Site 1, ER kVp Avg, at most: now 99, then 81\n"),
+              std::string::npos)
+        << Read("r.txt");
+    EXPECT_NE(Read("r.txt").find("Limits         kVp Avg: at most 81 KV (Site 1)\n"), std::string::npos);
+}
+
+TEST_F(ReportTest, ARunThatWasStoppedIsToldBesideItsVerdict) {
+    Write("in.xml", Sequence(Element(1, 100, Exposures(3)) + Element(2, 100, Exposures(1))));
+    Write("in.jsonl", kHead + Shot("80") + Shot("81"));
+    ASSERT_EQ(RunFile("in.xml", "in.jsonl", "start,stop@2,next;skip"), kExitPassed) << err;
+    for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
+        ASSERT_EQ(Report(form), kExitPassed) << err;
+        std::string text = form == "r.pdf" ? Printed("pdftotext -layout", form, "-") : Read(form);
+        text = std::regex_replace(text, std::regex("\\s+"), " ");
+        EXPECT_NE(text.find("Pass (stopped after 2 of 3)"), std::string::npos) << text;
+        EXPECT_NE(text.find("2: 1 passed, 0 failed, 0 not applicable, 1 not performed"), std::string::npos);
+    }
+    EXPECT_NE(Read("r.txt").find("End of the run  stopped after 2 of 3\n"), std::string::npos);
+}
+
+TEST_F(ReportTest, TheCoverNamesSiteRoomAndPersonOfASurvey) {
+    ASSERT_EQ(Run({"new", "1300", "-o", Path("survey.xml")}), kExitPassed) << err;
+    ASSERT_EQ(Run({"report", Path("survey.xml"), "-o", Path("r.txt")}), kExitPassed) << err;
+    EXPECT_EQ(Read("r.txt").find("Site"), std::string::npos) << "nothing is made up";
+    EXPECT_EQ(Read("r.txt").find("Date of the survey"), std::string::npos);
+    ASSERT_EQ(Run({"survey", Path("survey.xml"), "--set", "GeneralInformation.Site=St. Anna", "--set",
+                   "GeneralInformation.RoomID=M|2", "--set", "GeneralInformation.Technologist=A. Weiss",
+                   "--set", "GeneralInformation.XrayUnitManufacturer=Maker", "--answer", "PR1=Pass", "-o",
+                   Path("filled.xml")}),
+              kExitPassed)
+        << err;
+    ASSERT_EQ(Run({"report", Path("filled.xml"), "-o", Path("r.txt")}), kExitPassed) << err;
+    for (const char* line : {"\n  Site +St\\. Anna\n", "\n  Room +M\\|2\n", "\n  X-ray unit +Maker\n",
+                             "\n  Technologist +A\\. Weiss\n"})
+        EXPECT_TRUE(std::regex_search(Read("r.txt"), std::regex(line))) << line << Read("r.txt");
+}
+
 TEST_F(ReportTest, TextsOfUsersBreakNoForm) {
     const std::string hostile = "a|b;c{d}e\\f 测试 مرحبا ";
     std::string name;

@@ -177,6 +177,30 @@ TEST_P(LanguageTableTest, AFailedTestIsShownIn100Columns) {
     EXPECT_NE(all.find(TableOf(GetParam()).at(std::string(text::kFail))), std::string::npos);
 }
 
+/// A user's own name of an element stays; the name that a new element has of its test is none.
+TEST_P(LanguageTableTest, CommandsNameTestsAndTellResultsInTheirLanguage) {
+    const Table table = TableOf(GetParam());
+    Start(GetParam(), "new 200 -o in.xml");
+    EXPECT_NE(Read("printed").find(table.at(std::string(text::kTestRadioAccuracy))), std::string::npos);
+    std::string printed = Read("printed");
+    Start(GetParam(), "run in.xml --instruments simulated:7 -o out.xml");
+    printed += Read("printed");
+    Start(GetParam(), "show out.xml");
+    printed += Read("printed");
+    Start(GetParam(), "report out.xml -o r.txt");
+    printed += Read("printed") + Read("r.txt");
+    for (const char* english : {"Radiography", "planned", "Taken", "formulas", "serial number", "calibrated",
+                                "Judged", "Saved", "written", "Group", "Not tested"})
+        EXPECT_EQ(printed.find(english), std::string::npos) << english << "\n" << printed;
+    std::string named = Read("out.xml");
+    const std::string given = "Name=\"Radiography Accuracy\"";
+    ASSERT_NE(named.find(given), std::string::npos);
+    named.replace(named.find(given), given.size(), "Name=\"Radiography Linearity\"");
+    Write("named.xml", named);
+    Start(GetParam(), "report named.xml -o r.txt");
+    EXPECT_NE(Read("r.txt").find("Radiography Linearity"), std::string::npos) << "a name of the user";
+}
+
 /// Every text of a report is one of its own language, also where the program speaks another.
 TEST_P(LanguageTableTest, AReportMayHaveAnotherLanguageThanTheProgram) {
     const std::string code = GetParam();

@@ -49,6 +49,50 @@ TEST_F(ReportDocumentTest, RowsPrintedOneByOneGoOnUnderTheHeadingsAsWell) {
     EXPECT_EQ(RowsOf(model.pages[1]), "repeated:Name|Value\n" + Expected(10, 10));
 }
 
+/// A block heading is 254 high: 194 and 60 above it.
+TEST_F(ReportDocumentTest, ABlockThatGoesOnIsNamedAgainOnItsNextPage) {
+    const std::string columns = "<+4000|<+3000|<+3000;";
+    const std::string head = "|" + heading.substr(0, heading.size());
+    const auto line = [](int i) { return "|row " + std::to_string(i) + "|x;"; };
+    // Room for headings, block heading and eight rows.
+    report.PrintTable(columns, head);
+    report.PrintTable(columns, "|Exposure 3;");
+    for (int i = 1; i <= 9; ++i) {
+        if (i == 9) {  // the library breaks pages itself
+            report.NewPage();
+            report.PrintTable(columns, head);
+        }
+        report.PrintTable(columns, line(i));
+    }
+    report.PrintTable(columns, "|Exposure 4;" + line(1));
+    report.PrintHeading("Accuracy", "");  // goes to a new page
+    report.PrintTable(columns, head + line(2));
+    const ReportModel model = report.Finish();
+    ASSERT_EQ(model.pages.size(), 3U);
+    EXPECT_EQ(RowsOf(model.pages[1]),
+              "Name|Value\nrepeated:Exposure 3 (continued)\nrow 9|x\nExposure 4\nrow 1|x\n");
+    EXPECT_EQ(RowsOf(model.pages[2]), "Name|Value\nrow 2|x\n") << "another test";
+}
+
+TEST_F(ReportDocumentTest, NoPageBeginsWithTheLastRowOfABlockAndNoneEndsWithItsName) {
+    const std::string columns = "<+4000|<+3000|<+3000;";
+    const auto block = [](int first, int last) {
+        std::string rows = "|Block;";
+        for (int i = first; i <= last; ++i) rows += "|row " + std::to_string(i) + "|x;";
+        return rows;
+    };
+    // 254 + 9 * 194 are the 2,000 of a page: the tenth row would stand alone.
+    report.PrintTable(columns, block(1, 10));
+    ReportModel model = report.Finish();
+    ASSERT_EQ(model.pages.size(), 2U);
+    EXPECT_EQ(RowsOf(model.pages[1]), "repeated:Block (continued)\nrow 9|x\nrow 10|x\n");
+    // 254 + 7 * 194 leave room for another name, and not for a row below it.
+    report.PrintTable(columns, block(1, 7) + block(8, 10));
+    model = report.Finish();
+    ASSERT_EQ(model.pages.size(), 2U);
+    EXPECT_EQ(RowsOf(model.pages[1]), "Block\nrow 8|x\nrow 9|x\nrow 10|x\n");
+}
+
 TEST_F(ReportDocumentTest, ARowNeverSplits) {
     report.PrintTable(kTwoColumns, Lines(1, 9));
     EXPECT_EQ(report.SpaceLeft(), 2000 - 9 * 194);

@@ -56,6 +56,30 @@ TEST_F(ReportHtmlTest, TablesSayWhatHeadsWhat) {
     EXPECT_EQ(Count("//script"), 0U);
 }
 
+TEST_F(ReportHtmlTest, HeadingsAndContentsAreAsDeepAsTheTreeOfTheTests) {
+    report.PrintTitle("Unit", "");
+    for (const auto& [level, title] :
+         {std::pair(1, "Room"), std::pair(2, "Radiography"), std::pair(3, "Accuracy"),
+          std::pair(3, "Linearity"), std::pair(2, "Fluoroscopy"), std::pair(9, "Deep"),
+          std::pair(1, "End")}) {
+        report.HeadingLevel(level);
+        report.PrintHeading(title, "");
+    }
+    Load();
+    EXPECT_EQ(At("//nav/ul/li[1]/a/span"), "Room");
+    EXPECT_EQ(At("//nav/ul/li[1]/ul/li[1]/ul/li[2]/a/span"), "Linearity");
+    EXPECT_EQ(At("//nav/ul/li[1]/ul/li[2]/ul/li/a/span"), "Deep");
+    EXPECT_EQ(At("//nav/ul/li[2]/a/span"), "End");
+    EXPECT_EQ(Count("//h2"), 2U);
+    EXPECT_EQ(Count("//h3"), 2U);
+    EXPECT_EQ(Count("//h4"), 2U);
+    EXPECT_EQ(Count("//h6"), 1U) << "there is no deeper one";
+    for (pugi::xpath_node link : page.select_nodes("//nav//a"))
+        EXPECT_NE(
+            At(("//*[@id='" + std::string(link.node().attribute("href").value() + 1) + "']/span").c_str()),
+            "");
+}
+
 TEST_F(ReportHtmlTest, TextsOfUsersStayTexts) {
     const std::string hostile = "</td><script>alert(1)</script> & \"|;{}\\ مرحبا 测试";
     report.PrintTitle(hostile, "");

@@ -456,7 +456,8 @@ TEST_F(ResultReport, HeadingsComeAgainOnANewPageAndNoBlockHeadingStandsAlone) {
     Begin(kMammoRadiation, kZrd);
     Expose(1);
     Expose(2);
-    // Ten rows a page: the heading, "Exposure 1" and eight of its nine rows, and so on.
+    // Ten rows a page: the heading, "Exposure 1" and seven of its nine rows, for the last of them would begin
+    // the next page alone; and so on.
     report.pageHeight = 10 * test::RecordingReport::kRowHeight;
     result->PrintReport(&report, nullptr);
     std::string shape;
@@ -468,7 +469,7 @@ TEST_F(ResultReport, HeadingsComeAgainOnANewPageAndNoBlockHeadingStandsAlone) {
                  : row.starts_with("|Exposure 1;") || row.starts_with("|Exposure 2;") ? 'E'
                                                                                       : '.';
     }
-    EXPECT_EQ(shape, "HE......../H.E......./H..");
+    EXPECT_EQ(shape, "HE......./H..E....../H...");
     // With eleven rows the second heading would be the last row of its page.
     report = test::RecordingReport();
     report.pageHeight = 12 * test::RecordingReport::kRowHeight;

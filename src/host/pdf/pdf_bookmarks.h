@@ -10,6 +10,7 @@ namespace vorex {
 /// Where a heading stands.
 struct Bookmark {
     std::string title;
+    int level = 0;         ///< depth in the tree of headings
     std::size_t page = 0;  ///< from 0
     int top = 0;           ///< points above the lower edge of the paper
 };

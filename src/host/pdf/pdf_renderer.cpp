@@ -148,7 +148,7 @@ class PagePainter {
     void Draw(const ReportHeading& heading) {
         if (!heading.title.empty())
             mBookmarks.push_back(
-                {std::string(heading.title), mPage,
+                {std::string(heading.title), heading.level, mPage,
                  (mReport.paper.height - mReport.paper.marginTop - heading.top) / kTwipsPerPoint});
         const int32_t lineHeight = heading.points * kLineTwips;
         const int32_t first =
@@ -172,7 +172,7 @@ class PagePainter {
                 DrawShape(heading.mark, x - heading.points * kTwipsPerPoint - kMarkGapTwips, first,
                           heading.points);
         }
-        Pen(Qt::black, heading.level == 0 ? 2 * kCurveLine : kCurveLine);
+        Pen(Qt::black, heading.level == 0 ? 2 * kCurveLine : heading.level == 1 ? kCurveLine : kThinLine);
         const int32_t rule = heading.top + heading.height - kLineTwips * 3;
         mPainter.drawLine(0, rule, right, rule);
     }

@@ -1,0 +1,157 @@
+#include "cli/report_record.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "cli/command_support.h"
+#include "cli/verdict_text.h"
+#include "foundation/number_text.h"
+#include "foundation/survey_keys.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
+#include "mqsa/result_mqsa.h"
+
+namespace vorex {
+
+namespace {
+
+std::string Lines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
+    return text;
+}
+
+void AddUnlessEmpty(std::vector<ReportFact>& facts, std::string_view label, std::string text,
+                    const IReportDocument& report) {
+    if (!text.empty()) facts.push_back({Translate(label, &report), std::move(text)});
+}
+
+std::string InstrumentLines(const CResultCommon& result, std::span<const MtiEntry> instruments,
+                            const IReportDocument& report) {
+    std::vector<std::string> lines;
+    if (result.Run() && !result.Run()->instruments.empty())
+        for (const CMtiData2& instrument : result.Run()->instruments)
+            lines.push_back(InstrumentWords(instrument.Name(), instrument.SerialNumber(),
+                                            instrument.CalibrationDate(), &report));
+    else
+        for (const MtiEntry& entry : instruments)
+            if (entry.number == result.MTIID())
+                lines.push_back(
+                    InstrumentWords(entry.name, entry.serialNumber, entry.calibrationDate, &report));
+    return Lines(lines);
+}
+
+/// The limits of a judgement for the values of a result, "kVp Avg: at least 76, at most 84 KV (Site 1)".
+std::string LimitLines(const CResultCommon& result, const Judgement& judged, const IReportDocument& report) {
+    std::vector<std::string> lines;
+    for (int32_t i = 0; judged.limits && i < judged.limits->Count(); ++i) {
+        const auto standard = judged.limits->Item(i);
+        std::set<std::pair<std::string_view, TaggedValue>> seen;  // a limit follows from key and preset
+        for (const auto& row : result.Rows()) {
+            for (const auto& item : *row) {
+                if (!seen.emplace(item->RawKey(), item->RawPresetValue()).second) continue;
+                const std::string words = LimitWords(*item, *standard, &report);
+                if (words.empty()) continue;
+                const std::string unit = Translate(item->RawUnit(), &report);
+                std::string line = Translate(item->RawDescription(), &report) + ": " + words;
+                line += (unit.empty() ? "" : " " + unit) + " (" + standard->Name() + " " +
+                        standard->Version() + ")";
+                if (std::find(lines.begin(), lines.end(), line) == lines.end())
+                    lines.push_back(std::move(line));
+            }
+        }
+    }
+    return Lines(lines);
+}
+
+std::string StandardNames(const Judgement& judged) {
+    std::string names;
+    for (int32_t i = 0; judged.limits && i < judged.limits->Count(); ++i)
+        names += (names.empty() ? "" : ", ") + judged.limits->Item(i)->Name() + " " +
+                 judged.limits->Item(i)->Version();
+    return names;
+}
+
+std::string SurveyField(const SurveyRecord& record, std::string_view field) {
+    return std::string(Trimmed(record.Field(survey::kGroups[0].name, field)));
+}
+
+/// A date of the survey as its parts stand in the file; empty while one is missing.
+std::string SurveyDate(const SurveyRecord& record) {
+    std::string date;
+    for (std::string_view part : survey::kDateParts) {
+        const std::string text = SurveyField(record, part);
+        if (text.empty()) return {};
+        date += (date.empty() ? "" : "-") + std::string(text.size() == 1 ? "0" : "") + text;
+    }
+    return date;
+}
+
+std::string UnitWords(const SurveyRecord& record) {
+    const std::string maker = SurveyField(record, survey::kUnitManufacturer);
+    const std::string model = SurveyField(record, survey::kUnitModel);
+    return maker + (maker.empty() || model.empty() ? "" : " ") + model;
+}
+
+}  // namespace
+
+std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCommon& result,
+                                    const ISelectedStandards* selected, std::span<const MtiEntry> instruments,
+                                    const IReportDocument& report) {
+    std::vector<ReportFact> facts;
+    if (result.Status() == kNotTested && !result.Run()) return facts;
+    std::vector<std::string> changes;
+    if (const auto& run = result.Run()) {
+        AddUnlessEmpty(facts, text::kReportMeasured,
+                       Translate(text::kReportFromTo, {run->start, run->end}, &report) + "; " +
+                           OriginWords(run->origin, &report),
+                       report);
+        AddUnlessEmpty(facts, text::kReportEnding, EndingWords(result, &report), report);
+        if (const auto config = std::dynamic_pointer_cast<CConfigCommon>(element.Configuration()))
+            changes = EditedSettings(*config, *run, &report);
+    }
+    AddUnlessEmpty(facts, text::kReportMeasuredWith, InstrumentLines(result, instruments, report), report);
+    if (const auto& judged = result.JudgedBy()) {
+        AddUnlessEmpty(facts, text::kReportJudged, judged->time + "; " + OriginWords(judged->origin, &report),
+                       report);
+        AddUnlessEmpty(facts, text::kReportStandards, StandardNames(*judged), report);
+        const std::vector<std::string> others = ChangedSides(element, *judged, selected, &report);
+        changes.insert(changes.end(), others.begin(), others.end());
+        // Where the limits stand beside the values, and are the same, they need no list.
+        if ((report.Options() & kReportLimits) == 0 || !others.empty()) {
+            const std::string limits = LimitLines(result, *judged, report);
+            AddUnlessEmpty(facts, text::kReportLimits,
+                           limits.empty() ? Translate(text::kReportNoLimits, &report) : limits, report);
+        }
+    }
+    AddUnlessEmpty(facts, text::kReportChanged, Lines(changes), report);
+    return facts;
+}
+
+std::vector<ReportFact> Particulars(const ElementFile& file, const IReportDocument& report) {
+    std::vector<ReportFact> facts;
+    const auto add = [&](std::string_view label, std::string text) {
+        const std::string name = Translate(label, &report);
+        const bool known = std::any_of(facts.begin(), facts.end(), [&](const ReportFact& fact) {
+            return fact.label == name && fact.text == text;
+        });
+        if (!known && !text.empty()) facts.push_back({name, std::move(text)});
+    };
+    for (const auto& element : SurveysOf(file)) {
+        const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
+        if (!survey) continue;
+        const SurveyRecord& record = survey->Record();
+        add(text::kReportSite, SurveyField(record, survey::kSite));
+        add(text::kReportRoom, SurveyField(record, survey::kRoomId));
+        add(text::kReportUnit, UnitWords(record));
+        add(text::kReportTechnologist, SurveyField(record, survey::kTechnologist));
+        // A survey that nobody has filled in bears the day on which it was made.
+        if (survey->Status() != kNotTested) add(text::kReportSurveyDate, SurveyDate(record));
+    }
+    return facts;
+}
+
+}  // namespace vorex
