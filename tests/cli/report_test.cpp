@@ -1,9 +1,14 @@
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <regex>
 #include <set>
 
+#include "foundation/number_text.h"
 #include "program_fixture.h"
+#include "test_paths.h"
 
 namespace vorex::test {
 namespace {
@@ -38,6 +43,28 @@ class ReportTest : public ProgramTest {
             if (const std::string value = at.node().child_value(); !value.empty()) numbers.insert(value);
         return numbers;
     }
+    /// The numbers of out.xml that a report shows: statistics of a test stand in every exposure, and those of
+    /// the last one count.
+    std::vector<std::string> PrintedNumbers() const {
+        std::vector<std::string> numbers;
+        for (pugi::xpath_node item : result.select_nodes("//ResultItem[Measurement]")) {
+            const std::string test = item.node().parent().attribute("TestID").value();
+            const bool statistics = test == "100" || test == "900" || test == "1100";
+            std::map<std::string, std::string> last;
+            for (pugi::xml_node at : item.node().children("Measurement")) {
+                const std::string name = at.attribute("Key").value();
+                const std::string value = at.child_value("Value");
+                if (name == "Import Waveform") continue;
+                if (statistics && name.starts_with("ER "))
+                    last[name] = value;
+                else
+                    numbers.push_back(value);
+            }
+            for (const auto& [name, value] : last) numbers.push_back(value);
+        }
+        std::erase_if(numbers, [](const std::string& value) { return !IsNumber(value); });
+        return numbers;
+    }
 };
 
 TEST_F(ReportTest, EveryFormShowsEveryNumberOfTheFile) {
@@ -55,6 +82,40 @@ TEST_F(ReportTest, EveryFormShowsEveryNumberOfTheFile) {
         EXPECT_NE(text.find("95.5"), std::string::npos) << name;
         EXPECT_NE(text.find("Fail"), std::string::npos) << name;
         EXPECT_NE(text.find("4711"), std::string::npos) << name;
+    }
+}
+
+/// Numbers are printed in the picture of their column: whole, or rounded to some decimals.
+TEST_F(ReportTest, ThePdfTextHasEveryNumberOfTheExamples) {
+    const std::regex number("[-+]?[0-9]+(\\.[0-9]+)?");
+    for (const std::string example :
+         {"radio_reproducibility", "radio_accuracy", "radio_linearity", "fluoro_accuracy", "fluoro_exposure",
+          "mammo_accuracy", "mammo_aec", "mammo_output", "dosimeter", "dosimeter_mas", "mas_meter", "unit"}) {
+        for (const char* end : {".xml", ".jsonl"})
+            std::filesystem::copy_file(std::filesystem::path(kSourceDir) / "examples" / (example + end),
+                                       Path("e" + std::string(end)),
+                                       std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::remove(Path("out.xml"));
+        ASSERT_LE(RunFile("e.xml", "e.jsonl"), kExitFailed) << err;
+        ASSERT_EQ(Report("r.pdf", {"--limits"}), kExitPassed) << err;
+        const std::string text = Printed("pdftotext -layout", "r.pdf", "-");
+        std::set<std::string> exact;
+        std::vector<std::pair<double, double>> rounded;  // with what rounding takes at most
+        for (std::sregex_iterator at(text.begin(), text.end(), number), end; at != end; ++at) {
+            exact.insert(PlainText(ReadNumber(at->str())));
+            if (const auto decimals = (*at)[1].length() - 1; decimals >= 2)
+                rounded.emplace_back(ReadNumber(at->str()), 0.5000001 * std::pow(10.0, -decimals));
+        }
+        std::size_t checked = 0;
+        for (const std::string& value : PrintedNumbers()) {
+            const bool found = exact.contains(PlainText(ReadNumber(value))) ||
+                               std::any_of(rounded.begin(), rounded.end(), [&](const auto& shown) {
+                                   return std::abs(shown.first - ReadNumber(value)) <= shown.second;
+                               });
+            EXPECT_TRUE(found) << example << ": " << value << "\n" << text;
+            ++checked;
+        }
+        EXPECT_GE(checked, 10U) << example;
     }
 }
 

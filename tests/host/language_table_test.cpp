@@ -7,11 +7,17 @@
 #include <sstream>
 
 #include "config/config_common.h"
+#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/text_keys.h"
+#include "host/report_pdf.h"
+#include "host/standards.h"
 #include "host/text_service.h"
 #include "host_fixture.h"
+#include "report_fixture.h"
 #include "results/result_columns.h"
+#include "results/result_common.h"
+#include "support/fake_element.h"
 
 namespace vorex::host_test {
 namespace {
@@ -77,6 +83,51 @@ class LanguageTableTest : public HostTest, public testing::WithParamInterface<co
         const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
         EXPECT_LT(WEXITSTATUS(status), 2) << command << "\n" << Read("printed");
     }
+
+    /// Settings and a result of two exposures with limits, as on A4.
+    static ReportModel Printed(const std::string& language, int32_t testId, int32_t kind, int32_t mode,
+                               int32_t setup) {
+        const auto config = std::make_shared<CConfigCommon>();
+        config->DefaultValues(testId);
+        config->DetectorName = kind;
+        config->pMeasurementMode = mode;
+        config->pGeneratorSetup = setup;
+        config->AirDensityCorrection = true;
+        config->pTargetFilterName = "Mo/Mo";
+        const auto result = std::make_shared<CResultCommon>();
+        result->Initialize(config);
+        test::FakeElement owner;
+        for (const auto& item : result->Current()) item->Value("1234.5");
+        for (uint8_t exposure : {1, 2}) result->UpdateStatus(owner, nullptr, exposure);
+        State().SelectedStandardsForReport = {std::make_shared<Standard>("Site", "1")};
+        ReportSettings settings = SettingsFor(*FindReportPaper("A4"));
+        settings.options = kReportLimits;
+        const std::vector<fs::path> folders = {fs::path(test::kSourceDir) / "languages"};
+        settings.text = TextService::ForLanguage(language, folders);
+        ReportDocument report(settings, &PdfRenderer().Metrics());
+        config->PrintReport(&report, nullptr);
+        result->PrintReport(&report, nullptr);
+        return report.Finish();
+    }
+    void CheckPrinted(const ReportModel& report) {
+        for (const ReportPage& page : report.pages)
+            for (const ReportItem& item : page.items)
+                if (const auto* table = std::get_if<ReportTable>(&item))
+                    for (const ReportRow& row : table->rows)
+                        for (const ReportCell& cell : row.cells) CheckCell(cell);
+    }
+    void CheckCell(const ReportCell& cell) {
+        ++cells;
+        if (cell.heading) {
+            EXPECT_EQ(cell.lines.size(), 1U) << cell.text;
+        }
+        for (std::size_t i = 1; i < cell.lines.size(); ++i) {
+            const std::string_view before = cell.lines[i - 1].text;
+            const bool inWord = before.data() + before.size() == cell.lines[i].text.data();
+            EXPECT_FALSE(inWord) << before << "/" << cell.lines[i].text;
+        }
+    }
+    std::size_t cells = 0;
 };
 
 TEST_P(LanguageTableTest, HasTheKeysOfTheSourcesAndNoOthers) {
@@ -175,6 +226,16 @@ TEST_P(LanguageTableTest, AFailedTestIsShownIn100Columns) {
         EXPECT_LE(std::count_if(line.begin(), line.end(), [](char c) { return (c & 0xC0) != 0x80; }), 100)
             << line;
     EXPECT_NE(all.find(TableOf(GetParam()).at(std::string(text::kFail))), std::string::npos);
+}
+
+/// On paper: headings of tables stand on one line, and no text is broken but between its words.
+TEST_P(LanguageTableTest, TextsFitTheColumnsOfThePrintedReport) {
+    for (int32_t testId : kMeasuringTests)
+        for (int32_t kind = 1; kind <= 5; ++kind)
+            for (int32_t mode = 1; mode <= 4; ++mode)
+                for (int32_t setup = 1; setup <= 2; ++setup)
+                    CheckPrinted(Printed(GetParam(), testId, kind, mode, setup));
+    EXPECT_GT(cells, 20000U);
 }
 
 /// A user's own name of an element stays; the name that a new element has of its test is none.
