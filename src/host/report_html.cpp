@@ -34,6 +34,8 @@ tr.failed { background: #fbe3e1; box-shadow: inset 4px 0 0 #b00020; }
 tr.failed th, tr.failed td, .fail, .pass { font-weight: bold; }
 table.ruled { table-layout: fixed; border: 1px solid #333; }
 table.ruled th, table.ruled td { border: 1px solid #333; padding: .2rem .4rem; }
+table.ruled .fail { white-space: normal; }
+table.ruled .indented { padding-left: 1.6rem; }
 .form { justify-content: center; text-align: center; border: 0; flex-wrap: wrap; gap: 0 1rem; }
 .form > span { flex: 0 0 100%; }
 .fail { color: #b00020; white-space: nowrap; }
@@ -48,6 +50,9 @@ footer { margin-top: 2rem; border-top: 1px solid #888; color: #444; font-size: .
   h2, h3, h4, h5, h6 { break-after: avoid; }
   section.page { break-before: page; }
   section.page > :first-child { margin-top: 0; }
+  .form { margin: .8rem 0 .3rem; font-size: 11pt; line-height: 1.2; }
+  table.ruled { font-size: 8pt; line-height: 1.2; margin: .35rem 0; break-inside: avoid; }
+  table.ruled th, table.ruled td { padding-top: .1rem; padding-bottom: .1rem; }
   tr, figure { break-inside: avoid; }
   thead { display: table-header-group; }
   tr.failed { print-color-adjust: exact; -webkit-print-color-adjust: exact; }

@@ -27,7 +27,7 @@ inline constexpr int32_t kLineTwips = 24;
 inline constexpr int32_t kRowPadding = 26;
 /// The same of a column and a row with rules around them.
 inline constexpr int32_t kRuledCellPadding = 80;
-inline constexpr int32_t kRuledRowPadding = 66;
+inline constexpr int32_t kRuledRowPadding = 56;
 /// Room above a row that heads others.
 inline constexpr int32_t kGroupGap = 60;
 /// Room between a verdict's shape and its word, and the size of the shape, in parts of the text's size.

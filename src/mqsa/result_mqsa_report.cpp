@@ -1,6 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
@@ -19,14 +22,17 @@ namespace {
 namespace st = survey_text;
 namespace form = survey_form;
 
-constexpr int32_t kFormPoints = 8;
+constexpr int32_t kLargestPoints = 8;
+constexpr int32_t kSmallestPoints = 6;
 constexpr int32_t kCommentPoints = 9;
 constexpr std::array<int32_t, 3> kVerdictShares = {750, 125, 125};
 /// The answer, and a column that is free for initials.
 constexpr std::array<int32_t, 3> kAssistantShares = {500, 200, 100};
 /// Room for a signature, about a centimetre of lines.
 constexpr int32_t kSignatureLines = 3;
-constexpr int32_t kFewestLines = 6;
+/// Lines of a box on a full page, and where nothing is measured.
+constexpr int32_t kFewestLines = 3;
+constexpr int32_t kUnmeasuredLines = 8;
 /// What the engine may leave between two tables.
 constexpr int32_t kGap = 150;
 constexpr std::string_view kEndOfBox = "     ";
@@ -118,6 +124,11 @@ std::string Row(const std::string& label, std::initializer_list<std::string> cel
     return row + markup::kRowEnd;
 }
 
+std::string VerdictLine(std::string_view line, const VerdictRow& verdicts, const IReportDocument& report) {
+    return Row(markup::Text(line),
+               {Verdict(verdicts[kAcrColumn], report), Verdict(verdicts[kMqsaColumn], report)});
+}
+
 /// A heading cell in the first column, which stands behind no margin.
 std::string FirstHeading(std::string_view textKey, const IReportDocument& report) {
     return markup::Heading(Translate(textKey, &report)).substr(1);
@@ -132,63 +143,95 @@ std::string VerdictHead(std::string_view caption, const IReportDocument& report)
 std::string ProgramRows(const ItemStatuses& statuses, const IReportDocument& report) {
     std::string rows = VerdictHead(st::kLog14, report);
     for (std::size_t i = 0; i < kTechnologistItemCount; ++i)
-        rows += Row(markup::Text(Translate(kProgramTexts[i], &report)),
-                    {Verdict(AnswerKey(statuses.at(kFirstAcrAnswer + i)), report),
-                     Verdict(AnswerKey(statuses.at(kFirstMqsaAnswer + i)), report)});
+        rows += VerdictLine(Translate(kProgramTexts[i], &report),
+                            {std::string(AnswerKey(statuses.at(kFirstAcrAnswer + i))),
+                             std::string(AnswerKey(statuses.at(kFirstMqsaAnswer + i)))},
+                            report);
     return rows;
 }
 
 // -------------------------------------------------------------------------------------------- pages
 
-/// Prints the parts that the pages are made of, one below the other.
+/// A form: framed tables below a title, in the largest type in which they fit the page.
 class FormPage {
   public:
-    FormPage(IReportDocument& report, const SurveyRecord& record) : mReport(report), mRecord(record) {
-        report.Style(kFormPoints);
-    }
+    FormPage(IReportDocument& report, const SurveyRecord& record) : mReport(report), mRecord(record) {}
 
-    void Title(std::string_view subtitle) {
-        mReport.Alignment(kAlignCentre);
-        mReport.PrintHeading(Translate(st::kFormTitle, &mReport),
-                             subtitle.empty() ? std::string() : Translate(subtitle, &mReport));
-        mReport.Alignment(kAlignLeft);
-    }
     void Head(std::span<const HeadRow> rows) {
         std::string table;
         for (const HeadRow& row : rows)
             table += Row(HeadCell(row.left, mRecord, mReport), {HeadCell(row.right, mRecord, mReport)});
-        mReport.PrintTable(form::EqualColumns(mReport, 2), table);
+        Add(form::EqualColumns(mReport, 2), table);
     }
-    void Verdicts(const std::string& rows) {
-        mReport.PrintTable(form::FramedColumns(mReport, kVerdictShares), rows);
+    void Verdicts(const std::string& rows) { Add(form::FramedColumns(mReport, kVerdictShares), rows); }
+    void AssistantAnswers(const std::string& rows) {
+        Add(form::FramedColumns(mReport, kAssistantShares), rows);
     }
     void Note(std::string_view textKey) {
-        mReport.PrintTable(form::EqualColumns(mReport, 1),
-                           markup::Text(Translate(textKey, &mReport)) + markup::kRowEnd);
+        Add(form::EqualColumns(mReport, 1), markup::Text(Translate(textKey, &mReport)) + markup::kRowEnd);
     }
-    /// A box to write into by hand, as high as the page lets it when `heightBelow` follows.
-    void Box(std::string_view caption, int32_t heightBelow) {
-        const std::string columns = form::EqualColumns(mReport, 1);
-        const std::string heading = FirstHeading(caption, mReport) + markup::kRowEnd;
-        const auto box = [&](int32_t lines) {
-            return heading + form::RoomToWrite(lines).append(kEndOfBox) + markup::kRowEnd;
-        };
-        if (mReport.TableHeight(columns, box(kFewestLines)) > mReport.SpaceLeft()) mReport.NewPage();
-        mReport.PrintTable(columns,
-                           box(form::LinesThatFit(mReport, columns, heading, heightBelow, kFewestLines)));
+    /// Room to write into by hand: all that the other parts leave of the page.
+    void Box(std::string_view caption) {
+        mBox = mParts.size();
+        Add(form::EqualColumns(mReport, 1), FirstHeading(caption, mReport) + markup::kRowEnd);
     }
-    std::string SignatureRow() const {
+    void PhysicistSignature() {
         std::string row;
         for (const HeadPlace& place : kPhysicistSignature)
             row += (row.empty() ? "" : "|") + HeadCell(place, mRecord, mReport);
-        return row + markup::kRowEnd;
+        Add(form::EqualColumns(mReport, static_cast<int32_t>(std::size(kPhysicistSignature))),
+            row + markup::kRowEnd);
     }
 
-    IReportDocument& Report() { return mReport; }
+    void Print(std::string_view subtitle) {
+        mReport.Alignment(kAlignCentre);
+        mReport.PrintHeading(Translate(st::kFormTitle, &mReport),
+                             subtitle.empty() ? std::string() : Translate(subtitle, &mReport));
+        mReport.Alignment(kAlignLeft);
+        for (int32_t points = kLargestPoints; points >= kSmallestPoints; --points) {
+            mReport.Style(points);
+            if (HeightFrom(0) <= mReport.SpaceLeft()) break;
+        }
+        for (std::size_t i = 0; i < mParts.size(); ++i) {
+            const Part& part = mParts[i];
+            const std::string rows = i == mBox ? part.rows + BoxRow(LinesOfBox()) : part.rows;
+            if (i == mBox && mReport.TableHeight(part.columns, rows) > mReport.SpaceLeft()) mReport.NewPage();
+            mReport.PrintTable(part.columns, rows);
+        }
+    }
 
   private:
+    struct Part {
+        std::string columns;
+        std::string rows;
+    };
+
+    void Add(std::string columns, std::string rows) {
+        mParts.push_back({std::move(columns), std::move(rows)});
+    }
+    static std::string BoxRow(int32_t lines) {
+        return form::RoomToWrite(lines).append(kEndOfBox) + markup::kRowEnd;
+    }
+    /// What the parts from this one take, the box at its smallest.
+    int32_t HeightFrom(std::size_t first) {
+        int32_t height = 0;
+        for (std::size_t i = first; i < mParts.size(); ++i)
+            height += kGap + mReport.TableHeight(mParts[i].columns,
+                                                 mParts[i].rows + (i == mBox ? BoxRow(kFewestLines) : ""));
+        return height;
+    }
+    int32_t LinesOfBox() {
+        const std::string& columns = mParts[mBox].columns;
+        const int32_t line =
+            mReport.TableHeight(columns, BoxRow(2)) - mReport.TableHeight(columns, BoxRow(1));
+        if (line <= 0) return kUnmeasuredLines;
+        return kFewestLines + std::max(0, mReport.SpaceLeft() - HeightFrom(mBox)) / line;
+    }
+
     IReportDocument& mReport;
     const SurveyRecord& mRecord;
+    std::vector<Part> mParts;
+    std::size_t mBox = std::string::npos;
 };
 
 }  // namespace
@@ -196,61 +239,54 @@ class FormPage {
 void CResultMQSA::GetPreliminaryResultsData(IReportDocument& report,
                                             const CConfigMQSA* /*configuration*/) const {
     FormPage page(report, mRecord);
-    page.Title(st::kFormPreliminary);
     page.Head(kPreliminaryHead);
     std::string tests = VerdictHead(st::kFormTests, report);
     for (std::size_t i = 0; i < kPreliminaryRows; ++i)
-        tests += Row(markup::Text(Translate(PreliminaryTexts()[i], &report)),
-                     {Verdict(mTables.preliminary[i][kAcrColumn], report),
-                      Verdict(mTables.preliminary[i][kMqsaColumn], report)});
+        tests += VerdictLine(Translate(PreliminaryTexts()[i], &report), mTables.preliminary[i], report);
     page.Verdicts(tests);
     page.Note(st::kFormFootnote);
-    const std::string program = ProgramRows(Statuses(), report);
-    const std::string signature = page.SignatureRow();
-    const std::string signatureColumns = form::EqualColumns(report, 3);
-    const int32_t below = report.TableHeight(form::FramedColumns(report, kVerdictShares), program) +
-                          report.TableHeight(signatureColumns, signature);
-    page.Box(st::kFormCorrectiveAction, below + 3 * kGap);
-    page.Verdicts(program);
-    report.PrintTable(signatureColumns, signature);
+    page.Box(st::kFormCorrectiveAction);
+    page.Verdicts(ProgramRows(Statuses(), report));
+    page.PhysicistSignature();
+    page.Print(st::kFormPreliminary);
 }
 
 void CResultMQSA::GetSummaryOneData(IReportDocument& report, const CConfigMQSA* /*configuration*/) const {
     constexpr std::size_t kFiberRow = 18;
     const std::string* const scores[] = {&mFiber, &mSpeck, &mMass};
     FormPage page(report, mRecord);
-    page.Title({});
     page.Head(kSummaryHead);
     std::string rows = VerdictHead(st::kFormTests, report);
     for (std::size_t i = 0; i < kSummaryRows; ++i) {
         std::string line = Translate(SummaryTexts()[i], &report);
         if (i >= kFiberRow && i < kFiberRow + std::size(scores)) line += *scores[i - kFiberRow];
-        rows += Row(markup::Text(line), {Verdict(mTables.summary[i][kAcrColumn], report),
-                                         Verdict(mTables.summary[i][kMqsaColumn], report)});
+        rows += VerdictLine(line, mTables.summary[i], report);
     }
     page.Verdicts(rows);
     page.Note(st::kFormImportant);
+    page.Print({});
 }
 
 void CResultMQSA::GetSummaryTwoData(IReportDocument& report, const CConfigMQSA* /*configuration*/) const {
     FormPage page(report, mRecord);
-    page.Title({});
     page.Verdicts(ProgramRows(Statuses(), report));
-    page.Box(st::kFormRecommendations, kGap);
+    page.Box(st::kFormRecommendations);
+    page.Print({});
 }
 
 void CResultMQSA::GetAssistantLogData(IReportDocument& report, const CConfigMQSA* /*configuration*/) const {
     FormPage page(report, mRecord);
-    page.Title(st::kFormAssistantLog);
     page.Head(kAssistantHead);
     const ItemStatuses statuses = Statuses();
-    std::string rows = FirstHeading(st::kFormAssistantTests, report) + markup::kRowEnd;
+    std::string rows = FirstHeading(st::kFormAssistantTests, report) +
+                       markup::Heading(Translate(text::kReportStatus, &report)) + markup::kRowEnd;
     const auto texts = PreliminaryTexts();
     for (std::size_t i = 0; i <= texts.size(); ++i)
         rows += Row(markup::Text(Translate(i < texts.size() ? texts[i] : st::kLog14, &report)),
                     {Verdict(AnswerKey(statuses.at(kFirstAssistantAnswer + i)), report), {}});
-    report.PrintTable(form::FramedColumns(report, kAssistantShares), rows);
+    page.AssistantAnswers(rows);
     page.Head(kAssistantSignatures);
+    page.Print(st::kFormAssistantLog);
 }
 
 // ------------------------------------------------------------------------------------------ comments

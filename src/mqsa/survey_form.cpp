@@ -1,7 +1,5 @@
 #include "mqsa/survey_form.h"
 
-#include <algorithm>
-
 #include "foundation/number_text.h"
 #include "foundation/report_markup.h"
 
@@ -43,16 +41,6 @@ std::string CommentColumns(const IReportDocument& report) {
     const std::string margin = PlainText(kCommentMargin);
     return "<+" + margin + "|<" + PlainText(report.Metric(kTextWidth) - 2 * kCommentMargin) + "|<+!" +
            margin + markup::kRowEnd;
-}
-
-int32_t LinesThatFit(IReportDocument& report, const std::string& columns, const std::string& heading,
-                     int32_t heightBelow, int32_t fewest) {
-    const auto height = [&](int32_t lines) {
-        return report.TableHeight(columns, heading + RoomToWrite(lines) + markup::kRowEnd);
-    };
-    const int32_t line = height(2) - height(1);
-    if (line <= 0) return fewest;
-    return std::max(fewest, (report.SpaceLeft() - heightBelow - height(0)) / line);
 }
 
 std::string RoomToWrite(int32_t lines) {

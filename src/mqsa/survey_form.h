@@ -17,10 +17,6 @@ std::string EqualColumns(const IReportDocument& report, int32_t count);
 std::string FramedColumns(const IReportDocument& report, std::span<const int32_t> thousandths);
 /// A text between margins, without a frame.
 std::string CommentColumns(const IReportDocument& report);
-/// Lines to write on by hand: as many as fill the page when a table of these columns stands here and
-/// `heightBelow` follows it. Without pages, and where the page has no room for them, the fewest.
-int32_t LinesThatFit(IReportDocument& report, const std::string& columns, const std::string& heading,
-                     int32_t heightBelow, int32_t fewest);
 /// That many line feeds, as the end of a cell.
 std::string RoomToWrite(int32_t lines);
 
