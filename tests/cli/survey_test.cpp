@@ -1,3 +1,6 @@
+#include <cstdio>
+#include <memory>
+
 #include "program_fixture.h"
 
 namespace vorex::test {
@@ -103,6 +106,89 @@ TEST_F(SurveyProgramTest, TheMammographyTestBeforeItReachesTheSurvey) {
     Write("in.jsonl", kHead + Shot("24") + Shot("33") + Shot("24") + Shot("33"));
     RunFile("in.xml", "in.jsonl");
     EXPECT_EQ(std::string(ResultOf(2).child_value("kVpL39")), "2") << err;
+}
+
+/// What a tool of the system prints of a file of the test.
+std::string PrintedBy(const std::string& command) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    std::string text;
+    char part[4096];
+    while (std::size_t size = fread(part, 1, sizeof part, pipe.get())) text.append(part, size);
+    return text;
+}
+
+TEST_F(SurveyProgramTest, ThePrintedSurveyShowsEveryCellInEveryForm) {
+    NewSurvey();
+    const std::string comment = [] {
+        std::string words;
+        for (int i = 0; i < 125; ++i) words += "word" + std::to_string(100 + i) + " ";
+        return words;  // 1,000 characters
+    }();
+    EXPECT_EQ(Set({"--set", "GeneralInformation.Site=Northern Clinic", "--set", "Resolution(7,2)=12", "--set",
+                   "Comment(5)=" + comment, "--answer", "PR1=Fail", "--answer", "PR12=Pass", "--answer",
+                   "ALog1=Pass"}),
+              1)
+        << err;
+    for (const std::string paper : {"A4", "Letter"}) {
+        ASSERT_EQ(Run({"report", Path("out.xml"), "-o", Path("r.pdf"), "--paper", paper}), 0) << err;
+        // Cover, comments, four forms.
+        EXPECT_NE(PrintedBy("pdfinfo '" + Path("r.pdf") + "'").find("Pages:           6"), std::string::npos);
+    }
+    ASSERT_EQ(Run({"report", Path("out.xml"), "-o", Path("r.txt")}), 0) << err;
+    ASSERT_EQ(Run({"report", Path("out.xml"), "-o", Path("r.html")}), 0) << err;
+    for (const std::string& text :
+         {Read("r.txt"), Read("r.html"), PrintedBy("pdftotext -layout '" + Path("r.pdf") + "' -")}) {
+        for (int i = 0; i < 125; ++i)
+            EXPECT_NE(text.find("word" + std::to_string(100 + i)), std::string::npos) << i;
+        for (const char* words :
+             {"Preliminary Results", "Trainee or Assistant Log", "Recommended Corrective Action:",
+              "Phone Number:", "Date of Installation:", "Supervising Medical Physicist:", "Visual checklist",
+              "Measured performance within acceptable limits for small focal spot", "Northern Clinic"})
+            EXPECT_NE(text.find(words), std::string::npos) << words;
+    }
+    const std::string text = Read("r.txt");
+    for (const char* line :
+         {"| 3.  Evaluation of Focal Spot Performance                                |   ✗ Fail   |   ✗ Fail "
+          " |\n",
+          "| 1.  Darkroom cleanliness (daily)                                        |   ✗ Fail   |    Pass  "
+          " |\n",
+          "| 1.  Mammographic Unit Assembly Evaluation       |       Pass       |         |\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << text;
+}
+
+TEST_F(SurveyProgramTest, OfTwoSurveysEachPrintsTheOutcomesThatItBrought) {
+    NewSurvey();
+    Set({"--answer", "PR1=Pass"});
+    const std::string file = Read("out.xml");
+    const std::size_t begin = file.find("<TestElement");
+    std::string second = file.substr(begin, file.find("</TestElement>") + 14 - begin);
+    std::string first = second;
+    first.replace(first.find("<Dose82>0"), 9, "<Dose82>1");
+    second.replace(second.find("<Dose82>0"), 9, "<Dose82>2");
+    second.replace(second.find(" ID=\"1\""), 7, " ID=\"2\"");
+    Write("two.xml", file.substr(0, begin) + first + second + file.substr(file.find("</VorexSequence>")));
+    ASSERT_EQ(Run({"report", Path("two.xml"), "-o", Path("r.txt")}), 0) << err;
+    const std::string text = Read("r.txt");
+    const std::string row = "|     (MQSA)            mR/sec                                            |";
+    const std::size_t passed = text.find(
+        "|     Radiation output rate is > 800 mR/sec (ACR): 513 mR/sec             "
+        "|    Pass    |     NA    |\n" +
+        row);
+    const std::size_t failed = text.find(
+        "|     Radiation output rate is > 800 mR/sec (ACR): 513 mR/sec             "
+        "|   ✗ Fail   |     NA    |\n" +
+        row);
+    EXPECT_LT(passed, failed) << text;
+    EXPECT_NE(failed, std::string::npos);
+}
+
+TEST_F(SurveyProgramTest, AReportOfFailuresHasTheSurveyOnlyWhenItFailed) {
+    NewSurvey();
+    for (const auto& [answer, printed] : {std::pair("PR1=Fail", true), std::pair("PR1=Pass", false)}) {
+        Set({"--answer", answer});
+        ASSERT_EQ(Run({"report", Path("out.xml"), "-o", Path("r.txt"), "--failures-only"}), 0) << err;
+        EXPECT_EQ(Read("r.txt").find("QC TEST SUMMARY") != std::string::npos, printed) << answer;
+    }
 }
 
 }  // namespace

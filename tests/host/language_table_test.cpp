@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
@@ -278,6 +280,30 @@ TEST_P(LanguageTableTest, AReportMayHaveAnotherLanguageThanTheProgram) {
         EXPECT_EQ(Read("of_run.txt"), Read("same.txt")) << example;
         EXPECT_EQ(Read("other_en.txt"), Read("same_en.txt")) << example;
         EXPECT_NE(Read("same.txt"), Read("same_en.txt")) << example;
+    }
+}
+
+/// Number of pages of a PDF in the folder.
+std::string PagesOf(const fs::path& file) {
+    const std::string command = "pdfinfo '" + file.string() + "'";
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    char line[200];
+    while (fgets(line, sizeof line, pipe.get()) != nullptr)
+        if (std::string(line).starts_with("Pages:")) return std::string(Trimmed(std::string(line).substr(6)));
+    return {};
+}
+
+/// The cover, and a page for each of the four forms, even when every answer failed.
+TEST_P(LanguageTableTest, EachFormOfTheSurveyFitsItsPage) {
+    std::string answers;
+    for (int i = 1; i <= 13; ++i) answers += " --answer Evaluation" + std::to_string(i) + "=Fail";
+    for (int i = 1; i <= 22; ++i) answers += " --answer PR" + std::to_string(i) + "=Fail";
+    for (int i = 1; i <= 14; ++i) answers += " --answer ALog" + std::to_string(i) + "=Fail";
+    Start(GetParam(), "new 1300 -o new.xml");
+    Start(GetParam(), "survey new.xml -o failed.xml" + answers);
+    for (const std::string paper : {"A4", "Letter"}) {
+        Start(GetParam(), "report failed.xml -o survey.pdf --paper " + paper);
+        EXPECT_EQ(PagesOf(folder / "survey.pdf"), "5") << paper;
     }
 }
 

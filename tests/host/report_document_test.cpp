@@ -200,5 +200,38 @@ TEST_F(ReportDocumentTest, PapersKeepTheProportionsOfColumns) {
     EXPECT_NEAR(shares[0], shares[1], 0.01);
 }
 
+TEST_F(ReportDocumentTest, AFramedTableIsHigherAndAHeadingBeginsItAnew) {
+    report.PrintTable("<+#5000|<+#5000;", "a|b;c\n\n|;");
+    report.PrintTable("<+#5000|<+#5000;", "{\\i\\b Head};d|e;");
+    const ReportModel model = report.Finish();
+    ASSERT_EQ(model.pages[0].items.size(), 2U);
+    const auto& first = std::get<ReportTable>(model.pages[0].items[0]);
+    const auto& second = std::get<ReportTable>(model.pages[0].items[1]);
+    // Lines of 168, and 56 for the frame; 140 between two tables.
+    EXPECT_EQ(first.rows[0].height, 168 + 56);
+    EXPECT_EQ(first.rows[1].height, 3 * 168 + 56);
+    EXPECT_TRUE(second.rows[0].heading);
+    EXPECT_EQ(second.rows[0].top, 224 + 560 + 140);
+    EXPECT_EQ(RoomToWrite("c\n\n"), 2U);
+    EXPECT_EQ(RoomToWrite("\n\n\n"), 3U);
+    EXPECT_EQ(RoomToWrite("a\nb"), 0U);
+}
+
+TEST_F(ReportDocumentTest, TheTitleOfAFormStandsInTheMiddleWithItsSecondTextBelow) {
+    report.Alignment(kAlignCentre);
+    report.PrintHeading("Summary", "Log");
+    report.BeginFigure("Waveform", 100);
+    report.Alignment(kAlignCentre);
+    report.DrawText(0, 0, "Time");
+    report.EndFigure();
+    report.PrintHeading("Test", "");
+    const ReportModel model = report.Finish();
+    const auto& form = std::get<ReportHeading>(model.pages[0].items[0]);
+    EXPECT_TRUE(form.centred);
+    EXPECT_EQ(form.height, 2 * 11 * 24 + 2 * 160);
+    // A figure takes its alignment with it.
+    EXPECT_FALSE(std::get<ReportHeading>(model.pages.back().items.back()).centred);
+}
+
 }  // namespace
 }  // namespace vorex

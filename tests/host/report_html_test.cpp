@@ -94,5 +94,41 @@ TEST_F(ReportHtmlTest, TextsOfUsersStayTexts) {
     EXPECT_EQ(Count("//script"), 0U);
 }
 
+TEST_F(ReportHtmlTest, AFormHasFramesOfItsProportionsAndRoomToWrite) {
+    report.PrintTitle("Room 3", "Fail");
+    report.PrintHeading("Survey", "Fail");
+    report.NewPage();
+    report.Alignment(kAlignCentre);
+    report.PrintHeading("SUMMARY", "Log");
+    report.Alignment(kAlignLeft);
+    // Of 10,186 twips.
+    report.PrintTable("<+#5093|^+#2037|^+#1019;",
+                      "{\\i\\b Tests}|{\\i\\b Status};"
+                      "1.  Assembly|" +
+                          std::string(markup::kFailMark) +
+                          "Fail|;"
+                          "    your unit is      mrad|NA|;");
+    report.PrintTable("<+#10186;", "{\\i\\b Action:};\r\n\r\n\r\n     ;");
+    report.DrawLine(0, 500, 10186, 500);
+    Load();
+    EXPECT_EQ(Count("//section[@class='page']"), 1U);
+    EXPECT_EQ(At("//section[@class='page']/h2[@class='form']/span[1]"), "SUMMARY");
+    EXPECT_EQ(At("//section[@class='page']/h2[@class='form']/span[2]"), "Log");
+    const auto table = page.select_node("//table[@class='ruled'][1]").node();
+    EXPECT_EQ(std::string(table.attribute("style").value()), "width:80%");
+    EXPECT_EQ(std::string(table.child("colgroup").child("col").attribute("style").value()), "width:62.5%");
+    EXPECT_EQ(table.select_nodes("colgroup/col").size(), 3U);
+    EXPECT_EQ(table.select_nodes("thead/tr/th[@scope='col']").size(), 2U);
+    EXPECT_EQ(table.select_nodes("tbody/tr[@class='failed']/th[@scope='row']").size(), 1U);
+    EXPECT_EQ(table.select_nodes("tbody/tr[1]/td").size(), 2U) << "the empty cell has its frame";
+    EXPECT_EQ(std::string(table.select_node("tbody/tr[2]/th").node().text().get()),
+              "your unit is\xC2\xA0\xC2\xA0\xC2\xA0\xC2\xA0\xC2\xA0\xC2\xA0mrad");
+    EXPECT_EQ(At("//table[2]/thead/tr/th[@scope='col']"), "Action:");
+    EXPECT_EQ(std::string(page.select_node("//table[2]/tbody/tr/td").node().attribute("style").value()),
+              "height:5.6em");
+    EXPECT_EQ(Count("//hr"), 1U);
+    EXPECT_NE(html.find("section.page { break-before: page; }"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace vorex

@@ -78,5 +78,16 @@ TEST(ReportTable, RowsAreReadCellByCell) {
     for (const auto& c : cases) EXPECT_EQ(Told(c.rows), c.told) << c.rows;
 }
 
+TEST(ReportTable, AFramedRowHasNoCellBeyondItsColumn) {
+    TextStore texts;
+    const auto columns = ParseReportColumns("<+#5000|<+#5000;", 10000);
+    EXPECT_TRUE(columns[0].ruled && columns[1].ruled);
+    const auto rows = ParseReportRows("{\\i\\b Head};Site: |;a|b;", columns, texts);
+    EXPECT_TRUE(rows[0].heading) << "one heading is enough";
+    for (const ReportRow& row : rows)
+        for (const ReportCell& cell : row.cells) EXPECT_EQ(cell.span, 1) << cell.text;
+    EXPECT_FALSE(rows[1].heading || rows[1].group);
+}
+
 }  // namespace
 }  // namespace vorex

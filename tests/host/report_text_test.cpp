@@ -84,5 +84,55 @@ TEST(ReportText, AFigureIsDrawnInCharacters) {
     EXPECT_EQ(lines[24], "  " + std::string(98, '-'));
 }
 
+/// On this paper the rules of 0.75, 0.125 and 0.125 of the width stand in columns 0, 74, 87 and 99.
+TEST(ReportText, AFramedTableReadsAsWrittenByHand) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    report.Alignment(kAlignCentre);
+    report.PrintHeading("SUMMARY", "Log");
+    report.Alignment(kAlignLeft);
+    report.PrintTable(
+        "<+#7639|^+#1273|^+#1273;",
+        "{\\i\\b Tests}|{\\i\\b ACR Guides (Pass/Fail)}|{\\i\\b MQSA};"
+        "1.  Assembly|Pass|" +
+            std::string(markup::kFailMark) +
+            "Fail;"
+            "    dose on your unit, as it was told by a physicist is                    mrad|-|-;"
+            "Signature\r\n|;");
+    report.DrawLine(0, 500, 10186, 500);
+    report.PrintTable("<+#5093|<+#5093;", "Site: A|;");
+    const std::string separator =
+        "+" + std::string(73, '-') + "+" + std::string(12, '-') + "+" + std::string(11, '-') + "+\n";
+    const std::string half = "+" + std::string(49, '-') + "+" + std::string(48, '-') + "+\n";
+    EXPECT_EQ(ReportText(report.Finish()),
+              Blanks(46) + "SUMMARY\n" + Blanks(48) +
+                  "Log\n"
+                  "\n" +
+                  separator + "| Tests" + Blanks(67) +
+                  "| ACR Guides |    MQSA   |\n"
+                  "|" +
+                  Blanks(73) + "| (Pass/Fail)|           |\n" + separator + "| 1.  Assembly" + Blanks(60) +
+                  "|    Pass    |   ✗ Fail  |\n"
+                  "|     dose on your unit, as it was told by a physicist" +
+                  Blanks(20) +
+                  "|      -     |     -     |\n"
+                  "|     is                    mrad" +
+                  Blanks(42) + "|            |           |\n" + separator + "| Signature" + Blanks(63) +
+                  "|            |           |\n"
+                  "|" +
+                  Blanks(73) + "|            |           |\n" + separator + std::string(100, '-') +
+                  "\n"
+                  "\n" +
+                  half + "| Site: A" + Blanks(41) + "|" + Blanks(48) + "|\n" + half);
+}
+
+TEST(ReportText, AFramedColumnGivesWayToALongWord) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    report.PrintTable("<+#7639|^+#1273|^+#1273;",
+                      "Dose|Bestanden|" + std::string(markup::kFailMark) + "Durchgefallenes;");
+    const std::string text = ReportText(report.Finish());
+    EXPECT_NE(text.find("Durchgefallenes"), std::string::npos) << text;
+    EXPECT_EQ(text.find('\n'), 100U);
+}
+
 }  // namespace
 }  // namespace vorex

@@ -59,5 +59,14 @@ TEST(ReportWrap, FurtherLinesBeginWhereTheFirstOneDoes) {
     EXPECT_EQ(lines[1].text, "a value");
 }
 
+/// More than three blanks are room to write into: the line ends before the word in front of them.
+TEST(ReportWrap, AGapStaysInItsLineWhereItCan) {
+    EXPECT_EQ(Wrapped("dose of the unit is      mrad", 20), "dose of the unit/is      mrad");
+    EXPECT_EQ(Wrapped("dose of the unit is   mrad", 20), "dose of the unit is/mrad");
+    EXPECT_EQ(Wrapped("unit      mrad", 8), "unit/mrad");
+    EXPECT_EQ(Wrapped("a bcde      fgh ij", 6), "a/bcde/fgh ij");
+    EXPECT_EQ(Wrapped("word" + std::string(1000, ' ') + "behind and on", 10), "word/behind and/on");
+}
+
 }  // namespace
 }  // namespace vorex
