@@ -259,7 +259,8 @@ void CResultMQSA::GetSummaryOneData(IReportDocument& report, const CConfigMQSA* 
     std::string rows = VerdictHead(st::kFormTests, report);
     for (std::size_t i = 0; i < kSummaryRows; ++i) {
         std::string line = Translate(SummaryTexts()[i], &report);
-        if (i >= kFiberRow && i < kFiberRow + std::size(scores)) line += *scores[i - kFiberRow];
+        if (i >= kFiberRow && i < kFiberRow + std::size(scores))
+            line += markup::Number(*scores[i - kFiberRow], report);
         rows += VerdictLine(line, mTables.summary[i], report);
     }
     page.Verdicts(rows);

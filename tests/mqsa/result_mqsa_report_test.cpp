@@ -283,6 +283,9 @@ TEST_F(SurveyReport, EveryTextIsAskedForInTheLanguageOfTheReport) {
     report.words["22237::Pass"] = "Bestanden";
     report.words["22238::Fail"] = "Nicht bestanden";
     report.words["22887::1.  Mammographic Unit Assembly Evaluation"] = "1.  Gerät";
+    report.decimalSign = ',';
+    Cell(GridId::kImageQuality, 14, 2) = "4.5";
+    survey->GridChanged(GridId::kImageQuality);
     report.words["22881::Supervising "] = "Aufsichtführender ";
     report.words["22883::Medical Physicist: "] = "Medizinphysiker: ";
     AnswerAll(kFailColumn);
@@ -292,6 +295,7 @@ TEST_F(SurveyReport, EveryTextIsAskedForInTheLanguageOfTheReport) {
     EXPECT_NE(rows.find("1.  Gerät|" + kMark + "Nicht bestanden|" + kMark + "Nicht bestanden;\n"),
               std::string::npos);
     EXPECT_NE(rows.find("Aufsichtführender Medizinphysiker: "), std::string::npos);
+    EXPECT_NE(rows.find("Fibers  :4,5|-|-;"), std::string::npos);
     EXPECT_EQ(rows.find("|Pass|"), std::string::npos);
     EXPECT_EQ(rows.find("Fail|"), std::string::npos);
 }
