@@ -230,6 +230,12 @@ int32_t ReportDocument::HeightKeptTogether(const std::vector<ReportRow>& rows, s
     return height;
 }
 
+/// A row that fits no page begins on this one, if a line of it does.
+bool ReportDocument::BeginsHere(const ReportRow& row) const {
+    return row.height > mSettings.paper.UsableHeight() &&
+           SpaceLeft() >= LineHeight(row.points) + row.Padding();
+}
+
 void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool moves) {
     if (moves && mTop > 0) {
         NewPage();
@@ -286,7 +292,7 @@ void ReportDocument::PrintTable(std::string_view definition, std::string_view ro
             // Rows that fill a page together are not kept together.
             const int32_t kept = HeightKeptTogether(laid, i);
             const bool fits = kept <= mSettings.paper.UsableHeight();
-            moves = (fits ? kept : laid[i].height) > SpaceLeft();
+            moves = (fits ? kept : laid[i].height) > SpaceLeft() && !BeginsHere(laid[i]);
         }
         PlaceRow(ReportRow(laid[i]), columns, moves);
     }

@@ -76,6 +76,7 @@ class ReportDocument final : public IReportDocument {
     /// The table that a row of these columns continues; a new one where there is none. A heading begins a
     /// framed table anew.
     ReportTable& TableFor(const Columns& columns, const ReportRow& row);
+    bool BeginsHere(const ReportRow& row) const;
     /// A row that moves goes to the next page.
     void PlaceRow(ReportRow row, const Columns& columns, bool moves);
     void PlaceInPieces(const ReportRow& row, const Columns& columns);

@@ -330,7 +330,12 @@ void CResultMQSA::PrintComment(IReportDocument& report) const {
         const std::string name = markup::Line(Translate(PageText(static_cast<SurveyPage>(i)), &report) + ":");
         const std::string block = markup::kCell + markup::Text(comment) + markup::kCell + markup::kRowEnd;
         const int32_t height = std::max(EstimatedHeight(comment, report), report.TableHeight(columns, block));
-        if (report.TableHeight(columns, name) + height > report.SpaceLeft()) report.NewPage();
+        // A comment that is longer than a page begins below its name all the same.
+        const int32_t nameHeight = report.TableHeight(columns, name);
+        const int32_t left = report.SpaceLeft();
+        const bool fitsHere = nameHeight + height <= left;
+        const bool fitsNowhere = !fitsHere && nameHeight + height > left + report.Position();
+        if (!fitsHere && !(fitsNowhere && left >= 2 * nameHeight)) report.NewPage();
         report.PrintTable(columns, name + block);
     }
 }

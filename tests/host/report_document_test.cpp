@@ -120,6 +120,19 @@ TEST_F(ReportDocumentTest, ARowThatIsHigherThanAPageLosesNothing) {
     EXPECT_TRUE(RowsOf(model.pages[2]).starts_with("32"));
 }
 
+TEST_F(ReportDocumentTest, ARowThatIsHigherThanAPageBeginsWhereALineOfItFits) {
+    // Of 2,000 twips 254 are left below nine rows: one line of 168 and 26. Below ten 60 are left.
+    for (const auto& [rows, firstPage] : {std::pair(9, 1), std::pair(10, 0)}) {
+        std::string text;
+        for (int i = 10; i < 40; ++i) text += std::to_string(i) + std::string(68, '.');
+        report.PrintTable(kTwoColumns, Lines(1, rows) + text + "|x;");
+        const ReportModel model = report.Finish();
+        const std::string first = RowsOf(model.pages[0]);
+        EXPECT_EQ(first.find("10.....") != std::string::npos, firstPage == 1) << rows;
+        EXPECT_EQ(first.find("11....."), std::string::npos) << rows;
+    }
+}
+
 TEST_F(ReportDocumentTest, HeadingsAreNeverTheLastOfAPage) {
     report.PrintTable(kTwoColumns, Lines(1, 9));
     report.PrintTable("<+4000|<+6000;", heading + Lines(10, 10));

@@ -347,6 +347,9 @@ TEST_F(SurveyReport, ACommentGoesToANewPageByItsEstimatedHeight) {
         // Never less than the row takes: the name would stand alone.
         {none, 200 + 200 + 200, false},
         {none, 200 + 200 + 199, true},
+        // Longer than any page: below its name, unless that would stand last.
+        {std::string(1000000, 'w'), 200 + 200 + 200, false},
+        {std::string(1000000, 'w'), 200 + 200 + 199, true},
     };
     for (const auto& c : cases) {
         report = RecordingReport();
