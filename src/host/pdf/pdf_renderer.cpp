@@ -146,9 +146,12 @@ class PagePainter {
     // -------------------------------------------------------------------------------------- items
 
     void Draw(const ReportHeading& heading) {
+        // Forms of one title differ in what stands below it.
+        std::string title(heading.title);
+        if (heading.centred && !heading.outcome.empty()) title.append(" - ").append(heading.outcome);
         if (!heading.title.empty())
             mBookmarks.push_back(
-                {std::string(heading.title), heading.level, mPage,
+                {std::move(title), heading.level, mPage,
                  (mReport.paper.height - mReport.paper.marginTop - heading.top) / kTwipsPerPoint});
         const int32_t lineHeight = heading.points * kLineTwips;
         const int32_t first =
