@@ -36,6 +36,43 @@ room() {
     perform "$1" "$2" "$3" '' --instruments simulated --room "rooms/$4.json"
 }
 
+# unit_survey WHAT EXPECTED_EXIT_CODE ANSWERS ROOM EXPECTED_LINE...: the survey is filled from its answers, then performed
+# behind the tests that feed it; the lines must stand in what show prints, whatever the width of its columns and lines.
+unit_survey() {
+    local what=$1 expected=$2 answers=$3 room=$4 code=0 report line shown
+    count=$((count + 1))
+    result=$(printf '%02d_%s.xml' "$count" "$answers")
+    report=${result%.xml}.pdf
+    printf '\n%s%2d  %s%s\n' "$bold" "$count" "$what" "$plain"
+    printf '    $ vorex survey mammography_survey.xml --from %s.json -o %s/filled.xml\n' "$answers" "$shown_out"
+    # Its exit code is that of the answers alone; the run tells the one that counts.
+    "$vorex" survey mammography_survey.xml --from "$answers.json" -o "$out/filled.xml" >/dev/null || true
+    printf '    $ vorex run %s/filled.xml --instruments simulated --room rooms/%s.json \\\n' "$shown_out" "$room"
+    printf '          -o %s/%s --report %s/%s\n' "$shown_out" "$result" "$shown_out" "$report"
+    "$vorex" run "$out/filled.xml" --instruments simulated --room "rooms/$room.json" \
+        -o "$out/$result" --report "$out/$report" >"$out/printed.txt" 2>&1 || code=$?
+    sed '/^Saved as /d; s/^/    /; s/   *\([A-Za-z][A-Za-z ]*\)$/  ->  \1/' "$out/printed.txt"
+    rm -f "$out/printed.txt" "$out/filled.xml"
+    shown=$("$vorex" show "$out/$result" | tr -s '[:space:]' ' ')
+    for line in "${@:5}"; do
+        grep -qF -- "$line" <<<"$shown" && continue
+        printf '    show does not say: %s\n' "$line"
+        code="$code, and something is missing"
+    done
+    printf '    the printed survey: %s/%s\n' "$shown_out" "$report"
+    conclude "$expected" "$code"
+}
+
+# conclude EXPECTED_EXIT_CODE EXIT_CODE
+conclude() {
+    if [ "$2" = "$1" ]; then
+        printf '    exit code %s, as expected\n' "$2"
+    else
+        printf '    exit code %s, but %d was expected\n' "$2" "$1"
+        wrong+=("$count")
+    fi
+}
+
 # perform WHAT EXPECTED_EXIT_CODE ELEMENT_FILE OPERATOR_SCRIPT INSTRUMENTS...
 perform() {
     local what=$1 expected=$2 name=$3 script=$4 code=0
@@ -57,12 +94,7 @@ perform() {
     fi
     sed '/^Saved as /d; s/^/    /; s/   *\([A-Za-z][A-Za-z ]*\)$/  ->  \1/' "$out/printed.txt"
     rm "$out/printed.txt"
-    if [ "$code" -eq "$expected" ]; then
-        printf '    exit code %d, as expected\n' "$code"
-    else
-        printf '    exit code %d, but %d was expected\n' "$code" "$expected"
-        wrong+=("$count")
-    fi
+    conclude "$expected" "$code"
 }
 
 echo "Each example is an element file (.xml: what is tested, and its limits), with a simulated X-ray room or a"
@@ -80,6 +112,24 @@ room "The beam is too soft" 1 radiographic_unit soft_beam
 room "The exposure control of the mammographic unit is unstable" 1 mammographic_unit unstable_aec
 room "Its tube is weak" 1 mammographic_unit weak_mammography_tube
 room "The link is lost after the second exposure: what was measured is saved" 4 fluoroscopic_unit flaky_link
+
+unit_survey "The annual survey of a mammography unit: everything passes" 0 survey_passing steady_mammography \
+    'Sum as % of SID, column 1 0.77%' 'Mean Optical Density (2-6 cm), row 9, column 1 1.58' \
+    'Overall AEC Performance, Mean Optical Density, row 10, column 1 1.57' \
+    'Standard deviation of control cassette densities, Density, column 3 0.01' \
+    '% mAs change = mAs change/mAsx100, Current Film, column 2 -2.12%' \
+    '9. Beam Quality (Half-Value Layer) Assessment NA NA' \
+    'Radiation output rate is > 800 mR/sec (ACR): 513 mR/sec (MQSA) mR/sec Pass Pass'
+unit_survey "The survey of another one: a worn anode fails output, focal spot and exposure control" 1 \
+    survey_failing worn_mammography_tube \
+    'Sum as % of SID, column 1 2.31%' 'Mean Optical Density (2-6 cm), row 9, column 1 1.43' \
+    'Overall AEC Performance, Mean Optical Density, row 10, column 1 1.34' \
+    '3. Evaluation of Focal Spot Performance Fail Fail' \
+    '4. Automatic Exposure Control (AEC) System Performance Pass Fail' \
+    '4 largest fibers, 3 largest speck groups and 3 largest masses are visible Fail Fail' \
+    'Radiation output rate is > 800 mR/sec (ACR): 513 mR/sec (MQSA) mR/sec Fail Fail' \
+    'ThicknesskVpTracking(7,7): optical density of the film: 0.94, expected at least 1.2 OD'
+failing_survey=$result
 
 example "Reproducibility, ZRD 47500 and mAs meter: the detector has slipped at exposure 5" 1 \
     radio_reproducibility radio_reproducibility
@@ -111,6 +161,8 @@ look "What the radiographic unit was found to do" "$radiographic"
 printf '\n%sIts element file%s\n    $ grep -m 1 -A 12 "<ResultItem MTI" %s/%s\n' "$bold" "$plain" "$shown_out" "$radiographic"
 grep -m 1 -A 12 '<ResultItem MTI' "$out/$radiographic" | sed 's/^/    /'
 look "What a dose looks like" "$aec"
+printf '\n%sWhy the second survey fails%s\n    $ vorex show %s/%s\n    ...\n' "$bold" "$plain" "$shown_out" "$failing_survey"
+"$vorex" show "$shown_out/$failing_survey" | sed -n '/What fails or is missing/,$s/^/    /p'
 
 if [ ${#wrong[@]} -gt 0 ]; then
     echo "${#wrong[@]} of $count examples did not end as expected: ${wrong[*]}"

@@ -1,5 +1,6 @@
 #include "cli/command_support.h"
 
+#include <algorithm>
 #include <ostream>
 #include <stdexcept>
 #include <system_error>
@@ -31,6 +32,18 @@ void AddLines(const std::vector<std::shared_ptr<ITestElement>>& elements, int de
         if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
             AddLines(container->NewEnum(), depth + 1, colour, out);
     }
+}
+
+/// True when an element that counts has failed. A group that was never run has no result of its own: its
+/// children tell.
+bool AnyFailed(const std::vector<std::shared_ptr<ITestElement>>& elements) {
+    return std::any_of(elements.begin(), elements.end(), [](const auto& element) {
+        const auto filter = element->Filter();
+        if (filter && !filter->Evaluate()) return false;
+        if (const auto result = element->Result()) return result->Status() == kFailed;
+        const auto container = std::dynamic_pointer_cast<ITestContainer>(element);
+        return container && AnyFailed(container->NewEnum());
+    });
 }
 
 }  // namespace
@@ -91,12 +104,7 @@ void PrintSummary(const ElementFile& file, const fs::path& output, Terminal& ter
 }
 
 int VerdictOf(const ElementFile& file) {
-    const bool failed = std::any_of(file.Elements().begin(), file.Elements().end(), [](const auto& element) {
-        const auto result = element->Result();
-        const auto filter = element->Filter();
-        return result && result->Status() == kFailed && (!filter || filter->Evaluate());
-    });
-    return failed ? kExitFailed : kExitPassed;
+    return AnyFailed(file.Elements()) ? kExitFailed : kExitPassed;
 }
 
 void ForEachElement(const std::vector<std::shared_ptr<ITestElement>>& elements,
@@ -114,17 +122,6 @@ std::vector<std::shared_ptr<CTestMQSA>> SurveysOf(const ElementFile& file) {
         if (auto survey = std::dynamic_pointer_cast<CTestMQSA>(element)) surveys.push_back(std::move(survey));
     });
     return surveys;
-}
-
-void RecallCells(const ElementFile& file, const ITestElement& element) {
-    const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element.Result());
-    if (!survey) return;
-    bool mammography = false;
-    ForEachElement(file.Elements(), [&](const auto& at) {
-        const int32_t id = at->TestID();
-        mammography = mammography || id == kMammoAccRepro || id == kMammoAec || id == kMammoRadiation;
-    });
-    if (!mammography) State().cells = survey->Cells();
 }
 
 void RollUpGroups(const ElementFile& file, const ISelectedStandards* selected) {

@@ -53,9 +53,6 @@ void ForEachElement(const std::vector<std::shared_ptr<ITestElement>>& elements,
 void RollUpGroups(const ElementFile& file, const ISelectedStandards* selected);
 
 std::vector<std::shared_ptr<CTestMQSA>> SurveysOf(const ElementFile& file);
-/// In a file without mammography tests each survey is judged by the outcomes that were saved with it, not by
-/// those of the survey that was loaded last.
-void RecallCells(const ElementFile& file, const ITestElement& element);
 /// True when a survey could not be judged to its end; says why.
 bool PrintSurveyFaults(const ElementFile& file, Terminal& terminal);
 

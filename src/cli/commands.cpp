@@ -7,6 +7,7 @@
 #include <string>
 #include <system_error>
 
+#include "cli/cell_keeper.h"
 #include "cli/command_support.h"
 #include "cli/result_text.h"
 #include "cli/standards.h"
@@ -52,14 +53,14 @@ void JudgeResult(ITestElement& element, CResultCommon& result, const ISelectedSt
     result.NoteJudgement(element, selected);
 }
 
-void JudgeElement(const ElementFile& file, const std::shared_ptr<ITestElement>& element,
+void JudgeElement(const std::shared_ptr<ITestElement>& element, CellKeeper& cells,
                   const ISelectedStandards* selected, std::ostream& err) {
+    cells.Enter(*element);
     const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
     if (result && (result->Status() == kPassed || result->Status() == kFailed))
         JudgeResult(*element, *result, selected, err);
     const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
     if (!survey) return;
-    RecallCells(file, *element);
     survey->RecalculatePages();
     survey->pUpdateMQSATestStatus();
     survey->UpdateStatus(*element, selected, survey->Status() == kNotApplicable);
@@ -92,8 +93,9 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
     const Installation installation(common);
     const auto file = ElementFile::Load(options.input);
     const auto selected = file->Selected();
+    CellKeeper cells(*file);
     ForEachElement(file->Elements(),
-                   [&](const auto& element) { JudgeElement(*file, element, selected.get(), terminal.err); });
+                   [&](const auto& element) { JudgeElement(element, cells, selected.get(), terminal.err); });
     RollUpGroups(*file, selected.get());
     WriteResult(*file, options.output, terminal);
     PrintSummary(*file, options.output, terminal);

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/cell_keeper.h"
 #include "cli/command_support.h"
 #include "cli/commands.h"
 #include "cli/headless_operator.h"
@@ -74,11 +75,22 @@ std::unique_ptr<IInstruments> MakeInstruments(const RunOptions& options, Console
             throw std::runtime_error("--instruments recording: names no file; expected recording:FILE");
         return std::make_unique<RecordedInstruments>(LoadRecording(file.string()));
     }
-    if (name.empty())
-        throw std::runtime_error(
-            "no instruments were given; expected --instruments simulated or --instruments recording:FILE");
+    // Whether any are needed only the file tells.
+    if (name.empty()) return std::make_unique<RecordedInstruments>(Recording());
     throw std::runtime_error("--instruments " + options.instruments +
                              " is not known; expected simulated, simulated:SEED or recording:FILE");
+}
+
+/// Without instruments a file can be run that measures nothing: one that holds surveys only.
+void CheckInstruments(const RunOptions& options, const ElementFile& file) {
+    if (!options.instruments.empty()) return;
+    ForEachElement(file.Elements(), [&](const auto& element) {
+        if (element->TestID() == kMqsaSurvey || element->TestID() == kGroupId) return;
+        throw std::runtime_error(
+            "no instruments were given, and element " + PlainText(element->ID()) + " of " +
+            options.input.string() +
+            " measures; expected --instruments simulated or --instruments recording:FILE");
+    });
 }
 
 /// The instruments, their measurements noted on a tape.
@@ -119,13 +131,15 @@ struct RunSetup {
     Installation installation;
 };
 
-ExecutionHooks HooksOf(const RunSetup& setup, Terminal& terminal) {
+ExecutionHooks HooksOf(const RunSetup& setup, CellKeeper& cells, Terminal& terminal) {
     ExecutionHooks hooks;
     hooks.stopped = [&setup] { return setup.person.Ended(); };
-    if (!terminal.progress) return hooks;
-    hooks.begins = [&terminal](ITestElement& element) {
-        terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << " ..." << std::endl;
+    hooks.begins = [&cells, &terminal](ITestElement& element) {
+        cells.Enter(element);
+        if (terminal.progress)
+            terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << " ..." << std::endl;
     };
+    if (!terminal.progress) return hooks;
     hooks.ended = [&terminal](ITestElement& element) {
         terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << ": " << StatusWords(element)
                      << std::endl;
@@ -174,8 +188,9 @@ std::string JournalHint(const RunSetup& setup, const fs::path& output) {
 
 /// Runs the elements and saves them.
 int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal& terminal) {
+    CellKeeper cells(file);
     const auto pipe =
-        std::make_shared<ExecutionPipe>(file.Instruments(), file.Selected(), HooksOf(setup, terminal));
+        std::make_shared<ExecutionPipe>(file.Instruments(), file.Selected(), HooksOf(setup, cells, terminal));
     const SequenceEnd end = RunSequence(file.Elements(), pipe);
     JournalKeeper& keeper = setup.keeper;
     if (const std::string lost = keeper.WayLost(); !lost.empty()) throw std::runtime_error(lost);
@@ -248,6 +263,7 @@ int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal&
     RunSetup setup(options, ParseOperatorScript(options.operatorScript), common, journalled);
     JournalHead head;
     const auto file = ElementFile::Load(options.input, nullptr, journalled ? &head.document : nullptr);
+    CheckInstruments(options, *file);
     const auto run = [&] {
         return WithReport(Perform(setup, *file, options.output, terminal), *file, report, common, terminal);
     };

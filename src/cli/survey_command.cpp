@@ -1,10 +1,14 @@
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "cli/cell_keeper.h"
 #include "cli/command_support.h"
 #include "cli/commands.h"
 #include "cli/survey_text.h"
@@ -36,10 +40,11 @@ std::shared_ptr<CTestMQSA> ChosenSurvey(const ElementFile& file, const SurveyOpt
                              "; choose one with --id");
 }
 
-std::pair<std::string, std::string> SplitAssignment(const std::string& option, const std::string& text) {
+std::pair<std::string, std::string> SplitAssignment(const std::string& option, const std::string& text,
+                                                    const std::string& expected) {
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos)
-        throw std::runtime_error(option + " \"" + text + "\" has no \"=\"; expected ADDRESS=TEXT");
+        throw std::runtime_error(option + " \"" + text + "\" has no \"=\"; expected " + expected);
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
@@ -47,17 +52,28 @@ std::pair<std::string, std::string> SplitAssignment(const std::string& option, c
 SurveyExchange EnteredBy(const SurveyOptions& options) {
     SurveyExchange entered;
     if (!options.from.empty()) entered = ReadSurveyExchange(options.from);
-    for (const std::string& text : options.texts) entered.texts.push_back(SplitAssignment("--set", text));
+    for (const std::string& text : options.texts)
+        entered.texts.push_back(SplitAssignment("--set", text, "ADDRESS=TEXT"));
     for (const std::string& text : options.answers)
-        entered.answers.push_back(SplitAssignment("--answer", text));
+        entered.answers.push_back(SplitAssignment("--answer", text, "ITEM=Pass, Fail or NA"));
     return entered;
 }
 
+/// What is filled, and the cells that were emptied: a new survey has proposals in some of them.
 SurveyExchange ExportOf(const CResultMQSA& survey) {
+    CResultMQSA untouched;
+    untouched.Initialize(survey.Configuration());
+    std::map<std::string, std::string> proposals;
+    for (SurveyPlace& place : ListSurvey(untouched))
+        if (place.address.ends_with(')')) proposals[place.address] = std::move(place.value);
     SurveyExchange exchange;
-    for (const SurveyPlace& place : ListSurvey(survey))
-        if (place.kind == PlaceKind::kTyped && !Trimmed(place.value).empty())
+    for (const SurveyPlace& place : ListSurvey(survey)) {
+        const bool filled = !Trimmed(place.value).empty();
+        const auto proposal = proposals.find(place.address);
+        const bool emptied = proposal != proposals.end() && proposal->second != place.value;
+        if (place.kind == PlaceKind::kTyped && (filled || emptied))
             exchange.texts.emplace_back(place.address, place.value);
+    }
     constexpr std::string_view kAnswers[] = {{}, text::kPass, text::kFail, text::kNotApplicable};
     for (const auto& item : survey.Items())
         if (item->Status() > kNotTested && item->Status() <= kNotApplicable)
@@ -71,14 +87,26 @@ SurveyExchange ExportOf(const CResultMQSA& survey) {
 int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Terminal& terminal) {
     CheckOutput({options.input}, options.output);
     CheckOutput({options.input}, options.exported);
+    if (options.output.empty() && options.exported.empty() && !options.list && options.from.empty() &&
+        options.texts.empty() && options.answers.empty())
+        throw std::runtime_error("nothing is to be done with " + options.input.string() +
+                                 "; expected --set, --answer, --from, --list or --export");
     const Installation installation(common);
     const SurveyExchange entered = EnteredBy(options);
     const auto file = ElementFile::Load(options.input);
     const auto element = ChosenSurvey(*file, options);
     const auto survey = element->Survey();
-    RecallCells(*file, *element);
-    for (const auto& [address, text] : entered.texts) SetSurveyText(*survey, address, text);
+    CellKeeper(*file).Enter(*element);
+    std::vector<std::string> notes;
+    for (const auto& [address, text] : entered.texts)
+        if (std::string note = SetSurveyText(*survey, address, text); !note.empty())
+            notes.push_back(std::move(note));
     for (const auto& [item, answer] : entered.answers) AnswerSurvey(*survey, item, answer);
+    const std::string_view general = survey::kGroups[0].name;
+    if (std::any_of(entered.texts.begin(), entered.texts.end(),
+                    [&](const auto& text) { return text.first.starts_with(general); }))
+        CheckSurveyDates(*survey);
+    for (const std::string& note : notes) terminal.err << "vorex: " << note << "\n";
     const bool changed = !entered.texts.empty() || !entered.answers.empty();
     const auto selected = file->Selected();
     if (changed) {
@@ -88,7 +116,7 @@ int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Ter
     }
     if (options.list) terminal.out << SurveyListing(*survey);
     if (!options.exported.empty()) WriteSurveyExchange(ExportOf(*survey), options.exported);
-    if (!changed) return kExitPassed;
+    if (!changed && options.output.empty()) return kExitPassed;
     const bool unkept = survey->Status() == kNotTested || survey->Status() == kNotApplicable;
     if (unkept && !entered.answers.empty())
         terminal.err << "vorex: the file keeps no answers while none of them is Pass or Fail\n";

@@ -31,6 +31,48 @@ std::string OneLine(std::string words) {
     return words;
 }
 
+/// The words in lines that are no wider, those behind the first set in by two more blanks than it.
+std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
+    std::vector<std::string> lines;
+    const std::size_t begin = words.find_first_not_of(' ');
+    const std::string setIn((begin == std::string::npos ? 0 : begin) + 2, ' ');
+    std::string rest = words;
+    while (CodePoints(rest) > width) {
+        std::size_t end = std::string::npos;
+        for (std::size_t at = rest.find(' ', setIn.size()); at != std::string::npos;
+             at = rest.find(' ', at + 1))
+            if (CodePoints(std::string_view(rest).substr(0, at)) <= width) end = at;
+        if (end == std::string::npos) break;
+        lines.emplace_back(std::string_view(rest).substr(0, end));
+        rest = setIn + std::string(Trimmed(std::string_view(rest).substr(end)));
+    }
+    lines.push_back(rest);
+    return lines;
+}
+
+/// What a failed outcome of a mammography test means; the figures are those of the tests.
+struct OutcomeRow {
+    std::string_view key;
+    std::string_view words;
+};
+constexpr OutcomeRow kOutcomes[] = {
+    {"kVpL36", "test 900: kVp error and coefficient of variation do not both pass"},
+    {"kVpL38", "test 900: a kVp error fails a limit of the test"},
+    {"kVpL39", "test 900: the coefficient of variation of the kVp fails a limit of the test"},
+    {"BQC79", "half-value layer: failed, as saved with the survey (ACR)"},
+    {"BQC69", "half-value layer: failed, as saved with the survey (MQSA)"},
+    {"Dose78", "test 1100: coefficient of variation of the exposure, expected at most 0.005"},
+    {"Dose80", "test 1100: average glandular dose, expected at most 300 mrad (21 CFR 900.12(e)(5)(vi))"},
+    {"Dose82", "test 1200: radiation output, expected at least 800 mR/s (21 CFR 900.12(e)(5)(x)(A))"},
+    {"Dose75", "test 1200: radiation output, expected at least 513 mR/s (21 CFR 900.12(e)(5)(x)(A))"},
+};
+
+std::string OutcomeWords(std::string_view key) {
+    for (const OutcomeRow& row : kOutcomes)
+        if (row.key == key) return std::string(key) + ", " + std::string(row.words);
+    return {};
+}
+
 std::string VerdictWords(const std::string& cell, bool colour) {
     const std::string words = Padded(Translate(cell), kVerdictWidth);
     return colour && cell == text::kFail ? std::string(kRed) + words + std::string(kPlain) : words;
@@ -40,10 +82,13 @@ template <typename Table>
 std::string TableText(std::string_view title, std::span<const std::string_view> texts, const Table& table,
                       const std::string& indent, bool colour) {
     std::string out = "\n" + indent + Padded(std::string(title), kTextWidth) + "  ACR     MQSA\n";
-    for (std::size_t row = 0; row < texts.size(); ++row)
-        out += indent + Padded(OneLine(Translate(texts[row])), kTextWidth) + "  " +
+    for (std::size_t row = 0; row < texts.size(); ++row) {
+        const std::vector<std::string> lines = Wrapped(OneLine(Translate(texts[row])), kTextWidth);
+        for (std::size_t i = 0; i + 1 < lines.size(); ++i) out.append(indent).append(lines[i]).append("\n");
+        out += indent + Padded(lines.back(), kTextWidth) + "  " +
                VerdictWords(table[row][kAcrColumn], colour) + "  " +
                VerdictWords(table[row][kMqsaColumn], colour) + "\n";
+    }
     return out;
 }
 
@@ -51,13 +96,24 @@ bool IsFilled(const SurveyPlace& place) {
     return !Trimmed(place.value).empty();
 }
 
+/// The grid of a cell; empty for other places.
+std::string_view GridOf(const SurveyPlace& place) {
+    const std::string_view address = place.address;
+    const bool cell = address.find(',') != std::string_view::npos;
+    return cell ? address.substr(0, address.find('(')) : std::string_view();
+}
+
 std::string PagesText(const CResultMQSA& survey, const std::string& indent) {
     std::string out;
     const std::vector<SurveyPlace> places = ListSurvey(survey);
     for (std::size_t page = 0; page < kPageCount; ++page) {
         std::string lines;
+        std::string_view grid;
         for (const SurveyPlace& place : places)
             if (static_cast<std::size_t>(place.page) == page && IsFilled(place)) {
+                if (GridOf(place) != grid && !GridOf(place).empty())
+                    lines.append(indent).append(" ").append(GridOf(place)).append("\n");
+                grid = GridOf(place);
                 lines.append(indent).append("  ").append(Padded(OneLine(place.meaning), kTextWidth - 2));
                 lines.append("  ").append(Trimmed(OneLine(place.value))).append("\n");
             }
@@ -89,8 +145,8 @@ std::string SurveyFailures(const CResultMQSA& survey, const std::string& indent)
                OneLine(finding.words) + "\n";
     const StatusCells cells = survey.Cells();
     for (const survey::StatusCellRow& row : survey::kStatusCells)
-        if (cells.*row.cell == kFailed)
-            out += indent + "mammography tests, " + std::string(row.key) + ": failed\n";
+        if (const std::string words = OutcomeWords(row.key); cells.*row.cell == kFailed && !words.empty())
+            out += indent + words + "\n";
     if (!evaluation.fault.empty()) out += indent + "not judged: " + evaluation.fault + "\n";
     if (tables != survey.Tables())
         out += indent + "The survey was changed since it was judged; vorex judge evaluates it.\n";

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "host/atomic_file.h"
 #include "host/file_error.h"
@@ -32,6 +33,18 @@ std::vector<std::pair<std::string, std::string>> ReadPairs(const Json& file, con
     return pairs;
 }
 
+/// The parser would keep the last of two values for one name, and the other would be lost unseen.
+Json::parser_callback_t RefuseTwice(const std::string& path) {
+    return [&path, open = std::vector<std::set<std::string>>()](int /*depth*/, Json::parse_event_t event,
+                                                                const Json& value) mutable {
+        if (event == Json::parse_event_t::object_start) open.emplace_back();
+        if (event == Json::parse_event_t::object_end) open.pop_back();
+        if (event == Json::parse_event_t::key && !open.back().insert(value.get<std::string>()).second)
+            throw FileError({path, 0, {}}, "\"" + value.get<std::string>() + "\" is given twice", kExpected);
+        return true;
+    };
+}
+
 Json WrittenPairs(const std::vector<std::pair<std::string, std::string>>& pairs) {
     Json object = Json::object();
     for (const auto& [address, text] : pairs) object[address] = text;
@@ -43,15 +56,20 @@ Json WrittenPairs(const std::vector<std::pair<std::string, std::string>>& pairs)
 SurveyExchange ReadSurveyExchange(const std::filesystem::path& path) {
     std::ifstream stream(path, std::ios::binary);
     if (!stream) throw FileError({path.string(), 0, {}}, "cannot be opened", kExpected);
+    const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    return ParseSurveyExchange(text, path.string());
+}
+
+SurveyExchange ParseSurveyExchange(std::string_view text, const std::string& path) {
     try {
-        const Json file = Json::parse(stream);
-        if (!file.is_object()) throw FileError({path.string(), 0, {}}, "is no object", kExpected);
+        const Json file = Json::parse(text, RefuseTwice(path));
+        if (!file.is_object()) throw FileError({path, 0, {}}, "is no object", kExpected);
         for (const auto& [name, value] : file.items())
             if (name != kTexts && name != kAnswers)
-                throw FileError({path.string(), 0, {}}, "\"" + name + "\" is not known", kExpected);
-        return {ReadPairs(file, kTexts, path.string()), ReadPairs(file, kAnswers, path.string())};
+                throw FileError({path, 0, {}}, "\"" + name + "\" is not known", kExpected);
+        return {ReadPairs(file, kTexts, path), ReadPairs(file, kAnswers, path)};
     } catch (const Json::exception& error) {
-        throw FileError({path.string(), 0, {}}, error.what(), kExpected);
+        throw FileError({path, 0, {}}, error.what(), kExpected);
     }
 }
 

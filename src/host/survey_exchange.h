@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -15,8 +16,10 @@ struct SurveyExchange {
 };
 
 /// Reads {"set": {address: text}, "answers": {item: answer}}; numbers count as their text. Raises FileError
-/// for a file that is no such object.
+/// for a file that is no such object, and for a place that is given twice.
 SurveyExchange ReadSurveyExchange(const std::filesystem::path& path);
+/// The same from memory; the path is for messages.
+SurveyExchange ParseSurveyExchange(std::string_view text, const std::string& path);
 /// Writes the same, as a whole or not at all. Raises FileError.
 void WriteSurveyExchange(const SurveyExchange& exchange, const std::filesystem::path& path);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <optional>
 
 #include "foundation/number_text.h"
@@ -53,10 +54,18 @@ struct DateParts {
     std::string_view day;
     std::string_view month;
     std::string_view year;
-    int32_t column;  ///< of the film's date in the image quality grid
+    int32_t column;  ///< of a film's date in the image quality grid
 };
 constexpr DateParts kFilmDates[] = {{"IQDay1", "IQMonth1", "IQYear1", 1},
                                     {"IQDay2", "IQMonth2", "IQYear2", 2}};
+constexpr DateParts kSurveyDate = {"Day", "Month", "Year", 0};
+
+bool IsCalendarDate(std::string_view year, std::string_view month, std::string_view day) {
+    return std::chrono::year_month_day(std::chrono::year(ReadInteger(year)),
+                                       std::chrono::month(static_cast<unsigned>(ReadInteger(month))),
+                                       std::chrono::day(static_cast<unsigned>(ReadInteger(day))))
+        .ok();
+}
 
 std::string& General(CResultMQSA& survey, std::string_view key) {
     return survey.Record().Field(survey::kGroups[0].name, key);
@@ -90,7 +99,8 @@ void CheckDatePart(std::string_view address, FieldKind kind, std::string_view te
 void SetFilmDate(CResultMQSA& survey, std::string_view address, int32_t column, std::string_view text) {
     const std::vector<std::string_view> parts = SplitText(text, '-');
     const bool date = parts.size() == 3 && IsWholeWithin(parts[0], 1900, 9999) &&
-                      IsWholeWithin(parts[1], 1, 12) && IsWholeWithin(parts[2], 1, 31);
+                      IsWholeWithin(parts[1], 1, 12) && IsWholeWithin(parts[2], 1, 31) &&
+                      IsCalendarDate(parts[0], parts[1], parts[2]);
     if (!date) Refuse(address, "\"" + std::string(text) + "\" is no date; expected YEAR-MONTH-DAY");
     for (const DateParts& film : kFilmDates) {
         if (film.column != column) continue;
@@ -103,6 +113,14 @@ void SetFilmDate(CResultMQSA& survey, std::string_view address, int32_t column, 
 
 // ---------------------------------------------------------------------------------------------- set
 
+/// What a figure counts as, for a text that is more or less than a number.
+std::string FigureNote(std::string_view address, std::string_view text) {
+    const std::string_view plain = text.ends_with('%') ? text.substr(0, text.size() - 1) : text;
+    if (text.empty() || IsNumber(plain)) return {};
+    return std::string(address) + ": \"" + std::string(text) + "\" is no plain number and counts as " +
+           LocaleText(ReadNumber(text));
+}
+
 /// The stored answer of an artifact cell.
 std::string ArtifactAnswer(std::string_view address, std::string_view text) {
     const auto is = [&](std::string_view key) {
@@ -114,21 +132,35 @@ std::string ArtifactAnswer(std::string_view address, std::string_view text) {
     Refuse(address, "\"" + std::string(text) + "\" is no answer; expected Pass, False, or 0 for none");
 }
 
-void SetCell(CResultMQSA& survey, std::string_view address, GridId id, int32_t row, int32_t column,
-             std::string_view text) {
+std::string SetCell(CResultMQSA& survey, std::string_view address, GridId id, int32_t row, int32_t column,
+                    std::string_view text) {
     const GridRow& grid = GridRowOf(id);
     if (row < 0 || row >= grid.rows || column < 0 || column >= grid.columns)
         Refuse(address, "lies outside the grid; expected a row from 0 to " + PlainText(grid.rows - 1) +
                             " and a column from 0 to " + PlainText(grid.columns - 1));
-    if (IsIn(grid.dates, row, column)) return SetFilmDate(survey, address, column, text);
+    if (IsIn(grid.dates, row, column)) {
+        SetFilmDate(survey, address, column, text);
+        return {};
+    }
     std::string& cell = survey.Record().Grid(id).At(row, column);
     if (IsIn(grid.answers, row, column))
         cell = ArtifactAnswer(address, text);
     else if (IsIn(grid.typed, row, column))
-        cell = text;
+        // As a load does it, so that the file stays the same from then on.
+        cell = IsIn(grid.numbers, row, column) ? LocaleDecimal(text) : std::string(text);
     else
         Refuse(address, "is a label or calculated, and cannot be entered");
     survey.GridChanged(id);
+    return IsIn(grid.figures, row, column) ? FigureNote(address, text) : std::string();
+}
+
+/// The text of a field as it is stored: a number is kept as such, so nothing else may be entered for one.
+std::string StoredField(std::string_view address, FieldKind kind, std::string_view text) {
+    CheckDatePart(address, kind, text);
+    if (kind != FieldKind::kNumber) return std::string(text);
+    if (!text.empty() && !IsNumber(text))
+        Refuse(address, "\"" + std::string(text) + "\" is no number; expected one such as 650");
+    return LocaleText(ReadNumber(text));
 }
 
 bool SetField(CResultMQSA& survey, std::string_view address, std::string_view text) {
@@ -138,9 +170,7 @@ bool SetField(CResultMQSA& survey, std::string_view address, std::string_view te
         if (group.name != address.substr(0, point)) continue;
         for (const SurveyFieldRow& field : group.fields) {
             if (field.key != address.substr(point + 1)) continue;
-            CheckDatePart(address, field.kind, text);
-            std::string& stored = survey.Record().fields[FieldIndex(group, field)];
-            stored = field.kind == FieldKind::kNumber ? LocaleText(ReadNumber(text)) : std::string(text);
+            survey.Record().fields[FieldIndex(group, field)] = StoredField(address, field.kind, text);
             if (group.page == SurveyPage::kGeneral) BuildDates(survey);
             if (group.page == SurveyPage::kCollimation) survey.GridChanged(GridId::kLightField);
             return true;
@@ -157,30 +187,65 @@ PlaceKind KindOf(const GridRow& grid, int32_t row, int32_t column) {
     return typed ? PlaceKind::kTyped : PlaceKind::kCalculated;
 }
 
+bool IsLabel(const GridRow& grid, int32_t row, int32_t column) {
+    return std::any_of(grid.labels.begin(), grid.labels.end(), [&](const FixedCell& at) {
+        return at.row == row && column >= at.firstColumn && column <= at.lastColumn &&
+               !IsIn(grid.typed, row, column);
+    });
+}
+
+/// A row that holds nothing but labels and blanks heads what stands below it.
+bool IsHeading(const GridRow& grid, int32_t row) {
+    for (int32_t column = 1; column < grid.columns; ++column)
+        if (!IsLabel(grid, row, column) && !IsIn(grid.spacers, row, column)) return false;
+    return true;
+}
+
+/// The labels above a cell: those of the nearest block of headings that has one for its column. The first
+/// column of the cassettes is typed; the headings below the first name the cassettes, whatever the column.
+std::vector<std::string> Headings(const SurveyGrid& texts, const GridRow& grid, int32_t row, int32_t column) {
+    const bool named = IsIn(grid.typed, row, 0);
+    std::vector<std::string> headings;
+    std::string section;
+    bool fresh = true;
+    for (int32_t above = 0; above < row; ++above) {
+        const bool heading = IsHeading(grid, above);
+        const bool first = above == 0 || column > 0;
+        if (heading && named && above > 0) section = texts.At(above, 0);
+        if (heading && first && IsLabel(grid, above, column)) {
+            if (fresh) headings.clear();
+            headings.push_back(texts.At(above, column));
+            fresh = false;
+        }
+        fresh = fresh || !heading;
+    }
+    if (!section.empty()) headings.insert(headings.begin(), section);
+    return headings;
+}
+
 /// What stands left of and above a cell, in words.
 std::string MeaningOf(const SurveyRecord& record, GridId id, int32_t row, int32_t column) {
     const GridRow& known = GridRowOf(id);
     const SurveyGrid& grid = record.Grid(id);
+    std::vector<std::string> parts;
+    int32_t left = column - 1;
+    // Typed cells stand in runs behind their label; a calculated one is named by its neighbour or by its row.
+    const bool typed = KindOf(known, row, column) != PlaceKind::kCalculated;
+    while (left > 0 && !IsLabel(known, row, left)) left = typed ? left - 1 : 0;
+    for (; left >= 0 && IsLabel(known, row, left); --left) parts.insert(parts.begin(), grid.At(row, left));
+    // The configuration may have named the row.
+    if (left == 0 && typed && parts.empty() && !IsIn(known.typed, row, 0)) parts.push_back(grid.At(row, 0));
+    const bool named = !parts.empty();
+    for (std::string& heading : Headings(grid, known, row, column)) parts.push_back(std::move(heading));
     std::string meaning;
-    const auto add = [&](std::string_view label) {
-        const std::string_view words = Trimmed(label);
-        if (words.empty() || meaning.find(words) != std::string::npos) return;
+    std::vector<std::string_view> said;
+    for (const std::string& part : parts) {
+        const std::string_view words = Trimmed(part);
+        if (words.empty() || std::find(said.begin(), said.end(), words) != said.end()) continue;
         meaning.append(meaning.empty() ? "" : ", ").append(words);
-    };
-    for (int32_t left = 0; left < column; ++left) {
-        const bool label =
-            left == 0 || std::any_of(known.labels.begin(), known.labels.end(), [&](const FixedCell& at) {
-                return at.row == row && left >= at.firstColumn && left <= at.lastColumn;
-            });
-        if (label && KindOf(known, row, left) == PlaceKind::kCalculated) add(grid.At(row, left));
+        said.push_back(words);
     }
-    const FixedCell* above = nullptr;
-    for (const FixedCell& label : known.labels)
-        if (label.row < row && column >= label.firstColumn && column <= label.lastColumn && column > 0 &&
-            !IsIn(known.typed, label.row, column))
-            above = &label;
-    if (above != nullptr) add(grid.At(above->row, column));
-    if (meaning.empty()) meaning = "row " + PlainText(row);
+    if (!named) meaning += (meaning.empty() ? "row " : ", row ") + PlainText(row);
     return meaning + ", column " + PlainText(column);
 }
 
@@ -189,10 +254,7 @@ void ListGrid(const SurveyRecord& record, GridId id, SurveyPage page, std::vecto
     for (int32_t row = 0; row < known.rows; ++row)
         for (int32_t column = 0; column < known.columns; ++column) {
             const bool typed = KindOf(known, row, column) != PlaceKind::kCalculated;
-            const bool label =
-                std::any_of(known.labels.begin(), known.labels.end(), [&](const FixedCell& at) {
-                    return at.row == row && column >= at.firstColumn && column <= at.lastColumn;
-                });
+            const bool label = IsLabel(known, row, column);
             const bool spacer =
                 IsIn(known.spacers, row, column) && Trimmed(record.Grid(id).At(row, column)).empty();
             if (!typed && (label || spacer || column == 0 || record.Grid(id).IsBlank(row, column))) continue;
@@ -201,9 +263,24 @@ void ListGrid(const SurveyRecord& record, GridId id, SurveyPage page, std::vecto
         }
 }
 
+/// The technologist's program is answered twice, and the assistant's log repeats the titles of the tests.
+void ListAnswers(const CResultMQSA& survey, std::vector<SurveyPlace>& places) {
+    for (std::size_t i = 0; i < survey.Items().size(); ++i) {
+        const CMeasurement& item = *survey.Items()[i];
+        const std::size_t technologist = kAssemblyItemCount + kTechnologistItemCount;
+        std::string_view column;
+        if (i >= kAssemblyItemCount) column = ", ACR";
+        if (i >= technologist) column = ", MQSA";
+        if (i >= technologist + kTechnologistItemCount) column = ", performed by the assistant";
+        places.push_back({SurveyPage::kAssembly, item.RawKey(),
+                          std::string(Trimmed(item.Description())).append(column), StatusText(item.Status()),
+                          PlaceKind::kAnswer});
+    }
+}
+
 }  // namespace
 
-void SetSurveyText(CResultMQSA& survey, std::string_view address, std::string_view text) {
+std::string SetSurveyText(CResultMQSA& survey, std::string_view address, std::string_view text) {
     if (text.find(kDelimiter) != std::string_view::npos)
         Refuse(address,
                "the text holds \"" + std::string(kDelimiter) + "\", which parts the cells of a file");
@@ -213,7 +290,7 @@ void SetSurveyText(CResultMQSA& survey, std::string_view address, std::string_vi
             if (page < 0 || page >= static_cast<int32_t>(kPageCount))
                 Refuse(address, "there is no such page; expected Comment(0) to Comment(9)");
             survey.Record().comments.at(static_cast<std::size_t>(page)) = text;
-            return;
+            return {};
         }
         const auto grid = GridOf(place->name);
         if (grid && place->indices.size() == 2)
@@ -224,6 +301,20 @@ void SetSurveyText(CResultMQSA& survey, std::string_view address, std::string_vi
             address,
             "the survey has no such place; expected one such as Collimation.SID, Viewbox(3,1) or Comment(3) "
             "(vorex survey FILE --list shows all)");
+    return {};
+}
+
+void CheckSurveyDates(const CResultMQSA& survey) {
+    for (const DateParts& date : {kSurveyDate, kFilmDates[0], kFilmDates[1]}) {
+        const auto part = [&](std::string_view key) {
+            return survey.Record().Field(survey::kGroups[0].name, key);
+        };
+        const bool whole = !part(date.year).empty() && !part(date.month).empty() && !part(date.day).empty();
+        if (whole && !IsCalendarDate(part(date.year), part(date.month), part(date.day)))
+            Refuse(std::string(survey::kGroups[0].name) + "." + std::string(date.day),
+                   part(date.year) + "-" + part(date.month) + "-" + part(date.day) +
+                       " is no date; expected a day that the month has");
+    }
 }
 
 void AnswerSurvey(CResultMQSA& survey, std::string_view item, std::string_view answer) {
@@ -259,10 +350,7 @@ std::vector<SurveyPlace> ListSurvey(const CResultMQSA& survey) {
                                   PlaceKind::kTyped});
             for (GridId grid : group.grids) ListGrid(record, grid, id, places);
         }
-        if (id == SurveyPage::kAssembly)
-            for (const auto& item : survey.Items())
-                places.push_back({id, item->RawKey(), item->Description(), StatusText(item->Status()),
-                                  PlaceKind::kAnswer});
+        if (id == SurveyPage::kAssembly) ListAnswers(survey, places);
         places.push_back({id, std::string(kCommentAddress) + "(" + std::to_string(page) + ")",
                           "Comment on the page", record.comments.at(page), PlaceKind::kTyped});
     }

@@ -265,22 +265,32 @@ constexpr CellArea kViewboxTyped[]        = {{2, 10, 1, 4}};
 constexpr CellArea kViewboxSpacers[]      = {{0, 1, 0, 0}};
 constexpr CellArea kViewboxNumbers[]      = {{3, 5, 1, 4}};
 
+constexpr CellArea kLightFieldFigures[]   = {{2, 3, 1, 5}, {6, 7, 1, 5}};
+constexpr CellArea kResolutionFigures[]   = {{7, 8, 2, 5}};
+constexpr CellArea kThicknessFigures[]    = {{4, 7, 7, 7}};
+constexpr CellArea kDensityFigures[]      = {{5, 13, 2, 3}};
+constexpr CellArea kImageModeFigures[]    = {{4, 6, 7, 7}};
+constexpr CellArea kCassetteFigures[]     = {{2, 4, 3, 3}, {8, 30, 3, 3}};
+constexpr CellArea kImageQualityFigures[] = {{4, 4, 1, 2}, {7, 7, 1, 2}, {9, 10, 1, 2}, {13, 14, 1, 2},
+                                             {16, 17, 1, 2}, {19, 20, 1, 2}};
+
 /// By the identity of the grid. The last two rows of the light field are calculated and not saved.
 constexpr GridRow kGrids[kGridCount] = {
-    // rows, columns, saved rows
-    { 6, 13,  6, kEvaluationLabels,     kEvaluationTyped,   {},                   kEvaluationNumbers},
-    {10,  6,  8, kLightFieldLabels,     kLightFieldTyped,   {},                   kCollimationNumbers},
-    { 8,  6,  8, kReceptorEdgeLabels,   kReceptorEdgeTyped, {},                   kCollimationNumbers},
-    { 2,  6,  2, kAlignmentLabels,      kAlignmentTyped,    {},                   kCollimationNumbers},
-    { 9,  6,  9, kResolutionLabels,     kResolutionTyped,   {},                   kResolutionTyped},
-    {10,  8, 10, kThicknessLabels,      kThicknessTyped,    kThicknessSpacers,    kThicknessNumbers},
-    {14,  6, 14, kDensityControlLabels, kDensityTyped,      {},                   kDensityNumbers},
-    {11,  8, 11, kImageModeLabels,      kImageModeTyped,    kImageModeSpacers,    kImageModeNumbers},
-    {35,  4, 35, kCassetteLabels,       kCassetteTyped,     kCassetteSpacers,     kCassetteNumbers},
-    {35,  4, 35, kCassetteLabels,       kCassetteTyped,     kCassetteSpacers,     kCassetteNumbers},
-    {13,  6, 13, kArtifactLabels,       kArtifactTyped,     {},                   kArtifactNumbers, kArtifactAnswers},
-    {22,  4, 22, kImageQualityLabels,   kImageQualityTyped, kImageQualitySpacers, kImageQualityNumbers, {}, kImageQualityDates},
-    {11,  5, 11, kViewboxLabels,        kViewboxTyped,      kViewboxSpacers,      kViewboxNumbers},
+// rows, columns, saved rows, labels, typed, spacers, numbers, figures, answers, dates
+    { 6, 13,  6, kEvaluationLabels, kEvaluationTyped, {}, kEvaluationNumbers, {}},
+    {10,  6,  8, kLightFieldLabels, kLightFieldTyped, {}, kCollimationNumbers, kLightFieldFigures},
+    { 8,  6,  8, kReceptorEdgeLabels, kReceptorEdgeTyped, {}, kCollimationNumbers, kReceptorEdgeTyped},
+    { 2,  6,  2, kAlignmentLabels, kAlignmentTyped, {}, kCollimationNumbers, kAlignmentTyped},
+    { 9,  6,  9, kResolutionLabels, kResolutionTyped, {}, kResolutionTyped, kResolutionFigures},
+    {10,  8, 10, kThicknessLabels, kThicknessTyped, kThicknessSpacers, kThicknessNumbers, kThicknessFigures},
+    {14,  6, 14, kDensityControlLabels, kDensityTyped, {}, kDensityNumbers, kDensityFigures},
+    {11,  8, 11, kImageModeLabels, kImageModeTyped, kImageModeSpacers, kImageModeNumbers, kImageModeFigures},
+    {35,  4, 35, kCassetteLabels, kCassetteTyped, kCassetteSpacers, kCassetteNumbers, kCassetteFigures},
+    {35,  4, 35, kCassetteLabels, kCassetteTyped, kCassetteSpacers, kCassetteNumbers, kCassetteFigures},
+    {13,  6, 13, kArtifactLabels, kArtifactTyped, {}, kArtifactNumbers, {}, kArtifactAnswers},
+    {22,  4, 22, kImageQualityLabels, kImageQualityTyped, kImageQualitySpacers, kImageQualityNumbers,
+     kImageQualityFigures, {}, kImageQualityDates},
+    {11,  5, 11, kViewboxLabels, kViewboxTyped, kViewboxSpacers, kViewboxNumbers, kViewboxNumbers},
 };
 
 constexpr std::string_view kPageTexts[kPageCount] = {

@@ -67,6 +67,7 @@ struct GridRow {
     std::span<const CellArea> typed;    ///< a person can type here; a text of `labels` here is a proposal
     std::span<const CellArea> spacers;  ///< start as a blank, so that neighbours do not merge on screen
     std::span<const CellArea> numbers;  ///< take the decimal sign of the system when they are loaded
+    std::span<const CellArea> figures;  ///< typed, and calculated with or judged
     std::span<const CellArea> answers = {};  ///< Pass or False, 0 while there is none
     std::span<const CellArea> dates = {};
 };

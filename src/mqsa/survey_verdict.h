@@ -32,8 +32,8 @@ struct SurveyFigure {
 namespace figure {
 // clang-format off
 inline constexpr SurveyFigure kLightFieldDeviation{
-    "X-ray field against light field, sum of two edges", Bound::kAtMost, 200, "% of SID",
-    "21 CFR 900.12(e)(5)(vii)(B)", "2 % of SID"};
+    "deviation of the X-ray field from the light field, one edge", Bound::kAtMost, 200, "",
+    "21 CFR 900.12(e)(5)(vii)(B)", "2 % of SID, the sum of two edges"};
 inline constexpr SurveyFigure kReceptorDeviation{
     "X-ray field beyond the edge of the image receptor", Bound::kAtMost, 200, "% of SID",
     "21 CFR 900.12(e)(5)(vii)(A)", "2 % of SID"};

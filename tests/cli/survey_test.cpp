@@ -53,10 +53,20 @@ TEST_F(SurveyProgramTest, AGapIsSaidAndTheSurveyIsSavedAllTheSame) {
 TEST_F(SurveyProgramTest, WrongEntriesAreNamedAndWriteNothing) {
     NewSurvey();
     Write("bad.json", "{\"sets\":{}}");
+    Write("twice.json", R"json({"set":{"Comment(0)":"a","Comment(0)":"b"}})json");
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
-        {{"--set", "Viewbox(3,9)=1"}, "Viewbox(3,9)"}, {{"--set", "Viewbox(3,1)"}, "ADDRESS=TEXT"},
-        {{"--answer", "PR1=Yes"}, "Pass, Fail or NA"}, {{"--from", Path("bad.json")}, "sets"},
-        {{"--from", Path("none.json")}, "none.json"},  {{"--id", "5", "--list"}, "--id"},
+        {{"--set", "Viewbox(3,9)=1"}, "Viewbox(3,9)"},
+        {{"--set", "Viewbox(3,1)"}, "ADDRESS=TEXT"},
+        {{"--answer", "PR1=Yes"}, "Pass, Fail or NA"},
+        {{"--from", Path("bad.json")}, "sets"},
+        {{"--from", Path("none.json")}, "none.json"},
+        {{"--id", "5", "--list"}, "--id"},
+        {{"--answer", "PR1"}, "ITEM=Pass, Fail or NA"},
+        {{"--from", Path("twice.json")}, "\"Comment(0)\" is given twice"},
+        {{"--set", "Collimation.SID=65 cm"}, "\"65 cm\" is no number"},
+        {{"--set", "ImageQuality(1,2)=2026-02-31"}, "is no date"},
+        {{"--set", "GeneralInformation.Day=31", "--set", "GeneralInformation.Month=2"}, "-2-31 is no date"},
+        {{"--set", "Comment(0)=a[¤]b"}, "parts the cells of a file"},
     };
     for (const auto& [options, words] : cases) {
         EXPECT_EQ(Set(options), 2) << words;
@@ -189,6 +199,142 @@ TEST_F(SurveyProgramTest, AReportOfFailuresHasTheSurveyOnlyWhenItFailed) {
         ASSERT_EQ(Run({"report", Path("out.xml"), "-o", Path("r.txt"), "--failures-only"}), 0) << err;
         EXPECT_EQ(Read("r.txt").find("QC TEST SUMMARY") != std::string::npos, printed) << answer;
     }
+}
+
+const std::string kVoltage = Exposures(4) + "<MeasurementMode>3</MeasurementMode><NominalKV>28</NominalKV>";
+std::string VoltageTest(int id) {
+    return Element(id, 900, kVoltage, Limit("ER CV", "<High Value=\"0.02\"/>"));
+}
+const std::string kSteady = Shot("28.1") + Shot("28.1") + Shot("28.1") + Shot("28.1");
+const std::string kUnsteady = Shot("24") + Shot("33") + Shot("24") + Shot("33");
+
+TEST_F(SurveyProgramTest, EachSurveyTakesTheTestsOfItsOwnGroup) {
+    struct Case {
+        const char* what;
+        std::string elements;
+        std::string readings;
+        const char* first;  ///< kVpL36 of survey 10
+        const char* second;
+    };
+    const std::string survey = Element(10, 1300, {});
+    const std::string other = Element(20, 1300, {});
+    const Case cases[] = {
+        {"two whole rooms", Group(1, VoltageTest(2) + survey) + Group(3, VoltageTest(4) + other),
+         kSteady + kUnsteady, "1", "2"},
+        {"a room without tests", Group(1, VoltageTest(2) + survey) + Group(3, other), kSteady, "1", "0"},
+        {"a survey in front of its tests",
+         Group(1, VoltageTest(2) + survey) + Group(3, other + VoltageTest(4)), kSteady + kUnsteady, "1", "0"},
+        {"one after the other", VoltageTest(2) + survey + VoltageTest(4) + other, kUnsteady + kSteady, "2",
+         "1"},
+        {"tests in a group of their own", Group(1, VoltageTest(2)) + survey + other, kSteady, "1", "0"},
+    };
+    for (const Case& c : cases) {
+        Write("in.xml", Sequence(c.elements));
+        Write("in.jsonl", kHead + c.readings);
+        RunFile("in.xml", "in.jsonl");
+        EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), c.first) << c.what << err;
+        EXPECT_EQ(std::string(ResultOf(20).child_value("kVpL36")), c.second) << c.what << err;
+    }
+}
+
+TEST_F(SurveyProgramTest, JudgingKeepsTheOutcomesOfEachSurveyApart) {
+    const std::string doses = "<ResultItem><Status>0</Status><kVpL36>2</kVpL36><BQC79>1</BQC79><Dose80>";
+    Write("in.xml",
+          Sequence(Group(1, VoltageTest(2) + Element(10, 1300, {}, doses + "2</Dose80></ResultItem>")) +
+                   Group(3, Element(20, 1300, {}, doses + "1</Dose80></ResultItem>"))));
+    Write("in.jsonl", kHead + kSteady);
+    for (const std::string command : {"run", "judge"}) {
+        if (command == "run") RunFile("in.xml", "in.jsonl");
+        if (command == "judge") {
+            Run({"judge", Path("out.xml"), "-o", Path("judged.xml")});
+            result.load_file(Path("judged.xml").c_str());
+        }
+        EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "1") << command << err;
+        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose80")), "2") << command;
+        EXPECT_EQ(std::string(ResultOf(20).child_value("kVpL36")), "2") << command;
+        EXPECT_EQ(std::string(ResultOf(20).child_value("Dose80")), "1") << command;
+    }
+}
+
+TEST_F(SurveyProgramTest, OnlyWhatMeasuresNeedsInstruments) {
+    NewSurvey();
+    EXPECT_EQ(Run({"run", Path("new.xml"), "-o", Path("out.xml")}), 0) << err;
+    EXPECT_TRUE(Exists("out.xml"));
+    Write("in.xml", Sequence(Group(1, Element(10, 1300, {}) + VoltageTest(2))));
+    EXPECT_EQ(Run({"run", Path("in.xml"), "-o", Path("none.xml")}), 2);
+    EXPECT_NE(err.find("no instruments were given, and element 2 of"), std::string::npos) << err;
+    EXPECT_FALSE(Exists("none.xml"));
+    EXPECT_FALSE(Exists("none.xml.journal"));
+}
+
+TEST_F(SurveyProgramTest, AFailedSurveyInAGroupThatWasNotRunFails) {
+    Write("new.xml", Sequence(Group(1, Element(10, 1300, {}))));
+    EXPECT_EQ(Set({"--answer", "Evaluation3=Fail"}), 1) << err;
+    EXPECT_EQ(StatusOf(10), "2");
+}
+
+TEST_F(SurveyProgramTest, AnOutputIsWrittenAndACommandWithoutAPurposeRefused) {
+    NewSurvey();
+    EXPECT_EQ(Run({"survey", Path("new.xml")}), 2);
+    EXPECT_NE(err.find("nothing is to be done"), std::string::npos) << err;
+    EXPECT_EQ(Set({"--list"}), 0) << err;
+    EXPECT_TRUE(Exists("out.xml"));
+}
+
+TEST_F(SurveyProgramTest, FiguresThatDoNotCountAsTypedAreNamed) {
+    NewSurvey();
+    EXPECT_EQ(
+        Set({"--set", "Viewbox(3,1)=3.100,5", "--set", "Viewbox(3,2)=3100,5", "--set",
+             "Viewbox(3,3)=bright|dark", "--set", "Viewbox(2,1)=room 2", "--set", "Resolution(1,2)=Mo"}),
+        0);
+    EXPECT_EQ(err,
+              "vorex: Viewbox(3,1): \"3.100,5\" is no plain number and counts as 3.1\n"
+              "vorex: Viewbox(3,3): \"bright|dark\" is no plain number and counts as 0\n");
+    EXPECT_NE(Read("out.xml").find("[¤]3.100.5[¤]3100.5[¤]bright|dark[¤]"), std::string::npos);
+    const std::string entered = Read("out.xml");
+    ASSERT_EQ(Run({"survey", Path("out.xml"), "-o", Path("again.xml")}), 0) << err;
+    EXPECT_EQ(Read("again.xml"), entered);
+}
+
+TEST_F(SurveyProgramTest, TheListSaysInWordsWhatEachPlaceIs) {
+    NewSurvey();
+    ASSERT_EQ(Run({"survey", Path("new.xml"), "--list"}), 0);
+    const std::pair<const char*, const char*> cases[] = {
+        {"Evaluation(3,6)", "3 to 5 cm, 50% Fatty - 50% Dense Breast, Filter, column 6"},
+        {"DeviXrayLightField(0,2)", "Target Material, column 2"},
+        {"Resolution(8,3)",
+         "Limiting resolution in line-pairs per mm, bars perpendicular to A-C axis, column 3"},
+        {"ThicknesskVpTracking(6,7)", "6 cm, Film Optical Density, column 7"},
+        {"DensityControlFunction(0,5)", "Focal Spot, column 5"},
+        {"ImageModeTracking(4,7)", "Small Grid, Film Optical Density, column 7"},
+        {"SmallCassettes(3,3)", "Control Cassette, Density, row 3, column 3"},
+        {"LargeCassettes(8,0)", "Other Cassettes, Cassette ID, row 8, column 0"},
+        {"ImageQuality(7,1)", "Background density, Previous Film, column 1"},
+        {"Viewbox(3,2)", "Viewbox luminance (cd/m2), Radiologist's Viewboxes, 2, column 2"},
+        {"PR12", "Darkroom cleanliness (daily), MQSA"},
+        {"ALog2", "Collimation Assessment, performed by the assistant"},
+    };
+    for (const auto& [address, meaning] : cases) {
+        const std::size_t at = out.find("\t" + std::string(address) + "\t");
+        ASSERT_NE(at, std::string::npos) << address;
+        EXPECT_NE(out.substr(at, out.find('\n', at) - at).find(meaning), std::string::npos)
+            << out.substr(at, out.find('\n', at) - at);
+    }
+}
+
+TEST_F(SurveyProgramTest, AnExportEnteredIntoANewSurveyIsTheSurveyAgain) {
+    NewSurvey();
+    const std::string comment = std::string(100000, 'x') + "\nsecond line <&>";
+    ASSERT_EQ(Set({"--set", "ThicknesskVpTracking(0,1)=", "--set", "DensityControlFunction(13,1)=", "--set",
+                   "Collimation.SID=650,5", "--set", "Comment(9)=" + comment, "--set",
+                   "ArtifactEvaluation(8,3)=false", "--answer", "ALog14=na", "--answer", "PR1=Pass"}),
+              0)
+        << err;
+    const std::string entered = Read("out.xml");
+    ASSERT_EQ(Run({"survey", Path("out.xml"), "--export", Path("all.json")}), 0) << err;
+    ASSERT_EQ(Set({"--from", Path("all.json")}), 0) << err;
+    EXPECT_EQ(Read("out.xml"), entered);
+    EXPECT_NE(entered.find("second line &lt;&amp;&gt;"), std::string::npos);
 }
 
 }  // namespace

@@ -111,7 +111,7 @@ def check_document(path, program, examples):
     with tempfile.TemporaryDirectory(prefix="vorex-docs-") as scratch:
         folder = Path(scratch) / "examples"
         folder.mkdir()
-        for file in [*examples.glob("*.xml"), *examples.glob("*.jsonl")]:
+        for file in [path for kind in ("*.xml", "*.jsonl", "*.json") for path in examples.glob(kind)]:
             shutil.copy(file, folder)
         shutil.copytree(examples / "rooms", folder / "rooms")
         environment = {key: value for key, value in os.environ.items() if not key.startswith("VOREX_")}

@@ -1,11 +1,14 @@
 #include "mqsa/result_mqsa.h"
 
+#include <filesystem>
+
 #include "config/config_mqsa.h"
 #include "foundation/host_error.h"
 #include "foundation/survey_cells.h"
 #include "host/element_output.h"
 #include "mqsa/survey_entry.h"
 #include "survey_fixture.h"
+#include "test_paths.h"
 
 namespace vorex {
 namespace {
@@ -114,6 +117,40 @@ TEST_F(ResultMqsa, AnotherLanguageHasItsLabelsAndTheSameVerdict) {
     EXPECT_EQ(Cell(GridId::kDensityControl, 0, 1), "own words");
     EXPECT_EQ(Preliminary(5), "Fail/Fail");
     EXPECT_EQ(Saved().find("Falsch"), std::string::npos);
+}
+
+TEST_F(ResultMqsa, WhatIsSavedInGermanOpensInEnglishWithTheSameNumbers) {
+    ReferenceHostOptions options;
+    options.language = "de";
+    options.languageFolders = {std::filesystem::path(test::kSourceDir) / "languages"};
+    HostServices german = MakeReferenceHost(options);
+    german.decimalSign = ',';
+    InstallServices(german);
+    survey = std::make_shared<CResultMQSA>();
+    survey->Initialize(std::make_shared<CConfigMQSA>());
+    const std::pair<const char*, const char*> entries[] = {
+        {"Collimation.SID", "650"},         {"DeviXrayLightField(2,1)", "2"},
+        {"DeviXrayLightField(3,1)", "1.5"}, {"ArtifactEvaluation(5,1)", "Falsch"},
+        {"Comment(3)", "3,5 mm zu weit"},
+    };
+    for (const auto& [address, text] : entries) SetSurveyText(*survey, address, text);
+    AnswerSurvey(*survey, "PR1", "Bestanden");
+    survey->UpdateStatus(*element, nullptr);
+    EXPECT_EQ(Cell(GridId::kLightField, 2, 0), "Abweichung linker Rand");
+    EXPECT_EQ(Cell(GridId::kLightField, 3, 1), "1,5");
+    EXPECT_EQ(Cell(GridId::kLightField, 5, 1), "0,54%");  // 3.5 / 650
+    const std::string saved = Saved();
+    InstallServices(MakeReferenceHost({}));
+    Load(saved);
+    EXPECT_EQ(Cell(GridId::kLightField, 2, 0), "Left edge deviation");
+    EXPECT_EQ(Cell(GridId::kLightField, 3, 1), "1.5");
+    EXPECT_EQ(Cell(GridId::kLightField, 5, 1), "0.54%");
+    EXPECT_EQ(Cell(GridId::kArtifacts, 5, 1), "False");
+    EXPECT_EQ(survey->Record().comments[3], "3,5 mm zu weit");
+    EXPECT_EQ(survey->Statuses()[kAssemblyItemCount], kPassed);
+    const std::string english = Saved();
+    Load(english);
+    EXPECT_EQ(Saved(), english);
 }
 
 TEST_F(ResultMqsa, NumbersTakeTheDecimalSignOfTheSystem) {
