@@ -53,14 +53,19 @@ void JudgeResult(ITestElement& element, CResultCommon& result, const ISelectedSt
     result.NoteJudgement(element, selected);
 }
 
-void JudgeElement(const std::shared_ptr<ITestElement>& element, CellKeeper& cells,
-                  const ISelectedStandards* selected, std::ostream& err) {
+void JudgeTest(const std::shared_ptr<ITestElement>& element, CellKeeper& cells,
+               const ISelectedStandards* selected, std::ostream& err) {
     cells.Enter(*element);
     const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
     if (result && (result->Status() == kPassed || result->Status() == kFailed))
         JudgeResult(*element, *result, selected, err);
+}
+
+void JudgeSurvey(const std::shared_ptr<ITestElement>& element, CellKeeper& cells,
+                 const ISelectedStandards* selected) {
     const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
     if (!survey) return;
+    cells.Enter(*element);
     survey->RecalculatePages();
     survey->pUpdateMQSATestStatus();
     survey->UpdateStatus(*element, selected, survey->Status() == kNotApplicable);
@@ -94,8 +99,11 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
     const auto file = ElementFile::Load(options.input);
     const auto selected = file->Selected();
     CellKeeper cells(*file);
+    // The surveys come last: one may stand in front of the tests that count for it.
     ForEachElement(file->Elements(),
-                   [&](const auto& element) { JudgeElement(element, cells, selected.get(), terminal.err); });
+                   [&](const auto& element) { JudgeTest(element, cells, selected.get(), terminal.err); });
+    ForEachElement(file->Elements(),
+                   [&](const auto& element) { JudgeSurvey(element, cells, selected.get()); });
     RollUpGroups(*file, selected.get());
     WriteResult(*file, options.output, terminal);
     PrintSummary(*file, options.output, terminal);

@@ -85,8 +85,8 @@ SurveyExchange ExportOf(const CResultMQSA& survey) {
 }  // namespace
 
 int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Terminal& terminal) {
-    CheckOutput({options.input}, options.output);
-    CheckOutput({options.input}, options.exported);
+    CheckOutput({options.input, options.from}, options.output);
+    CheckOutput({options.input, options.from, options.output}, options.exported);
     if (options.output.empty() && options.exported.empty() && !options.list && options.from.empty() &&
         options.texts.empty() && options.answers.empty())
         throw std::runtime_error("nothing is to be done with " + options.input.string() +

@@ -62,6 +62,7 @@ TEST_F(SurveyProgramTest, WrongEntriesAreNamedAndWriteNothing) {
         {{"--from", Path("none.json")}, "none.json"},
         {{"--id", "5", "--list"}, "--id"},
         {{"--answer", "PR1"}, "ITEM=Pass, Fail or NA"},
+        {{"--from", Path("bad.json"), "--export", Path("bad.json")}, "the output is the input"},
         {{"--from", Path("twice.json")}, "\"Comment(0)\" is given twice"},
         {{"--set", "Collimation.SID=65 cm"}, "\"65 cm\" is no number"},
         {{"--set", "ImageQuality(1,2)=2026-02-31"}, "is no date"},
@@ -254,6 +255,16 @@ TEST_F(SurveyProgramTest, JudgingKeepsTheOutcomesOfEachSurveyApart) {
         EXPECT_EQ(std::string(ResultOf(20).child_value("kVpL36")), "2") << command;
         EXPECT_EQ(std::string(ResultOf(20).child_value("Dose80")), "1") << command;
     }
+}
+
+TEST_F(SurveyProgramTest, JudgingBringsASurveyTheTestBehindIt) {
+    Write("in.xml", Sequence(Element(10, 1300, {}) + VoltageTest(2)));
+    Write("in.jsonl", kHead + kSteady);
+    RunFile("in.xml", "in.jsonl");
+    EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "0") << err;
+    ASSERT_EQ(Run({"judge", Path("out.xml"), "-o", Path("judged.xml")}), 0) << err;
+    result.load_file(Path("judged.xml").c_str());
+    EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "1");
 }
 
 TEST_F(SurveyProgramTest, OnlyWhatMeasuresNeedsInstruments) {
