@@ -21,6 +21,11 @@ class ElementFile;
 class CellKeeper {
   public:
     explicit CellKeeper(const ElementFile& file);
+    /// Of several surveys none is the one that the process is about: the cells are again as they were, so
+    /// that each prints its own.
+    ~CellKeeper();
+    CellKeeper(const CellKeeper&) = delete;
+    CellKeeper& operator=(const CellKeeper&) = delete;
 
     /// Brings in the cells of the survey that an element counts for, before the element is performed, judged
     /// or printed. Other elements leave the cells alone.
@@ -41,6 +46,7 @@ class CellKeeper {
 
     std::map<const ITestElement*, std::size_t> mSurveyOf;
     std::vector<StatusCells> mCells;  ///< of each survey
+    StatusCells mBefore;
     std::optional<std::size_t> mPresent;
 };
 

@@ -140,7 +140,8 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     run->add_option("FILE", arguments.run.input, "Element file")->required();
     run->add_option(
         "--instruments", arguments.run.instruments,
-        "simulated[:SEED] or recording:FILE: a simulated X-ray room, or what instruments once said");
+        "simulated[:SEED] or recording:FILE: a simulated X-ray room, or what instruments once said. A file "
+        "that holds nothing but surveys needs none");
     run->add_option("--room", arguments.run.room,
                     "Room file of simulated instruments; without it a good room");
     run->add_option("--operator", arguments.run.operatorScript, "What the operator does");

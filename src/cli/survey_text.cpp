@@ -44,7 +44,7 @@ std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
             if (CodePoints(std::string_view(rest).substr(0, at)) <= width) end = at;
         if (end == std::string::npos) break;
         lines.emplace_back(std::string_view(rest).substr(0, end));
-        rest = setIn + std::string(Trimmed(std::string_view(rest).substr(end)));
+        rest = std::string(setIn).append(Trimmed(std::string_view(rest).substr(end)));
     }
     lines.push_back(rest);
     return lines;
