@@ -15,7 +15,9 @@ namespace vorex {
 namespace {
 
 constexpr std::size_t kTextWidth = 76;
-constexpr std::size_t kVerdictWidth = 6;
+constexpr std::size_t kLineWidth = 100;
+constexpr std::size_t kLeastWidth = 40;  ///< however deep the groups are
+constexpr std::size_t kFiberLine = 18;   ///< of the summary page; specks and masses follow
 constexpr std::string_view kRed = "\x1b[31;1m";
 constexpr std::string_view kPlain = "\x1b[0m";
 
@@ -73,23 +75,57 @@ std::string OutcomeWords(std::string_view key) {
     return {};
 }
 
-std::string VerdictWords(const std::string& cell, bool colour) {
-    const std::string words = Padded(Translate(cell), kVerdictWidth);
+/// One of the two columns of a table: the words of a verdict, padded to the widest of the language.
+std::string VerdictWords(const std::string& cell, std::size_t width, bool colour) {
+    const std::string words = Padded(Translate(cell), width);
     return colour && cell == text::kFail ? std::string(kRed) + words + std::string(kPlain) : words;
 }
 
+std::size_t VerdictWidth() {
+    std::size_t width = 0;
+    for (std::string_view words : {text::kPass, text::kFail, text::kNotApplicable})
+        width = std::max(width, CodePoints(Translate(words)));
+    return width;
+}
+
+/// Words in one column and what belongs to them in the next.
+std::string TwoColumns(const std::string& words, std::size_t width, const std::string& indent,
+                       const std::string& value) {
+    const std::vector<std::string> lines = Wrapped(OneLine(words), width);
+    std::string out;
+    for (std::size_t i = 0; i + 1 < lines.size(); ++i) out.append(indent).append(lines[i]).append("\n");
+    return out.append(indent).append(Padded(lines.back(), width)).append("  ").append(value).append("\n");
+}
+
 template <typename Table>
-std::string TableText(std::string_view title, std::span<const std::string_view> texts, const Table& table,
+std::string TableText(std::string_view title, const std::vector<std::string>& texts, const Table& table,
                       const std::string& indent, bool colour) {
-    std::string out = "\n" + indent + Padded(std::string(title), kTextWidth) + "  ACR     MQSA\n";
-    for (std::size_t row = 0; row < texts.size(); ++row) {
-        const std::vector<std::string> lines = Wrapped(OneLine(Translate(texts[row])), kTextWidth);
-        for (std::size_t i = 0; i + 1 < lines.size(); ++i) out.append(indent).append(lines[i]).append("\n");
-        out += indent + Padded(lines.back(), kTextWidth) + "  " +
-               VerdictWords(table[row][kAcrColumn], colour) + "  " +
-               VerdictWords(table[row][kMqsaColumn], colour) + "\n";
-    }
+    const std::size_t verdicts = VerdictWidth();
+    const std::size_t taken = indent.size() + 2 * (verdicts + 2);
+    const std::size_t width = std::max(kLineWidth, taken + kLeastWidth) - taken;
+    const auto columns = [&](const std::string& acr, const std::string& mqsa) { return acr + "  " + mqsa; };
+    std::string out =
+        "\n" + TwoColumns(std::string(title), width, indent, columns(Padded("ACR", verdicts), "MQSA"));
+    for (std::size_t row = 0; row < texts.size(); ++row)
+        out += TwoColumns(texts[row], width, indent,
+                          columns(VerdictWords(table[row][kAcrColumn], verdicts, colour),
+                                  VerdictWords(table[row][kMqsaColumn], 0, colour)));
     return out;
+}
+
+std::vector<std::string> Translated(std::span<const std::string_view> keys) {
+    std::vector<std::string> texts;
+    for (std::string_view key : keys) texts.push_back(Translate(key));
+    return texts;
+}
+
+/// The lines of the summary page, those of the phantom with the scores of the current film.
+std::vector<std::string> SummaryLines(const CResultMQSA& survey) {
+    std::vector<std::string> texts = Translated(SummaryTexts());
+    texts[kFiberLine].append("  ").append(survey.pSummPage1Fiber());
+    texts[kFiberLine + 1].append("  ").append(survey.pSummPage1Speck());
+    texts[kFiberLine + 2].append("  ").append(survey.pSummPage1Mass());
+    return texts;
 }
 
 bool IsFilled(const SurveyPlace& place) {
@@ -114,8 +150,8 @@ std::string PagesText(const CResultMQSA& survey, const std::string& indent) {
                 if (GridOf(place) != grid && !GridOf(place).empty())
                     lines.append(indent).append(" ").append(GridOf(place)).append("\n");
                 grid = GridOf(place);
-                lines.append(indent).append("  ").append(Padded(OneLine(place.meaning), kTextWidth - 2));
-                lines.append("  ").append(Trimmed(OneLine(place.value))).append("\n");
+                lines += TwoColumns(place.meaning, kTextWidth - 2, indent + "  ",
+                                    std::string(Trimmed(OneLine(place.value))));
             }
         if (!lines.empty())
             out.append("\n")
@@ -157,8 +193,9 @@ std::string SurveyText(const CResultMQSA& survey, const std::string& indent, boo
     std::string out;
     if (!survey.Comment().empty()) out += indent + "Comment: " + OneLine(survey.Comment()) + "\n";
     out += PagesText(survey, indent);
-    out += TableText("Preliminary results", PreliminaryTexts(), survey.Tables().preliminary, indent, colour);
-    out += TableText("Summary page", SummaryTexts(), survey.Tables().summary, indent, colour);
+    out += TableText("Preliminary results", Translated(PreliminaryTexts()), survey.Tables().preliminary,
+                     indent, colour);
+    out += TableText("Summary page", SummaryLines(survey), survey.Tables().summary, indent, colour);
     if (const std::string failures = SurveyFailures(survey, indent + "  "); !failures.empty())
         out += "\n" + indent + "What fails or is missing\n" + failures;
     return out;

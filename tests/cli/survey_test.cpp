@@ -333,6 +333,27 @@ TEST_F(SurveyProgramTest, TheListSaysInWordsWhatEachPlaceIs) {
     }
 }
 
+TEST_F(SurveyProgramTest, ShowPrintsTablesWithinTheLineAndWhyTheyFail) {
+    const std::string cells =
+        "<ResultItem><Status>2</Status><Dose80>2</Dose80><kVpL36>2</kVpL36><ImageQuality/></ResultItem>";
+    std::string nested = Element(10, 1300, {}, cells);
+    for (int depth = 0; depth < 3; ++depth) nested = Group(20 + depth, nested);
+    Write("new.xml", Sequence(nested));
+    ASSERT_EQ(Run({"survey", Path("new.xml"), "--set", "ImageQuality(14,2)=3.5", "--set", "Viewbox(4,2)=50.1",
+                   "-o", Path("out.xml")}),
+              0)
+        << err;
+    ASSERT_EQ(Run({"show", Path("out.xml")}), 0);
+    EXPECT_NE(out.find("Fibers  :  3.5 "), std::string::npos) << out;
+    EXPECT_NE(out.find("Dose80, test 1100: average glandular dose, expected at most 300 mrad"),
+              std::string::npos);
+    EXPECT_NE(out.find("kVpL36, test 900:"), std::string::npos);
+    EXPECT_NE(out.find("Viewbox(4,2): illuminance: 50.1, expected at most 50 lux"), std::string::npos);
+    const std::size_t tables = out.find("Preliminary results");
+    std::istringstream lines(out.substr(tables, out.find("What fails") - tables));
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
+}
+
 TEST_F(SurveyProgramTest, AnExportEnteredIntoANewSurveyIsTheSurveyAgain) {
     NewSurvey();
     const std::string comment = std::string(100000, 'x') + "\nsecond line <&>";
