@@ -238,6 +238,23 @@ TEST_F(SurveyProgramTest, EachSurveyTakesTheTestsOfItsOwnGroup) {
     }
 }
 
+TEST_F(SurveyProgramTest, ARunPrintsEachSurveyWithItsOwnOutcomes) {
+    Write("in.xml", Sequence(Group(1, VoltageTest(2) + Element(10, 1300, {})) +
+                             Group(3, VoltageTest(4) + Element(20, 1300, {}))));
+    Write("in.jsonl", kHead + kUnsteady + kSteady);
+    Run({"run", Path("in.xml"), "--instruments", "recording:" + Path("in.jsonl"), "-o", Path("out.xml"),
+         "--report", Path("out.txt")});
+    const std::string line = "8.  kVp Accuracy and Reproducibility";
+    const std::string printed = Read("out.txt");
+    const std::size_t forms = printed.find("Preliminary Results");
+    ASSERT_NE(forms, std::string::npos) << err;
+    const std::size_t first = printed.find(line, forms);
+    const std::size_t second = printed.find(line, printed.find("Preliminary Results", first));
+    ASSERT_NE(second, std::string::npos);
+    EXPECT_NE(printed.substr(first, 100).find("Fail"), std::string::npos) << printed.substr(first, 100);
+    EXPECT_NE(printed.substr(second, 100).find("Pass"), std::string::npos) << printed.substr(second, 100);
+}
+
 TEST_F(SurveyProgramTest, JudgingKeepsTheOutcomesOfEachSurveyApart) {
     const std::string doses = "<ResultItem><Status>0</Status><kVpL36>2</kVpL36><BQC79>1</BQC79><Dose80>";
     Write("in.xml",
