@@ -21,15 +21,17 @@ h3, h4, h5, h6 { font-size: 1rem; margin: 1.5rem 0 .5rem; border-bottom: 1px sol
 h1, h2, h3, h4, h5, h6 { display: flex; justify-content: space-between; gap: 1rem; }
 nav ul { list-style: none; padding: 0; }
 nav ul ul { padding-left: 1.5rem; }
-table { border-collapse: collapse; width: 100%; margin: .75rem 0; }
-th, td { padding: .15rem .4rem; vertical-align: top; text-align: left; overflow-wrap: anywhere;
+table { border-collapse: collapse; min-width: 40%; margin: .75rem 0; }
+th, td { padding: .15rem .6rem; vertical-align: top; text-align: left; overflow-wrap: break-word;
   border-bottom: 1px solid #ddd; white-space: pre-line; }
-thead th { font-style: italic; border-bottom: 1.5px solid #444; }
+thead th { font-style: italic; }
+thead th, thead td { border-bottom: 1.5px solid #444; }
 tbody th { font-weight: normal; }
 th.group { font-weight: bold; padding-top: .6rem; }
 .right { text-align: right; }
 .centre { text-align: center; }
-.indented { padding-left: 1.6rem; }
+.indented { padding-left: 1.8rem; }
+.long { overflow-wrap: anywhere; }
 tr.failed { background: #fbe3e1; box-shadow: inset 4px 0 0 #b00020; }
 tr.failed th, tr.failed td, .fail, .pass { font-weight: bold; }
 table.ruled { table-layout: fixed; border: 1px solid #333; }
@@ -45,7 +47,8 @@ svg { width: 100%; height: auto; }
 footer { margin-top: 2rem; border-top: 1px solid #888; color: #444; font-size: .85rem; }
 @page { size: auto; margin: 15mm; }
 @media print {
-  body { font-size: 9pt; max-width: none; margin: 0; padding: 0; }
+  body { font-size: 8.5pt; line-height: 1.25; max-width: none; margin: 0; padding: 0; }
+  th, td { padding: .6pt 5pt; }
   nav { display: none; }
   h2, h3, h4, h5, h6 { break-after: avoid; }
   section.page { break-before: page; }
@@ -54,6 +57,8 @@ footer { margin-top: 2rem; border-top: 1px solid #888; color: #444; font-size: .
   table.ruled { font-size: 8pt; line-height: 1.2; margin: .35rem 0; break-inside: avoid; }
   table.ruled th, table.ruled td { padding-top: .1rem; padding-bottom: .1rem; }
   tr, figure { break-inside: avoid; }
+  tbody tr:first-child, tbody tr:nth-last-child(2) { break-after: avoid; }
+  tr.more { break-before: avoid; }
   thead { display: table-header-group; }
   tr.failed { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 }
@@ -82,6 +87,19 @@ void AddEscaped(std::string& html, std::string_view text) {
 
 /// HTML knows six headings; the first is the title.
 constexpr int32_t kDeepestHeading = 5;
+
+/// True for a text that would make its column wider than a page has room for. All others keep their words
+/// whole: a number that goes on in the next line is read as two.
+bool HasLongWord(std::string_view text) {
+    constexpr std::size_t kLong = 24;
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i <= text.size(); ++i) {
+        if (i < text.size() && text[i] != ' ' && text[i] != '\n') continue;
+        if (i - begin > kLong) return true;
+        begin = i + 1;
+    }
+    return false;
+}
 
 class HtmlWriter {
   public:
@@ -267,7 +285,10 @@ class HtmlWriter {
 
     void AddRow(const ReportRow& row, const std::vector<ReportColumn>& columns,
                 const std::vector<int32_t>& places, int32_t used) {
-        mHtml += row.failed ? "<tr class=\"failed\">" : "<tr>";
+        // A row without a name goes on with the row above.
+        const bool more = places[row.cells.front().column] > 0 && !row.heading;
+        const std::string_view look = row.failed ? (more ? "failed more" : "failed") : more ? "more" : "";
+        mHtml += look.empty() ? "<tr>" : "<tr class=\"" + std::string(look) + "\">";
         int32_t next = 0;
         for (std::size_t i = 0; i < row.cells.size(); ++i) {
             const ReportCell& cell = row.cells[i];
@@ -292,6 +313,7 @@ class HtmlWriter {
         if (group) classes = "group";
         if (column.align == ReportAlign::kRight && !group) classes = "right";
         if (column.align == ReportAlign::kCentre && !group) classes = "centre";
+        if (HasLongWord(cell.text)) classes += classes.empty() ? "long" : " long";
         if (cell.text.starts_with(kIndent)) classes += classes.empty() ? "indented" : " indented";
         if (!classes.empty()) mHtml.append(" class=\"").append(classes).append("\"");
         if (const std::size_t room = column.ruled ? RoomToWrite(cell.text) : 0; room > 0)

@@ -80,6 +80,31 @@ TEST_F(ReportHtmlTest, HeadingsAndContentsAreAsDeepAsTheTreeOfTheTests) {
             "");
 }
 
+TEST_F(ReportHtmlTest, ARowThatGoesOnStaysOnThePageOfTheRowAbove) {
+    const std::string mark(markup::kFailMark);
+    report.PrintTable(kColumns, "|Exposure 1;|kVp|84|" + mark + ";||80.5|" + mark + ";|HVL|2.9;||3.5;");
+    Load();
+    EXPECT_EQ(Count("//tr[@class='failed']"), 1U);
+    EXPECT_EQ(At("//tr[@class='failed more']/td[2]"), "80.5");
+    EXPECT_EQ(At("//tr[@class='more']/td[2]"), "3.5");
+    EXPECT_EQ(Count("//tr[not(@class)]"), 2U);
+    EXPECT_NE(html.find("tr.more { break-before: avoid; }"), std::string::npos);
+}
+
+TEST_F(ReportHtmlTest, OnlyAWordThatIsTooLongForAColumnMayBreak) {
+    report.PrintTable(kColumns, "|" + std::string(24, 'a') + " " + std::string(24, 'b') + "|80.6;|" +
+                                    std::string(25, 'c') + "|-0.25;");
+    Load();
+    EXPECT_EQ(Count("//th | //td"), 4U);
+    EXPECT_EQ(Count("//*[contains(@class,'long')]"), 1U);
+    EXPECT_EQ(At("//th[contains(@class,'long')]"), std::string(25, 'c'));
+    // Anywhere else the width of a column is that of its longest word at least: no number goes on in a next
+    // line.
+    EXPECT_NE(html.find("th, td { padding: .15rem .6rem; vertical-align: top; text-align: left; "
+                        "overflow-wrap: break-word;"),
+              std::string::npos);
+}
+
 TEST_F(ReportHtmlTest, TextsOfUsersStayTexts) {
     const std::string hostile = "</td><script>alert(1)</script> & \"|;{}\\ مرحبا 测试";
     report.PrintTitle(hostile, "");
