@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <set>
 
 #include "foundation/number_text.h"
@@ -20,6 +19,8 @@ constexpr std::size_t kLeastColumn = 8;
 constexpr std::size_t kLeastWrapped = 6;
 /// What stands between two texts of a ruled table.
 constexpr std::size_t kRuleAndBlank = 2;
+/// A word that is longer than this breaks before it costs the columns beside it their room.
+constexpr std::size_t kLongestWhole = kWidth / 3;
 constexpr std::string_view kCross = "✗ ";
 constexpr std::string_view kTick = "✓ ";
 
@@ -105,44 +106,78 @@ class TextWriter {
         return std::string(ShapeOf(cell.mark)) + std::string(MarkWord(*mFacts, cell.mark, cell.text));
     }
 
+    /// Has `measure(column, row, cell)` take account of each cell that has to fit into its column.
+    template <typename Measure>
+    static void ForEachFittedCell(const ReportTable& table, Measure measure) {
+        for (const ReportRow& row : table.rows)
+            for (const ReportCell& cell : row.cells)
+                if (!row.group && (cell.span == 1 || table.columns->size() > 1))
+                    measure(cell.column, row, cell);
+    }
+
     /// What each column needs for its longest cell; 0 for a column that nothing stands in.
-    Widths NaturalWidths(const ReportTable& table) {
+    Widths NaturalWidths(const ReportTable& table, bool wrappedHeadings) {
         Widths widths(table.columns->size(), 0);
-        for (const ReportRow& row : table.rows) {
-            for (const ReportCell& cell : row.cells) {
-                if (row.group || (cell.span > 1 && widths.size() == 1)) continue;
-                const std::size_t words =
-                    cell.mark == ReportMark::kNone ? Width(cell.text) : Width(Words(cell));
-                widths[cell.column] = std::max(widths[cell.column], words);
-            }
-        }
+        ForEachFittedCell(table, [&](std::size_t column, const ReportRow& row, const ReportCell& cell) {
+            const std::size_t width = row.heading && wrappedHeadings   ? LongestWord(cell.text)
+                                      : cell.mark == ReportMark::kNone ? Width(cell.text)
+                                                                       : Width(Words(cell));
+            widths[column] = std::max(widths[column], width);
+        });
+        return widths;
+    }
+
+    static Widths WithLeastColumns(Widths widths, const ReportTable& table) {
         for (std::size_t i = 0; i < widths.size(); ++i)
             if (widths[i] > 0 && (*table.columns)[i].align == ReportAlign::kRight)
                 widths[i] = std::max(widths[i], kLeastColumn);
         return widths;
     }
 
-    /// Takes from the widest column until all fit beside each other.
-    static void Fit(Widths& widths) {
-        const auto used = static_cast<std::size_t>(
-            std::count_if(widths.begin(), widths.end(), [](std::size_t width) { return width > 0; }));
-        const std::size_t gaps = used == 0 ? 0 : (used - 1) * kGap;
-        const std::size_t room = kWidth - kIndent - gaps;
-        std::size_t sum = std::accumulate(widths.begin(), widths.end(), std::size_t{0});
-        while (sum > room) {
-            const auto widest = std::max_element(widths.begin(), widths.end());
-            if (*widest <= kLeastWrapped) return;
-            const std::size_t second = [&] {
-                std::size_t next = kLeastWrapped;
-                for (auto at = widths.begin(); at != widths.end(); ++at)
-                    if (at != widest) next = std::max(next, *at);
-                return next;
-            }();
-            const std::size_t step =
-                std::min(sum - room, std::max<std::size_t>(1, *widest - std::min(second, *widest)));
-            *widest -= step;
-            sum -= step;
+    /// What is too wide for the line, with the gaps between the columns.
+    static std::size_t Excess(const Widths& widths) {
+        std::size_t sum = kIndent;
+        for (std::size_t width : widths)
+            if (width > 0) sum += width + kGap;
+        return sum > kWidth + kGap ? sum - kWidth - kGap : 0;
+    }
+
+    /// Takes from the widest of the columns that have more than their least until all fit beside each other.
+    static void Shrink(Widths& widths, const Widths& least) {
+        for (std::size_t excess = Excess(widths); excess > 0; excess = Excess(widths)) {
+            std::size_t widest = widths.size();
+            std::size_t next = 0;
+            for (std::size_t i = 0; i < widths.size(); ++i) {
+                if (widths[i] <= least[i]) continue;
+                if (widest == widths.size() || widths[i] > widths[widest]) {
+                    next = widest == widths.size() ? 0 : widths[widest];
+                    widest = i;
+                } else {
+                    next = std::max(next, widths[i]);
+                }
+            }
+            if (widest == widths.size()) return;
+            const std::size_t end = std::max(least[widest], std::min(next, widths[widest] - 1));
+            widths[widest] -= std::min(excess, widths[widest] - end);
         }
+    }
+
+    /// Where not everything has room in a line, the headings wrap first, then the columns stand closer, then
+    /// the longest texts wrap. Words break last.
+    Widths FittedWidths(const ReportTable& table) {
+        const Widths roomy = WithLeastColumns(NaturalWidths(table, false), table);
+        if (Excess(roomy) == 0) return roomy;
+        const Widths close = NaturalWidths(table, true);
+        Widths widths = WithLeastColumns(close, table);
+        if (Excess(widths) == 0) return widths;
+        if (Excess(close) == 0) return close;
+        Widths words(widths.size(), 0);
+        ForEachFittedCell(table, [&](std::size_t column, const ReportRow&, const ReportCell& cell) {
+            words[column] = std::max(words[column], std::min(LongestWord(Words(cell)), kLongestWhole));
+        });
+        Shrink(widths, words);
+        Shrink(widths, Widths(widths.size(), kLeastWrapped));
+        return widths;
     }
 
     void Add(const ReportTable& table) {
@@ -154,8 +189,7 @@ class TextWriter {
             AddRuled(table);
             return;
         }
-        Widths widths = NaturalWidths(table);
-        Fit(widths);
+        const Widths widths = FittedWidths(table);
         bool first = true;
         for (const ReportRow& row : table.rows) {
             if (row.group && !first) Line("");
@@ -346,8 +380,8 @@ class TextWriter {
         std::size_t at = column(label.place.x);
         if (label.align == ReportAlign::kRight) at -= std::min(at, width);
         if (label.align == ReportAlign::kCentre) at -= std::min(at, width / 2);
-        constexpr int32_t kHalfLine = 120;  // a label is placed by its top
-        const std::size_t y = row(label.place.y + kHalfLine);
+        // A label is placed by its top, and stands where the middle of its digits does.
+        const std::size_t y = row(label.place.y + label.points * kTwipsPerPoint * 4 / 7);
         for (std::string_view rest = label.text; !rest.empty();) {
             const Utf8Character next = FirstCharacter(rest);
             set(at++, y, next.code);

@@ -18,6 +18,8 @@ namespace {
 // caption of the x axis.
 constexpr int32_t kFigureHeight = 3900;
 constexpr int32_t kLineHeight = 220;
+/// From the top of a text to the middle of its digits.
+constexpr int32_t kMiddleOfText = 80;
 constexpr int32_t kPlotTop = 2 * kLineHeight + 60;
 constexpr int32_t kPlotHeight = 2800;
 constexpr int32_t kMargin = 560;
@@ -97,8 +99,7 @@ class CWaveformPrinter {
         for (int32_t i = 0; step > 0 && i * step <= mXY.DataArea().yMaximum; ++i) {
             const int32_t y = mXY.PageY(i * step);
             mReport.DrawLine(axis - kTickLength, y, axis, y);
-            Write(kAlignRight, axis - kTickLength - kNumberGap, y - kLineHeight / 2,
-                  TickText(i * step, step));
+            Write(kAlignRight, axis - kTickLength - kNumberGap, y - kMiddleOfText, TickText(i * step, step));
         }
         Write(kAlignLeft, axis, mTop + kLineHeight, caption);
     }

@@ -60,6 +60,41 @@ TEST(ReportText, LongTextsWrapInTheirColumn) {
     EXPECT_NE(text.find("80.6        KV\n"), std::string::npos);
 }
 
+const std::string kLimitColumns = "<+560|<2440|>+660|>+900|>+900|>+900|>+900|>+900|<+!554|<+560;";
+
+TEST(ReportText, HeadingsWrapBeforeTheNamesOfTheRows) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    std::string heading;
+    for (const char* caption : {"Result:", "", "Value", "Unit", "Limite haute", "Limite basse", "Norme"})
+        heading += markup::Heading(caption);
+    report.PrintTable(kLimitColumns, heading + ";");
+    report.PrintTable(kLimitColumns, "|kVp moyen - kVp nominal      |28|28,3|kV|0,4|0,28|21 CFR 900.12||" +
+                                         std::string(markup::kFailMark) + ";");
+    // 23 for the name, five columns of 8, 13 for the standard, 6 for the mark, and two blanks between them.
+    EXPECT_EQ(ReportText(report.Finish()),
+              "  Result:" + Blanks(31) + "Value" + Blanks(6) + "Unit" + Blanks(4) + "Limite" + Blanks(4) +
+                  "Limite" + Blanks(10) + "Norme\n" + Blanks(60) + "haute" + Blanks(5) + "basse\n" +
+                  "  kVp moyen - kVp nominal" + Blanks(8) + "28" + Blanks(6) + "28,3" + Blanks(8) + "kV" +
+                  Blanks(7) + "0,4" + Blanks(6) + "0,28  21 CFR 900.12  ✗ Fail\n");
+}
+
+TEST(ReportText, AWordBreaksOnlyWhereNoTextCanWrap) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    report.PrintTable(kLimitColumns,
+                      "|Expositionsrate      |80|3641|mR/s|4000|3000|State regulation on diagnostic X-ray "
+                      "equipment, section 12, as amended||" +
+                          std::string(markup::kFailMark) + ";");
+    report.PrintTable(kColumns, "|" + std::string(300, 'x') + "|Parenchymdosis|mrad;");
+    // 15 for the name, five columns of 8 and 6 for the mark leave 23 for the standard.
+    const std::string whole = "  Expositionsrate" + Blanks(8) + "80" + Blanks(6) + "3641" + Blanks(6) +
+                              "mR/s" + Blanks(6) + "4000" + Blanks(6) + "3000" + Blanks(6) +
+                              "State regulation on  ✗ Fail\n" + Blanks(76) + "diagnostic X-ray\n" +
+                              Blanks(70) + "equipment, section 12,\n" + Blanks(82) + "as amended\n";
+    const std::string text = ReportText(report.Finish());
+    EXPECT_EQ(text.substr(0, whole.size()), whole);
+    EXPECT_NE(text.find("xx  Parenchymdosis      mrad\n  xxx"), std::string::npos) << text;
+}
+
 TEST(ReportText, AFigureIsDrawnInCharacters) {
     ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
     report.BeginFigure("mA Waveform", 2300);

@@ -72,8 +72,8 @@ TEST_F(WaveformReport, APlotHasCaptionFrameTicksUnitsAndCurve) {
               "text 5390,1000 KV Waveform\n"
               "text 1260,4410 0.0\ntext 2912,4410 10.0\ntext 4564,4410 20.0\ntext 6216,4410 30.0\n"
               "text 7868,4410 40.0\ntext 9520,4410 50.0\ntext 5390,4630 Time [msec]\n"
-              "text 1150,4190 0.0\ntext 1150,3554 20.0\ntext 1150,2917 40.0\ntext 1150,2281 60.0\n"
-              "text 1150,1645 80.0\ntext 1260,1220 kVp [KV]\n");
+              "text 1150,4220 0.0\ntext 1150,3584 20.0\ntext 1150,2947 40.0\ntext 1150,2311 60.0\n"
+              "text 1150,1675 80.0\ntext 1260,1220 kVp [KV]\n");
     EXPECT_EQ(report.calls.back(), "table <+4900;\n;\n") << "an empty row ends the room of the plot";
     EXPECT_EQ(report.Position(), 5100);
 }
