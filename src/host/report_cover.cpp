@@ -64,15 +64,26 @@ std::string_view MarkOf(int32_t status) {
     return status == kPassed ? kReportPassMark : std::string_view();
 }
 
+bool Counts(const ITestElement& element) {
+    return !element.Filter() || element.Filter()->Evaluate();
+}
+
+/// True when a test that counts has not been performed. A group passes without it; what is signed does not.
+bool LacksATest(const ITestElement& element) {
+    const auto* container = dynamic_cast<const ITestContainer*>(&element);
+    if (container == nullptr) return StatusOf(element) == kNotTested;
+    const auto children = container->NewEnum();
+    return std::any_of(children.begin(), children.end(),
+                       [](const auto& child) { return Counts(*child) && LacksATest(*child); });
+}
+
 /// Failed when one failed, passed when one passed and every other passed or does not apply.
 int32_t Overall(std::span<const std::shared_ptr<ITestElement>> roots) {
-    const auto evaluated = [](const ITestElement& element) {
-        return !element.Filter() || element.Filter()->Evaluate();
-    };
     int32_t overall = roots.empty() ? kNotTested : kNotApplicable;
     for (const auto& root : roots) {
-        if (!evaluated(*root)) continue;
-        const int32_t status = StatusOf(*root);
+        if (!Counts(*root)) continue;
+        const int32_t own = StatusOf(*root);
+        const int32_t status = own == kPassed && LacksATest(*root) ? kNotTested : own;
         if (status == kFailed) return kFailed;
         if (status == kNotTested || overall == kNotTested)
             overall = kNotTested;

@@ -128,6 +128,22 @@ TEST_F(ReportTest, TheTextMarksTheFailedRowAndNoOther) {
     EXPECT_TRUE(std::regex_search(text, std::regex("\n  kVp Avg +80 +80\\.125 +KV +81 +Site\n"))) << text;
 }
 
+TEST_F(ReportTest, AUnitHasNotPassedWhileOneOfItsTestsWasNotPerformed) {
+    Write("in.jsonl", kHead + Shot("80.125"));
+    for (const bool counts : {true, false}) {
+        std::string second = Element(3, 100, Exposures(1));
+        if (!counts)
+            second.insert(second.find("<PlugInData"),
+                          "<Filter Save=\"True\" Print=\"True\" Evaluate=\"False\"/>");
+        Write("s.xml", Sequence(Group(1, Element(2, 100, Exposures(1)) + Group(4, second))));
+        ASSERT_EQ(RunFile("s.xml", "in.jsonl", "start,next;abort"), kExitAborted) << err;
+        ASSERT_EQ(Report("r.txt"), kExitPassed) << err;
+        const std::string text = Read("r.txt");
+        EXPECT_TRUE(std::regex_search(text, std::regex("\n  G +Group +✓ Pass\n"))) << text;
+        EXPECT_TRUE(text.substr(0, text.find('\n')).ends_with(counts ? "  Not tested" : "  ✓ Pass")) << text;
+    }
+}
+
 TEST_F(ReportTest, FailuresOnlyLeavesTheRestOut) {
     ASSERT_EQ(Report("r.txt", {"--failures-only"}), kExitPassed) << err;
     const std::string text = Read("r.txt");
