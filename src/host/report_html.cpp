@@ -18,7 +18,8 @@ h1 { font-size: 1.6rem; margin: 0 0 .5rem; overflow-wrap: anywhere; }
 h2 { font-size: 1.15rem; margin: 2rem 0 .5rem; border-bottom: 2px solid #444; overflow-wrap: anywhere; }
 h3, h4, h5, h6 { font-size: 1rem; margin: 1.5rem 0 .5rem; border-bottom: 1px solid #444;
   overflow-wrap: anywhere; }
-h1, h2, h3, h4, h5, h6 { display: flex; justify-content: space-between; gap: 1rem; }
+h1, h2, h3, h4, h5, h6 { display: flex; flex-wrap: wrap; justify-content: space-between; gap: 0 1rem; }
+:is(h1, h2, h3, h4, h5, h6) > :is(.fail, .pass) { margin-left: auto; }
 nav ul { list-style: none; padding: 0; }
 nav ul ul { padding-left: 1.5rem; }
 table { border-collapse: collapse; min-width: 40%; margin: .75rem 0; }
@@ -31,6 +32,7 @@ th.group { font-weight: bold; padding-top: .6rem; }
 .right { text-align: right; }
 .centre { text-align: center; }
 .indented { padding-left: 1.8rem; }
+.step { display: inline-block; width: 1.2rem; }
 .long { overflow-wrap: anywhere; }
 tr.failed { background: #fbe3e1; box-shadow: inset 4px 0 0 #b00020; }
 tr.failed th, tr.failed td, .fail, .pass { font-weight: bold; }
@@ -320,6 +322,10 @@ class HtmlWriter {
             mHtml.append(" style=\"height:").append(PlainText(kLineEm * (double(room) + 1))).append("em\"");
         if (span > 1) mHtml.append(" colspan=\"").append(std::to_string(span)).append("\"");
         mHtml += " dir=\"auto\">";
+        // The first step is the indent of the cell.
+        constexpr std::size_t kStep = 6;
+        const std::size_t depth = std::min(cell.text.find_first_not_of(' '), cell.text.size()) / kStep;
+        for (std::size_t step = 1; step < depth; ++step) mHtml += "<span class=\"step\"></span>";
         if (cell.mark != ReportMark::kNone)
             AddMark(cell.mark, cell.text);
         else

@@ -91,6 +91,14 @@ TEST_F(ReportHtmlTest, ARowThatGoesOnStaysOnThePageOfTheRowAbove) {
     EXPECT_NE(html.find("tr.more { break-before: avoid; }"), std::string::npos);
 }
 
+TEST_F(ReportHtmlTest, EachDepthOfATreeHasAStepOfItsOwn) {
+    report.PrintTable("<+5000|<+5000;", "Unit|Group;      Radiography|Group;            Accuracy|200;");
+    Load();
+    EXPECT_EQ(Count("//tr[1]/th[@class] | //tr[1]//span"), 0U);
+    EXPECT_EQ(At("//th[@class='indented'][not(span)]"), "Radiography");
+    EXPECT_EQ(At("//th[@class='indented'][count(span[@class='step'])=1]"), "Accuracy");
+}
+
 TEST_F(ReportHtmlTest, OnlyAWordThatIsTooLongForAColumnMayBreak) {
     report.PrintTable(kColumns, "|" + std::string(24, 'a') + " " + std::string(24, 'b') + "|80.6;|" +
                                     std::string(25, 'c') + "|-0.25;");
