@@ -307,6 +307,30 @@ TEST_P(LanguageTableTest, EachFormOfTheSurveyFitsItsPage) {
     }
 }
 
+TEST_P(LanguageTableTest, ModesAndSettingsStandWholeInTheColumnOfAPrintedReport) {
+    const Table table = TableOf(GetParam());
+    const std::string_view keys[][2] = {{text::kModeRadio, text::kSettingsAuto},
+                                        {text::kModeFluoro, text::kSettingsManual},
+                                        {text::kModeMammo, text::kSettingsDefault},
+                                        {text::kModeDental, text::kSettingsDefault}};
+    for (int stored = 1; stored <= 4; ++stored) {
+        const std::string mode = PlainText(stored);
+        const std::string settings = PlainText(std::min(stored, 3));
+        Write("in.xml",
+              "<VorexSequence Version=\"1\"><TestElement PlugIn=\"ZRD47500\" TestID=\"500\" ID=\"1\" "
+              "Name=\"T\"><PlugInData "
+              "PlugIn=\"ZRD47500\"><NumberOfExposures>1</NumberOfExposures><MeasurementMode>" +
+                  mode + "</MeasurementMode><MeasurementSettings>" + settings +
+                  "</MeasurementSettings></PlugInData></TestElement></VorexSequence>");
+        Start(GetParam(), "report in.xml -o r.pdf");
+        const std::string command =
+            "pdftotext -layout '" + (folder / "r.pdf").string() + "' '" + (folder / "r.txt").string() + "'";
+        ASSERT_EQ(std::system(command.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+        for (std::string_view key : keys[stored - 1])
+            EXPECT_NE(Read("r.txt").find(table.at(std::string(key))), std::string::npos) << Read("r.txt");
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Shipped, LanguageTableTest, testing::ValuesIn(kLanguages),
                          [](const auto& language) { return std::string(language.param); });
 
