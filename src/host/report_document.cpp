@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/report_table.h"
@@ -140,18 +141,38 @@ ReportDocument::Columns ReportDocument::ColumnsOf(std::string_view definition) {
 void ReportDocument::LayRow(ReportRow& row, const std::vector<ReportColumn>& columns) {
     row.points = static_cast<uint8_t>(mPoints);
     if (mWrapper) {
+        std::size_t free = 0;  // the column behind the cell before
         for (ReportCell& cell : row.cells) {
-            const int32_t shape =
-                cell.mark == ReportMark::kNone ? 0 : mPoints * kTwipsPerPoint + kMarkGapTwips;
-            const int32_t room = WidthOf(cell, columns) - 2 * columns[cell.column].Padding() - shape;
-            const std::string_view words = MarkWord(mSettings.facts, cell.mark, cell.text);
-            const ReportFace face = FaceOf(cell, row);
-            // The shape alone says enough where the word beside it has no room.
-            if (shape > 0 && cell.text.empty() && mWrapper->Width(words, face, mPoints) > room) continue;
-            cell.lines = mWrapper->Wrap(words, room, face, mPoints);
+            LayCell(cell, FaceOf(cell, row), free, columns);
+            free = cell.column + std::size_t{cell.span};
         }
     }
     row.height = RowHeight(row);
+}
+
+void ReportDocument::LayCell(ReportCell& cell, ReportFace face, std::size_t free,
+                             const std::vector<ReportColumn>& columns) {
+    const int32_t shape = cell.mark == ReportMark::kNone ? 0 : mPoints * kTwipsPerPoint + kMarkGapTwips;
+    const auto room = [&](const ReportCell& of) {
+        const int32_t apart = shape > 0 && of.span > 1 ? kMarkApartTwips : 0;
+        return WidthOf(of, columns) - 2 * columns[of.column].Padding() - shape - apart;
+    };
+    const std::string_view words = MarkWord(mSettings.facts, cell.mark, cell.text);
+    if (shape > 0 && cell.text.empty() && mWrapper->Width(words, face, mPoints) > room(cell)) {
+        // The word of a mark may use the empty column in front of it, and wrap there. Where that is too
+        // narrow as well, the shape alone says enough.
+        ReportCell wide = cell;
+        if (cell.column <= free || columns[cell.column].ruled) return;
+        --wide.column;
+        ++wide.span;
+        bool fits = true;
+        ForEachPart(words, ' ', [&](std::string_view word) {
+            fits = fits && mWrapper->Width(word, face, mPoints) <= room(wide);
+        });
+        if (!fits) return;
+        cell = wide;
+    }
+    cell.lines = mWrapper->Wrap(words, room(cell), face, mPoints);
 }
 
 std::vector<ReportRow> ReportDocument::LaidRows(std::string_view rows, const Columns& columns) {

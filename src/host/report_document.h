@@ -72,6 +72,8 @@ class ReportDocument final : public IReportDocument {
     bool Paged() const { return mSettings.paper.Paged(); }
     Columns ColumnsOf(std::string_view definition);
     void LayRow(ReportRow& row, const std::vector<ReportColumn>& columns);
+    void LayCell(ReportCell& cell, ReportFace face, std::size_t free,
+                 const std::vector<ReportColumn>& columns);
     std::vector<ReportRow> LaidRows(std::string_view rows, const Columns& columns);
     /// The table that a row of these columns continues; a new one where there is none. A heading begins a
     /// framed table anew.

@@ -32,6 +32,8 @@ inline constexpr int32_t kRuledRowPadding = 56;
 inline constexpr int32_t kGroupGap = 60;
 /// Room between a verdict's shape and its word, and the size of the shape, in parts of the text's size.
 inline constexpr int32_t kMarkGapTwips = 40;
+/// What a mark that reaches into the column in front of it keeps clear of the text there.
+inline constexpr int32_t kMarkApartTwips = 80;
 
 /// Keeps texts at one place until the report is written.
 class TextStore {

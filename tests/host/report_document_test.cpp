@@ -147,6 +147,29 @@ TEST_F(ReportDocumentTest, HeadingsAreNeverTheLastOfAPage) {
     EXPECT_EQ(title->mark, ReportMark::kFail);
 }
 
+TEST_F(ReportDocumentTest, TheWordOfAMarkUsesTheEmptyColumnInFrontOfIt) {
+    // Of 560 twips, 60 are the edges of the cell and 180 the shape: 320 are four characters. With the column
+    // in front, of which 80 are kept clear, it are 794: eleven characters.
+    const std::string columns = "<+3000|>+900|<+!554|<+560;";
+    const std::string mark = std::string(markup::kFailMark) + ";";
+    const std::pair<const char*, std::string> words[] = {
+        {"Fail", "kVp|80|Fail\nHVL|2|x|Fail\n"},
+        {"No conforme", "kVp|80|No conforme\nHVL|2|x|\n"},
+        {"Nicht bestanden", "kVp|80|Nicht/bestanden\nHVL|2|x|\n"},
+        {"Durchgefallen", "kVp|80|\nHVL|2|x|\n"},
+    };
+    for (const auto& [word, expected] : words) {
+        ReportSettings settings = SettingsFor(kSmallPaper);
+        settings.facts.failWord = word;
+        ReportDocument marked(settings, &metrics);
+        marked.PrintTable(columns, "kVp|80||" + mark + "HVL|2|x|" + mark);
+        const ReportModel model = marked.Finish();
+        EXPECT_EQ(RowsOf(model.pages[0]), expected);
+        const auto& rows = std::get<ReportTable>(model.pages[0].items[0]).rows;
+        EXPECT_EQ(rows[1].cells.back().column, 3) << "the shape stays where the word has no room";
+    }
+}
+
 TEST_F(ReportDocumentTest, NothingOverlapsAndNothingLeavesThePage) {
     const std::string mark(markup::kFailMark);
     for (int i = 0; i < 60; ++i) {

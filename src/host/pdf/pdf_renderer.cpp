@@ -233,6 +233,7 @@ class PagePainter {
             // In the middle stand shape and words together.
             if (column.align == ReportAlign::kCentre)
                 left += std::max(0, end - left - shape - WidestLine(cell)) / 2;
+            if (cell.span > 1) left += kMarkApartTwips;
             DrawShape(cell.mark, left, top, row.points);
             left += shape;
         }
