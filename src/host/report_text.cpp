@@ -17,8 +17,9 @@ constexpr std::size_t kGap = 2;
 /// Numbers may change by a digit without moving what stands beside them.
 constexpr std::size_t kLeastColumn = 8;
 constexpr std::size_t kLeastWrapped = 6;
-/// What stands between two texts of a ruled table.
+/// What stands in front of a text of a ruled table, and between two.
 constexpr std::size_t kRuleAndBlank = 2;
+constexpr std::size_t kBlankRuleBlank = 3;
 /// A word that is longer than this breaks before it costs the columns beside it their room.
 constexpr std::size_t kLongestWhole = kWidth / 3;
 constexpr std::string_view kCross = "✗ ";
@@ -260,7 +261,7 @@ class TextWriter {
         Widths inner;
         for (const ReportColumn& column : columns)
             inner.push_back(std::max(kLeastWrapped, place(column.left + column.width) - place(column.left)) -
-                            kRuleAndBlank);
+                            kBlankRuleBlank);
         Widths least(columns.size(), 0);
         for (const ReportRow& row : table.rows)
             for (const ReportCell& cell : row.cells)
@@ -273,7 +274,7 @@ class TextWriter {
             inner[i] += wanted;
         }
         Widths rules = {0};
-        for (std::size_t width : inner) rules.push_back(rules.back() + width + kRuleAndBlank);
+        for (std::size_t width : inner) rules.push_back(rules.back() + width + kBlankRuleBlank);
         return rules;
     }
 
@@ -300,7 +301,7 @@ class TextWriter {
         for (const ReportCell& cell : row.cells) {
             const std::size_t at = cell.column;
             words[at] = Words(cell);
-            cells[at] = Wrap(words[at], rules[at + 1] - rules[at] - kRuleAndBlank);
+            cells[at] = Wrap(words[at], rules[at + 1] - rules[at] - kBlankRuleBlank);
             lines = std::max(lines, cells[at].size());
         }
         for (std::size_t i = 0; i < lines; ++i) {
@@ -311,7 +312,7 @@ class TextWriter {
                     Put(line,
                         std::string(static_cast<std::size_t>(part.indent), ' ') + std::string(part.text),
                         Width(part.text) + static_cast<std::size_t>(part.indent), rules[at] + kRuleAndBlank,
-                        rules[at + 1] - rules[at] - kRuleAndBlank, columns[at].align);
+                        rules[at + 1] - rules[at] - kBlankRuleBlank, columns[at].align);
                 }
                 line.append(rules[at + 1] - std::min(rules[at + 1], Width(line)), ' ').append("|");
             }
