@@ -275,8 +275,9 @@ Verdict Artifacts(Judging& judging) {
     return PassUnless(failed);
 }
 
-/// Which columns of a row a verdict goes to.
-enum class Columns : uint8_t { kBoth, kAcr, kMqsa };
+/// Which columns of a row a verdict goes to. In a row that only the ACR column judges the other one reads NA,
+/// whatever a file brought.
+enum class Columns : uint8_t { kBoth, kAcr, kMqsa, kAcrOnly };
 
 struct Rule {
     std::size_t row;
@@ -304,12 +305,12 @@ constexpr Rule kSummaryRules[] = {
     { 7, Columns::kBoth, CheckAll<kFocalSpotChecks>},
     { 9, Columns::kBoth, CheckAll<kControlCassetteChecks>},
     {10, Columns::kBoth, FilledTracking},
-    {11, Columns::kAcr,  DensitySteps},
+    {11, Columns::kAcrOnly, DensitySteps},
     {13, Columns::kBoth, Uniformity},
     {15, Columns::kBoth, Artifacts},
     {17, Columns::kBoth, CheckAll<kPhantomChecks>},
-    {31, Columns::kAcr,  CheckAll<kLuminanceChecks>},
-    {32, Columns::kAcr,  CheckAll<kIlluminanceChecks>},
+    {31, Columns::kAcrOnly, CheckAll<kLuminanceChecks>},
+    {32, Columns::kAcrOnly, CheckAll<kIlluminanceChecks>},
 };
 
 /// Where the outcome of an automatic test goes.
@@ -333,7 +334,8 @@ constexpr CellCopy kPreliminaryCopies[] = {
 
 void Write(VerdictRow& row, Columns columns, std::string_view text) {
     if (columns != Columns::kMqsa) row[kAcrColumn] = text;
-    if (columns != Columns::kAcr) row[kMqsaColumn] = text;
+    if (columns == Columns::kBoth || columns == Columns::kMqsa) row[kMqsaColumn] = text;
+    if (columns == Columns::kAcrOnly) row[kMqsaColumn] = text::kNotApplicable;
 }
 
 std::string_view TextOf(Verdict verdict) {

@@ -146,6 +146,16 @@ TEST_F(SurveyVerdict, AGapTowardsTheNormalStepEndsTheEvaluationAtItsRow) {
     EXPECT_EQ(survey->Fault(), "");
 }
 
+TEST_F(SurveyVerdict, RowsOfTheAcrColumnReadNotApplicableInTheOtherWhateverAFileBrought) {
+    SurveyTables tables;
+    for (VerdictRow& row : tables.summary) row.fill(std::string(text::kPass));
+    Cell(GridId::kViewbox, 3, 2) = "2999";
+    EvaluateSurvey(survey->Record(), survey->Statuses(), {}, tables);
+    EXPECT_EQ(Row(tables.summary, 11), "Pass/NA");
+    EXPECT_EQ(Row(tables.summary, 31), "Fail/NA");
+    EXPECT_EQ(Row(tables.summary, 32), "Pass/NA");
+}
+
 TEST_F(SurveyVerdict, OutcomesOfTheAutomaticTestsFillTheirRows) {
     const struct {
         int32_t StatusCells::*cell;
