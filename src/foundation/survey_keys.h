@@ -63,12 +63,12 @@ struct SurveyGroupRow {
 
 namespace survey {
 // Fields that reports name: cover, and heads of the printed pages.
-inline constexpr std::string_view kSite             = "Site";
-inline constexpr std::string_view kRoomId           = "RoomID";
-inline constexpr std::string_view kTechnologist     = "Technologist";
+inline constexpr std::string_view kSite = "Site";
+inline constexpr std::string_view kRoomId = "RoomID";
+inline constexpr std::string_view kTechnologist = "Technologist";
 inline constexpr std::string_view kUnitManufacturer = "XrayUnitManufacturer";
-inline constexpr std::string_view kUnitModel        = "XrayUnitModel";
-inline constexpr std::string_view kDateParts[]      = {"Year", "Month", "Day"};
+inline constexpr std::string_view kUnitModel = "XrayUnitModel";
+inline constexpr std::string_view kDateParts[] = {"Year", "Month", "Day"};
 
 // clang-format off
 inline constexpr SurveyFieldRow kGeneralFields[] = {
