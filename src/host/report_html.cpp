@@ -56,8 +56,8 @@ footer { margin-top: 2rem; border-top: 1px solid #888; color: #444; font-size: .
   section.page { break-before: page; }
   section.page > :first-child { margin-top: 0; }
   .form { margin: .8rem 0 .3rem; font-size: 11pt; line-height: 1.2; }
-  table.ruled { font-size: 8pt; line-height: 1.2; margin: .35rem 0; break-inside: avoid; }
-  table.ruled th, table.ruled td { padding-top: .1rem; padding-bottom: .1rem; }
+  table.ruled { font-size: 7.5pt; line-height: 1.15; margin: .3rem 0; break-inside: avoid; }
+  table.ruled th, table.ruled td { padding: .08rem .4rem; }
   tr, figure { break-inside: avoid; }
   tbody tr:first-child, tbody tr:nth-last-child(2) { break-after: avoid; }
   tr.more { break-before: avoid; }
