@@ -50,7 +50,6 @@ std::string JoinedTable(const std::array<VerdictRow, rows>& table) {
 
 template <std::size_t rows>
 void FillTable(std::array<VerdictRow, rows>& table, std::string_view name, std::string_view text) {
-    if (text.empty()) return;
     const std::vector<std::string> cells = SplitCells(name, text, rows * 2);
     for (std::size_t i = 0; i < rows * 2; ++i) table[i / 2][i % 2] = cells[i];
 }
@@ -166,23 +165,22 @@ void CResultMQSA::LoadGroup(const SurveyGroupRow& group, const IXmlElement& elem
     for (const SurveyFieldRow& row : group.fields)
         mRecord.fields[FieldIndex(group, row)] = ReadText(element, row.key);
     if (group.page == SurveyPage::kGeneral) mRecord.BuildDates();
-    for (GridId grid : group.grids) LoadGrid(grid, ReadText(element, GridKey(grid)));
+    for (GridId grid : group.grids)
+        for (const auto& saved : element.FindChild(GridKey(grid))) LoadGrid(grid, saved->Text());
 }
 
 void CResultMQSA::LoadGrid(GridId id, std::string_view text) {
     const GridRow& row = GridRowOf(id);
     SurveyGrid& grid = mRecord.Grid(id);
-    if (!text.empty()) {
-        const auto count = static_cast<std::size_t>(row.savedRows) * static_cast<std::size_t>(row.columns);
-        std::vector<std::string> cells = SplitCells(GridKey(id), text, count);
-        auto cell = cells.begin();
-        for (int32_t r = 0; r < row.savedRows; ++r)
-            for (int32_t c = 0; c < row.columns; ++c, ++cell) {
-                if (IsIn(row.numbers, r, c)) *cell = Val_WR(*cell);
-                if (IsIn(row.answers, r, c)) *cell = AnswerOfToday(*cell);
-                grid.At(r, c) = std::move(*cell);
-            }
-    }
+    const auto count = static_cast<std::size_t>(row.savedRows) * static_cast<std::size_t>(row.columns);
+    std::vector<std::string> cells = SplitCells(GridKey(id), text, count);
+    auto cell = cells.begin();
+    for (int32_t r = 0; r < row.savedRows; ++r)
+        for (int32_t c = 0; c < row.columns; ++c, ++cell) {
+            if (IsIn(row.numbers, r, c)) *cell = Val_WR(*cell);
+            if (IsIn(row.answers, r, c)) *cell = AnswerOfToday(*cell);
+            grid.At(r, c) = std::move(*cell);
+        }
     mRecord.WriteLabels(id);
     if (id == GridId::kImageQuality) ReadScores();
 }

@@ -184,6 +184,23 @@ TEST_F(ResultMqsa, OldAndForeignFilesLoadOrSayWhatIsWrong) {
     EXPECT_EQ(survey->Record().comments[1], "two");
 }
 
+TEST_F(ResultMqsa, AnEmptiedGridOrTableIsNoNewOne) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"<Collimation><Alignment/></Collimation>", "\"Alignment\" has 1 cells, expected 12"},
+        {"<Viewbox/>", "\"Viewbox\" has 1 cells, expected 55"},
+        {"<SummaryPage></SummaryPage>", "\"SummaryPage\" has 1 cells, expected 66"},
+        {"<PreliminaryResults/>", "\"PreliminaryResults\" has 1 cells, expected 26"},
+    };
+    for (const auto& [content, message] : cases) {
+        try {
+            Load("<ResultItem>" + std::string(content) + "</ResultItem>");
+            ADD_FAILURE() << content << " was taken";
+        } catch (const std::runtime_error& error) {
+            EXPECT_STREQ(error.what(), message);
+        }
+    }
+}
+
 TEST_F(ResultMqsa, ADelimiterInACellMovesNoOther) {
     Cell(GridId::kViewbox, 2, 1) = "left[¤]right";
     Load(Saved());
