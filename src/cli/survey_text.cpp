@@ -166,7 +166,6 @@ std::string PagesText(const CResultMQSA& survey, const std::string& indent) {
 }  // namespace
 
 std::string SurveyFailures(const CResultMQSA& survey, const std::string& indent) {
-    if (survey.Status() == kNotApplicable) return {};
     SurveyTables tables = survey.Tables();
     const SurveyEvaluation evaluation =
         EvaluateSurvey(survey.Record(), survey.Statuses(), survey.Cells(), tables);

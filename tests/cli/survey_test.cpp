@@ -42,6 +42,20 @@ TEST_F(SurveyProgramTest, WhatIsEnteredIsCalculatedJudgedAndKept) {
     EXPECT_EQ(StatusOf(1), "2");
 }
 
+TEST_F(SurveyProgramTest, WhatFailsIsNamedEvenWhenAllAnswersAreNotApplicable) {
+    NewSurvey();
+    std::vector<std::string> options = {"--set", "Viewbox(3,1)=2999"};
+    const std::pair<std::string, int> items[] = {{"Evaluation", 13}, {"PR", 22}, {"ALog", 14}};
+    for (const auto& [prefix, count] : items)
+        for (int number = 1; number <= count; ++number)
+            options.insert(options.end(), {"--answer", prefix + std::to_string(number) + "=NA"});
+    EXPECT_EQ(Set(options), 0) << err;
+    EXPECT_EQ(StatusOf(1), "3");
+    EXPECT_NE(out.find("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"), std::string::npos)
+        << out;
+    EXPECT_EQ(out.find("have no answer"), std::string::npos) << out;
+}
+
 TEST_F(SurveyProgramTest, AGapIsSaidAndTheSurveyIsSavedAllTheSame) {
     NewSurvey();
     EXPECT_EQ(Set({"--set", "DensityControlFunction(9,2)=80", "--set", "DensityControlFunction(7,2)=60"}), 4);
