@@ -50,8 +50,9 @@ std::string LimitLines(const CResultCommon& result, const Judgement& judged, con
     for (int32_t i = 0; judged.limits && i < judged.limits->Count(); ++i) {
         const auto standard = judged.limits->Item(i);
         std::set<std::pair<std::string_view, TaggedValue>> seen;  // a limit follows from key and preset
-        for (const auto& row : result.Rows()) {
-            for (const auto& item : *row) {
+        for (std::size_t row = 0; row < result.Rows().size(); ++row) {
+            for (const auto& item : *result.Rows()[row]) {
+                if (!result.IsHeldAgainstLimits(*item, row)) continue;
                 if (!seen.emplace(item->RawKey(), item->RawPresetValue()).second) continue;
                 const std::string words = LimitWords(*item, *standard, &report);
                 if (words.empty()) continue;

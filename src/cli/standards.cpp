@@ -156,8 +156,8 @@ std::string NumberWords(const StandardSide& side, double value, const std::strin
 }
 
 std::string SideWords(const StandardSide& side, const std::string& unit, std::string_view relation) {
-    if (side.value) return std::string(relation) + NumberWords(side, *side.value, unit);
-    std::string words(relation);
+    std::string words = Translate(relation) + " ";
+    if (side.value) return words + NumberWords(side, *side.value, unit);
     for (const VoltagePoint& point : side.byVoltage)
         words += (&point == &side.byVoltage.front() ? "" : ", ") + NumberWords(side, point.value, unit) +
                  " at " + PlainText(point.kv) + " kV";
@@ -165,9 +165,9 @@ std::string SideWords(const StandardSide& side, const std::string& unit, std::st
 }
 
 std::string LimitWords(const StandardLimit& limit) {
-    std::string words = limit.low.IsSet() ? SideWords(limit.low, limit.unit, "at least ") : "";
+    std::string words = limit.low.IsSet() ? SideWords(limit.low, limit.unit, text::kShowAtLeast) : "";
     if (limit.high.IsSet())
-        words += (words.empty() ? "" : ", ") + SideWords(limit.high, limit.unit, "at most ");
+        words += (words.empty() ? "" : ", ") + SideWords(limit.high, limit.unit, text::kShowAtMost);
     return words + (limit.readings.empty() ? "" : " (readings in " + limit.readings + ")");
 }
 

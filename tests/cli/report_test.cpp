@@ -307,6 +307,80 @@ TEST_F(ReportTest, TextsOfUsersBreakNoForm) {
     EXPECT_EQ(count, 3U * 400U);
 }
 
+/// Marks of the report's mark-up, of HTML and of placeholders, scripts from right to left and without blanks.
+TEST_F(ReportTest, TextsOfUsersBreakNoFormWhereverTheyAreTyped) {
+    const std::string hostile = "x|y;{\\i\\b z}\\ <b>&%%1 %%2 测试 مرحبا";
+    const std::string words(10000, 'w');
+    Write("in.xml",
+          "<VorexSequence Version=\"1\"><SelectedStandards><Standard Name=\"Site\" Version=\"1\"/>"
+          "</SelectedStandards>" +
+              Element(1, 700, Exposures(1) + "<DetectorName>1</DetectorName>",
+                      Limit("ER kVp Avg", "<High Value=\"81\"/>")) +
+              "</VorexSequence>");
+    Write("in.jsonl", kHead + Shot("95.5"));
+    ASSERT_EQ(RunFile("in.xml", "in.jsonl"), kExitFailed) << err;
+    pugi::xml_document file;
+    ASSERT_TRUE(file.load_file(Path("out.xml").c_str()));
+    std::size_t places = 0;
+    const auto type = [&](const char* place, const std::string& typed) {
+        const auto found = file.select_nodes(place);
+        EXPECT_GE(found.size(), 1U) << place;
+        places += found.size();
+        for (const pugi::xpath_node& at : found)
+            if (at.attribute())
+                at.attribute().set_value(typed.c_str());
+            else
+                at.node().text().set(typed.c_str());
+    };
+    pugi::xml_node item = file.select_node("//ResultItem").node();
+    if (!item.child("Comment")) item.append_child("Comment");
+    for (const char* place :
+         {"//TestElement/@Name", "//Standard/@Name", "//MTI/@Name", "//MTI/@SerialNumber",
+          "//MTI/@CalibrationDate", "//MeasuredBy/@Name", "//MeasuredBy/@SerialNumber", "//Run/@Program",
+          "//JudgedBy/@Time", "//ResultItem/Comment", "//PlugInData/NameOfTargetFilter"})
+        type(place, hostile);
+    EXPECT_GE(places, 13U);
+    const auto check = [&](const std::string& expected) {
+        ASSERT_TRUE(file.save_file(Path("out.xml").c_str()));
+        for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
+            ASSERT_EQ(Report(form, {"--limits"}), kExitPassed) << form << err;
+            std::string text = form == "r.pdf" ? Printed("pdftotext", form, "-") : Read(form);
+            EXPECT_NE(text.find("95.5"), std::string::npos) << form;
+            text = std::regex_replace(text, std::regex("\\s+"), "");
+            EXPECT_NE(text.find(expected), std::string::npos) << form << text.substr(0, 2000);
+            if (form == "r.html") {
+                EXPECT_TRUE(pugi::xml_document().load_file(Path(form).c_str()));
+            }
+            if (form == "r.pdf") {
+                EXPECT_NE(Printed("qpdf --check", form, "2>&1").find("No syntax"), std::string::npos);
+            }
+        }
+    };
+    check("x|y;{\\i\\bz}\\");
+    for (const char* place :
+         {"//TestElement/@Name", "//MTI/@Name", "//ResultItem/Comment", "//JudgedBy/@Time"})
+        type(place, words);
+    check(words.substr(0, 60));
+}
+
+TEST_F(ReportTest, EmptyFilesAndFullDisksAreTold) {
+    Write("none.xml", Sequence(""));
+    EXPECT_EQ(Run({"report", Path("none.xml"), "-o", Path("r2.txt")}), kExitUsage);
+    EXPECT_NE(err.find("holds no test"), std::string::npos) << err;
+    Write("empty.xml", "");
+    EXPECT_EQ(Run({"report", Path("empty.xml"), "-o", Path("r2.txt")}), kExitUsage);
+    EXPECT_NE(err.find("empty.xml"), std::string::npos) << err;
+    EXPECT_FALSE(Exists("r2.txt"));
+    for (const std::string form : {"full.txt", "full.html", "full.pdf"}) {
+        std::filesystem::create_symlink("/dev/full", Path(form));
+        EXPECT_EQ(Report(form), kExitFault);
+        EXPECT_NE(err.find(Path(form)), std::string::npos) << err;
+        EXPECT_NE(err.find("No space left"), std::string::npos) << err;
+    }
+    EXPECT_EQ(Run({"report", Path("out.xml"), "-o", Path("nowhere/r.pdf")}), kExitUsage);
+    EXPECT_NE(err.find("there is no folder " + Path("nowhere")), std::string::npos) << err;
+}
+
 TEST_F(ReportTest, ATestThatWasNeverRunHasAReport) {
     for (const std::string name : {"r.txt", "r.html", "r.pdf"}) {
         EXPECT_EQ(Run({"report", Path("in.xml"), "-o", Path(name)}), kExitPassed) << err;
