@@ -18,30 +18,9 @@ namespace vorex {
 
 namespace {
 
-std::string Lines(const std::vector<std::string>& lines) {
-    std::string text;
-    for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
-    return text;
-}
-
 void AddUnlessEmpty(std::vector<ReportFact>& facts, std::string_view label, std::string text,
                     const IReportDocument& report) {
     if (!text.empty()) facts.push_back({Translate(label, &report), std::move(text)});
-}
-
-std::string InstrumentLines(const CResultCommon& result, std::span<const MtiEntry> instruments,
-                            const IReportDocument& report) {
-    std::vector<std::string> lines;
-    if (result.Run() && !result.Run()->instruments.empty())
-        for (const CMtiData2& instrument : result.Run()->instruments)
-            lines.push_back(InstrumentWords(instrument.Name(), instrument.SerialNumber(),
-                                            instrument.CalibrationDate(), &report));
-    else
-        for (const MtiEntry& entry : instruments)
-            if (entry.number == result.MTIID())
-                lines.push_back(
-                    InstrumentWords(entry.name, entry.serialNumber, entry.calibrationDate, &report));
-    return Lines(lines);
 }
 
 /// The limits of a judgement for the values of a result, "kVp Avg: at least 76, at most 84 KV (Site 1)".
@@ -58,22 +37,20 @@ std::string LimitLines(const CResultCommon& result, const Judgement& judged, con
                 if (words.empty()) continue;
                 const std::string unit = Translate(item->RawUnit(), &report);
                 std::string line = Translate(item->RawDescription(), &report) + ": " + words;
-                line += (unit.empty() ? "" : " " + unit) + " (" + standard->Name() + " " +
-                        standard->Version() + ")";
+                line += (unit.empty() ? "" : " " + unit) + " (" +
+                        StandardWords({standard->Name(), standard->Version()}) + ")";
                 if (std::find(lines.begin(), lines.end(), line) == lines.end())
                     lines.push_back(std::move(line));
             }
         }
     }
-    return Lines(lines);
+    return Joined(lines, "\n");
 }
 
 std::string StandardNames(const Judgement& judged) {
-    std::string names;
-    for (int32_t i = 0; judged.limits && i < judged.limits->Count(); ++i)
-        names += (names.empty() ? "" : ", ") + judged.limits->Item(i)->Name() + " " +
-                 judged.limits->Item(i)->Version();
-    return names;
+    std::vector<std::string> names;
+    for (const StandardName& name : NamesOf(judged.limits)) names.push_back(StandardWords(name));
+    return Joined(names, ", ");
 }
 
 std::string SurveyField(const SurveyRecord& record, std::string_view field) {
@@ -114,7 +91,8 @@ std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCo
         if (const auto config = std::dynamic_pointer_cast<CConfigCommon>(element.Configuration()))
             changes = EditedSettings(*config, *run, &report);
     }
-    AddUnlessEmpty(facts, text::kReportMeasuredWith, InstrumentLines(result, instruments, report), report);
+    AddUnlessEmpty(facts, text::kReportMeasuredWith,
+                   Joined(InstrumentsOf(result, instruments, &report), "\n"), report);
     if (const auto& judged = result.JudgedBy()) {
         AddUnlessEmpty(facts, text::kReportJudged, judged->time + "; " + OriginWords(judged->origin, &report),
                        report);
@@ -128,7 +106,7 @@ std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCo
                            limits.empty() ? Translate(text::kReportNoLimits, &report) : limits, report);
         }
     }
-    AddUnlessEmpty(facts, text::kReportChanged, Lines(changes), report);
+    AddUnlessEmpty(facts, text::kReportChanged, Joined(changes, "\n"), report);
     return facts;
 }
 

@@ -82,17 +82,15 @@ std::string LabelOf(const CMeasurement& item) {
 std::string FailureReason(const ITestElement& element, const CMeasurement& item,
                           const ISelectedStandards* selected) {
     if (!item.HasValidReading()) return Translate(text::kShowNoReading);
-    std::string reason;
+    std::vector<std::string> reasons;
     const auto limits = element.Limits();
-    if (!limits || !limits->Standards() || selected == nullptr) return reason;
+    if (!limits || !limits->Standards() || selected == nullptr) return {};
     for (const StandardName& name : selected->Standards()) {
         const auto standard = limits->Standards()->FindExpectedResult(0, name.name, name.version);
         if (!standard || item.ValidateLimits(*standard) != kFailed) continue;
-        if (!reason.empty()) reason += "; ";
-        reason.append(LimitWords(item, *standard));
-        reason.append(" (").append(name.name).append(" ").append(name.version).append(")");
+        reasons.push_back(LimitWords(item, *standard) + " (" + StandardWords(name) + ")");
     }
-    return reason;
+    return Joined(reasons, "; ");
 }
 
 class TestText {
@@ -143,16 +141,8 @@ class TestText {
     }
 
     void AddOrigin(const CResultCommon& result) {
-        const auto add = [this](const std::string& name, const std::string& serial, const std::string& date) {
-            Line(Translate(text::kShowMeasuredWith, {InstrumentWords(name, serial, date)}));
-        };
-        if (result.Run() && !result.Run()->instruments.empty())
-            for (const CMtiData2& instrument : result.Run()->instruments)
-                add(instrument.Name(), instrument.SerialNumber(), instrument.CalibrationDate());
-        else
-            for (const MtiEntry& entry : mFile.instruments)
-                if (entry.number == result.MTIID())
-                    add(entry.name, entry.serialNumber, entry.calibrationDate);
+        for (const std::string& instrument : InstrumentsOf(result, mFile.instruments))
+            Line(Translate(text::kShowMeasuredWith, {instrument}));
         const std::string comment = result.Comment();
         if (const std::string words = CommentWords(comment); !words.empty())
             Line(Translate(text::kShowComment, {words}));
@@ -327,13 +317,12 @@ std::string ElementLine(const ITestElement& element, int depth, bool colour) {
 
 std::string ResultText(const ShownFile& file, bool colour) {
     std::string out = file.name + "\n";
-    std::string standards;
+    std::vector<std::string> standards;
     if (file.selected)
-        for (const StandardName& name : file.selected->Standards())
-            standards += (standards.empty() ? "" : ", ") + name.name + " " + name.version;
-    out +=
-        Translate(text::kShowJudgedBy, {standards.empty() ? Translate(text::kShowNoStandard) : standards}) +
-        "\n\n";
+        for (const StandardName& name : file.selected->Standards()) standards.push_back(StandardWords(name));
+    out += Translate(text::kShowJudgedBy,
+                     {standards.empty() ? Translate(text::kShowNoStandard) : Joined(standards, ", ")}) +
+           "\n\n";
     for (const auto& root : file.roots) AddElement(root, file, 0, colour, out);
     return out;
 }

@@ -32,26 +32,15 @@ std::string SideWords(const CMeasurement& item, const IStandard& standard, int32
     return limit.found ? SideName(side, report) + " " + NumberText(limit.number, report) : std::string();
 }
 
-std::string NameOf(const StandardName& name) {
-    return name.name + " " + name.version;
-}
-
 std::shared_ptr<IStandard> Find(const std::shared_ptr<IStandardCollection>& standards,
                                 const StandardName& name) {
     return standards ? standards->FindExpectedResult(0, name.name, name.version) : nullptr;
 }
 
-std::vector<StandardName> NamesOf(const std::shared_ptr<IStandardCollection>& standards) {
-    std::vector<StandardName> names;
-    for (int32_t i = 0; standards && i < standards->Count(); ++i)
-        names.push_back({standards->Item(i)->Name(), standards->Item(i)->Version()});
-    return names;
-}
-
-std::string Joined(const std::vector<std::string>& parts, std::string_view between) {
-    std::string all;
-    for (const std::string& part : parts) all.append(all.empty() ? "" : between).append(part);
-    return all;
+std::string InstrumentWords(const std::string& name, const std::string& serial, const std::string& calibrated,
+                            Report report) {
+    const std::string words = Translate(text::kShowInstrument, {name, serial}, report);
+    return calibrated.empty() ? words : Translate(text::kShowCalibrated, {words, calibrated}, report);
 }
 
 // ----------------------------------------------------------------------------- what changed since then
@@ -71,7 +60,7 @@ Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards, Report repo
                 if (FindLimitExpression(expression) != LimitExpression::kValue)
                     words = Translate(text::kShowAsExpression, {words, expression}, report);
                 if (!limit->Unit().empty()) words += " " + Translate(limit->Unit(), report);
-                sides[NameOf({standard->Name(), standard->Version()}) + ", " + limit->Key() + ", " +
+                sides[StandardWords({standard->Name(), standard->Version()}) + ", " + limit->Key() + ", " +
                       SideName(side, report)] = words;
             }
         }
@@ -118,6 +107,23 @@ void AddFew(const std::string& heading, const std::vector<std::string>& all,
 
 }  // namespace
 
+std::string StandardWords(const StandardName& name) {
+    return name.name + " " + name.version;
+}
+
+std::vector<StandardName> NamesOf(const std::shared_ptr<IStandardCollection>& standards) {
+    std::vector<StandardName> names;
+    for (int32_t i = 0; standards && i < standards->Count(); ++i)
+        names.push_back({standards->Item(i)->Name(), standards->Item(i)->Version()});
+    return names;
+}
+
+std::string Joined(const std::vector<std::string>& parts, std::string_view between) {
+    std::string all;
+    for (const std::string& part : parts) all.append(all.empty() ? "" : between).append(part);
+    return all;
+}
+
 std::string OriginWords(const Origin& origin, Report report) {
     return Translate(text::kShowOrigin,
                      {origin.program.empty() ? Translate(text::kShowUnnamedProgram, report) : origin.program,
@@ -152,16 +158,25 @@ std::vector<std::string> ChangedSides(const ITestElement& element, const Judgeme
                        SidesOf(judged.limits, report), report);
 }
 
+std::vector<std::string> InstrumentsOf(const CResultCommon& result, std::span<const MtiEntry> fileInstruments,
+                                       Report report) {
+    std::vector<std::string> lines;
+    if (result.Run() && !result.Run()->instruments.empty()) {
+        for (const CMtiData2& instrument : result.Run()->instruments)
+            lines.push_back(InstrumentWords(instrument.Name(), instrument.SerialNumber(),
+                                            instrument.CalibrationDate(), report));
+        return lines;
+    }
+    for (const MtiEntry& entry : fileInstruments)
+        if (entry.number == result.MTIID())
+            lines.push_back(InstrumentWords(entry.name, entry.serialNumber, entry.calibrationDate, report));
+    return lines;
+}
+
 std::string LimitWords(const CMeasurement& item, const IStandard& standard, Report report) {
     const std::string low = SideWords(item, standard, kLowSide, report);
     const std::string high = SideWords(item, standard, kHighSide, report);
     return low + (low.empty() || high.empty() ? "" : ", ") + high;
-}
-
-std::string InstrumentWords(const std::string& name, const std::string& serial, const std::string& calibrated,
-                            Report report) {
-    const std::string words = Translate(text::kShowInstrument, {name, serial}, report);
-    return calibrated.empty() ? words : Translate(text::kShowCalibrated, {words, calibrated}, report);
 }
 
 std::string EndingNote(const ITestElement& element, Report report) {
@@ -220,7 +235,7 @@ std::string ChangedLimits(const ITestElement& element, const CResultCommon& resu
         const bool fails =
             (now && item.ValidateLimits(*now) == kFailed) || (then && item.ValidateLimits(*then) == kFailed);
         if (!fails) continue;
-        const std::string today = words(now) + " (" + NameOf(name) + ")";
+        const std::string today = words(now) + " (" + StandardWords(name) + ")";
         parts.push_back(result.JudgedBy() ? Translate(text::kShowBefore, {today, words(then)}) : today);
     }
     return Joined(parts, "; ");

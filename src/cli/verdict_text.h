@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "config/config_common.h"
@@ -20,9 +23,15 @@ std::string LimitWords(const CMeasurement& item, const IStandard& standard,
 /// "(broke off: the link to the instruments was lost)"; empty for one that went as planned.
 std::string EndingNote(const ITestElement& element, const IReportDocument* report = nullptr);
 
-/// An instrument in words: "ZRD 47500, serial number 4711, calibrated 2026-01-15".
-std::string InstrumentWords(const std::string& name, const std::string& serial, const std::string& calibrated,
-                            const IReportDocument* report = nullptr);
+/// A standard as texts name it: "Site 1".
+std::string StandardWords(const StandardName& name);
+std::vector<StandardName> NamesOf(const std::shared_ptr<IStandardCollection>& standards);
+std::string Joined(const std::vector<std::string>& parts, std::string_view between);
+
+/// What a result was measured with, "ZRD 47500, serial number 4711, calibrated 2026-01-15" each: the
+/// instruments that its run noted; where none did, those of the file that it refers to.
+std::vector<std::string> InstrumentsOf(const CResultCommon& result, std::span<const MtiEntry> fileInstruments,
+                                       const IReportDocument* report = nullptr);
 
 /// Program and formulas in words.
 std::string OriginWords(const Origin& origin, const IReportDocument* report = nullptr);
