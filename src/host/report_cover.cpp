@@ -19,7 +19,6 @@ namespace {
 constexpr int32_t kCoverPoints = 9;
 constexpr int32_t kBodyPoints = 7;
 constexpr int32_t kShares = 100;
-constexpr std::string_view kIndent = "      ";
 
 /// Columns to the left that share the width of the page in hundredths.
 std::string ColumnsOf(const ReportDocument& report, std::initializer_list<int32_t> shares) {
@@ -121,11 +120,10 @@ std::string TallyWords(std::span<const std::shared_ptr<ITestElement>> roots, con
                      &report);
 }
 
-void AddTree(std::span<const std::shared_ptr<ITestElement>> elements, int32_t depth,
+void AddTree(std::span<const std::shared_ptr<ITestElement>> elements, std::size_t depth,
              const ReportContents& contents, const ReportDocument& report, std::string& rows) {
     for (const auto& element : elements) {
-        std::string indent;
-        for (int32_t i = 0; i < depth; ++i) indent += kIndent;
+        const std::string indent(depth * kTreeStep, ' ');
         const int32_t status = StatusOf(*element);
         const std::string note = contents.noteOf ? contents.noteOf(*element) : std::string();
         rows += indent + markup::Text(NameOf(*element, report)) + markup::kCell +

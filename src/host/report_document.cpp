@@ -40,11 +40,6 @@ constexpr std::array<NamedPaper, 2> kPapers = {{
     {"Letter", {12240, 15840, kMarginSide, kMarginTop, kMarginBottom}},
 }};
 
-ReportFace FaceOf(const ReportCell& cell, const ReportRow& row) {
-    if (cell.heading) return ReportFace::kBoldItalic;
-    return row.group || row.failed || cell.mark != ReportMark::kNone ? ReportFace::kBold : ReportFace::kPlain;
-}
-
 int32_t LineHeight(int32_t points) {
     return points * kLineTwips;
 }
@@ -53,6 +48,13 @@ int32_t RowHeight(const ReportRow& row) {
     std::size_t lines = 1;
     for (const ReportCell& cell : row.cells) lines = std::max(lines, cell.lines.size());
     return static_cast<int32_t>(lines) * LineHeight(row.points) + row.Padding() + (row.group ? kGroupGap : 0);
+}
+
+/// The outcome of a form's title stands in a line of its own.
+int32_t HeadingHeight(const ReportHeading& heading) {
+    const std::size_t below = heading.centred && !heading.outcome.empty() ? 1 : 0;
+    const std::size_t lines = std::max<std::size_t>(1, heading.lines.size()) + below;
+    return static_cast<int32_t>(lines) * LineHeight(heading.points) + 2 * kHeadingPadding;
 }
 
 int32_t WidthOf(const ReportCell& cell, const std::vector<ReportColumn>& columns) {
@@ -143,7 +145,7 @@ void ReportDocument::LayRow(ReportRow& row, const std::vector<ReportColumn>& col
     if (mWrapper) {
         std::size_t free = 0;  // the column behind the cell before
         for (ReportCell& cell : row.cells) {
-            LayCell(cell, FaceOf(cell, row), free, columns);
+            LayCell(cell, row.FaceOf(cell), free, columns);
             free = cell.column + std::size_t{cell.span};
         }
     }
@@ -208,10 +210,7 @@ void ReportDocument::RepeatHeadings(const Columns& columns) {
     if (HeightOf(mHeadings) > least) return;
     for (ReportRow row : mHeadings) {
         row.repeated = true;
-        ReportTable& table = TableFor(columns, row);
-        row.top = mTop;
-        mTop += row.height;
-        table.rows.push_back(std::move(row));
+        AddRow(std::move(row), columns);
     }
 }
 
@@ -288,10 +287,7 @@ void ReportDocument::PlaceInPieces(const ReportRow& row, const Columns& columns)
             for (std::size_t i = begin; i < std::min(end, lines.size()); ++i) cell.lines.push_back(lines[i]);
         }
         piece.height = RowHeight(piece);
-        ReportTable& table = TableFor(columns, piece);
-        piece.top = mTop;
-        mTop += piece.height;
-        table.rows.push_back(std::move(piece));
+        AddRow(std::move(piece), columns);
         begin = end;
         if (begin < count) AddPage();
     }
@@ -321,8 +317,7 @@ void ReportDocument::PrintTable(std::string_view definition, std::string_view ro
 
 // ------------------------------------------------------------------------------------------ headings
 
-void ReportDocument::PlaceHeading(std::string_view title, std::string_view outcome, int32_t level) {
-    mGroup.reset();
+ReportHeading ReportDocument::LaidHeading(std::string_view title, std::string_view outcome, int32_t level) {
     ReportHeading heading;
     heading.title = mModel.texts->Add(CleanReportText(title));
     heading.outcome = mModel.texts->Add(CleanReportText(outcome));
@@ -340,9 +335,13 @@ void ReportDocument::PlaceHeading(std::string_view title, std::string_view outco
         heading.lines = mWrapper->Wrap(heading.title, width - (beside ? width / kOutcomeShare : 0),
                                        ReportFace::kBold, heading.points);
     }
-    const int32_t below = heading.centred && !outcome.empty() ? LineHeight(heading.points) : 0;
-    const auto lines = static_cast<int32_t>(std::max<std::size_t>(1, heading.lines.size()));
-    heading.height = lines * LineHeight(heading.points) + below + 2 * kHeadingPadding;
+    heading.height = HeadingHeight(heading);
+    return heading;
+}
+
+void ReportDocument::PlaceHeading(std::string_view title, std::string_view outcome, int32_t level) {
+    mGroup.reset();
+    ReportHeading heading = LaidHeading(title, outcome, level);
     if (Paged() && mTop > 0 &&
         std::min(heading.height + kRoomBelowHeading, mSettings.paper.UsableHeight()) > SpaceLeft())
         NewPage();
@@ -355,9 +354,8 @@ void ReportDocument::PlaceHeading(std::string_view title, std::string_view outco
         ReportHeading piece = heading;
         piece.lines.assign(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(taken));
         rest.erase(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(taken));
-        piece.height = static_cast<int32_t>(std::max<std::size_t>(1, taken)) * LineHeight(piece.points) +
-                       (first ? below : 0) + 2 * kHeadingPadding;
         if (!first) piece.title = piece.outcome = {};
+        piece.height = HeadingHeight(piece);
         piece.top = mTop;
         mTop += piece.height;
         mModel.pages.back().items.emplace_back(std::move(piece));

@@ -86,6 +86,7 @@ class ReportDocument final : public IReportDocument {
     void GoOnWithGroup(const Columns& columns);
     int32_t HeightKeptTogether(const std::vector<ReportRow>& rows, std::size_t first) const;
     void AddRow(ReportRow row, const Columns& columns);
+    ReportHeading LaidHeading(std::string_view title, std::string_view outcome, int32_t level);
     void PlaceHeading(std::string_view title, std::string_view outcome, int32_t level);
     ReportFigure* OpenFigure();
     void AddPage();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "foundation/number_text.h"
@@ -311,20 +312,23 @@ class HtmlWriter {
         const std::string_view scope = heading ? "col" : group ? "rowgroup" : "row";
         mHtml += header ? "<th scope=\"" + std::string(scope) + "\"" : "<td";
         constexpr std::string_view kIndent = "   ";
+        const std::pair<bool, std::string_view> looks[] = {
+            {group, "group"},
+            {column.align == ReportAlign::kRight && !group, "right"},
+            {column.align == ReportAlign::kCentre && !group, "centre"},
+            {HasLongWord(cell.text), "long"},
+            {cell.text.starts_with(kIndent), "indented"},
+        };
         std::string classes;
-        if (group) classes = "group";
-        if (column.align == ReportAlign::kRight && !group) classes = "right";
-        if (column.align == ReportAlign::kCentre && !group) classes = "centre";
-        if (HasLongWord(cell.text)) classes += classes.empty() ? "long" : " long";
-        if (cell.text.starts_with(kIndent)) classes += classes.empty() ? "indented" : " indented";
+        for (const auto& [has, name] : looks)
+            if (has) classes.append(classes.empty() ? "" : " ").append(name);
         if (!classes.empty()) mHtml.append(" class=\"").append(classes).append("\"");
         if (const std::size_t room = column.ruled ? RoomToWrite(cell.text) : 0; room > 0)
             mHtml.append(" style=\"height:").append(PlainText(kLineEm * (double(room) + 1))).append("em\"");
         if (span > 1) mHtml.append(" colspan=\"").append(std::to_string(span)).append("\"");
         mHtml += " dir=\"auto\">";
         // The first step is the indent of the cell.
-        constexpr std::size_t kStep = 6;
-        const std::size_t depth = std::min(cell.text.find_first_not_of(' '), cell.text.size()) / kStep;
+        const std::size_t depth = std::min(cell.text.find_first_not_of(' '), cell.text.size()) / kTreeStep;
         for (std::size_t step = 1; step < depth; ++step) mHtml += "<span class=\"step\"></span>";
         if (cell.mark != ReportMark::kNone)
             AddMark(cell.mark, cell.text);

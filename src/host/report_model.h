@@ -35,6 +35,9 @@ inline constexpr int32_t kMarkGapTwips = 40;
 /// What a mark that reaches into the column in front of it keeps clear of the text there.
 inline constexpr int32_t kMarkApartTwips = 80;
 
+/// Blanks that a name is indented by for each level of the tree of tests.
+inline constexpr std::size_t kTreeStep = 6;
+
 /// Keeps texts at one place until the report is written.
 class TextStore {
   public:
@@ -86,6 +89,11 @@ struct ReportRow {
     bool ruled = false;  ///< stands in ruled columns
 
     int32_t Padding() const { return ruled ? kRuledRowPadding : kRowPadding; }
+    /// How a cell of this row is measured and painted.
+    ReportFace FaceOf(const ReportCell& cell) const {
+        if (cell.heading) return ReportFace::kBoldItalic;
+        return group || failed || cell.mark != ReportMark::kNone ? ReportFace::kBold : ReportFace::kPlain;
+    }
 };
 
 struct ReportTable {

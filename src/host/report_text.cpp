@@ -74,6 +74,10 @@ class TextWriter {
         return mWrapper.Wrap(text, static_cast<int32_t>(width), ReportFace::kPlain, 1);
     }
 
+    static std::string Indented(const ReportLine& line) {
+        return std::string(static_cast<std::size_t>(line.indent), ' ') + std::string(line.text);
+    }
+
     void Line(std::string_view line) {
         mText += line;
         while (mText.ends_with(' ')) mText.pop_back();
@@ -221,8 +225,7 @@ class TextWriter {
             const auto parts = Wrap(words, room);
             if (lines.size() < parts.size()) lines.resize(parts.size());
             for (std::size_t i = 0; i < parts.size(); ++i) {
-                const std::string part =
-                    std::string(static_cast<std::size_t>(parts[i].indent), ' ') + std::string(parts[i].text);
+                const std::string part = Indented(parts[i]);
                 Put(lines[i], part, Width(part), begin, room, columns[cell.column].align);
             }
         }
@@ -308,10 +311,8 @@ class TextWriter {
             std::string line = "|";
             for (std::size_t at = 0; at < columns.size(); ++at) {
                 if (i < cells[at].size()) {
-                    const ReportLine& part = cells[at][i];
-                    Put(line,
-                        std::string(static_cast<std::size_t>(part.indent), ' ') + std::string(part.text),
-                        Width(part.text) + static_cast<std::size_t>(part.indent), rules[at] + kRuleAndBlank,
+                    const std::string part = Indented(cells[at][i]);
+                    Put(line, part, Width(part), rules[at] + kRuleAndBlank,
                         rules[at + 1] - rules[at] - kBlankRuleBlank, columns[at].align);
                 }
                 line.append(rules[at + 1] - std::min(rules[at + 1], Width(line)), ' ').append("|");

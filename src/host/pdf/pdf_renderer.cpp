@@ -145,24 +145,31 @@ class PagePainter {
 
     // -------------------------------------------------------------------------------------- items
 
-    void Draw(const ReportHeading& heading) {
+    void AddBookmark(const ReportHeading& heading) {
+        if (heading.title.empty()) return;
         // Forms of one title differ in what stands below it.
         std::string title(heading.title);
         if (heading.centred && !heading.outcome.empty()) title.append(" - ").append(heading.outcome);
-        if (!heading.title.empty())
-            mBookmarks.push_back(
-                {std::move(title), heading.level, mPage,
-                 (mReport.paper.height - mReport.paper.marginTop - heading.top) / kTwipsPerPoint});
+        mBookmarks.push_back(
+            {std::move(title), heading.level, mPage,
+             (mReport.paper.height - mReport.paper.marginTop - heading.top) / kTwipsPerPoint});
+    }
+
+    void Draw(const ReportHeading& heading) {
+        AddBookmark(heading);
+        Pen(Qt::black);
+        if (heading.centred)
+            DrawFormTitle(heading);
+        else
+            DrawTitle(heading);
+    }
+
+    void DrawTitle(const ReportHeading& heading) {
         const int32_t lineHeight = heading.points * kLineTwips;
         const int32_t first =
             heading.top + (heading.height - static_cast<int32_t>(heading.lines.size()) * lineHeight) / 2;
         int32_t top = first;
-        Pen(Qt::black);
         const int32_t right = mReport.paper.UsableWidth();
-        if (heading.centred) {
-            DrawFormTitle(heading);
-            return;
-        }
         for (const ReportLine& line : heading.lines) {
             Write(line.indent, top, line.text, ReportFace::kBold, heading.points);
             top += lineHeight;
@@ -237,10 +244,7 @@ class PagePainter {
             DrawShape(cell.mark, left, top, row.points);
             left += shape;
         }
-        const bool marked = cell.mark != ReportMark::kNone || row.failed || row.group;
-        const ReportFace face = cell.heading ? ReportFace::kBoldItalic
-                                : marked     ? ReportFace::kBold
-                                             : ReportFace::kPlain;
+        const ReportFace face = row.FaceOf(cell);
         Pen(ColourOf(cell.mark));
         for (const ReportLine& line : cell.lines) {
             const int32_t spare = end - left - line.width;
