@@ -20,6 +20,10 @@ bool IsKvpErrorKey(std::string_view measurementKey) {
     return measurementKey == key::kPercentKvpError || measurementKey == key::kAbsoluteKvpError;
 }
 
+bool IsAccuracyErrorKey(std::string_view measurementKey) {
+    return IsKvpErrorKey(measurementKey) || measurementKey == key::kPercentTimerError;
+}
+
 bool IsLinearityKey(std::string_view measurementKey) {
     return EqualsIgnoringCase(measurementKey, key::kErAdjacent) ||
            EqualsIgnoringCase(measurementKey, key::kErNonAdjacent);
@@ -65,14 +69,15 @@ bool CResultCommon::IsHeldAgainstLimits(const CMeasurement& measurement, std::si
     return criterion >= kJudgePercent && criterion <= kJudgeBoth && criterion != leftAlone;
 }
 
-/// Judges one of the two kVp errors as the criterion of the exposure tells. True when it was judged, false
-/// when the criterion leaves the error alone or the criterion is unknown.
+/// Judges an error of the accuracy test, if it is held against limits at all; true when it was. One that is
+/// left alone passes, but a kVp error keeps its status while the criterion of the exposure is unknown.
 bool CResultCommon::JudgeAccuracyError(const Judge& judge, CMeasurement& measurement, std::size_t row) const {
     const bool judged = IsHeldAgainstLimits(measurement, row);
     const int32_t criterion = Criterion(row);
     if (judged)
         judge(measurement);
-    else if (criterion == kJudgePercent || criterion == kJudgeAbsolute)
+    else if (!IsKvpErrorKey(measurement.RawKey()) || criterion == kJudgePercent ||
+             criterion == kJudgeAbsolute)
         measurement.Status(kPassed);
     return judged;
 }
@@ -81,18 +86,9 @@ bool CResultCommon::JudgeAccuracyError(const Judge& judge, CMeasurement& measure
 bool CResultCommon::TestSpecificStatus(const Judge& judge, CMeasurement& measurement,
                                        uint8_t exposureNumber) const {
     const std::string& measurementKey = measurement.RawKey();
-    if (TestId == kRadioAccuracy) {
-        if (IsKvpErrorKey(measurementKey)) {
-            JudgeAccuracyError(judge, measurement, exposureNumber == 0 ? 0U : exposureNumber - 1U);
-            return true;
-        }
-        if (measurementKey == key::kPercentTimerError) {
-            if (IsHeldAgainstLimits(measurement, 0))
-                judge(measurement);
-            else
-                measurement.Status(kPassed);
-            return true;
-        }
+    if (TestId == kRadioAccuracy && IsAccuracyErrorKey(measurementKey)) {
+        JudgeAccuracyError(judge, measurement, exposureNumber == 0 ? 0U : exposureNumber - 1U);
+        return true;
     }
     if (TestId == kRadioLinearity) {
         if (measurementKey == key::kAdjacent) return true;
@@ -269,18 +265,11 @@ void CResultCommon::JudgeStored(const Judge& judge, CMeasurement& measurement, s
         measurement.Status(kPassed);
         return;
     }
-    if (TestId == kRadioAccuracy && IsKvpErrorKey(measurementKey)) {
+    if (TestId == kRadioAccuracy && IsAccuracyErrorKey(measurementKey)) {
         const bool either = JudgeAccuracyError(judge, measurement, row) && Criterion(row) == kJudgeEither;
         const bool passed = measurement.Status() != kFailed;
         if (either && measurementKey == key::kPercentKvpError) walk.either = passed;
         if (either && measurementKey == key::kAbsoluteKvpError && passed) walk.either = true;
-        return;
-    }
-    if (TestId == kRadioAccuracy && measurementKey == key::kPercentTimerError) {
-        if (IsHeldAgainstLimits(measurement, row))
-            judge(measurement);
-        else
-            measurement.Status(kPassed);
         return;
     }
     if (!measurement.HasValidReading()) {
