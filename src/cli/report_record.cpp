@@ -60,7 +60,8 @@ std::string SurveyField(const SurveyRecord& record, std::string_view field) {
 /// A date of the survey as its parts stand in the file; empty while one is missing.
 std::string SurveyDate(const SurveyRecord& record) {
     std::string date;
-    for (std::string_view part : survey::kDateParts) {
+    const SurveyDateKeys& keys = survey::kSurveyDate;
+    for (std::string_view part : {keys.year, keys.month, keys.day}) {
         const std::string text = SurveyField(record, part);
         if (text.empty()) return {};
         date += (date.empty() ? "" : "-") + std::string(text.size() == 1 ? "0" : "") + text;

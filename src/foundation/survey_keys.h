@@ -61,29 +61,38 @@ struct SurveyGroupRow {
     std::span<const GridId> grids;
 };
 
+/// The fields of a date.
+struct SurveyDateKeys {
+    std::string_view year;
+    std::string_view month;
+    std::string_view day;
+};
+
 namespace survey {
-// Fields that reports name: cover, and heads of the printed pages.
+// Fields that more than the form names.
 inline constexpr std::string_view kSite = "Site";
 inline constexpr std::string_view kRoomId = "RoomID";
 inline constexpr std::string_view kTechnologist = "Technologist";
 inline constexpr std::string_view kUnitManufacturer = "XrayUnitManufacturer";
 inline constexpr std::string_view kUnitModel = "XrayUnitModel";
-inline constexpr std::string_view kDateParts[] = {"Year", "Month", "Day"};
+inline constexpr SurveyDateKeys kSurveyDate = {"Year", "Month", "Day"};
+inline constexpr SurveyDateKeys kPreviousFilmDate = {"IQYear1", "IQMonth1", "IQDay1"};
+inline constexpr SurveyDateKeys kCurrentFilmDate = {"IQYear2", "IQMonth2", "IQDay2"};
 
 // clang-format off
 inline constexpr SurveyFieldRow kGeneralFields[] = {
     {kSite,                   "Site", FieldKind::kTrimmed},
     {kTechnologist,           "Technologist"},
     {kRoomId,                 "Room", FieldKind::kTrimmed},
-    {kDateParts[2],           "Day of the survey", FieldKind::kDay},
-    {kDateParts[1],           "Month of the survey", FieldKind::kMonth},
-    {kDateParts[0],           "Year of the survey", FieldKind::kYear},
-    {"IQDay1",                "Day of the previous film", FieldKind::kDay},
-    {"IQMonth1",              "Month of the previous film", FieldKind::kMonth},
-    {"IQYear1",               "Year of the previous film", FieldKind::kYear},
-    {"IQDay2",                "Day of the current film", FieldKind::kDay},
-    {"IQMonth2",              "Month of the current film", FieldKind::kMonth},
-    {"IQYear2",               "Year of the current film", FieldKind::kYear},
+    {kSurveyDate.day,         "Day of the survey", FieldKind::kDay},
+    {kSurveyDate.month,       "Month of the survey", FieldKind::kMonth},
+    {kSurveyDate.year,        "Year of the survey", FieldKind::kYear},
+    {kPreviousFilmDate.day,   "Day of the previous film", FieldKind::kDay},
+    {kPreviousFilmDate.month, "Month of the previous film", FieldKind::kMonth},
+    {kPreviousFilmDate.year,  "Year of the previous film", FieldKind::kYear},
+    {kCurrentFilmDate.day,    "Day of the current film", FieldKind::kDay},
+    {kCurrentFilmDate.month,  "Month of the current film", FieldKind::kMonth},
+    {kCurrentFilmDate.year,   "Year of the current film", FieldKind::kYear},
     {kUnitManufacturer,       "Manufacturer of the X-ray unit", FieldKind::kTrimmed},
     {kUnitModel,              "Model of the X-ray unit"},
     {"ProcessorManufacturer", "Manufacturer of the processor", FieldKind::kTrimmed},

@@ -50,15 +50,9 @@ std::optional<GridId> GridOf(std::string_view key) {
 
 // -------------------------------------------------------------------------------------------- dates
 
-struct DateParts {
-    std::string_view day;
-    std::string_view month;
-    std::string_view year;
-    int32_t column;  ///< of a film's date in the image quality grid
-};
-constexpr DateParts kFilmDates[] = {{"IQDay1", "IQMonth1", "IQYear1", 1},
-                                    {"IQDay2", "IQMonth2", "IQYear2", 2}};
-constexpr DateParts kSurveyDate = {"Day", "Month", "Year", 0};
+/// Columns of the dates of the films in the image quality grid.
+constexpr int32_t kPreviousFilmColumn = 1;
+constexpr int32_t kCurrentFilmColumn = 2;
 
 bool IsCalendarDate(std::string_view year, std::string_view month, std::string_view day) {
     return std::chrono::year_month_day(std::chrono::year(ReadInteger(year)),
@@ -74,8 +68,8 @@ std::string& General(CResultMQSA& survey, std::string_view key) {
 void BuildDates(CResultMQSA& survey) {
     SurveyRecord& record = survey.Record();
     record.BuildDates();
-    record.Grid(GridId::kImageQuality).At(1, 1) = record.previousFilmDate;
-    record.Grid(GridId::kImageQuality).At(1, 2) = record.currentFilmDate;
+    record.Grid(GridId::kImageQuality).At(1, kPreviousFilmColumn) = record.previousFilmDate;
+    record.Grid(GridId::kImageQuality).At(1, kCurrentFilmColumn) = record.currentFilmDate;
 }
 
 bool IsWholeWithin(std::string_view text, int32_t least, int32_t most) {
@@ -102,12 +96,11 @@ void SetFilmDate(CResultMQSA& survey, std::string_view address, int32_t column, 
                       IsWholeWithin(parts[1], 1, 12) && IsWholeWithin(parts[2], 1, 31) &&
                       IsCalendarDate(parts[0], parts[1], parts[2]);
     if (!date) Refuse(address, "\"" + std::string(text) + "\" is no date; expected YEAR-MONTH-DAY");
-    for (const DateParts& film : kFilmDates) {
-        if (film.column != column) continue;
-        General(survey, film.year) = PlainText(ReadInteger(parts[0]));
-        General(survey, film.month) = PlainText(ReadInteger(parts[1]));
-        General(survey, film.day) = PlainText(ReadInteger(parts[2]));
-    }
+    const SurveyDateKeys& film =
+        column == kPreviousFilmColumn ? survey::kPreviousFilmDate : survey::kCurrentFilmDate;
+    General(survey, film.year) = PlainText(ReadInteger(parts[0]));
+    General(survey, film.month) = PlainText(ReadInteger(parts[1]));
+    General(survey, film.day) = PlainText(ReadInteger(parts[2]));
     BuildDates(survey);
 }
 
@@ -305,7 +298,8 @@ std::string SetSurveyText(CResultMQSA& survey, std::string_view address, std::st
 }
 
 void CheckSurveyDates(const CResultMQSA& survey) {
-    for (const DateParts& date : {kSurveyDate, kFilmDates[0], kFilmDates[1]}) {
+    for (const SurveyDateKeys& date :
+         {survey::kSurveyDate, survey::kPreviousFilmDate, survey::kCurrentFilmDate}) {
         const auto part = [&](std::string_view key) {
             return survey.Record().Field(survey::kGroups[0].name, key);
         };

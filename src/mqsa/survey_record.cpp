@@ -276,7 +276,7 @@ constexpr CellArea kImageQualityFigures[] = {{4, 4, 1, 2}, {7, 7, 1, 2}, {9, 10,
 
 /// By the identity of the grid. The last two rows of the light field are calculated and not saved.
 constexpr GridRow kGrids[kGridCount] = {
-// rows, columns, saved rows, labels, typed, spacers, numbers, figures, answers, dates
+    // rows, columns, saved rows, labels, typed, spacers, numbers, figures, answers, dates
     { 6, 13,  6, kEvaluationLabels, kEvaluationTyped, {}, kEvaluationNumbers, {}},
     {10,  6,  8, kLightFieldLabels, kLightFieldTyped, {}, kCollimationNumbers, kLightFieldFigures},
     { 8,  6,  8, kReceptorEdgeLabels, kReceptorEdgeTyped, {}, kCollimationNumbers, kReceptorEdgeTyped},
@@ -450,14 +450,15 @@ void SurveyRecord::WriteLabels(GridId id) {
 
 void SurveyRecord::BuildDates() {
     const auto& general = survey::kGroups[0];
-    const auto dateOf = [&](std::string_view day, std::string_view month, std::string_view year) {
+    const auto dateOf = [&](const SurveyDateKeys& keys) {
         FrmTimer date;
-        date.SetDTPicketDate(Field(general.name, day), Field(general.name, month), Field(general.name, year));
+        date.SetDTPicketDate(Field(general.name, keys.day), Field(general.name, keys.month),
+                             Field(general.name, keys.year));
         return date.GetDTPicketDate();
     };
-    surveyDate = dateOf("Day", "Month", "Year");
-    previousFilmDate = dateOf("IQDay1", "IQMonth1", "IQYear1");
-    currentFilmDate = dateOf("IQDay2", "IQMonth2", "IQYear2");
+    surveyDate = dateOf(survey::kSurveyDate);
+    previousFilmDate = dateOf(survey::kPreviousFilmDate);
+    currentFilmDate = dateOf(survey::kCurrentFilmDate);
 }
 
 // ------------------------------------------------------------------------------------ items, tables
