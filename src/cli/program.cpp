@@ -130,7 +130,7 @@ void AddStandardsCommands(CLI::App& app, Arguments& arguments) {
     for (CLI::App* command : {standards, add, select}) AddLanguage(*command, arguments.common);
 }
 
-void AddCommands(CLI::App& app, Arguments& arguments) {
+void AddRunCommands(CLI::App& app, Arguments& arguments) {
     CLI::App* newTest = app.add_subcommand("new", "Writes an element file of a new test with its defaults");
     newTest->add_option("TESTID", arguments.newTest.testId, "Number of the test")->required();
     AddOutput(*newTest, arguments.newTest.output);
@@ -167,6 +167,10 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     AddOutput(*judge, arguments.judge.output);
     judge->footer(kJudgeExample);
 
+    for (CLI::App* command : {newTest, run, judge}) AddLanguage(*command, arguments.common);
+}
+
+void AddSurveyCommand(CLI::App& app, Arguments& arguments) {
     CLI::App* survey =
         app.add_subcommand("survey", "Enters an annual mammography survey, and lists or exports it");
     survey->add_option("FILE", arguments.survey.input, "Element file with a survey")->required();
@@ -182,6 +186,11 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     survey->add_option("--id", arguments.survey.id, "ID of the survey, where a file has several");
     AddOutput(*survey, arguments.survey.output);
     survey->footer(kSurveyExample);
+
+    AddLanguage(*survey, arguments.common);
+}
+
+void AddReportCommands(CLI::App& app, Arguments& arguments) {
     CLI::App* report = app.add_subcommand("report", "Writes the report of a file: text, web page or PDF");
     report->add_option("FILE", arguments.report.input, "Element file")->required();
     report->add_option("-o,--output", arguments.report.output, "Report to write: FILE.txt, .html or .pdf")
@@ -199,9 +208,14 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     show->add_flag("--all", arguments.show.all, "Also the readings that a redo has replaced");
     show->footer(kShowExample);
 
+    for (CLI::App* command : {report, show}) AddLanguage(*command, arguments.common);
+}
+
+void AddCommands(CLI::App& app, Arguments& arguments) {
+    AddRunCommands(app, arguments);
+    AddSurveyCommand(app, arguments);
+    AddReportCommands(app, arguments);
     AddStandardsCommands(app, arguments);
-    for (CLI::App* command : {newTest, run, judge, survey, report, show})
-        AddLanguage(*command, arguments.common);
 }
 
 /// What is wrong with the command that was asked for; empty when nothing is. The parser itself would only say
