@@ -1,13 +1,12 @@
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <map>
-#include <memory>
 #include <regex>
 #include <set>
 
 #include "foundation/number_text.h"
 #include "program_fixture.h"
+#include "support/system_tool.h"
 #include "test_paths.h"
 
 namespace vorex::test {
@@ -29,12 +28,7 @@ class ReportTest : public ProgramTest {
     }
     /// What a tool of the system prints of a file of the test.
     std::string Printed(const std::string& tool, const std::string& name, const std::string& end = {}) const {
-        const std::string command = tool + " '" + Path(name) + "' " + end;
-        const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-        std::string text;
-        char part[4096];
-        while (std::size_t size = fread(part, 1, sizeof part, pipe.get())) text.append(part, size);
-        return text;
+        return PrintedBy(tool + " '" + Path(name) + "' " + end);
     }
     /// Every number that the results of out.xml hold and a report shows.
     std::set<std::string> MeasuredNumbers() const {

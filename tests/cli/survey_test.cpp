@@ -1,7 +1,6 @@
-#include <cstdio>
-#include <memory>
 
 #include "program_fixture.h"
+#include "support/system_tool.h"
 
 namespace vorex::test {
 namespace {
@@ -131,15 +130,6 @@ TEST_F(SurveyProgramTest, TheMammographyTestBeforeItReachesTheSurvey) {
     Write("in.jsonl", kHead + Shot("24") + Shot("33") + Shot("24") + Shot("33"));
     RunFile("in.xml", "in.jsonl");
     EXPECT_EQ(std::string(ResultOf(2).child_value("kVpL39")), "2") << err;
-}
-
-/// What a tool of the system prints of a file of the test.
-std::string PrintedBy(const std::string& command) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    std::string text;
-    char part[4096];
-    while (std::size_t size = fread(part, 1, sizeof part, pipe.get())) text.append(part, size);
-    return text;
 }
 
 TEST_F(SurveyProgramTest, ThePrintedSurveyShowsEveryCellInEveryForm) {

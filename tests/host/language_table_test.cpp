@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -20,6 +19,7 @@
 #include "results/result_columns.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
+#include "support/system_tool.h"
 
 namespace vorex::host_test {
 namespace {
@@ -285,11 +285,9 @@ TEST_P(LanguageTableTest, AReportMayHaveAnotherLanguageThanTheProgram) {
 
 /// Number of pages of a PDF in the folder.
 std::string PagesOf(const fs::path& file) {
-    const std::string command = "pdfinfo '" + file.string() + "'";
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    char line[200];
-    while (fgets(line, sizeof line, pipe.get()) != nullptr)
-        if (std::string(line).starts_with("Pages:")) return std::string(Trimmed(std::string(line).substr(6)));
+    std::istringstream lines(test::PrintedBy("pdfinfo '" + file.string() + "'"));
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with("Pages:")) return std::string(Trimmed(std::string_view(line).substr(6)));
     return {};
 }
 
@@ -323,11 +321,10 @@ TEST_P(LanguageTableTest, ModesAndSettingsStandWholeInTheColumnOfAPrintedReport)
                   mode + "</MeasurementMode><MeasurementSettings>" + settings +
                   "</MeasurementSettings></PlugInData></TestElement></VorexSequence>");
         Start(GetParam(), "report in.xml -o r.pdf");
-        const std::string command =
-            "pdftotext -layout '" + (folder / "r.pdf").string() + "' '" + (folder / "r.txt").string() + "'";
-        ASSERT_EQ(std::system(command.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+        const std::string printed =
+            test::PrintedBy("pdftotext -layout '" + (folder / "r.pdf").string() + "' -");
         for (std::string_view key : keys[stored - 1])
-            EXPECT_NE(Read("r.txt").find(table.at(std::string(key))), std::string::npos) << Read("r.txt");
+            EXPECT_NE(printed.find(table.at(std::string(key))), std::string::npos) << printed;
     }
 }
 
