@@ -34,7 +34,8 @@ struct SurveyPlace {
 /// throws SurveyEntryError. Returns what a person should know of a text that is stored and yet may not count
 /// as meant; empty for nothing.
 std::string SetSurveyText(CResultMQSA& survey, std::string_view address, std::string_view text);
-/// Throws SurveyEntryError for a whole date that the calendar does not have: its parts are entered one by one.
+/// Throws SurveyEntryError for a whole date that the calendar does not have: its parts are entered one by
+/// one.
 void CheckSurveyDates(const CResultMQSA& survey);
 /// Answers an item with Pass, Fail or NA, in English or in today's language, whatever the case.
 void AnswerSurvey(CResultMQSA& survey, std::string_view item, std::string_view answer);
