@@ -54,7 +54,7 @@ std::string StandardNames(const Judgement& judged) {
 }
 
 std::string SurveyField(const SurveyRecord& record, std::string_view field) {
-    return std::string(Trimmed(record.Field(survey::kGroups[0].name, field)));
+    return std::string(Trimmed(record.Field(survey::kGeneralInformation, field)));
 }
 
 /// A date of the survey as its parts stand in the file; empty while one is missing.

@@ -102,9 +102,8 @@ int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Ter
         if (std::string note = SetSurveyText(*survey, address, text); !note.empty())
             notes.push_back(std::move(note));
     for (const auto& [item, answer] : entered.answers) AnswerSurvey(*survey, item, answer);
-    const std::string_view general = survey::kGroups[0].name;
     if (std::any_of(entered.texts.begin(), entered.texts.end(),
-                    [&](const auto& text) { return text.first.starts_with(general); }))
+                    [](const auto& text) { return text.first.starts_with(survey::kGeneralInformation); }))
         CheckSurveyDates(*survey);
     for (const std::string& note : notes) terminal.err << "vorex: " << note << "\n";
     const bool changed = !entered.texts.empty() || !entered.answers.empty();

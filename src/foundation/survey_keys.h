@@ -149,9 +149,12 @@ inline constexpr GridId kArtifactGrids[]     = {GridId::kArtifacts};
 inline constexpr GridId kImageQualityGrids[] = {GridId::kImageQuality};
 inline constexpr GridId kViewboxGrids[]      = {GridId::kViewbox};
 
+/// The group of the fields that name site, unit, person and date.
+inline constexpr std::string_view kGeneralInformation = "GeneralInformation";
+
 /// In the order in which they are written.
 inline constexpr SurveyGroupRow kGroups[] = {
-    {"GeneralInformation", SurveyPage::kGeneral,        kGeneralFields,      {}},
+    {kGeneralInformation,  SurveyPage::kGeneral,        kGeneralFields,      {}},
     {{},                   SurveyPage::kTechniqueChart, {},                  kEvaluationGrids},
     {"Collimation",        SurveyPage::kCollimation,    kCollimationFields,  kCollimationGrids},
     {"Resolution",         SurveyPage::kResolution,     kResolutionFields,   kResolutionGrids},

@@ -43,7 +43,7 @@ using FieldText = const std::string& (*)(const SurveyRecord&);
 
 template <const std::string_view& key>
 const std::string& General(const SurveyRecord& record) {
-    return record.Field(survey::kGroups[0].name, key);
+    return record.Field(survey::kGeneralInformation, key);
 }
 const std::string& SurveyDate(const SurveyRecord& record) {
     return record.surveyDate;

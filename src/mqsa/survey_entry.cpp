@@ -62,7 +62,7 @@ bool IsCalendarDate(std::string_view year, std::string_view month, std::string_v
 }
 
 std::string& General(CResultMQSA& survey, std::string_view key) {
-    return survey.Record().Field(survey::kGroups[0].name, key);
+    return survey.Record().Field(survey::kGeneralInformation, key);
 }
 
 void BuildDates(CResultMQSA& survey) {
@@ -301,11 +301,11 @@ void CheckSurveyDates(const CResultMQSA& survey) {
     for (const SurveyDateKeys& date :
          {survey::kSurveyDate, survey::kPreviousFilmDate, survey::kCurrentFilmDate}) {
         const auto part = [&](std::string_view key) {
-            return survey.Record().Field(survey::kGroups[0].name, key);
+            return survey.Record().Field(survey::kGeneralInformation, key);
         };
         const bool whole = !part(date.year).empty() && !part(date.month).empty() && !part(date.day).empty();
         if (whole && !IsCalendarDate(part(date.year), part(date.month), part(date.day)))
-            Refuse(std::string(survey::kGroups[0].name) + "." + std::string(date.day),
+            Refuse(std::string(survey::kGeneralInformation) + "." + std::string(date.day),
                    part(date.year) + "-" + part(date.month) + "-" + part(date.day) +
                        " is no date; expected a day that the month has");
     }

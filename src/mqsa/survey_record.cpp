@@ -449,11 +449,10 @@ void SurveyRecord::WriteLabels(GridId id) {
 }
 
 void SurveyRecord::BuildDates() {
-    const auto& general = survey::kGroups[0];
+    const std::string_view general = survey::kGeneralInformation;
     const auto dateOf = [&](const SurveyDateKeys& keys) {
         FrmTimer date;
-        date.SetDTPicketDate(Field(general.name, keys.day), Field(general.name, keys.month),
-                             Field(general.name, keys.year));
+        date.SetDTPicketDate(Field(general, keys.day), Field(general, keys.month), Field(general, keys.year));
         return date.GetDTPicketDate();
     };
     surveyDate = dateOf(survey::kSurveyDate);
