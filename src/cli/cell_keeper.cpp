@@ -21,15 +21,11 @@ StatusCells SavedCells(const ITestElement& element) {
 
 }  // namespace
 
-CellKeeper::CellKeeper(const ElementFile& file) : mBefore(State().cells) {
+CellKeeper::CellKeeper(const ElementFile& file) {
     std::vector<Entry> entries;
     Visit(file.Elements(), entries);
     for (const Entry& entry : entries)
         if (entry.survey) mSurveyOf[entry.element] = *entry.survey;
-}
-
-CellKeeper::~CellKeeper() {
-    if (mCells.size() > 1) State().cells = mBefore;
 }
 
 CellKeeper::Level CellKeeper::Visit(const Elements& elements, std::vector<Entry>& entries) {

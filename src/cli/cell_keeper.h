@@ -21,14 +21,9 @@ class ElementFile;
 class CellKeeper {
   public:
     explicit CellKeeper(const ElementFile& file);
-    /// Of several surveys none is the one that the process is about: the cells are again as they were, so
-    /// that each prints its own.
-    ~CellKeeper();
-    CellKeeper(const CellKeeper&) = delete;
-    CellKeeper& operator=(const CellKeeper&) = delete;
 
-    /// Brings in the cells of the survey that an element counts for, before the element is performed, judged
-    /// or printed. Other elements leave the cells alone.
+    /// Brings in the cells of the survey that an element counts for, before the element is performed or
+    /// judged. Other elements leave the cells alone.
     void Enter(const ITestElement& element);
 
   private:
@@ -46,7 +41,6 @@ class CellKeeper {
 
     std::map<const ITestElement*, std::size_t> mSurveyOf;
     std::vector<StatusCells> mCells;  ///< of each survey
-    StatusCells mBefore;
     std::optional<std::size_t> mPresent;
 };
 

@@ -278,6 +278,25 @@ TEST_F(SurveyProgramTest, JudgingKeepsTheOutcomesOfEachSurveyApart) {
     }
 }
 
+TEST_F(SurveyProgramTest, AnEntryLeavesEachSurveyItsOwnOutcomes) {
+    const auto survey = [](int id, const std::string& dose) {
+        return Element(id, 1300, {},
+                       "<ResultItem><Status>0</Status><Dose80>" + dose + "</Dose80></ResultItem>");
+    };
+    Write("in.xml", Sequence(survey(10, "2") + survey(20, "1")));
+    for (const auto& [id, dose] : {std::pair("10", "2"), std::pair("20", "1")}) {
+        Run({"survey", Path("in.xml"), "--id", id, "--set", "Comment(0)=Words", "-o", Path("out.xml")});
+        result.load_file(Path("out.xml").c_str());
+        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose80")), "2") << id << err;
+        EXPECT_EQ(std::string(ResultOf(20).child_value("Dose80")), "1") << id << err;
+        // Rows 27 and 28 of the summary tell the dose, in two columns each.
+        std::string verdicts = "22237::Pass[¤]22237::Pass[¤]22237::Pass[¤]22237::Pass";
+        if (dose == std::string("2")) verdicts = "22238::Fail[¤]22238::Fail[¤]22238::Fail[¤]22238::Fail";
+        const std::string summary = ResultOf(std::stoi(id)).child_value("SummaryPage");
+        EXPECT_NE(summary.find("[¤]" + verdicts + "[¤]22239::NA"), std::string::npos) << id << summary;
+    }
+}
+
 TEST_F(SurveyProgramTest, JudgingBringsASurveyTheTestBehindIt) {
     Write("in.xml", Sequence(Element(10, 1300, {}) + VoltageTest(2)));
     Write("in.jsonl", kHead + kSteady);
