@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/command_support.h"
 #include "foundation/vocabulary.h"
 #include "host/element_file.h"
 #include "mqsa/result_mqsa.h"
@@ -21,7 +22,7 @@ StatusCells SavedCells(const ITestElement& element) {
 
 }  // namespace
 
-CellKeeper::CellKeeper(const ElementFile& file) {
+CellKeeper::CellKeeper(const ElementFile& file) : mFile(file) {
     std::vector<Entry> entries;
     Visit(file.Elements(), entries);
     for (const Entry& entry : entries)
@@ -60,6 +61,15 @@ void CellKeeper::Enter(const ITestElement& element) {
     if (mPresent) mCells[*mPresent] = State().cells;
     mPresent = at->second;
     State().cells = mCells[*mPresent];
+}
+
+void CellKeeper::HandOut() {
+    for (const auto& element : SurveysOf(mFile)) {
+        const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
+        if (!survey) continue;
+        Enter(*element);
+        survey->TakeStatusCells();
+    }
 }
 
 }  // namespace vorex

@@ -20,11 +20,14 @@ class ElementFile;
 /// group without a survey counts for the group around it. A survey begins with the outcomes saved with it.
 class CellKeeper {
   public:
+    /// The file must outlive the keeper.
     explicit CellKeeper(const ElementFile& file);
 
     /// Brings in the cells of the survey that an element counts for, before the element is performed or
     /// judged. Other elements leave the cells alone.
     void Enter(const ITestElement& element);
+    /// Gives each survey what was measured for it, also behind it. [after the run]
+    void HandOut();
 
   private:
     using Elements = std::vector<std::shared_ptr<ITestElement>>;
@@ -39,6 +42,7 @@ class CellKeeper {
     };
     Level Visit(const Elements& elements, std::vector<Entry>& entries);
 
+    const ElementFile& mFile;
     std::map<const ITestElement*, std::size_t> mSurveyOf;
     std::vector<StatusCells> mCells;  ///< of each survey
     std::optional<std::size_t> mPresent;

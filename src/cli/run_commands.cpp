@@ -192,6 +192,7 @@ int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal
     const auto pipe =
         std::make_shared<ExecutionPipe>(file.Instruments(), file.Selected(), HooksOf(setup, cells, terminal));
     const SequenceEnd end = RunSequence(file.Elements(), pipe);
+    cells.HandOut();
     JournalKeeper& keeper = setup.keeper;
     if (const std::string lost = keeper.WayLost(); !lost.empty()) throw std::runtime_error(lost);
     PrintFaults(setup, terminal);

@@ -116,9 +116,16 @@ void CResultMQSA::UpdateStatus(ITestElement& owner, const ISelectedStandards* /*
     UpdateServiceRecord(owner);
 }
 
+void CResultMQSA::TakeStatusCells() {
+    mCells = State().cells;
+    vorex::CopyStatusCells(*mCells, mTables);
+}
+
 void CResultMQSA::CopyStatusCells() {
-    if (State().cells != State().loadedCells) mCells = State().cells;
-    vorex::CopyStatusCells(Cells(), mTables);
+    if (State().cells != State().loadedCells)
+        TakeStatusCells();
+    else
+        vorex::CopyStatusCells(Cells(), mTables);
 }
 
 void CResultMQSA::UpdateServiceRecord(const ITestElement& owner) {

@@ -38,6 +38,8 @@ class CResultMQSA : public IResultData,
     void pUpdateMQSATestStatus();
     /// The text with the decimal sign of the system in place of the other one.
     static std::string Val_WR(std::string_view value);
+    /// Makes the latest outcomes of the automatic tests in this process those of this survey.
+    void TakeStatusCells();
     /// Copies the outcomes of the automatic tests into the tables: the latest of this process, or, where no
     /// test ran since a survey was loaded, those that this survey brought.
     void CopyStatusCells();

@@ -228,7 +228,7 @@ TEST_F(SurveyProgramTest, EachSurveyTakesTheTestsOfItsOwnGroup) {
          kSteady + kUnsteady, "1", "2"},
         {"a room without tests", Group(1, VoltageTest(2) + survey) + Group(3, other), kSteady, "1", "0"},
         {"a survey in front of its tests",
-         Group(1, VoltageTest(2) + survey) + Group(3, other + VoltageTest(4)), kSteady + kUnsteady, "1", "0"},
+         Group(1, VoltageTest(2) + survey) + Group(3, other + VoltageTest(4)), kSteady + kUnsteady, "1", "2"},
         {"one after the other", VoltageTest(2) + survey + VoltageTest(4) + other, kUnsteady + kSteady, "2",
          "1"},
         {"tests in a group of their own", Group(1, VoltageTest(2)) + survey + other, kSteady, "1", "0"},
@@ -297,14 +297,24 @@ TEST_F(SurveyProgramTest, AnEntryLeavesEachSurveyItsOwnOutcomes) {
     }
 }
 
-TEST_F(SurveyProgramTest, JudgingBringsASurveyTheTestBehindIt) {
-    Write("in.xml", Sequence(Element(10, 1300, {}) + VoltageTest(2)));
-    Write("in.jsonl", kHead + kSteady);
+TEST_F(SurveyProgramTest, ASurveyShowsWhatIsMeasuredBehindIt) {
+    // A tube without output: 1200 asks for 800 and 513 mR/s. No command but the run measures that.
+    const std::string output = Element(2, 1200, Exposures(1) + "<MeasurementMode>3</MeasurementMode>");
+    Write("in.xml", Sequence(Element(10, 1300, {}) + output + VoltageTest(3)));
+    Write("in.jsonl", kHead + Shot("28.1") + kSteady);
     RunFile("in.xml", "in.jsonl");
-    EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "0") << err;
-    ASSERT_EQ(Run({"judge", Path("out.xml"), "-o", Path("judged.xml")}), 0) << err;
-    result.load_file(Path("judged.xml").c_str());
-    EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "1");
+    for (const std::string file : {"out.xml", "judged.xml"}) {
+        if (file == "judged.xml") Run({"judge", Path("out.xml"), "-o", Path(file)});
+        result.load_file(Path(file).c_str());
+        EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "1") << file << err;
+        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose82")), "2") << file;
+        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose75")), "2") << file;
+        ASSERT_EQ(Run({"report", Path(file), "-o", Path("r.txt")}), 0) << err;
+        const std::string text = Read("r.txt");
+        const std::size_t line = text.find("Radiation output rate is > 800 mR/sec");
+        ASSERT_NE(line, std::string::npos);
+        EXPECT_NE(text.substr(line, 100).find("✗ Fail"), std::string::npos) << text.substr(line, 200);
+    }
 }
 
 TEST_F(SurveyProgramTest, OnlyWhatMeasuresNeedsInstruments) {
