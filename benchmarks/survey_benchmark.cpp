@@ -67,8 +67,7 @@ std::string SurveyFile(const Scratch& scratch) {
     for (int32_t page = 0; page < static_cast<int32_t>(kPageCount); ++page)
         arguments.insert(arguments.end(),
                          {"--set", "Comment(" + PlainText(page) + ")=" + std::string(1000, 'w')});
-    RunProgram(arguments, terminal);
-    if (printed.str().find("Pass") == std::string::npos) throw std::runtime_error(printed.str());
+    if (RunProgram(arguments, terminal) != kExitPassed) throw std::runtime_error(printed.str());
     return file;
 }
 

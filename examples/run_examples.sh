@@ -7,6 +7,7 @@
 # VOREX names the program; without it, the release build is taken. Ends with 0 when every example ended as
 # told here: some fail on purpose.
 set -euo pipefail
+export LC_ALL=C.UTF-8 # its words are English, and so are the lines that it expects of the program
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 vorex=$(realpath "${VOREX:-$here/../build/release/bin/vorex}")
 out=${1:-$here/../build/examples}
