@@ -152,15 +152,17 @@ std::string NumberWords(const StandardSide& side, double value, const std::strin
     const auto form = FindLimitExpression(side.expression).value_or(LimitExpression::kValue);
     if (form == LimitExpression::kOffset || form == LimitExpression::kPercent)
         return "X " + sign + " " + words;
-    return (value < 0 ? "-" : "") + words + (form == LimitExpression::kVariation ? " as CV" : "");
+    if (value < 0) words = "-" + words;
+    return form == LimitExpression::kVariation ? Translate(text::kShowAsExpression, {words, "CV"}) : words;
 }
 
 std::string SideWords(const StandardSide& side, const std::string& unit, std::string_view relation) {
     std::string words = Translate(relation) + " ";
     if (side.value) return words + NumberWords(side, *side.value, unit);
     for (const VoltagePoint& point : side.byVoltage)
-        words += (&point == &side.byVoltage.front() ? "" : ", ") + NumberWords(side, point.value, unit) +
-                 " at " + PlainText(point.kv) + " kV";
+        words +=
+            (&point == &side.byVoltage.front() ? "" : ", ") +
+            Translate(text::kStandardAtVoltage, {NumberWords(side, point.value, unit), PlainText(point.kv)});
     return words;
 }
 
@@ -168,7 +170,7 @@ std::string LimitWords(const StandardLimit& limit) {
     std::string words = limit.low.IsSet() ? SideWords(limit.low, limit.unit, text::kShowAtLeast) : "";
     if (limit.high.IsSet())
         words += (words.empty() ? "" : ", ") + SideWords(limit.high, limit.unit, text::kShowAtMost);
-    return words + (limit.readings.empty() ? "" : " (readings in " + limit.readings + ")");
+    return limit.readings.empty() ? words : Translate(text::kStandardReadings, {words, limit.readings});
 }
 
 std::string LimitText(const StandardLimit& limit) {

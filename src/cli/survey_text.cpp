@@ -1,6 +1,7 @@
 #include "cli/survey_text.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include "foundation/number_text.h"
@@ -13,6 +14,8 @@
 namespace vorex {
 
 namespace {
+
+namespace st = survey_text;
 
 constexpr std::size_t kTextWidth = 76;
 constexpr std::size_t kLineWidth = 100;
@@ -55,23 +58,34 @@ std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
 /// What a failed outcome of a mammography test means; the figures are those of the tests.
 struct OutcomeRow {
     std::string_view key;
-    std::string_view words;
+    std::string_view words;  ///< text key; its second argument is the figure, or else the column
+    std::optional<SurveyFigure> figure = {};
+    std::string_view column = {};
 };
+// clang-format off
 constexpr OutcomeRow kOutcomes[] = {
-    {"kVpL36", "test 900: kVp error and coefficient of variation do not both pass"},
-    {"kVpL38", "test 900: a kVp error fails a limit of the test"},
-    {"kVpL39", "test 900: the coefficient of variation of the kVp fails a limit of the test"},
-    {"BQC79", "half-value layer: failed, as saved with the survey (ACR)"},
-    {"BQC69", "half-value layer: failed, as saved with the survey (MQSA)"},
-    {"Dose78", "test 1100: coefficient of variation of the exposure, expected at most 0.005"},
-    {"Dose80", "test 1100: average glandular dose, expected at most 300 mrad (21 CFR 900.12(e)(5)(vi))"},
-    {"Dose82", "test 1200: radiation output, expected at least 800 mR/s (21 CFR 900.12(e)(5)(x)(A))"},
-    {"Dose75", "test 1200: radiation output, expected at least 513 mR/s (21 CFR 900.12(e)(5)(x)(A))"},
+    {"kVpL36", st::kOutcomeKvp},
+    {"kVpL38", st::kOutcomeKvpError},
+    {"kVpL39", st::kOutcomeKvpVariation},
+    {"BQC79",  st::kOutcomeHvl, {}, "ACR"},
+    {"BQC69",  st::kOutcomeHvl, {}, "MQSA"},
+    {"Dose78", st::kOutcomeExposure, SurveyFigure{{}, Bound::kAtMost, 0.005, {}, {}}},
+    {"Dose80", st::kOutcomeDose, SurveyFigure{{}, Bound::kAtMost, 300, "mrad", "21 CFR 900.12(e)(5)(vi)"}},
+    {"Dose82", st::kOutcomeOutput, SurveyFigure{{}, Bound::kAtLeast, 800, "mR/s", "21 CFR 900.12(e)(5)(x)(A)"}},
+    {"Dose75", st::kOutcomeOutput, SurveyFigure{{}, Bound::kAtLeast, 513, "mR/s", "21 CFR 900.12(e)(5)(x)(A)"}},
 };
+// clang-format on
 
 std::string OutcomeWords(std::string_view key) {
-    for (const OutcomeRow& row : kOutcomes)
-        if (row.key == key) return std::string(key) + ", " + std::string(row.words);
+    for (const OutcomeRow& row : kOutcomes) {
+        if (row.key != key) continue;
+        std::string detail(row.column);
+        if (row.figure) {
+            detail = row.figure->Words();
+            if (!row.figure->clause.empty()) detail.append(" (").append(row.figure->clause).append(")");
+        }
+        return Translate(row.words, {std::string(key), detail});
+    }
     return {};
 }
 
@@ -173,8 +187,8 @@ std::string SurveyFailures(const CResultMQSA& survey, const std::string& indent)
     const ItemStatuses statuses = survey.Statuses();
     const auto open = std::count(statuses.begin(), statuses.end(), kNotTested);
     if (open > 0 && survey.Status() != kNotApplicable)
-        out += indent + std::to_string(open) + " of " + std::to_string(statuses.size()) +
-               " items have no answer\n";
+        out += indent + Translate(st::kOpenItems, {std::to_string(open), std::to_string(statuses.size())}) +
+               "\n";
     for (const SurveyFinding& finding : evaluation.findings)
         out += indent + Translate(PageText(finding.page)) + ", " + finding.place + ": " +
                OneLine(finding.words) + "\n";
@@ -182,30 +196,33 @@ std::string SurveyFailures(const CResultMQSA& survey, const std::string& indent)
     for (const survey::StatusCellRow& row : survey::kStatusCells)
         if (const std::string words = OutcomeWords(row.key); cells.*row.cell == kFailed && !words.empty())
             out += indent + words + "\n";
-    if (!evaluation.fault.empty()) out += indent + "not judged: " + evaluation.fault + "\n";
-    if (tables != survey.Tables())
-        out += indent + "The survey was changed since it was judged; vorex judge evaluates it.\n";
+    if (!evaluation.fault.empty()) out += indent + Translate(st::kNotJudged, {evaluation.fault}) + "\n";
+    if (tables != survey.Tables()) out += indent + Translate(st::kChangedSinceJudged) + "\n";
     return out;
 }
 
 std::string SurveyText(const CResultMQSA& survey, const std::string& indent, bool colour) {
     std::string out;
-    if (!survey.Comment().empty()) out += indent + "Comment: " + OneLine(survey.Comment()) + "\n";
+    if (!survey.Comment().empty())
+        out += indent + Translate(text::kShowComment, {OneLine(survey.Comment())}) + "\n";
     out += PagesText(survey, indent);
-    out += TableText("Preliminary results", Translated(PreliminaryTexts()), survey.Tables().preliminary,
-                     indent, colour);
-    out += TableText("Summary page", SummaryLines(survey), survey.Tables().summary, indent, colour);
+    out += TableText(Translate(st::kFormPreliminary), Translated(PreliminaryTexts()),
+                     survey.Tables().preliminary, indent, colour);
+    out += TableText(Translate(st::kSummaryTable), SummaryLines(survey), survey.Tables().summary, indent,
+                     colour);
     if (const std::string failures = SurveyFailures(survey, indent + "  "); !failures.empty())
-        out += "\n" + indent + "What fails or is missing\n" + failures;
+        out += "\n" + indent + Translate(st::kWhatFails) + "\n" + failures;
     return out;
 }
 
 std::string SurveyListing(const CResultMQSA& survey) {
-    static constexpr std::string_view kKinds[] = {"", " (calculated)", "", ""};
     std::string out;
-    for (const SurveyPlace& place : ListSurvey(survey))
+    for (const SurveyPlace& place : ListSurvey(survey)) {
+        const bool calculated = place.kind == PlaceKind::kCalculated;
+        const std::string meaning = OneLine(place.meaning);
         out += Translate(PageText(place.page)) + "\t" + place.address + "\t" + OneLine(place.value) + "\t" +
-               OneLine(place.meaning) + std::string(kKinds[static_cast<std::size_t>(place.kind)]) + "\n";
+               (calculated ? Translate(st::kCalculated, {meaning}) : meaning) + "\n";
+    }
     return out;
 }
 

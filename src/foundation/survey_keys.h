@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "foundation/library_state.h"
+#include "foundation/survey_text_keys.h"
+#include "foundation/text_keys.h"
 
 /// The survey as the element file keeps it: which groups a result has, which fields and grids stand in each,
 /// in the order in which they are written. Names are part of the format, the odd spelling included.
@@ -17,7 +19,7 @@ enum class FieldKind : uint8_t { kText, kTrimmed, kNumber, kDay, kMonth, kYear }
 
 struct SurveyFieldRow {
     std::string_view key;
-    std::string_view meaning;  ///< in English, for a person who fills the survey without its form
+    std::string_view meaning;  ///< text key, for a person who fills the survey without its form
     FieldKind kind = FieldKind::kText;
 };
 
@@ -81,63 +83,63 @@ inline constexpr SurveyDateKeys kCurrentFilmDate = {"IQYear2", "IQMonth2", "IQDa
 
 // clang-format off
 inline constexpr SurveyFieldRow kGeneralFields[] = {
-    {kSite,                   "Site", FieldKind::kTrimmed},
-    {kTechnologist,           "Technologist"},
-    {kRoomId,                 "Room", FieldKind::kTrimmed},
-    {kSurveyDate.day,         "Day of the survey", FieldKind::kDay},
-    {kSurveyDate.month,       "Month of the survey", FieldKind::kMonth},
-    {kSurveyDate.year,        "Year of the survey", FieldKind::kYear},
-    {kPreviousFilmDate.day,   "Day of the previous film", FieldKind::kDay},
-    {kPreviousFilmDate.month, "Month of the previous film", FieldKind::kMonth},
-    {kPreviousFilmDate.year,  "Year of the previous film", FieldKind::kYear},
-    {kCurrentFilmDate.day,    "Day of the current film", FieldKind::kDay},
-    {kCurrentFilmDate.month,  "Month of the current film", FieldKind::kMonth},
-    {kCurrentFilmDate.year,   "Year of the current film", FieldKind::kYear},
-    {kUnitManufacturer,       "Manufacturer of the X-ray unit", FieldKind::kTrimmed},
-    {kUnitModel,              "Model of the X-ray unit"},
-    {"ProcessorManufacturer", "Manufacturer of the processor", FieldKind::kTrimmed},
-    {"ProcessorModel",        "Model of the processor"},
-    {"FilmManufacturer",      "Manufacturer of the film", FieldKind::kTrimmed},
-    {"FilmType",              "Type of the film"},
-    {"ScreenManufacturer",    "Manufacturer of the screen", FieldKind::kTrimmed},
-    {"ScreenType",            "Type of the screen"},
+    {kSite,                   text::kReportSite, FieldKind::kTrimmed},
+    {kTechnologist,           text::kReportTechnologist},
+    {kRoomId,                 text::kReportRoom, FieldKind::kTrimmed},
+    {kSurveyDate.day,         survey_text::kFieldDaySurvey, FieldKind::kDay},
+    {kSurveyDate.month,       survey_text::kFieldMonthSurvey, FieldKind::kMonth},
+    {kSurveyDate.year,        survey_text::kFieldYearSurvey, FieldKind::kYear},
+    {kPreviousFilmDate.day,   survey_text::kFieldDayPreviousFilm, FieldKind::kDay},
+    {kPreviousFilmDate.month, survey_text::kFieldMonthPreviousFilm, FieldKind::kMonth},
+    {kPreviousFilmDate.year,  survey_text::kFieldYearPreviousFilm, FieldKind::kYear},
+    {kCurrentFilmDate.day,    survey_text::kFieldDayCurrentFilm, FieldKind::kDay},
+    {kCurrentFilmDate.month,  survey_text::kFieldMonthCurrentFilm, FieldKind::kMonth},
+    {kCurrentFilmDate.year,   survey_text::kFieldYearCurrentFilm, FieldKind::kYear},
+    {kUnitManufacturer,       survey_text::kFieldManufacturerXrayUnit, FieldKind::kTrimmed},
+    {kUnitModel,              survey_text::kFieldModelXrayUnit},
+    {"ProcessorManufacturer", survey_text::kFieldManufacturerProcessor, FieldKind::kTrimmed},
+    {"ProcessorModel",        survey_text::kFieldModelProcessor},
+    {"FilmManufacturer",      survey_text::kFieldManufacturerFilm, FieldKind::kTrimmed},
+    {"FilmType",              survey_text::kFieldTypeFilm},
+    {"ScreenManufacturer",    survey_text::kFieldManufacturerScreen, FieldKind::kTrimmed},
+    {"ScreenType",            survey_text::kFieldTypeScreen},
 };
 inline constexpr SurveyFieldRow kCollimationFields[] = {
-    {"SID", "Source to image receptor distance, in the unit of the deviations", FieldKind::kNumber},
+    {"SID", survey_text::kFieldSourceImageReceptorDistance, FieldKind::kNumber},
 };
 inline constexpr SurveyFieldRow kResolutionFields[] = {
-    {"XrayTubeManufacturer", "Manufacturer of the X-ray tube"},
-    {"XrayTubeModel",        "Model of the X-ray tube"},
+    {"XrayTubeManufacturer", survey_text::kFieldManufacturerXrayTube},
+    {"XrayTubeModel",        survey_text::kFieldModelXrayTube},
 };
 inline constexpr SurveyFieldRow kAecFields[] = {
-    {"AECposition",     "Position of the AEC detector"},
-    {"DensityControl",  "Density control"},
-    {"SmallCassetteID", "Identification of the small cassette"},
-    {"LargeCassetteID", "Identification of the large cassette"},
+    {"AECposition",     survey_text::kFieldPositionAECDetector},
+    {"DensityControl",  survey_text::kDensityControlLabel},
+    {"SmallCassetteID", survey_text::kFieldIdentificationSmallCassette},
+    {"LargeCassetteID", survey_text::kFieldIdentificationLargeCassette},
 };
 inline constexpr SurveyFieldRow kUniformityFields[] = {
-    {"ScreenType",                "Type of the screens"},
-    {"ProcessorUsed",             "Processor used"},
-    {"FilmType",                  "Type of the film"},
-    {"kVpSetting",                "kVp setting"},
-    {"FocalSpot",                 "Focal spot"},
-    {"AECdensityControl",         "Density control setting of the AEC"},
-    {"SmallCassetteSize",         "Size of the small cassettes"},
-    {"LargeCassetteSize",         "Size of the large cassettes"},
-    {"SmallCassetteFilmEmulsion", "Film emulsion of the small cassettes"},
-    {"LargeCassetteFilmEmulsion", "Film emulsion of the large cassettes"},
+    {"ScreenType",                survey_text::kFieldTypeScreens},
+    {"ProcessorUsed",             survey_text::kFieldProcessorUsed},
+    {"FilmType",                  survey_text::kFieldTypeFilm},
+    {"kVpSetting",                survey_text::kFieldKvpSetting},
+    {"FocalSpot",                 survey_text::kFocalSpotOfCassette},
+    {"AECdensityControl",         survey_text::kFieldDensityControlSettingAEC},
+    {"SmallCassetteSize",         survey_text::kFieldSizeSmallCassettes},
+    {"LargeCassetteSize",         survey_text::kFieldSizeLargeCassettes},
+    {"SmallCassetteFilmEmulsion", survey_text::kFieldFilmEmulsionSmallCassettes},
+    {"LargeCassetteFilmEmulsion", survey_text::kFieldFilmEmulsionLargeCassettes},
 };
 inline constexpr SurveyFieldRow kArtifactFields[] = {
-    {"AttenuatorType",        "Type of the attenuator"},
-    {"kVpSetting",            "kVp setting"},
-    {"AttenuatorThickness",   "Thickness of the attenuator"},
-    {"DensityControlSetting", "Density control setting"},
+    {"AttenuatorType",        survey_text::kFieldTypeAttenuator},
+    {"kVpSetting",            survey_text::kFieldKvpSetting},
+    {"AttenuatorThickness",   survey_text::kFieldThicknessAttenuator},
+    {"DensityControlSetting", survey_text::kDensityControlSetting},
 };
 inline constexpr SurveyFieldRow kImageQualityFields[] = {
-    {"Phantom",             "Phantom used"},
-    {"CassetteSize",        "Cassette size"},
-    {"AECdetectorPosition", "Position of the AEC detector"},
-    {"Cassette",            "Cassette"},
+    {"Phantom",             survey_text::kFieldPhantomUsed},
+    {"CassetteSize",        text::kCassetteSize},
+    {"AECdetectorPosition", survey_text::kFieldPositionAECDetector},
+    {"Cassette",            survey_text::kCassette},
 };
 
 inline constexpr GridId kEvaluationGrids[]   = {GridId::kEvaluation};

@@ -453,6 +453,8 @@ inline constexpr std::string_view kShowBefore            = "31148::%%1, before %
 inline constexpr std::string_view kSavedAs               = "31149::Saved as %%1";
 inline constexpr std::string_view kReportWrittenAs       = "31150::Report written as %%1";
 inline constexpr std::string_view kNoStandards           = "31151::There is no standard.";
+inline constexpr std::string_view kStandardAtVoltage     = "31152::%%1 at %%2 kV";
+inline constexpr std::string_view kStandardReadings      = "31153::%%1 (readings in %%2)";
 
 // clang-format on
 

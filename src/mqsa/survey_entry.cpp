@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "foundation/number_text.h"
+#include "foundation/survey_text_keys.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
@@ -238,8 +239,8 @@ std::string MeaningOf(const SurveyRecord& record, GridId id, int32_t row, int32_
         meaning.append(meaning.empty() ? "" : ", ").append(words);
         said.push_back(words);
     }
-    if (!named) meaning += (meaning.empty() ? "row " : ", row ") + PlainText(row);
-    return meaning + ", column " + PlainText(column);
+    if (!named) meaning += (meaning.empty() ? "" : ", ") + Translate(survey_text::kListRow, {PlainText(row)});
+    return meaning + ", " + Translate(survey_text::kListColumn, {PlainText(column)});
 }
 
 void ListGrid(const SurveyRecord& record, GridId id, SurveyPage page, std::vector<SurveyPlace>& places) {
@@ -261,12 +262,13 @@ void ListAnswers(const CResultMQSA& survey, std::vector<SurveyPlace>& places) {
     for (std::size_t i = 0; i < survey.Items().size(); ++i) {
         const CMeasurement& item = *survey.Items()[i];
         const std::size_t technologist = kAssemblyItemCount + kTechnologistItemCount;
-        std::string_view column;
-        if (i >= kAssemblyItemCount) column = ", ACR";
-        if (i >= technologist) column = ", MQSA";
-        if (i >= technologist + kTechnologistItemCount) column = ", performed by the assistant";
-        places.push_back({SurveyPage::kAssembly, item.RawKey(),
-                          std::string(Trimmed(item.Description())).append(column), StatusText(item.Status()),
+        std::string column;
+        if (i >= kAssemblyItemCount) column = "ACR";
+        if (i >= technologist) column = "MQSA";
+        if (i >= technologist + kTechnologistItemCount) column = Translate(survey_text::kListAssistant);
+        std::string meaning(Trimmed(item.Description()));
+        if (!column.empty()) meaning += ", " + column;
+        places.push_back({SurveyPage::kAssembly, item.RawKey(), std::move(meaning), StatusText(item.Status()),
                           PlaceKind::kAnswer});
     }
 }
@@ -340,13 +342,13 @@ std::vector<SurveyPlace> ListSurvey(const CResultMQSA& survey) {
             if (group.page != id) continue;
             for (const SurveyFieldRow& field : group.fields)
                 places.push_back({id, std::string(group.name) + "." + std::string(field.key),
-                                  std::string(field.meaning), record.fields[FieldIndex(group, field)],
+                                  Translate(field.meaning), record.fields[FieldIndex(group, field)],
                                   PlaceKind::kTyped});
             for (GridId grid : group.grids) ListGrid(record, grid, id, places);
         }
         if (id == SurveyPage::kAssembly) ListAnswers(survey, places);
         places.push_back({id, std::string(kCommentAddress) + "(" + std::to_string(page) + ")",
-                          "Comment on the page", record.comments.at(page), PlaceKind::kTyped});
+                          Translate(survey_text::kListComment), record.comments.at(page), PlaceKind::kTyped});
     }
     return places;
 }

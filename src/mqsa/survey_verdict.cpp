@@ -12,6 +12,8 @@ namespace vorex {
 
 namespace {
 
+namespace st = survey_text;
+
 enum class Verdict : uint8_t { kPass, kFail, kNotApplicable, kBroken };
 
 /// Cells that fail when they are filled and a figure excludes them.
@@ -74,6 +76,7 @@ constexpr int32_t kFilmDensity = 7;
 constexpr int32_t kEightCentimeterRow = 7;
 
 constexpr int32_t kArtifactAnswerRows[] = {5, 8, 11};
+constexpr std::string_view kArtifactClause = "21 CFR 900.12(e)(5)(ix)";
 
 /// Evaluates one table. What fails is collected once, however many rows it fails.
 class Judging {
@@ -96,8 +99,7 @@ class Judging {
         if (!limit.Excludes(cells.Number(row, column))) return false;
         const std::string& shown = cells.At(row, column);
         Find(grid, row, column,
-             std::string(limit.name) + ": " + (shown.empty() ? "empty" : std::string(Trimmed(shown))) +
-                 ", expected " + limit.Words() + " (" + std::string(limit.clause) + ")");
+             limit.Excluding(shown.empty() ? Translate(st::kFindingEmpty) : std::string(Trimmed(shown))));
         return true;
     }
     bool FailsAny(std::span<const Check> checks) {
@@ -124,7 +126,8 @@ Verdict Assembly(Judging& judging) {
     for (std::size_t i = 0; i < kAssemblyItemCount; ++i) {
         if (judging.items[i] == kFailed) {
             const SurveyItem& item = SurveyItems()[i];
-            judging.Add({SurveyPage::kAssembly, item.key, Translate(item.description) + ": answered Fail"});
+            judging.Add({SurveyPage::kAssembly, item.key,
+                         Translate(st::kFindingAnswer, {Translate(item.description)})});
             verdict = Verdict::kFail;
         }
         if (judging.items[i] == kPassed && verdict != Verdict::kFail) verdict = Verdict::kPass;
@@ -174,11 +177,9 @@ bool RangeFails(Judging& judging, const TrackingGrid& at, bool filledOnly, bool 
     const double limit = grid.Number(at.resultRow, allowed);
     const double value = grid.Number(at.resultRow, measured);
     if (low ? limit <= value : limit >= value) return false;
-    const SurveyFigure& range = figure::kTrackingRange;
+    const std::string_view side = low ? st::kFindingBelow : st::kFindingAbove;
     judging.Find(at.grid, at.resultRow, measured,
-                 std::string(range.name) + ": " + PlainText(value) + (low ? " lies below " : " lies above ") +
-                     PlainText(limit) + ", expected " + range.Words() + " (" + std::string(range.clause) +
-                     ")");
+                 figure::kTrackingRange.Excluding(Translate(side, {PlainText(value), PlainText(limit)})));
     return true;
 }
 
@@ -222,9 +223,8 @@ bool StepFails(Judging& judging, int32_t row) {
     const auto find = [&](int32_t column, double step, const SurveyFigure& limit) {
         if (!limit.Excludes(step)) return false;
         judging.Find(kGrid, row, column,
-                     std::string(limit.name) + ": " + PlainText(step) + " from step " + grid.At(row, 0) +
-                         " to step " + grid.At(row + 1, 0) + ", expected " + limit.Words() + " (" +
-                         std::string(limit.clause) + ")");
+                     limit.Excluding(Translate(st::kFindingStep,
+                                               {PlainText(step), grid.At(row, 0), grid.At(row + 1, 0)})));
         return true;
     };
     const double step = WholeDifference(grid, row, kMasChange);
@@ -245,10 +245,9 @@ Verdict DensitySteps(Judging& judging) {
         const bool filled = !grid.IsBlank(row, kMasChange);
         const bool nextFilled = !grid.IsBlank(row + 1, kMasChange);
         if (filled && !nextFilled && row < kNormal) {
-            judging.evaluation.fault = Translate(PageText(PageOf(kGrid))) + " page, density control step " +
-                                       grid.At(row, 0) + ": the percent mAs change of the next step, " +
-                                       CellAddress(kGrid, row + 1, kMasChange) +
-                                       ", is missing; the rows below are not judged";
+            judging.evaluation.fault =
+                Translate(st::kFindingGap, {Translate(PageText(PageOf(kGrid))), grid.At(row, 0),
+                                            CellAddress(kGrid, row + 1, kMasChange)});
             return Verdict::kBroken;
         }
         if (filled && nextFilled && StepFails(judging, row)) return Verdict::kFail;
@@ -268,8 +267,9 @@ Verdict Artifacts(Judging& judging) {
     for (int32_t row : kArtifactAnswerRows)
         for (int32_t column = 1; column < grid.Columns(); ++column) {
             if (!IsNo(grid.At(row, column))) continue;
-            judging.Find(GridId::kArtifacts, row, column,
-                         grid.At(row - 1, 0) + ": not acceptable (21 CFR 900.12(e)(5)(ix))");
+            judging.Find(
+                GridId::kArtifacts, row, column,
+                Translate(st::kFindingArtifact, {grid.At(row - 1, 0), std::string(kArtifactClause)}));
             failed = true;
         }
     return PassUnless(failed);
@@ -384,9 +384,13 @@ bool SurveyFigure::Excludes(double value) const {
 }
 
 std::string SurveyFigure::Words() const {
-    static constexpr std::string_view kWords[] = {"at most ", "at least ", "below "};
-    return std::string(kWords[static_cast<std::size_t>(bound)]) + PlainText(figure) +
-           (unit.empty() ? "" : " " + std::string(unit));
+    static constexpr std::string_view kWords[] = {text::kShowAtMost, text::kShowAtLeast, st::kBelow};
+    return Translate(kWords[static_cast<std::size_t>(bound)]) + " " + PlainText(figure) +
+           (unit.empty() ? "" : " " + Translate(unit));
+}
+
+std::string SurveyFigure::Excluding(const std::string& found) const {
+    return Translate(st::kFindingValue, {Translate(name), found, Words(), Translate(clause)});
 }
 
 std::string CellAddress(GridId grid, int32_t row, int32_t column) {

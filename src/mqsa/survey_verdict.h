@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/library_state.h"
+#include "foundation/survey_text_keys.h"
 #include "mqsa/survey_record.h"
 
 /// The verdicts of the survey: which cell of the two tables passes, and by which figure one fails.
@@ -14,67 +15,68 @@ namespace vorex {
 
 enum class Bound : uint8_t { kAtMost, kAtLeast, kBelow };
 
-/// A limit of the survey, with the rule that it comes from. The system's figure and that of the regulation
-/// are told side by side where they differ.
+/// A limit of the survey, with the rule that it comes from. Texts are text keys where they are words.
 struct SurveyFigure {
     std::string_view name;
     Bound bound;
     double figure;
     std::string_view unit;
     std::string_view clause;
-    std::string_view regulation = {};  ///< the regulation's own figure, where the system's differs
 
     bool Excludes(double value) const;
     /// "at most 0.3 OD".
     std::string Words() const;
+    /// "optical density: 0.9, expected at least 1.2 OD (21 CFR ...)", for what was found.
+    std::string Excluding(const std::string& found) const;
 };
 
 namespace figure {
+namespace st = survey_text;
 // clang-format off
 inline constexpr SurveyFigure kLightFieldDeviation{
-    "deviation of the X-ray field from the light field, one edge", Bound::kAtMost, 200, "",
-    "21 CFR 900.12(e)(5)(vii)(B)", "2 % of SID, the sum of two edges"};
+    st::kFigureLightField, Bound::kAtMost, 200, "",
+    "21 CFR 900.12(e)(5)(vii)(B)"};
 inline constexpr SurveyFigure kReceptorDeviation{
-    "X-ray field beyond the edge of the image receptor", Bound::kAtMost, 200, "% of SID",
-    "21 CFR 900.12(e)(5)(vii)(A)", "2 % of SID"};
+    st::kFigureReceptor, Bound::kAtMost, 200, st::kOfSid,
+    "21 CFR 900.12(e)(5)(vii)(A)"};
 inline constexpr SurveyFigure kPaddleDeviation{
-    "compression paddle beyond the edge of the image receptor", Bound::kAtMost, 200, "% of SID",
-    "21 CFR 900.12(e)(5)(vii)(C)", "1 % of SID"};
+    st::kFigurePaddle, Bound::kAtMost, 200, st::kOfSid,
+    "21 CFR 900.12(e)(5)(vii)(C)"};
 inline constexpr SurveyFigure kParallelResolution{
-    "resolution, bars parallel to the anode-cathode axis", Bound::kAtLeast, 13, "lp/mm",
+    st::kFigureParallel, Bound::kAtLeast, 13, "lp/mm",
     "21 CFR 900.12(e)(5)(iii)(A)(1)"};
 inline constexpr SurveyFigure kPerpendicularResolution{
-    "resolution, bars perpendicular to the anode-cathode axis", Bound::kAtLeast, 11, "lp/mm",
+    st::kFigurePerpendicular, Bound::kAtLeast, 11, "lp/mm",
     "21 CFR 900.12(e)(5)(iii)(A)(1)"};
 inline constexpr SurveyFigure kTrackingRange{
-    "optical density, distance from the mean", Bound::kAtMost, 0.3, "OD",
-    "21 CFR 900.12(e)(5)(i)(A)", "0.15 OD from 2002-10-28, (e)(5)(i)(B)"};
+    st::kFigureTracking, Bound::kAtMost, 0.3, "OD",
+    "21 CFR 900.12(e)(5)(i)(A)"};
 inline constexpr SurveyFigure kLeastDensity{
-    "optical density of the film", Bound::kAtLeast, 1.2, "OD", "21 CFR 900.12(e)(5)(i)(C)"};
+    st::kFigureDensity, Bound::kAtLeast, 1.2, "OD", "21 CFR 900.12(e)(5)(i)(C)"};
 inline constexpr SurveyFigure kLeastStep{
-    "change of mAs between density control steps", Bound::kAtLeast, 12, "%", "ACR 1999, AEC system performance"};
+    st::kFigureMasStep, Bound::kAtLeast, 12, "%", "ACR 1999, AEC system performance"};
 inline constexpr SurveyFigure kMostStep{
-    "change of mAs between density control steps", Bound::kBelow, 16, "%", "ACR 1999, AEC system performance", "15 %"};
+    st::kFigureMasStep, Bound::kBelow, 16, "%", "ACR 1999, AEC system performance"};
 inline constexpr SurveyFigure kDensityStep{
-    "change of density between density control steps, as a whole number", Bound::kAtMost, 0.2, "OD",
-    "no clause: a figure of the system"};
+    st::kFigureDensityStep, Bound::kAtMost, 0.2, "OD",
+    st::kFigureOfSystem};
 inline constexpr SurveyFigure kControlDeviation{
-    "standard deviation of the control cassette densities", Bound::kAtMost, 0.05, "OD",
+    st::kFigureControlCassette, Bound::kAtMost, 0.05, "OD",
     "ACR 1999, uniformity of screen speed"};
 inline constexpr SurveyFigure kScreenRange{
-    "density range of the cassettes", Bound::kAtMost, 0.3, "OD", "21 CFR 900.12(e)(5)(viii)"};
+    st::kFigureCassettes, Bound::kAtMost, 0.3, "OD", "21 CFR 900.12(e)(5)(viii)"};
 inline constexpr SurveyFigure kBackgroundDensity{
-    "background density of the phantom image", Bound::kAtLeast, 1.2, "OD", "21 CFR 900.12(e)(2)(i)"};
+    st::kFigureBackground, Bound::kAtLeast, 1.2, "OD", "21 CFR 900.12(e)(2)(i)"};
 inline constexpr SurveyFigure kFibers{
-    "number of fibers seen", Bound::kAtLeast, 4, "", "ACR accreditation, phantom image quality"};
+    st::kFigureFibers, Bound::kAtLeast, 4, "", "ACR accreditation, phantom image quality"};
 inline constexpr SurveyFigure kSpeckGroups{
-    "number of speck groups seen", Bound::kAtLeast, 3, "", "ACR accreditation, phantom image quality"};
+    st::kFigureSpecks, Bound::kAtLeast, 3, "", "ACR accreditation, phantom image quality"};
 inline constexpr SurveyFigure kMasses{
-    "number of masses seen", Bound::kAtLeast, 3, "", "ACR accreditation, phantom image quality"};
+    st::kFigureMasses, Bound::kAtLeast, 3, "", "ACR accreditation, phantom image quality"};
 inline constexpr SurveyFigure kLuminance{
-    "viewbox luminance", Bound::kAtLeast, 3000, "cd/m2", "ACR 1999, viewbox measurements"};
+    st::kFigureLuminance, Bound::kAtLeast, 3000, "cd/m2", "ACR 1999, viewbox measurements"};
 inline constexpr SurveyFigure kIlluminance{
-    "illuminance", Bound::kAtMost, 50, "lux", "ACR 1999, viewbox measurements"};
+    st::kFigureIlluminance, Bound::kAtMost, 50, "lux", "ACR 1999, viewbox measurements"};
 // clang-format on
 }  // namespace figure
 

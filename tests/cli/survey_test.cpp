@@ -399,7 +399,7 @@ TEST_F(SurveyProgramTest, ShowPrintsTablesWithinTheLineAndWhyTheyFail) {
               std::string::npos);
     EXPECT_NE(out.find("kVpL36, test 900:"), std::string::npos);
     EXPECT_NE(out.find("Viewbox(4,2): illuminance: 50.1, expected at most 50 lux"), std::string::npos);
-    const std::size_t tables = out.find("Preliminary results");
+    const std::size_t tables = out.find("Preliminary Results");
     std::istringstream lines(out.substr(tables, out.find("What fails") - tables));
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
 }

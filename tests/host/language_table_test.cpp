@@ -10,6 +10,7 @@
 #include "config/config_common.h"
 #include "foundation/library_state.h"
 #include "foundation/number_text.h"
+#include "foundation/survey_text_keys.h"
 #include "foundation/text_keys.h"
 #include "host/report_pdf.h"
 #include "host/standards.h"
@@ -228,6 +229,27 @@ TEST_P(LanguageTableTest, AFailedTestIsShownIn100Columns) {
         EXPECT_LE(std::count_if(line.begin(), line.end(), [](char c) { return (c & 0xC0) != 0x80; }), 100)
             << line;
     EXPECT_NE(all.find(TableOf(GetParam()).at(std::string(text::kFail))), std::string::npos);
+}
+
+/// What a survey fails by, and what its places mean, is told in the language as well.
+TEST_P(LanguageTableTest, ASurveyIsListedAndFoundFaultWithInItsLanguage) {
+    const Table table = TableOf(GetParam());
+    Start(GetParam(), "new 1300 -o new.xml");
+    Start(GetParam(),
+          "survey new.xml --set 'Resolution(7,2)=12' --set 'ThicknesskVpTracking(4,7)=1.5' --answer PR1=Pass "
+          "-o survey.xml");
+    Start(GetParam(), "survey survey.xml --list");
+    const std::string listed = Read("printed");
+    Start(GetParam(), "show survey.xml");
+    const std::string shown = Read("printed");
+    namespace st = survey_text;
+    for (std::string_view key : {st::kFieldManufacturerXrayUnit, st::kListComment, st::kListAssistant})
+        EXPECT_NE(listed.find(table.at(std::string(key))), std::string::npos) << key;
+    for (std::string_view key : {st::kWhatFails, st::kSummaryTable, st::kFigureParallel, st::kFigureDensity})
+        EXPECT_NE(shown.find(table.at(std::string(key))), std::string::npos) << key << shown;
+    const std::string english = listed + shown;
+    for (const char* word : {"expected", "at least", "column ", "have no answer", "(calculated)", "Type of"})
+        EXPECT_EQ(english.find(word), std::string::npos) << word;
 }
 
 /// On paper: headings of tables stand on one line, and no text is broken but between its words.
