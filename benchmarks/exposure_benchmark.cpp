@@ -10,8 +10,8 @@
 
 #include "cli/headless_operator.h"
 #include "cli/operator_script.h"
+#include "files/element_file.h"
 #include "foundation/vocabulary.h"
-#include "host/element_file.h"
 #include "host/execution_pipe.h"
 #include "workbench.h"
 

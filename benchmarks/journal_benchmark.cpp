@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/run_journal.h"
+#include "files/run_journal.h"
 #include "workbench.h"
 
 // What the journal costs: an append returns when the line has reached the disk. This is time of the clock,

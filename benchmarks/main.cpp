@@ -8,7 +8,7 @@
 #include <pugixml.hpp>
 #include <string>
 
-#include "host/element_file.h"
+#include "files/element_file.h"
 #include "load_alone.h"
 #include "workbench.h"
 

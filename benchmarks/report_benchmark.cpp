@@ -7,10 +7,10 @@
 #include <string>
 
 #include "cli/report_file.h"
-#include "host/element_file.h"
-#include "host/report_document.h"
-#include "host/report_pdf.h"
-#include "host/standards_library.h"
+#include "files/element_file.h"
+#include "files/standards_library.h"
+#include "reports/report_document.h"
+#include "reports/report_pdf.h"
 #include "workbench.h"
 
 // Reports: the text of a large sequence, a hundred pages of tables as PDF, and the program as a user meets

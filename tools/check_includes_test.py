@@ -27,7 +27,7 @@ SOUND_TREE = {
     "setup/page.h": '#include "execution/test_common.h"\n',
     "library.h": "#include <memory>\n",
     "library.cpp": '#include "library.h"\n\n#include "guide/test_guide.h"\n#include "setup/page.h"\n',
-    "host/element_file.cpp": "#include <pugixml.hpp>\n#include <unistd.h>\n"
+    "files/element_file.cpp": "#include <pugixml.hpp>\n#include <unistd.h>\n"
                              '#include "foundation/event.h"\n#include "version.h"\n',
     "instruments/recording.cpp": '#include <nlohmann/json.hpp>\n#include "foundation/event.h"\n',
     "cli/main.cpp": '#include <CLI/CLI.hpp>\n#include "library.h"\n#include "results/measurement.h"\n',
@@ -85,7 +85,7 @@ class CheckIncludes(unittest.TestCase):
         self.expect_fault("results/other.cpp", "#include <unistd.h>\n", "<unistd.h>: the test library")
 
     def test_an_outside_library_stays_in_its_folders(self):
-        self.expect_fault("instruments/other.cpp", "#include <pugixml.hpp>\n", "belongs in host/ only")
+        self.expect_fault("instruments/other.cpp", "#include <pugixml.hpp>\n", "belongs in files/ only")
         self.expect_fault("host/other.cpp", "#include <CLI/CLI.hpp>\n", "belongs in cli/ only")
 
     def test_a_cycle_is_named_with_all_its_files(self):

@@ -44,7 +44,7 @@ def key_of(path, settings):
 
 
 # What needs the headers of a toolkit, which the flags below do not name.
-TOOLKIT_FOLDERS = ("desktop/", "host/pdf/")
+TOOLKIT_FOLDERS = ("desktop/", "reports/pdf/")
 
 
 def main():

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "cli/command_support.h"
+#include "files/element_file.h"
 #include "foundation/vocabulary.h"
-#include "host/element_file.h"
 #include "mqsa/result_mqsa.h"
 
 namespace vorex {

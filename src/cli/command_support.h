@@ -9,9 +9,9 @@
 
 #include "cli/commands.h"
 #include "execution/test_mqsa.h"
+#include "files/element_file.h"
 #include "foundation/host_contract.h"
 #include "foundation/registration.h"
-#include "host/element_file.h"
 #include "host/reference_host.h"
 
 // What several commands do.

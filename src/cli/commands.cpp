@@ -13,11 +13,11 @@
 #include "cli/standards.h"
 #include "cli/survey_text.h"
 #include "cli/verdict_text.h"
+#include "files/element_file.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/element_base.h"
-#include "host/element_file.h"
 #include "mqsa/result_mqsa.h"
 #include "results/result_common.h"
 

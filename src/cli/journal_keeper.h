@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "cli/headless_operator.h"
+#include "files/run_journal.h"
 #include "foundation/host_services.h"
 #include "host/headless_platform.h"
-#include "host/run_journal.h"
 #include "instruments/taped_instruments.h"
 
 namespace vorex {

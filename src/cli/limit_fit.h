@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "config/config_common.h"
-#include "host/standard_file.h"
+#include "files/standard_file.h"
 
 namespace vorex {
 

@@ -5,7 +5,7 @@
 #include <exception>
 #include <ostream>
 
-#include "host/file_error.h"
+#include "foundation/file_error.h"
 #include "version.h"
 
 namespace vorex {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "foundation/host_contract.h"
-#include "host/report_setup.h"
+#include "reports/report_setup.h"
 #include "results/result_common.h"
 
 /// What a signed report has to tell beside the values: where, when and with what they were measured, and by

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "files/element_file.h"
+#include "files/standards_library.h"
 #include "foundation/host_contract.h"
-#include "host/element_file.h"
-#include "host/standards_library.h"
 
 namespace vorex {
 

@@ -12,11 +12,11 @@
 #include "cli/command_support.h"
 #include "cli/commands.h"
 #include "cli/survey_text.h"
+#include "files/element_file.h"
+#include "files/survey_exchange.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
-#include "host/element_file.h"
-#include "host/survey_exchange.h"
 #include "mqsa/survey_entry.h"
 
 // Entering a survey without a window.

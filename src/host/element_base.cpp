@@ -9,7 +9,7 @@
 #include "foundation/report_markup.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
-#include "host/report_setup.h"
+#include "reports/report_setup.h"
 
 namespace vorex {
 

@@ -4,8 +4,8 @@
 #include <fstream>
 #include <string_view>
 
+#include "foundation/file_error.h"
 #include "host/element_base.h"
-#include "host/file_error.h"
 #include "host/measurement_codec.h"
 #include "host/service_record.h"
 #include "host/settings_registry.h"

@@ -7,8 +7,8 @@
 #include <set>
 #include <system_error>
 
+#include "foundation/file_error.h"
 #include "foundation/utilities.h"
-#include "host/file_error.h"
 
 namespace vorex {
 

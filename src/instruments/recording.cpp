@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "instruments/json_reader.h"
+#include "files/json_reader.h"
 #include "instruments/operation.h"
 
 namespace vorex {

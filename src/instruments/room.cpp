@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "instruments/json_reader.h"
+#include "files/json_reader.h"
 
 namespace vorex {
 

@@ -8,13 +8,13 @@
 #include <vector>
 
 #include "cli/program_fixture.h"
+#include "files/element_file.h"
+#include "files/run_journal.h"
 #include "foundation/library_state.h"
 #include "guide/test_guide_form.h"
-#include "host/element_file.h"
 #include "host/execution_pipe.h"
 #include "host/headless_platform.h"
 #include "host/reference_host.h"
-#include "host/run_journal.h"
 #include "instruments/recorded_instruments.h"
 #include "library.h"
 #include "test_paths.h"

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "cli/program_fixture.h"
+#include "files/element_file.h"
 #include "foundation/library_state.h"
 #include "guide/test_guide_form.h"
-#include "host/element_file.h"
 #include "host/execution_pipe.h"
 #include "host/headless_platform.h"
 #include "host/reference_host.h"

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "execution/test_group.h"
+#include "files/element_file.h"
+#include "foundation/file_error.h"
 #include "foundation/vocabulary.h"
-#include "host/element_file.h"
-#include "host/file_error.h"
 #include "host/reference_host.h"
 #include "library.h"
 #include "mqsa/result_mqsa.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/file_error.h"
-#include "host/run_journal.h"
+#include "files/run_journal.h"
+#include "foundation/file_error.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "instruments/json_reader.h"
+#include "files/json_reader.h"
 #include "instruments/recorded_instruments.h"
 #include "instruments/recording.h"
 

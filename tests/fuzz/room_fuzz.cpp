@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "instruments/json_reader.h"
+#include "files/json_reader.h"
 #include "instruments/room.h"
 #include "instruments/simulated_instruments.h"
 

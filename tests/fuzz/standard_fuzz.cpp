@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "cli/limit_fit.h"
-#include "host/file_error.h"
-#include "host/standard_file.h"
+#include "files/standard_file.h"
+#include "foundation/file_error.h"
 
 /// A standard is refused with its one error, without control characters and with the file's name, or each of
 /// its limits fits an element or is left out with a word.

@@ -7,12 +7,12 @@
 #include <string_view>
 
 #include "execution/test_mqsa.h"
+#include "files/element_file.h"
+#include "files/survey_exchange.h"
+#include "foundation/file_error.h"
 #include "foundation/vocabulary.h"
-#include "host/element_file.h"
-#include "host/file_error.h"
 #include "host/headless_platform.h"
 #include "host/reference_host.h"
-#include "host/survey_exchange.h"
 #include "library.h"
 #include "mqsa/survey_entry.h"
 

@@ -1,10 +1,10 @@
 #include "host/element_base.h"
 
+#include "files/element_document.h"
+#include "files/element_output.h"
 #include "foundation/host_error.h"
 #include "foundation/vocabulary.h"
-#include "host/element_document.h"
-#include "host/element_output.h"
-#include "host_fixture.h"
+#include "host/host_fixture.h"
 
 namespace vorex::host_test {
 namespace {

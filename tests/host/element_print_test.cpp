@@ -1,7 +1,7 @@
+#include "files/element_document.h"
 #include "foundation/vocabulary.h"
 #include "host/element_base.h"
-#include "host/element_document.h"
-#include "host_fixture.h"
+#include "host/host_fixture.h"
 #include "support/recording_report.h"
 
 namespace vorex::host_test {

@@ -6,7 +6,7 @@
 #include <ctime>
 #include <stdexcept>
 
-#include "host_fixture.h"
+#include "host/host_fixture.h"
 
 namespace vorex::host_test {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
-#include "host_fixture.h"
+#include "host/host_fixture.h"
 
 namespace vorex::host_test {
 namespace {

@@ -1,8 +1,8 @@
 #include "host/text_service.h"
 
+#include "foundation/file_error.h"
 #include "foundation/text_keys.h"
-#include "host/file_error.h"
-#include "host_fixture.h"
+#include "host/host_fixture.h"
 
 namespace vorex::host_test {
 namespace {

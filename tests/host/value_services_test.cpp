@@ -1,10 +1,10 @@
+#include "files/element_document.h"
+#include "files/element_output.h"
 #include "foundation/vocabulary.h"
-#include "host/element_document.h"
-#include "host/element_output.h"
+#include "host/host_fixture.h"
 #include "host/measurement_codec.h"
 #include "host/service_record.h"
 #include "host/test_guide_config.h"
-#include "host_fixture.h"
 
 namespace vorex::host_test {
 namespace {

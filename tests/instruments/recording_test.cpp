@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "instruments/json_reader.h"
+#include "files/json_reader.h"
 #include "test_paths.h"
 
 namespace vorex {

@@ -3,9 +3,9 @@
 #include <filesystem>
 
 #include "config/config_mqsa.h"
+#include "files/element_output.h"
 #include "foundation/host_error.h"
 #include "foundation/survey_cells.h"
-#include "host/element_output.h"
 #include "mqsa/survey_entry.h"
 #include "survey_fixture.h"
 #include "test_paths.h"

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <utility>
 
+#include "files/element_document.h"
+#include "files/element_output.h"
 #include "foundation/host_contract.h"
 #include "foundation/utilities.h"
-#include "host/element_document.h"
-#include "host/element_output.h"
 
 namespace vorex::test {
 

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "files/standard_file.h"
+#include "foundation/host_contract.h"
+
+namespace vorex {
+
+/// Where the user's own standards are: VOREX_STANDARDS, or "standards" beside the settings file if it is
+/// there; empty otherwise.
+std::filesystem::path UserStandardsFolder();
+
+/// Standards from files, handed out as the plug-in object of the sister library does.
+class StandardsLibrary final : public IZRD47500PlugIn {
+  public:
+    /// A limit as it stands in one element: it has plain numbers. Nothing when it has no place there.
+    using Fit = std::function<std::vector<StandardLimit>(const StandardLimit& limit)>;
+
+    /// Reads the standards of the folders, first to last. A file with a fault, and one whose standard is
+    /// there already, is passed over with a word to `diagnose`; so is a folder that cannot be read.
+    StandardsLibrary(std::span<const std::filesystem::path> folders, const LimitCheck& check,
+                     const std::function<void(const std::string&)>& diagnose);
+
+    /// Sorted by name and version.
+    std::span<const StandardFile> Standards() const { return mStandards; }
+    /// Null when there is none.
+    const StandardFile* Find(std::string_view name, std::string_view version) const;
+
+    /// Whom the next standards are for. A standard is asked for by test, name and version; what else of the
+    /// element decides on a limit stands in this.
+    void FitBy(Fit fit) { mFit = std::move(fit); }
+
+    std::string PlugInID() const override;
+    std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& alphaName,
+                                            std::string& completeName) override;
+
+  private:
+    void ReadFolder(const std::filesystem::path& folder, const LimitCheck& check,
+                    const std::function<void(const std::string&)>& diagnose);
+
+    std::vector<StandardFile> mStandards;
+    Fit mFit;
+};
+
+}  // namespace vorex

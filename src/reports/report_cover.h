@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "foundation/host_contract.h"
+#include "reports/report_document.h"
+#include "reports/report_setup.h"
+
+namespace vorex {
+
+/// A standard that judged, with the clauses that its limits come from, where they are known.
+struct JudgingStandard {
+    std::string name;
+    std::string version;
+    std::string clauses;
+};
+
+/// What a report tells of a file.
+struct ReportContents {
+    std::span<const std::shared_ptr<ITestElement>> roots;
+    std::span<const JudgingStandard> standards;
+    std::span<const MtiEntry> instruments;
+    std::span<const ReportFact> particulars;  ///< site, room, person: what the file names of them
+    ReportSetup::RecordOf recordOf;           ///< may be empty
+    /// What stands beside the status of an element; may be empty.
+    std::function<std::string(const ITestElement& element)> noteOf;
+};
+
+/// Prints a file: the cover, which tells what was tested, with what, by which standards and with what
+/// outcome, and behind it every element.
+void PrintFile(ReportDocument& report, const ReportContents& contents);
+
+}  // namespace vorex

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "reports/report_model.h"
+
+namespace vorex {
+
+/// How wide characters are: whoever paints knows its fonts.
+class ITextMetrics {
+  public:
+    virtual ~ITextMetrics() = default;
+    /// Advance of a character in thousandths of the text's size.
+    virtual int32_t Advance(char32_t character, ReportFace face) const = 0;
+};
+
+/// Breaks texts into lines. Asks each character's advance once.
+class TextWrapper {
+  public:
+    explicit TextWrapper(const ITextMetrics& metrics) : mMetrics(metrics) {}
+
+    /// Lines that fit the width: broken at line feeds and between words, and within a word only where it is
+    /// wider than a line. All lines begin where the first one does. Nothing is left out but the blanks of a
+    /// break.
+    std::vector<ReportLine> Wrap(std::string_view text, int32_t width, ReportFace face, int32_t points);
+    int32_t Width(std::string_view text, ReportFace face, int32_t points);
+
+  private:
+    int32_t Advance(char32_t character, ReportFace face);
+    void WrapLine(std::string_view text, int64_t room, ReportFace face, int32_t points,
+                  std::vector<ReportLine>& lines);
+
+    static constexpr char32_t kDirect = 0x250;  ///< Latin letters
+    const ITextMetrics& mMetrics;
+    std::array<std::array<int32_t, kDirect>, kReportFaces> mLatin{};
+    std::array<std::unordered_map<char32_t, int32_t>, kReportFaces> mOthers;
+};
+
+/// The character that a valid UTF-8 text begins with, and its length in bytes.
+struct Utf8Character {
+    char32_t code = 0;
+    std::size_t length = 1;
+};
+Utf8Character FirstCharacter(std::string_view text);
+void AppendUtf8(std::string& text, char32_t character);
+
+/// True for a character that stands on the one before it.
+bool IsCombining(char32_t character);
+
+}  // namespace vorex

@@ -1,0 +1,185 @@
+#include "files/element_check.h"
+
+#include "files/element_document.h"
+#include "foundation/file_error.h"
+#include "host/host_fixture.h"
+
+namespace vorex::host_test {
+namespace {
+
+class ElementCheckTest : public HostTest {
+  protected:
+    /// What is wrong with a file; empty when nothing is.
+    std::string FaultOf(const std::string& text) const {
+        try {
+            CheckElementFile(*XmlSource::FromText(text, "site.xml"));
+        } catch (const FileError& error) {
+            return error.what();
+        }
+        return {};
+    }
+};
+
+std::string Result(const std::string& content) {
+    return Sequence(Test100(7, "<ResultItem><Status>1</Status>" + content + "</ResultItem>"));
+}
+std::string Limits(const std::string& content) {
+    return Sequence(
+        Test100(7, "<ExpectedResult><Standard Name=\"Site\">" + content + "</Standard></ExpectedResult>"));
+}
+
+TEST_F(ElementCheckTest, AGoodFileHasNoFault) {
+    EXPECT_EQ(FaultOf(Sequence(Group(0, Test100(1) + Group(2, "")))), "");
+    EXPECT_EQ(
+        FaultOf(Limits("<Limit Key=\"ER HVL\"><High Value=\" -5,5 \"/><Low Expression=\"CV\"/></Limit>")),
+        "");
+    EXPECT_EQ(FaultOf(Result("<Measurement Key=\"a\"><Value Type=\"5\">OL</Value></Measurement>"
+                             "<Measurement Key=\"a\"><Value Type=\"1\">1e2</Value></Measurement>")),
+              "");
+}
+
+TEST_F(ElementCheckTest, AMessageStaysOneShortLineWhateverTheFileHolds) {
+    const auto withKv = [](const std::string& text) {
+        std::string file = Sequence(Test100(1));
+        return file.insert(file.find("</PlugInData>"), "<MachineKV>" + text + "</MachineKV>");
+    };
+    const std::string start = "site.xml: element 1: \"MachineKV\" is \"";
+    EXPECT_EQ(FaultOf(withKv("80&#10;\x1B[31m")), start + "80??[31m\"; expected a number");
+    EXPECT_EQ(FaultOf(withKv(std::string(5000, 'x'))),
+              start + std::string(60, 'x') + "...\"; expected a number");
+    EXPECT_EQ(FaultOf(withKv(std::string(59, 'x') + "\xC3\xA4")),
+              start + std::string(59, 'x') + "...\"; expected a number")
+        << "a character is not cut in two";
+}
+
+TEST_F(ElementCheckTest, AFaultIsNamedWithFileElementKeyAndWhatWasExpected) {
+    struct Case {
+        std::string text;
+        std::string message;
+    };
+    const std::string number = "\"; expected a number";
+    const Case cases[] = {
+        {Sequence(""), "site.xml: holds no test; expected at least one \"TestElement\""},
+        {"<Foo/>", "site.xml: the root element is \"Foo\"; expected \"VorexSequence\""},
+        {Sequence(Test100(1)) + "<b/>", "site.xml: a second root element \"b\"; expected one root element"},
+        {"<!DOCTYPE a [<!ENTITY b 'c'>]>" + Sequence(Test100(1)),
+         "site.xml: has a document type definition; expected a document without one"},
+        {"<VorexSequence Version=\"two\">" + Test100(1) + "</VorexSequence>",
+         "site.xml: attribute \"Version\" of \"VorexSequence\" is \"two\"; expected 1, the version that this "
+         "program "
+         "reads"},
+        {Sequence("<MtiList><MTI Number=\"one\"/></MtiList>" + Test100(1)),
+         "site.xml: attribute \"Number\" of \"MTI\" of \"one\" is \"one\"; expected a whole number"},
+        {Sequence(Test100(1) + Test100(1)),
+         "site.xml: element 1: its ID stands twice; expected an ID for each element"},
+        {Sequence(Test100(7, Test100(8))),
+         "site.xml: element 8: stands in a test that is no group; expected tests inside groups only"},
+        {Sequence(Test100(7, "", "<MachineKV>high</MachineKV>")),
+         "site.xml: element 7: \"MachineKV\" is \"high" + number},
+        {Sequence(Test100(7, "", "<MachinemA1>8O</MachinemA1>")),
+         "site.xml: element 7: \"MachinemA1\" is \"8O" + number},
+        {Sequence(Test100(7, "", "<MeasurementPercentKV>256</MeasurementPercentKV>")),
+         "site.xml: element 7: \"MeasurementPercentKV\" is \"256\"; expected a whole number from 0 to 255"},
+        {Sequence(Test100(7, "", "<MachineKV>80</MachineKV><MachineKV>90</MachineKV>")),
+         "site.xml: element 7: \"MachineKV\" stands twice; expected one"},
+        {Sequence(Test100(7, "", "<MachineKV>8<!-- x -->0</MachineKV>")),
+         "site.xml: element 7: the text of \"MachineKV\" is in several pieces; expected one piece"},
+        {Sequence(Test100(7, "<Filter Save=\"yes\"/>")),
+         "site.xml: element 7: attribute \"Save\" of \"Filter\" is \"yes\"; expected True or False"},
+        {Sequence(Test100(7, "<Filter/><Filter/>")),
+         "site.xml: element 7: \"Filter\" stands twice; expected one"},
+        {Limits("<Limit Key=\"ER HVL\"><High Value=\"five\"/></Limit>"),
+         "site.xml: element 7: attribute \"Value\" of \"High\" of \"ER HVL\" is \"five" + number},
+        {Limits("<Limit Key=\"ER HVL\"><Low Value=\"1\" Expression=\"Z\"/></Limit>"),
+         "site.xml: element 7: attribute \"Expression\" of \"Low\" of \"ER HVL\" is \"Z\"; expected one of "
+         "Y, X+Y, "
+         "X+(X*Y%), CV"},
+        {Limits("<Limit/>"), "site.xml: element 7: \"Limit\" has no attribute \"Key\"; expected a text"},
+        {Result("<Measurement Key=\"HVL\"><Value Type=\"1\">three</Value></Measurement>"),
+         "site.xml: element 7: \"Value\" of \"HVL\" is \"three" + number},
+        {Result("<Measurement Key=\"HVL\"><Value Type=\"1\"/></Measurement>"),
+         "site.xml: element 7: \"Value\" of \"HVL\" is \"" + number},
+        {Result("<Measurement Key=\"HVL\"><Status>4</Status></Measurement>"),
+         "site.xml: element 7: \"Status\" of \"HVL\" is \"4\"; expected 0 (not tested), 1 (pass), 2 (fail) "
+         "or 3 (not "
+         "applicable)"},
+        {Result("<Measurement/>"),
+         "site.xml: element 7: \"Measurement\" has no attribute \"Key\"; expected a text"},
+        {Result("<Waveform>0,1<WaveformResolution>fine</WaveformResolution></Waveform>"),
+         "site.xml: element 7: \"WaveformResolution\" is \"fine" + number},
+        {Sequence(Test100(7, "<ResultItem MTI=\"x\"/>")),
+         "site.xml: element 7: attribute \"MTI\" of \"ResultItem\" is \"x\"; expected a whole number"},
+        {Sequence(Test100(7, "<a b='1' b='2'/>")),
+         "site.xml: element 7: attribute \"b\" stands twice; expected one"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(FaultOf(c.text), c.message);
+}
+
+TEST_F(ElementCheckTest, AnElementIsAKnownTestWithItsConfiguration) {
+    struct Case {
+        std::string attributes;
+        std::string message;
+    };
+    const Case cases[] = {
+        {"PlugIn='ZRD47500' TestID='400' ID='3'",
+         "element 3: TestID 400 is not known; expected 0 for a group, or one of "
+         "100, 200, 300, 500, 700, 900, 1100, 1200, 1300"},
+        {"PlugIn='ZRD47500' TestID='1300' ID='3'",
+         "element 3: has no \"PlugInData\"; expected the configuration of the test"},
+        {"PlugIn='ZRD47500' TestID='100' ID='3'",
+         "element 3: has no \"PlugInData\"; expected the configuration of the test"},
+        {"PlugIn='Other' TestID='100' ID='3'",
+         "element 3: attribute \"PlugIn\" of \"TestElement\" is \"Other\"; expected ZRD47500"},
+        {"PlugIn='ZRD47500' TestID='x' ID='3'",
+         "element 3: attribute \"TestID\" of \"TestElement\" is \"x\"; expected a whole number"},
+        {"PlugIn='ZRD47500' TestID='100' ID='three'",
+         "element \"three\": attribute \"ID\" of \"TestElement\" is \"three\"; expected a whole number from "
+         "0"},
+        {"PlugIn='ZRD47500' TestID='100'",
+         "element \"\": \"TestElement\" has no attribute \"ID\"; expected a whole number from 0"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(FaultOf(Sequence("<TestElement " + c.attributes + "/>")), "site.xml: " + c.message);
+}
+
+TEST_F(ElementCheckTest, ExposuresCountFrom1To255) {
+    for (const std::string count : {"0", "256", "2.5", "-1", "two", ""}) {
+        const std::string text = Sequence(
+            "<TestElement PlugIn='ZRD47500' TestID='700' ID='7'><PlugInData "
+            "PlugIn='ZRD47500'><NumberOfExposures>" +
+            count + "</NumberOfExposures></PlugInData></TestElement>");
+        EXPECT_EQ(FaultOf(text), "site.xml: element 7: \"NumberOfExposures\" is \"" + count +
+                                     "\"; expected a whole number from 1 to 255");
+    }
+    EXPECT_EQ(
+        FaultOf(Sequence("<TestElement PlugIn='ZRD47500' TestID='700' ID='7'><PlugInData PlugIn='ZRD47500'/>"
+                         "</TestElement>")),
+        "site.xml: element 7: \"PlugInData\" has no \"NumberOfExposures\"; expected a whole number from 1 to "
+        "255");
+}
+
+TEST_F(ElementCheckTest, ElementsAreNestedUpTo200Levels) {
+    const auto nested = [](int levels) {
+        std::string text;
+        for (int i = 0; i < levels; ++i) text += "<a>";
+        for (int i = 0; i < levels; ++i) text += "</a>";
+        return Sequence(Test100(1) + text);
+    };
+    EXPECT_EQ(FaultOf(nested(199)), "") << "the root is the first level";
+    EXPECT_NE(FaultOf(nested(200)).find("deeper than 200 levels"), std::string::npos);
+}
+
+TEST_F(ElementCheckTest, TheLineOfTheFaultIsGiven) {
+    Write("a.xml", "<VorexSequence>\n" + Test100(1) + "\n\n" + Test100(2, "", "\n<MachineKV>x</MachineKV>") +
+                       "</VorexSequence>");
+    try {
+        CheckElementFile(*XmlSource::Read(folder / "a.xml"));
+        ADD_FAILURE();
+    } catch (const FileError& error) {
+        EXPECT_EQ(error.Line(), 5);
+        EXPECT_EQ(error.Element(), "2");
+    }
+}
+
+}  // namespace
+}  // namespace vorex::host_test

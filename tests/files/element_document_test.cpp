@@ -1,0 +1,94 @@
+#include "files/element_document.h"
+
+#include "foundation/file_error.h"
+#include "host/host_fixture.h"
+
+namespace vorex::host_test {
+namespace {
+
+class ElementDocumentTest : public HostTest {};
+
+TEST_F(ElementDocumentTest, EntitiesAreNotExpandedButForThoseOfXml) {
+    const auto source = XmlSource::FromText("<a>&lt;&amp;&#65;&#x42;&foo;</a>", "a.xml");
+    EXPECT_EQ(source->Element(source->Document().first_child())->Text(), "<&AB&foo;");
+}
+
+TEST_F(ElementDocumentTest, ChildrenAreElementsOnlyInDocumentOrder) {
+    const auto source = XmlSource::FromText("<a>x<b>1</b><!-- c --><d/><b>2</b></a>", "a.xml");
+    const auto root = source->Element(source->Document().first_child());
+    ASSERT_EQ(root->Children().size(), 3U);
+    EXPECT_EQ(root->Children()[1]->Name(), "d");
+    ASSERT_EQ(root->FindChild("b").size(), 2U);
+    EXPECT_EQ(root->FindChild("b")[1]->Text(), "2");
+    EXPECT_EQ(root->ReadValue("b", "none"), "1");
+    EXPECT_EQ(root->ReadValue("e", "none"), "none");
+}
+
+TEST_F(ElementDocumentTest, CharacterDataAndLoneBlanksAreText) {
+    const auto source = XmlSource::FromText("<a><b><![CDATA[1 < 2]]></b><c> </c></a>", "a.xml");
+    const auto root = source->Element(source->Document().first_child());
+    EXPECT_EQ(root->ReadValue("b", ""), "1 < 2");
+    EXPECT_EQ(root->ReadValue("c", ""), " ");
+}
+
+TEST_F(ElementDocumentTest, WhatIsNoDocumentIsNamedWithItsLine) {
+    struct Case {
+        std::string text;
+        int32_t line;
+        std::string fault;
+    };
+    const Case cases[] = {
+        {"<a>\n<b>\n</a>", 3, "mismatch"},
+        {"", 1, "No document element"},
+        {"\n<!-- x -->\n", 2, "No document element"},
+        {"hello", 1, "text outside"},
+        {"x\n<a/>", 1, "text outside"},
+        {"<a/>\n<!-- x -->\nequence>\n", 2, "text outside"},  // what a shorter file left of a longer one
+        {"<a>\n\xC3(</a>", 2, "no UTF-8"},                    // a lead byte without its continuation
+        {"<a>\n\n\xED\xA0\x80</a>", 3, "no UTF-8"},           // half of a surrogate pair
+        {std::string("<a>\n\0</a>", 9), 2, "no UTF-8"},       // a zero byte
+        {"<a>\xC0\xBC</a>", 1, "no UTF-8"},                   // "<" in two bytes
+        {"<a>\xF4\x90\x80\x80</a>", 1, "no UTF-8"},           // beyond the last character
+    };
+    for (const Case& c : cases) {
+        Write("a.xml", c.text);
+        try {
+            XmlSource::Read(folder / "a.xml");
+            ADD_FAILURE() << c.text;
+        } catch (const FileError& error) {
+            EXPECT_EQ(error.Line(), c.line) << c.text;
+            EXPECT_NE(error.Fault().find(c.fault), std::string::npos) << error.what();
+            EXPECT_EQ(error.File(), (folder / "a.xml").string());
+        }
+    }
+    EXPECT_NO_THROW(XmlSource::FromText("<a>\xE2\x82\xAC \xF0\x9F\x98\x80 \xC2\xB0</a>", "a.xml"));
+}
+
+TEST_F(ElementDocumentTest, LinesAreThoseOfTheFileWhereTheParserWorkedInItsText) {
+    Write("a.xml", "<a\n  b='&#10;x\n'>\r\n<c\n/>\n&lt;\n<d/></a>");
+    const auto source = XmlSource::Read(folder / "a.xml");
+    EXPECT_EQ(source->LineOf(source->Document().first_child().child("c")), 4);
+    EXPECT_EQ(source->LineOf(source->Document().first_child().child("d")), 7);
+}
+
+TEST_F(ElementDocumentTest, AFileThatCannotBeReadSaysWhy) {
+    for (const std::string name : {"missing.xml", "."}) {
+        try {
+            XmlSource::Read(folder / name);
+            ADD_FAILURE() << name;
+        } catch (const FileError& error) {
+            EXPECT_NE(error.Fault().find(name == "." ? "directory" : "No such file"), std::string::npos)
+                << error.what();
+        }
+    }
+    std::filesystem::resize_file((Write("large.xml", ""), folder / "large.xml"), kLargestFile + 1);
+    try {
+        XmlSource::Read(folder / "large.xml");
+        ADD_FAILURE();
+    } catch (const FileError& error) {
+        EXPECT_EQ(error.Fault(), "is larger than 512 MB");
+    }
+}
+
+}  // namespace
+}  // namespace vorex::host_test

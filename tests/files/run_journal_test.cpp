@@ -1,0 +1,202 @@
+#include "files/run_journal.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+
+#include "foundation/file_error.h"
+#include "host/host_fixture.h"
+
+namespace vorex::host_test {
+namespace {
+
+class RunJournalTest : public HostTest {
+  protected:
+    std::filesystem::path Output() const { return folder / "out.xml"; }
+    std::string Text() const { return Read("out.xml.journal"); }
+    bool IsThere() const { return std::filesystem::exists(folder / "out.xml.journal"); }
+    /// The fault of reading a text as a journal; empty when it can be read.
+    static std::string FaultOf(const std::string& text) {
+        try {
+            ParseJournal(text, "j");
+            return {};
+        } catch (const FileError& error) {
+            return error.what();
+        }
+    }
+};
+
+JournalHead Head() {
+    return {"0.1.0",
+            "2026-01-15T09:00:00Z",
+            "unit.xml",
+            "<a b=\"1\">\n\"\xC3\xA4\"</a>",
+            "recording:r",
+            "room.json",
+            "start,redo 1,next",
+            "de",
+            true};
+}
+
+JournalRecord Record(int32_t exposure) {
+    return {3,
+            exposure,
+            1,
+            0,
+            "0,80.1,\"x\"",
+            "112",
+            "2026-01-15T09:00:04Z",
+            2,
+            1,
+            14,
+            {{"ExposureDone", 4, {"1"}}, {"VTI_DataReady", 4, {"80.1", "", "OL"}}}};
+}
+
+TEST_F(RunJournalTest, ALineBeginsWithTheChecksumThatGoesOnFromTheLineBefore) {
+    uint32_t checksum = 0;
+    // The published check value of this CRC.
+    EXPECT_EQ(JournalLine("123456789", checksum), "cbf43926 123456789\n");
+    EXPECT_EQ(checksum, 0xcbf43926U);
+    uint32_t whole = 0;
+    JournalLine("123456789abc", whole);
+    JournalLine("abc", checksum);
+    EXPECT_EQ(checksum, whole);
+}
+
+TEST_F(RunJournalTest, WhatWasWrittenIsReadAgainAndGoesOn) {
+    auto journal = RunJournal::Create(Output(), Head());
+    journal->Append(Record(1));
+    journal->Append(Record(2));
+    journal.reset();
+    JournalContent content;
+    journal = RunJournal::Open(Output(), content);
+    EXPECT_EQ(content.head, Head());
+    EXPECT_EQ(content.records, (std::vector<JournalRecord>{Record(1), Record(2)}));
+    EXPECT_FALSE(content.torn);
+    journal->Append(Record(3));
+    journal.reset();
+    RunJournal::Open(Output(), content);
+    EXPECT_EQ(content.records.size(), 3U);
+}
+
+TEST_F(RunJournalTest, ATornLastLineIsDroppedAndOverwritten) {
+    auto journal = RunJournal::Create(Output(), Head());
+    journal->Append(Record(1));
+    const std::size_t whole = Text().size();
+    journal->Append(Record(2));
+    const std::string full = Text();
+    journal.reset();
+    for (std::size_t size = whole + 1; size < full.size(); size += 9) {
+        Write("out.xml.journal", full.substr(0, size));
+        JournalContent content;
+        journal = RunJournal::Open(Output(), content);
+        ASSERT_TRUE(content.torn) << size;
+        ASSERT_EQ(content.records.size(), 1U) << size;
+        journal->Append(Record(2));
+        journal.reset();
+        ASSERT_EQ(Text(), full) << size;
+    }
+    // Blocks may reach the disk out of order: a last line of the right length can be wrong as well.
+    std::string wrong = full;
+    wrong[full.size() - 5] = '#';
+    EXPECT_TRUE(ParseJournal(wrong, "j").torn);
+}
+
+TEST_F(RunJournalTest, WhatIsNoJournalGetsOneClearError) {
+    uint32_t checksum = 0;
+    const std::string head = JournalLine(
+        R"({"vorexJournal":1,"program":"1","started":"t","input":"i","instruments":"r","room":"","operator":"",)"
+        R"("language":"en","document":"<x/>","realTime":false})",
+        checksum);
+    const uint32_t headSum = checksum;
+    const auto line = [&](const char* object) {
+        uint32_t sum = headSum;
+        return head + JournalLine(object, sum);
+    };
+    const auto alone = [](const char* object) {
+        uint32_t sum = 0;
+        return JournalLine(object, sum);
+    };
+    ASSERT_EQ(FaultOf(head), "");
+    std::string damaged = line("{}") + "more\n";
+    damaged[head.size() + 10] = '?';
+    std::string moved = head;
+    moved[20] = '?';
+    struct Case {
+        std::string text;
+        const char* fault;
+    };
+    const Case cases[] = {
+        {"", "j:1: the first line is not whole"},
+        {head.substr(0, 40), "j:1: the first line is not whole"},
+        {"<VorexSequence/>\n<more/>\n", "j:1: is no journal; expected a journal of an interrupted run"},
+        {moved + "more\n", "j:1: is no journal"},
+        {damaged, "j:2: the line is damaged: its checksum is wrong"},
+        {head + head + "more\n", "j:2: the line is damaged"},  // it does not go on from the first
+        {alone("[1]"), "j:1: no JSON object"},
+        {alone("{\"a\":"), "j:1: no JSON object"},
+        {alone("{\"recording\":1}"), "j:1: is no journal"},
+        {alone("{\"vorexJournal\":2}"), "j:1: is a journal of version 2; expected version 1"},
+        {alone("{\"vorexJournal\":1}"), "j:1: \"program\" is missing or something else; expected a text"},
+        {line("{\"element\":\"1\"}"),
+         "j:2: \"element\" is missing or something else; expected a whole number"},
+        {line("{\"element\":-1}"), "j:2: \"element\" is out of range"},
+    };
+    for (const Case& c : cases) {
+        const std::string fault = FaultOf(c.text);
+        EXPECT_TRUE(fault.starts_with(c.fault)) << "\"" << fault << "\" for " << c.text;
+    }
+}
+
+TEST_F(RunJournalTest, AJournalThatIsThereIsNotOverwritten) {
+    auto journal = RunJournal::Create(Output(), Head());
+    EXPECT_THROW(RunJournal::Create(Output(), Head()), FileError) << "a run is under way";
+    JournalContent content;
+    EXPECT_THROW(RunJournal::Open(Output(), content), FileError) << "a run is under way";
+    journal->Append(Record(1));
+    journal.reset();
+    const std::string before = Text();
+    try {
+        RunJournal::Create(Output(), Head());
+        ADD_FAILURE() << "it was overwritten";
+    } catch (const FileError& error) {
+        EXPECT_NE(std::string(error.what()).find("vorex resume " + Output().string()), std::string::npos);
+    }
+    Write("out.xml.journal", "mine");
+    EXPECT_THROW(RunJournal::Create(Output(), Head()), FileError);
+    EXPECT_EQ(Text(), "mine");
+    Write("out.xml.journal", before);
+    EXPECT_NO_THROW(RunJournal::Open(Output(), content)->Remove());
+    EXPECT_FALSE(IsThere());
+    EXPECT_THROW(RunJournal::Open(Output(), content), FileError) << "there is none";
+}
+
+TEST_F(RunJournalTest, AJournalWithoutAnExposureGoesWithItsRun) {
+    RunJournal::Create(Output(), Head());
+    EXPECT_FALSE(IsThere());
+    auto journal = RunJournal::Create(Output(), Head());
+    journal->Append(Record(1));
+    journal.reset();
+    EXPECT_TRUE(IsThere());
+}
+
+TEST_F(RunJournalTest, AFullDiskLeavesTheWholeLines) {
+    auto journal = RunJournal::Create(Output(), Head());
+    journal->Append(Record(1));
+    const std::string before = Text();
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small{before.size() + 10, limit.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_THROW(journal->Append(Record(2)), FileError);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(Text(), before);
+    journal->Append(Record(2));
+    EXPECT_EQ(ParseJournal(Text(), "j").records.size(), 2U);
+}
+
+}  // namespace
+}  // namespace vorex::host_test
