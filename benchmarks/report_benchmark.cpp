@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "cli/report_file.h"
+#include "app/report_file.h"
 #include "files/element_file.h"
 #include "files/standards_library.h"
 #include "reports/report_document.h"

@@ -12,7 +12,7 @@ elseif(NOT GTest_FOUND OR NOT benchmark_FOUND)
 endif()
 
 enable_testing()
-set(vorex_libraries vorex_cli vorex_host vorex_instruments vorex_test_library)
+set(vorex_libraries vorex_cli vorex_app vorex_host vorex_instruments vorex_test_library)
 
 # One program of all tests.
 file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/*_test.cpp")

@@ -3,8 +3,8 @@
 
 An include of the test library goes to a file of a lower rank, or stays inside its folder with a rank that is
 not higher; there is no cycle. The library includes its own files and standard headers only. host/,
-files/, reports/ and instruments/ know of the library only foundation/; the programs know everything. An outside library is
-included only in the folders that are named for it.
+files/, reports/ and instruments/ include only foundation/ of it; app/ and the programs include everything, and nothing includes
+a program. An outside library is included only in the folders that are named for it.
 """
 
 import argparse
@@ -42,9 +42,13 @@ OUTER_FOLDERS = {
     "files": ("foundation", "host", "files"),
     "reports": ("foundation", "reports"),
     "instruments": ("foundation", "instruments", "files"),
+    "app": ("*",),
     "cli": ("*",),
     "desktop": ("*",),
 }
+
+# Nothing outside them includes their files.
+PROGRAMS = ("cli", "desktop")
 
 # Outside libraries: how their includes begin, and the folders that may use them.
 OUTSIDE_LIBRARIES = (
@@ -116,6 +120,8 @@ def fault_of_quoted(include, files):
     source_folder, target_folder = folder_of(source), folder_of(target)
     source_rank, target_rank = rank_of(source), rank_of(target)
     if source_rank is None:
+        if target_folder in PROGRAMS and target_folder != source_folder:
+            return f"nothing outside {target_folder}/ includes a program"
         allowed = OUTER_FOLDERS[source_folder]
         if "*" in allowed or target_folder in allowed or target in GENERATED:
             return ""

@@ -30,7 +30,10 @@ SOUND_TREE = {
     "files/element_file.cpp": "#include <pugixml.hpp>\n#include <unistd.h>\n"
                              '#include "foundation/event.h"\n#include "version.h"\n',
     "instruments/recording.cpp": '#include <nlohmann/json.hpp>\n#include "foundation/event.h"\n',
-    "cli/main.cpp": '#include <CLI/CLI.hpp>\n#include "library.h"\n#include "results/measurement.h"\n',
+    "app/session.h": '#include "library.h"\n#include "results/measurement.h"\n#include "host/tree.h"\n',
+    "host/tree.h": "",
+    "cli/commands.h": '#include "app/session.h"\n#include "setup/page.h"\n',
+    "cli/main.cpp": '#include <CLI/CLI.hpp>\n#include "cli/commands.h"\n#include "results/measurement.h"\n',
 }
 
 
@@ -71,11 +74,13 @@ class CheckIncludes(unittest.TestCase):
             ("host to library", "host/tree.cpp", "results/measurement.h", "host/ may include foundation/ and host/"),
             ("instruments to host", "instruments/other.cpp", "host/tree.h",
              "instruments/ may include foundation/ and instruments/"),
+            ("app to a program", "app/other.cpp", "cli/commands.h", "nothing outside cli/ includes a program"),
+            ("host to app", "host/other.cpp", "app/session.h", "host/ may include foundation/"),
             ("missing", "results/other.cpp", "results/nowhere.h", "no such file"),
         ]
         for title, name, target, fault in cases:
             with self.subTest(title):
-                code, output = self.check({"host/tree.h": "", name: f'// first line\n#include "{target}"\n'})
+                code, output = self.check({name: f'// first line\n#include "{target}"\n'})
                 self.assertEqual(code, 1, output)
                 self.assertIn(f'{name}:2: {name} -> "{target}"', output)
                 self.assertIn(fault, output)

@@ -7,12 +7,16 @@
 #include <string>
 #include <system_error>
 
-#include "cli/cell_keeper.h"
+#include "app/cell_keeper.h"
+#include "app/data_folders.h"
+#include "app/elements.h"
+#include "app/session.h"
+#include "app/standards.h"
+#include "app/verdict_text.h"
 #include "cli/command_support.h"
 #include "cli/result_text.h"
-#include "cli/standards.h"
+#include "cli/standards_text.h"
 #include "cli/survey_text.h"
-#include "cli/verdict_text.h"
 #include "files/element_file.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
@@ -76,7 +80,7 @@ void JudgeSurvey(const std::shared_ptr<ITestElement>& element, CellKeeper& cells
 int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal& terminal) {
     const int32_t testId = ReadTestId(options.testId);
     CheckOutput({}, options.output);
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     const auto element = CreateTestElement(testId);
     if (const auto config = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()))
         config->DefaultValues(testId);
@@ -95,7 +99,7 @@ int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal&
 
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal) {
     CheckOutput({options.input}, options.output);
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     const auto file = ElementFile::Load(options.input);
     const auto selected = file->Selected();
     CellKeeper cells(*file);
@@ -104,10 +108,10 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
                    [&](const auto& element) { JudgeTest(element, cells, selected.get(), terminal.err); });
     ForEachElement(file->Elements(),
                    [&](const auto& element) { JudgeSurvey(element, cells, selected.get()); });
-    RollUpGroups(*file, selected.get());
+    RollUpGroups(file->Elements(), selected.get());
     WriteResult(*file, options.output, terminal);
     PrintSummary(*file, options.output, terminal);
-    for (const auto& element : SurveysOf(*file)) {
+    for (const auto& element : SurveysOf(file->Elements())) {
         const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
         if (survey && !options.output.empty()) terminal.out << SurveyFailures(*survey, "  ");
     }
@@ -117,7 +121,7 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
 int ReportCommand(const ReportOptions& options, const CommonOptions& common, Terminal& terminal) {
     CheckOutput({options.input}, options.output);
     CheckReport(options);
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     const auto file = ElementFile::Load(options.input);
     WriteReport(*file, *OpenStandards(DataFolders(kStandards), terminal.err), options, LanguageOf(common));
     terminal.out << Translate(text::kReportWrittenAs, {options.output.string()}) << "\n";
@@ -125,7 +129,7 @@ int ReportCommand(const ReportOptions& options, const CommonOptions& common, Ter
 }
 
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal) {
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     const auto file = ElementFile::Load(options.input);
     const auto instruments = file->Instruments();
     terminal.out << ResultText(
@@ -135,14 +139,14 @@ int ShowCommand(const ShowOptions& options, const CommonOptions& common, Termina
 }
 
 int StandardsCommand(const CommonOptions& common, Terminal& terminal) {
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     terminal.out << StandardsText(*OpenStandards(DataFolders(kStandards), terminal.err));
     return kExitPassed;
 }
 
 int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions& common, Terminal& terminal) {
     CheckOutput({options.input}, options.output);
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     const auto file = ElementFile::Load(options.input);
     const auto library = OpenStandards(DataFolders(kStandards), terminal.err);
     AddStandard(*file, *library, options.standard, options.elements, terminal.err);
@@ -154,7 +158,7 @@ int StandardsAddCommand(const StandardsAddOptions& options, const CommonOptions&
 int StandardsSelectCommand(const StandardsSelectOptions& options, const CommonOptions& common,
                            Terminal& terminal) {
     CheckOutput({options.input}, options.output);
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     const auto file = ElementFile::Load(options.input);
     SelectStandards(*file, options.standards);
     WriteResult(*file, options.output, terminal);

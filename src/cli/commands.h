@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/report_file.h"
+#include "app/report_file.h"
 
 namespace vorex {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "cli/console.h"
+#include "app/console.h"
 #include "execution/test_common.h"
 #include "foundation/number_text.h"
 #include "results/result_common.h"

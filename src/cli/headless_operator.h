@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/operator.h"
 #include "cli/operator_script.h"
 #include "foundation/platform.h"
 #include "guide/test_guide_form.h"
@@ -23,7 +24,7 @@ namespace vorex {
 ///
 /// A step that cannot be taken is an error of the script, and the run is broken off; unless an instrument
 /// has failed, for then the guide is left as far as it came.
-class HeadlessOperator : public IHeadlessOperator {
+class HeadlessOperator : public IOperator {
   public:
     HeadlessOperator(std::vector<ElementSteps> script, const IInstruments& instruments);
 
@@ -43,9 +44,8 @@ class HeadlessOperator : public IHeadlessOperator {
     bool RunBroken() const { return mRunBroken; }
     /// No further element may begin.
     bool Ended() const { return mRunBroken || !mScriptError.empty() || mInstruments.Ended(); }
-    /// How far the script has come: guides opened, and steps taken at the last of them.
-    std::size_t Opened() const { return mElementNumber; }
-    std::size_t StepsTaken() const { return mNext; }
+    std::size_t Opened() const override { return mElementNumber; }
+    std::size_t StepsTaken() const override { return mNext; }
     /// Messages that the guide showed to the operator.
     const std::vector<std::string>& Messages() const { return mMessages; }
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <string_view>
 
+#include "app/verdict_text.h"
 #include "cli/survey_text.h"
-#include "cli/verdict_text.h"
 #include "config/config_common.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"

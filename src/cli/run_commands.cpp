@@ -6,14 +6,17 @@
 #include <utility>
 #include <vector>
 
-#include "cli/cell_keeper.h"
+#include "app/cell_keeper.h"
+#include "app/data_folders.h"
+#include "app/elements.h"
+#include "app/journal_keeper.h"
+#include "app/session.h"
+#include "app/standards.h"
 #include "cli/command_support.h"
 #include "cli/commands.h"
 #include "cli/headless_operator.h"
-#include "cli/journal_keeper.h"
 #include "cli/operator_script.h"
 #include "cli/result_text.h"
-#include "cli/standards.h"
 #include "files/element_file.h"
 #include "files/run_journal.h"
 #include "foundation/file_error.h"
@@ -109,12 +112,12 @@ struct RunSetup {
           platform(std::make_shared<HeadlessPlatform>(options.realTime ? HeadlessPlatform::Time::kReal
                                                                        : HeadlessPlatform::Time::kVirtual)),
           keeper(tape),
-          installation(common, HostOptions(journalled)) {
+          session(MakeHostOptions(common, journalled)) {
         platform->Operator(&person);
     }
 
-    ReferenceHostOptions HostOptions(bool journalled) {
-        ReferenceHostOptions host;
+    ReferenceHostOptions MakeHostOptions(const CommonOptions& common, bool journalled) {
+        ReferenceHostOptions host = HostOptions(common);
         host.platform = platform;
         host.createDetectorService = [this] { return instruments->CreateService(); };
         host.createDetectorLink = [this] { return instruments->CreateLink(); };
@@ -128,7 +131,7 @@ struct RunSetup {
     HeadlessOperator person;
     std::shared_ptr<HeadlessPlatform> platform;
     JournalKeeper keeper;
-    Installation installation;
+    Session session;
 };
 
 ExecutionHooks HooksOf(const RunSetup& setup, CellKeeper& cells, Terminal& terminal) {

@@ -8,7 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "cli/cell_keeper.h"
+#include "app/cell_keeper.h"
+#include "app/elements.h"
+#include "app/session.h"
 #include "cli/command_support.h"
 #include "cli/commands.h"
 #include "cli/survey_text.h"
@@ -27,7 +29,7 @@ namespace {
 
 /// The survey that a command is about.
 std::shared_ptr<CTestMQSA> ChosenSurvey(const ElementFile& file, const SurveyOptions& options) {
-    const auto surveys = SurveysOf(file);
+    const auto surveys = SurveysOf(file.Elements());
     std::string ids;
     for (const auto& survey : surveys) {
         if (survey->ID() == options.id || (options.id < 0 && surveys.size() == 1)) return survey;
@@ -91,7 +93,7 @@ int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Ter
         options.texts.empty() && options.answers.empty())
         throw std::runtime_error("nothing is to be done with " + options.input.string() +
                                  "; expected --set, --answer, --from, --list or --export");
-    const Installation installation(common);
+    const Session session(HostOptions(common));
     const SurveyExchange entered = EnteredBy(options);
     const auto file = ElementFile::Load(options.input);
     const auto element = ChosenSurvey(*file, options);
@@ -111,7 +113,7 @@ int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Ter
     if (changed) {
         survey->pUpdateMQSATestStatus();
         survey->UpdateStatus(*element, selected.get(), survey->Status() == kNotApplicable);
-        RollUpGroups(*file, selected.get());
+        RollUpGroups(file->Elements(), selected.get());
     }
     if (options.list) terminal.out << SurveyListing(*survey);
     if (!options.exported.empty()) WriteSurveyExchange(ExportOf(*survey), options.exported);

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/limit_fit.h"
+#include "app/limit_fit.h"
 #include "files/standard_file.h"
 #include "foundation/file_error.h"
 

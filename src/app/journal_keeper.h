@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/headless_operator.h"
+#include "app/operator.h"
 #include "files/run_journal.h"
 #include "foundation/host_services.h"
 #include "host/headless_platform.h"
@@ -22,8 +22,7 @@ class JournalKeeper {
 
     /// From now on what is stored goes to the journal; a journal without an object keeps nothing. Operator
     /// and platform must outlive the keeper. [before the run]
-    void Keep(std::unique_ptr<RunJournal> journal, const HeadlessOperator& person,
-              HeadlessPlatform& platform);
+    void Keep(std::unique_ptr<RunJournal> journal, const IOperator& person, HeadlessPlatform& platform);
     /// Begins with the records of a journal. [behind `Keep`]
     void Replay(const JournalContent& content);
 
@@ -46,7 +45,7 @@ class JournalKeeper {
 
     RunTape& mTape;
     std::unique_ptr<RunJournal> mJournal;
-    const HeadlessOperator* mPerson = nullptr;
+    const IOperator* mPerson = nullptr;
     HeadlessPlatform* mPlatform = nullptr;
     std::vector<JournalRecord> mRecords;  ///< to follow
     std::size_t mNext = 0;

@@ -1,4 +1,4 @@
-#include "cli/verdict_text.h"
+#include "app/verdict_text.h"
 
 #include <algorithm>
 #include <map>

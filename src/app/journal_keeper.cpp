@@ -1,4 +1,4 @@
-#include "cli/journal_keeper.h"
+#include "app/journal_keeper.h"
 
 #include <exception>
 #include <utility>
@@ -22,7 +22,7 @@ std::string NameOf(const JournalRecord& record) {
 
 }  // namespace
 
-void JournalKeeper::Keep(std::unique_ptr<RunJournal> journal, const HeadlessOperator& person,
+void JournalKeeper::Keep(std::unique_ptr<RunJournal> journal, const IOperator& person,
                          HeadlessPlatform& platform) {
     mJournal = std::move(journal);
     mPerson = &person;

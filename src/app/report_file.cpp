@@ -1,4 +1,4 @@
-#include "cli/report_file.h"
+#include "app/report_file.h"
 
 #include <algorithm>
 #include <array>
@@ -9,9 +9,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "cli/command_support.h"
-#include "cli/report_record.h"
-#include "cli/verdict_text.h"
+#include "app/data_folders.h"
+#include "app/elements.h"
+#include "app/report_record.h"
+#include "app/verdict_text.h"
 #include "files/atomic_file.h"
 #include "files/element_file.h"
 #include "files/standards_library.h"

@@ -1,8 +1,8 @@
-#include "cli/cell_keeper.h"
+#include "app/cell_keeper.h"
 
 #include <algorithm>
 
-#include "cli/command_support.h"
+#include "app/elements.h"
 #include "files/element_file.h"
 #include "foundation/vocabulary.h"
 #include "mqsa/result_mqsa.h"
@@ -64,7 +64,7 @@ void CellKeeper::Enter(const ITestElement& element) {
 }
 
 void CellKeeper::HandOut() {
-    for (const auto& element : SurveysOf(mFile)) {
+    for (const auto& element : SurveysOf(mFile.Elements())) {
         const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
         if (!survey) continue;
         Enter(*element);

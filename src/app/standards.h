@@ -20,9 +20,6 @@ namespace vorex {
 std::shared_ptr<StandardsLibrary> OpenStandards(std::vector<std::filesystem::path> folders,
                                                 std::ostream& err);
 
-/// The standards with their limits and where these come from, at most 100 columns wide.
-std::string StandardsText(const StandardsLibrary& library);
-
 /// Puts a standard, NAME or NAME:VERSION, into the elements that it has limits for, in place of what they
 /// have of it; with IDs, into these elements and those below them only. Limits without a place are named on
 /// `err`. Raises std::runtime_error when there is no such standard or it fits no element.

@@ -1,4 +1,4 @@
-#include "cli/console.h"
+#include "app/console.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "cli/report_record.h"
+#include "app/report_record.h"
 
 #include <algorithm>
 #include <set>
@@ -6,8 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/command_support.h"
-#include "cli/verdict_text.h"
+#include "app/elements.h"
+#include "app/verdict_text.h"
+#include "files/element_file.h"
 #include "foundation/number_text.h"
 #include "foundation/survey_keys.h"
 #include "foundation/utilities.h"
@@ -120,7 +121,7 @@ std::vector<ReportFact> Particulars(const ElementFile& file, const IReportDocume
         });
         if (!known && !text.empty()) facts.push_back({name, std::move(text)});
     };
-    for (const auto& element : SurveysOf(file)) {
+    for (const auto& element : SurveysOf(file.Elements())) {
         const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
         if (!survey) continue;
         const SurveyRecord& record = survey->Record();

@@ -1,4 +1,4 @@
-#include "cli/limit_fit.h"
+#include "app/limit_fit.h"
 
 #include <algorithm>
 #include <map>

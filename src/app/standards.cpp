@@ -1,14 +1,13 @@
-#include "cli/standards.h"
+#include "app/standards.h"
 
 #include <algorithm>
-#include <cmath>
 #include <map>
 #include <ostream>
 #include <set>
 #include <stdexcept>
 #include <utility>
 
-#include "cli/limit_fit.h"
+#include "app/limit_fit.h"
 #include "config/config_common.h"
 #include "foundation/number_text.h"
 #include "foundation/registration.h"
@@ -124,64 +123,6 @@ class Addition {
     bool mAdded = false;
 };
 
-// ---------------------------------------------------------------------------------------------- list
-
-constexpr std::size_t kWidth = 100;
-
-/// Words in lines of at most the width, each indented.
-std::string Wrapped(std::string_view words, std::size_t indent) {
-    std::string text;
-    std::string line;
-    while (!words.empty()) {
-        const std::size_t end = std::min(words.find(' '), words.size());
-        const std::string word(words.substr(0, end));
-        words.remove_prefix(std::min(end + 1, words.size()));
-        if (!line.empty() && indent + CodePoints(line) + 1 + CodePoints(word) > kWidth) {
-            text += std::string(indent, ' ') + line + "\n";
-            line.clear();
-        }
-        line += (line.empty() ? "" : " ") + word;
-    }
-    return text + std::string(indent, ' ') + line + "\n";
-}
-
-/// A number of a limit in words, after its form; X is what is set.
-std::string NumberWords(const StandardSide& side, double value, const std::string& unit) {
-    std::string words = PlainText(std::abs(value)) + (unit.empty() ? "" : " " + unit);
-    const std::string sign = value < 0 ? "-" : "+";
-    const auto form = FindLimitExpression(side.expression).value_or(LimitExpression::kValue);
-    if (form == LimitExpression::kOffset || form == LimitExpression::kPercent)
-        return "X " + sign + " " + words;
-    if (value < 0) words = "-" + words;
-    return form == LimitExpression::kVariation ? Translate(text::kShowAsExpression, {words, "CV"}) : words;
-}
-
-std::string SideWords(const StandardSide& side, const std::string& unit, std::string_view relation) {
-    std::string words = Translate(relation) + " ";
-    if (side.value) return words + NumberWords(side, *side.value, unit);
-    for (const VoltagePoint& point : side.byVoltage)
-        words +=
-            (&point == &side.byVoltage.front() ? "" : ", ") +
-            Translate(text::kStandardAtVoltage, {NumberWords(side, point.value, unit), PlainText(point.kv)});
-    return words;
-}
-
-std::string LimitWords(const StandardLimit& limit) {
-    std::string words = limit.low.IsSet() ? SideWords(limit.low, limit.unit, text::kShowAtLeast) : "";
-    if (limit.high.IsSet())
-        words += (words.empty() ? "" : ", ") + SideWords(limit.high, limit.unit, text::kShowAtMost);
-    return limit.readings.empty() ? words : Translate(text::kStandardReadings, {words, limit.readings});
-}
-
-std::string LimitText(const StandardLimit& limit) {
-    constexpr std::size_t kLimitIndent = 4;
-    constexpr std::size_t kSourceIndent = 8;
-    std::string text = Wrapped(limit.key + ": " + LimitWords(limit), kLimitIndent) +
-                       Wrapped(limit.authority + ", " + limit.clause, kSourceIndent);
-    if (!limit.note.empty()) text += Wrapped(limit.note, kSourceIndent);
-    return text;
-}
-
 }  // namespace
 
 std::shared_ptr<StandardsLibrary> OpenStandards(std::vector<fs::path> folders, std::ostream& err) {
@@ -190,21 +131,6 @@ std::shared_ptr<StandardsLibrary> OpenStandards(std::vector<fs::path> folders, s
         folders, LimitFault, [&err](const std::string& fault) { err << "vorex: " << fault << "\n"; });
     GGlobals().SetPlugInPointer(library);
     return library;
-}
-
-std::string StandardsText(const StandardsLibrary& library) {
-    std::string text;
-    for (const StandardFile& file : library.Standards()) {
-        text += (text.empty() ? "" : "\n") + file.name + ":" + file.version + "\n";
-        if (!file.about.empty()) text += Wrapped(file.about, 2);
-        for (int32_t test : kMeasuringTests) {
-            if (!file.HasTest(test)) continue;
-            text += "  " + PlainText(test) + " " + Translate(TitleKey(test)) + "\n";
-            for (const StandardLimit& limit : file.limits)
-                if (limit.IsFor(test)) text += LimitText(limit);
-        }
-    }
-    return text.empty() ? Translate(text::kNoStandards) + "\n" : text;
 }
 
 void AddStandard(ElementFile& file, StandardsLibrary& library, const std::string& wanted,

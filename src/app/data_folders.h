@@ -1,0 +1,15 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+namespace vorex {
+
+inline constexpr std::string_view kStandards = "standards";
+inline constexpr std::string_view kLanguages = "languages";
+
+/// Folders that hold the data of a kind, as installed with the running program.
+std::vector<std::filesystem::path> DataFolders(std::string_view kind);
+
+}  // namespace vorex
