@@ -111,7 +111,7 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     void vti_AddWakeUpButton(bool wakeUp);
     void vti_EnableStopButton(bool enable);
     ReadingContext Reading() const;
-    void StoreRow(const std::string& row, int32_t source);
+    void StoreRow(const DerivedRow& row, int32_t source);
     void FetchWaveforms(uint8_t type);
     void TransferWaveform(uint8_t type);
 

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 #include <optional>
 #include <span>
+#include <stdexcept>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
@@ -31,30 +32,28 @@ constexpr uint8_t kFluoroPhantom = 4;
 constexpr uint8_t kFluoroMode = 5;
 }  // namespace table_column
 
-/// Joins fields by ",".
+/// Collects the fields of a row.
 class RowBuilder {
   public:
-    RowBuilder& Add(std::string_view field) {
-        if (mStarted) mText.push_back(',');
-        mStarted = true;
-        mText += field;
+    RowBuilder() { mRow.fields.reserve(kMostFields); }
+
+    RowBuilder& Add(std::string_view columnKey, std::string text) {
+        mRow.fields.push_back({columnKey, std::move(text)});
         return *this;
     }
-    /// A field of an instrument or of the table: a decimal comma in it would split the row.
-    RowBuilder& AddReading(std::string_view field) {
-        Add(field);
-        std::replace(mText.end() - static_cast<std::ptrdiff_t>(field.size()), mText.end(), ',', '.');
+    /// A number of an instrument or of the table: its decimal sign is a point.
+    RowBuilder& AddReading(std::string_view columnKey, std::string_view reading) {
+        std::string& text = mRow.fields.emplace_back(RowField{columnKey, std::string(reading)}).text;
+        std::replace(text.begin(), text.end(), ',', '.');
         return *this;
     }
-    RowBuilder& AddAll(std::initializer_list<std::string_view> fields) {
-        for (std::string_view field : fields) AddReading(field);
-        return *this;
-    }
-    std::string Take() { return std::move(mText); }
+    const std::vector<RowField>& Fields() const { return mRow.fields; }
+    SurveyOutcomes& Outcomes() { return mRow.outcomes; }
+    DerivedRow Take() { return std::move(mRow); }
 
   private:
-    std::string mText;
-    bool mStarted = false;
+    static constexpr std::size_t kMostFields = 24;
+    DerivedRow mRow;
 };
 
 /// A named quantity keeps what a person would read of it: 15 significant digits.
@@ -76,14 +75,45 @@ double TableNumber(const ReadingContext& context, uint8_t column) {
     return ReadNumber(TableCell(context, column));
 }
 
-std::string ImportFlag(const ReadingContext& context) {
-    return context.config.pNoOfExposures > 0 ? TableCell(context, table_column::kImport) : std::string();
+/// The fields that every row begins with.
+RowBuilder BeginRow(const ReadingContext& context) {
+    const bool planned = context.config.pNoOfExposures > 0;
+    RowBuilder row;
+    row.AddReading(key::kImportWaveform, planned ? TableCell(context, table_column::kImport) : std::string());
+    return row;
+}
+
+void AddAdjacentFlag(RowBuilder& row, const ReadingContext& context) {
+    if (context.config.pTestID == kRadioLinearity)
+        row.AddReading(key::kAdjacent, TableCell(context, table_column::kLinearityAdjacent));
 }
 
 /// A column and its new reading.
 struct ColumnReading {
     std::string_view key;
     std::string_view reading;
+};
+
+/// A column that test 100 has statistics of, and the columns of these.
+struct StatisticColumns {
+    std::string_view key;
+    std::string_view mean;
+    std::string_view variation;
+};
+
+constexpr StatisticColumns kStatistics[] = {
+    {key::kKvpAvg, key::kAvgKvpAvg, key::kErKvpAvg},
+    {key::kKvpMax, key::kAvgKvpMax, key::kErKvpMax},
+    {key::kKvPpv, key::kAvgKvPpv, key::kErKvPpv},
+    {key::kExposure, key::kAvgExposure, key::kErExposure},
+    {key::kExposureRate, key::kAvgExposureRate, key::kErExposureRate},
+    {key::kExposureTime, key::kAvgExposureTime, key::kErExposureTime},
+    {key::kExposureInPulses, key::kAvgExposureInPulses, key::kErExposureInPulses},
+    {key::kHvl, key::kAvgHvl, key::kErHvl},
+    {key::kMa, key::kAvgMa, key::kCvMa},
+    {key::kMas, key::kAvgMas, key::kCvMas},
+    {key::kMasPulse, key::kAvgMasPulse, key::kCvMasPulse},
+    {key::kDoseMas, key::kAvgDoseMas, key::kCvDoseMas},
 };
 
 using History = std::optional<std::vector<double>>;
@@ -147,29 +177,51 @@ MeanAndCv MeanAndVariation(const History& values) {
     return {Shown(mean), Shown(SampleStdDev(*values) / mean)};
 }
 
-/// Adds the means of the columns, then their coefficients of variation.
-void AddStatistics(RowBuilder& row, const ReadingContext& context,
-                   std::initializer_list<ColumnReading> columns) {
-    std::vector<MeanAndCv> statistics;
-    for (const History& history : ColumnHistories(context, columns))
-        statistics.push_back(MeanAndVariation(history));
-    for (const MeanAndCv& statistic : statistics) row.Add(statistic.mean);
-    for (const MeanAndCv& statistic : statistics) row.Add(statistic.cv);
+/// Adds the means of the columns that have statistics, then their coefficients of variation.
+void AddStatistics(RowBuilder& row, const ReadingContext& context) {
+    std::vector<const StatisticColumns*> statistics;
+    std::vector<ColumnReading> readings;
+    for (const RowField& field : row.Fields()) {
+        const auto* columns =
+            std::find_if(std::begin(kStatistics), std::end(kStatistics),
+                         [&](const StatisticColumns& known) { return known.key == field.key; });
+        if (columns == std::end(kStatistics)) continue;
+        statistics.push_back(columns);
+        readings.push_back({field.key, field.text});
+    }
+    std::vector<MeanAndCv> values;
+    for (const History& history : ColumnHistories(context, readings))
+        values.push_back(MeanAndVariation(history));
+    for (std::size_t i = 0; i < values.size(); ++i) row.Add(statistics[i]->mean, std::move(values[i].mean));
+    for (std::size_t i = 0; i < values.size(); ++i)
+        row.Add(statistics[i]->variation, std::move(values[i].cv));
 }
 
 bool CountsPulses(const CConfigCommon& config) {
     return config.pMeasurementTimeUnit != kMilliseconds && config.pMeasurementMode != kFluoro;
 }
 
-/// Import flag and the readings that most tests begin with.
+/// The key of the column that holds the length of an exposure.
+std::string_view TimeColumn(const CConfigCommon& config) {
+    return CountsPulses(config) ? key::kExposureInPulses : key::kExposureTime;
+}
+
+void AddVoltages(RowBuilder& row, const ZrdReading& r) {
+    row.AddReading(key::kKvpAvg, r.kvpAvg)
+        .AddReading(key::kKvpMax, r.kvpMax)
+        .AddReading(key::kKvPpv, r.kvPpv)
+        .AddReading(key::kExposure, r.exposure);
+}
+
+/// The flags and the readings that most tests begin with.
 RowBuilder BaseRow(const ReadingContext& context, const ZrdReading& r) {
-    RowBuilder row;
-    row.Add(ImportFlag(context));
-    if (context.config.pTestID == kRadioLinearity)
-        row.AddReading(TableCell(context, table_column::kLinearityAdjacent));
-    row.AddAll({r.kvpAvg, r.kvpMax, r.kvPpv, r.exposure, r.exposureRate,
-                CountsPulses(context.config) ? r.exposurePulses : r.exposureTime, r.hvl});
-    return row;
+    RowBuilder row = BeginRow(context);
+    AddAdjacentFlag(row, context);
+    AddVoltages(row, r);
+    const bool pulses = CountsPulses(context.config);
+    return std::move(row.AddReading(key::kExposureRate, r.exposureRate)
+                         .AddReading(TimeColumn(context.config), pulses ? r.exposurePulses : r.exposureTime)
+                         .AddReading(key::kHvl, r.hvl));
 }
 
 /// (measured - set) / set * 100; empty when the reading is a mark or the set value is not above 0.
@@ -178,34 +230,26 @@ std::optional<double> PercentError(std::string_view measured, double set) {
     return (ReadNumber(measured) - set) / set * 100;
 }
 
-std::string Reproducibility(const ReadingContext& context, const ZrdReading& r) {
-    const bool pulses = CountsPulses(context.config);
+DerivedRow Reproducibility(const ReadingContext& context, const ZrdReading& r) {
     RowBuilder row = BaseRow(context, r);
-    AddStatistics(
-        row, context,
-        {{key::kKvpAvg, r.kvpAvg},
-         {key::kKvpMax, r.kvpMax},
-         {key::kKvPpv, r.kvPpv},
-         {key::kExposure, r.exposure},
-         {key::kExposureRate, r.exposureRate},
-         {pulses ? key::kExposureInPulses : key::kExposureTime, pulses ? r.exposurePulses : r.exposureTime},
-         {key::kHvl, r.hvl}});
+    AddStatistics(row, context);
     return row.Take();
 }
 
-std::string RadiographyAccuracy(const ReadingContext& context, const ZrdReading& r) {
+DerivedRow RadiographyAccuracy(const ReadingContext& context, const ZrdReading& r) {
     RowBuilder row = BaseRow(context, r);
     const double set = TableNumber(context, table_column::kAccuracyKv);
     const std::optional<double> percent = PercentError(r.kvpAvg, set);
-    row.Add(Shown(percent));
+    row.Add(key::kPercentKvpError, Shown(percent));
+    std::string absolute;
     if (IsValidReading(r.kvpAvg)) {
         const double difference = ReadNumber(r.kvpAvg) - set;
-        row.Add(percent ? Shown(difference) : PlainText(difference));
-    } else {
-        row.Add({});
+        absolute = percent ? Shown(difference) : PlainText(difference);
     }
+    row.Add(key::kAbsoluteKvpError, std::move(absolute));
     if (context.config.pGeneratorSetup == kSetupMaTime)
-        row.Add(Shown(PercentError(r.exposureTime, TableNumber(context, table_column::kAccuracyTime))));
+        row.Add(key::kPercentTimerError,
+                Shown(PercentError(r.exposureTime, TableNumber(context, table_column::kAccuracyTime))));
     return row.Take();
 }
 
@@ -221,10 +265,10 @@ std::string ExposurePerMas(const ReadingContext& context, const ZrdReading& r) {
     return Shown(exposure / (set * time * kSecondsPerMs));
 }
 
-std::string RadiographyLinearity(const ReadingContext& context, const ZrdReading& r) {
+DerivedRow RadiographyLinearity(const ReadingContext& context, const ZrdReading& r) {
     RowBuilder row = BaseRow(context, r);
     const std::string perMas = ExposurePerMas(context, r);
-    row.Add(perMas);
+    row.Add(key::kExposurePerMas, perMas);
     std::string linearity;
     if (context.exposureIndex > 0 && !perMas.empty()) {
         const uint8_t column = ColumnNumber(context.result.Current(), key::kExposurePerMas);
@@ -234,30 +278,32 @@ std::string RadiographyLinearity(const ReadingContext& context, const ZrdReading
         // |X1 - X2| <= L (X1 + X2): the coefficient of linearity of 21 CFR 1020.31(c).
         if (present + previous > 0) linearity = Shown(std::abs(present - previous) / (present + previous));
     }
-    return row.Add(linearity).Take();
+    return row.Add(key::kErNonAdjacent, std::move(linearity)).Take();
 }
 
-/// Tests 500 and 700: readings with the pulse columns where the mode has them.
-RowBuilder FluoroscopyRow(const ReadingContext& context, const ZrdReading& r) {
-    RowBuilder row;
-    row.Add(ImportFlag(context));
-    row.AddAll({r.kvpAvg, r.kvpMax, r.kvPpv, r.exposure, r.exposureRate, r.exposureTime});
-    if (context.config.pMeasurementMode == kFluoro && context.config.pMeasurementFluoroType == kPulsed)
-        row.AddAll({r.pulseRate, r.pulseWidth});
-    row.AddReading(r.hvl);
-    return row;
+/// Tests 500 and 700: readings with the pulse columns where the mode has them. The time is shown whatever
+/// it is measured in.
+RowBuilder FluoroscopyRow(const ReadingContext& context, const ZrdReading& r, std::string_view rateColumn) {
+    const CConfigCommon& config = context.config;
+    RowBuilder row = BeginRow(context);
+    AddVoltages(row, r);
+    row.AddReading(rateColumn, r.exposureRate).AddReading(TimeColumn(config), r.exposureTime);
+    if (config.pMeasurementMode == kFluoro && config.pMeasurementFluoroType == kPulsed)
+        row.AddReading(key::kPulseRate, r.pulseRate).AddReading(key::kPulseWidth, r.pulseWidth);
+    return std::move(row.AddReading(key::kHvl, r.hvl));
 }
 
-std::string FluoroscopyAccuracy(const ReadingContext& context, const ZrdReading& r) {
-    return FluoroscopyRow(context, r)
-        .Add(Shown(PercentError(r.kvpAvg, TableNumber(context, table_column::kFluoroKv))))
+DerivedRow FluoroscopyAccuracy(const ReadingContext& context, const ZrdReading& r) {
+    const double set = TableNumber(context, table_column::kFluoroKv);
+    return FluoroscopyRow(context, r, key::kExposureRate)
+        .Add(key::kFluoroKvpError, Shown(PercentError(r.kvpAvg, set)))
         .Take();
 }
 
-std::string FluoroscopyExposure(const ReadingContext& context, const ZrdReading& r) {
-    return FluoroscopyRow(context, r)
-        .AddReading(TableCell(context, table_column::kFluoroPhantom))
-        .AddReading(TableCell(context, table_column::kFluoroMode))
+DerivedRow FluoroscopyExposure(const ReadingContext& context, const ZrdReading& r) {
+    return FluoroscopyRow(context, r, key::kMaxExposureRate)
+        .AddReading(key::kPhantomThickness, TableCell(context, table_column::kFluoroPhantom))
+        .Add(key::kMode, TableCell(context, table_column::kFluoroMode))
         .Take();
 }
 
@@ -275,27 +321,34 @@ std::vector<double> VoltagesSoFar(const ReadingContext& context, std::string_vie
     return values;
 }
 
-std::string MammographyAccuracy(const ReadingContext& context, const ZrdReading& r) {
+DerivedRow MammographyAccuracy(const ReadingContext& context, const ZrdReading& r) {
     constexpr std::size_t kHalf = 4;
     constexpr double kAllowedPart = 0.05;
     RowBuilder row = BaseRow(context, r);
     const double nominal = NumberOf(context.config.pMachineKV);
-    const std::string allowed = Shown(nominal * kAllowedPart);
-    if (!IsValidReading(r.kvpAvg)) {
-        for (int empty = 0; empty < 5; ++empty) row.Add({});
-        return row.Add(allowed).Add({}).Add({}).Take();
+    std::string halfMean, halfDeviation, shownMean, shownDeviation, difference, percent, cv;
+    if (IsValidReading(r.kvpAvg)) {
+        const std::vector<double> all = VoltagesSoFar(context, r.kvpAvg);
+        const auto halfCount = static_cast<std::ptrdiff_t>(std::min(kHalf, all.size()));
+        const std::vector<double> half(all.begin(), all.begin() + halfCount);
+        const double mean = Named(SumOf(all) / static_cast<double>(all.size()));
+        const double deviation = Named(SampleStdDev(all));
+        halfMean = Shown(SumOf(half) / static_cast<double>(half.size()));
+        halfDeviation = Shown(SampleStdDev(half));
+        shownMean = Shown(mean);
+        shownDeviation = Shown(deviation);
+        difference = Shown(mean - nominal);
+        if (nominal > 0) percent = Shown((mean - nominal) / nominal * 100);
+        if (mean > 0) cv = Shown(deviation / mean);
     }
-    const std::vector<double> all = VoltagesSoFar(context, r.kvpAvg);
-    const std::vector<double> half(all.begin(),
-                                   all.begin() + static_cast<std::ptrdiff_t>(std::min(kHalf, all.size())));
-    const double mean = Named(SumOf(all) / static_cast<double>(all.size()));
-    const double deviation = Named(SampleStdDev(all));
-    row.Add(Shown(SumOf(half) / static_cast<double>(half.size())));
-    row.Add(Shown(SampleStdDev(half)));
-    row.Add(Shown(mean)).Add(Shown(deviation)).Add(Shown(mean - nominal)).Add(allowed);
-    row.Add(nominal > 0 ? Shown((mean - nominal) / nominal * 100) : std::string());
-    row.Add(mean > 0 ? Shown(deviation / mean) : std::string());
-    return row.Take();
+    row.Add(key::kHalfMeanKvp, std::move(halfMean));
+    row.Add(key::kHalfStandardDeviation, std::move(halfDeviation));
+    row.Add(key::kMeanKvp, std::move(shownMean));
+    row.Add(key::kStandardDeviation, std::move(shownDeviation));
+    row.Add(key::kMeanMinusNominal, std::move(difference));
+    row.Add(key::kFivePercentNominal, Shown(nominal * kAllowedPart));
+    row.Add(key::kPercentError, std::move(percent));
+    return row.Add(key::kCv, std::move(cv)).Take();
 }
 
 /// The six derived values of test 1100, formatted; empty where a value cannot be had.
@@ -342,28 +395,43 @@ GlandularDose ComputeGlandularDose(const ReadingContext& context, std::string_vi
         result.factor = Shown(factor);
         if (factor && skin && *factor > 0) result.dose = Shown(Named(*factor) * Named(*skin));
     }
-    constexpr double kHighestVariation = 0.005;
-    constexpr double kHighestDose = 300;  // mrad
-    State().cells.Dose78 = ReadNumber(result.cv) <= kHighestVariation ? kPassed : kFailed;
-    State().cells.Dose80 = ReadNumber(result.dose) <= kHighestDose ? kPassed : kFailed;
     return result;
 }
 
-std::string MammographyAec(const ReadingContext& context, const ZrdReading& r) {
+void AddMeanAndVariation(RowBuilder& row, const GlandularDose& dose) {
+    row.Add(key::kEnergyCorrectedMean, dose.energyCorrectedMean)
+        .Add(key::kStandardDeviations, dose.standardDeviation)
+        .Add(key::kCvExposure, dose.cv);
+}
+
+/// Adds the rest of the chain, and what it leaves for the survey: a value that cannot be had reads as 0.
+void AddDose(RowBuilder& row, const GlandularDose& dose) {
+    row.Add(key::kSkinExposure, dose.skinExposure)
+        .Add(key::kDoseConversionFactor, dose.factor)
+        .Add(key::kGlandularDose, dose.dose);
+    constexpr double kHighestVariation = 0.005;
+    constexpr double kHighestDose = 300;  // mrad
+    row.Outcomes().Dose78 = ReadNumber(dose.cv) <= kHighestVariation ? kPassed : kFailed;
+    row.Outcomes().Dose80 = ReadNumber(dose.dose) <= kHighestDose ? kPassed : kFailed;
+}
+
+DerivedRow MammographyAec(const ReadingContext& context, const ZrdReading& r) {
     const CConfigCommon& config = context.config;
     const double milli = config.pMeasurementMode == kFluoro ? 1 : 0.001;
     const double unitFactor = config.pMeasurementExposure == kUnitGy ? milli * 0.001 : milli;
     const GlandularDose dose = ComputeGlandularDose(context, r.exposure, unitFactor);
     RowBuilder row = BaseRow(context, r);
-    row.Add(dose.energyCorrectedMean).Add(dose.standardDeviation).Add(dose.cv).Add(config.GetmASCV());
-    return row.Add(dose.skinExposure).Add(dose.factor).Add(dose.dose).Take();
+    AddMeanAndVariation(row, dose);
+    row.Add(key::kCvMasSettings, config.GetmASCV());
+    AddDose(row, dose);
+    return row.Take();
 }
 
-std::string MammographyOutput(const ReadingContext& context, const ZrdReading& r) {
+DerivedRow MammographyOutput(const ReadingContext& context, const ZrdReading& r) {
     RowBuilder row = BaseRow(context, r);
     const double time = ReadNumber(r.exposureTime);
     if (!IsValidReading(r.exposure) || !IsValidReading(r.exposureTime) || !(time > 0))
-        return row.Add({}).Add({}).Take();
+        return row.Add(key::kOutputRate, {}).Add(key::kAirKermaRate, {}).Take();
     const double exposure = ReadNumber(r.exposure);
     const bool gray = context.config.pMeasurementExposure == kUnitGy;
     // mR per s: readings are R in s and mGy in s for fluoroscopy, mR in ms and uGy in ms otherwise.
@@ -374,14 +442,16 @@ std::string MammographyOutput(const ReadingContext& context, const ZrdReading& r
     constexpr double kAcrOutput = 800;   // mR/s
     constexpr double kMqsaOutput = 513;  // mR/s
     const std::string shown = Shown(rate);
-    State().cells.Dose82 = ReadNumber(shown) >= kAcrOutput ? kPassed : kFailed;
-    State().cells.Dose75 = ReadNumber(shown) >= kMqsaOutput ? kPassed : kFailed;
-    return row.Add(shown).Add(Shown(Named(rate) * kMilligrayPerMilliroentgen)).Take();
+    row.Outcomes().Dose82 = ReadNumber(shown) >= kAcrOutput ? kPassed : kFailed;
+    row.Outcomes().Dose75 = ReadNumber(shown) >= kMqsaOutput ? kPassed : kFailed;
+    return row.Add(key::kOutputRate, shown)
+        .Add(key::kAirKermaRate, Shown(Named(rate) * kMilligrayPerMilliroentgen))
+        .Take();
 }
 
 struct DetectorRow {
     int32_t testId;
-    std::string (*build)(const ReadingContext&, const ZrdReading&);
+    DerivedRow (*build)(const ReadingContext&, const ZrdReading&);
 };
 
 constexpr DetectorRow kDetectorRows[] = {
@@ -395,47 +465,63 @@ constexpr DetectorRow kDetectorRows[] = {
     {kMammoRadiation, MammographyOutput},
 };
 
+constexpr bool EveryTestHasARow() {
+    for (int32_t test : kMeasuringTests) {
+        const bool found = std::any_of(std::begin(kDetectorRows), std::end(kDetectorRows),
+                                       [&](const DetectorRow& row) { return row.testId == test; });
+        if (!found) return false;
+    }
+    return true;
+}
+static_assert(EveryTestHasARow(), "a measuring test derives nothing from its readings");
+
 }  // namespace
 
-std::string BuildDetectorResult(const ReadingContext& context, const ZrdReading& reading) {
-    for (const DetectorRow& row : kDetectorRows)
-        if (row.testId == context.config.pTestID) return row.build(context, reading);
-    return {};
+std::string JoinedFields(const DerivedRow& row) {
+    std::string joined;
+    for (const RowField& field : row.fields) {
+        if (&field != &row.fields.front()) joined.push_back(',');
+        joined += WithPoint(field.text);
+    }
+    return joined;
 }
 
-std::string BuildDosimeterResult(const ReadingContext& context, const PelomarkReading& r) {
+DerivedRow BuildDetectorResult(const ReadingContext& context, const ZrdReading& reading) {
+    for (const DetectorRow& row : kDetectorRows)
+        if (row.testId == context.config.pTestID) return row.build(context, reading);
+    throw std::logic_error("test " + PlainText(context.config.pTestID) + " takes no exposures");
+}
+
+DerivedRow BuildDosimeterResult(const ReadingContext& context, const PelomarkReading& r) {
     const CConfigCommon& config = context.config;
     const bool doseMode = config.PKMode == 0;
-    RowBuilder row;
-    row.Add(ImportFlag(context));
-    if (config.pTestID == kRadioLinearity)
-        row.AddReading(TableCell(context, table_column::kLinearityAdjacent));
-    if (doseMode) row.AddReading(r.dose);
-    row.AddAll({r.doseRate, r.temperature, r.pressure, r.adcf, r.biasVoltage, r.leakCurrent});
+    RowBuilder row = BeginRow(context);
+    AddAdjacentFlag(row, context);
+    if (doseMode) row.AddReading(key::kExposure, r.dose);
+    row.AddReading(key::kExposureRate, r.doseRate)
+        .AddReading(key::kTemperature, r.temperature)
+        .AddReading(key::kPressure, r.pressure)
+        .AddReading(key::kAdcf, r.adcf)
+        .AddReading(key::kBiasVoltage, r.biasVoltage)
+        .AddReading(key::kLeakCurrent, r.leakCurrent);
     if (config.pTestID == kRadioRepro) {
-        if (doseMode)
-            AddStatistics(row, context, {{key::kExposure, r.dose}, {key::kExposureRate, r.doseRate}});
-        else
-            AddStatistics(row, context, {{key::kExposureRate, r.doseRate}});
+        AddStatistics(row, context);
     } else if (config.pTestID == kMammoAec && doseMode) {
-        const GlandularDose dose =
-            ComputeGlandularDose(context, r.dose, config.PKDoseUnit != 0 ? 0.000001 : 0.001);
-        row.Add(dose.energyCorrectedMean).Add(dose.standardDeviation).Add(dose.cv);
-        row.Add(dose.skinExposure).Add(dose.factor).Add(dose.dose.empty() ? "0" : dose.dose);
+        GlandularDose dose = ComputeGlandularDose(context, r.dose, config.PKDoseUnit != 0 ? 0.000001 : 0.001);
+        if (dose.dose.empty()) dose.dose = "0";
+        AddMeanAndVariation(row, dose);
+        AddDose(row, dose);
     }
     return row.Take();
 }
 
-std::string BuildMasResult(const ReadingContext& context, const MasReading& r) {
-    RowBuilder row;
-    row.Add(ImportFlag(context));
-    row.AddAll({r.ma, r.mas, r.masPerPulse, r.dosePerMas});
-    if (context.config.pTestID == kRadioRepro)
-        AddStatistics(row, context,
-                      {{key::kMa, r.ma},
-                       {key::kMas, r.mas},
-                       {key::kMasPulse, r.masPerPulse},
-                       {key::kDoseMas, r.dosePerMas}});
+DerivedRow BuildMasResult(const ReadingContext& context, const MasReading& r) {
+    RowBuilder row = BeginRow(context);
+    row.AddReading(key::kMa, r.ma)
+        .AddReading(key::kMas, r.mas)
+        .AddReading(key::kMasPulse, r.masPerPulse)
+        .AddReading(key::kDoseMas, r.dosePerMas);
+    if (context.config.pTestID == kRadioRepro) AddStatistics(row, context);
     return row.Take();
 }
 

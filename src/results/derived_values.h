@@ -1,14 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "config/config_common.h"
 #include "foundation/detector_service.h"
+#include "results/derived_row.h"
 #include "results/result_common.h"
 
-/// Turns a reading of an instrument into the row that the result stores: the readings, then the derived
-/// values of the test, joined by ",". A value that cannot be computed is an empty field, never an error.
+/// Turns a reading of an instrument into the row that the result stores: a text for each column that the
+/// instrument fills, readings first, then the derived values of the test. A value that cannot be computed
+/// is an empty text, never an error.
 ///
 /// Readings are texts. Each named quantity passes through its plain text; inside one formula doubles are
 /// used, and rounding happens only where a picture ("0.0#") is applied.
@@ -22,11 +23,11 @@ struct ReadingContext {
     bool redo = false;          ///< the exposure replaces a stored one
 };
 
-/// Row of a ZRD 47500 exposure. Sets the status cells of tests 1100 and 1200.
-std::string BuildDetectorResult(const ReadingContext& context, const ZrdReading& reading);
-/// Row of a Pelomark reading. Sets the status cells of test 1100 in dose mode.
-std::string BuildDosimeterResult(const ReadingContext& context, const PelomarkReading& reading);
+/// Row of a ZRD 47500 exposure. Raises std::logic_error for a test that takes no exposures.
+DerivedRow BuildDetectorResult(const ReadingContext& context, const ZrdReading& reading);
+/// Row of a Pelomark reading.
+DerivedRow BuildDosimeterResult(const ReadingContext& context, const PelomarkReading& reading);
 /// Row of an mAs meter reading.
-std::string BuildMasResult(const ReadingContext& context, const MasReading& reading);
+DerivedRow BuildMasResult(const ReadingContext& context, const MasReading& reading);
 
 }  // namespace vorex

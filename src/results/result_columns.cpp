@@ -337,10 +337,18 @@ MeasurementRow BuildColumns(const CConfigCommon& configuration) {
     return row;
 }
 
+std::string_view ColumnKeyOf(std::string_view measurementKey) {
+    if (IsMaxExposureRate(measurementKey)) return key::kMaxExposureRate;
+    return measurementKey == key::kErAdjacent ? key::kErNonAdjacent : measurementKey;
+}
+
+bool IsFilledBy(int32_t source, std::string_view measurementKey) {
+    if (source == kSourceMas) return IsMasFamily(measurementKey) || measurementKey == key::kImportWaveform;
+    return !IsMasFamily(measurementKey);
+}
+
 std::string_view PictureOfColumn(int32_t testId, std::string_view measurementKey) {
-    // The exposure number and the adjacent marking become part of a key while a test runs.
-    if (IsMaxExposureRate(measurementKey)) measurementKey = key::kMaxExposureRate;
-    if (measurementKey == key::kErAdjacent) measurementKey = key::kErNonAdjacent;
+    measurementKey = ColumnKeyOf(measurementKey);
     const ColumnRow* row = FindColumn(kTestColumns, testId, measurementKey);
     if (row == nullptr) row = FindColumn(kMasStatistics, testId, measurementKey);
     if (row == nullptr) row = FindColumn(kMasReadings, testId, measurementKey);

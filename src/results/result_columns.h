@@ -13,6 +13,13 @@ namespace vorex {
 /// measurements of a working row without values.
 MeasurementRow BuildColumns(const CConfigCommon& configuration);
 
+/// The key of the column that a measurement belongs to. Two columns change their key while a test runs: the
+/// maximum exposure rate takes the number of its exposure, the coefficient of linearity the kind of its pair.
+std::string_view ColumnKeyOf(std::string_view measurementKey);
+
+/// True for the columns that a source fills: 1 ZRD 47500, 2 Pelomark, 3 mAs meter.
+bool IsFilledBy(int32_t source, std::string_view measurementKey);
+
 /// Number picture of a column, by its key; empty for a column without one.
 std::string_view PictureOfColumn(int32_t testId, std::string_view measurementKey);
 

@@ -16,24 +16,33 @@ namespace {
 
 constexpr std::string_view kWaveformDisplay = "VorexZRD47500Test.XDischargeWaveform";
 
-/// The fields of a row, taken one after the other.
-class FieldCursor {
+/// The fields of a row by the keys of their columns. Mostly they come in the order of the columns.
+class FieldFinder {
   public:
-    explicit FieldCursor(std::string_view fields) : mRest(fields) {}
+    explicit FieldFinder(const std::vector<RowField>& fields) : mFields(fields), mTaken(fields.size()) {}
 
-    /// False when the row has no further field.
-    bool Take(std::string_view& field) {
-        if (mAtEnd) return false;
-        const std::size_t comma = mRest.find(',');
-        field = mRest.substr(0, comma);
-        mAtEnd = comma == std::string_view::npos;
-        if (!mAtEnd) mRest.remove_prefix(comma + 1);
-        return true;
+    /// The field of a column, or null.
+    const RowField* Take(std::string_view columnKey) {
+        columnKey = ColumnKeyOf(columnKey);
+        if (mNext >= mFields.size() || mFields[mNext].key != columnKey) {
+            const auto at = std::find_if(mFields.begin(), mFields.end(),
+                                         [&](const RowField& field) { return field.key == columnKey; });
+            if (at == mFields.end()) return nullptr;
+            mNext = static_cast<std::size_t>(at - mFields.begin());
+        }
+        mTaken[mNext] = true;
+        return &mFields[mNext++];
+    }
+    /// The first field that no column has taken, or null.
+    const RowField* Left() const {
+        const auto at = std::find(mTaken.begin(), mTaken.end(), false);
+        return at == mTaken.end() ? nullptr : &mFields[static_cast<std::size_t>(at - mTaken.begin())];
     }
 
   private:
-    std::string_view mRest;
-    bool mAtEnd = false;
+    const std::vector<RowField>& mFields;
+    std::vector<bool> mTaken;
+    std::size_t mNext = 0;
 };
 
 /// Dose per mAs, when both readings are usable and the charge is above 0.
@@ -58,10 +67,8 @@ bool HasHeadings(int32_t testId) {
     return testId == kRadioRepro || testId == kMammoAccRepro || testId == kMammoAec;
 }
 
-/// Which columns of the working row a source fills.
-bool TakesField(std::string_view columnKey, int32_t source) {
-    if (source == kSourceMas) return IsMasFamily(columnKey) || columnKey == key::kImportWaveform;
-    return !IsMasFamily(columnKey);
+std::string NameOfSource(int32_t source) {
+    return source == kSourceZrd ? "ZRD 47500" : source == kSourcePelomark ? "Pelomark" : "mAs meter";
 }
 
 }  // namespace
@@ -110,21 +117,22 @@ void CResultCommon::GetMeasurementColumn(uint8_t column, std::vector<std::string
         values[row] = GetValue(static_cast<uint8_t>(row), column);
 }
 
-void CResultCommon::StoreResult(std::string_view fields, int32_t source) {
-    if (fields.empty()) return;
+std::string CResultCommon::StoreResult(const DerivedRow& row, int32_t source) {
+    if (row.fields.empty()) return {};
     const bool combined = (DetectorName == kZrdAndMas && source != kSourcePelomark) ||
                           (DetectorName == kPelomarkAndMas && source != kSourceZrd);
-    FieldCursor cursor(fields);
+    FieldFinder fields(row.fields);
     std::string computedDosePerMas;
+    std::string fault;
     for (const auto& item : *mCurrent) {
         const std::string& columnKey = item->RawKey();
-        if (!TakesField(columnKey, source)) continue;
-        std::string_view field;
-        if (!cursor.Take(field)) {
-            LogDiagnostic("a row of source " + PlainText(source) + " has no field for column " + columnKey);
-            return;
+        if (!IsFilledBy(source, columnKey)) continue;
+        const RowField* field = fields.Take(columnKey);
+        if (field == nullptr) {
+            if (fault.empty()) fault = "no text for the column \"" + columnKey + "\"";
+            continue;
         }
-        std::string value(field);
+        std::string value = field->text;
         if (combined && source != kSourceMas && columnKey == key::kExposure) {
             const std::string computed = DosePerMas(value, ValueOf(*mCurrent, key::kMas));
             CMeasurement* dosePerMas = FindMeasurement(*mCurrent, key::kDoseMas);
@@ -137,6 +145,12 @@ void CResultCommon::StoreResult(std::string_view fields, int32_t source) {
         if (columnKey == key::kDoseMas && !computedDosePerMas.empty()) value = computedDosePerMas;
         item->Value(std::move(value));
     }
+    if (const RowField* left = fields.Left(); left != nullptr && fault.empty())
+        fault = "no column for \"" + std::string(left->key) + "\"";
+    if (fault.empty()) return {};
+    fault = "the reading of the " + NameOfSource(source) + " has " + fault;
+    LogDiagnostic(fault);
+    return fault;
 }
 
 bool CResultCommon::ShowResultInTestguide(int32_t row, bool withWaveforms) {

@@ -10,6 +10,7 @@
 #include "config/config_common.h"
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
+#include "results/derived_row.h"
 #include "results/measurement.h"
 #include "results/result_record.h"
 #include "waveforms/waveform.h"
@@ -58,9 +59,10 @@ class CResultCommon : public IResultData,
     std::string GetValue(uint8_t row, uint8_t column) const;
     /// Stores a typed value in a cell of that address.
     void SetValue(uint8_t row, uint8_t column, std::string_view text);
-    /// Fills the working row from fields joined by ",". Source: 1 ZRD 47500, 2 Pelomark, 3 mAs meter. With
-    /// too few fields the remaining columns stay as they are.
-    void StoreResult(std::string_view fields, int32_t source);
+    /// Fills the columns of the working row that a source fills: 1 ZRD 47500, 2 Pelomark, 3 mAs meter. A
+    /// column without a field keeps its value. The fault of a row that does not fit its columns, in words for
+    /// a person; empty when it fits. A row without fields does nothing.
+    std::string StoreResult(const DerivedRow& row, int32_t source);
 
     /// Judges the working row and stores it as an exposure; a number already stored is replaced.
     /// Exposure 0 only judges.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/vocabulary.h"
+#include "results/result_columns.h"
 
 namespace vorex {
 
@@ -10,10 +11,6 @@ namespace {
 
 std::string_view WithoutPrefix(std::string_view key) {
     return key.starts_with(key::kErPrefix) ? key.substr(key::kErPrefix.size()) : key;
-}
-
-bool IsLinearityKey(std::string_view key) {
-    return key == key::kErAdjacent || key == key::kErNonAdjacent;
 }
 
 }  // namespace
@@ -33,9 +30,7 @@ std::string VariationKeyOf(std::string_view columnKey) {
 }
 
 bool NamesMeasurement(std::string_view key, std::string_view measurementKey) {
-    if (measurementKey == key) return true;
-    if (IsMaxExposureRate(key)) return IsMaxExposureRate(measurementKey);
-    return IsLinearityKey(key) && IsLinearityKey(measurementKey);
+    return measurementKey == key || ColumnKeyOf(measurementKey) == ColumnKeyOf(key);
 }
 
 const CMeasurement* FindNamed(const MeasurementRow& row, std::string_view key) {

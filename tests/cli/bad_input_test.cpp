@@ -214,6 +214,17 @@ TEST_F(BadInputTest, NoInputOfARunIsOverwrittenByItsResult) {
 /// An instrument that fails never ends the program and never takes a stored exposure away.
 class FaultTest : public ProgramTest {};
 
+// A ZRD 47500 whose service also answers for an mAs meter that nobody announced.
+TEST_F(FaultTest, AReadingThatFitsNoColumnIsReportedNextToTheVerdict) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(1))));
+    Write("r.jsonl", kHead + Replaced(Shot("80"), "]}}", R"(],"mas":["200","20","0","0"]}})"));
+    EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    const std::string fault = "exposure 1: the reading of the mAs meter has no column for \"ER mA\"";
+    EXPECT_NE(Read("out.xml").find("Reason=\"exposure 1: the reading of the mAs meter"), std::string::npos);
+    EXPECT_EQ(Run({"show", Path("out.xml")}), kExitPassed);
+    EXPECT_NE(out.find(fault), std::string::npos) << out;
+}
+
 TEST_F(FaultTest, AnOperationThatFailsOnceNeverLosesAStoredExposure) {
     const char* operations[] = {"IsCharging",
                                 "BatteryLevel",

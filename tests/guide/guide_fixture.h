@@ -16,6 +16,7 @@
 #include "support/fake_element.h"
 #include "support/fake_platform.h"
 #include "support/fake_standards.h"
+#include "support/result_row.h"
 #include "views/result_table.h"
 
 namespace vorex::test {
@@ -121,7 +122,7 @@ class GuideTest : public ::testing::Test {
 
     /// Takes an exposure as a running element does: a row for the result, judged and shown.
     void Expose(uint8_t number, const std::string& row, int32_t source = kSourceZrd) {
-        element->result->StoreResult(row, source);
+        element->result->StoreResult(RowInOrder(*element->result, row, source), source);
         element->result->UpdateStatus(*element, pipe->selection.get(), number);
         guide->ShowResult(element, number);
     }

@@ -10,6 +10,7 @@
 #include "foundation/library_state.h"
 #include "results/result_columns.h"
 #include "support/fake_element.h"
+#include "support/result_row.h"
 
 namespace vorex {
 namespace {
@@ -33,6 +34,9 @@ class ResultStore : public ::testing::Test {
         result->Initialize(config);
     }
 
+    void Store(const std::string& texts, int32_t source) {
+        result->StoreResult(test::RowInOrder(*result, texts, source), source);
+    }
     /// The working row as its texts joined by "|".
     std::string Working() const {
         std::string values;
@@ -53,24 +57,45 @@ class ResultStore : public ::testing::Test {
 
 TEST_F(ResultStore, FieldsFillTheColumnsOfTheirSource) {
     Begin(kMammoRadiation, kZrdAndMas);
-    result->StoreResult("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73", kSourceZrd);
+    Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73", kSourceZrd);
     EXPECT_EQ(Working(), "1|28|28.5|28.2|100|1000|100|0.33|1000.0|8.73||||");
-    result->StoreResult("1,80.5,8.05,0,12.4", kSourceMas);
+    Store("1,80.5,8.05,0,12.4", kSourceMas);
     EXPECT_EQ(Working(key::kMa), "80.5");
     EXPECT_EQ(Working(key::kMas), "8.05");
     EXPECT_EQ(Working(key::kExposure), "100") << "readings of the other instrument stay";
 }
 
-TEST_F(ResultStore, ExtraFieldsAreIgnoredAndMissingOnesLeaveTheirColumns) {
-    Begin(kMammoRadiation, kZrd);
-    result->StoreResult("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73,99,98", kSourceZrd);
-    EXPECT_EQ(Working(), "1|28|28.5|28.2|100|1000|100|0.33|1000.0|8.73");
-    result->StoreResult("0,30,31", kSourceZrd);
-    EXPECT_EQ(Working(), "0|30|31|28.2|100|1000|100|0.33|1000.0|8.73");
-    result->StoreResult("", kSourceZrd);
-    EXPECT_EQ(Working(key::kKvpAvg), "30");
-    result->StoreResult(",,,,,,,,,", kSourceZrd);
-    EXPECT_EQ(Working(), "|||||||||");
+// A reading that does not fit is a fault that is logged and reported; no other column takes its text.
+TEST_F(ResultStore, ARowThatDoesNotFitFillsTheColumnsThatItNames) {
+    struct Case {
+        int32_t source;
+        std::vector<RowField> fields;
+        const char* fault;
+        const char* working;
+    };
+    const Case cases[] = {
+        {kSourceZrd,
+         {{key::kImportWaveform, "0"}, {key::kKvpMax, "31"}},
+         "the reading of the ZRD 47500 has no text for the column \"kVp Avg\"",
+         "0|28|31|28.2|100|1000|100|0.33|1000.0|8.73"},
+        {kSourceMas,
+         {{key::kImportWaveform, "0"}, {key::kMa, "200"}},
+         "the reading of the mAs meter has no column for \"ER mA\"",
+         "0|28|28.5|28.2|100|1000|100|0.33|1000.0|8.73"},
+        {kSourcePelomark, {}, "", "1|28|28.5|28.2|100|1000|100|0.33|1000.0|8.73"},
+    };
+    std::vector<std::string> log;
+    HostServices services;
+    services.log = [&](std::string_view line) { log.emplace_back(line); };
+    InstallServices(services);
+    for (const Case& c : cases) {
+        Begin(kMammoRadiation, kZrd);
+        Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73", kSourceZrd);
+        log.clear();
+        EXPECT_EQ(result->StoreResult({c.fields, {}}, c.source), c.fault);
+        EXPECT_EQ(Working(), c.working);
+        EXPECT_EQ(log, c.fields.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.fault});
+    }
 }
 
 TEST_F(ResultStore, DosePerMasFollowsFromTheExposureOfTheOtherInstrument) {
@@ -93,25 +118,25 @@ TEST_F(ResultStore, DosePerMasFollowsFromTheExposureOfTheOtherInstrument) {
     };
     for (const Case& c : cases) {
         Begin(kRadioAccuracy, c.kind);
-        result->StoreResult(c.detectorRow, c.detectorSource);
-        result->StoreResult(c.masRow, kSourceMas);
+        Store(c.detectorRow, c.detectorSource);
+        Store(c.masRow, kSourceMas);
         EXPECT_EQ(Working(key::kDoseMas), c.expected) << "kind " << c.kind << ", " << c.masRow;
     }
 }
 
 TEST_F(ResultStore, ALaterDetectorReadingRenewsDosePerMas) {
     Begin(kRadioAccuracy, kZrdAndMas);
-    result->StoreResult("0,100,10,0,0.7", kSourceMas);
-    result->StoreResult("0,80,81,80,20,1,100,3,0.0,0.0", kSourceZrd);
+    Store("0,100,10,0,0.7", kSourceMas);
+    Store("0,80,81,80,20,1,100,3,0.0,0.0", kSourceZrd);
     EXPECT_EQ(Working(key::kDoseMas), "2");
-    result->StoreResult("0,80,81,80,UL,1,100,3,0.0,0.0", kSourceZrd);
+    Store("0,80,81,80,UL,1,100,3,0.0,0.0", kSourceZrd);
     EXPECT_EQ(Working(key::kDoseMas), "2") << "an unusable exposure keeps the stored value";
 }
 
 TEST_F(ResultStore, ResetClearsJudgedReadingsOfCombinedKindsOnly) {
     for (int32_t kind : {kZrd, kZrdAndMas}) {
         Begin(kRadioAccuracy, kind);
-        result->StoreResult("0,80,81,80,12,1,100,3,1.0,2.0", kSourceZrd);
+        Store("0,80,81,80,12,1,100,3,1.0,2.0", kSourceZrd);
         Keep(1);
         result->ResetTheMeasurements();
         EXPECT_EQ(Working(key::kKvpAvg), kind == kZrd ? "80" : "");
@@ -127,7 +152,7 @@ TEST_F(ResultStore, ReadersAnswerEmptyOutsideTheStoredRows) {
     result->GetMeasurementColumn(2, values);
     EXPECT_EQ(values, std::vector<std::string>{"kept"});
     for (uint8_t n = 1; n <= 2; ++n) {
-        result->StoreResult("0,8" + std::to_string(n) + ",81,80,12,1,100,3", kSourceZrd);
+        Store("0,8" + std::to_string(n) + ",81,80,12,1,100,3", kSourceZrd);
         Keep(n);
     }
     EXPECT_EQ(result->GetValue(0, 2), "81");
@@ -146,7 +171,7 @@ TEST_F(ResultStore, ReadersAnswerEmptyOutsideTheStoredRows) {
 TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
     Begin(kMammoRadiation, kZrd);
     for (uint8_t n = 1; n <= 2; ++n) {
-        result->StoreResult("0,2" + std::to_string(n) + ",28,28,100,1,100,0.3,1000.0,8.73", kSourceZrd);
+        Store("0,2" + std::to_string(n) + ",28,28,100,1,100,0.3,1000.0,8.73", kSourceZrd);
         Keep(n);
     }
     result->pTestGuide = true;
@@ -162,7 +187,7 @@ TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
 
 TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
     Begin(kRadioRepro, kZrdAndMas);
-    result->StoreResult("0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0.1,0,0,0,0,0,0", kSourceZrd);
+    Store("0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0.1,0,0,0,0,0,0", kSourceZrd);
     Keep(1);
     Keep(2);
     const ColumnCounts counts = result->GetColumnCounts();
@@ -183,7 +208,7 @@ TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
 TEST_F(ResultStore, HeadingsStandAlsoWhereAnInstrumentGivesNoStatistics) {
     Begin(kMammoAccRepro, kPelomark);
     for (uint8_t n = 1; n <= 2; ++n) {
-        result->StoreResult("0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
+        Store("0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
         Keep(n);
     }
     EXPECT_EQ(result->MeasurementCount(), 17);

@@ -8,6 +8,7 @@
 #include "results/result_columns.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
+#include "support/result_row.h"
 
 namespace vorex {
 namespace {
@@ -33,7 +34,7 @@ class ResultStatus : public ::testing::Test {
 
     /// One exposure from its fields, judged and stored.
     void Expose(uint8_t number, const std::string& fields, int32_t source = kSourceZrd) {
-        result->StoreResult(fields, source);
+        result->StoreResult(test::RowInOrder(*result, fields, source), source);
         result->UpdateStatus(owner, &selected, number);
     }
 

@@ -6,6 +6,7 @@
 #include "foundation/library_state.h"
 #include "foundation/utilities.h"
 #include "support/fake_element.h"
+#include "support/result_row.h"
 
 namespace vorex::test {
 namespace {
@@ -51,7 +52,7 @@ class ResultTableTest : public ::testing::Test {
         for (std::string_view key : keys) table.AddColumnHeader(key, key, 100);
     }
     void Store(uint8_t number, const std::string& row, int32_t source = kSourceZrd) {
-        element->result->StoreResult(row, source);
+        element->result->StoreResult(RowInOrder(*element->result, row, source), source);
         element->result->UpdateStatus(*element, nullptr, number);
     }
     const ResultCell& Cell(int row, int column) {
@@ -152,7 +153,8 @@ TEST_F(ResultTableTest, MarksFollowTheStatusUnlessTheyAreToStay) {
     element->limits->AtMost("ER kVp Avg", 79);
     FakeElement& owner = *element;
     const NoSelection selection;
-    element->result->StoreResult("0,80,81,82,10,100,10,3,0.0,0.0", kSourceZrd);
+    element->result->StoreResult(RowInOrder(*element->result, "0,80,81,82,10,100,10,3,0.0,0.0", kSourceZrd),
+                                 kSourceZrd);
     element->result->UpdateStatus(owner, &selection, 1);
     table.UpdateTestResult(false, 1);
     EXPECT_EQ(Cell(1, 2).status, kNotTested);
