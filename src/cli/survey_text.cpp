@@ -1,12 +1,12 @@
 #include "cli/survey_text.h"
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
 
 #include "foundation/number_text.h"
 #include "foundation/survey_text_keys.h"
 #include "foundation/utilities.h"
+#include "foundation/verdict_figures.h"
 #include "foundation/vocabulary.h"
 #include "mqsa/survey_entry.h"
 #include "mqsa/survey_verdict.h"
@@ -59,7 +59,7 @@ std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
 struct OutcomeRow {
     std::string_view key;
     std::string_view words;  ///< text key; its second argument is the figure, or else the column
-    std::optional<SurveyFigure> figure = {};
+    const VerdictFigure* figure = nullptr;
     std::string_view column = {};
 };
 // clang-format off
@@ -67,12 +67,12 @@ constexpr OutcomeRow kOutcomes[] = {
     {"kVpL36", st::kOutcomeKvp},
     {"kVpL38", st::kOutcomeKvpError},
     {"kVpL39", st::kOutcomeKvpVariation},
-    {"BQC79",  st::kOutcomeHvl, {}, "ACR"},
-    {"BQC69",  st::kOutcomeHvl, {}, "MQSA"},
-    {"Dose78", st::kOutcomeExposure, SurveyFigure{{}, Bound::kAtMost, 0.005, {}, {}}},
-    {"Dose80", st::kOutcomeDose, SurveyFigure{{}, Bound::kAtMost, 300, "mrad", "21 CFR 900.12(e)(5)(vi)"}},
-    {"Dose82", st::kOutcomeOutput, SurveyFigure{{}, Bound::kAtLeast, 800, "mR/s", "21 CFR 900.12(e)(5)(x)(A)"}},
-    {"Dose75", st::kOutcomeOutput, SurveyFigure{{}, Bound::kAtLeast, 513, "mR/s", "21 CFR 900.12(e)(5)(x)(A)"}},
+    {"BQC79",  st::kOutcomeHvl, nullptr, "ACR"},
+    {"BQC69",  st::kOutcomeHvl, nullptr, "MQSA"},
+    {"Dose78", st::kOutcomeExposure, &figure::kExposureVariation},
+    {"Dose80", st::kOutcomeDose, &figure::kGlandularDose},
+    {"Dose82", st::kOutcomeOutput, &figure::kAcrOutput},
+    {"Dose75", st::kOutcomeOutput, &figure::kMqsaOutput},
 };
 // clang-format on
 
@@ -80,7 +80,7 @@ std::string OutcomeWords(std::string_view key) {
     for (const OutcomeRow& row : kOutcomes) {
         if (row.key != key) continue;
         std::string detail(row.column);
-        if (row.figure) {
+        if (row.figure != nullptr) {
             detail = row.figure->Words();
             if (!row.figure->clause.empty()) detail.append(" (").append(row.figure->clause).append(")");
         }

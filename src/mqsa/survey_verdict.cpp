@@ -22,7 +22,7 @@ struct Check {
     int32_t row;
     int32_t firstColumn;
     int32_t lastColumn;
-    const SurveyFigure& figure;
+    const VerdictFigure& figure;
 };
 
 // clang-format off
@@ -94,7 +94,7 @@ class Judging {
     }
 
     /// True when a figure excludes a cell, which is noted then.
-    bool Fails(GridId grid, int32_t row, int32_t column, const SurveyFigure& limit) {
+    bool Fails(GridId grid, int32_t row, int32_t column, const VerdictFigure& limit) {
         const SurveyGrid& cells = record.Grid(grid);
         if (!limit.Excludes(cells.Number(row, column))) return false;
         const std::string& shown = cells.At(row, column);
@@ -220,7 +220,7 @@ double WholeDifference(const SurveyGrid& grid, int32_t row, int32_t column) {
 bool StepFails(Judging& judging, int32_t row) {
     constexpr GridId kGrid = GridId::kDensityControl;
     const SurveyGrid& grid = judging.record.Grid(kGrid);
-    const auto find = [&](int32_t column, double step, const SurveyFigure& limit) {
+    const auto find = [&](int32_t column, double step, const VerdictFigure& limit) {
         if (!limit.Excludes(step)) return false;
         judging.Find(kGrid, row, column,
                      limit.Excluding(Translate(st::kFindingStep,
@@ -370,28 +370,6 @@ void Apply(std::span<const CellCopy> copies, const StatusCells& cells, std::span
 }
 
 }  // namespace
-
-bool SurveyFigure::Excludes(double value) const {
-    switch (bound) {
-        case Bound::kAtMost:
-            return value > figure;
-        case Bound::kAtLeast:
-            return value < figure;
-        case Bound::kBelow:
-            return value >= figure;
-    }
-    return false;
-}
-
-std::string SurveyFigure::Words() const {
-    static constexpr std::string_view kWords[] = {text::kShowAtMost, text::kShowAtLeast, st::kBelow};
-    return Translate(kWords[static_cast<std::size_t>(bound)]) + " " + PlainText(figure) +
-           (unit.empty() ? "" : " " + Translate(unit));
-}
-
-std::string SurveyFigure::Excluding(const std::string& found) const {
-    return Translate(st::kFindingValue, {Translate(name), found, Words(), Translate(clause)});
-}
 
 std::string CellAddress(GridId grid, int32_t row, int32_t column) {
     return std::string(GridKey(grid)) + "(" + PlainText(row) + "," + PlainText(column) + ")";

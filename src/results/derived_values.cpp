@@ -12,6 +12,7 @@
 
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
+#include "foundation/verdict_figures.h"
 #include "foundation/vocabulary.h"
 #include "mqsa/mammo_calculation.h"
 #include "results/result_columns.h"
@@ -323,7 +324,6 @@ std::vector<double> VoltagesSoFar(const ReadingContext& context, std::string_vie
 
 DerivedRow MammographyAccuracy(const ReadingContext& context, const ZrdReading& r) {
     constexpr std::size_t kHalf = 4;
-    constexpr double kAllowedPart = 0.05;
     RowBuilder row = BaseRow(context, r);
     const double nominal = NumberOf(context.config.pMachineKV);
     std::string halfMean, halfDeviation, shownMean, shownDeviation, difference, percent, cv;
@@ -346,9 +346,14 @@ DerivedRow MammographyAccuracy(const ReadingContext& context, const ZrdReading& 
     row.Add(key::kMeanKvp, std::move(shownMean));
     row.Add(key::kStandardDeviation, std::move(shownDeviation));
     row.Add(key::kMeanMinusNominal, std::move(difference));
-    row.Add(key::kFivePercentNominal, Shown(nominal * kAllowedPart));
+    row.Add(key::kFivePercentNominal, Shown(nominal * figure::kVoltagePart));
     row.Add(key::kPercentError, std::move(percent));
     return row.Add(key::kCv, std::move(cv)).Take();
+}
+
+/// What a formatted value comes to in the survey. An empty one reads as 0.
+int32_t OutcomeBy(const VerdictFigure& figure, std::string_view shown) {
+    return figure.Excludes(ReadNumber(shown)) ? kFailed : kPassed;
 }
 
 /// The six derived values of test 1100, formatted; empty where a value cannot be had.
@@ -409,10 +414,8 @@ void AddDose(RowBuilder& row, const GlandularDose& dose) {
     row.Add(key::kSkinExposure, dose.skinExposure)
         .Add(key::kDoseConversionFactor, dose.factor)
         .Add(key::kGlandularDose, dose.dose);
-    constexpr double kHighestVariation = 0.005;
-    constexpr double kHighestDose = 300;  // mrad
-    row.Outcomes().Dose78 = ReadNumber(dose.cv) <= kHighestVariation ? kPassed : kFailed;
-    row.Outcomes().Dose80 = ReadNumber(dose.dose) <= kHighestDose ? kPassed : kFailed;
+    row.Outcomes().Dose78 = OutcomeBy(figure::kExposureVariation, dose.cv);
+    row.Outcomes().Dose80 = OutcomeBy(figure::kGlandularDose, dose.dose);
 }
 
 DerivedRow MammographyAec(const ReadingContext& context, const ZrdReading& r) {
@@ -439,11 +442,9 @@ DerivedRow MammographyOutput(const ReadingContext& context, const ZrdReading& r)
                             ? exposure * (gray ? 100 : 1000) / time
                             : exposure * (gray ? 0.1 : 1) / (time * 0.001);
     constexpr double kMilligrayPerMilliroentgen = 0.00873;
-    constexpr double kAcrOutput = 800;   // mR/s
-    constexpr double kMqsaOutput = 513;  // mR/s
     const std::string shown = Shown(rate);
-    row.Outcomes().Dose82 = ReadNumber(shown) >= kAcrOutput ? kPassed : kFailed;
-    row.Outcomes().Dose75 = ReadNumber(shown) >= kMqsaOutput ? kPassed : kFailed;
+    row.Outcomes().Dose82 = OutcomeBy(figure::kAcrOutput, shown);
+    row.Outcomes().Dose75 = OutcomeBy(figure::kMqsaOutput, shown);
     return row.Add(key::kOutputRate, shown)
         .Add(key::kAirKermaRate, Shown(Named(rate) * kMilligrayPerMilliroentgen))
         .Take();
