@@ -4,16 +4,12 @@
 
 #include "app/elements.h"
 #include "files/element_file.h"
-#include "foundation/vocabulary.h"
+#include "foundation/test_sets.h"
 #include "mqsa/result_mqsa.h"
 
 namespace vorex {
 
 namespace {
-
-bool IsMammographyTest(int32_t testId) {
-    return testId == kMammoAccRepro || testId == kMammoAec || testId == kMammoRadiation;
-}
 
 StatusCells SavedCells(const ITestElement& element) {
     const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element.Result());
@@ -42,7 +38,7 @@ CellKeeper::Level CellKeeper::Visit(const Elements& elements, std::vector<Entry>
             entries[place].survey = mCells.size();
             mCells.push_back(SavedCells(*element));
             level.surveys.push_back(place);
-        } else if (IsMammographyTest(element->TestID())) {
+        } else if (kMammography.Has(element->TestID())) {
             level.tests.push_back(place);
         }
     }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/standards.h"
@@ -14,9 +15,6 @@
 namespace vorex {
 
 namespace {
-
-/// Tests with one voltage for all exposures: the voltages of these have it as their X.
-constexpr TestSet kPresetTests = Tests({kRadioRepro, kRadioLinearity, kMammoAccRepro, kMammoRadiation});
 
 bool IsRelative(LimitExpression form) {
     return form == LimitExpression::kOffset || form == LimitExpression::kPercent;
@@ -78,7 +76,7 @@ std::string UnitOfNumbers(const StandardLimit& limit, const CMeasurement& column
 
 /// Voltage of all exposures of a test; nothing where each has its own.
 std::optional<double> VoltageOf(const CConfigCommon& config) {
-    if (kPresetTests.Has(config.pTestID)) return NumberOf(config.pMachineKV);
+    if (kWithOneKv.Has(config.pTestID)) return NumberOf(config.pMachineKV);
     if (config.pTestID == kMammoAec) return ReadNumber(config.pNominalKV);
     return std::nullopt;
 }
@@ -144,11 +142,11 @@ std::string Quoted(const std::string& text) {
 std::string FormFault(int32_t testId, const StandardLimit& limit, const CMeasurement& column) {
     const std::vector<LimitExpression> forms = FormsOf(limit);
     const bool relative = std::any_of(forms.begin(), forms.end(), IsRelative);
-    if (relative && !(kPresetTests.Has(testId) && !TextOf(column.RawPresetValue()).empty()))
+    if (relative && !(kWithOneKv.Has(testId) && !TextOf(column.RawPresetValue()).empty()))
         return "an expression with X needs a voltage of a test with one set voltage (100, 300, 900, 1200)";
     if (forms.size() == 2 && forms[0] != forms[1]) return "both sides need the same expression";
     const bool byVoltage = !limit.low.byVoltage.empty() || !limit.high.byVoltage.empty();
-    if (byVoltage && !kPresetTests.Has(testId) && testId != kMammoAec)
+    if (byVoltage && !kWithOneKv.Has(testId) && testId != kMammoAec)
         return "\"byVoltage\" needs a test with one set voltage (100, 300, 900, 1100, 1200)";
     return {};
 }

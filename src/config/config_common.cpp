@@ -1,10 +1,12 @@
 #include "config/config_common.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "guide/dialog_wrapper.h"
 
@@ -14,46 +16,75 @@ namespace {
 
 using C = ConfigFields;
 
-/// A column of a test's exposure table. With two arrays the second is the one for mA and time.
-struct TableColumn {
+constexpr std::string_view kUnknownCell = "0";
+constexpr std::string_view kFirstChoice = "1";
+constexpr uint8_t kImportNumber = 1;  ///< in every test
+constexpr std::size_t kMostColumns = 6;
+
+/// The exposure table of a test: its columns in the order of their numbers, from 1.
+struct TableRow {
     int32_t testId;
-    uint8_t column;
+    std::size_t count;
+    std::array<ExposureColumn, kMostColumns> columns;
+};
+
+/// Where the cells of a column are kept. With two arrays the second is the one for mA and time.
+struct ArrayRow {
+    ExposureColumn column;
     TextArray C::*array;
     TextArray C::*maArray = nullptr;
+    std::string_view beyond = kUnknownCell;  ///< what a cell beyond the table reads as
 };
 
 // clang-format off
-constexpr TableColumn kTableColumns[] = {
-    {kRadioAccuracy,  2, &C::focalSpot},
-    {kRadioAccuracy,  3, &C::passFailCriterion},
-    {kRadioAccuracy,  4, &C::machineKv},
-    {kRadioAccuracy,  5, &C::machineMas, &C::machineMa},
-    {kRadioAccuracy,  6, &C::machineTime},
-    {kRadioLinearity, 2, &C::machineAdjacent},
-    {kRadioLinearity, 3, &C::focalSpot},
-    {kRadioLinearity, 4, &C::machineMas, &C::machineMa},
-    {kFluoroAccuracy, 2, &C::machineKv},
-    {kFluoroAccuracy, 3, &C::machineMa},
-    {kFluoroExposure, 2, &C::machineKv},
-    {kFluoroExposure, 3, &C::machineMa},
-    {kFluoroExposure, 4, &C::phantomThickness},
-    {kFluoroExposure, 5, &C::mode},
-    {kMammoAec,       2, &C::machineMas},
-    {kMammoRadiation, 2, &C::sid},
-    {kMammoRadiation, 3, &C::machineMas},
+using enum ExposureColumn;
+constexpr TableRow kTables[] = {
+    {kRadioRepro,     1, {kImport}},
+    {kRadioAccuracy,  6, {kImport, kFocalSpot, kCriterion, kKv, kMasOrMa, kTime}},
+    {kRadioLinearity, 4, {kImport, kAdjacent, kFocalSpot, kMasOrMa}},
+    {kFluoroAccuracy, 3, {kImport, kKv, kMa}},
+    {kFluoroExposure, 5, {kImport, kKv, kMa, kThickness, kMode}},
+    {kMammoAccRepro,  1, {kImport}},
+    {kMammoAec,       2, {kImport, kMas}},
+    {kMammoRadiation, 3, {kImport, kSid, kMas}},
 };
+static_assert(HasOneRowPerMeasuringTest(kTables));
 
-/// Cells beyond the table that must read as a valid choice.
-struct DefaultCell {
-    int32_t testId;
-    uint8_t column;
+constexpr ArrayRow kArrays[] = {
+    {kImport,    &C::importFlags},
+    {kFocalSpot, &C::focalSpot,         nullptr, kFirstChoice},
+    {kCriterion, &C::passFailCriterion, nullptr, kFirstChoice},
+    {kKv,        &C::machineKv},
+    {kMasOrMa,   &C::machineMas,        &C::machineMa},
+    {kTime,      &C::machineTime},
+    {kAdjacent,  &C::machineAdjacent},
+    {kMa,        &C::machineMa},
+    {kThickness, &C::phantomThickness},
+    {kMode,      &C::mode},
+    {kMas,       &C::machineMas},
+    {kSid,       &C::sid},
 };
-constexpr DefaultCell kFirstChoiceCells[] = {{kRadioAccuracy, 2}, {kRadioAccuracy, 3}, {kRadioLinearity, 3}};
 // clang-format on
+constexpr bool IsInOrder() {
+    for (std::size_t i = 0; i < std::size(kArrays); ++i)
+        if (static_cast<std::size_t>(kArrays[i].column) != i) return false;
+    return std::size(kArrays) == static_cast<std::size_t>(ExposureColumn::kSid) + 1;
+}
+static_assert(IsInOrder(), "one row per column, so that a column is its index");
 
-constexpr uint8_t kImportColumn = 1;
-constexpr std::string_view kUnknownCell = "0";
-constexpr std::string_view kFirstChoice = "1";
+const TableRow* FindTable(int32_t testId) {
+    const auto* at = std::find_if(std::begin(kTables), std::end(kTables),
+                                  [&](const TableRow& row) { return row.testId == testId; });
+    return at == std::end(kTables) ? nullptr : at;
+}
+
+/// The column of a number, from 1; null where the test has none. The import flag is in every table.
+const ArrayRow* FindColumn(int32_t testId, uint8_t number) {
+    if (number == kImportNumber) return &kArrays[0];
+    const TableRow* table = FindTable(testId);
+    if (table == nullptr || number == 0 || number > table->count) return nullptr;
+    return &kArrays[static_cast<std::size_t>(table->columns[number - 1U])];
+}
 
 std::string CellOf(const TextArray& array, std::size_t row) {
     return row < array.size() ? array[row] : std::string();
@@ -75,33 +106,41 @@ CConfigCommon::CConfigCommon() {
     if (Services().createTestGuideConfig) mTestGuideConfig = Services().createTestGuideConfig();
 }
 
+uint8_t ColumnNumber(int32_t testId, ExposureColumn column) {
+    const TableRow* table = FindTable(testId);
+    if (table == nullptr) return column == ExposureColumn::kImport ? kImportNumber : 0;
+    for (std::size_t i = 0; i < table->count; ++i)
+        if (table->columns[i] == column) return static_cast<uint8_t>(i + 1);
+    return 0;
+}
+
 CConfigCommon::Column CConfigCommon::ColumnOf(uint8_t column) const {
-    if (column == kImportColumn) return &C::importFlags;
-    for (const TableColumn& row : kTableColumns) {
-        if (row.testId != pTestID || row.column != column) continue;
-        return row.maArray != nullptr && pGeneratorSetup == kSetupMaTime ? row.maArray : row.array;
-    }
-    return nullptr;
+    const ArrayRow* row = FindColumn(pTestID, column);
+    if (row == nullptr) return nullptr;
+    return row->maArray != nullptr && pGeneratorSetup == kSetupMaTime ? row->maArray : row->array;
 }
 
 std::string CConfigCommon::GetValue(uint8_t row, uint8_t column) const {
-    if (row >= pNoOfExposures) {
-        const bool firstChoice = std::any_of(
-            std::begin(kFirstChoiceCells), std::end(kFirstChoiceCells),
-            [&](const DefaultCell& cell) { return cell.testId == pTestID && cell.column == column; });
-        return std::string(firstChoice ? kFirstChoice : kUnknownCell);
-    }
-    const Column array = ColumnOf(column);
-    return array == nullptr ? std::string(kUnknownCell) : CellOf(this->*array, row);
+    const ArrayRow* known = FindColumn(pTestID, column);
+    if (known == nullptr) return std::string(kUnknownCell);
+    return row < pNoOfExposures ? CellOf(this->*ColumnOf(column), row) : std::string(known->beyond);
+}
+
+std::string CConfigCommon::GetValue(uint8_t row, ExposureColumn column) const {
+    return GetValue(row, ColumnNumber(pTestID, column));
 }
 
 void CConfigCommon::SetValue(uint8_t row, uint8_t column, const std::string& data) {
-    if (row >= pNoOfExposures || (column != kImportColumn && DetectorName != kZrd)) return;
+    if (row >= pNoOfExposures || (column != kImportNumber && DetectorName != kZrd)) return;
     const Column array = ColumnOf(column);
     if (array == nullptr) return;
     TextArray& cells = this->*array;
     if (cells.size() <= row) cells.resize(row + std::size_t{1});
     cells[row] = data;
+}
+
+void CConfigCommon::SetValue(uint8_t row, ExposureColumn column, const std::string& data) {
+    SetValue(row, ColumnNumber(pTestID, column), data);
 }
 
 void CConfigCommon::GetArrayData(uint8_t column, TextArray& data) const {

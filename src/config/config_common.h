@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "config/exposure_columns.h"
 #include "foundation/class_registry.h"
 #include "foundation/event.h"
 #include "foundation/host_contract.h"
@@ -13,10 +14,8 @@
 
 namespace vorex {
 
-using TextArray = std::vector<std::string>;
-
-/// The settings of a measuring test. One object carries the union of what the eight tests need; the test
-/// identifier tells which of it is live. Numbers that a person types are kept as typed.
+/// The settings of a measuring test. One object has the fields of all tests; the test identifier says which
+/// of them are live. Numbers that a person types are kept as typed.
 struct ConfigFields {
     // Identity and control.
     int32_t pTestID = 0;
@@ -116,7 +115,7 @@ struct ConfigFields {
 /// Keys of settings and their texts.
 using SettingTexts = std::vector<std::pair<std::string, std::string>>;
 
-/// Configuration of the eight measuring tests.
+/// Configuration of a measuring test.
 class CConfigCommon : public IConfigData,
                       public ConfigFields,
                       public LibraryObject,
@@ -128,8 +127,10 @@ class CConfigCommon : public IConfigData,
     /// meaning of the others depends on the test. "0" for a cell that does not exist, but "1" beyond the
     /// table for the focal spot and the criterion, so that a caller's default is a valid choice.
     std::string GetValue(uint8_t row, uint8_t column) const;
+    std::string GetValue(uint8_t row, ExposureColumn column) const;
     /// Ignored beyond the table. Columns other than the first are stored for detector kind 1 only.
     void SetValue(uint8_t row, uint8_t column, const std::string& data);
+    void SetValue(uint8_t row, ExposureColumn column, const std::string& data);
     /// A whole column; unchanged when the table is empty.
     void GetArrayData(uint8_t column, TextArray& data) const;
     /// Stores a whole column. Any column but the first also empties the import flags: the setup pages store

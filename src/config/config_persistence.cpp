@@ -7,6 +7,7 @@
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 
 // The configuration block of the element file: a flat list of keys. One table holds every persisted setting
 // in write order, and saving and loading walk it.
@@ -50,34 +51,21 @@ struct SettingRow {
 };
 
 // clang-format off
-constexpr TestSet kLinearity = Tests({kRadioLinearity});
-constexpr TestSet kAccuracy  = Tests({kRadioAccuracy});
-constexpr TestSet kRepro     = Tests({kRadioRepro});
-constexpr TestSet kFluoroscopy = Tests({kFluoroAccuracy, kFluoroExposure});
-constexpr TestSet kAccRepro  = Tests({kMammoAccRepro});
-constexpr TestSet kAec       = Tests({kMammoAec});
-constexpr TestSet kOutput    = Tests({kMammoRadiation});
-
 constexpr CellRow kCells[] = {
-    {Tests({kRadioAccuracy, kFluoroAccuracy, kFluoroExposure}),
-                 tag::kMachineKV,         &C::machineKv,         CellForm::kNumber},
-    {Tests({kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure}),
-                 tag::kMachinemA,         &C::machineMa,         CellForm::kNumber},
-    {Tests({kRadioAccuracy, kRadioLinearity, kMammoAec, kMammoRadiation}),
-                 tag::kMachinemAs,        &C::machineMas,        CellForm::kNumber},
-    {kOutput,    tag::kSid,               &C::sid,               CellForm::kNumber},
-    {Tests({kFluoroExposure}),
-                 tag::kPhantomThickness,  &C::phantomThickness,  CellForm::kThickness},
-    {Tests({kFluoroExposure}),
-                 tag::kMode,              &C::mode,              CellForm::kText},
-    {kAccuracy,  tag::kMachineTime,       &C::machineTime,       CellForm::kNumber},
-    {kAccuracy,  tag::kFocalSpotSize,     &C::focalSpot,         CellForm::kLeadingNumber},
-    {kAccuracy,  tag::kPassFailCriterion, &C::passFailCriterion, CellForm::kText},
-    {kLinearity, tag::kMachineAdjacent,   &C::machineAdjacent,   CellForm::kText},
-    {kLinearity, tag::kFocalSpot,         &C::focalSpot,         CellForm::kText},
+    {kWithKvs,        tag::kMachineKV,         &C::machineKv,         CellForm::kNumber},
+    {kWithMa,         tag::kMachinemA,         &C::machineMa,         CellForm::kNumber},
+    {kWithMas,        tag::kMachinemAs,        &C::machineMas,        CellForm::kNumber},
+    {kMammoRadiation, tag::kSid,               &C::sid,               CellForm::kNumber},
+    {kFluoroExposure, tag::kPhantomThickness,  &C::phantomThickness,  CellForm::kThickness},
+    {kFluoroExposure, tag::kMode,              &C::mode,              CellForm::kText},
+    {kRadioAccuracy,  tag::kMachineTime,       &C::machineTime,       CellForm::kNumber},
+    {kRadioAccuracy,  tag::kFocalSpotSize,     &C::focalSpot,         CellForm::kLeadingNumber},
+    {kRadioAccuracy,  tag::kPassFailCriterion, &C::passFailCriterion, CellForm::kText},
+    {kRadioLinearity, tag::kMachineAdjacent,   &C::machineAdjacent,   CellForm::kText},
+    {kRadioLinearity, tag::kFocalSpot,         &C::focalSpot,         CellForm::kText},
 };
 
-constexpr SettingRow kMeasurementSettings[] = {
+constexpr SettingRow kSettings[] = {
     {kAllTests, tag::kMeasurementMode,         &C::pMeasurementMode,             Form::kCode, &kDetectorModes},
     {kAllTests, tag::kMeasurementSettings,     &C::pMeasurementSettings,         Form::kCode, &kDetectorSettings},
     {kAllTests, tag::kMeasurementExposure,     &C::pMeasurementExposure,         Form::kCode, &kExposureUnits},
@@ -92,55 +80,55 @@ constexpr SettingRow kMeasurementSettings[] = {
     {kFluoroscopy, tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
     {kFluoroscopy, tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
 
-    {kLinearity,   tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
-    {kLinearity,   tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
-    {kLinearity,   tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
-    {kLinearity,   tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
-    {kLinearity,   tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
+    {kRadioLinearity,   tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
+    {kRadioLinearity,   tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
+    {kRadioLinearity,   tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
+    {kRadioLinearity,   tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
+    {kRadioLinearity,   tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
 
-    {kRepro,       tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
-    {kRepro,       tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
-    {kRepro,       tag::kMachinemA,      &C::pMachineMA,      Form::kNumber},
-    {kRepro,       tag::kMachinemAs,     &C::pMachineMAS,     Form::kNumber},
-    {kRepro,       tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
-    {kRepro,       tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
-    {kRepro,       tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
-    {kRepro,       tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
+    {kRadioRepro,       tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
+    {kRadioRepro,       tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
+    {kRadioRepro,       tag::kMachinemA,      &C::pMachineMA,      Form::kNumber},
+    {kRadioRepro,       tag::kMachinemAs,     &C::pMachineMAS,     Form::kNumber},
+    {kRadioRepro,       tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
+    {kRadioRepro,       tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
+    {kRadioRepro,       tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
+    {kRadioRepro,       tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
 
-    {kAccuracy,    tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
-    {kAccuracy,    tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
-    {kAccuracy,    tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
+    {kRadioAccuracy,    tag::kGeneratorSetup, &C::pGeneratorSetup, Form::kCode, &kGeneratorSetups},
+    {kRadioAccuracy,    tag::kSddUnit,        &C::pSDDUnit,        Form::kCode, &kSddUnits},
+    {kRadioAccuracy,    tag::kSddValue,       &C::pSDDValue,       Form::kNumber},
 
-    {kAccRepro,    tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
-    {kAccRepro,    tag::kMachinemA,      &C::pMachineMA,      Form::kNumber},
-    {kAccRepro,    tag::kMachinemAs,     &C::pMachineMAS,     Form::kNumber},
-    {kAccRepro,    tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
-    {kAccRepro,    tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
+    {kMammoAccRepro,    tag::kMachineKV,      &C::pMachineKV,      Form::kNumber},
+    {kMammoAccRepro,    tag::kMachinemA,      &C::pMachineMA,      Form::kNumber},
+    {kMammoAccRepro,    tag::kMachinemAs,     &C::pMachineMAS,     Form::kNumber},
+    {kMammoAccRepro,    tag::kMachineTime,    &C::pMachineTime,    Form::kNumber},
+    {kMammoAccRepro,    tag::kFocalSpotSize,  &C::pFocalSpotSize,  Form::kCode, &kFocalSpots},
 
-    {kAec,         tag::kNominalKV,         &C::pNominalKV,                Form::kNumberText},
-    {kAec,         tag::kAecMode,           &C::pAECMode,                  Form::kText},
-    {kAec,         tag::kCassetteSize,      &C::pCassetteSize,             Form::kNumberText},
-    {kAec,         tag::kImagingMode,       &C::pImagingMode,              Form::kText},
-    {kAec,         tag::kScreenType,        &C::pScreenType,               Form::kText},
-    {kAec,         tag::kFilmType,          &C::pFilmType,                 Form::kText},
-    {kAec,         tag::kFilter,            &C::pFilter,                   Form::kText},
-    {kAec,         tag::kTargetMaterial,    &C::pTargetMaterial,           Form::kText},
-    {kAec,         tag::kFieldRestriction,  &C::pFileldRestriction,        Form::kText},
-    {kAec,         tag::kSourceToBucky,     &C::pSourceToBuckyDistance,    Form::kNumberText},
-    {kAec,         tag::kSourceToDetector,  &C::pSourceToDetectorDistance, Form::kNumberText},
-    {kAec,         tag::kSid,               &C::pSID,                      Form::kNumberText},
-    {kAec,         tag::kDensityControl,    &C::pDensityControlSettings,   Form::kText},
-    {kAec,         tag::kCorrectionFactor,  &C::pEnergyCorrectionFactor,   Form::kNumberText},
-    {kAec,         tag::kGlandularFraction, &C::pGlandularFraction,        Form::kNumberText},
-    {kAec,         tag::kMeasuredHvl,       &C::pMeasuredHVL,              Form::kNumberText},
-    {kAec,         tag::kPhantom,           &C::pPhantom,                  Form::kText},
-    {kAec,         tag::kBreastThickness,   &C::pBreastThickness,          Form::kNumberText},
+    {kMammoAec,         tag::kNominalKV,         &C::pNominalKV,                Form::kNumberText},
+    {kMammoAec,         tag::kAecMode,           &C::pAECMode,                  Form::kText},
+    {kMammoAec,         tag::kCassetteSize,      &C::pCassetteSize,             Form::kNumberText},
+    {kMammoAec,         tag::kImagingMode,       &C::pImagingMode,              Form::kText},
+    {kMammoAec,         tag::kScreenType,        &C::pScreenType,               Form::kText},
+    {kMammoAec,         tag::kFilmType,          &C::pFilmType,                 Form::kText},
+    {kMammoAec,         tag::kFilter,            &C::pFilter,                   Form::kText},
+    {kMammoAec,         tag::kTargetMaterial,    &C::pTargetMaterial,           Form::kText},
+    {kMammoAec,         tag::kFieldRestriction,  &C::pFileldRestriction,        Form::kText},
+    {kMammoAec,         tag::kSourceToBucky,     &C::pSourceToBuckyDistance,    Form::kNumberText},
+    {kMammoAec,         tag::kSourceToDetector,  &C::pSourceToDetectorDistance, Form::kNumberText},
+    {kMammoAec,         tag::kSid,               &C::pSID,                      Form::kNumberText},
+    {kMammoAec,         tag::kDensityControl,    &C::pDensityControlSettings,   Form::kText},
+    {kMammoAec,         tag::kCorrectionFactor,  &C::pEnergyCorrectionFactor,   Form::kNumberText},
+    {kMammoAec,         tag::kGlandularFraction, &C::pGlandularFraction,        Form::kNumberText},
+    {kMammoAec,         tag::kMeasuredHvl,       &C::pMeasuredHVL,              Form::kNumberText},
+    {kMammoAec,         tag::kPhantom,           &C::pPhantom,                  Form::kText},
+    {kMammoAec,         tag::kBreastThickness,   &C::pBreastThickness,          Form::kNumberText},
 
-    {kOutput,      tag::kMachineKV,   &C::pMachineKV,     Form::kNumber},
-    {kOutput,      tag::kAnode,       &C::pMachineAnode,  Form::kText},
-    {kOutput,      tag::kMachineTime, &C::pMachineTime,   Form::kNumber},
-    {kOutput,      tag::kFilter,      &C::pMachineFilter, Form::kText},
-    {kOutput,      tag::kSdd,         &C::pMachineSDD,    Form::kNumber},
+    {kMammoRadiation,      tag::kMachineKV,   &C::pMachineKV,     Form::kNumber},
+    {kMammoRadiation,      tag::kAnode,       &C::pMachineAnode,  Form::kText},
+    {kMammoRadiation,      tag::kMachineTime, &C::pMachineTime,   Form::kNumber},
+    {kMammoRadiation,      tag::kFilter,      &C::pMachineFilter, Form::kText},
+    {kMammoRadiation,      tag::kSdd,         &C::pMachineSDD,    Form::kNumber},
 
     {kAllTests, tag::kTargetFilterName,    &C::pTargetFilterName,         Form::kText},
     {kAllTests, tag::kPkAdcf,              &C::AirDensityCorrection,      Form::kTrueFalse, nullptr, true},
@@ -168,9 +156,11 @@ constexpr SettingRow kMeasurementSettings[] = {
     {kAllTests, tag::kOverridePrint,       &C::OverridePrintReport,       Form::kTrueFalse, nullptr, true},
     {kAllTests, tag::kDetectorOption,      &C::DetectorOption,            Form::kNumber},
 };
+// A test without rows of its own would lose its settings with each save.
+static_assert(CoversEveryMeasuringTest(kCells, kSettings));
 
 /// Tests whose old files keep the import flag under another key.
-constexpr TestSet kOldImportKey = Tests({kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure});
+constexpr TestSet kOldImportKey = {kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure};
 // clang-format on
 
 std::string RowKey(std::string_view key, std::size_t row) {
@@ -326,7 +316,7 @@ SettingTexts CConfigCommon::PersistedTexts() const {
         for (const CellRow& cell : kCells)
             if (cell.tests.Has(pTestID)) add(RowKey(cell.key, row), StoredCell(cell, this->*cell.array, row));
     }
-    for (const SettingRow& row : kMeasurementSettings)
+    for (const SettingRow& row : kSettings)
         if (row.tests.Has(pTestID)) add(std::string(row.key), std::visit(FieldToText{*this, row}, row.field));
     return texts;
 }
@@ -357,7 +347,7 @@ void CConfigCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
         pNoOfExposures = Clamped<uint8_t>(count->Text());
     if (pNoOfExposures > 0) ResizeTable(*this);
     for (std::size_t row = 0; row < pNoOfExposures; ++row) LoadRow(*this, children, row);
-    for (const SettingRow& row : kMeasurementSettings) {
+    for (const SettingRow& row : kSettings) {
         if (!row.tests.Has(pTestID)) continue;
         if (const IXmlElement* child = children.Find(row.key))
             std::visit(TextToField{*this, row, child->Text()}, row.field);

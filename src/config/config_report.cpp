@@ -4,6 +4,7 @@
 #include "config/config_common.h"
 #include "foundation/number_text.h"
 #include "foundation/report_markup.h"
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 
 // The printed configuration: a table of the settings, then a table of the planned exposures. Rows and columns
@@ -129,52 +130,43 @@ constexpr SettingRow kDetectorRows[] = {
     {kAllTests, text::kTargetFilter,     AsTyped<&C::pTargetFilterName>, HasTargetFilter},
 };
 
-constexpr TestSet kWithSdd       = Tests({kRadioRepro, kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure});
-constexpr TestSet kWithSetup     = Tests({kRadioRepro, kRadioAccuracy, kRadioLinearity});
-constexpr TestSet kWithFocalSpot = Tests({kRadioRepro, kFluoroAccuracy, kFluoroExposure, kMammoAccRepro});
-constexpr TestSet kRepro         = Tests({kRadioRepro});
-constexpr TestSet kAccRepro      = Tests({kMammoAccRepro});
-constexpr TestSet kWithTime      = Tests({kRadioLinearity, kMammoAccRepro, kMammoRadiation});
-constexpr TestSet kWithKvp       = Tests({kRadioRepro, kRadioLinearity, kMammoAccRepro, kMammoRadiation});
-constexpr TestSet kAec           = Tests({kMammoAec});
-constexpr TestSet kRadiation     = Tests({kMammoRadiation});
-
 constexpr SettingRow kMachineRows[] = {
-    {kAllTests,      text::kMachineSettings},
-    {kWithSdd,       text::kSdd,               Sdd},
-    {kRadiation,     text::kSdd,               WithUnit<&C::pMachineSDD, text::kUnitCm>},
-    {kWithSetup,     text::kGeneratorSetup,    Chosen<&C::pGeneratorSetup, kGeneratorSetups>},
-    {kWithFocalSpot, text::kFocalSpotSize,     Chosen<&C::pFocalSpotSize, kFocalSpots>},
-    {kWithKvp,       text::kKvp,               WithUnit<&C::pMachineKV, text::kUnitKv>},
-    {kRepro,         text::kMa,                WithUnit<&C::pMachineMA, text::kMa>, IsMaTimeSetup},
-    {kRepro,         text::kTime,              WithUnit<&C::pMachineTime, text::kUnitMs>, IsMaTimeSetup},
-    {kRepro,         text::kMas,               WithUnit<&C::pMachineMAS, text::kMas>, IsMasSetup},
-    {kAccRepro,      text::kMa,                WithUnit<&C::pMachineMA, text::kMa>},
-    {kAccRepro,      text::kMas,               WithUnit<&C::pMachineMAS, text::kMas>},
-    {kWithTime,      text::kTime,              WithUnit<&C::pMachineTime, text::kUnitMs>},
-    {kRadiation,     text::kAnode,             AsTyped<&C::pMachineAnode>},
-    {kRadiation,     text::kFilter,            AsTyped<&C::pMachineFilter>},
-    {kAec,           text::kBreastThickness,   TypedWithUnit<&C::pBreastThickness, text::kUnitCm>},
-    {kAec,           text::kGlandularFraction, AsTyped<&C::pGlandularFraction>},
-    {kAec,           text::kNominalKv,         TypedWithUnit<&C::pNominalKV, text::kUnitKv>},
-    {kAec,           text::kSourceToDetector,  TypedWithUnit<&C::pSourceToDetectorDistance, text::kUnitCm>},
-    {kAec,           text::kSourceToBucky,     TypedWithUnit<&C::pSourceToBuckyDistance, text::kUnitCm>},
-    {kAec,           text::kCorrectionFactor,  AsTyped<&C::pEnergyCorrectionFactor>},
-    {kAec,           text::kDensityControl,    AsTyped<&C::pDensityControlSettings>},
-    {kAec,           text::kCassetteSize,      TypedWithUnit<&C::pCassetteSize, text::kUnitCm>},
-    {kAec,           text::kSid,               TypedWithUnit<&C::pSID, text::kUnitCm>},
-    {kAec,           text::kFilmType,          AsTyped<&C::pFilmType>},
-    {kAec,           text::kFilter,            AsTyped<&C::pFilter>},
-    {kAec,           text::kAecMode,           AsTyped<&C::pAECMode>},
-    {kAec,           text::kFieldRestriction,  AsTyped<&C::pFileldRestriction>},
-    {kAec,           text::kImagingMode,       AsTyped<&C::pImagingMode>},
-    {kAec,           text::kScreenType,        AsTyped<&C::pScreenType>},
-    {kAec,           text::kTargetMaterial,    AsTyped<&C::pTargetMaterial>},
-    {kAec,           text::kMeasuredHvl,       TypedWithUnit<&C::pMeasuredHVL, text::kUnitMmAl>},
-    {kAec,           text::kPhantom,           AsTyped<&C::pPhantom>},
+    {kAllTests,                                          text::kMachineSettings},
+    {kWithDistanceUnit,                                  text::kSdd,               Sdd},
+    {kMammoRadiation,                                    text::kSdd,               WithUnit<&C::pMachineSDD,                    text::kUnitCm>},
+    {kWithGeneratorSetup,                                text::kGeneratorSetup,    Chosen<&C::pGeneratorSetup,                  kGeneratorSetups>},
+    {kWithOneFocalSpot,                                  text::kFocalSpotSize,     Chosen<&C::pFocalSpotSize,                   kFocalSpots>},
+    {kWithOneKv,                                         text::kKvp,               WithUnit<&C::pMachineKV,                     text::kUnitKv>},
+    {kRadioRepro,                                        text::kMa,                WithUnit<&C::pMachineMA,                     text::kMa>,     IsMaTimeSetup},
+    {kRadioRepro,                                        text::kTime,              WithUnit<&C::pMachineTime,                   text::kUnitMs>, IsMaTimeSetup},
+    {kRadioRepro,                                        text::kMas,               WithUnit<&C::pMachineMAS,                    text::kMas>,    IsMasSetup},
+    {kMammoAccRepro,                                     text::kMa,                WithUnit<&C::pMachineMA,                     text::kMa>},
+    {kMammoAccRepro,                                     text::kMas,               WithUnit<&C::pMachineMAS,                    text::kMas>},
+    {{kRadioLinearity, kMammoAccRepro, kMammoRadiation}, text::kTime,              WithUnit<&C::pMachineTime,                   text::kUnitMs>},
+    {kMammoRadiation,                                    text::kAnode,             AsTyped<&C::pMachineAnode>},
+    {kMammoRadiation,                                    text::kFilter,            AsTyped<&C::pMachineFilter>},
+    {kMammoAec,                                          text::kBreastThickness,   TypedWithUnit<&C::pBreastThickness,          text::kUnitCm>},
+    {kMammoAec,                                          text::kGlandularFraction, AsTyped<&C::pGlandularFraction>},
+    {kMammoAec,                                          text::kNominalKv,         TypedWithUnit<&C::pNominalKV,                text::kUnitKv>},
+    {kMammoAec,                                          text::kSourceToDetector,  TypedWithUnit<&C::pSourceToDetectorDistance, text::kUnitCm>},
+    {kMammoAec,                                          text::kSourceToBucky,     TypedWithUnit<&C::pSourceToBuckyDistance,    text::kUnitCm>},
+    {kMammoAec,                                          text::kCorrectionFactor,  AsTyped<&C::pEnergyCorrectionFactor>},
+    {kMammoAec,                                          text::kDensityControl,    AsTyped<&C::pDensityControlSettings>},
+    {kMammoAec,                                          text::kCassetteSize,      TypedWithUnit<&C::pCassetteSize,             text::kUnitCm>},
+    {kMammoAec,                                          text::kSid,               TypedWithUnit<&C::pSID,                      text::kUnitCm>},
+    {kMammoAec,                                          text::kFilmType,          AsTyped<&C::pFilmType>},
+    {kMammoAec,                                          text::kFilter,            AsTyped<&C::pFilter>},
+    {kMammoAec,                                          text::kAecMode,           AsTyped<&C::pAECMode>},
+    {kMammoAec,                                          text::kFieldRestriction,  AsTyped<&C::pFileldRestriction>},
+    {kMammoAec,                                          text::kImagingMode,       AsTyped<&C::pImagingMode>},
+    {kMammoAec,                                          text::kScreenType,        AsTyped<&C::pScreenType>},
+    {kMammoAec,                                          text::kTargetMaterial,    AsTyped<&C::pTargetMaterial>},
+    {kMammoAec,                                          text::kMeasuredHvl,       TypedWithUnit<&C::pMeasuredHVL,              text::kUnitMmAl>},
+    {kMammoAec,                                          text::kPhantom,           AsTyped<&C::pPhantom>},
 };
+static_assert(CoversEveryMeasuringTest(kMachineRows));
 
-constexpr SettingRow kPelomarkRows[] = {
+constexpr SettingRow kDosimeterRows[] = {
     {kAllTests, text::kPelomarkModeSettings},
     {kAllTests, text::kAirDensityCorrection, Switched<&C::AirDensityCorrection>},
     {kAllTests, text::kUserSetTemperature,   Plain<&C::TemperatureValue>, CorrectsAirDensity},
@@ -215,32 +207,27 @@ struct ExposureColumn {
     std::size_t blanks = 0;    ///< behind the cell
 };
 
-constexpr TestSet kFluoro700 = Tests({kFluoroExposure});
-constexpr TestSet kFluoro500 = Tests({kFluoroAccuracy});
-constexpr TestSet kAccuracy = Tests({kRadioAccuracy});
-constexpr TestSet kLinearity = Tests({kRadioLinearity});
-
 // clang-format off
 constexpr ExposureColumn kExposureColumns[] = {
-    {kFluoro700, 0,            text::kKvp,              1000, 15, &C::machineKv,        CellForm::kNumber,    10},
-    {kFluoro700, 0,            text::kMa,               1000,  1, &C::machineMa,        CellForm::kNumber,     9},
-    {kFluoro700, 0,            text::kPhantomThickness, 2000,  5, &C::phantomThickness, CellForm::kText,      21},
-    {kFluoro700, 0,            text::kFluoroMode,       2000,  4, &C::mode,             CellForm::kText,      21},
-    {kAccuracy,  0,            text::kFocalSpotSize,    1700,  2, &C::focalSpot,        CellForm::kFocalSpot},
-    {kAccuracy,  0,            text::kKvp,              1000,  5, &C::machineKv},
-    {kAccuracy,  kSetupMas,    text::kMas,              1000,  5, &C::machineMas},
-    {kAccuracy,  kSetupMaTime, text::kMa,               1000,  5, &C::machineMa},
-    {kAccuracy,  kSetupMaTime, text::kTimeMilliseconds, 1000,  4, &C::machineTime},
-    {kLinearity, 0,            text::kAdjacent,         1200,  2, &C::machineAdjacent,  CellForm::kYesNo,      0,  8},
-    {kLinearity, kSetupMas,    text::kFocalSpotSize,    1600,  5, &C::focalSpot,        CellForm::kFocalSpot,  0, 12},
-    {kLinearity, kSetupMaTime, text::kFocalSpotSize,    1600,  6, &C::focalSpot,        CellForm::kFocalSpot,  0, 12},
-    {kLinearity, kSetupMas,    text::kSetMasCaption,    1500,  0, &C::machineMas,       CellForm::kNumber,    15},
-    {kLinearity, kSetupMaTime, text::kSetMaCaption,     1500,  0, &C::machineMa,        CellForm::kNumber,    15},
-    {kFluoro500, 0,            text::kKvp,              1500, 10, &C::machineKv},
-    {kFluoro500, 0,            text::kMa,               1500, 10, &C::machineMa},
-    {kRadiation, 0,            text::kSidInCm,          1500, 10, &C::sid},
-    {kRadiation, 0,            text::kMas,              1500, 10, &C::machineMas},
-    {kAec,       0,            text::kMas,              1000,  4, &C::machineMas},
+    {kFluoroExposure, 0,            text::kKvp,              1000, 15, &C::machineKv,        CellForm::kNumber,    10},
+    {kFluoroExposure, 0,            text::kMa,               1000, 1,  &C::machineMa,        CellForm::kNumber,    9},
+    {kFluoroExposure, 0,            text::kPhantomThickness, 2000, 5,  &C::phantomThickness, CellForm::kText,      21},
+    {kFluoroExposure, 0,            text::kFluoroMode,       2000, 4,  &C::mode,             CellForm::kText,      21},
+    {kRadioAccuracy,  0,            text::kFocalSpotSize,    1700, 2,  &C::focalSpot,        CellForm::kFocalSpot},
+    {kRadioAccuracy,  0,            text::kKvp,              1000, 5,  &C::machineKv},
+    {kRadioAccuracy,  kSetupMas,    text::kMas,              1000, 5,  &C::machineMas},
+    {kRadioAccuracy,  kSetupMaTime, text::kMa,               1000, 5,  &C::machineMa},
+    {kRadioAccuracy,  kSetupMaTime, text::kTimeMilliseconds, 1000, 4,  &C::machineTime},
+    {kRadioLinearity, 0,            text::kAdjacent,         1200, 2,  &C::machineAdjacent,  CellForm::kYesNo,     0, 8},
+    {kRadioLinearity, kSetupMas,    text::kFocalSpotSize,    1600, 5,  &C::focalSpot,        CellForm::kFocalSpot, 0, 12},
+    {kRadioLinearity, kSetupMaTime, text::kFocalSpotSize,    1600, 6,  &C::focalSpot,        CellForm::kFocalSpot, 0, 12},
+    {kRadioLinearity, kSetupMas,    text::kSetMasCaption,    1500, 0,  &C::machineMas,       CellForm::kNumber,    15},
+    {kRadioLinearity, kSetupMaTime, text::kSetMaCaption,     1500, 0,  &C::machineMa,        CellForm::kNumber,    15},
+    {kFluoroAccuracy, 0,            text::kKvp,              1500, 10, &C::machineKv},
+    {kFluoroAccuracy, 0,            text::kMa,               1500, 10, &C::machineMa},
+    {kMammoRadiation, 0,            text::kSidInCm,          1500, 10, &C::sid},
+    {kMammoRadiation, 0,            text::kMas,              1500, 10, &C::machineMas},
+    {kMammoAec,       0,            text::kMas,              1000, 4,  &C::machineMas},
 };
 // clang-format on
 
@@ -274,7 +261,7 @@ std::string SettingsBody(const C& config, const R& report) {
         AddRows(kDetectorRows, config, report, body);
         AddRows(kMachineRows, config, report, body);
     }
-    if (HasPelomark(kind)) AddRows(kPelomarkRows, config, report, body);
+    if (HasPelomark(kind)) AddRows(kDosimeterRows, config, report, body);
     if (!body.empty() && HasMasMeter(kind)) AddRows(kMasRows, config, report, body);
     return body;
 }

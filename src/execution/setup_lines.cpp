@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
@@ -10,6 +11,7 @@ namespace vorex {
 
 namespace {
 
+using Column = ExposureColumn;
 using ValueText = std::string (*)(const CConfigCommon&, uint8_t);
 
 struct LineRow {
@@ -29,9 +31,9 @@ std::string Words(const CConfigCommon& config, uint8_t /*row*/) {
     return config.*Field;
 }
 
-template <uint8_t Column>
+template <Column Place>
 std::string Cell(const CConfigCommon& config, uint8_t row) {
-    return config.GetValue(row, Column);
+    return config.GetValue(row, Place);
 }
 
 std::string Distance(const CConfigCommon& config, uint8_t /*row*/) {
@@ -42,85 +44,76 @@ std::string FocalSpot(const CConfigCommon& config, uint8_t /*row*/) {
     return DisplayText(kFocalSpots, config.pFocalSpotSize);
 }
 
-template <uint8_t Column>
+template <Column Place>
 std::string FocalSpotCell(const CConfigCommon& config, uint8_t row) {
-    return DisplayText(kFocalSpots, ReadInteger(config.GetValue(row, Column)));
+    return DisplayText(kFocalSpots, ReadInteger(config.GetValue(row, Place)));
 }
 
 using C = ConfigFields;
-constexpr TestSet kT100 = Tests({kRadioRepro});
-constexpr TestSet kT200 = Tests({kRadioAccuracy});
-constexpr TestSet kT300 = Tests({kRadioLinearity});
-constexpr TestSet kT700 = Tests({kFluoroExposure});
-constexpr TestSet kT900 = Tests({kMammoAccRepro});
-constexpr TestSet kT1100 = Tests({kMammoAec});
-constexpr TestSet kT1200 = Tests({kMammoRadiation});
-constexpr TestSet kFluoro = Tests({kFluoroAccuracy, kFluoroExposure});
-constexpr TestSet kInUnits =
-    Tests({kRadioRepro, kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure});
 
 // clang-format off
 constexpr LineRow kLines[] = {
-    {kInUnits, text::kSetSdd,              Distance},
-    {kT1100,   text::kSetSdd,              Words<&C::pSourceToDetectorDistance>},
-    {kT1200,   text::kSetSdd,              Number<&C::pMachineSDD>},
+    {kWithDistanceUnit, text::kSetSdd,               Distance},
+    {kMammoAec,         text::kSetSdd,               Words<&C::pSourceToDetectorDistance>},
+    {kMammoRadiation,   text::kSetSdd,               Number<&C::pMachineSDD>},
 
-    {kT100,    text::kSetFss,              FocalSpot},
-    {kT100,    text::kSetKvp,              Number<&C::pMachineKV>},
-    {kT100,    text::kSetMa,               Number<&C::pMachineMA>,   kSetupMaTime},
-    {kT100,    text::kSetTime,             Number<&C::pMachineTime>, kSetupMaTime},
-    {kT100,    text::kSetMas,              Number<&C::pMachineMAS>,  kSetupMas},
+    {kRadioRepro,       text::kSetFss,               FocalSpot},
+    {kRadioRepro,       text::kSetKvp,               Number<&C::pMachineKV>},
+    {kRadioRepro,       text::kSetMa,                Number<&C::pMachineMA>,   kSetupMaTime},
+    {kRadioRepro,       text::kSetTime,              Number<&C::pMachineTime>, kSetupMaTime},
+    {kRadioRepro,       text::kSetMas,               Number<&C::pMachineMAS>,  kSetupMas},
 
-    {kT200,    text::kSetFocalSpotSize,    FocalSpotCell<2>},
-    {kT200,    text::kSetKvp,              Cell<4>},
-    {kT200,    text::kSetMa,               Cell<5>, kSetupMaTime},
-    {kT200,    text::kSetTime,             Cell<6>, kSetupMaTime},
-    {kT200,    text::kSetMas,              Cell<5>, kSetupMas},
+    {kRadioAccuracy,    text::kSetFocalSpotSize,     FocalSpotCell<Column::kFocalSpot>},
+    {kRadioAccuracy,    text::kSetKvp,               Cell<Column::kKv>},
+    {kRadioAccuracy,    text::kSetMa,                Cell<Column::kMasOrMa>,   kSetupMaTime},
+    {kRadioAccuracy,    text::kSetTime,              Cell<Column::kTime>,      kSetupMaTime},
+    {kRadioAccuracy,    text::kSetMas,               Cell<Column::kMasOrMa>,   kSetupMas},
 
-    {kT300,    text::kSetFocalSpotSize,    FocalSpotCell<3>},
-    {kT300,    text::kSetKvp,              Number<&C::pMachineKV>},
-    {kT300,    text::kSetMa,               Cell<4>,                  kSetupMaTime},
-    {kT300,    text::kSetTime,             Number<&C::pMachineTime>, kSetupMaTime},
-    {kT300,    text::kSetMas,              Cell<4>,                  kSetupMas},
+    {kRadioLinearity,   text::kSetFocalSpotSize,     FocalSpotCell<Column::kFocalSpot>},
+    {kRadioLinearity,   text::kSetKvp,               Number<&C::pMachineKV>},
+    {kRadioLinearity,   text::kSetMa,                Cell<Column::kMasOrMa>,   kSetupMaTime},
+    {kRadioLinearity,   text::kSetTime,              Number<&C::pMachineTime>, kSetupMaTime},
+    {kRadioLinearity,   text::kSetMas,               Cell<Column::kMasOrMa>,   kSetupMas},
 
-    {kFluoro,  text::kSetFss,              FocalSpot},
-    {kFluoro,  text::kSetKvp,              Cell<2>},
-    {kFluoro,  text::kSetMa,               Cell<3>},
-    {kT700,    text::kSetPhantomThickness, Cell<4>},
-    {kT700,    text::kSetMode,             Cell<5>},
+    {kFluoroscopy,      text::kSetFss,               FocalSpot},
+    {kFluoroscopy,      text::kSetKvp,               Cell<Column::kKv>},
+    {kFluoroscopy,      text::kSetMa,                Cell<Column::kMa>},
+    {kFluoroExposure,   text::kSetPhantomThickness,  Cell<Column::kThickness>},
+    {kFluoroExposure,   text::kSetMode,              Cell<Column::kMode>},
 
-    {kT900,    text::kSetKvpFirst,         Number<&C::pMachineKV>},
-    {kT900,    text::kSetMa,               Number<&C::pMachineMA>},
-    {kT900,    text::kSetMas,              Number<&C::pMachineMAS>},
-    {kT900,    text::kSetTime,             Number<&C::pMachineTime>},
-    {kT900,    text::kSetFss,              FocalSpot},
+    {kMammoAccRepro,    text::kSetKvpFirst,          Number<&C::pMachineKV>},
+    {kMammoAccRepro,    text::kSetMa,                Number<&C::pMachineMA>},
+    {kMammoAccRepro,    text::kSetMas,               Number<&C::pMachineMAS>},
+    {kMammoAccRepro,    text::kSetTime,              Number<&C::pMachineTime>},
+    {kMammoAccRepro,    text::kSetFss,               FocalSpot},
 
-    {kT1100,   text::kSetKvp,              Words<&C::pNominalKV>},
-    {kT1100,   text::kSetMas,              Cell<2>},
-    {kT1100,   text::kSetBreastThickness,  Words<&C::pBreastThickness>},
-    {kT1100,   text::kSetSbd,              Words<&C::pSourceToBuckyDistance>},
-    {kT1100,   text::kSetSid,              Words<&C::pSID>},
-    {kT1100,   text::kSetFilter,           Words<&C::pFilter>},
-    {kT1100,   text::kSetTargetMaterial,   Words<&C::pTargetMaterial>},
-    {kT1100,   text::kSetGlandularFraction, Words<&C::pGlandularFraction>},
-    {kT1100,   text::kSetEnergyCorrection, Words<&C::pEnergyCorrectionFactor>},
-    {kT1100,   text::kSetDensityControl,   Words<&C::pDensityControlSettings>},
-    {kT1100,   text::kSetCassetteSize,     Words<&C::pCassetteSize>},
-    {kT1100,   text::kSetFilmType,         Words<&C::pFilmType>},
-    {kT1100,   text::kSetAecMode,          Words<&C::pAECMode>},
-    {kT1100,   text::kSetFieldRestriction, Words<&C::pFileldRestriction>},
-    {kT1100,   text::kSetImagingMode,      Words<&C::pImagingMode>},
-    {kT1100,   text::kSetScreenType,       Words<&C::pScreenType>},
-    {kT1100,   text::kSetMeasuredHvl,      Words<&C::pMeasuredHVL>},
-    {kT1100,   text::kSetPhantom,          Words<&C::pPhantom>},
+    {kMammoAec,         text::kSetKvp,               Words<&C::pNominalKV>},
+    {kMammoAec,         text::kSetMas,               Cell<Column::kMas>},
+    {kMammoAec,         text::kSetBreastThickness,   Words<&C::pBreastThickness>},
+    {kMammoAec,         text::kSetSbd,               Words<&C::pSourceToBuckyDistance>},
+    {kMammoAec,         text::kSetSid,               Words<&C::pSID>},
+    {kMammoAec,         text::kSetFilter,            Words<&C::pFilter>},
+    {kMammoAec,         text::kSetTargetMaterial,    Words<&C::pTargetMaterial>},
+    {kMammoAec,         text::kSetGlandularFraction, Words<&C::pGlandularFraction>},
+    {kMammoAec,         text::kSetEnergyCorrection,  Words<&C::pEnergyCorrectionFactor>},
+    {kMammoAec,         text::kSetDensityControl,    Words<&C::pDensityControlSettings>},
+    {kMammoAec,         text::kSetCassetteSize,      Words<&C::pCassetteSize>},
+    {kMammoAec,         text::kSetFilmType,          Words<&C::pFilmType>},
+    {kMammoAec,         text::kSetAecMode,           Words<&C::pAECMode>},
+    {kMammoAec,         text::kSetFieldRestriction,  Words<&C::pFileldRestriction>},
+    {kMammoAec,         text::kSetImagingMode,       Words<&C::pImagingMode>},
+    {kMammoAec,         text::kSetScreenType,        Words<&C::pScreenType>},
+    {kMammoAec,         text::kSetMeasuredHvl,       Words<&C::pMeasuredHVL>},
+    {kMammoAec,         text::kSetPhantom,           Words<&C::pPhantom>},
 
-    {kT1200,   text::kSetKvp,              Number<&C::pMachineKV>},
-    {kT1200,   text::kSetTime,             Number<&C::pMachineTime>},
-    {kT1200,   text::kSetAnode,            Words<&C::pMachineAnode>},
-    {kT1200,   text::kSetFilter,           Words<&C::pMachineFilter>},
-    {kT1200,   text::kSetSid,              Cell<2>},
-    {kT1200,   text::kSetMas,              Cell<3>},
+    {kMammoRadiation,   text::kSetKvp,               Number<&C::pMachineKV>},
+    {kMammoRadiation,   text::kSetTime,              Number<&C::pMachineTime>},
+    {kMammoRadiation,   text::kSetAnode,             Words<&C::pMachineAnode>},
+    {kMammoRadiation,   text::kSetFilter,            Words<&C::pMachineFilter>},
+    {kMammoRadiation,   text::kSetSid,               Cell<Column::kSid>},
+    {kMammoRadiation,   text::kSetMas,               Cell<Column::kMas>},
 };
+static_assert(CoversEveryMeasuringTest(kLines));
 // clang-format on
 
 }  // namespace

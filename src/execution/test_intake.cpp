@@ -105,7 +105,8 @@ void CTestCommon::TransferWaveform(uint8_t type) {
     constexpr int32_t kPoints = 1000;
     if (!mFetchWaveforms) return;
     const auto exposure = static_cast<uint8_t>(std::min(mExposureNo + 1, 255));
-    const bool import = Config()->pNoOfExposures > 0 && ReadNumber(Config()->GetValue(mExposureNo, 1)) == 1;
+    const bool import = Config()->pNoOfExposures > 0 &&
+                        ReadNumber(Config()->GetValue(mExposureNo, ExposureColumn::kImport)) == 1;
     const auto show = [&] {
         mfrmTestGuide->SetWaveformExposure(exposure);
         mfrmTestGuide->DrawWaveform(mResult->WaveformOfRow(exposure));

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "foundation/tagged_value.h"
@@ -18,13 +20,16 @@
 ///   4. any number of configuration and limit dialogs;
 ///   5. `Perform`, again after navigating back;
 ///   6. `Save`;  7. `PrintReport`;
-///   8. `Clone` at any time, `UpdateReferences` once the clone stands in the tree;
+///   8. `Clone` at any time, `UpdateReferences` once the clone is in the tree;
 ///   9. `Terminate`.
 ///
 /// All calls arrive on one thread. An empty reference is a legal answer of every getter of an object.
-/// Operations stand in slot order.
+/// Operations are declared in slot order.
 namespace vorex {
 
+class IConfigData;
+class ILimitData;
+class IResultData;
 class ITestElement;
 class ITestGuideConfig;
 
@@ -54,7 +59,7 @@ class IXmlElement {
     virtual void SetAttribute(std::string_view name, std::string_view value) = 0;
     /// Child elements in document order.
     virtual XmlElements Children() const = 0;
-    /// Puts an element, made by the same document, behind the present children; returns it.
+    /// Adds an element, made by the same document, after the present children; returns it.
     virtual std::shared_ptr<IXmlElement> AddChild(const std::shared_ptr<IXmlElement>& child) = 0;
     /// Child elements of a name, in document order.
     virtual XmlElements FindChild(std::string_view name) const = 0;
@@ -77,13 +82,25 @@ class IXmlDocument {
 
 using TextArguments = std::span<const std::string>;
 
+/// A form or control with captions.
+class ICaptions {
+  public:
+    virtual ~ICaptions() = default;
+    /// Calls the function with each caption. A caption is a text key until the function replaces it.
+    virtual void ForEachCaption(const std::function<void(std::string&)>& function) = 0;
+};
+
 class ITextService {
   public:
     virtual ~ITextService() = default;
-    /// The text of a key in the present language: the default behind "::" where the tables have none.
+    /// The text of a key in the present language; the default after "::" where the tables have none.
     /// Arguments fill "%%1", "%%2".
     virtual std::string Translate(std::string_view section, std::string_view key,
                                   TextArguments args) const = 0;
+    /// Replaces every caption of a form or control, which is a text key, by its text.
+    virtual void TranslateControl(std::string_view section, ICaptions& control) const {
+        control.ForEachCaption([&](std::string& caption) { caption = Translate(section, caption, {}); });
+    }
     /// Text of a service record id; empty when there is none.
     virtual std::string ServiceRecordText(int32_t id, bool flag) const = 0;
 };
@@ -108,13 +125,14 @@ inline constexpr int32_t kAlignCentre = 1;
 inline constexpr int32_t kAlignRight = 2;
 
 /// The report under way. Lengths are twips, 1440 an inch. Places are measured from the left edge of the
-/// usable width and from the top of the usable height of the page. Operations stand in slot order.
+/// usable width and from the top of the usable height of the page. Operations are declared in slot order.
 ///
-/// Tables are told in the mark-up of `report_markup.h`. Each call of `PrintTable` goes below what was printed
-/// before, and calls with the same columns are rows of one table to a reader. Rows never split. A table of
-/// several rows that does not fit goes on on the next page, under the heading rows that it begins with (every
-/// cell that holds something is a heading). Who prints row by row asks `TableHeight` and `SpaceLeft` first,
-/// and prints its headings again after `NewPage`. A renderer without pages has room for everything.
+/// Tables are written in the mark-up of `report_markup.h`. Each call of `PrintTable` prints below what was
+/// printed before, and calls with the same columns are rows of one table to a reader. Rows never split. A
+/// table of several rows that does not fit continues on the next page, under the heading rows that it begins
+/// with (every cell that holds something is a heading). A caller that prints row by row asks `TableHeight`
+/// and `SpaceLeft` first, and prints its headings again after `NewPage`. A renderer without pages has room
+/// for everything.
 class IReportDocument {
   public:
     virtual ~IReportDocument() = default;
@@ -123,7 +141,7 @@ class IReportDocument {
     virtual void Position(int32_t top) = 0;
     virtual int32_t Options() const = 0;
     virtual int32_t Kind() const = 0;
-    /// The standards whose limits stand beside the results; null for all that an element has.
+    /// The standards whose limits are printed next to the results; null for all that an element has.
     virtual const ISelectedStandards* SelectedStandards() const = 0;
     /// Decimal sign of the language of the report, "." or ",".
     virtual char DecimalSign() const = 0;
@@ -133,17 +151,17 @@ class IReportDocument {
     virtual int32_t TableHeight(std::string_view columns, std::string_view rows) = 0;
     /// Width of a text in the present size; 0 without pages, where nothing is measured.
     virtual int32_t TextWidth(std::string_view text) = 0;
-    /// Size of the text to come, 5 to 9 points.
+    /// Size of the following text, 5 to 9 points.
     virtual void Style(int32_t points) = 0;
     virtual int32_t Metric(int32_t selector) const = 0;
-    /// Where the text of `DrawText` stands to its place, up to the end of the figure; outside one, whether
-    /// headings stand in the middle.
+    /// How `DrawText` aligns its text to its place, up to the end of the figure; outside a figure, whether
+    /// headings are centred.
     virtual void Alignment(int32_t alignment) = 0;
     /// A column definition, and rows. A width may reach beyond the page; rows may have fewer cells than
     /// columns.
     virtual void PrintTable(std::string_view columns, std::string_view rows) = 0;
-    /// Heading of an element or page: what it is, and what it came to (empty for nothing). In the middle it
-    /// is the title of a form, with its second text below. Not in mark-up.
+    /// Heading of an element or page: its title, and its outcome (empty for none). Centred, it is the title
+    /// of a form, with the outcome below. Not in mark-up.
     virtual void PrintHeading(std::string_view title, std::string_view outcome) = 0;
     /// A straight line. Outside a figure a renderer without pages draws a level one where it was printed.
     virtual void DrawLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2) = 0;
@@ -152,8 +170,8 @@ class IReportDocument {
     virtual void PlotPoints(std::span<const int32_t> x, std::span<const int32_t> y) = 0;
     /// A line of text, not in mark-up; `y` is its top. [inside a figure]
     virtual void DrawText(int32_t x, int32_t y, std::string_view text) = 0;
-    /// Lines, points and texts up to `EndFigure` are one picture that says what the caption tells. Goes to a
-    /// new page when the height does not fit; the position is the top of the figure then.
+    /// Lines, points and texts up to `EndFigure` are one picture, which the caption describes. Starts a new
+    /// page when the height does not fit; the position is then the top of the figure.
     virtual void BeginFigure(std::string_view caption, int32_t height) = 0;
     virtual void EndFigure() = 0;
     virtual std::string Translate(std::string_view section, std::string_view key,
@@ -168,7 +186,7 @@ class IReportSetup {
 
 // ------------------------------------------------------------------------------------ dialogs, controls
 
-/// How a control tells its host that something changed.
+/// How a control announces a change to its host.
 class IControlCallback {
   public:
     virtual ~IControlCallback() = default;
@@ -178,8 +196,16 @@ class IControlCallback {
 /// Window handle of the platform; 0 is no window.
 using WindowHandle = uintptr_t;
 
-/// What a control is initialised with: the configuration, limits, result or element it edits.
-using ControlArgument = std::shared_ptr<void>;
+/// Limits to edit, and the element whose limits they are.
+struct OwnedLimits {
+    std::shared_ptr<ILimitData> limits;
+    std::shared_ptr<ITestElement> owner;
+    bool operator==(const OwnedLimits&) const = default;
+};
+
+/// What a control is initialised with: the object that it edits.
+using ControlArgument = std::variant<std::monostate, std::shared_ptr<IConfigData>, OwnedLimits,
+                                     std::shared_ptr<IResultData>, std::shared_ptr<ITestElement>>;
 
 class ICustomControl {
   public:
@@ -277,7 +303,7 @@ class IStandardCollection {
     virtual std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) = 0;
     virtual void Clear() = 0;
     virtual std::shared_ptr<IStandardCollection> Clone() const = 0;
-    /// Tells the standards which element they belong to now.
+    /// Sets the element that the standards belong to.
     virtual void Owner(const std::shared_ptr<ITestElement>& element) = 0;
 };
 
@@ -372,7 +398,7 @@ class ILimitData {
         const IMeasurement* measurement, const ISelectedStandards* selected) const = 0;
 };
 
-/// What a service technician is told of a failed or not applicable test.
+/// What a service technician reads about a failed or not applicable test.
 class IServiceRecord {
   public:
     virtual ~IServiceRecord() = default;
@@ -456,7 +482,7 @@ class IExecutionPipe {
     virtual std::shared_ptr<ISelectedStandards> SelectedStandards() const = 0;
     /// Asked first by `Perform`; False keeps the element from running.
     virtual bool BeginElement(ITestElement& element) = 0;
-    /// Told when a result has been stored.
+    /// Called when a result has been stored.
     virtual void EndElement(ITestElement& element) = 0;
 };
 
@@ -491,7 +517,7 @@ class ITestElement {
     virtual std::vector<std::string> GetMeasurementList() const = 0;
 };
 
-/// Where a new child goes: behind the relative, or at the end.
+/// Where a new child goes: after the relative, or at the end.
 inline constexpr int32_t kAddAtEnd = 1;
 inline constexpr int32_t kAddBehind = 2;
 

@@ -39,6 +39,11 @@ std::string Translate(std::string_view textKey, std::initializer_list<std::strin
     return TranslateWith(textKey, TextArguments(arguments.begin(), arguments.size()), report);
 }
 
+void TranslateControl(ICaptions& control) {
+    if (const auto& service = Services().text) return service->TranslateControl(kPlugInId, control);
+    control.ForEachCaption([](std::string& caption) { caption = DefaultText(caption, {}); });
+}
+
 std::string DefaultText(std::string_view textKey, TextArguments arguments) {
     const std::size_t separator = textKey.find("::");
     return FillPlaceholders(separator == std::string_view::npos ? textKey : textKey.substr(separator + 2),

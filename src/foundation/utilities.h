@@ -18,6 +18,8 @@ std::string Translate(std::string_view textKey, std::initializer_list<std::strin
                       const IReportDocument* report = nullptr);
 /// The default English text of a key with its placeholders filled: what is shown without a language table.
 std::string DefaultText(std::string_view textKey, TextArguments arguments);
+/// Replaces the text keys in the captions of a form or control by their texts.
+void TranslateControl(ICaptions& control);
 /// The text with "%%1", "%%2" filled.
 std::string FillPlaceholders(std::string_view text, TextArguments arguments);
 

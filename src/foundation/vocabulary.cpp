@@ -96,7 +96,7 @@ const TestRow* FindTest(int32_t testId) {
 }
 
 bool IsMeasuringTest(int32_t testId) {
-    return TestBit(testId) != 0;
+    return std::find(kMeasuringTests.begin(), kMeasuringTests.end(), testId) != kMeasuringTests.end();
 }
 
 const ChoiceRow* FindRow(const Choice& choice, int32_t value) {

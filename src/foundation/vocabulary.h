@@ -1,8 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -39,14 +40,17 @@ inline constexpr int32_t kOldRadioHvl = 400;
 inline constexpr int32_t kOldFluoroHvl = 600;
 inline constexpr int32_t kOldMammoHvl = 1000;
 
-inline constexpr std::array<int32_t, 8> kMeasuringTests = {
-    kRadioRepro,     kRadioAccuracy, kRadioLinearity, kFluoroAccuracy,
-    kFluoroExposure, kMammoAccRepro, kMammoAec,       kMammoRadiation,
-};
+/// Detector modes. Values of the configuration; a test of the catalogue is measured in one of them.
+inline constexpr int32_t kRadio = 1;
+inline constexpr int32_t kMammo = 2;
+inline constexpr int32_t kFluoro = 3;
+inline constexpr int32_t kDental = 4;
+inline constexpr int32_t kEnteredByHand = 0;  ///< in the place of a mode: a test without exposures
 
 /// One row of the test catalogue.
 struct TestRow {
     int32_t id;
+    int32_t mode;                  ///< detector mode that a new test starts with
     std::string_view name;         ///< short name in English
     std::string_view title;        ///< text key of its name for a person
     std::string_view setupClass;   ///< class of the setup control, without the project name
@@ -54,45 +58,35 @@ struct TestRow {
 };
 
 // clang-format off
-inline constexpr std::array<TestRow, 9> kTestCatalogue = {{
-    {kRadioRepro,     "RadioRepro",     text::kTestRadioRepro,     "XRadioReproConfig",     "XResultFlxGrid"},
-    {kRadioAccuracy,  "RadioAccuracy",  text::kTestRadioAccuracy,  "XRadioAccuracyConfig",  "XResultListView"},
-    {kRadioLinearity, "RadioLinearity", text::kTestRadioLinearity, "XRadioLinearityConfig", "XResultFlxGrid"},
-    {kFluoroAccuracy, "FluoroAccuracy", text::kTestFluoroAccuracy, "XFluoroAccuracyConfig", "XResultListView"},
-    {kFluoroExposure, "FluoroExposure", text::kTestFluoroExposure, "XFluoroExposureConfig", "XResultListView"},
-    {kMammoAccRepro,  "MammoAccRepro",  text::kTestMammoAccRepro,  "XMammoAccReproConfig",  "XResultListView"},
-    {kMammoAec,       "MammoAEC",       text::kTestMammoAec,       "XMammoAECConfig",       "XResultListView"},
-    {kMammoRadiation, "MammoRadiation", text::kTestMammoRadiation, "XMammoRadiationConfig", "XResultListView"},
-    {kMqsaSurvey,     "MQSA",           text::kTestSurvey,         "XMQSAConfig",           "XResultMQSA"},
-}};
+inline constexpr auto kTestCatalogue = std::to_array<TestRow>({
+    {kRadioRepro,     kRadio,  "RadioRepro",     text::kTestRadioRepro,     "XRadioReproConfig",     "XResultFlxGrid"},
+    {kRadioAccuracy,  kRadio,  "RadioAccuracy",  text::kTestRadioAccuracy,  "XRadioAccuracyConfig",  "XResultListView"},
+    {kRadioLinearity, kRadio,  "RadioLinearity", text::kTestRadioLinearity, "XRadioLinearityConfig", "XResultFlxGrid"},
+    {kFluoroAccuracy, kFluoro, "FluoroAccuracy", text::kTestFluoroAccuracy, "XFluoroAccuracyConfig", "XResultListView"},
+    {kFluoroExposure, kFluoro, "FluoroExposure", text::kTestFluoroExposure, "XFluoroExposureConfig", "XResultListView"},
+    {kMammoAccRepro,  kMammo,  "MammoAccRepro",  text::kTestMammoAccRepro,  "XMammoAccReproConfig",  "XResultListView"},
+    {kMammoAec,       kMammo,  "MammoAEC",       text::kTestMammoAec,       "XMammoAECConfig",       "XResultListView"},
+    {kMammoRadiation, kMammo,  "MammoRadiation", text::kTestMammoRadiation, "XMammoRadiationConfig", "XResultListView"},
+    {kMqsaSurvey, kEnteredByHand, "MQSA",        text::kTestSurvey,         "XMQSAConfig",           "XResultMQSA"},
+});
 // clang-format on
+
+/// The tests that take exposures: the rows of the catalogue with a mode, in its order.
+inline constexpr auto kMeasuringTests = [] {
+    constexpr auto measures = [](const TestRow& row) { return row.mode != kEnteredByHand; };
+    constexpr auto count =
+        static_cast<std::size_t>(std::count_if(kTestCatalogue.begin(), kTestCatalogue.end(), measures));
+    std::array<int32_t, count> ids{};
+    std::size_t next = 0;
+    for (const TestRow& row : kTestCatalogue)
+        if (measures(row)) ids[next++] = row.id;
+    return ids;
+}();
 
 /// The catalogue row of a test; null for any other identifier (a group is not in the catalogue).
 const TestRow* FindTest(int32_t testId);
-/// True for the eight tests that take exposures.
+/// True for the tests that take exposures.
 bool IsMeasuringTest(int32_t testId);
-
-/// A set of measuring tests, as table rows name the tests they serve.
-struct TestSet {
-    uint16_t bits = 0;
-    constexpr bool Has(int32_t testId) const;
-};
-
-constexpr uint16_t TestBit(int32_t testId) {
-    for (std::size_t i = 0; i < kMeasuringTests.size(); ++i)
-        if (kMeasuringTests[i] == testId) return static_cast<uint16_t>(1U << i);
-    return 0;
-}
-constexpr TestSet Tests(std::initializer_list<int32_t> ids) {
-    TestSet set;
-    for (int32_t id : ids) set.bits = static_cast<uint16_t>(set.bits | TestBit(id));
-    return set;
-}
-/// Holds every identifier, also one that is no measuring test.
-inline constexpr TestSet kAllTests{0xFF};
-constexpr bool TestSet::Has(int32_t testId) const {
-    return bits == kAllTests.bits || (bits & TestBit(testId)) != 0;
-}
 
 // --------------------------------------------------------------------------------------- detector kinds
 
@@ -102,6 +96,8 @@ inline constexpr int32_t kMasMeter = 2;
 inline constexpr int32_t kPelomark = 3;
 inline constexpr int32_t kZrdAndMas = 4;
 inline constexpr int32_t kPelomarkAndMas = 5;
+inline constexpr std::array<int32_t, 5> kDetectorKinds = {kZrd, kMasMeter, kPelomark, kZrdAndMas,
+                                                          kPelomarkAndMas};
 
 constexpr bool HasZrd(int32_t kind) {
     return kind == kZrd || kind == kZrdAndMas;
@@ -136,11 +132,6 @@ inline constexpr int32_t kGoAbort = 2;
 inline constexpr int32_t kGoSkip = 3;
 
 // -------------------------------------------------------------------------------------------- choices
-
-inline constexpr int32_t kRadio = 1;
-inline constexpr int32_t kMammo = 2;
-inline constexpr int32_t kFluoro = 3;
-inline constexpr int32_t kDental = 4;
 
 inline constexpr int32_t kAutoSettings = 1;
 inline constexpr int32_t kUnitR = 1;

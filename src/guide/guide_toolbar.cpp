@@ -46,8 +46,13 @@ bool IsTargetFilter(int32_t key) {
 
 GuideToolbar::GuideToolbar() {
     for (const ButtonRow& row : kFixedButtons)
-        mButtons.push_back({row.key, row.caption.empty() ? std::string() : Translate(row.caption),
-                            row.visible, row.enabled, false, row.panel});
+        mButtons.push_back({row.key, std::string(row.caption), row.visible, row.enabled, false, row.panel});
+    TranslateControl(*this);
+}
+
+void GuideToolbar::ForEachCaption(const std::function<void(std::string&)>& function) {
+    for (GuideButton& button : mButtons)
+        if (!button.panel) function(button.caption);
 }
 
 GuideButton* GuideToolbar::FindButton(int32_t key) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,9 +21,11 @@ struct GuideButton {
 };
 
 /// The buttons of the guide: what each shows, and which of them can be pressed.
-class GuideToolbar {
+class GuideToolbar : public ICaptions {
   public:
     GuideToolbar();
+
+    void ForEachCaption(const std::function<void(std::string&)>& function) override;
 
     /// In the order of the bar: the fixed buttons, then the target/filters.
     const std::vector<GuideButton>& Buttons() const { return mButtons; }

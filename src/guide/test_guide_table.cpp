@@ -21,12 +21,10 @@ namespace {
 /// Check marks of the table, and where the configuration keeps them.
 struct FlagColumn {
     std::string_view key;
-    uint8_t configured;
+    ExposureColumn configured;
 };
-constexpr uint8_t kImportColumn = 1;
-constexpr uint8_t kAdjacentColumn = 2;
-constexpr FlagColumn kFlagColumns[] = {{key::kImportWaveform, kImportColumn},
-                                       {key::kAdjacent, kAdjacentColumn}};
+constexpr FlagColumn kFlagColumns[] = {{key::kImportWaveform, ExposureColumn::kImport},
+                                       {key::kAdjacent, ExposureColumn::kAdjacent}};
 
 /// True from construction to the end of the menu.
 class MenuOpen {
@@ -103,7 +101,7 @@ void FZRD47500TestGuide::FillColumnSettings() {
         const auto at = std::find(mColumnKeys.begin(), mColumnKeys.end(), flag.key);
         if (at == mColumnKeys.end()) continue;
         TextArray flags;
-        mConfig->GetArrayData(flag.configured, flags);
+        mConfig->GetArrayData(ColumnNumber(mConfig->pTestID, flag.configured), flags);
         mView->SetColumnSettings(static_cast<uint8_t>(at - mColumnKeys.begin() + 1), flags, true);
     }
 }
@@ -168,14 +166,14 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
     const std::string& columnKey = mColumnKeys[column - 1U];
     const auto row = static_cast<uint8_t>(exposure - 1);
     if (columnKey == key::kImportWaveform) {
-        mConfig->SetValue(row, kImportColumn, text);
-        result->SetValue(row, kImportColumn, text);
+        mConfig->SetValue(row, ExposureColumn::kImport, text);
+        result->SetValue(row, column, text);
         return;
     }
     // What is judged anew would get between the exposures of a run.
     if (!State().gRunActive) {
         if (columnKey == key::kAdjacent) {
-            mConfig->SetValue(row, kAdjacentColumn, text);
+            mConfig->SetValue(row, ExposureColumn::kAdjacent, text);
             result->UpdateAdjacentResult(*element, SelectedStandards(), row, text == "1" ? 1 : 0);
         } else if (IsMasFamily(columnKey)) {
             StoreTypedValue(exposure, columnKey, text);

@@ -308,7 +308,7 @@ std::shared_ptr<IDialog> CLimitData::CreateDialog() {
     const auto control = wrapper->CreateSetupCtrl(kLimitEditor);
     const auto view = std::dynamic_pointer_cast<ILimitView>(control);
     if (!view) return nullptr;
-    wrapper->Initialize(std::shared_ptr<ILimitData>(shared_from_this()));
+    wrapper->Initialize(OwnedLimits{shared_from_this(), mOwner.lock()});
     mView = view;
     RefreshDialog();
     return wrapper;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
@@ -9,17 +10,8 @@ namespace vorex {
 
 namespace {
 
-/// Detector kinds as bits, so that a row names the kinds it serves.
-constexpr unsigned Kinds(std::initializer_list<int32_t> kinds) {
-    unsigned bits = 0;
-    for (int32_t kind : kinds) bits |= 1U << static_cast<unsigned>(kind);
-    return bits;
-}
-constexpr unsigned kZrdKinds = Kinds({kZrd, kZrdAndMas});
-constexpr unsigned kPelomarkKinds = Kinds({kPelomark, kPelomarkAndMas});
-constexpr unsigned kMasKinds = Kinds({kMasMeter, kZrdAndMas, kPelomarkAndMas});
-constexpr unsigned kBothZrd = Kinds({kZrdAndMas});
-constexpr unsigned kMasAlone = Kinds({kMasMeter});
+constexpr KindSet kBothZrd = {kZrdAndMas};
+constexpr KindSet kMasAlone = {kMasMeter};
 
 /// The unit of a column: a fixed key, or one that the configuration chooses.
 enum class UnitRule {
@@ -54,7 +46,7 @@ enum class When { kAlways, kTimeBase, kPulseBase, kPulsedFluoro, kDoseMode, kMaT
 
 struct ColumnRow {
     TestSet tests;
-    unsigned kinds;
+    KindSet kinds;
     std::string_view key;
     std::string_view caption;
     UnitRule unit;
@@ -63,11 +55,8 @@ struct ColumnRow {
     When when = When::kAlways;
 };
 
-constexpr TestSet kFluoroTests = Tests({kFluoroAccuracy, kFluoroExposure});
-constexpr TestSet kNotExposure = Tests({kRadioRepro, kRadioAccuracy, kRadioLinearity, kFluoroAccuracy,
-                                        kMammoAccRepro, kMammoAec, kMammoRadiation});
-/// Tests whose statistics stand behind the mAs columns of a combined kind.
-constexpr TestSet kStatisticsLast = Tests({kRadioRepro, kMammoAccRepro, kMammoAec});
+constexpr TestSet kFluoroTests = kFluoroscopy;
+constexpr TestSet kNotExposure = TestSet::AllBut(kFluoroExposure);
 constexpr TestSet kLinearity = Tests({kRadioLinearity});
 constexpr TestSet kRepro = Tests({kRadioRepro});
 constexpr TestSet kAec = Tests({kMammoAec});
@@ -182,7 +171,7 @@ constexpr ColumnRow kTestColumns[] = {
 };
 
 /// Statistics of the mAs meter for the kinds that do not have them among the test's columns.
-constexpr unsigned kMasStatisticsKinds = Kinds({kMasMeter, kPelomarkAndMas});
+constexpr KindSet kMasStatisticsKinds = {kMasMeter, kPelomarkAndMas};
 constexpr ColumnRow kMasStatistics[] = {
     {kRepro, kMasStatisticsKinds, key::kAvgMa,       text::kAvgMa,          UnitRule::kMa,   kNumber, kFourDecimals},
     {kRepro, kMasStatisticsKinds, key::kAvgMas,      text::kAvgMas,         UnitRule::kMas,  kNumber, kFourDecimals},
@@ -213,8 +202,7 @@ constexpr std::string_view kAecStatistics[] = {
 
 bool Applies(const ColumnRow& row, const CConfigCommon& config) {
     const int32_t kind = config.DetectorName;
-    if (kind < kZrd || kind > kPelomarkAndMas || (row.kinds & (1U << static_cast<unsigned>(kind))) == 0)
-        return false;
+    if (!row.kinds.Has(kind)) return false;
     if (!row.tests.Has(config.pTestID)) return false;
     const bool fluoro = config.pMeasurementMode == kFluoro;
     const bool pulses = !fluoro && config.pMeasurementTimeUnit != kMilliseconds;
@@ -328,7 +316,7 @@ MeasurementRow BuildColumns(const CConfigCommon& configuration) {
     MeasurementRow row;
     const bool combined =
         configuration.DetectorName == kZrdAndMas || configuration.DetectorName == kPelomarkAndMas;
-    const bool statisticsLast = combined && kStatisticsLast.Has(configuration.pTestID);
+    const bool statisticsLast = combined && kWithStatistics.Has(configuration.pTestID);
     AddColumns(kReadings, configuration, row);
     if (!statisticsLast) AddColumns(kTestColumns, configuration, row);
     AddColumns(kMasReadings, configuration, row);

@@ -5,6 +5,7 @@
 #include "foundation/host_services.h"
 #include "foundation/library_state.h"
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 #include "foundation/trace.h"
 #include "foundation/utilities.h"
 #include "guide/dialog_wrapper.h"
@@ -64,7 +65,7 @@ std::shared_ptr<IWaveform> WaveformAt(const std::vector<std::shared_ptr<CWavefor
 
 /// Tests whose flat list has a heading for each exposure and one for the statistics.
 bool HasHeadings(int32_t testId) {
-    return testId == kRadioRepro || testId == kMammoAccRepro || testId == kMammoAec;
+    return kWithStatistics.Has(testId);
 }
 
 std::string NameOfSource(int32_t source) {

@@ -14,8 +14,6 @@ namespace vorex {
 
 namespace {
 
-constexpr uint8_t kCriterionColumn = 3;
-
 bool IsKvpErrorKey(std::string_view measurementKey) {
     return measurementKey == key::kPercentKvpError || measurementKey == key::kAbsoluteKvpError;
 }
@@ -55,7 +53,7 @@ struct CResultCommon::Walk {
 
 int32_t CResultCommon::Criterion(std::size_t row) const {
     if (!mConfig || row > UINT8_MAX) return 0;
-    return ReadInteger(mConfig->GetValue(static_cast<uint8_t>(row), kCriterionColumn));
+    return ReadInteger(mConfig->GetValue(static_cast<uint8_t>(row), ExposureColumn::kCriterion));
 }
 
 bool CResultCommon::IsHeldAgainstLimits(const CMeasurement& measurement, std::size_t row) const {

@@ -336,13 +336,13 @@ TEST_F(ConfigCommon, TheDialogHostsTheSetupControlOfTheTest) {
     for (int32_t testId : kMeasuringTests) {
         const auto config = New(testId);
         EXPECT_TRUE(config->CreateDialog()) << testId;
-        EXPECT_EQ(FakeSetup::given, config) << testId;
+        EXPECT_EQ(FakeSetup::given, ControlArgument(config)) << testId;
     }
     EXPECT_EQ(FakeSetup::made, "100 200 300 500 700 900 1100 1200 ");
     EXPECT_FALSE(New(400)->CreateDialog());
     InstallClasses({});
     EXPECT_FALSE(New(100)->CreateDialog()) << "no control of the class exists";
-    FakeSetup::given.reset();
+    FakeSetup::given = {};
 }
 
 }  // namespace

@@ -54,6 +54,26 @@ TEST_F(Utilities, AKeyShowsItsDefaultTextWithoutALanguage) {
     EXPECT_EQ(Translate("9::%%2 before %%1", {"one", "two"}), "two before one");
 }
 
+/// A control with two captions.
+class Labels : public ICaptions {
+  public:
+    void ForEachCaption(const std::function<void(std::string&)>& function) override {
+        for (std::string& caption : captions) function(caption);
+    }
+    std::vector<std::string> captions = {"22237::Pass", "22238::Fail"};
+};
+
+TEST_F(Utilities, TranslatesEveryCaptionOfAControl) {
+    texts->words["22237::Pass"] = "Bestanden";
+    Labels german;
+    TranslateControl(german);
+    EXPECT_EQ(german.captions, (std::vector<std::string>{"Bestanden", "Fail"}));
+    InstallServices({});
+    Labels english;
+    TranslateControl(english);
+    EXPECT_EQ(english.captions, (std::vector<std::string>{"Pass", "Fail"})) << "without a text service";
+}
+
 TEST_F(Utilities, TheReportsLanguageGoesBeforeTheProgramsOwn) {
     texts->words["22237::Pass"] = "Bestanden";
     EXPECT_EQ(Translate(text::kPass), "Bestanden");

@@ -142,16 +142,6 @@ TEST(Vocabulary, EveryTestStandsOnceInTheCatalogue) {
     }
 }
 
-TEST(Vocabulary, ASetHoldsTheTestsThatItNames) {
-    const TestSet set = Tests({kRadioAccuracy, kMammoAec});
-    for (int32_t id : kMeasuringTests) {
-        EXPECT_EQ(set.Has(id), id == 200 || id == 1100) << id;
-        EXPECT_TRUE(kAllTests.Has(id)) << id;
-    }
-    EXPECT_FALSE(set.Has(400));
-    EXPECT_TRUE(kAllTests.Has(0)) << "what belongs to every test belongs to one without identifier too";
-}
-
 TEST(Vocabulary, DetectorKindsAreSetsOfInstruments) {
     struct Kind {
         int32_t kind;

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "config/config_common.h"
 #include "foundation/host_services.h"
+#include "results/limit_data.h"
 #include "support/fake_platform.h"
 
 namespace vorex::test {
@@ -65,12 +67,12 @@ class DialogWrapper : public ::testing::Test {
 TEST_F(DialogWrapper, HasNoControlForAnEmptyOrUnknownClassOrOneThatIsNoControl) {
     for (const std::string& name : {std::string(), ClassName("Nobody"), ClassName("NoControl")}) {
         EXPECT_FALSE(dialog.CreateSetupCtrl(name)) << name;
-        EXPECT_FALSE(CreateControlDialog(name, nullptr)) << name;
+        EXPECT_FALSE(CreateControlDialog(name, {})) << name;
     }
 }
 
 TEST_F(DialogWrapper, ForwardsToItsControl) {
-    const auto argument = std::make_shared<int>(1);
+    const ControlArgument argument = std::make_shared<CConfigCommon>();
     const auto callback = std::make_shared<Callback>();
     FakeControl& control = MakeControl();
     dialog.Initialize(argument);
@@ -87,7 +89,7 @@ TEST_F(DialogWrapper, ForwardsToItsControl) {
 }
 
 TEST_F(DialogWrapper, AnswersEmptyWithoutAControl) {
-    dialog.Initialize(nullptr);
+    dialog.Initialize({});
     dialog.Locked(true);
     dialog.Refresh();
     EXPECT_FALSE(dialog.Locked());
@@ -125,7 +127,7 @@ TEST_F(DialogWrapper, MovesTheControlWhenDockedElseItself) {
 }
 
 TEST_F(DialogWrapper, IsMadeWithItsControlInitialised) {
-    const auto argument = std::make_shared<int>(1);
+    const ControlArgument argument = OwnedLimits{std::make_shared<CLimitData>(), nullptr};
     const auto made = CreateControlDialog(ClassName("Control"), argument);
     ASSERT_TRUE(made);
     const auto& wrapper = dynamic_cast<FDialogWrapper&>(*made);

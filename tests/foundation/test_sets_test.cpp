@@ -1,0 +1,84 @@
+#include "foundation/test_sets.h"
+
+#include <gtest/gtest.h>
+
+namespace vorex {
+namespace {
+
+TEST(TestSets, ASetHoldsTheTestsThatItNames) {
+    const TestSet set = {kRadioAccuracy, kMammoAec};
+    for (int32_t id : kMeasuringTests) {
+        EXPECT_EQ(set.Has(id), id == 200 || id == 1100) << id;
+        EXPECT_EQ(TestSet::AllBut(set).Has(id), id != 200 && id != 1100) << id;
+        EXPECT_TRUE(kAllTests.Has(id)) << id;
+    }
+    EXPECT_FALSE(set.Has(400));
+    EXPECT_TRUE(kAllTests.Has(0)) << "what belongs to every test belongs to one without identifier too";
+}
+
+TEST(TestSets, AllTestsIsMoreThanAListOfThePresentOnes) {
+    const TestSet listed = {100, 200, 300, 500, 700, 900, 1100, 1200};
+    for (int32_t id : kMeasuringTests) EXPECT_TRUE(listed.Has(id)) << id;
+    EXPECT_FALSE(listed == kAllTests);
+    EXPECT_FALSE(listed.Has(1400));
+    EXPECT_TRUE(kAllTests.Has(1400));
+}
+
+TEST(TestSets, TheNamedSetsHoldTheTestsOfTheirKind) {
+    struct Row {
+        const char* name;
+        TestSet set;
+        TestSet expected;
+    };
+    const Row rows[] = {
+        {"radiography", kRadiography, {100, 200, 300}},
+        {"fluoroscopy", kFluoroscopy, {500, 700}},
+        {"mammography", kMammography, {900, 1100, 1200}},
+        {"generator setup", kWithGeneratorSetup, {100, 200, 300}},
+        {"unit of distance", kWithDistanceUnit, {100, 200, 300, 500, 700}},
+        {"one focal spot", kWithOneFocalSpot, {100, 500, 700, 900}},
+        {"one kV", kWithOneKv, {100, 300, 900, 1200}},
+        {"focal spots", kWithFocalSpots, {200, 300}},
+        {"kVs", kWithKvs, {200, 500, 700}},
+        {"mA", kWithMa, {200, 300, 500, 700}},
+        {"mAs", kWithMas, {200, 300, 1100, 1200}},
+        {"statistics", kWithStatistics, {100, 900, 1100}},
+    };
+    for (const Row& row : rows) EXPECT_TRUE(row.set == row.expected) << row.name;
+}
+
+TEST(TestSets, AKindSetHoldsTheKindsThatItNames) {
+    for (int32_t kind : {-1, 0, 1, 2, 3, 4, 5, 32}) {
+        EXPECT_EQ(kZrdKinds.Has(kind), kind == 1 || kind == 4) << kind;
+        EXPECT_EQ(kPelomarkKinds.Has(kind), kind == 3 || kind == 5) << kind;
+        EXPECT_EQ(kMasKinds.Has(kind), kind == 2 || kind == 4 || kind == 5) << kind;
+        EXPECT_EQ((kZrdKinds | kPelomarkKinds).Has(kind), HasZrd(kind) || HasPelomark(kind)) << kind;
+    }
+}
+
+TEST(TestSets, ATableThatForgetsATestDoesNotCoverThemAll) {
+    struct Row {
+        TestSet tests;
+    };
+    constexpr Row kNone[] = {{kAllTests}};
+    constexpr Row kSome[] = {{kAllTests}, {kRadiography | kFluoroscopy}, {{kMammoAec, kMammoRadiation}}};
+    constexpr Row kRest[] = {{kMammoAccRepro}};
+    static_assert(!CoversEveryMeasuringTest(kNone), "a row for all tests says nothing of a new one");
+    static_assert(!CoversEveryMeasuringTest(kSome));
+    static_assert(CoversEveryMeasuringTest(kSome, kRest));
+    struct Single {
+        int32_t testId;
+    };
+    constexpr Single kTwice[] = {{100}, {200}, {300}, {500}, {700}, {900}, {1100}, {1200}, {100}};
+    static_assert(CoversEveryMeasuringTest(kTwice) && !HasOneRowPerMeasuringTest(kTwice));
+    struct Kind {
+        int32_t kind;
+    };
+    constexpr Kind kKinds[] = {{1}, {2}, {3}, {4}, {5}};
+    constexpr Kind kOneTwice[] = {{1}, {2}, {3}, {4}, {4}};
+    static_assert(HasOneRowPerDetectorKind(kKinds) && !HasOneRowPerDetectorKind(kOneTwice));
+    EXPECT_TRUE(kAllTests.IsAll());
+}
+
+}  // namespace
+}  // namespace vorex
