@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "foundation/host_services.h"
 
@@ -19,6 +20,15 @@ bool Guarded(std::string_view name, const std::function<void()>& handler, std::s
     LogDiagnostic(std::string(name) + ": " + words);
     if (failure != nullptr) *failure = words;
     return false;
+}
+
+void Connection::Disconnect() {
+    if (const auto slot = std::exchange(mSlot, {}).lock()) slot->handler.reset();
+}
+
+bool Connection::Connected() const {
+    const auto slot = mSlot.lock();
+    return slot && slot->handler;
 }
 
 }  // namespace vorex

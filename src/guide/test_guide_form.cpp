@@ -23,7 +23,9 @@ void FZRD47500TestGuide::Visible(bool visible) {
 void FZRD47500TestGuide::Load() {
     Guarded("Form_Load", [&] {
         if (!vti && Services().createDetectorService) vti = Services().createDetectorService();
-        if (vti) vti->events.vti_AddWakeUpButton.Connect([this](bool wakeUp) { SetWakeUpButton(wakeUp); });
+        if (!vti) return;
+        mListening.push_back(
+            vti->events.vti_AddWakeUpButton.Listen([this](bool wakeUp) { SetWakeUpButton(wakeUp); }));
     });
     StartWatch();
 }
@@ -65,14 +67,11 @@ void FZRD47500TestGuide::Unload() {
     if (mWatch) mWatch->Stop();
     mWatch.reset();
     if (vti) {
-        vti->events.vti_AddWakeUpButton.Clear();
         Guarded("Form_Unload", [&] { vti->Disconnect(); });
         vti.reset();
     }
-    if (mView) {
-        mView->UnInitialize();
-        mView->events = {};
-    }
+    mListening.clear();
+    if (mView) mView->UnInitialize();
     mView.reset();
     ClearTabs();
     mElement.reset();

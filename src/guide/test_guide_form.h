@@ -202,6 +202,7 @@ class FZRD47500TestGuide : public ITestGuide {
     bool mAllShown = false;
     bool mManualNote = false;
     int32_t mFirmwareVersion = 0;
+    std::vector<Connection> mListening;  ///< to the view and the detector; last, so that they end first
 };
 
 }  // namespace vorex

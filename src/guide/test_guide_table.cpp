@@ -44,29 +44,31 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
     mView = test != nullptr ? CreateObjectAs<IZRD47500Result>(ClassName(test->resultClass)) : nullptr;
     if (!mView) return;
     ResultViewEvents& view = mView->events;
-    view.ItemClick.Connect([this](uint8_t exposure, uint8_t column, const std::string& columnKey) {
-        ClickItem(exposure, column, columnKey);
-    });
-    view.ItemClicked.Connect([this](bool flag) { events.ItemClicked.Raise(flag); });
-    view.MouseDown.Connect([this](bool right, uint8_t exposure) {
+    mListening.push_back(
+        view.ItemClick.Listen([this](uint8_t exposure, uint8_t column, const std::string& columnKey) {
+            ClickItem(exposure, column, columnKey);
+        }));
+    mListening.push_back(view.ItemClicked.Listen([this](bool flag) { events.ItemClicked.Raise(flag); }));
+    mListening.push_back(view.MouseDown.Listen([this](bool right, uint8_t exposure) {
         if (exposure != 0) mCurrentExposure = exposure;
         if (right) OpenMenu();
-    });
-    view.CellEdited.Connect([this](uint8_t exposure, uint8_t column, const std::string& text) {
-        EditCell(exposure, column, text);
-    });
-    view.MQSAHelpText.Connect([this](const std::string& text) {
+    }));
+    mListening.push_back(
+        view.CellEdited.Listen([this](uint8_t exposure, uint8_t column, const std::string& text) {
+            EditCell(exposure, column, text);
+        }));
+    mListening.push_back(view.MQSAHelpText.Listen([this](const std::string& text) {
         mDetails = {text};
         Changed.Raise();
-    });
-    view.MQSAClick.Connect([this](int32_t row, int32_t column) {
+    }));
+    mListening.push_back(view.MQSAClick.Listen([this](int32_t row, int32_t column) {
         const auto survey = mElement.lock();
         const auto result = survey ? std::dynamic_pointer_cast<CResultMQSA>(survey->Result()) : nullptr;
         if (!result) return;
         result->MQSAClickHandle(static_cast<uint8_t>(row), static_cast<uint8_t>(column));
         events.ItemClicked.Raise(true);
         ShowStatus(result.get());
-    });
+    }));
     mView->Initialize(true, element);
     mView->Limits(element->Limits());
 }

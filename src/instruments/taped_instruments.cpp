@@ -159,12 +159,6 @@ class TapedService final : public IDetectorService {
         : mService(std::move(service)), mTape(tape) {
         ForEachEvent([this](const auto& row) { Listen(row); });
     }
-    // The instruments' own session may live longer.
-    ~TapedService() override {
-        ForEachEvent([this](const auto& row) { (mService->events.*row.event).Clear(); });
-    }
-    TapedService(const TapedService&) = delete;
-    TapedService& operator=(const TapedService&) = delete;
 
     bool Poll(int32_t sleepTimeOut, int32_t shutdownTimeOut) override;
     bool ExposureDone() override {
@@ -228,18 +222,20 @@ class TapedService final : public IDetectorService {
     std::shared_ptr<IDetectorService> mService;
     RunTape& mTape;
     int64_t mPoll = 0;  ///< number of the poll that raises events
+    // Last, so that it goes first: the instruments' own session may live longer.
+    std::vector<Connection> mConnections;
 };
 
 template <typename Argument, typename Value>
 void TapedService::Listen(const EventRow<Argument, Value>& row) {
-    (mService->events.*row.event).Connect([this, &row](Argument value) {
+    mConnections.push_back((mService->events.*row.event).Listen([this, &row](Argument value) {
         if (!mTape.Reading()) {
             mTape.Note(row.name, mPoll, ToTexts(value));
             (events.*row.event).Raise(value);
         } else if (const auto note = mTape.NextEvent(mPoll)) {
             RaiseFromTape(*note);
         }
-    });
+    }));
 }
 
 void TapedService::RaiseFromTape(const RunNote& note) {

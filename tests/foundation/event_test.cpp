@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "foundation/host_services.h"
 
@@ -61,6 +64,61 @@ TEST_F(Events, AHandlerMayConnectAndClearWhileTheEventIsRaised) {
     event.Raise();
     EXPECT_EQ(first, 1);
     EXPECT_EQ(second, 1);
+}
+
+TEST_F(Events, AListenerMayEndBeforeTheEventAndTheEventBeforeItsListener) {
+    std::string seen;
+    Connection longer;
+    {
+        Event<char> event;
+        longer = event.Listen([&](char letter) { seen += letter; });
+        {
+            const Connection shorter = event.Listen([&](char letter) { seen += std::string{'<', letter}; });
+            event.Raise('a');
+        }
+        event.Raise('b');
+        EXPECT_EQ(seen, "a<ab");
+        EXPECT_TRUE(longer.Connected());
+        longer.Disconnect();
+        EXPECT_FALSE(event.Connected());
+        event.Raise('c');
+        EXPECT_EQ(seen, "a<ab");
+        longer = event.Listen([&](char letter) { seen += letter; });
+        Connection moved = std::move(longer);
+        longer = std::move(moved);
+        event.Raise('d');
+    }
+    EXPECT_EQ(seen, "a<abd");
+    EXPECT_FALSE(longer.Connected());
+}
+
+TEST_F(Events, AHandlerThatADifferentOneDisconnectsIsNotCalledInTheSameRaise) {
+    Event<> event;
+    auto captured = std::make_shared<int>(0);
+    Connection first;
+    Connection second;
+    first = event.Listen([&] {
+        second.Disconnect();
+        first.Disconnect();  // its own call goes on
+        ++*captured;
+    });
+    second = event.Listen([captured] { *captured += 100; });
+    EXPECT_EQ(captured.use_count(), 2);
+    event.Raise();
+    event.Raise();
+    EXPECT_EQ(*captured, 1);
+    EXPECT_EQ(captured.use_count(), 1) << "a disconnected handler lets go of what it holds";
+}
+
+TEST_F(Events, ACopyHasNoneOfTheListeners) {
+    int calls = 0;
+    Event<> event;
+    event.Connect([&] { ++calls; });
+    Event<> copy = event;
+    EXPECT_FALSE(copy.Connected());
+    event = copy;
+    event.Raise();
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(Events, AGuardTellsWhetherItsHandlerEnded) {
