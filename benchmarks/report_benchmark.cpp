@@ -53,7 +53,7 @@ void BM_Pdf(benchmark::State& state) {
     constexpr std::size_t kPages = 100;
     double size = 0;
     for (auto _ : state) {
-        IPdfRenderer& renderer = PdfRenderer();
+        const PdfRenderer& renderer = InstalledPdfRenderer();
         ReportSettings settings;
         settings.paper = *FindReportPaper("A4");
         settings.facts.title = "A hundred pages";

@@ -58,61 +58,46 @@ endfunction()
 
 # Holds the precompiled standard headers that the libraries share. Each source still names what it uses: the
 # header check and the static check compile without them.
-if(VOREX_PRECOMPILED_HEADERS)
-  set(VOREX_STANDARD_HEADERS <algorithm> <array> <chrono> <cstdint> <filesystem> <functional> <map> <memory>
-    <optional> <span> <sstream> <stdexcept> <string> <string_view> <utility> <variant> <vector>)
-  set(source "${PROJECT_BINARY_DIR}/generated_sources/standard_headers.cpp")
-  file(CONFIGURE OUTPUT "${source}" CONTENT "// Nothing but the precompiled headers.\n")
-  add_library(vorex_standard_headers OBJECT EXCLUDE_FROM_ALL "${source}")
-  vorex_configure_target(vorex_standard_headers)
-  target_precompile_headers(vorex_standard_headers PRIVATE ${VOREX_STANDARD_HEADERS})
-endif()
+set(VOREX_STANDARD_HEADERS <algorithm> <array> <chrono> <cstdint> <filesystem> <functional> <map> <memory>
+  <optional> <span> <sstream> <stdexcept> <string> <string_view> <utility> <variant> <vector>)
+set(standard_headers_source "${PROJECT_BINARY_DIR}/generated_sources/standard_headers.cpp")
+file(CONFIGURE OUTPUT "${standard_headers_source}" CONTENT "// Nothing but the precompiled headers.\n")
+add_library(vorex_standard_headers OBJECT EXCLUDE_FROM_ALL "${standard_headers_source}")
+vorex_configure_target(vorex_standard_headers)
+target_precompile_headers(vorex_standard_headers PRIVATE ${VOREX_STANDARD_HEADERS})
 
-function(vorex_use_standard_headers target)
-  if(VOREX_PRECOMPILED_HEADERS)
-    target_precompile_headers(${target} REUSE_FROM vorex_standard_headers)
-  endif()
-endfunction()
-
-# Links those of the targets that exist: a target without sources is not made.
-function(vorex_link_existing target kind)
-  foreach(library IN LISTS ARGN)
-    if(TARGET ${library})
-      target_link_libraries(${target} ${kind} ${library})
-    endif()
-  endforeach()
-endfunction()
-
-# vorex_add_library(<target> FOLDERS <folder of src>... [FILES <file>...] [EXCEPT <file>...] [LINK <target>...])
-# A static library of every .cpp in the folders (not below them) and those of the files that are there.
+# vorex_add_library(<target> [FOLDERS <folder of src>...] [FILES <file>...] [EXCEPT <file>...] [LINK <target>...])
+# A static library of every .cpp in the folders (not below them) and the files. A folder without sources, or a
+# file that is not there, is an error.
 function(vorex_add_library target)
   cmake_parse_arguments(arg "" "" "FOLDERS;FILES;EXCEPT;LINK" ${ARGN})
-  set(patterns ${arg_FILES})
+  set(sources ${arg_FILES})
   foreach(folder IN LISTS arg_FOLDERS)
-    list(APPEND patterns "src/${folder}/*.cpp")
+    file(GLOB found RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
+      "${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp")
+    if(NOT found)
+      message(FATAL_ERROR "${target}: src/${folder} has no sources")
+    endif()
+    list(APPEND sources ${found})
   endforeach()
-  list(TRANSFORM patterns PREPEND "${PROJECT_SOURCE_DIR}/")
-  list(TRANSFORM arg_EXCEPT PREPEND "${PROJECT_SOURCE_DIR}/")
-  file(GLOB sources CONFIGURE_DEPENDS ${patterns})
-  if(arg_EXCEPT)
-    list(REMOVE_ITEM sources ${arg_EXCEPT})
-  endif()
-  if(NOT sources)
-    message(STATUS "${target}: no sources, left out")
-    return()
-  endif()
+  foreach(file IN LISTS arg_EXCEPT)
+    if(NOT file IN_LIST sources)
+      message(FATAL_ERROR "${target}: there is no ${file} to leave out")
+    endif()
+    list(REMOVE_ITEM sources "${file}")
+  endforeach()
 
   add_library(${target} STATIC ${sources})
   vorex_configure_target(${target})
   # A double becomes a single only where the code says so.
   target_compile_options(${target} PRIVATE -Wfloat-conversion)
-  vorex_use_standard_headers(${target})
+  target_precompile_headers(${target} REUSE_FROM vorex_standard_headers)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_include_directories(${target} PUBLIC
     "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>"
     "$<BUILD_INTERFACE:${VOREX_GENERATED_DIR}>"
     "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vorex>")
-  vorex_link_existing(${target} PUBLIC ${arg_LINK})
+  target_link_libraries(${target} PUBLIC ${arg_LINK})
 endfunction()
 
 # The folders that the program looks for as ../share/vorex/<name> from its own place.

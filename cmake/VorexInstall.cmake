@@ -1,38 +1,30 @@
 # Installation. Component "development": library, headers and package files; component "program": the
 # program and its data.
 
-if(VOREX_FUZZING OR NOT PROJECT_IS_TOP_LEVEL)
-  return()
-endif()
-
 include(CMakePackageConfigHelpers)
 set(VOREX_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/vorex")
 
-if(TARGET vorex_test_library)
-  install(TARGETS vorex_test_library EXPORT vorexTargets
-    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development)
-  foreach(folder IN LISTS VOREX_LIBRARY_FOLDERS)
-    install(DIRECTORY "src/${folder}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex"
-      COMPONENT development OPTIONAL FILES_MATCHING PATTERN "*.h")
-  endforeach()
-  install(FILES src/library.h "${VOREX_GENERATED_DIR}/version.h"
-    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex" COMPONENT development OPTIONAL)
+install(TARGETS vorex_test_library EXPORT vorexTargets
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development)
+foreach(folder IN LISTS VOREX_LIBRARY_FOLDERS)
+  install(DIRECTORY "src/${folder}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex"
+    COMPONENT development FILES_MATCHING PATTERN "*.h")
+endforeach()
+install(FILES src/library.h "${VOREX_GENERATED_DIR}/version.h"
+  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex" COMPONENT development)
 
-  install(EXPORT vorexTargets NAMESPACE vorex:: DESTINATION "${VOREX_PACKAGE_DIR}" COMPONENT development)
-  configure_package_config_file(cmake/vorexConfig.cmake.in "${PROJECT_BINARY_DIR}/vorexConfig.cmake"
-    INSTALL_DESTINATION "${VOREX_PACKAGE_DIR}" NO_SET_AND_CHECK_MACRO)
-  write_basic_package_version_file("${PROJECT_BINARY_DIR}/vorexConfigVersion.cmake"
-    COMPATIBILITY SameMinorVersion)
-  install(FILES "${PROJECT_BINARY_DIR}/vorexConfig.cmake" "${PROJECT_BINARY_DIR}/vorexConfigVersion.cmake"
-    DESTINATION "${VOREX_PACKAGE_DIR}" COMPONENT development)
-endif()
+install(EXPORT vorexTargets NAMESPACE vorex:: DESTINATION "${VOREX_PACKAGE_DIR}" COMPONENT development)
+configure_package_config_file(cmake/vorexConfig.cmake.in "${PROJECT_BINARY_DIR}/vorexConfig.cmake"
+  INSTALL_DESTINATION "${VOREX_PACKAGE_DIR}" NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/vorexConfigVersion.cmake"
+  COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/vorexConfig.cmake" "${PROJECT_BINARY_DIR}/vorexConfigVersion.cmake"
+  DESTINATION "${VOREX_PACKAGE_DIR}" COMPONENT development)
 
-if(TARGET vorex)
-  install(TARGETS vorex RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT program)
-  install(TARGETS vorex_pdf LIBRARY DESTINATION lib/vorex COMPONENT program)
-  foreach(folder IN LISTS VOREX_DATA_FOLDERS)
-    install(DIRECTORY "${folder}" DESTINATION "${CMAKE_INSTALL_DATADIR}/vorex"
-      COMPONENT program OPTIONAL PATTERN "out" EXCLUDE)
-  endforeach()
-  install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT program)
-endif()
+install(TARGETS vorex RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT program)
+install(TARGETS vorex_pdf LIBRARY DESTINATION lib/vorex COMPONENT program)
+foreach(folder IN LISTS VOREX_DATA_FOLDERS)
+  install(DIRECTORY "${folder}" DESTINATION "${CMAKE_INSTALL_DATADIR}/vorex"
+    COMPONENT program PATTERN "out" EXCLUDE)
+endforeach()
+install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT program)

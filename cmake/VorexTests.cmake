@@ -12,133 +12,100 @@ elseif(NOT GTest_FOUND OR NOT benchmark_FOUND)
 endif()
 
 enable_testing()
-set(vorex_libraries vorex_cli vorex_app vorex_host vorex_instruments vorex_test_library)
 
 # One program of all tests.
 file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/*_test.cpp")
-file(GLOB support_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/support/*.cpp")
-list(FILTER test_sources EXCLUDE REGEX "/tests/(fuzz|support)/")
-if(test_sources)
-  set(VOREX_TEST_SCRATCH_DIR "${PROJECT_BINARY_DIR}/test_scratch")
-  file(MAKE_DIRECTORY "${VOREX_TEST_SCRATCH_DIR}")
-  configure_file(cmake/test_paths.h.in "${PROJECT_BINARY_DIR}/generated_tests/test_paths.h" @ONLY)
+list(FILTER test_sources EXCLUDE REGEX "/tests/fuzz/")
+set(VOREX_TEST_SCRATCH_DIR "${PROJECT_BINARY_DIR}/test_scratch")
+file(MAKE_DIRECTORY "${VOREX_TEST_SCRATCH_DIR}")
+configure_file(cmake/test_paths.h.in "${PROJECT_BINARY_DIR}/generated_tests/test_paths.h" @ONLY)
 
-  add_executable(vorex_tests ${test_sources} ${support_sources})
-  vorex_configure_target(vorex_tests)
-  target_include_directories(vorex_tests PRIVATE
-    "${PROJECT_SOURCE_DIR}/tests" "${PROJECT_BINARY_DIR}/generated_tests")
-  vorex_link_existing(vorex_tests PRIVATE ${vorex_libraries} GTest::gmock_main GTest::gmock GTest::gtest)
-  if(VOREX_PRECOMPILED_HEADERS)
-    target_precompile_headers(vorex_tests PRIVATE
-      ${VOREX_STANDARD_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
-  endif()
-  if(TARGET vorex)
-    add_dependencies(vorex_tests vorex vorex_pdf)
-  endif()
+add_executable(vorex_tests ${test_sources})
+vorex_configure_target(vorex_tests)
+target_include_directories(vorex_tests PRIVATE
+  "${PROJECT_SOURCE_DIR}/tests" "${PROJECT_BINARY_DIR}/generated_tests")
+target_link_libraries(vorex_tests PRIVATE vorex_cli GTest::gmock_main GTest::gmock GTest::gtest)
+target_precompile_headers(vorex_tests PRIVATE ${VOREX_STANDARD_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
+add_dependencies(vorex_tests vorex vorex_pdf)
 
-  # All tests in one process, in an order that is another every time, find what one leaves behind for the
-  # next. Each test alone names what failed; with sanitizers a process takes too long to start for that.
-  if(VOREX_SANITIZE)
-    foreach(index RANGE 1)
-      add_test(NAME all_tests_shuffled_part_${index} COMMAND vorex_tests --gtest_shuffle --gtest_brief=1)
-      set_tests_properties(all_tests_shuffled_part_${index} PROPERTIES TIMEOUT 900
-        ENVIRONMENT "GTEST_TOTAL_SHARDS=2;GTEST_SHARD_INDEX=${index}")
-    endforeach()
-  else()
-    include(GoogleTest)
-    gtest_discover_tests(vorex_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-      NO_PRETTY_TYPES NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
-    add_test(NAME all_tests_shuffled COMMAND vorex_tests --gtest_shuffle --gtest_brief=1)
-    set_tests_properties(all_tests_shuffled PROPERTIES RUN_SERIAL ON TIMEOUT 600)
-  endif()
+# A module of another version, which the program must not use.
+add_library(vorex_pdf_of_another_version MODULE tests/support/pdf_of_another_version.cpp)
+vorex_configure_target(vorex_pdf_of_another_version)
+set_target_properties(vorex_pdf_of_another_version PROPERTIES PREFIX ""
+  LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/test_modules")
+add_dependencies(vorex_tests vorex_pdf_of_another_version)
+
+# All tests in one process, in an order that is another every time, find what one leaves behind for the
+# next. Each test alone names what failed; with sanitizers a process takes too long to start for that.
+if(VOREX_SANITIZE)
+  foreach(index RANGE 1)
+    add_test(NAME all_tests_shuffled_part_${index} COMMAND vorex_tests --gtest_shuffle --gtest_brief=1)
+    set_tests_properties(all_tests_shuffled_part_${index} PROPERTIES TIMEOUT 900
+      ENVIRONMENT "GTEST_TOTAL_SHARDS=2;GTEST_SHARD_INDEX=${index}")
+  endforeach()
+else()
+  include(GoogleTest)
+  gtest_discover_tests(vorex_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    NO_PRETTY_TYPES NO_PRETTY_VALUES PROPERTIES TIMEOUT 120)
+  add_test(NAME all_tests_shuffled COMMAND vorex_tests --gtest_shuffle --gtest_brief=1)
+  set_tests_properties(all_tests_shuffled PROPERTIES RUN_SERIAL ON TIMEOUT 600)
 endif()
 
 # Benchmarks. CTest only looks that each still runs; times are taken by hand.
 file(GLOB benchmark_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/benchmarks/*_benchmark.cpp")
-if(benchmark_sources)
-  file(GLOB benchmark_main CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/benchmarks/main.cpp")
-  add_executable(vorex_benchmarks ${benchmark_sources} ${benchmark_main})
-  vorex_configure_target(vorex_benchmarks)
-  target_include_directories(vorex_benchmarks PRIVATE "${PROJECT_SOURCE_DIR}/benchmarks")
-  vorex_link_existing(vorex_benchmarks PRIVATE ${vorex_libraries} benchmark::benchmark)
-  if(NOT benchmark_main)
-    target_link_libraries(vorex_benchmarks PRIVATE benchmark::benchmark_main)
-  endif()
-  if(TARGET vorex)
-    add_dependencies(vorex_benchmarks vorex vorex_pdf)
-  endif()
-  set_target_properties(vorex_benchmarks PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
-  if(NOT VOREX_SANITIZE)
-    add_test(NAME benchmarks_run COMMAND vorex_benchmarks --benchmark_min_time=0.001)
-    set_tests_properties(benchmarks_run PROPERTIES TIMEOUT 300)
-  endif()
+add_executable(vorex_benchmarks ${benchmark_sources} benchmarks/main.cpp)
+vorex_configure_target(vorex_benchmarks)
+target_include_directories(vorex_benchmarks PRIVATE "${PROJECT_SOURCE_DIR}/benchmarks")
+target_link_libraries(vorex_benchmarks PRIVATE vorex_cli benchmark::benchmark)
+add_dependencies(vorex_benchmarks vorex vorex_pdf)
+set_target_properties(vorex_benchmarks PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+if(NOT VOREX_SANITIZE)
+  add_test(NAME benchmarks_run COMMAND vorex_benchmarks --benchmark_min_time=0.001)
+  set_tests_properties(benchmarks_run PROPERTIES TIMEOUT 300)
 endif()
 
 include(VorexFuzz)
 
 # Ranks of the files: who may include whom.
-find_package(Python3 3.9 COMPONENTS Interpreter)
-if(Python3_Interpreter_FOUND)
-  add_test(NAME include_ranks
-    COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/tools/check_includes.py"
-      --source "${PROJECT_SOURCE_DIR}/src")
-  add_test(NAME include_ranks_self_test
-    COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/check_includes_test.py")
-elseif(VOREX_BUILD_TESTS STREQUAL "ON")
-  message(FATAL_ERROR "The include check needs python3")
-endif()
+find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
+add_test(NAME include_ranks
+  COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/tools/check_includes.py"
+    --source "${PROJECT_SOURCE_DIR}/src")
+add_test(NAME include_ranks_self_test
+  COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/check_includes_test.py")
 
 # Every command of the documents prints what they say, and every example ends as told. A user's settings
 # must not matter.
-if(TARGET vorex)
-  set(as_a_stranger "${CMAKE_COMMAND}" -E env "VOREX=$<TARGET_FILE:vorex>"
-    "VOREX_SETTINGS=${PROJECT_BINARY_DIR}/no_settings.ini")
-  if(Python3_Interpreter_FOUND AND EXISTS "${PROJECT_SOURCE_DIR}/README.md")
-    add_test(NAME documents COMMAND "${Python3_EXECUTABLE}" -B
-      "${PROJECT_SOURCE_DIR}/tests/docs/run_doc_examples.py" --program "$<TARGET_FILE:vorex>")
-    set_tests_properties(documents PROPERTIES TIMEOUT 300)
-  endif()
-  # A run that is killed loses nothing; tools/kill_test.py kills more often by hand.
-  if(Python3_Interpreter_FOUND)
-    add_test(NAME kill_test COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/kill_test.py"
-      --program "$<TARGET_FILE:vorex>" --kills 30)
-    set_tests_properties(kill_test PROPERTIES TIMEOUT 300)
-  endif()
-  find_program(VOREX_BASH bash)
-  mark_as_advanced(VOREX_BASH)
-  if(VOREX_BASH)
-    add_test(NAME examples COMMAND ${as_a_stranger} "${VOREX_BASH}"
-      "${PROJECT_SOURCE_DIR}/examples/run_examples.sh" "${PROJECT_BINARY_DIR}/examples")
-    set_tests_properties(examples PROPERTIES TIMEOUT 300)
-  endif()
-endif()
+add_test(NAME documents COMMAND "${Python3_EXECUTABLE}" -B
+  "${PROJECT_SOURCE_DIR}/tests/docs/run_doc_examples.py" --program "$<TARGET_FILE:vorex>")
+# A run that is killed loses nothing; tools/kill_test.py kills more often by hand.
+add_test(NAME kill_test COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/kill_test.py"
+  --program "$<TARGET_FILE:vorex>" --kills 30)
+add_test(NAME examples COMMAND "${CMAKE_COMMAND}" -E env "VOREX=$<TARGET_FILE:vorex>"
+  "VOREX_SETTINGS=${PROJECT_BINARY_DIR}/no_settings.ini"
+  "${PROJECT_SOURCE_DIR}/examples/run_examples.sh" "${PROJECT_BINARY_DIR}/examples")
+set_tests_properties(documents kill_test examples PROPERTIES TIMEOUT 300)
 
 # Each header compiles alone: one source per header, without precompiled headers. Built on demand:
 # cmake --build --preset release --target header_check
 file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}/src" CONFIGURE_DEPENDS
   "${PROJECT_SOURCE_DIR}/src/*.h")
-list(FILTER headers EXCLUDE REGEX "^desktop/")
-if(headers)
-  set(header_sources "")
-  foreach(header IN LISTS headers)
-    set(source "${PROJECT_BINARY_DIR}/header_check/${header}.cpp")
-    file(CONFIGURE OUTPUT "${source}" CONTENT "#include \"${header}\"\n")
-    list(APPEND header_sources "${source}")
-  endforeach()
-  add_library(header_check OBJECT EXCLUDE_FROM_ALL ${header_sources})
-  vorex_configure_target(header_check)
-  target_compile_options(header_check PRIVATE -Werror)
-  vorex_link_existing(header_check PRIVATE
-    pugixml::pugixml nlohmann_json::nlohmann_json CLI11::CLI11)
-endif()
+set(header_sources "")
+foreach(header IN LISTS headers)
+  set(source "${PROJECT_BINARY_DIR}/header_check/${header}.cpp")
+  file(CONFIGURE OUTPUT "${source}" CONTENT "#include \"${header}\"\n")
+  list(APPEND header_sources "${source}")
+endforeach()
+add_library(header_check OBJECT EXCLUDE_FROM_ALL ${header_sources})
+vorex_configure_target(header_check)
+target_compile_options(header_check PRIVATE -Werror)
+target_link_libraries(header_check PRIVATE pugixml::pugixml nlohmann_json::nlohmann_json CLI11::CLI11)
 
 # A stand-alone project uses the installed library.
-if(TARGET vorex_test_library AND EXISTS "${PROJECT_SOURCE_DIR}/examples/host/example_host.cpp")
-  string(REPLACE ";" " " example_flags "${VOREX_SANITIZER_FLAGS}")
-  add_test(NAME installed_library_example COMMAND "${CMAKE_COMMAND}"
-    "-DBUILD_DIR=${PROJECT_BINARY_DIR}" "-DEXAMPLE_DIR=${PROJECT_SOURCE_DIR}/examples/host"
-    "-DCXX_COMPILER=${CMAKE_CXX_COMPILER}" "-DCXX_FLAGS=${example_flags}"
-    "-DGENERATOR=${CMAKE_GENERATOR}"
-    -P "${PROJECT_SOURCE_DIR}/cmake/RunHostExample.cmake")
-  set_tests_properties(installed_library_example PROPERTIES TIMEOUT 300)
-endif()
+string(REPLACE ";" " " example_flags "${VOREX_SANITIZER_FLAGS}")
+add_test(NAME installed_library_example COMMAND "${CMAKE_COMMAND}"
+  "-DBUILD_DIR=${PROJECT_BINARY_DIR}" "-DEXAMPLE_DIR=${PROJECT_SOURCE_DIR}/examples/host"
+  "-DCXX_COMPILER=${CMAKE_CXX_COMPILER}" "-DCXX_FLAGS=${example_flags}"
+  "-DGENERATOR=${CMAKE_GENERATOR}"
+  -P "${PROJECT_SOURCE_DIR}/cmake/RunHostExample.cmake")
+set_tests_properties(installed_library_example PROPERTIES TIMEOUT 300)

@@ -2,9 +2,9 @@
 """Holds every #include of src/ against the ranks of the files and names each arrow that breaks them.
 
 An include of the test library goes to a file of a lower rank, or stays inside its folder with a rank that is
-not higher; there is no cycle. The library includes its own files and standard headers only. host/,
-files/, reports/ and instruments/ include only foundation/ of it; app/ and the programs include everything, and nothing includes
-a program. An outside library is included only in the folders that are named for it.
+not higher; there is no cycle. The library includes its own files and standard headers only. Each folder
+outside the library may include the folders that are listed for it, and nothing includes a program. An outside library is included only in the
+folders that are listed for it, and a header of an operating system only in system/.
 """
 
 import argparse
@@ -38,9 +38,10 @@ RANKS = (
 
 # Folders outside the library, with the folders that each may include; "*" is everything.
 OUTER_FOLDERS = {
-    "host": ("foundation", "host", "files", "reports"),
-    "files": ("foundation", "host", "files"),
-    "reports": ("foundation", "reports"),
+    "system": ("system",),
+    "host": ("foundation", "system", "host", "files", "reports"),
+    "files": ("foundation", "system", "host", "files"),
+    "reports": ("foundation", "system", "reports"),
     "instruments": ("foundation", "instruments", "files"),
     "app": ("*",),
     "cli": ("*",),
@@ -55,8 +56,11 @@ OUTSIDE_LIBRARIES = (
     (re.compile(r"pugi"), ("files",)),
     (re.compile(r"nlohmann/"), ("host", "files", "instruments")),
     (re.compile(r"CLI/"), ("cli",)),
-    (re.compile(r"Q[A-Z]|Qt"), ("reports", "desktop")),
+    (re.compile(r"Q[A-Z]|Qt|qpdf/"), ("reports/pdf", "desktop")),
 )
+
+# The folder of the headers that no pattern above knows: those of operating systems.
+SYSTEM_FOLDER = "system"
 
 # Headers that the build generates beside src/.
 GENERATED = {"version.h"}
@@ -71,6 +75,7 @@ STANDARD_HEADERS = set(
     ratio regex scoped_allocator semaphore set shared_mutex source_location span sstream stack stdexcept stop_token
     streambuf string string_view strstream syncstream system_error thread tuple type_traits typeindex typeinfo
     unordered_map unordered_set utility valarray variant vector version
+    stddef.h stdint.h
     """.split()
 )
 
@@ -137,10 +142,16 @@ def fault_of_angled(include):
     """What is wrong with an include of somebody else's header, or an empty text."""
     if rank_of(include.source) is not None:
         return "" if include.target in STANDARD_HEADERS else "the test library includes standard headers only"
-    for pattern, folders in OUTSIDE_LIBRARIES:
-        if pattern.match(include.target) and folder_of(include.source) not in folders:
-            return f"belongs in {' and '.join(name + '/' for name in folders)} only"
-    return ""
+    folders = (SYSTEM_FOLDER,)
+    if include.target in STANDARD_HEADERS:
+        return ""
+    for pattern, named in OUTSIDE_LIBRARIES:
+        if pattern.match(include.target):
+            folders = named
+            break
+    if any(include.source.startswith(name + "/") for name in folders):
+        return ""
+    return f"belongs in {' and '.join(name + '/' for name in folders)} only"
 
 
 def find_cycles(files):
@@ -173,7 +184,7 @@ def find_faults(source_root):
     faults = []
     for name, includes in files.items():
         if rank_of(name) is None and folder_of(name) not in OUTER_FOLDERS:
-            faults.append(f"{name}: stands in no known folder: give it a rank or list its folder")
+            faults.append(f"{name}: is in no known folder: give it a rank or list its folder")
             continue
         for include in includes:
             fault = fault_of_quoted(include, files) if include.quoted else fault_of_angled(include)

@@ -27,8 +27,12 @@ SOUND_TREE = {
     "setup/page.h": '#include "execution/test_common.h"\n',
     "library.h": "#include <memory>\n",
     "library.cpp": '#include "library.h"\n\n#include "guide/test_guide.h"\n#include "setup/page.h"\n',
-    "files/element_file.cpp": "#include <pugixml.hpp>\n#include <unistd.h>\n"
-                             '#include "foundation/event.h"\n#include "version.h"\n',
+    "system/system.h": "#include <string>\n",
+    "files/tree.h": "",
+    "system/system_posix.cpp": '#include <unistd.h>\n#include "system/system.h"\n',
+    "files/element_file.cpp": "#include <pugixml.hpp>\n#include <filesystem>\n"
+                             '#include "foundation/event.h"\n#include "system/system.h"\n#include "version.h"\n',
+    "reports/pdf/module.cpp": "#include <QPainter>\n#include <qpdf/QPDF.hh>\n",
     "instruments/recording.cpp": '#include <nlohmann/json.hpp>\n#include "foundation/event.h"\n',
     "app/session.h": '#include "library.h"\n#include "results/measurement.h"\n#include "host/tree.h"\n',
     "host/tree.h": "",
@@ -71,7 +75,10 @@ class CheckIncludes(unittest.TestCase):
              "rank 5 must not include rank 5"),
             ("to the entry file", "guide/other.cpp", "library.h", "rank 7 must not include rank 8"),
             ("library to host", "results/other.cpp", "host/tree.h", "includes files of its own only"),
-            ("host to library", "host/tree.cpp", "results/measurement.h", "host/ may include foundation/ and host/"),
+            ("host to library", "host/tree.cpp", "results/measurement.h", "host/ may include foundation/ and system/"),
+            ("reports to files", "reports/other.cpp", "files/tree.h",
+             "reports/ may include foundation/ and system/ and reports/ only"),
+            ("system to foundation", "system/other.cpp", "foundation/event.h", "system/ may include system/ only"),
             ("instruments to host", "instruments/other.cpp", "host/tree.h",
              "instruments/ may include foundation/ and instruments/"),
             ("app to a program", "app/other.cpp", "cli/commands.h", "nothing outside cli/ includes a program"),
@@ -92,6 +99,13 @@ class CheckIncludes(unittest.TestCase):
     def test_an_outside_library_stays_in_its_folders(self):
         self.expect_fault("instruments/other.cpp", "#include <pugixml.hpp>\n", "belongs in files/ only")
         self.expect_fault("host/other.cpp", "#include <CLI/CLI.hpp>\n", "belongs in cli/ only")
+        self.expect_fault("reports/other.cpp", "#include <QPainter>\n", "belongs in reports/pdf/ and desktop/ only")
+
+    def test_an_operating_system_stays_in_its_folder(self):
+        for name in ("files/other.cpp", "cli/other.cpp", "reports/pdf/other.cpp"):
+            for header in ("unistd.h", "sys/stat.h", "windows.h", "dlfcn.h"):
+                with self.subTest(f"{name} {header}"):
+                    self.expect_fault(name, f"#include <{header}>\n", f"<{header}>: belongs in system/ only")
 
     def test_a_cycle_is_named_with_all_its_files(self):
         code, output = self.check({
@@ -103,7 +117,7 @@ class CheckIncludes(unittest.TestCase):
         self.assertIn("cycle: results/a.h -> results/b.h -> results/c.h -> results/a.h", output)
 
     def test_an_unknown_folder_is_a_fault(self):
-        self.expect_fault("helpers/misc.h", "", "helpers/misc.h: stands in no known folder")
+        self.expect_fault("helpers/misc.h", "", "helpers/misc.h: is in no known folder")
 
 
 if __name__ == "__main__":

@@ -4,7 +4,7 @@
 build_packages=(g++ cmake ninja-build pkg-config libpugixml-dev nlohmann-json3-dev libcli11-dev
     qt6-base-dev libqpdf-dev fonts-liberation2 fonts-dejavu-core fonts-droid-fallback)
 test_packages=(ccache python3 libgtest-dev libgmock-dev libbenchmark-dev poppler-utils qpdf)
-check_packages=(clang-format-14 clang-tidy-14)
+check_packages=(clang-format-14 clang-tidy-14 g++-mingw-w64-x86-64-posix)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
 
 say() { printf '\n== %s\n' "$*"; }

@@ -35,7 +35,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string RenderPdf(const ReportModel& report) {
-    return PdfRenderer().Render(report);
+    return InstalledPdfRenderer().Render(report);
 }
 
 struct ReportForm {
@@ -161,7 +161,7 @@ void WriteReport(const ElementFile& file, const StandardsLibrary& library, const
     settings.decimalSign = settings.text->Translate(kPlugInId, text::kDecimalSign, {}) == "," ? ',' : '.';
     settings.selected = file.Selected();
     settings.facts = FactsOf(file, options.input, *settings.text, language);
-    ReportDocument report(settings, form.paged ? &PdfRenderer().Metrics() : nullptr);
+    ReportDocument report(settings, form.paged ? &InstalledPdfRenderer().Metrics() : nullptr);
     const auto instruments = file.Instruments();
     const auto standards = StandardsOf(file, library);
     const auto particulars = Particulars(file, report);

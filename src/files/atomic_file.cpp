@@ -1,14 +1,5 @@
 #include "files/atomic_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <system_error>
-
 #include "foundation/file_error.h"
 
 namespace vorex {
@@ -16,8 +7,6 @@ namespace vorex {
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr mode_t kNewFileMode = 0666;
 
 /// The file behind a symbolic link, also when it does not exist yet.
 fs::path BehindLinks(fs::path path) {
@@ -31,15 +20,6 @@ fs::path BehindLinks(fs::path path) {
     return path;
 }
 
-/// Access rights of the new file: those of the old one, or what the process gives a new file.
-mode_t ModeFor(const fs::path& target) {
-    struct stat status {};
-    if (::stat(target.c_str(), &status) == 0) return status.st_mode & 07777U;
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return kNewFileMode & ~mask;
-}
-
 }  // namespace
 
 AtomicFile::AtomicFile(const fs::path& target) : mShown(target), mTarget(BehindLinks(target)) {
@@ -48,59 +28,39 @@ AtomicFile::AtomicFile(const fs::path& target) : mShown(target), mTarget(BehindL
     if (fs::is_directory(status))
         throw FileError({mShown.string(), 0, {}}, "is a folder", "the name of a file");
     if (fs::exists(status) && !fs::is_regular_file(status)) {
-        mDescriptor = ::open(mTarget.c_str(), O_WRONLY | O_CLOEXEC);
-        if (mDescriptor < 0) Fail("cannot be opened for writing");
+        mFile = os::File::Open(mTarget, os::Access::kOverwrite, error);
+        if (error) Fail("cannot be opened for writing", error);
     } else {
-        if (fs::exists(status) && ::access(mTarget.c_str(), W_OK) != 0) Fail("cannot be written");
-        OpenTemporary();
+        if (fs::exists(status) && !os::MayWrite(mTarget, error)) Fail("cannot be written", error);
+        mFile = os::File::OpenTemporary(mTarget, mTemporary, error);
+        if (error) Fail("cannot be written into its folder", error);
     }
-}
-
-void AtomicFile::OpenTemporary() {
-    const fs::path folder = mTarget.parent_path();
-    const mode_t mode = ModeFor(mTarget);
-    std::string name = (folder / ("." + mTarget.filename().string() + ".XXXXXX")).string();
-    mDescriptor = ::mkostemp(name.data(), O_CLOEXEC);
-    if (mDescriptor < 0) Fail("cannot be written into its folder");
-    mTemporary = name;
-    // Rights that cannot be given are no reason to lose the work: the file stays the user's alone.
-    (void)::fchmod(mDescriptor, mode);
 }
 
 AtomicFile::~AtomicFile() {
-    if (mDescriptor >= 0) ::close(mDescriptor);
-    if (!mTemporary.empty()) ::unlink(mTemporary.c_str());
+    (void)mFile.Close();
+    std::error_code error;
+    if (!mTemporary.empty()) fs::remove(mTemporary, error);
 }
 
-void AtomicFile::Fail(std::string_view what) const {
-    const std::string reason = std::generic_category().message(errno);
-    throw FileWriteError({mShown.string(), 0, {}}, std::string(what) + ": " + reason);
+void AtomicFile::Fail(std::string_view what, const std::error_code& reason) const {
+    throw FileWriteError({mShown.string(), 0, {}}, std::string(what) + ": " + reason.message());
 }
 
 void AtomicFile::Write(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(mDescriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) Fail("cannot be written");
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    if (const std::error_code error = mFile.Write(bytes)) Fail("cannot be written", error);
 }
 
 void AtomicFile::Commit() {
     const bool direct = mTemporary.empty();
-    if (!direct && ::fsync(mDescriptor) != 0) Fail("cannot be written to the disk");
-    const int descriptor = mDescriptor;
-    mDescriptor = -1;
-    if (::close(descriptor) != 0) Fail("cannot be written");
+    if (!direct)
+        if (const std::error_code error = mFile.Flush()) Fail("cannot be written to the disk", error);
+    if (const std::error_code error = mFile.Close()) Fail("cannot be written", error);
     if (direct) return;
-    if (::rename(mTemporary.c_str(), mTarget.c_str()) != 0) Fail("cannot be replaced");
+    if (const std::error_code error = os::Replace(mTemporary, mTarget)) Fail("cannot be replaced", error);
     mTemporary.clear();
     // The new name itself shall survive a power failure; the file is whole either way.
-    const fs::path parent = mTarget.parent_path();
-    const int folder = ::open(parent.empty() ? "." : parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0) return;
-    (void)::fsync(folder);
-    ::close(folder);
+    os::FlushFolderOf(mTarget);
 }
 
 void WriteWholeFile(const fs::path& target, std::string_view text) {

@@ -4,6 +4,9 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
+
+#include "system/system.h"
 
 namespace vorex {
 
@@ -25,13 +28,12 @@ class AtomicFile {
     void Commit();
 
   private:
-    void OpenTemporary();
-    [[noreturn]] void Fail(std::string_view what) const;
+    [[noreturn]] void Fail(std::string_view what, const std::error_code& reason) const;
 
     std::filesystem::path mShown;      ///< as the caller named it
     std::filesystem::path mTarget;     ///< behind symbolic links
     std::filesystem::path mTemporary;  ///< empty when the target is written directly
-    int mDescriptor = -1;
+    os::File mFile;
 };
 
 /// Writes a text as a file, as `AtomicFile` does.

@@ -1,11 +1,6 @@
 #include "files/element_document.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <new>
 #include <stdexcept>
@@ -15,6 +10,7 @@
 #include "foundation/file_error.h"
 #include "foundation/number_text.h"
 #include "foundation/utf8.h"
+#include "system/system.h"
 
 namespace vorex {
 
@@ -164,29 +160,15 @@ void XmlSource::Fail(int32_t line, std::string fault, std::string expected) cons
 }
 
 void XmlSource::ReadFile() {
-    class Descriptor {
-      public:
-        explicit Descriptor(int value) : mValue(value) {}
-        ~Descriptor() {
-            if (mValue >= 0) ::close(mValue);
-        }
-        Descriptor(const Descriptor&) = delete;
-        Descriptor& operator=(const Descriptor&) = delete;
-        int Value() const { return mValue; }
-
-      private:
-        int mValue;
+    std::error_code error;
+    const auto check = [&] {
+        if (error) Fail(0, "cannot be read: " + error.message(), "an element file");
     };
-    const auto failed = [this] {
-        Fail(0, "cannot be read: " + std::generic_category().message(errno), "an element file");
-    };
-    const Descriptor file(::open(mName.c_str(), O_RDONLY | O_CLOEXEC));
-    if (file.Value() < 0) failed();
-    struct stat status {};
-    if (::fstat(file.Value(), &status) != 0) failed();
+    os::File file = os::File::Open(mName, os::Access::kRead, error);
+    check();
     constexpr std::size_t kFirstRead = std::size_t{1} << 16U;
     // One byte more than the file has tells its end without another round.
-    std::size_t capacity = std::max(kFirstRead, static_cast<std::size_t>(status.st_size) + 1);
+    std::size_t capacity = std::max(kFirstRead, static_cast<std::size_t>(file.Size()) + 1);
     mSize = 0;
     for (;;) {
         if (mSize > kLargestFile || capacity > kLargestFile + kFirstRead)
@@ -195,11 +177,10 @@ void XmlSource::ReadFile() {
         if (memory == nullptr) throw std::bad_alloc();
         (void)mBuffer.release();
         mBuffer.reset(memory);
-        const ssize_t count = ::read(file.Value(), memory + mSize, capacity - mSize);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) failed();
+        const std::size_t count = file.Read(memory + mSize, capacity - mSize, error);
+        check();
         if (count == 0) return;
-        mSize += static_cast<std::size_t>(count);
+        mSize += count;
         if (mSize == capacity) capacity = std::min(capacity * 2, kLargestFile + kFirstRead);
     }
 }

@@ -1,12 +1,6 @@
 #include "files/run_journal.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <array>
-#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -195,25 +189,18 @@ JournalRecord ReadRecord(std::string_view text, const std::string& name, int32_t
     return record;
 }
 
-std::string Reason() {
-    return std::generic_category().message(errno);
-}
-
-std::string WholeText(int descriptor, const std::string& name) {
-    struct stat status {};
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        throw FileError({name, 0, {}}, "is no file", std::string(kAJournal));
-    if (static_cast<std::size_t>(status.st_size) > kLargestJournal)
+std::string WholeText(os::File& file, const std::string& name) {
+    if (!file.IsRegular()) throw FileError({name, 0, {}}, "is no file", std::string(kAJournal));
+    if (file.Size() > kLargestJournal)
         throw FileError({name, 0, {}}, "is larger than 1 GB", std::string(kAJournal));
-    std::string text(static_cast<std::size_t>(status.st_size), '\0');
+    std::string text(static_cast<std::size_t>(file.Size()), '\0');
     std::size_t size = 0;
     while (size < text.size()) {
-        const ssize_t read =
-            ::pread(descriptor, text.data() + size, text.size() - size, static_cast<off_t>(size));
-        if (read < 0 && errno == EINTR) continue;
-        if (read < 0) throw FileError({name, 0, {}}, "cannot be read: " + Reason());
-        if (read == 0) break;
-        size += static_cast<std::size_t>(read);
+        std::error_code error;
+        const std::size_t count = file.Read(text.data() + size, text.size() - size, error);
+        if (error) throw FileError({name, 0, {}}, "cannot be read: " + error.message());
+        if (count == 0) break;
+        size += count;
     }
     text.resize(size);
     return text;
@@ -229,15 +216,6 @@ bool IsUnbegun(std::string_view text) {
     const std::string_view object = text.substr(digits.size());
     const std::string begin = " {\"" + std::string(kVersionName) + "\":";
     return object.substr(0, begin.size()) == std::string_view(begin).substr(0, object.size());
-}
-
-/// The name of a file shall survive a power failure as well as its content.
-void SyncFolder(const fs::path& file) {
-    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
-    (void)::fsync(descriptor);
-    ::close(descriptor);
 }
 
 }  // namespace
@@ -307,23 +285,19 @@ fs::path RunJournal::OutputOf(const fs::path& file) {
     return output;
 }
 
-void RunJournal::Fail(const std::string& what) const {
-    throw FileError({mPath.string(), 0, {}}, what + ": " + Reason());
-}
-
-bool RunJournal::Lock() const {
-    // A file system that knows no locks must not keep a run from being journalled.
-    return ::flock(mDescriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+void RunJournal::Fail(const std::string& what, const std::error_code& reason) const {
+    throw FileError({mPath.string(), 0, {}}, what + ": " + reason.message());
 }
 
 std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const JournalHead& head) {
     std::unique_ptr<RunJournal> journal(new RunJournal(PathFor(output)));
     const fs::path& path = journal->mPath;
-    journal->mDescriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0666);
-    if (journal->mDescriptor < 0) {
-        const bool exists = errno == EEXIST;
+    std::error_code error;
+    journal->mFile = os::File::Open(path, os::Access::kAppendToNew, error);
+    if (error) {
+        const bool exists = error == std::errc::file_exists;
         if (exists && journal->TakeUnbegun()) return Begin(std::move(journal), head);
-        if (!exists) journal->Fail("the journal of the run cannot be written");
+        if (!exists) journal->Fail("the journal of the run cannot be written", error);
         std::string found;
         try {
             JournalContent content;
@@ -331,9 +305,9 @@ std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const Jou
             found = "holds an interrupted run of " + content.head.input + " (" + JournalSummary(content) +
                     "); finish it with \"vorex resume " + output.string() +
                     "\", or delete the journal to begin anew";
-        } catch (const FileError& error) {
+        } catch (const FileError& fault) {
             found =
-                error.Fault() + "; nothing was run. Move the file away, or delete it, if it is not needed";
+                fault.Fault() + "; nothing was run. Move the file away, or delete it, if it is not needed";
         }
         throw FileError({path.string(), 0, {}}, found);
     }
@@ -341,38 +315,37 @@ std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const Jou
 }
 
 std::unique_ptr<RunJournal> RunJournal::Begin(std::unique_ptr<RunJournal> journal, const JournalHead& head) {
-    if (!journal->Lock()) throw FileError({journal->mPath.string(), 0, {}}, std::string(kUnderWay));
+    if (!journal->mFile.Lock()) throw FileError({journal->mPath.string(), 0, {}}, std::string(kUnderWay));
     journal->mNeeded = false;
     journal->AppendLine(HeadObject(head));
-    SyncFolder(journal->mPath);
+    os::FlushFolderOf(journal->mPath);
     return journal;
 }
 
 /// In the journal of a run that was killed before its first line was whole there is nothing to lose.
 bool RunJournal::TakeUnbegun() {
-    mDescriptor = ::open(mPath.c_str(), O_RDWR | O_APPEND | O_CLOEXEC);
-    if (mDescriptor < 0) return false;
-    struct stat status {};
-    if (Lock() && ::fstat(mDescriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-        IsUnbegun(WholeText(mDescriptor, mPath.string()))) {
-        mTorn = status.st_size > 0;
+    std::error_code error;
+    mFile = os::File::Open(mPath, os::Access::kAppend, error);
+    if (error) return false;
+    if (mFile.Lock() && mFile.IsRegular() && IsUnbegun(WholeText(mFile, mPath.string()))) {
+        mTorn = mFile.Size() > 0;
         return true;
     }
-    ::close(mDescriptor);
-    mDescriptor = -1;
+    (void)mFile.Close();
     return false;
 }
 
 std::unique_ptr<RunJournal> RunJournal::Open(const fs::path& output, JournalContent& content) {
     std::unique_ptr<RunJournal> journal(new RunJournal(PathFor(output)));
     const std::string name = journal->mPath.string();
-    journal->mDescriptor = ::open(name.c_str(), O_RDWR | O_APPEND | O_CLOEXEC);
-    if (journal->mDescriptor < 0 && errno == ENOENT)
+    std::error_code error;
+    journal->mFile = os::File::Open(name, os::Access::kAppend, error);
+    if (error == std::errc::no_such_file_or_directory)
         throw FileError({name, 0, {}}, "there is no such journal: no run that writes " + output.string() +
                                            " was interrupted");
-    if (journal->mDescriptor < 0) journal->Fail("cannot be opened");
-    if (!journal->Lock()) throw FileError({name, 0, {}}, std::string(kUnderWay));
-    content = ParseJournal(WholeText(journal->mDescriptor, name), name);
+    if (error) journal->Fail("cannot be opened", error);
+    if (!journal->mFile.Lock()) throw FileError({name, 0, {}}, std::string(kUnderWay));
+    content = ParseJournal(WholeText(journal->mFile, name), name);
     journal->mChecksum = content.checksum;
     journal->mSize = content.wholeBytes;
     journal->mTorn = content.torn;
@@ -380,29 +353,23 @@ std::unique_ptr<RunJournal> RunJournal::Open(const fs::path& output, JournalCont
 }
 
 RunJournal::~RunJournal() {
-    if (mDescriptor < 0) return;
-    if (!mNeeded) ::unlink(mPath.c_str());
-    ::close(mDescriptor);
+    std::error_code error;
+    if (mFile.IsOpen() && !mNeeded) fs::remove(mPath, error);
 }
 
 void RunJournal::AppendLine(const std::string& object) {
     uint32_t checksum = mChecksum;
     const std::string line = JournalLine(object, checksum);
-    std::string_view rest = line;
-    if (mTorn && ::ftruncate(mDescriptor, static_cast<off_t>(mSize)) != 0)
-        Fail("the journal of the run cannot be written");
+    constexpr const char* kFault = "the journal of the run cannot be written";
+    std::error_code error;
+    if (mTorn) error = mFile.Truncate(mSize);
+    if (error) Fail(kFault, error);
     mTorn = false;
-    while (!rest.empty()) {
-        const ssize_t written = ::write(mDescriptor, rest.data(), rest.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) break;
-        rest.remove_prefix(static_cast<std::size_t>(written));
-    }
-    if (!rest.empty() || ::fdatasync(mDescriptor) != 0) {
-        const int error = errno;
-        mTorn = ::ftruncate(mDescriptor, static_cast<off_t>(mSize)) != 0;
-        errno = error;
-        Fail("the journal of the run cannot be written");
+    error = mFile.Write(line);
+    if (!error) error = mFile.Flush();
+    if (error) {
+        mTorn = static_cast<bool>(mFile.Truncate(mSize));
+        Fail(kFault, error);
     }
     mSize += line.size();
     mChecksum = checksum;
@@ -414,9 +381,11 @@ void RunJournal::Append(const JournalRecord& record) {
 }
 
 void RunJournal::Remove() {
-    if (mDescriptor < 0) return;
-    if (::unlink(mPath.c_str()) != 0 && errno != ENOENT) Fail("the journal cannot be removed");
-    ::close(std::exchange(mDescriptor, -1));
+    if (!mFile.IsOpen()) return;
+    std::error_code error;
+    fs::remove(mPath, error);
+    if (error) Fail("the journal cannot be removed", error);
+    (void)mFile.Close();
 }
 
 }  // namespace vorex

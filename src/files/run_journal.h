@@ -6,10 +6,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "foundation/run_note.h"
+#include "system/system.h"
 
 /// The journal of a run: what it started from, and every exposure as soon as it is stored. A line each, which
 /// is on the disk before the guide shows what it holds. A run that was killed is taken up from it.
@@ -96,15 +98,13 @@ class RunJournal {
 
   private:
     explicit RunJournal(std::filesystem::path path) : mPath(std::move(path)) {}
-    [[noreturn]] void Fail(const std::string& what) const;
-    /// False while another process has the file.
-    bool Lock() const;
+    [[noreturn]] void Fail(const std::string& what, const std::error_code& reason) const;
     bool TakeUnbegun();
     static std::unique_ptr<RunJournal> Begin(std::unique_ptr<RunJournal> journal, const JournalHead& head);
     void AppendLine(const std::string& object);
 
     std::filesystem::path mPath;
-    int mDescriptor = -1;
+    os::File mFile;
     std::size_t mSize = 0;  ///< of the whole lines
     uint32_t mChecksum = 0;
     bool mTorn = false;  ///< something stands behind the whole lines

@@ -1,7 +1,6 @@
 #include "files/standards_library.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <set>
 #include <system_error>
 #include <tuple>
@@ -12,6 +11,7 @@
 #include "foundation/vocabulary.h"
 #include "host/settings_registry.h"
 #include "host/standards.h"
+#include "system/system.h"
 
 namespace vorex {
 
@@ -50,8 +50,7 @@ std::vector<StandardLimit> PlainLimit(const StandardLimit& limit) {
 }  // namespace
 
 fs::path UserStandardsFolder() {
-    const char* const named = std::getenv("VOREX_STANDARDS");
-    if (named != nullptr && *named != '\0') return named;
+    if (const std::string named = os::Environment("VOREX_STANDARDS"); !named.empty()) return named;
     const fs::path settings = SettingsFile();
     const fs::path beside = settings.parent_path() / "standards";
     std::error_code error;

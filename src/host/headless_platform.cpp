@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -14,6 +15,7 @@
 
 #include "foundation/event.h"
 #include "foundation/host_services.h"
+#include "system/system.h"
 
 namespace vorex {
 
@@ -83,14 +85,13 @@ std::optional<ClockTime> ReadClockTime(std::string_view text) {
 
 ClockTime SystemTime() {
     const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    constexpr int64_t kMinute = 60;
-    const int64_t offset = local.tm_gmtoff / kMinute;
+    const int32_t seconds = os::UtcOffset(now);
+    constexpr int32_t kMinute = 60;
+    const int32_t offset = seconds / kMinute;
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "%c%02d:%02d", offset < 0 ? '-' : '+',
                   static_cast<int>(std::abs(offset) / kMinute), static_cast<int>(std::abs(offset) % kMinute));
-    return {static_cast<int64_t>(now) + local.tm_gmtoff, offset == 0 ? std::string(kNoOffset) : text.data()};
+    return {static_cast<int64_t>(now) + seconds, offset == 0 ? std::string(kNoOffset) : text.data()};
 }
 
 }  // namespace
@@ -248,12 +249,17 @@ CalendarDate HeadlessPlatform::Today() {
 
 std::string HeadlessPlatform::TimeStamp() {
     constexpr int64_t kMsASecond = 1000;
-    const auto time = static_cast<std::time_t>(mStartTime.seconds + Now() / kMsASecond);
-    std::tm fields{};
-    gmtime_r(&time, &fields);  // the offset is in the seconds already
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &fields);
-    const std::string shown = std::string(text.data(), length) + mStartTime.offset;
+    // The offset is in the seconds already.
+    const std::chrono::sys_seconds time(std::chrono::seconds(mStartTime.seconds + Now() / kMsASecond));
+    const auto day = std::chrono::floor<std::chrono::days>(time);
+    const std::chrono::year_month_day date(day);
+    const std::chrono::hh_mm_ss clock(time - day);
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                  static_cast<int>(clock.seconds().count()));
+    const std::string shown = text.data() + mStartTime.offset;
     return mClock ? mClock(shown) : shown;
 }
 

@@ -1,6 +1,5 @@
 #include "host/reference_host.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <string_view>
 
@@ -12,6 +11,7 @@
 #include "host/standards.h"
 #include "host/test_guide_config.h"
 #include "host/text_service.h"
+#include "system/system.h"
 
 namespace vorex {
 
@@ -21,8 +21,8 @@ using Log = std::function<void(std::string_view line)>;
 
 /// Appends lines to the file of VOREX_LOG; empty when there is none.
 Log DiagnosticLog() {
-    const char* const name = std::getenv("VOREX_LOG");
-    if (name == nullptr || *name == '\0') return {};
+    const std::string name = os::Environment("VOREX_LOG");
+    if (name.empty()) return {};
     auto file = std::make_shared<std::ofstream>(name, std::ios::app);
     if (!*file)
         throw FileError({name, 0, {}}, "the diagnostic log cannot be written",

@@ -1,10 +1,10 @@
 #include "host/settings_registry.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 
 #include "foundation/number_text.h"
+#include "system/system.h"
 
 namespace vorex {
 
@@ -20,19 +20,14 @@ std::string Lower(std::string_view text) {
     return result;
 }
 
-std::string Environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string() : value;
-}
-
 }  // namespace
 
 std::filesystem::path SettingsFile() {
-    const std::string named = Environment("VOREX_SETTINGS");
+    const std::string named = os::Environment("VOREX_SETTINGS");
     if (!named.empty()) return named;
-    std::filesystem::path folder = Environment("XDG_CONFIG_HOME");
+    std::filesystem::path folder = os::Environment("XDG_CONFIG_HOME");
     if (folder.empty()) {
-        const std::string home = Environment("HOME");
+        const std::string home = os::Environment("HOME");
         if (home.empty()) return {};
         folder = std::filesystem::path(home) / ".config";
     }

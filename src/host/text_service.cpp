@@ -1,7 +1,6 @@
 #include "host/text_service.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -9,6 +8,7 @@
 
 #include "foundation/file_error.h"
 #include "foundation/utilities.h"
+#include "system/system.h"
 
 namespace vorex {
 
@@ -55,14 +55,9 @@ std::vector<std::string> Languages(std::span<const fs::path> folders) {
 }
 
 std::string SystemLanguage(std::span<const fs::path> folders) {
-    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const char* value = std::getenv(variable);
-        if (value == nullptr || *value == '\0') continue;
-        const std::string_view locale = value;
-        std::string code(locale.substr(0, locale.find_first_of("_.@")));
-        return TableOf(code, folders).empty() ? std::string(kBuiltIn) : code;
-    }
-    return std::string(kBuiltIn);
+    const std::string locale = os::LocaleName();
+    std::string code = locale.substr(0, locale.find_first_of("_-.@"));
+    return TableOf(code, folders).empty() ? std::string(kBuiltIn) : code;
 }
 
 std::shared_ptr<TextService> TextService::ForLanguage(std::string_view code,

@@ -30,7 +30,7 @@ class TextService final : public ITextService {
     std::map<std::string, std::string, std::less<>> mTexts;
 };
 
-/// The language that the environment asks for (LC_ALL, else LC_MESSAGES, else LANG; "de_DE.UTF-8" is "de");
+/// The language that the user has set in the system ("de_DE.UTF-8" is "de");
 /// English where the folders have no table of it.
 std::string SystemLanguage(std::span<const std::filesystem::path> folders);
 

@@ -1,32 +1,46 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
-#include <span>
 #include <string>
 
+#include "reports/pdf/pdf_module.h"
 #include "reports/report_model.h"
 #include "reports/report_wrap.h"
 
 namespace vorex {
 
 /// Makes a PDF of a report. Its fonts measure the texts, so it exists before the report is laid out.
-class IPdfRenderer {
+class PdfRenderer {
   public:
-    virtual ~IPdfRenderer() = default;
-    virtual const ITextMetrics& Metrics() const = 0;
+    /// Starts the fonts of a module. Raises std::runtime_error when one is not installed.
+    explicit PdfRenderer(const VorexPdfModule& module);
+
+    const ITextMetrics& Metrics() const { return mMetrics; }
     /// The bytes of a PDF/A-1b file. Raises std::runtime_error.
-    virtual std::string Render(const ReportModel& report) = 0;
+    std::string Render(const ReportModel& report) const;
+
+  private:
+    class FontMetrics final : public ITextMetrics {
+      public:
+        explicit FontMetrics(const VorexPdfModule& module) : mModule(module) {}
+        int32_t Advance(char32_t character, ReportFace face) const override;
+
+      private:
+        const VorexPdfModule& mModule;
+    };
+
+    const VorexPdfModule& mModule;
+    FontMetrics mMetrics;
 };
 
-/// The renderer of the module that stands beside the program. Only it knows fonts and a toolkit, whose start
-/// takes longer than any other report: it is loaded by the first call, and works without a display. Raises
-/// FileError when the module is missing, std::runtime_error when its fonts are.
-IPdfRenderer& PdfRenderer();
+/// The functions of a module, which stays loaded. Raises FileError when the file is no module that writes
+/// PDF, or one of another version.
+const VorexPdfModule& LoadPdfModule(const std::filesystem::path& file);
 
-/// What the module exports, by this name; a fault's words come back in its argument.
-using PdfRendererMaker = IPdfRenderer*(std::string& fault);
-inline constexpr const char* kPdfRendererMaker = "VorexMakePdfRenderer";
-inline constexpr const char* kPdfModule = "vorex_pdf.so";
+/// The renderer of the module that is installed with the program. Only it knows fonts and a toolkit, whose
+/// start takes longer than any other report: it is loaded by the first call, and works without a display.
+/// Raises FileError when the module is missing or cannot be used, std::runtime_error when its fonts are
+/// missing.
+const PdfRenderer& InstalledPdfRenderer();
 
 }  // namespace vorex

@@ -107,7 +107,7 @@ class LanguageTableTest : public HostTest, public testing::WithParamInterface<co
         settings.options = kReportLimits;
         const std::vector<fs::path> folders = {fs::path(test::kSourceDir) / "languages"};
         settings.text = TextService::ForLanguage(language, folders);
-        ReportDocument report(settings, &PdfRenderer().Metrics());
+        ReportDocument report(settings, &InstalledPdfRenderer().Metrics());
         config->PrintReport(&report, nullptr);
         result->PrintReport(&report, nullptr);
         return report.Finish();
