@@ -5,38 +5,27 @@
 #include <string_view>
 #include <utility>
 
+#include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
-#include "host/standards.h"
 #include "results/result_columns.h"
 
 namespace vorex {
 
 namespace {
 
-bool IsRelative(LimitExpression form) {
-    return form == LimitExpression::kOffset || form == LimitExpression::kPercent;
-}
-
-std::vector<LimitExpression> FormsOf(const StandardLimit& limit) {
-    std::vector<LimitExpression> forms;
-    for (const StandardSide* side : {&limit.low, &limit.high})
-        if (side->IsSet())
-            forms.push_back(FindLimitExpression(side->expression).value_or(LimitExpression::kValue));
-    return forms;
-}
-
-bool Has(const std::vector<LimitExpression>& forms, LimitExpression form) {
-    return std::find(forms.begin(), forms.end(), form) != forms.end();
+/// The expression of a limit: both sides have the same, which `FormFault` checks.
+LimitExpression FormOf(const StandardLimit& limit) {
+    return LimitExpressionOf((limit.low.IsSet() ? limit.low : limit.high).expression);
 }
 
 /// True when a limit judges the numbers of a column.
 bool Judges(const StandardLimit& limit, const CMeasurement& column) {
     // The adjacent marking becomes part of the key only while a test is judged.
     const std::string_view wanted = limit.key == key::kErAdjacent ? key::kErNonAdjacent : limit.key;
-    return IsVariationRow(column.RawKey()) == Has(FormsOf(limit), LimitExpression::kVariation) &&
+    return IsVariationRow(column.RawKey()) == RowOf(FormOf(limit)).judgesVariation &&
            LimitKeyOf(column.RawKey()) == wanted;
 }
 
@@ -68,10 +57,7 @@ std::optional<double> Conversion(std::string_view from, std::string_view to) {
 
 /// The unit that the numbers of a limit are in, as its form asks for.
 std::string UnitOfNumbers(const StandardLimit& limit, const CMeasurement& column) {
-    const std::vector<LimitExpression> forms = FormsOf(limit);
-    if (Has(forms, LimitExpression::kVariation)) return {};
-    if (Has(forms, LimitExpression::kPercent)) return std::string(text::kUnitPercent);
-    return UnitOf(column);
+    return LimitNumberUnitOf(FormOf(limit), UnitOf(column));
 }
 
 /// Voltage of all exposures of a test; nothing where each has its own.
@@ -140,11 +126,12 @@ std::string Quoted(const std::string& text) {
 }
 
 std::string FormFault(int32_t testId, const StandardLimit& limit, const CMeasurement& column) {
-    const std::vector<LimitExpression> forms = FormsOf(limit);
-    const bool relative = std::any_of(forms.begin(), forms.end(), IsRelative);
-    if (relative && !(kWithOneKv.Has(testId) && !TextOf(column.RawPresetValue()).empty()))
+    if (limit.low.IsSet() && limit.high.IsSet() &&
+        LimitExpressionOf(limit.low.expression) != LimitExpressionOf(limit.high.expression))
+        return "both sides need the same expression";
+    if (RowOf(FormOf(limit)).usesPreset &&
+        !(kWithOneKv.Has(testId) && !TextOf(column.RawPresetValue()).empty()))
         return "an expression with X needs a voltage of a test with one set voltage (100, 300, 900, 1200)";
-    if (forms.size() == 2 && forms[0] != forms[1]) return "both sides need the same expression";
     const bool byVoltage = !limit.low.byVoltage.empty() || !limit.high.byVoltage.empty();
     if (byVoltage && !kWithOneKv.Has(testId) && testId != kMammoAec)
         return "\"byVoltage\" needs a test with one set voltage (100, 300, 900, 1100, 1200)";

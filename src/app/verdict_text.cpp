@@ -5,11 +5,11 @@
 #include <memory>
 #include <utility>
 
+#include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/report_markup.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
-#include "host/standards.h"
 
 namespace vorex {
 
@@ -57,7 +57,7 @@ Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards, Report repo
                 if (!limit->IsSet(side)) continue;
                 const std::string expression = limit->Expression(side);
                 std::string words = NumberText(limit->Value(side), report);
-                if (FindLimitExpression(expression) != LimitExpression::kValue)
+                if (LimitExpressionOf(expression) != LimitExpression::kValue)
                     words = Translate(text::kShowAsExpression, {words, expression}, report);
                 if (!limit->Unit().empty()) words += " " + Translate(limit->Unit(), report);
                 sides[StandardWords({standard->Name(), standard->Version()}) + ", " + limit->Key() + ", " +

@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <string_view>
 
+#include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
-#include "host/standards.h"
 
 namespace vorex {
 
@@ -36,11 +36,10 @@ std::string Wrapped(std::string_view words, std::size_t indent) {
 std::string NumberWords(const StandardSide& side, double value, const std::string& unit) {
     std::string words = PlainText(std::abs(value)) + (unit.empty() ? "" : " " + unit);
     const std::string sign = value < 0 ? "-" : "+";
-    const auto form = FindLimitExpression(side.expression).value_or(LimitExpression::kValue);
-    if (form == LimitExpression::kOffset || form == LimitExpression::kPercent)
-        return "X " + sign + " " + words;
+    const LimitExpressionRow& form = RowOf(LimitExpressionOf(side.expression));
+    if (form.usesPreset) return "X " + sign + " " + words;
     if (value < 0) words = "-" + words;
-    return form == LimitExpression::kVariation ? Translate(text::kShowAsExpression, {words, "CV"}) : words;
+    return form.judgesVariation ? Translate(text::kShowAsExpression, {words, std::string(form.text)}) : words;
 }
 
 std::string SideWords(const StandardSide& side, const std::string& unit, std::string_view relation) {

@@ -5,11 +5,12 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <string>
 
+#include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/survey_keys.h"
 #include "foundation/vocabulary.h"
-#include "host/standards.h"
 
 namespace vorex {
 
@@ -447,7 +448,8 @@ std::string_view InWords(Form form) {
         case Form::kEnding:
             return "one of Complete, Stopped, Broken";
         case Form::kExpression:
-            return "one of Y, X+Y, X+(X*Y%), CV";
+            static const std::string kWords = "one of " + LimitExpressionList();
+            return kWords;
     }
     return {};
 }

@@ -12,9 +12,9 @@
 #include <utility>
 
 #include "foundation/file_error.h"
+#include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/vocabulary.h"
-#include "host/standards.h"
 
 namespace vorex {
 
@@ -141,7 +141,7 @@ constexpr MemberRow<StandardSide> kSideMembers[] = {
     {"byVoltage", false, ReadPoints},
     {"expression", false, [](In in, Name name, const Json& value, StandardSide& to) {
          to.expression = in.Text(name, value);
-         if (!FindLimitExpression(to.expression)) in.FailAt(name, value, "\"Y\", \"X+Y\", \"X+(X*Y%)\" or \"CV\"");
+         if (!FindLimitExpression(to.expression)) in.FailAt(name, value, "one of " + LimitExpressionList());
      }},
 };
 
@@ -150,7 +150,7 @@ StandardSide ReadSide(In in, Name name, const Json& value) {
     const Reader below = in.Below(std::string(name));
     below.Members(value, kSideMembers, side);
     if (side.value.has_value() == !side.byVoltage.empty()) below.Fail(Shown(value), "either \"value\" or \"byVoltage\"");
-    if (side.expression.empty()) side.expression = "Y";
+    if (side.expression.empty()) side.expression = RowOf(LimitExpression::kValue).text;
     return side;
 }
 

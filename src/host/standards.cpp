@@ -11,21 +11,7 @@ namespace vorex {
 
 namespace {
 
-struct ExpressionRow {
-    std::string_view text;
-    LimitExpression expression;
-};
-
-constexpr std::string_view kPlainExpression = "Y";
-
 // clang-format off
-constexpr ExpressionRow kExpressions[] = {
-    {kPlainExpression, LimitExpression::kValue},
-    {"X+Y",            LimitExpression::kOffset},
-    {"X+(X*Y%)",       LimitExpression::kPercent},
-    {"CV",             LimitExpression::kVariation},
-};
-
 struct SideRow {
     int32_t side;
     std::string_view name;
@@ -44,12 +30,6 @@ std::shared_ptr<Standard> OwnStandard(const std::shared_ptr<IStandard>& standard
 }
 
 }  // namespace
-
-std::optional<LimitExpression> FindLimitExpression(std::string_view text) {
-    for (const ExpressionRow& row : kExpressions)
-        if (row.text == text) return row.expression;
-    return std::nullopt;
-}
 
 // --------------------------------------------------------------------------------------------- limit
 
@@ -81,34 +61,25 @@ void ExpectedResult::Expression(int32_t side, std::string_view text) {
     if (!text.empty() && !FindLimitExpression(text))
         throw std::invalid_argument("limit \"" + mKey + "\": \"" + std::string(text) + "\" is no expression");
     At(side).expression = text;
-    At(side).form = FindLimitExpression(text).value_or(LimitExpression::kValue);
+    At(side).form = LimitExpressionOf(text);
 }
 
 std::string ExpectedResult::Expression(int32_t side) const {
-    const std::string& text = At(side).expression;
-    return text.empty() ? std::string(kPlainExpression) : text;
+    return std::string(RowOf(At(side).form).text);
 }
 
 float ExpectedResult::CalculateValue(float preset, int32_t side) const {
-    const auto x = [preset] { return NumberOf(preset); };
-    const double y = At(side).y;
-    constexpr double kHundred = 100;
-    switch (At(side).form) {
-        case LimitExpression::kOffset:
-            return ToSingle(x() + y);
-        case LimitExpression::kPercent:
-            return ToSingle(x() + x() * y / kHundred);
-        default:
-            return ToSingle(y);
-    }
+    const LimitExpressionRow& row = RowOf(At(side).form);
+    // Reading a single as a person does costs its text: only where X takes part.
+    return ToSingle(row.limit(row.usesPreset ? NumberOf(preset) : 0, At(side).y));
 }
 
 int32_t ExpectedResult::Judge(float value, float preset, JudgedAs judgedAs) const {
     for (const auto& [side, name] : kSides) {
         if (!IsSet(side)) continue;
-        const bool variation = At(side).form == LimitExpression::kVariation;
-        const bool judges = variation ? judgedAs == JudgedAs::kVariation && IsVariationRow(mKey)
-                                      : judgedAs == JudgedAs::kValue;
+        const bool judges = RowOf(At(side).form).judgesVariation
+                                ? judgedAs == JudgedAs::kVariation && IsVariationRow(mKey)
+                                : judgedAs == JudgedAs::kValue;
         if (!judges) continue;
         const float limit = CalculateValue(preset, side);
         if (side == kHighSide ? limit < value : limit > value) return kFailed;

@@ -3,25 +3,14 @@
 #include <array>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/host_contract.h"
+#include "foundation/limit_expression.h"
 
 namespace vorex {
-
-/// How a limit follows from the number Y of its side and the preset X of the measurement.
-enum class LimitExpression : uint8_t {
-    kValue,      ///< Y
-    kOffset,     ///< X + Y
-    kPercent,    ///< X + X * Y / 100
-    kVariation,  ///< Y, and it judges the coefficient of variation
-};
-
-/// The expression of a text such as "X+Y"; nothing for a text that is none.
-std::optional<LimitExpression> FindLimitExpression(std::string_view text);
 
 /// A limit of the reference host.
 class ExpectedResult final : public IExpectedResult, public IExpectedResult2 {

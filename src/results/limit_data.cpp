@@ -1,11 +1,13 @@
 #include "results/limit_data.h"
 
 #include <algorithm>
+#include <span>
 
 #include "config/config_common.h"
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
 #include "foundation/library_state.h"
+#include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "guide/dialog_wrapper.h"
@@ -21,8 +23,8 @@ struct LimitRow {
     std::string_view key;
     std::string_view description;
     LimitUnit unit;
-    std::string_view expressions;
-    bool renewsUnit = false;  ///< old standards take the present unit
+    std::span<const LimitExpression> forms;  ///< that the editor offers, in its order
+    bool renewsUnit = false;                 ///< old standards take the present unit
 };
 
 namespace {
@@ -30,11 +32,10 @@ namespace {
 constexpr std::string_view kClassName = "CLimitData";
 constexpr std::string_view kLimitEditor = "VorexView.XLimitView";
 
-// X is the preset of the measurement, Y the number that is typed.
-constexpr std::string_view kPlain = "<op>Y</op>";
-constexpr std::string_view kRelative = "<op>X+Y;X+(X*Y%)</op>";
-constexpr std::string_view kVariation = "<op>CV;Y</op>";
-constexpr std::string_view kPlainExpression = "Y";
+using Form = LimitExpression;
+constexpr Form kPlain[] = {Form::kValue};
+constexpr Form kRelative[] = {Form::kOffset, Form::kPercent};
+constexpr Form kVariation[] = {Form::kVariation, Form::kValue};
 
 // clang-format off
 /// Rows of every test but the survey and the group.
@@ -85,11 +86,13 @@ std::string ExposureKey(int32_t exposure) {
     return std::string(kExposureRateRow.key) + PlainText(exposure);
 }
 
-/// The form that a new limit starts with, out of the forms that the editor offers.
-std::string_view FirstForm(std::string_view expressions) {
-    constexpr std::string_view kOpening = "<op>";
-    expressions.remove_prefix(kOpening.size());
-    return expressions.substr(0, expressions.find_first_of(";<"));
+/// The form that a new limit starts with: the first of its row that judges in the test. Only one test has
+/// rows of coefficients of variation.
+LimitExpression FirstForm(const LimitRow& row, int32_t testId) {
+    const auto judges = [&](LimitExpression form) {
+        return !RowOf(form).judgesVariation || testId == kRadioRepro;
+    };
+    return *std::find_if(row.forms.begin(), row.forms.end(), judges);
 }
 
 std::shared_ptr<IExpectedResult> FindLimit(const IStandard& standard, std::string_view limitKey) {
@@ -190,10 +193,11 @@ std::vector<std::shared_ptr<IStandard>> CLimitData::FindFailedStandards(
 }
 
 void CLimitData::AddLimit(IStandard& standard, std::string_view limitKey, std::string_view unit,
-                          std::string_view expression) const {
+                          LimitExpression expression) const {
     auto limit = Services().createExpectedResult();
     limit->Setup(limitKey, unit, "", "");
-    if (!expression.empty()) limit->Expression(kHighSide, expression);
+    // Both sides: a number that is typed into either then judges as the editor shows it.
+    for (const int32_t side : {kHighSide, kLowSide}) limit->Expression(side, RowOf(expression).text);
     standard.AddExpectedResult(std::move(limit));
 }
 
@@ -239,11 +243,11 @@ std::string CLimitData::UnitOf(const LimitRow& row) const {
 void CLimitData::CreateTestLimits(IStandard& standard, int32_t testId) const {
     if (testId == kMqsaSurvey) return;
     const auto add = [&](const LimitRow& row) {
-        AddLimit(standard, row.key, UnitOf(row), FirstForm(row.expressions));
+        AddLimit(standard, row.key, UnitOf(row), FirstForm(row, testId));
     };
     ForEachRow(testId, add);
     if (testId == kFluoroExposure)
-        AddLimit(standard, ExposureKey(1), ExposureRateUnit(), FirstForm(kExposureRateRow.expressions));
+        AddLimit(standard, ExposureKey(1), ExposureRateUnit(), LimitExpression::kValue);
     for (const LimitRow& row : kMasRows) add(row);
 }
 
@@ -278,13 +282,13 @@ void CLimitData::AddExposureRows(ILimitView& view) {
     const std::string unit = ExposureRateUnit();
     for (int32_t exposure = 1; exposure <= exposures; ++exposure) {
         const std::string limitKey = ExposureKey(exposure);
-        view.AddRow(kExposureRateRow.expressions, unit,
+        view.AddRow(LimitEditorForms(kExposureRateRow.forms), unit,
                     Translate(kExposureRateRow.description) + " " + Translate(text::kExposureNumber) +
                         PlainText(exposure),
                     limitKey);
         for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i) {
             const auto standard = mStandards->Item(i);
-            if (!FindLimit(*standard, limitKey)) AddLimit(*standard, limitKey, unit, kPlainExpression);
+            if (!FindLimit(*standard, limitKey)) AddLimit(*standard, limitKey, unit, LimitExpression::kValue);
         }
     }
 }
@@ -293,7 +297,7 @@ void CLimitData::PrepareLimitDialog(ILimitView& view, int32_t testId) {
     if (testId == kMqsaSurvey) return;
     RefreshUnits(testId);
     const auto show = [&](const LimitRow& row) {
-        view.AddRow(row.expressions, UnitOf(row), Translate(row.description), row.key);
+        view.AddRow(LimitEditorForms(row.forms), UnitOf(row), Translate(row.description), row.key);
     };
     if (testId == kFluoroExposure) view.ClearRows();
     ForEachRow(testId, show);

@@ -8,6 +8,7 @@
 
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
+#include "foundation/limit_expression.h"
 
 namespace vorex {
 
@@ -54,7 +55,7 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
     std::shared_ptr<CConfigCommon> OwnerConfiguration() const;
     int32_t OwnerTestId() const;
     void AddLimit(IStandard& standard, std::string_view limitKey, std::string_view unit,
-                  std::string_view expression) const;
+                  LimitExpression expression) const;
     void AddExposureRows(ILimitView& view);
     void RefreshUnits(int32_t testId);
     std::string UnitOf(const struct LimitRow& row) const;

@@ -4,6 +4,7 @@
 
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
+#include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
@@ -13,7 +14,6 @@ namespace vorex {
 namespace {
 
 constexpr std::string_view kClassName = "CMeasurement";
-constexpr std::string_view kVariationExpression = "CV";
 
 // clang-format off
 /// Judged statistics: an empty one is stored as text, and they are numbers again when loaded.
@@ -85,9 +85,8 @@ void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandar
 }
 
 bool CMeasurement::IsJudgedBy(const IExpectedResult& limit, int32_t side) const {
-    const bool variation = limit.Expression(side) == kVariationExpression;
-    return limit.IsSet(side) && variation == IsVariationRow(mLabels->key) &&
-           limit.Key() == LimitKeyOf(mLabels->key);
+    return limit.IsSet(side) && limit.Key() == LimitKeyOf(mLabels->key) &&
+           JudgesVariation(limit.Expression(side)) == IsVariationRow(mLabels->key);
 }
 
 float CMeasurement::CalculateLimitValue(const IExpectedResult& limit, int32_t side) const {
@@ -134,7 +133,8 @@ CMeasurement::FoundLimit CMeasurement::GetLimit(int32_t side, const IStandard& s
             !found.found || (side == kHighSide ? number < found.number : number != found.number);
         if (takes) found.number = number;
         found.found = true;
-        const bool percent = !calculate && limit->Expression(kHighSide).find('%') != std::string::npos;
+        const bool percent = !calculate && RowOf(LimitExpressionOf(limit->Expression(kHighSide))).unit ==
+                                               LimitNumberUnit::kPercent;
         found.unit = percent ? std::string(text::kUnitPercent) : mLabels->unit;
         if (IsMaxExposureRate(mLabels->key)) break;
     }

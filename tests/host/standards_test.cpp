@@ -1,6 +1,7 @@
 #include "host/standards.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "files/element_document.h"
 #include "files/element_output.h"
@@ -56,23 +57,68 @@ TEST_F(StandardsTest, ALimitKnowsItsSides) {
     EXPECT_THROW(limit->Expression(kHighSide, "X*Y"), std::invalid_argument);
 }
 
-TEST_F(StandardsTest, AValueOnALimitPassesAndASideThatIsNotSetIsNotTested) {
+TEST_F(StandardsTest, EachExpressionFailsBeyondItsLimitOnEitherSide) {
     struct Case {
-        float value;
-        int32_t status;
+        const char* expression;
+        const char* high;  ///< Y of the high side
+        const char* low;
+        float atHigh;  ///< the limits with X 80
+        float atLow;
     };
-    const Standard standard = With({Limit("ER kVp Avg", "5", "-5", "X+(X*Y%)")});
-    for (const Case& c :
-         {Case{84, 0}, Case{84.01F, kFailed}, Case{76, 0}, Case{75.99F, kFailed}, Case{80, 0}})
-        EXPECT_EQ(standard.Evaluate("ER kVp Avg", c.value, std::string("80"), JudgedAs::kValue), c.status)
-            << c.value;
-    EXPECT_EQ(standard.Evaluate("ER HVL", 1000, {}, JudgedAs::kValue), 0) << "no limit of that key";
-    EXPECT_EQ(With({Limit("ER HVL", "", "2")}).Evaluate("ER HVL", 1000, {}, JudgedAs::kValue), 0);
+    const Case cases[] = {
+        {"Y", "84", "76", 84, 76},
+        {"X+Y", "4", "-4", 84, 76},
+        {"X+(X*Y%)", "5", "-5", 84, 76},
+        {"CV", "0.05", "0.01", 0.05F, 0.01F},
+    };
+    const TaggedValue preset = std::string("80");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.expression);
+        const bool variation = std::string_view(c.expression) == "CV";
+        const auto as = variation ? JudgedAs::kVariation : JudgedAs::kValue;
+        const auto other = variation ? JudgedAs::kValue : JudgedAs::kVariation;
+        const auto status = [&](const char* high, const char* low, float value, JudgedAs judged) {
+            return With({Limit("ER Exposure", high, low, c.expression)})
+                .Evaluate("ER Exposure", value, preset, judged);
+        };
+        const float step = variation ? 0.001F : 0.01F;
+        for (const auto& [value, fails] :
+             {std::pair{c.atHigh - step, false}, {c.atHigh, false}, {c.atHigh + step, true}}) {
+            EXPECT_EQ(status(c.high, c.low, value, as) == kFailed, fails) << value;
+            EXPECT_EQ(status(c.high, "", value, as) == kFailed, fails) << value << ", no low side";
+            EXPECT_EQ(status("", c.low, value, as), 0) << value << ", no high side";
+            EXPECT_EQ(status(c.high, c.low, value, other), 0) << value << ", another quantity";
+        }
+        for (const auto& [value, fails] :
+             {std::pair{c.atLow + step, false}, {c.atLow, false}, {c.atLow - step, true}}) {
+            EXPECT_EQ(status(c.high, c.low, value, as) == kFailed, fails) << value;
+            EXPECT_EQ(status("", c.low, value, as) == kFailed, fails) << value << ", no high side";
+            EXPECT_EQ(status(c.high, "", value, as), 0) << value << ", no low side";
+            EXPECT_EQ(status(c.high, c.low, value, other), 0) << value << ", another quantity";
+        }
+        EXPECT_EQ(
+            With({Limit("ER HVL", c.high, c.low, c.expression)}).Evaluate("ER Exposure", 1e6F, preset, as), 0)
+            << "no limit of that key";
+    }
 }
 
-TEST_F(StandardsTest, AllLimitsOfAKeyAreLookedAt) {
-    const Standard standard = With({Limit("ER HVL", "9", ""), Limit("ER HVL", "3", "")});
-    EXPECT_EQ(standard.Evaluate("ER HVL", 4, {}, JudgedAs::kValue), kFailed);
+TEST_F(StandardsTest, EveryLimitOfAKeyJudgesInEitherOrder) {
+    struct Case {
+        const char* high[2];
+        const char* low[2];
+        float fails, passes;
+    };
+    const Case cases[] = {{{"9", "3"}, {"", ""}, 4, 3},      {{"", ""}, {"9", "3"}, 8, 9},
+                          {{"9", ""}, {"", "3"}, 10, 9},     {{"9", ""}, {"", "3"}, 2, 3},
+                          {{"9", "8"}, {"1", "2"}, 8.5F, 8}, {{"9", "8"}, {"1", "2"}, 1.5F, 2}};
+    for (const Case& c : cases)
+        for (const int first : {0, 1}) {
+            const auto limit = [&](int i) { return Limit("ER HVL", c.high[i], c.low[i]); };
+            const Standard standard = With({limit(first), limit(1 - first)});
+            EXPECT_EQ(standard.Evaluate("ER HVL", c.fails, {}, JudgedAs::kValue), kFailed)
+                << c.fails << first;
+            EXPECT_EQ(standard.Evaluate("ER HVL", c.passes, {}, JudgedAs::kValue), 0) << c.passes << first;
+        }
 }
 
 TEST_F(StandardsTest, AVariationIsJudgedByItsLimitAndByNoOther) {
