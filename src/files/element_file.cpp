@@ -151,14 +151,22 @@ std::shared_ptr<OutputDocument> ElementFile::Written(const std::string& name) {
     if (mChosen) root->AddChild(WriteStandards(*mChosen, *document));
     if (mHasInstrumentList || !mInstruments->Entries().empty())
         root->AddChild(WriteInstruments(*mInstruments, *document));
+    const auto unmerged = std::make_shared<const std::set<int32_t>>(UnmergedResults());
     for (const auto& element : mElements) {
-        try {
-            if (const auto saved = element->Save(document, 0)) root->AddChild(saved);
-        } catch (const std::exception& error) {
-            throw FileError({name, 0, PlainText(element->ID())}, error.what());
-        }
+        const auto make = [element, name, unmerged](const std::shared_ptr<OutputDocument>& owner,
+                                                    pugi::xml_node counterpart) {
+            try {
+                auto saved = element->Save(owner, 0);
+                if (saved && counterpart)
+                    MergeForeign(static_cast<OutputElement&>(*saved), counterpart, *unmerged);
+                return saved;
+            } catch (const std::exception& error) {
+                throw FileError({name, 0, PlainText(element->ID())}, error.what());
+            }
+        };
+        root->AddChild(document->Defer(tag::kTestElement, PlainText(element->ID()), make));
     }
-    if (mSource) MergeForeign(*document, mSource->Document(), UnmergedResults());
+    if (mSource) MergeForeign(*document, mSource->Document());
     return document;
 }
 

@@ -96,14 +96,17 @@ class Counterparts {
 
 class Merge {
   public:
-    explicit Merge(const std::set<int32_t>& skippedResults) : mSkippedResults(skippedResults) {}
+    /// The document is that of the deferred elements; without one there are none.
+    Merge(OutputDocument* document, const std::set<int32_t>& skippedResults)
+        : mDocument(document), mSkippedResults(skippedResults) {}
 
     void MergeChildren(OutputElement& into, Node from, Place place) const;
+    void MergeElement(OutputElement& into, Node from, Place place) const;
 
   private:
-    void MergeElement(OutputElement& into, Node from, Place place) const;
     bool IsSkipped(Node result) const;
 
+    OutputDocument* mDocument;
     const std::set<int32_t>& mSkippedResults;
 };
 
@@ -168,7 +171,9 @@ void Merge::MergeChildren(OutputElement& into, Node from, Place place) const {
             row = FindElementRow(place, name);
             if (OutputElement* const counterpart = counterparts.Find(child, name, row)) {
                 const Place below = row == nullptr ? Place::kForeign : row->place;
-                if ((below != Place::kResultItem && below != Place::kSurveyResult) || !IsSkipped(child))
+                if (counterpart->IsDeferred())
+                    mDocument->SetCounterpart(*counterpart, child);
+                else if ((below != Place::kResultItem && below != Place::kSurveyResult) || !IsSkipped(child))
                     MergeElement(*counterpart, child, below);
                 behind = counterpart;
                 continue;
@@ -187,9 +192,13 @@ void Merge::MergeElement(OutputElement& into, Node from, Place place) const {
 
 }  // namespace
 
-void MergeForeign(OutputDocument& written, const pugi::xml_document& read,
-                  const std::set<int32_t>& skippedResults) {
-    Merge(skippedResults).MergeChildren(written.Top(), read, Place::kDocument);
+void MergeForeign(OutputDocument& written, const pugi::xml_document& read) {
+    const std::set<int32_t> none;
+    Merge(&written, none).MergeChildren(written.Top(), read, Place::kDocument);
+}
+
+void MergeForeign(OutputElement& written, pugi::xml_node read, const std::set<int32_t>& skippedResults) {
+    Merge(nullptr, skippedResults).MergeElement(written, read, Place::kTest);
 }
 
 }  // namespace vorex

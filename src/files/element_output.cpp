@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
 #include "foundation/utf8.h"
+#include "foundation/vocabulary.h"
 
 namespace vorex {
 
@@ -111,7 +113,24 @@ OutputElement* OutputElement::InsertForeign(OutputElement* behind, pugi::xml_nod
 
 // ------------------------------------------------------------------------------------------ document
 
-OutputDocument::OutputDocument() : mTop(New<OutputElement>(*this, std::string_view())) {}
+OutputDocument::OutputDocument(std::size_t room)
+    : mRoom(room == 0 ? nullptr : new std::byte[room]),
+      mMemory(mRoom.get(), room),
+      mTop(New<OutputElement>(*this, std::string_view())) {}
+
+void OutputDocument::Clear() {
+    mDeferred.clear();
+    mMemory.release();
+    mTop = New<OutputElement>(*this, std::string_view());
+}
+
+std::shared_ptr<IXmlElement> OutputDocument::Defer(std::string_view name, std::string_view id, Maker maker) {
+    OutputElement* const element = Make(name);
+    element->SetAttribute(tag::kId, id);
+    element->mDeferred = true;
+    mDeferred[element] = {std::move(maker), {}};
+    return {std::shared_ptr<void>(), element};
+}
 
 template <typename Object, typename... Args>
 Object* OutputDocument::New(Args&&... args) {
@@ -151,17 +170,20 @@ constexpr auto kSpecial = [] {
     return table;
 }();
 
-class Writer {
-  public:
-    explicit Writer(const OutputDocument::Sink& sink) : mSink(sink), mPiece(kPieceSize) {}
+}  // namespace
 
-    void Children(const OutputElement& parent, int depth, bool inlined);
+class DocumentWriter {
+  public:
+    DocumentWriter(const OutputDocument& document, const OutputDocument::Sink& sink)
+        : mDocument(document), mSink(sink), mPiece(kPieceSize) {}
+
+    void Children(const OutputElement& parent, std::size_t depth, bool inlined);
     void Raw(std::string_view text) {
         if (text.size() > mPiece.size() - mUsed) {
             Flush();
             if (text.size() > mPiece.size()) return mSink(text);
         }
-        std::copy(text.begin(), text.end(), mPiece.begin() + static_cast<std::ptrdiff_t>(mUsed));
+        std::memcpy(mPiece.data() + mUsed, text.data(), text.size());
         mUsed += text.size();
     }
     void Flush() {
@@ -170,23 +192,46 @@ class Writer {
     }
 
   private:
-    void Element(const OutputElement& element, int depth);
-    void Foreign(pugi::xml_node node, int depth);
+    /// Most bytes that one call of Mark writes.
+    static constexpr std::size_t kLongestMark = 8;
+
+    void Element(const OutputElement& element, std::size_t depth);
+    void Deferred(const OutputElement& element, std::size_t depth);
+    void Foreign(pugi::xml_node node, std::size_t depth);
     void Escaped(std::string_view text, In place);
-    void NewLine(int depth) {
-        Raw("\n");
-        for (int i = 0; i < depth; ++i) Raw(kIndent);
+    void Special(unsigned char byte);
+    /// A few characters that are known when this is compiled.
+    template <std::size_t size>
+    void Mark(const char (&text)[size]) {
+        static_assert(size <= kLongestMark);
+        if (mPiece.size() - mUsed < kLongestMark) Flush();
+        std::memcpy(mPiece.data() + mUsed, text, size - 1);
+        mUsed += size - 1;
+    }
+    void NewLine(std::size_t depth) {
+        static constexpr std::string_view kBlanks = "\n                                ";
+        if (depth * kIndent.size() < kBlanks.size())
+            return Raw(kBlanks.substr(0, 1 + depth * kIndent.size()));
+        Mark("\n");
+        for (std::size_t i = 0; i < depth; ++i) Raw(kIndent);
     }
 
+    const OutputDocument& mDocument;
     const OutputDocument::Sink& mSink;
     std::vector<char> mPiece;
     std::size_t mUsed = 0;
+    std::shared_ptr<OutputDocument> mScratch;  ///< of the deferred element being written
 };
 
-/// Children stand on lines of their own, but for what follows a text: there a line break would become part of
+/// Children are on lines of their own, except what follows a text: there a line break would become part of
 /// the text.
-void Writer::Children(const OutputElement& parent, int depth, bool inlined) {
+void DocumentWriter::Children(const OutputElement& parent, std::size_t depth, bool inlined) {
     for (const OutputElement* child = parent.First(); child != nullptr; child = child->Next()) {
+        if (child->IsDeferred()) {
+            Deferred(*child, depth);
+            inlined = false;
+            continue;
+        }
         const pugi::xml_node foreign = child->Foreign();
         const bool text =
             foreign && (foreign.type() == pugi::node_pcdata || foreign.type() == pugi::node_cdata);
@@ -200,29 +245,39 @@ void Writer::Children(const OutputElement& parent, int depth, bool inlined) {
     if (!inlined && depth > 0) NewLine(depth - 1);
 }
 
-void Writer::Element(const OutputElement& element, int depth) {
-    Raw("<");
-    Raw(element.Name());
-    for (const auto* at = element.FirstAttribute(); at != nullptr; at = at->next) {
-        Raw(" ");
-        Raw(at->name);
-        Raw("=\"");
-        Escaped(at->value, In::kAttribute);
-        Raw("\"");
-    }
-    if (element.Text().empty() && element.First() == nullptr) {
-        Raw(" />");
-        return;
-    }
-    Raw(">");
-    Escaped(element.Text(), In::kText);
-    if (element.First() != nullptr) Children(element, depth + 1, !element.Text().empty());
-    Raw("</");
-    Raw(element.Name());
-    Raw(">");
+void DocumentWriter::Deferred(const OutputElement& element, std::size_t depth) {
+    constexpr std::size_t kUsualRoom = std::size_t{1} << 20U;
+    if (mScratch)
+        mScratch->Clear();
+    else
+        mScratch = std::make_shared<OutputDocument>(kUsualRoom);
+    const auto& deferred = mDocument.mDeferred.at(&element);
+    const auto made = deferred.maker(mScratch, deferred.counterpart);
+    if (!made) return;
+    NewLine(depth);
+    Element(static_cast<const OutputElement&>(*made), depth);
 }
 
-void Writer::Foreign(pugi::xml_node node, int depth) {
+void DocumentWriter::Element(const OutputElement& element, std::size_t depth) {
+    Mark("<");
+    Raw(element.Name());
+    for (const auto* at = element.FirstAttribute(); at != nullptr; at = at->next) {
+        Mark(" ");
+        Raw(at->name);
+        Mark("=\"");
+        Escaped(at->value, In::kAttribute);
+        Mark("\"");
+    }
+    if (element.Text().empty() && element.First() == nullptr) return Mark(" />");
+    Mark(">");
+    Escaped(element.Text(), In::kText);
+    if (element.First() != nullptr) Children(element, depth + 1, !element.Text().empty());
+    Mark("</");
+    Raw(element.Name());
+    Mark(">");
+}
+
+void DocumentWriter::Foreign(pugi::xml_node node, std::size_t depth) {
     class Collector : public pugi::xml_writer {
       public:
         void write(const void* data, std::size_t size) override {
@@ -236,14 +291,34 @@ void Writer::Foreign(pugi::xml_node node, int depth) {
     std::string_view text = collector.text;
     if (node.type() != pugi::node_pcdata && node.type() != pugi::node_cdata) {
         // The print indents the node and ends its line; both are this writer's.
-        text.remove_prefix(std::min(text.size(), kIndent.size() * static_cast<std::size_t>(depth)));
+        text.remove_prefix(std::min(text.size(), kIndent.size() * depth));
         if (text.ends_with('\n')) text.remove_suffix(1);
     }
     Raw(text);
 }
 
-void Writer::Escaped(std::string_view text, In place) {
-    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+void DocumentWriter::Special(unsigned char byte) {
+    switch (byte) {
+        case '&':
+            return Mark("&amp;");
+        case '<':
+            return Mark("&lt;");
+        case '>':
+            return Mark("&gt;");
+        case '"':
+            return Mark("&quot;");
+        case '\t':
+            return Mark("&#9;");
+        case '\n':
+            return Mark("&#10;");
+        case '\r':
+            return Mark("&#13;");
+        default:
+            return Mark("\xEF\xBF\xBD");  // the replacement character
+    }
+}
+
+void DocumentWriter::Escaped(std::string_view text, In place) {
     std::size_t begin = 0;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const auto byte = static_cast<unsigned char>(text[at]);
@@ -255,39 +330,13 @@ void Writer::Escaped(std::string_view text, In place) {
         }
         Raw(text.substr(begin, at - begin));
         begin = at + 1;
-        switch (byte) {
-            case '&':
-                Raw("&amp;");
-                break;
-            case '<':
-                Raw("&lt;");
-                break;
-            case '>':
-                Raw("&gt;");
-                break;
-            case '"':
-                Raw("&quot;");
-                break;
-            case '\t':
-                Raw("&#9;");
-                break;
-            case '\n':
-                Raw("&#10;");
-                break;
-            case '\r':
-                Raw("&#13;");
-                break;
-            default:
-                Raw(kReplacement);
-        }
+        Special(byte);
     }
     Raw(text.substr(begin));
 }
 
-}  // namespace
-
 void OutputDocument::Write(const Sink& sink) const {
-    Writer writer(sink);
+    DocumentWriter writer(*this, sink);
     writer.Raw(kDeclaration);
     writer.Children(*mTop, 0, true);
     writer.Raw("\n");

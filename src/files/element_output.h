@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <memory_resource>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "foundation/host_contract.h"
 
@@ -49,10 +51,14 @@ class OutputElement final : public IXmlElement {
     const Attribute* FirstAttribute() const { return mFirstAttribute; }
     const Attribute* FindAttribute(std::string_view name) const;
     void ClearAttributes() { mFirstAttribute = nullptr; }
+    /// Its content is made when it is written.
+    bool IsDeferred() const { return mDeferred; }
     /// Puts a node of a read document, which has to outlive this one, behind a child, or in front of all.
     OutputElement* InsertForeign(OutputElement* behind, pugi::xml_node node);
 
   private:
+    friend class OutputDocument;
+
     void Append(OutputElement* child);
     template <typename Select>
     XmlElements Collect(Select&& select) const;
@@ -65,13 +71,15 @@ class OutputElement final : public IXmlElement {
     OutputElement* mLast = nullptr;
     OutputElement* mNext = nullptr;
     bool mPlaced = false;
+    bool mDeferred = false;
     pugi::xml_node mForeign;
 };
 
 /// A document that is built to be written. What was never placed is not written.
 class OutputDocument final : public IXmlDocument {
   public:
-    OutputDocument();
+    /// A room that is taken at once and kept, in bytes; a document that outgrows it takes more.
+    explicit OutputDocument(std::size_t room = 0);
     OutputDocument(const OutputDocument&) = delete;
     OutputDocument& operator=(const OutputDocument&) = delete;
 
@@ -79,6 +87,19 @@ class OutputDocument final : public IXmlDocument {
     std::shared_ptr<IXmlElement> CreateElement(std::string_view name) override;
     /// What stands in the document itself: the root element, and comments around it.
     OutputElement& Top() { return *mTop; }
+
+    /// Makes the content of a deferred element in a document of its own, with what its counterpart in the
+    /// document that was read holds and this system does not know; the counterpart may be empty. Gives an
+    /// empty reference for an element that is not written.
+    using Maker = std::function<std::shared_ptr<IXmlElement>(const std::shared_ptr<OutputDocument>& document,
+                                                             pugi::xml_node counterpart)>;
+    /// An element whose content is made when it is written, and then released: a large document needs room
+    /// for one element at a time, which stays in the processor's cache. Known by its name and identifier
+    /// until then.
+    std::shared_ptr<IXmlElement> Defer(std::string_view name, std::string_view id, Maker maker);
+    void SetCounterpart(const OutputElement& deferred, pugi::xml_node counterpart) {
+        mDeferred.at(&deferred).counterpart = counterpart;
+    }
 
     using Sink = std::function<void(std::string_view text)>;
     /// Writes UTF-8 with an XML declaration, indented by two blanks, in pieces. What a text holds beside
@@ -88,13 +109,23 @@ class OutputDocument final : public IXmlDocument {
 
   private:
     friend class OutputElement;
+    friend class DocumentWriter;
 
+    struct Deferred {
+        Maker maker;
+        pugi::xml_node counterpart;
+    };
+
+    /// Releases all elements.
+    void Clear();
     OutputElement* Make(std::string_view name);
     template <typename Object, typename... Args>
     Object* New(Args&&... args);
     std::string_view Keep(std::string_view text);
 
+    std::unique_ptr<std::byte[]> mRoom;
     std::pmr::monotonic_buffer_resource mMemory;
+    std::unordered_map<const OutputElement*, Deferred> mDeferred;
     OutputElement* mTop;
 };
 
