@@ -8,7 +8,6 @@
 #include "execution/test_group.h"
 #include "execution/test_mqsa.h"
 #include "foundation/class_registry.h"
-#include "foundation/library_state.h"
 #include "foundation/registration.h"
 #include "guide/test_guide_form.h"
 #include "mqsa/result_mqsa.h"
@@ -52,7 +51,6 @@ constexpr ClassEntry kClasses[] = {
 void InstallLibrary(HostServices services) {
     InstallServices(std::move(services));
     InstallClasses(kClasses);
-    ResetState();
 }
 
 }  // namespace vorex

@@ -4,7 +4,7 @@
 
 namespace vorex {
 
-/// Installs the host's services and the library's classes, and puts the shared state to its start.
+/// Installs the host's services and the library's classes.
 /// [once, before any object of the library is created]
 void InstallLibrary(HostServices services);
 

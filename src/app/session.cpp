@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "app/data_folders.h"
-#include "foundation/library_state.h"
 #include "host/headless_platform.h"
 #include "library.h"
 #include "version.h"
@@ -21,7 +20,6 @@ Session::Session(ReferenceHostOptions options) : mLanguage(options.language) {
 
 Session::~Session() {
     mRegistration.CloseApp();
-    ResetState();
     InstallServices({});
 }
 

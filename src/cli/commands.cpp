@@ -7,7 +7,6 @@
 #include <string>
 #include <system_error>
 
-#include "app/cell_keeper.h"
 #include "app/data_folders.h"
 #include "app/elements.h"
 #include "app/session.h"
@@ -17,6 +16,7 @@
 #include "cli/result_text.h"
 #include "cli/standards_text.h"
 #include "cli/survey_text.h"
+#include "execution/survey_feed.h"
 #include "files/element_file.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
@@ -47,7 +47,7 @@ void JudgeResult(ITestElement& element, CResultCommon& result, const ISelectedSt
                  std::ostream& err) {
     const Statuses before = StatusesOf(result);
     const auto record = result.ServiceRecord();
-    result.UpdateAllStatus(element, selected);
+    FeedSurveys(element, result.UpdateAllStatus(element, selected));
     if (StatusesOf(result) == before) {
         result.ServiceRecord(record);
         return;
@@ -57,19 +57,16 @@ void JudgeResult(ITestElement& element, CResultCommon& result, const ISelectedSt
     result.NoteJudgement(element, selected);
 }
 
-void JudgeTest(const std::shared_ptr<ITestElement>& element, CellKeeper& cells,
-               const ISelectedStandards* selected, std::ostream& err) {
-    cells.Enter(*element);
+void JudgeTest(const std::shared_ptr<ITestElement>& element, const ISelectedStandards* selected,
+               std::ostream& err) {
     const auto result = std::dynamic_pointer_cast<CResultCommon>(element->Result());
     if (result && (result->Status() == kPassed || result->Status() == kFailed))
         JudgeResult(*element, *result, selected, err);
 }
 
-void JudgeSurvey(const std::shared_ptr<ITestElement>& element, CellKeeper& cells,
-                 const ISelectedStandards* selected) {
+void JudgeSurvey(const std::shared_ptr<ITestElement>& element, const ISelectedStandards* selected) {
     const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
     if (!survey) return;
-    cells.Enter(*element);
     survey->RecalculatePages();
     survey->pUpdateMQSATestStatus();
     survey->UpdateStatus(*element, selected, survey->Status() == kNotApplicable);
@@ -102,12 +99,10 @@ int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Termi
     const Session session(HostOptions(common));
     const auto file = ElementFile::Load(options.input);
     const auto selected = file->Selected();
-    CellKeeper cells(*file);
     // The surveys come last: one may stand in front of the tests that count for it.
     ForEachElement(file->Elements(),
-                   [&](const auto& element) { JudgeTest(element, cells, selected.get(), terminal.err); });
-    ForEachElement(file->Elements(),
-                   [&](const auto& element) { JudgeSurvey(element, cells, selected.get()); });
+                   [&](const auto& element) { JudgeTest(element, selected.get(), terminal.err); });
+    ForEachElement(file->Elements(), [&](const auto& element) { JudgeSurvey(element, selected.get()); });
     RollUpGroups(file->Elements(), selected.get());
     WriteResult(*file, options.output, terminal);
     PrintSummary(*file, options.output, terminal);

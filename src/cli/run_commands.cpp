@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "app/cell_keeper.h"
 #include "app/data_folders.h"
 #include "app/elements.h"
 #include "app/journal_keeper.h"
@@ -134,15 +133,13 @@ struct RunSetup {
     Session session;
 };
 
-ExecutionHooks HooksOf(const RunSetup& setup, CellKeeper& cells, Terminal& terminal) {
+ExecutionHooks HooksOf(const RunSetup& setup, Terminal& terminal) {
     ExecutionHooks hooks;
     hooks.stopped = [&setup] { return setup.person.Ended(); };
-    hooks.begins = [&cells, &terminal](ITestElement& element) {
-        cells.Enter(element);
-        if (terminal.progress)
-            terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << " ..." << std::endl;
-    };
     if (!terminal.progress) return hooks;
+    hooks.begins = [&terminal](ITestElement& element) {
+        terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << " ..." << std::endl;
+    };
     hooks.ended = [&terminal](ITestElement& element) {
         terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << ": " << StatusWords(element)
                      << std::endl;
@@ -191,11 +188,9 @@ std::string JournalHint(const RunSetup& setup, const fs::path& output) {
 
 /// Runs the elements and saves them.
 int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal& terminal) {
-    CellKeeper cells(file);
     const auto pipe =
-        std::make_shared<ExecutionPipe>(file.Instruments(), file.Selected(), HooksOf(setup, cells, terminal));
+        std::make_shared<ExecutionPipe>(file.Instruments(), file.Selected(), HooksOf(setup, terminal));
     const SequenceEnd end = RunSequence(file.Elements(), pipe);
-    cells.HandOut();
     JournalKeeper& keeper = setup.keeper;
     if (const std::string lost = keeper.WayLost(); !lost.empty()) throw std::runtime_error(lost);
     PrintFaults(setup, terminal);

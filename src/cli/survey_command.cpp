@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "app/cell_keeper.h"
 #include "app/elements.h"
 #include "app/session.h"
 #include "cli/command_support.h"
@@ -98,7 +97,6 @@ int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Ter
     const auto file = ElementFile::Load(options.input);
     const auto element = ChosenSurvey(*file, options);
     const auto survey = element->Survey();
-    CellKeeper(*file).Enter(*element);
     std::vector<std::string> notes;
     for (const auto& [address, text] : entered.texts)
         if (std::string note = SetSurveyText(*survey, address, text); !note.empty())

@@ -4,10 +4,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/host_contract.h"
-#include "foundation/library_state.h"
+#include "foundation/sequence_state.h"
 #include "foundation/vocabulary.h"
 
 namespace vorex {
@@ -22,7 +23,10 @@ class ElementOnBase : public ITestElement {
     int32_t ID() const override { return mBase->ID(); }
     void ID(int32_t id) override { mBase->ID(id); }
     std::shared_ptr<ITestElement> Parent() const override { return mBase->Parent(); }
-    void Parent(const std::shared_ptr<ITestElement>& parent) override { mBase->Parent(parent); }
+    void Parent(const std::shared_ptr<ITestElement>& parent) override {
+        mBase->Parent(parent);
+        if (parent) mSequence.reset();
+    }
     std::shared_ptr<IElementInfo> Info() const override { return mBase->Info(); }
     std::shared_ptr<IElementFilter> Filter() const override { return mBase->Filter(); }
     std::shared_ptr<IResultData> Result() const override { return mBase->Result(); }
@@ -41,16 +45,24 @@ class ElementOnBase : public ITestElement {
     bool QuerySetParent(const std::shared_ptr<ITestElement>& /*parent*/) override { return true; }
     void Terminate() override { mBase->Terminate(); }
     std::vector<std::string> GetMeasurementList() const override { return {}; }
+    std::shared_ptr<SequenceState> Sequence() const override {
+        if (const auto parent = mBase->Parent()) return parent->Sequence();
+        if (!mSequence) mSequence = std::make_shared<SequenceState>();
+        return mSequence;
+    }
+    void Sequence(std::shared_ptr<SequenceState> state) override { mSequence = std::move(state); }
 
   protected:
     std::shared_ptr<Base> mBase;
+
+  private:
+    mutable std::shared_ptr<SequenceState> mSequence;  ///< of a root; made when it is first asked for
 };
 
 enum class PassedOver : uint8_t { kNo, kSkipped, kMarkedNA };
 
-/// Whether the group passes this element over. Takes the flag away and leaves the code of its going on.
-inline PassedOver TakePassedOver(IExecutionPipe& pipe) {
-    LibraryState& state = State();
+/// Whether the group passes this element over. Clears the flag; the navigation code stays in the pipe.
+inline PassedOver TakePassedOver(SequenceState& state, IExecutionPipe& pipe) {
     if (state.gSkipRemaining) {
         state.gSkipRemaining = false;
         pipe.NextAction(kGoSkip);

@@ -1,7 +1,7 @@
 #include "execution/test_common.h"
 
+#include "execution/survey_feed.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/vocabulary.h"
 #include "results/limit_data.h"
 
@@ -90,7 +90,7 @@ void CTestCommon::FinishTest(const CMtiData2* first, const CMtiData2* second) {
     const auto result = std::dynamic_pointer_cast<CResultCommon>(mBase->Result());
     // A run that was stopped leaves its result in place, but is not stored as a finished one.
     if (!mKeep || mStopped || !result) return;
-    result->UpdateAllStatus(*this, mPipe->SelectedStandards().get(), mMarkNA);
+    FeedSurveys(*this, result->UpdateAllStatus(*this, mPipe->SelectedStandards().get(), mMarkNA));
     for (const CMtiData2* record : {first, second}) {
         if (record == nullptr) continue;
         if (const int32_t number = MergeMti(*mPipe->MtiList(), *record); number > 0) result->MTIID(number);

@@ -4,7 +4,7 @@
 
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
+#include "foundation/sequence_state.h"
 #include "foundation/vocabulary.h"
 #include "results/limit_data.h"
 
@@ -101,6 +101,7 @@ std::shared_ptr<ITestElement> CTestGroup::FindElement(int32_t elementId) const {
 }
 void CTestGroup::Remove(const std::shared_ptr<ITestElement>& element) {
     mBase->Remove(element);
+    if (element && element->Parent().get() == this) element->Parent(nullptr);
 }
 std::vector<std::shared_ptr<ITestElement>> CTestGroup::NewEnum() const {
     return mBase->NewEnum();
@@ -129,7 +130,8 @@ void CTestGroup::PassOver(const std::shared_ptr<IExecutionPipe>& pipe, int32_t f
 }
 
 void CTestGroup::PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe) {
-    LibraryState& state = State();
+    const auto sequence = Sequence();
+    SequenceState& state = *sequence;
     // A group that is itself passed over hands the flag on to all of its children.
     const bool skipAll = state.gSkipRemaining;
     const bool notApplicableAll = state.gNARemaining;

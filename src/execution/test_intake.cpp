@@ -1,8 +1,8 @@
 #include <algorithm>
 
+#include "execution/survey_feed.h"
 #include "execution/test_common.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 
@@ -15,14 +15,6 @@ namespace {
 
 void Announce(const StoredExposure& stored) {
     if (Services().exposureStored) Services().exposureStored(stored);
-}
-
-/// What the exposure says about the survey; the other cells keep what earlier tests have left.
-void TakeOutcomes(const SurveyOutcomes& outcomes, StatusCells& cells) {
-    cells.Dose75 = outcomes.Dose75.value_or(cells.Dose75);
-    cells.Dose78 = outcomes.Dose78.value_or(cells.Dose78);
-    cells.Dose80 = outcomes.Dose80.value_or(cells.Dose80);
-    cells.Dose82 = outcomes.Dose82.value_or(cells.Dose82);
 }
 
 }  // namespace
@@ -49,7 +41,7 @@ ReadingContext CTestCommon::Reading() const {
 
 void CTestCommon::StoreRow(const DerivedRow& row, int32_t source) {
     const auto exposure = static_cast<uint8_t>(std::min(mExposureNo + 1, 255));
-    TakeOutcomes(row.outcomes, State().cells);
+    FeedSurveys(*this, row.outcomes);
     const std::string fault = mResult->StoreResult(row, source);
     if (!fault.empty() && mFault.empty())
         mFault = "exposure " + PlainText(static_cast<int32_t>(exposure)) + ": " + fault;

@@ -2,7 +2,7 @@
 
 #include "config/config_mqsa.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
+#include "foundation/sequence_state.h"
 #include "foundation/survey_text_keys.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
@@ -36,7 +36,16 @@ void CTestMQSA::CreateResult(bool force) {
     if (mResult) return;
     mResult = std::make_shared<CResultMQSA>();
     mResult->Initialize(std::dynamic_pointer_cast<CConfigMQSA>(mBase->Configuration()));
+    mResult->Cells(mCells);
     mBase->Result(mResult);
+}
+
+void CTestMQSA::TakeOutcomes(const SurveyOutcomes& outcomes) {
+    mCells = WithOutcomes(mCells, outcomes);
+    const auto survey = std::dynamic_pointer_cast<CResultMQSA>(mBase->Result());
+    if (!survey) return;
+    survey->Cells(mCells);
+    survey->CopyStatusCells();
 }
 
 std::shared_ptr<CResultMQSA> CTestMQSA::Survey() {
@@ -47,6 +56,7 @@ std::shared_ptr<CResultMQSA> CTestMQSA::Survey() {
 void CTestMQSA::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
     if (element->Name() == tag::kResultItem) CreateResult(true);
     mBase->Load(element, log);
+    if (element->Name() == tag::kResultItem && mResult) mCells = mResult->Cells();
 }
 
 std::shared_ptr<ITestElement> CTestMQSA::Clone() {
@@ -99,7 +109,7 @@ void CTestMQSA::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
     CreateResult(false);
     const bool earlierResult = mResult->Status() != kNotTested;
     mPipe = pipe;
-    const PassedOver passed = TakePassedOver(*mPipe);
+    const PassedOver passed = TakePassedOver(*Sequence(), *mPipe);
     mDiscard = passed == PassedOver::kSkipped;
     mMarkNA = passed == PassedOver::kMarkedNA;
     if (passed == PassedOver::kNo) RunGuide(earlierResult);

@@ -10,6 +10,7 @@
 #include "execution/test_guide_contract.h"
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
+#include "foundation/status_cells.h"
 #include "mqsa/result_mqsa.h"
 
 namespace vorex {
@@ -27,6 +28,8 @@ class CTestMQSA : public ElementOnBase<ITestElementBase>,
     void Class_Initialize();
     /// The result that is entered into; made when there is none yet.
     std::shared_ptr<CResultMQSA> Survey();
+    /// Keeps what a mammography test came to, for the result of today and for one that is made later.
+    void TakeOutcomes(const SurveyOutcomes& outcomes);
 
     // ITestElement
     std::shared_ptr<ITestElement> Clone() override;
@@ -47,6 +50,7 @@ class CTestMQSA : public ElementOnBase<ITestElementBase>,
 
     std::shared_ptr<IExecutionPipe> mPipe;
     std::shared_ptr<CResultMQSA> mResult;
+    StatusCells mCells;
     bool mDiscard = false;
     bool mMarkNA = false;
     std::shared_ptr<ITestGuide> mfrmTestGuide;

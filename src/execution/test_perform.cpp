@@ -1,10 +1,11 @@
 #include <algorithm>
 #include <exception>
 
+#include "execution/survey_feed.h"
 #include "execution/test_common.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
+#include "foundation/sequence_state.h"
 #include "foundation/utilities.h"
 
 // The exposure cycle: what `Perform` does, how the guide's events drive it, how exposures are polled and
@@ -42,7 +43,7 @@ void CTestCommon::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
     CreateResult(false);
     const bool earlierResult = mResult && mResult->Status() != kNotTested;
     mPipe = pipe;
-    const PassedOver passed = TakePassedOver(*mPipe);
+    const PassedOver passed = TakePassedOver(*Sequence(), *mPipe);
     mDiscard = passed == PassedOver::kSkipped;
     mMarkNA = mKeep = passed == PassedOver::kMarkedNA;
     if (passed == PassedOver::kNo) RunGuide(earlierResult);
@@ -169,7 +170,7 @@ bool CTestCommon::InFluoroscopy() const {
 // ------------------------------------------------------------------------------------------ the run
 
 void CTestCommon::mfrmTestGuide_StartTest() {
-    if (mStartBusy || State().gRunActive) return;
+    if (mStartBusy || Sequence()->gRunActive) return;
     const ScopedFlag busy(mStartBusy);
     mStopped = mMarkNA = mDiscard = false;
     mKeep = true;
@@ -247,7 +248,7 @@ void CTestCommon::JudgeAll() {
 
 void CTestCommon::JudgeResult() {
     const auto selected = mPipe->SelectedStandards();
-    mResult->UpdateAllStatus(*this, selected.get());
+    FeedSurveys(*this, mResult->UpdateAllStatus(*this, selected.get()));
     mResult->NoteJudgement(*this, selected.get());
 }
 
@@ -286,13 +287,13 @@ void CTestCommon::StartPolling() {
     Vti().BeginRun();
     mSkipCount = mDataReady = mStopDone = mFluoroWaiting = false;
     mFetchWaveforms = true;
-    State().gRunActive = true;
+    Sequence()->gRunActive = true;
     mFrmTimer->StartTimer();
 }
 
 void CTestCommon::StopPolling() {
     if (mFrmTimer) mFrmTimer->StopTimer();
-    State().gRunActive = false;
+    Sequence()->gRunActive = false;
     std::string failure;
     if (!Guarded(
             "Armed", [&] { Vti().Armed(false); }, &failure) &&
@@ -320,7 +321,7 @@ void CTestCommon::mFrmTimer_FireTimer() {
             "mFrmTimer_FireTimer", [&] { Tick(); }, &failure))
         return;
     BreakOff(failure);
-    if (State().gMenuOpen) FinishFromTimer();
+    if (Sequence()->gMenuOpen) FinishFromTimer();
 }
 
 /// One poll. The timer is stopped first and started again last, so that ticks never overlap.
@@ -340,7 +341,7 @@ void CTestCommon::Tick() {
     const bool finished = (mRedoActive && mDataReady) || mExposureNo == mExposureCount;
     if (!finished && !mStopped)
         mFrmTimer->StartTimer();
-    else if (State().gMenuOpen)
+    else if (Sequence()->gMenuOpen)
         FinishFromTimer();
 }
 
@@ -418,7 +419,7 @@ void CTestCommon::mfrmTestGuide_NA() {
 }
 
 void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
-    if (mStartBusy || State().gRunActive || exposureNumber == 0) return;
+    if (mStartBusy || Sequence()->gRunActive || exposureNumber == 0) return;
     if (!(ReadNumber(Vti().SerialNumbers()) > 0)) return;
     const uint8_t exposureBefore = mExposureNo;
     const bool stoppedBefore = mStopped;

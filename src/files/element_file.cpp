@@ -11,6 +11,7 @@
 #include "files/element_output.h"
 #include "foundation/file_error.h"
 #include "foundation/number_text.h"
+#include "foundation/sequence_state.h"
 #include "foundation/vocabulary.h"
 #include "host/element_base.h"
 #include "host/execution_pipe.h"
@@ -77,7 +78,8 @@ std::shared_ptr<IXmlElement> WriteStandards(const std::vector<StandardName>& sta
 
 }  // namespace
 
-ElementFile::ElementFile() : mInstruments(std::make_shared<vorex::MtiList>()) {}
+ElementFile::ElementFile()
+    : mInstruments(std::make_shared<vorex::MtiList>()), mSequence(std::make_shared<SequenceState>()) {}
 
 ElementFile::~ElementFile() {
     for (const auto& element : mElements) element->Terminate();
@@ -124,8 +126,7 @@ void ElementFile::LoadFrame(const std::shared_ptr<IXmlElement>& root) {
 }
 
 void ElementFile::LoadElements(const std::shared_ptr<IXmlElement>& root, IProgressLog* log) {
-    for (const auto& child : root->FindChild(tag::kTestElement))
-        mElements.push_back(LoadTestElement(child, log));
+    for (const auto& child : root->FindChild(tag::kTestElement)) AddRoot(LoadTestElement(child, log));
     ForEachElement(mElements, [this](const auto& element) {
         if (const auto result = element->Result()) mLoadedResults[element->ID()] = result;
     });
@@ -194,12 +195,21 @@ void ElementFile::NumberElements() {
 }
 
 void ElementFile::Add(const std::shared_ptr<ITestElement>& element) {
-    mElements.push_back(element);
+    AddRoot(element);
     NumberElements();
 }
 
+void ElementFile::AddRoot(std::shared_ptr<ITestElement> element) {
+    element->Sequence(mSequence);
+    mElements.push_back(std::move(element));
+    mSequence->SetRoots(mElements);
+}
+
 void ElementFile::Remove(const std::shared_ptr<ITestElement>& element) {
-    if (std::erase(mElements, element) > 0) element->Terminate();
+    if (std::erase(mElements, element) == 0) return;
+    mSequence->SetRoots(mElements);
+    element->Sequence(nullptr);
+    element->Terminate();
 }
 
 std::shared_ptr<ITestElement> ElementFile::FindElement(int32_t id) const {

@@ -16,6 +16,7 @@ namespace vorex {
 
 class MtiList;
 class OutputDocument;
+class SequenceState;
 class XmlSource;
 
 /// An element file in memory: the elements, the instruments and the choice of standards. What the file holds
@@ -46,7 +47,7 @@ class ElementFile {
     const std::vector<std::shared_ptr<ITestElement>>& Elements() const { return mElements; }
     /// Puts an element at the end; one without an ID gets one.
     void Add(const std::shared_ptr<ITestElement>& element);
-    /// Takes an element out and ends it.
+    /// Takes a root out and ends it.
     void Remove(const std::shared_ptr<ITestElement>& element);
     /// The element of an ID, at any depth; empty when there is none.
     std::shared_ptr<ITestElement> FindElement(int32_t id) const;
@@ -62,6 +63,7 @@ class ElementFile {
     void LoadFrame(const std::shared_ptr<IXmlElement>& root);
     void LoadElements(const std::shared_ptr<IXmlElement>& root, IProgressLog* log);
     void NumberElements();
+    void AddRoot(std::shared_ptr<ITestElement> element);
     /// IDs of the elements whose results have nothing to take over from those of the file.
     std::set<int32_t> UnmergedResults() const;
     std::shared_ptr<OutputDocument> Written(const std::string& name);
@@ -71,6 +73,7 @@ class ElementFile {
     std::shared_ptr<vorex::MtiList> mInstruments;
     bool mHasInstrumentList = false;
     std::optional<std::vector<StandardName>> mChosen;
+    std::shared_ptr<SequenceState> mSequence;  ///< of all elements of the file
     std::map<int32_t, std::weak_ptr<IResultData>> mLoadedResults;
     std::set<int32_t> mPlainResults;
 };

@@ -32,6 +32,7 @@ class ILimitData;
 class IResultData;
 class ITestElement;
 class ITestGuideConfig;
+class SequenceState;
 
 // ------------------------------------------------------------------------------------ document and log
 
@@ -106,6 +107,7 @@ class ITextService {
 };
 
 class ISelectedStandards;
+class IStandard;
 
 /// What a report shows: bits of `IReportDocument::Options`.
 inline constexpr int32_t kReportLimits = 2;
@@ -176,6 +178,10 @@ class IReportDocument {
     virtual void EndFigure() = 0;
     virtual std::string Translate(std::string_view section, std::string_view key,
                                   TextArguments args) const = 0;
+
+    /// The standards whose limits are printed next to the results of the element that is being printed: its
+    /// limits write them, its result reads them.
+    std::vector<std::shared_ptr<IStandard>> SelectedStandardsForReport;
 };
 
 /// The host's report setup, passed along without being looked at.
@@ -515,6 +521,11 @@ class ITestElement {
     virtual void Terminate() = 0;
     virtual void UpdateReferences() = 0;
     virtual std::vector<std::string> GetMeasurementList() const = 0;
+    /// What the elements of the open sequence share; never empty. An element with a parent has that of its
+    /// parent; one without has what it was given, or else one of its own.
+    virtual std::shared_ptr<SequenceState> Sequence() const = 0;
+    /// Makes a root part of a sequence; empty leaves it on its own.
+    virtual void Sequence(std::shared_ptr<SequenceState> state) = 0;
 };
 
 /// Where a new child goes: after the relative, or at the end.

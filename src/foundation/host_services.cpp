@@ -21,6 +21,14 @@ void InstallServices(HostServices services) {
     Installed() = std::move(services);
 }
 
+void InstallPlugIn(std::shared_ptr<IZRD47500PlugIn> plugIn) {
+    Installed().plugIn = std::move(plugIn);
+}
+
+void InstallExposureCaption(std::string caption) {
+    Installed().exposureCaption = std::move(caption);
+}
+
 void LogDiagnostic(std::string_view line) {
     if (Services().log) Services().log(line);
 }

@@ -9,6 +9,7 @@
 #include "foundation/detector_service.h"
 #include "foundation/host_contract.h"
 #include "foundation/platform.h"
+#include "foundation/text_keys.h"
 
 namespace vorex {
 
@@ -53,11 +54,19 @@ struct HostServices {
     std::function<void(std::string_view line)> trace;
     /// Decimal sign of the system, "." or ",".
     char decimalSign = '.';
+
+    /// Caption of an exposure: a text key, or a text of nine characters for one version of the host.
+    std::string exposureCaption = std::string(text::kExposureCaption);
+    /// The plug-in object that has introduced itself; standards are loaded from it.
+    std::shared_ptr<IZRD47500PlugIn> plugIn;
 };
 
 const HostServices& Services();
 /// [before any object of the library is created]
 void InstallServices(HostServices services);
+/// The two services that the plug-in object brings when the application starts.
+void InstallPlugIn(std::shared_ptr<IZRD47500PlugIn> plugIn);
+void InstallExposureCaption(std::string caption);
 
 /// Writes a line to the diagnostic log, if there is one.
 void LogDiagnostic(std::string_view line);

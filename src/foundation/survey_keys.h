@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "foundation/library_state.h"
+#include "foundation/status_cells.h"
 #include "foundation/survey_text_keys.h"
 #include "foundation/text_keys.h"
 

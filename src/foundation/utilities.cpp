@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 
 namespace vorex {
@@ -157,7 +156,7 @@ int32_t ShutdownTimeOut() {
 void FixExposureCaption() {
     constexpr std::string_view kVersionWithFixedCaption = "2.7.0";
     constexpr std::size_t kWidth = 9;
-    State().exposureCaption = text::kExposureCaption;
+    InstallExposureCaption(std::string(text::kExposureCaption));
     const auto& settings = Services().settings;
     if (!settings) return;
     const std::string version =
@@ -171,16 +170,16 @@ void FixExposureCaption() {
         caption.pop_back();
     }
     const std::size_t length = CodePoints(caption);
-    State().exposureCaption = std::string(kWidth - std::min(kWidth, length), ' ') + caption;
+    InstallExposureCaption(std::string(kWidth - std::min(kWidth, length), ' ') + caption);
 }
 
 void SetPlugIn(const std::shared_ptr<IPlugIn>& plugIn) {
     if (!plugIn || plugIn->PlugInID() != kPlugInId) return;
-    State().plugIn = std::dynamic_pointer_cast<IZRD47500PlugIn>(plugIn);
+    InstallPlugIn(std::dynamic_pointer_cast<IZRD47500PlugIn>(plugIn));
 }
 
 std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name, std::string& version) {
-    const auto& plugIn = State().plugIn;
+    const auto& plugIn = Services().plugIn;
     return plugIn ? plugIn->LoadStandard(testId, name, version) : nullptr;
 }
 

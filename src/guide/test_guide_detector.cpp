@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
+#include "foundation/sequence_state.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "guide/detector_adaption.h"
@@ -36,7 +36,7 @@ void FZRD47500TestGuide::WatchTick() {
     // A press may come in while the tick polls: it leaves the timer to the tick.
     ++mPauses;
     bool goesOn = true;
-    if (!State().gRunActive) goesOn = WatchGoesOn();
+    if (!mSequence->gRunActive) goesOn = WatchGoesOn();
     --mPauses;
     if (goesOn && mWatch) mWatch->Start(kWatchInterval);
 }
@@ -54,7 +54,7 @@ bool FZRD47500TestGuide::WatchGoesOn() {
         LoseConnection();
         return false;
     }
-    int32_t& failures = State().watchFailures;
+    int32_t& failures = mSequence->watchFailures;
     if (alive) {
         failures = 0;
         return true;

@@ -2,7 +2,6 @@
 
 #include "config/config_mqsa.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
@@ -34,6 +33,7 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
                                     const std::shared_ptr<IExecutionPipe>& pipe,
                                     const std::vector<std::string>& lines) {
     mElement = element;
+    mSequence = element->Sequence();
     mPipe = pipe;
     mConfig = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
     if (mConfig) {

@@ -12,6 +12,7 @@
 #include "execution/test_guide_contract.h"
 #include "foundation/detector_service.h"
 #include "foundation/platform.h"
+#include "foundation/sequence_state.h"
 #include "guide/guide_menu.h"
 #include "guide/guide_toolbar.h"
 #include "guide/transparent_overlay.h"
@@ -177,6 +178,7 @@ class FZRD47500TestGuide : public ITestGuide {
     int32_t mPauses = 0;  ///< of the watch, nested
 
     std::weak_ptr<ITestElement> mElement;
+    std::shared_ptr<SequenceState> mSequence = std::make_shared<SequenceState>();  ///< of the element
     std::shared_ptr<IExecutionPipe> mPipe;
     std::shared_ptr<CConfigCommon> mConfig;  ///< empty for the survey
     std::shared_ptr<IZRD47500Result> mView;

@@ -1,5 +1,5 @@
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
+#include "foundation/sequence_state.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "guide/test_guide_form.h"
@@ -74,7 +74,7 @@ void FZRD47500TestGuide::SetWakeUpButton(bool enable) {
 /// A run that ended by a failing handler must not leave the bar locked.
 void FZRD47500TestGuide::LeaveRunningState() {
     if (mState != GuideState::kRunning) return;
-    State().gRunActive = false;
+    mSequence->gRunActive = false;
     SetStatusText({});
     const auto result = Result();
     ToolbarState(GuideState::kIdle, result && result->Status() != kNotTested);
@@ -128,7 +128,7 @@ void FZRD47500TestGuide::PressNext() {
 }
 
 void FZRD47500TestGuide::PressStart(bool shortcut) {
-    if (mState == GuideState::kRunning || State().gRunActive)
+    if (mState == GuideState::kRunning || mSequence->gRunActive)
         return shortcut ? events.StopTest.Raise() : events.StartTest.Raise();
     if (!OpenLink()) return;
     mManualNote = false;

@@ -1,9 +1,10 @@
 #include <algorithm>
 
+#include "execution/survey_feed.h"
 #include "foundation/class_registry.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
+#include "foundation/sequence_state.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "guide/guide_columns.h"
@@ -29,10 +30,13 @@ constexpr FlagColumn kFlagColumns[] = {{key::kImportWaveform, ExposureColumn::kI
 /// True from construction to the end of the menu.
 class MenuOpen {
   public:
-    MenuOpen() { State().gMenuOpen = true; }
-    ~MenuOpen() { State().gMenuOpen = false; }
+    explicit MenuOpen(SequenceState& state) : mState(state) { mState.gMenuOpen = true; }
+    ~MenuOpen() { mState.gMenuOpen = false; }
     MenuOpen(const MenuOpen&) = delete;
     MenuOpen& operator=(const MenuOpen&) = delete;
+
+  private:
+    SequenceState& mState;
 };
 
 }  // namespace
@@ -140,7 +144,7 @@ void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const s
     if (exposure != 0) mCurrentExposure = exposure;
     if (!result) return;
     const bool stored = exposure >= 1 && exposure <= result->Rows().size();
-    if (stored && !State().gRunActive && !IsMasFamily(LimitKeyOf(columnKey))) RequestWaveforms(exposure);
+    if (stored && !mSequence->gRunActive && !IsMasFamily(LimitKeyOf(columnKey))) RequestWaveforms(exposure);
     const auto element = mElement.lock();
     const auto limits = element ? element->Limits() : nullptr;
     mDetails = CellDetails(*result, {exposure, columnKey, mColumnKeys},
@@ -173,7 +177,7 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
         return;
     }
     // What is judged anew would get between the exposures of a run.
-    if (!State().gRunActive) {
+    if (!mSequence->gRunActive) {
         if (columnKey == key::kAdjacent) {
             mConfig->SetValue(row, ExposureColumn::kAdjacent, text);
             result->UpdateAdjacentResult(*element, SelectedStandards(), row, text == "1" ? 1 : 0);
@@ -195,7 +199,7 @@ void FZRD47500TestGuide::StoreTypedValue(uint8_t exposure, const std::string& co
     const uint8_t number = ColumnNumber(stored, columnKey);
     if (number == 0) return;
     result->SetValue(row, number, text.empty() ? text : text + "*");
-    result->UpdateAllStatus(*element, SelectedStandards());
+    FeedSurveys(*element, result->UpdateAllStatus(*element, SelectedStandards()));
     LogTypedValue(exposure, *stored[number - 1U]);
 }
 
@@ -211,7 +215,7 @@ void FZRD47500TestGuide::LogTypedValue(uint8_t exposure, const CMeasurement& mea
 
 bool FZRD47500TestGuide::CanRedo(uint8_t exposure) const {
     const auto result = Result();
-    if (!result || !vti || !mRedoAllowed || State().gRunActive) return false;
+    if (!result || !vti || !mRedoAllowed || mSequence->gRunActive) return false;
     if (exposure == 0 || exposure > result->Rows().size()) return false;
     bool answers = false;
     Guarded("mnuRedo", [&] { answers = ReadNumber(vti->SerialNumbers()) > 0; });
@@ -229,7 +233,7 @@ void FZRD47500TestGuide::OpenMenu() {
     const std::vector<MenuItem> items = MenuItems();
     int32_t chosen = 0;
     Guarded("mnuPopup", [&] {
-        const MenuOpen open;
+        const MenuOpen open(*mSequence);
         chosen = platform->ShowPopupMenu(items);
     });
     if (!CanChoose(items, chosen)) return;

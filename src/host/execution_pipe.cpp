@@ -1,6 +1,6 @@
 #include "host/execution_pipe.h"
 
-#include "foundation/library_state.h"
+#include "foundation/sequence_state.h"
 
 namespace vorex {
 
@@ -24,9 +24,11 @@ SequenceEnd RunSequence(std::span<const std::shared_ptr<ITestElement>> elements,
     // Set once and not before each element, as in a group: an empty group leaves the code as it found it, so
     // Previous onto it goes on to the element before.
     pipe->NextAction(kGoNext);
+    if (!elements.empty()) elements.front()->Sequence()->Reset();
     while (index < elements.size()) {
         if (pipe->Stopped()) return SequenceEnd::kStopped;
-        State().gSkipRemaining = State().gNARemaining = false;
+        const auto state = elements[index]->Sequence();
+        state->gSkipRemaining = state->gNARemaining = false;
         elements[index]->Perform(pipe);
         switch (pipe->NextAction()) {
             case kGoAbort:

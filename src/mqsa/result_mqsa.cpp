@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
@@ -97,10 +96,6 @@ ItemStatuses CResultMQSA::Statuses() const {
     return statuses;
 }
 
-StatusCells CResultMQSA::Cells() const {
-    return mCells.value_or(State().cells);
-}
-
 void CResultMQSA::UpdateStatus(ITestElement& owner, const ISelectedStandards* /*selected*/,
                                bool notApplicable) {
     if (notApplicable) {
@@ -111,21 +106,12 @@ void CResultMQSA::UpdateStatus(ITestElement& owner, const ISelectedStandards* /*
             if (item->Status() == kFailed) break;
         }
     }
-    mCells = State().cells;
-    mFault = EvaluateSurvey(mRecord, Statuses(), *mCells, mTables).fault;
+    mFault = EvaluateSurvey(mRecord, Statuses(), mCells, mTables).fault;
     UpdateServiceRecord(owner);
 }
 
-void CResultMQSA::TakeStatusCells() {
-    mCells = State().cells;
-    vorex::CopyStatusCells(*mCells, mTables);
-}
-
 void CResultMQSA::CopyStatusCells() {
-    if (State().cells != State().loadedCells)
-        TakeStatusCells();
-    else
-        vorex::CopyStatusCells(Cells(), mTables);
+    vorex::CopyStatusCells(mCells, mTables);
 }
 
 void CResultMQSA::UpdateServiceRecord(const ITestElement& owner) {

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +17,7 @@
 namespace vorex {
 
 /// The result of the annual mammography survey: what was entered, the 49 answers, the two tables of verdicts.
-/// The outcomes of the automatic mammography tests reach it through the status cells that all elements share.
+/// Its element brings it the outcomes of the automatic mammography tests.
 class CResultMQSA : public IResultData,
                     public LibraryObject,
                     public std::enable_shared_from_this<CResultMQSA> {
@@ -38,10 +37,7 @@ class CResultMQSA : public IResultData,
     void pUpdateMQSATestStatus();
     /// The text with the decimal sign of the system in place of the other one.
     static std::string Val_WR(std::string_view value);
-    /// Makes the latest outcomes of the automatic tests in this process those of this survey.
-    void TakeStatusCells();
-    /// Copies the outcomes of the automatic tests into the tables: the latest of this process, or, where no
-    /// test ran since a survey was loaded, those that this survey brought.
+    /// Copies the outcomes of the automatic tests into the tables.
     void CopyStatusCells();
 
     // The printed survey (result_mqsa_report.cpp). Each page begins where the report stands.
@@ -80,8 +76,9 @@ class CResultMQSA : public IResultData,
     const std::vector<std::shared_ptr<CMeasurement>>& Items() const { return mItems; }
     const std::shared_ptr<CConfigMQSA>& Configuration() const { return mConfig; }
     ItemStatuses Statuses() const;
-    /// Outcomes of the automatic tests that the tables show; those of the process before any evaluation.
-    StatusCells Cells() const;
+    /// Outcomes of the automatic tests; `CopyStatusCells` brings them into the tables.
+    const StatusCells& Cells() const { return mCells; }
+    void Cells(const StatusCells& cells) { mCells = cells; }
     /// What ended the last evaluation early; empty for nothing.
     const std::string& Fault() const { return mFault; }
     /// Recalculates what depends on a grid, as the entry page does after each cell.
@@ -118,7 +115,7 @@ class CResultMQSA : public IResultData,
     std::string mComment;
     std::shared_ptr<IServiceRecord> mServiceRecord;
     int32_t mMtiId = 0;
-    std::optional<StatusCells> mCells;
+    StatusCells mCells;
     std::string mFault;
     std::string mFiber;
     std::string mSpeck;

@@ -3,7 +3,6 @@
 
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/survey_cells.h"
 #include "foundation/utilities.h"
@@ -65,7 +64,7 @@ std::shared_ptr<IXmlElement> CResultMQSA::Save(const std::shared_ptr<IXmlDocumen
     };
     add(Services().codec->WriteStatus(owner, mStatus, mStatusExtra));
     if (!mComment.empty()) element->AddValue(tag::kComment, mComment);
-    const StatusCells cells = Cells();
+    const StatusCells& cells = Cells();
     for (const survey::StatusCellRow& row : survey::kStatusCells)
         element->AddValue(row.key, PlainText(cells.*row.cell));
     if (mServiceRecord) add(mServiceRecord->Save(owner));
@@ -110,7 +109,6 @@ void CResultMQSA::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog
         if (log != nullptr) log->LogMessage(kErrorResultMissing, 4, error.what());
         throw;
     }
-    mCells = State().loadedCells = State().cells;
 }
 
 void CResultMQSA::LoadChild(const std::shared_ptr<IXmlElement>& child, IProgressLog* log) {
@@ -144,7 +142,7 @@ void CResultMQSA::LoadChild(const std::shared_ptr<IXmlElement>& child, IProgress
 bool CResultMQSA::LoadCell(const IXmlElement& child) {
     for (const survey::StatusCellRow& row : survey::kStatusCells) {
         if (row.key != child.Name()) continue;
-        State().cells.*row.cell = ReadInteger(child.Text());
+        mCells.*row.cell = ReadInteger(child.Text());
         return true;
     }
     return false;

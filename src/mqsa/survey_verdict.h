@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/library_state.h"
+#include "foundation/status_cells.h"
 #include "foundation/verdict_figures.h"
 #include "mqsa/survey_record.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "foundation/status_cells.h"
 
 namespace vorex {
 
@@ -13,15 +13,6 @@ struct RowField {
     std::string_view key;
     std::string text;
     bool operator==(const RowField&) const = default;
-};
-
-/// What an exposure leaves for the annual survey: Pass or Fail; empty for a cell that it says nothing about.
-struct SurveyOutcomes {
-    std::optional<int32_t> Dose75;
-    std::optional<int32_t> Dose78;
-    std::optional<int32_t> Dose80;
-    std::optional<int32_t> Dose82;
-    bool operator==(const SurveyOutcomes&) const = default;
 };
 
 /// The reading of one instrument with the values derived from it.

@@ -6,7 +6,6 @@
 #include "config/config_common.h"
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
@@ -164,10 +163,11 @@ std::shared_ptr<IXmlElement> CLimitData::Save(const std::shared_ptr<IXmlDocument
 }
 
 void CLimitData::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
-    auto& shown = State().SelectedStandardsForReport;
+    if (report == nullptr) return;
+    auto& shown = report->SelectedStandardsForReport;
     // The limits of the element before must not stand beside the results of this one.
     shown.clear();
-    const ISelectedStandards* selected = report == nullptr ? nullptr : report->SelectedStandards();
+    const ISelectedStandards* selected = report->SelectedStandards();
     for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i) {
         const auto standard = mStandards->Item(i);
         if (IsSelected(*standard, selected))
@@ -265,7 +265,6 @@ std::shared_ptr<IStandard> CLimitData::CreateStandard(std::string_view name, std
         if (!mStandards->FindExpectedResult(0, standard->Name(), standard->Version()))
             mStandards->Add(standard);
     }
-    State().newStandard = standard;
     return standard;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/test_sets.h"
 #include "foundation/trace.h"
@@ -303,7 +302,7 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
     if (at < mRows.size() * perRow) {
         const std::size_t row = at / perRow;
         if (at % perRow == 0)
-            return Heading("++" + Translate(State().exposureCaption) + "#" +
+            return Heading("++" + Translate(Services().exposureCaption) + "#" +
                            PlainText(static_cast<int32_t>(row + 1)) + "++");
         std::size_t column = at % perRow;
         for (const auto& item : *mRows[row])

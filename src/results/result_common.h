@@ -10,6 +10,7 @@
 #include "config/config_common.h"
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
+#include "foundation/status_cells.h"
 #include "results/derived_row.h"
 #include "results/measurement.h"
 #include "results/result_record.h"
@@ -65,11 +66,12 @@ class CResultCommon : public IResultData,
     std::string StoreResult(const DerivedRow& row, int32_t source);
 
     /// Judges the working row and stores it as an exposure; a number already stored is replaced.
-    /// Exposure 0 only judges.
-    void UpdateStatus(ITestElement& owner, const ISelectedStandards* selected, uint8_t exposureNumber,
-                      bool notApplicable = false);
-    /// Judges every stored row anew.
-    void UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected, bool notApplicable = false);
+    /// Exposure 0 only judges. Returns what the judgement means for the survey.
+    SurveyOutcomes UpdateStatus(ITestElement& owner, const ISelectedStandards* selected,
+                                uint8_t exposureNumber, bool notApplicable = false);
+    /// Judges every stored row anew. Returns what the judgement means for the survey.
+    SurveyOutcomes UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
+                                   bool notApplicable = false);
     /// A view's edit of the adjacent flag of a row, counted from 0: -1 nothing done, 0 failed, 1 passed.
     int32_t UpdateAdjacentResult(ITestElement& owner, const ISelectedStandards* selected, uint8_t row,
                                  uint8_t flag);
@@ -177,7 +179,7 @@ class CResultCommon : public IResultData,
     void JudgeWorkingRow(const Judge& judge, uint8_t exposureNumber);
     void JudgeGenerally(const Judge& judge, CMeasurement& measurement, uint8_t exposureNumber);
     void JudgeStored(const Judge& judge, CMeasurement& measurement, std::size_t row, Walk& walk);
-    void JudgeNotApplicable();
+    SurveyOutcomes JudgeNotApplicable();
     void StoreWorkingRow(uint8_t exposureNumber);
     void CopyToRow(const CMeasurement& from, CMeasurement& to) const;
     MeasurementRow CopyOf(const MeasurementRow& row) const;

@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/report_markup.h"
 #include "foundation/utilities.h"
@@ -34,7 +33,7 @@ bool ShowsWaveforms(const IReportDocument& report) {
 }
 
 bool ShowsLimits(const IReportDocument& report) {
-    return Shows(report, kReportLimits) && !State().SelectedStandardsForReport.empty();
+    return Shows(report, kReportLimits) && !report.SelectedStandardsForReport.empty();
 }
 
 /// A value in the language of the report: a loaded word is in that of the program.
@@ -141,7 +140,7 @@ std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool he
     };
     std::string line;
     if (limits && heldAgainstLimits) {
-        for (const auto& standard : State().SelectedStandardsForReport) {
+        for (const auto& standard : report.SelectedStandardsForReport) {
             const std::string cells = StandardCells(*this, *standard, report);
             if (cells.empty()) continue;
             line += line.empty() ? start + markup::kCell : std::string(kContinuation);

@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "results/result_columns.h"
@@ -152,12 +151,9 @@ void CResultCommon::JudgeGenerally(const Judge& judge, CMeasurement& measurement
     if (testWide) CopyToAllRows(measurement);
 }
 
-void CResultCommon::JudgeNotApplicable() {
+SurveyOutcomes CResultCommon::JudgeNotApplicable() {
     mStatus = kNotApplicable;
-    StatusCells& cells = State().cells;
-    for (int32_t* cell : {&cells.kVpL36, &cells.kVpL38, &cells.kVpL39, &cells.Dose75, &cells.Dose78,
-                          &cells.Dose80, &cells.Dose82})
-        *cell = kNotTested;
+    return {kNotTested, kNotTested, kNotTested, kNotTested, kNotTested, kNotTested, kNotTested};
 }
 
 void CResultCommon::JudgeWorkingRow(const Judge& judge, uint8_t exposureNumber) {
@@ -173,18 +169,20 @@ void CResultCommon::JudgeWorkingRow(const Judge& judge, uint8_t exposureNumber) 
     }
 }
 
-void CResultCommon::UpdateStatus(ITestElement& owner, const ISelectedStandards* selected,
-                                 uint8_t exposureNumber, bool notApplicable) {
+SurveyOutcomes CResultCommon::UpdateStatus(ITestElement& owner, const ISelectedStandards* selected,
+                                           uint8_t exposureNumber, bool notApplicable) {
+    SurveyOutcomes outcomes;
     if (notApplicable) {
-        JudgeNotApplicable();
+        outcomes = JudgeNotApplicable();
     } else {
         mStatus = kPassed;
         JudgeWorkingRow({owner.Limits(), selected}, exposureNumber);
     }
     UpdateServiceRecord(owner);
-    if (notApplicable || exposureNumber == 0) return;
+    if (notApplicable || exposureNumber == 0) return outcomes;
     mLastExposure = exposureNumber;
     StoreWorkingRow(exposureNumber);
+    return outcomes;
 }
 
 void CResultCommon::CopyToRow(const CMeasurement& from, CMeasurement& to) const {
@@ -293,12 +291,13 @@ void CResultCommon::TakeLatestStatuses() {
         (*mCurrent)[column]->Status(latest[column]->Status());
 }
 
-void CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
-                                    bool notApplicable) {
+SurveyOutcomes CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
+                                              bool notApplicable) {
+    SurveyOutcomes outcomes;
     if (notApplicable) {
-        JudgeNotApplicable();
+        outcomes = JudgeNotApplicable();
         UpdateServiceRecord(owner);
-        return;
+        return outcomes;
     }
     mStatus = kPassed;
     if (!mRows.empty() && mExposureCount == 0) mStatus = kNotTested;
@@ -318,12 +317,13 @@ void CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelectedStandard
         }
         if (mLastExposure == 0) TakeLatestStatuses();
         if (TestId == kMammoAccRepro) {
-            State().cells.kVpL36 = walk.cells.kVpL36;
-            State().cells.kVpL38 = walk.cells.kVpL38;
-            State().cells.kVpL39 = walk.cells.kVpL39;
+            outcomes.kVpL36 = walk.cells.kVpL36;
+            outcomes.kVpL38 = walk.cells.kVpL38;
+            outcomes.kVpL39 = walk.cells.kVpL39;
         }
     }
     UpdateServiceRecord(owner);
+    return outcomes;
 }
 
 int32_t CResultCommon::UpdateAdjacentResult(ITestElement& owner, const ISelectedStandards* selected,

@@ -10,7 +10,6 @@
 #include "cli/program_fixture.h"
 #include "files/element_file.h"
 #include "files/run_journal.h"
-#include "foundation/library_state.h"
 #include "guide/test_guide_form.h"
 #include "host/execution_pipe.h"
 #include "host/headless_platform.h"
@@ -380,7 +379,6 @@ TEST_F(JournalTest, AnExposureIsAnnouncedBeforeTheGuideShowsIt) {
         RunSequence(file->Elements(), pipe);
     }
     InstallServices({});
-    ResetState();
     EXPECT_EQ(announced, (std::vector<std::string>{"0/0 then 1.1.0", "1/0 then 1.3.0", "1/0 then 1.0.1"}));
 }
 

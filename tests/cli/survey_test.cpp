@@ -229,9 +229,12 @@ TEST_F(SurveyProgramTest, EachSurveyTakesTheTestsOfItsOwnGroup) {
         {"a room without tests", Group(1, VoltageTest(2) + survey) + Group(3, other), kSteady, "1", "0"},
         {"a survey in front of its tests",
          Group(1, VoltageTest(2) + survey) + Group(3, other + VoltageTest(4)), kSteady + kUnsteady, "1", "2"},
-        {"one after the other", VoltageTest(2) + survey + VoltageTest(4) + other, kUnsteady + kSteady, "2",
+        {"one after the other", VoltageTest(2) + survey + VoltageTest(4) + other, kUnsteady + kSteady, "1",
          "1"},
-        {"tests in a group of their own", Group(1, VoltageTest(2)) + survey + other, kSteady, "1", "0"},
+        {"a group without a survey", Group(1, survey + Group(5, VoltageTest(2))) + other, kSteady, "1", "0"},
+        {"surveys that are roots", Group(1, VoltageTest(2)) + survey + other, kSteady, "0", "0"},
+        {"a survey elsewhere that is the only one", Group(1, survey) + Group(3, VoltageTest(4)), kSteady, "1",
+         ""},
     };
     for (const Case& c : cases) {
         Write("in.xml", Sequence(c.elements));

@@ -8,7 +8,6 @@
 
 #include "cli/program_fixture.h"
 #include "files/element_file.h"
-#include "foundation/library_state.h"
 #include "guide/test_guide_form.h"
 #include "host/execution_pipe.h"
 #include "host/headless_platform.h"
@@ -280,7 +279,6 @@ TEST_F(VerdictTest, AnInstrumentFaultEndsInASafeState) {
             file->Save(Path("out.xml"));
         }
         InstallServices({});
-        ResetState();
         result.load_file(Path("out.xml").c_str());
         const pugi::xml_node run = ResultOf(1).child("Run");
         EXPECT_STREQ(run.attribute("Ending").value(), "Broken");

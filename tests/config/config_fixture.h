@@ -7,7 +7,6 @@
 
 #include "config/config_common.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "host/test_guide_config.h"
 #include "support/fake_host.h"
 
@@ -25,7 +24,6 @@ class ConfigTest : public ::testing::Test {
         services.decimalSign = decimalSign;
         services.createTestGuideConfig = [] { return std::make_shared<TestGuideConfig>(); };
         InstallServices(services);
-        ResetState();
     }
 
     static std::shared_ptr<CConfigCommon> New(int32_t testId) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/registration.h"
 #include "support/fake_host.h"
@@ -29,12 +28,8 @@ class Utilities : public ::testing::Test {
         services.text = texts;
         services.settings = settings;
         InstallServices(services);
-        ResetState();
     }
-    void TearDown() override {
-        InstallServices({});
-        ResetState();
-    }
+    void TearDown() override { InstallServices({}); }
     void HostVersion(const std::string& version) {
         settings->values[{std::string(setting::kUninstallPath), "DisplayVersion"}] = version;
     }
@@ -166,7 +161,7 @@ TEST_F(Utilities, TheExposureCaptionHasNineCharactersForOneVersionOfTheHost) {
         texts->words["23183::Exposure "] = row.translation;
         HostVersion(row.version);
         FixExposureCaption();
-        EXPECT_EQ(State().exposureCaption, row.caption) << row.version << " " << row.translation;
+        EXPECT_EQ(Services().exposureCaption, row.caption) << row.version << " " << row.translation;
     }
 }
 
@@ -220,7 +215,7 @@ TEST_F(Utilities, RegistrationFixesTheCaptionAndIsUndoneOnce) {
     registrar.CloseApp();
     EXPECT_EQ(calls, "");
     registrar.RegisterApp();
-    EXPECT_EQ(State().exposureCaption, "Exposure ");
+    EXPECT_EQ(Services().exposureCaption, "Exposure ");
     registrar.CloseApp();
     registrar.CloseApp();
     EXPECT_EQ(calls, "register unregister ");

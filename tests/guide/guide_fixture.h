@@ -9,7 +9,6 @@
 #include "config/config_common.h"
 #include "foundation/class_registry.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "guide/test_guide_form.h"
 #include "results/result_common.h"
 #include "support/fake_detector.h"
@@ -84,7 +83,6 @@ class GuideTest : public ::testing::Test {
         services.log = [this](std::string_view line) { log.emplace_back(line); };
         InstallServices(services);
         InstallClasses(kClasses);
-        ResetState();
     }
     ~GuideTest() override {
         guide.reset();

@@ -23,10 +23,10 @@ TEST_F(Watch, PollsEveryTwoSecondsWithTheTimeOuts) {
 
 TEST_F(Watch, DoesNotPollWhileExposuresAreTaken) {
     Open(kRadioRepro);
-    State().gRunActive = true;
+    element->Sequence()->gRunActive = true;
     platform->Advance(4000);
     EXPECT_EQ(room->Count("LinkState"), 0);
-    State().gRunActive = false;
+    element->Sequence()->gRunActive = false;
     platform->Advance(2000);
     EXPECT_EQ(room->Count("LinkState"), 1);
 }
@@ -55,29 +55,29 @@ TEST_F(Watch, TheFirstFailedPollIsAnnouncedAndTheHundredthEndsTheWatch) {
     room->alive = false;
     platform->Advance(2000);
     EXPECT_EQ(Events(), "ConnectionLost");
-    EXPECT_EQ(State().watchFailures, 1);
+    EXPECT_EQ(element->Sequence()->watchFailures, 1);
     platform->Advance(2000 * 98);
     EXPECT_EQ(Events(), "");
-    EXPECT_EQ(State().watchFailures, 99);
+    EXPECT_EQ(element->Sequence()->watchFailures, 99);
     EXPECT_TRUE(guide->Watching());
     platform->Advance(2000);
-    EXPECT_EQ(State().watchFailures, 1);
+    EXPECT_EQ(element->Sequence()->watchFailures, 1);
     EXPECT_FALSE(guide->Watching());
     // Begun anew, the same loss is not announced again.
     guide->PressButton(kPrevious);
     platform->Advance(2000);
     EXPECT_EQ(Events(), "Previous");
-    EXPECT_EQ(State().watchFailures, 2);
+    EXPECT_EQ(element->Sequence()->watchFailures, 2);
 }
 
 TEST_F(Watch, AnySuccessfulPollBeginsTheCountAnew) {
     Open(kRadioRepro);
     room->alive = false;
     platform->Advance(6000);
-    EXPECT_EQ(State().watchFailures, 3);
+    EXPECT_EQ(element->Sequence()->watchFailures, 3);
     room->alive = true;
     platform->Advance(2000);
-    EXPECT_EQ(State().watchFailures, 0);
+    EXPECT_EQ(element->Sequence()->watchFailures, 0);
     room->alive = false;
     Events();
     platform->Advance(2000);
@@ -89,7 +89,7 @@ TEST_F(Watch, AFailingServiceCountsAsAFailedPoll) {
     room->failing = {"LinkState"};
     platform->Advance(4000);
     EXPECT_EQ(Events(), "ConnectionLost");
-    EXPECT_EQ(State().watchFailures, 2);
+    EXPECT_EQ(element->Sequence()->watchFailures, 2);
     EXPECT_TRUE(guide->Watching());
 }
 

@@ -141,7 +141,7 @@ TEST_F(Press, ARunThatBreaksOffUnlocksTheBar) {
     guide->events.StartTest.Connect([&] {
         guide->ToolbarState(GuideState::kRunning, false);
         guide->SetStatusText(text::kTestInProgress);
-        State().gRunActive = true;
+        element->Sequence()->gRunActive = true;
         throw std::runtime_error("detector gone");
     });
     EXPECT_TRUE(guide->PressButton(kStart));
@@ -149,7 +149,7 @@ TEST_F(Press, ARunThatBreaksOffUnlocksTheBar) {
     EXPECT_TRUE(Button(kStart).enabled);
     EXPECT_FALSE(Button(kStop).enabled);
     EXPECT_EQ(guide->StatusLine(), "");
-    EXPECT_FALSE(State().gRunActive);
+    EXPECT_FALSE(element->Sequence()->gRunActive);
 }
 
 TEST_F(Press, TheWatchRestsDuringAPressAndTheRunItStarts) {

@@ -79,10 +79,10 @@ TEST_F(GuideTable, AClickAsksForTheWaveformsOfAStoredExposure) {
         Expose(1, "0,1,2,3,4,5,6,7", c.kind == kMasMeter ? kSourceMas : kSourceZrd);
         EXPECT_TRUE(Table().Press({1, 1}));
         EXPECT_EQ(Events(), c.events) << c.kind;
-        State().gRunActive = true;
+        element->Sequence()->gRunActive = true;
         EXPECT_TRUE(Table().Press({1, 1}));
         EXPECT_EQ(Events(), "") << c.kind;
-        State().gRunActive = false;
+        element->Sequence()->gRunActive = false;
     }
 }
 
@@ -189,7 +189,7 @@ TEST_F(GuideTable, NothingIsTypedWhileExposuresAreTaken) {
     Open(kRadioAccuracy, kMasMeter, kMasMeter);
     Expose(1, "0,200,20.1,,0.61", kSourceMas);
     guide->PressButton(guide_button::kManual);
-    State().gRunActive = true;
+    element->Sequence()->gRunActive = true;
     Table().Edit({1, 2}, "210");
     EXPECT_EQ(element->result->GetValue(0, 2), "200");
     EXPECT_EQ(Table().Rows()[0].cells[1].text, "200 mA");
@@ -227,9 +227,9 @@ TEST_F(GuideTable, RedoIsOfferedForAStoredExposureWhileADetectorAnswersAndNothin
     room->serialNumbers = "0";
     EXPECT_FALSE(offered(1)) << "no detector";
     room->serialNumbers = "4711,88";
-    State().gRunActive = true;
+    element->Sequence()->gRunActive = true;
     EXPECT_FALSE(offered(1)) << "a run is active";
-    State().gRunActive = false;
+    element->Sequence()->gRunActive = false;
     guide->EnableMenuRedoExposure(false);
     EXPECT_FALSE(offered(1)) << "not allowed";
     guide->EnableMenuRedoExposure(true);
@@ -245,32 +245,32 @@ TEST_F(GuideTable, TheRightButtonOpensTheMenuForTheRowBelowThePointer) {
     Expose(2, ReproRow("81"));
     bool openDuring = false;
     platform->onMenu = [&](const auto& items) {
-        openDuring = State().gMenuOpen;
+        openDuring = element->Sequence()->gMenuOpen;
         return items[0].id;
     };
     bool openInRedo = true;
-    guide->events.ReDoExposure.Connect([&](uint8_t) { openInRedo = State().gMenuOpen; });
+    guide->events.ReDoExposure.Connect([&](uint8_t) { openInRedo = element->Sequence()->gMenuOpen; });
     Table().PressRight({1, 3});
     EXPECT_EQ(Events(), "Redo1");
     EXPECT_TRUE(openDuring);
     EXPECT_FALSE(openInRedo);
-    EXPECT_FALSE(State().gMenuOpen);
+    EXPECT_FALSE(element->Sequence()->gMenuOpen);
 }
 
 TEST_F(GuideTable, TheMenuCountsAsOpenNoLongerWhenItFails) {
     Open(kRadioRepro);
     platform->onMenu = [](const auto&) -> int32_t { throw std::runtime_error("no window"); };
     guide->OpenMenu();
-    EXPECT_FALSE(State().gMenuOpen);
+    EXPECT_FALSE(element->Sequence()->gMenuOpen);
 }
 
 TEST_F(GuideTable, AMenuThatIsOpenWhenTheLastExposureArrivesRedoesNothing) {
     Open(kRadioRepro);
-    State().gRunActive = true;
+    element->Sequence()->gRunActive = true;
     platform->onMenu = [&](const auto&) {
         // The poll timer ticks inside the menu, takes the last exposure and ends the run.
         Expose(1, ReproRow("80"));
-        State().gRunActive = false;
+        element->Sequence()->gRunActive = false;
         guide->ToolbarState(GuideState::kIdle, true);
         return guide_menu::kRedo;
     };

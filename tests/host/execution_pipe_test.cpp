@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "foundation/library_state.h"
 #include "support/fake_element.h"
 
 namespace vorex::host_test {
@@ -18,8 +17,9 @@ class CodeElement : public test::FakeElement {
         : mName(std::move(name)), mPerformed(performed), mCodes(std::move(codes)) {}
     void Perform(const std::shared_ptr<IExecutionPipe>& pipe) override {
         if (!pipe->BeginElement(*this)) return;
-        mPerformed.push_back(mName + (State().gSkipRemaining || State().gNARemaining ? " flagged" : ""));
-        State().gSkipRemaining = true;  // as a group that was left in the middle does
+        const auto state = Sequence();
+        mPerformed.push_back(mName + (state->gSkipRemaining || state->gNARemaining ? " flagged" : ""));
+        state->gSkipRemaining = true;  // as a group that was left in the middle does
         if (mNext < mCodes.size()) pipe->NextAction(mCodes[mNext++]);
         pipe->EndElement(*this);
     }
@@ -33,8 +33,6 @@ class CodeElement : public test::FakeElement {
 
 class ExecutionPipeTest : public testing::Test {
   protected:
-    void TearDown() override { ResetState(); }
-
     SequenceEnd Run(const std::vector<std::vector<int32_t>>& codes, ExecutionHooks hooks = {}) {
         std::vector<std::shared_ptr<ITestElement>> elements;
         for (const auto& ofElement : codes)

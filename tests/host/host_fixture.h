@@ -10,7 +10,6 @@
 #include <string>
 #include <utility>
 
-#include "foundation/library_state.h"
 #include "host/reference_host.h"
 #include "library.h"
 #include "test_paths.h"
@@ -30,7 +29,6 @@ class HostTest : public testing::Test {
     }
     void TearDown() override {
         InstallServices({});
-        ResetState();
         std::filesystem::remove_all(folder);
     }
 

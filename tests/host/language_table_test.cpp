@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "config/config_common.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/survey_text_keys.h"
 #include "foundation/text_keys.h"
@@ -102,12 +101,12 @@ class LanguageTableTest : public HostTest, public testing::WithParamInterface<co
         test::FakeElement owner;
         for (const auto& item : result->Current()) item->Value("1234.5");
         for (uint8_t exposure : {1, 2}) result->UpdateStatus(owner, nullptr, exposure);
-        State().SelectedStandardsForReport = {std::make_shared<Standard>("Site", "1")};
         ReportSettings settings = SettingsFor(*FindReportPaper("A4"));
         settings.options = kReportLimits;
         const std::vector<fs::path> folders = {fs::path(test::kSourceDir) / "languages"};
         settings.text = TextService::ForLanguage(language, folders);
         ReportDocument report(settings, &InstalledPdfRenderer().Metrics());
+        report.SelectedStandardsForReport = {std::make_shared<Standard>("Site", "1")};
         config->PrintReport(&report, nullptr);
         result->PrintReport(&report, nullptr);
         return report.Finish();

@@ -267,8 +267,7 @@ TEST_F(SurveyReport, WhatIsPrintedFollowsStatusAndOptions) {
 }
 
 TEST_F(SurveyReport, TheOutcomesOfTheTestsAreCopiedBeforeTheyArePrinted) {
-    State().cells.Dose80 = kFailed;
-    State().cells.BQC69 = kPassed;
+    survey->Cells({.BQC69 = kPassed, .Dose80 = kFailed});
     element->PrintReport(&report, nullptr);
     const std::string rows = report.Rows();
     for (const std::string& row :

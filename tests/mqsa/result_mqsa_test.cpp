@@ -87,15 +87,13 @@ TEST_F(ResultMqsa, ASurveyWithoutAVerdictKeepsNoAnswers) {
 }
 
 TEST_F(ResultMqsa, OutcomesOfTheAutomaticTestsAreKeptAndComeBack) {
-    State().cells.BQC69 = kFailed;
-    State().cells.Dose80 = kPassed;
+    const StatusCells cells{.BQC69 = kFailed, .Dose80 = kPassed};
+    survey->Cells(cells);
     survey->UpdateStatus(*element, nullptr);
     const std::string saved = Saved();
-    State().cells = {};
+    survey->Cells({});
     Load(saved);
-    EXPECT_EQ(State().cells.BQC69, kFailed);
-    EXPECT_EQ(State().cells.Dose80, kPassed);
-    EXPECT_EQ(State().cells.kVpL36, kNotTested);
+    EXPECT_EQ(survey->Cells(), cells);
 }
 
 TEST_F(ResultMqsa, AnotherLanguageHasItsLabelsAndTheSameVerdict) {

@@ -7,7 +7,6 @@
 
 #include "execution/test_mqsa.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "host/reference_host.h"
 #include "library.h"
 #include "mqsa/result_mqsa.h"
@@ -28,7 +27,6 @@ class SurveyTest : public ::testing::Test {
     void TearDown() override {
         survey.reset();
         element.reset();
-        ResetState();
         InstallServices({});
     }
 

@@ -132,7 +132,7 @@ TEST_F(SurveyVerdict, AGapTowardsTheNormalStepEndsTheEvaluationAtItsRow) {
     Cell(GridId::kDensityControl, 7, 4) = "-26%";
     Cell(GridId::kSmallCassettes, 34, 3) = "0.9";
     Cell(GridId::kResolution, 7, 2) = "1";
-    State().cells.kVpL36 = kFailed;
+    survey->Cells({.kVpL36 = kFailed});
     EXPECT_EQ(Preliminary(4), "Pass/Pass");  // not reached
     EXPECT_EQ(Preliminary(2), "Fail/Fail");
     EXPECT_EQ(Preliminary(7), "Fail/Fail");  // outcomes of other tests are copied all the same
@@ -172,9 +172,11 @@ TEST_F(SurveyVerdict, OutcomesOfTheAutomaticTestsFillTheirRows) {
         {&StatusCells::Dose82, true, 29, "Fail/NA"},   {&StatusCells::Dose75, true, 29, "NA/Fail"},
     };
     for (const auto& c : cases) {
-        State().cells = {};
+        StatusCells cells;
+        survey->Cells(cells);
         EXPECT_EQ(c.summary ? Summary(c.row) : Preliminary(c.row), "NA/NA") << c.row;
-        State().cells.*c.cell = kFailed;
+        cells.*c.cell = kFailed;
+        survey->Cells(cells);
         EXPECT_EQ(c.summary ? Summary(c.row) : Preliminary(c.row), c.failed) << c.row;
     }
     EXPECT_EQ(Preliminary(11), "Pass/Pass");  // has no source

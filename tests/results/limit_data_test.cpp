@@ -5,7 +5,6 @@
 #include "config/config_common.h"
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "host/standards.h"
@@ -13,6 +12,7 @@
 #include "support/fake_element.h"
 #include "support/fake_host.h"
 #include "support/fake_standards.h"
+#include "support/recording_report.h"
 
 namespace vorex {
 namespace {
@@ -114,13 +114,9 @@ class LimitData : public ::testing::Test {
         };
         services.createExpectedResult = [] { return std::make_shared<ExpectedResult>(); };
         InstallServices(services);
-        ResetState();
         Own(kRadioRepro);
     }
-    void TearDown() override {
-        InstallServices({});
-        ResetState();
-    }
+    void TearDown() override { InstallServices({}); }
 
     void Own(int32_t testId) {
         owner->config->DefaultValues(testId);
@@ -332,12 +328,13 @@ TEST_F(LimitData, AnotherElementIsRefusedAndABrokenOneLeavesNoStandards) {
 
 TEST_F(LimitData, AReportFindsTheStandardsOfThisElementOnly) {
     Load("");
-    limits->PrintReport(nullptr, nullptr);
-    ASSERT_EQ(State().SelectedStandardsForReport.size(), 2U);
-    EXPECT_EQ(State().SelectedStandardsForReport[0], limits->Standards()->Item(0));
-    EXPECT_EQ(State().SelectedStandardsForReport[1]->Name(), "B");
-    CLimitData().PrintReport(nullptr, nullptr);
-    EXPECT_TRUE(State().SelectedStandardsForReport.empty()) << "those of the element before are gone";
+    test::RecordingReport report;
+    limits->PrintReport(&report, nullptr);
+    ASSERT_EQ(report.SelectedStandardsForReport.size(), 2U);
+    EXPECT_EQ(report.SelectedStandardsForReport[0], limits->Standards()->Item(0));
+    EXPECT_EQ(report.SelectedStandardsForReport[1]->Name(), "B");
+    CLimitData().PrintReport(&report, nullptr);
+    EXPECT_TRUE(report.SelectedStandardsForReport.empty()) << "those of the element before are gone";
 }
 
 TEST_F(LimitData, ThereIsNoDialogWithoutTheHostsEditor) {

@@ -7,17 +7,13 @@
 #include <vector>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 
 namespace vorex {
 namespace {
 
 class ResultColumns : public ::testing::Test {
   protected:
-    void SetUp() override {
-        InstallServices({});
-        ResetState();
-    }
+    void SetUp() override { InstallServices({}); }
 
     static std::shared_ptr<CConfigCommon> Config(int32_t test, int32_t kind) {
         auto config = std::make_shared<CConfigCommon>();

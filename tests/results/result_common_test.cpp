@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "results/result_columns.h"
 #include "support/fake_element.h"
 #include "support/result_row.h"
@@ -17,10 +16,7 @@ namespace {
 
 class ResultStore : public ::testing::Test {
   protected:
-    void SetUp() override {
-        InstallServices({});
-        ResetState();
-    }
+    void SetUp() override { InstallServices({}); }
 
     void Begin(int32_t test, int32_t kind, int32_t pkMode = 0) {
         config = std::make_shared<CConfigCommon>();

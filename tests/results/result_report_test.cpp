@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "host/execution_pipe.h"
 #include "host/standards.h"
 #include "results/limit_data.h"
@@ -36,7 +35,6 @@ class ResultReport : public ::testing::Test {
         HostServices services;
         services.text = texts;
         InstallServices(services);
-        ResetState();
     }
     void TearDown() override { InstallServices({}); }
 
@@ -62,17 +60,19 @@ class ResultReport : public ::testing::Test {
     std::string Printed(int32_t options = 0) {
         report = test::RecordingReport();
         report.options = options;
+        report.SelectedStandardsForReport = standards;
         result->PrintReport(&report, nullptr);
         return report.Rows();
     }
     /// The rows of the result with limits on, without the headings: those of one measurement.
     std::string LimitRows(std::size_t row, std::string_view measurementKey) {
         report.options |= kReportLimits;
+        report.SelectedStandardsForReport = standards;
         return At(row, measurementKey).BuildReportLine(report);
     }
-    static std::shared_ptr<Standard> NewStandard(const std::string& name) {
+    std::shared_ptr<Standard> NewStandard(const std::string& name) {
         auto standard = std::make_shared<Standard>(name, "1");
-        State().SelectedStandardsForReport.push_back(standard);
+        standards.push_back(standard);
         return standard;
     }
     static void AddLimit(IStandard& standard, std::string_view limitKey, std::string_view high,
@@ -94,6 +94,7 @@ class ResultReport : public ::testing::Test {
     std::shared_ptr<CResultCommon> result;
     test::FakeElement owner;
     test::RecordingReport report;
+    std::vector<std::shared_ptr<IStandard>> standards;  ///< printed next to the results
 };
 
 // ------------------------------------------------------------------- rows of every test and detector kind
@@ -327,7 +328,7 @@ TEST_F(ResultReport, LimitsOfEachStandardStandBesideTheRowThatTheyJudge) {
     EXPECT_EQ(LimitRows(0, key::kKvpMax), "|kVp Max      |80|7|KV|||||" + kCross + ";");
     EXPECT_TRUE(Printed(kReportLimits).starts_with(kLimitHeading + "|Exposure 1;\n"));
     EXPECT_TRUE(Printed().starts_with(kHeading + "|Exposure 1;\n")) << "not without the option";
-    State().SelectedStandardsForReport.clear();
+    standards.clear();
     EXPECT_TRUE(Printed(kReportLimits).starts_with(kHeading + "|Exposure 1;\n")) << "not without a standard";
 }
 
@@ -356,7 +357,7 @@ TEST_F(ResultReport, NoLimitStandsBesideAValueThatTheCriterionLeavesAlone) {
                                          "|%Timer Error      ||7.0|%" + limits(setup == kSetupMaTime);
             const std::string rows = Printed(kReportLimits);
             EXPECT_TRUE(rows.ends_with(expected)) << c.criterion << " setup " << setup << "\n" << rows;
-            State().SelectedStandardsForReport.clear();
+            standards.clear();
         }
     }
 }
@@ -403,7 +404,7 @@ TEST_F(ResultReport, OnlyTheSelectedStandardsAreShown) {
     const SelectedStandards selected({{"B", "1"}, {"A", "2"}, {"C", "1"}});
     report.selected = &selected;
     limits.PrintReport(&report, nullptr);
-    const auto& shown = State().SelectedStandardsForReport;
+    const auto& shown = report.SelectedStandardsForReport;
     ASSERT_EQ(shown.size(), 2U);
     EXPECT_EQ(shown[0]->Version(), "2");
     EXPECT_EQ(shown[1]->Name(), "B");

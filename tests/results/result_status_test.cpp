@@ -4,7 +4,6 @@
 #include <string>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "results/result_columns.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
@@ -13,12 +12,11 @@
 namespace vorex {
 namespace {
 
+const SurveyOutcomes kNoneOfSeven{0, 0, 0, 0, 0, 0, 0};
+
 class ResultStatus : public ::testing::Test {
   protected:
-    void SetUp() override {
-        InstallServices({});
-        ResetState();
-    }
+    void SetUp() override { InstallServices({}); }
 
     void Begin(int32_t test, uint8_t exposures, int32_t kind = kZrd) {
         config = std::make_shared<CConfigCommon>();
@@ -200,16 +198,13 @@ TEST_F(ResultStatus, Test900LeavesItsCellsForTheSurvey) {
     for (const Case& c : cases) {
         Begin(kMammoAccRepro, 1);
         Expose(1, std::string("0,28,28,28,10,1,100,0.3,28,0,28,0,0,1.4,") + c.error + "," + c.cv);
-        result->UpdateAllStatus(owner, &selected);
-        EXPECT_EQ(State().cells.kVpL38, c.l38);
-        EXPECT_EQ(State().cells.kVpL39, c.l39);
-        EXPECT_EQ(State().cells.kVpL36, c.l36);
+        const SurveyOutcomes expected{c.l36, c.l38, c.l39};
+        EXPECT_EQ(result->UpdateAllStatus(owner, &selected), expected);
     }
     // Another test does not touch them.
     Begin(kRadioRepro, 1);
     Expose(1, "0,80,81,80,12,1,100,3");
-    result->UpdateAllStatus(owner, &selected);
-    EXPECT_EQ(State().cells.kVpL36, 2);
+    EXPECT_EQ(result->UpdateAllStatus(owner, &selected), SurveyOutcomes());
 }
 
 TEST_F(ResultStatus, AFailureInAnyRowOfTest900StaysInItsCells) {
@@ -227,31 +222,24 @@ TEST_F(ResultStatus, AFailureInAnyRowOfTest900StaysInItsCells) {
     owner.limits->AtMost("ER CV", 0.02);
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.error[0]) + ", " + c.error[1] + ", CV " + c.cv[0]);
-        ResetState();
         Begin(kMammoAccRepro, 2);
         for (uint8_t n = 1; n <= 2; ++n) Expose(n, "0,28,28,28,10,1,100,0.3,28,0,28,0,0,1.4,1.0,0.01");
-        EXPECT_EQ(State().cells, StatusCells()) << "an exposure alone writes none";
         for (uint8_t row = 0; row < 2; ++row) {
             result->SetValue(row, ColumnNumber(result->Current(), key::kPercentError), c.error[row]);
             result->SetValue(row, ColumnNumber(result->Current(), key::kCv), c.cv[row]);
         }
-        result->UpdateAllStatus(owner, &selected);
-        const StatusCells expected{c.l36, c.l38, c.l39};
-        EXPECT_EQ(State().cells, expected);
+        const SurveyOutcomes expected{c.l36, c.l38, c.l39};
+        EXPECT_EQ(result->UpdateAllStatus(owner, &selected), expected);
     }
-    result->UpdateAllStatus(owner, &selected, true);
-    EXPECT_EQ(State().cells, StatusCells()) << "not applicable";
+    EXPECT_EQ(result->UpdateAllStatus(owner, &selected, true), kNoneOfSeven) << "not applicable";
     EXPECT_EQ(result->Status(), kNotApplicable);
 }
 
 TEST_F(ResultStatus, NotApplicableStoresNoRowAndClearsSevenCells) {
     Begin(kMammoRadiation, 1);
-    State().cells = {1, 1, 1, 2, 2, 1, 1, 1, 1};
-    result->UpdateStatus(owner, &selected, 1, true);
+    EXPECT_EQ(result->UpdateStatus(owner, &selected, 1, true), kNoneOfSeven);
     EXPECT_EQ(result->Status(), kNotApplicable);
     EXPECT_TRUE(result->Rows().empty());
-    const StatusCells expected{0, 0, 0, 2, 2, 0, 0, 0, 0};
-    EXPECT_EQ(State().cells, expected);
 }
 
 TEST_F(ResultStatus, JudgingAllRowsWithoutAnExposurePasses) {

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "results/derived_values.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
@@ -77,10 +76,7 @@ struct Example {
 
 class WorkedExamples : public ::testing::Test {
   protected:
-    void SetUp() override {
-        InstallServices({});
-        ResetState();
-    }
+    void SetUp() override { InstallServices({}); }
 
     void Begin(const Example& example) {
         config = std::make_shared<CConfigCommon>();

@@ -9,6 +9,7 @@
 
 #include "foundation/host_contract.h"
 #include "foundation/number_text.h"
+#include "foundation/sequence_state.h"
 #include "foundation/vocabulary.h"
 
 namespace vorex::test {
@@ -96,6 +97,11 @@ class FakeElement : public ITestElement {
     void Terminate() override {}
     void UpdateReferences() override {}
     std::vector<std::string> GetMeasurementList() const override { return {}; }
+    std::shared_ptr<SequenceState> Sequence() const override { return mSequence; }
+    void Sequence(std::shared_ptr<SequenceState> state) override { mSequence = std::move(state); }
+
+  private:
+    std::shared_ptr<SequenceState> mSequence = std::make_shared<SequenceState>();
 };
 
 }  // namespace vorex::test

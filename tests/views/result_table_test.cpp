@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
 #include "foundation/utilities.h"
 #include "support/fake_element.h"
 #include "support/result_row.h"
@@ -36,7 +35,6 @@ class ResultTableTest : public ::testing::Test {
         HostServices services;
         services.text = texts;
         InstallServices(services);
-        ResetState();
     }
     ~ResultTableTest() override { InstallServices({}); }
 
