@@ -29,6 +29,11 @@ std::shared_ptr<LibraryObject> MakeElement() {
     return Class::Create();
 }
 
+std::shared_ptr<LibraryObject> MakeLimitView() {
+    const auto& make = Services().createLimitView;
+    return make ? make() : nullptr;
+}
+
 constexpr ClassEntry kClasses[] = {
     {"GGlobals", Make<GGlobals>},
     {"CRegisterDll", Make<CRegisterDll>},
@@ -42,6 +47,7 @@ constexpr ClassEntry kClasses[] = {
     {"CResultMQSA", Make<CResultMQSA>},
     {"CResultTestGroup", Make<CResultTestGroup>},
     {"FZRD47500TestGuide", Make<FZRD47500TestGuide>},
+    {"VorexView.XLimitView", MakeLimitView},
     {"XResultListView", Make<XResultListView>},
     {"XResultFlxGrid", Make<XResultFlxGrid>},
 };

@@ -14,6 +14,7 @@
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/standards.h"
+#include "results/limit_data.h"
 
 namespace vorex {
 
@@ -44,17 +45,6 @@ StandardName FindStandard(const std::string& wanted, const std::vector<StandardN
                                  list);
     throw std::runtime_error("there is no standard \"" + wanted + "\" " + where + "; expected " +
                              (list.empty() ? "a standard, but there is none" : "one of " + list));
-}
-
-void TakeOut(IStandardCollection& standards, const StandardName& name) {
-    std::vector<std::shared_ptr<IStandard>> kept;
-    for (int32_t i = 0; i < standards.Count(); ++i) {
-        auto standard = standards.Item(i);
-        if (standard->Name() != name.name || standard->Version() != name.version)
-            kept.push_back(std::move(standard));
-    }
-    standards.Clear();
-    for (auto& standard : kept) standards.Add(std::move(standard));
 }
 
 /// True when a standard has a limit of a key, with or without the number of an exposure behind it.
@@ -94,26 +84,24 @@ class Addition {
 
   private:
     void AddToTest(ITestElement& element) {
+        const StandardFile& file = *mLibrary.Find(mName.name, mName.version);
         const auto config = std::dynamic_pointer_cast<CConfigCommon>(element.Configuration());
-        const auto limits = element.Limits();
-        if (!config || !limits || !mLibrary.Find(mName.name, mName.version)->HasTest(element.TestID()))
-            return;
-        if (const auto standards = limits->Standards()) TakeOut(*standards, mName);
+        const auto limits = std::dynamic_pointer_cast<CLimitData>(element.Limits());
+        if (!config || !limits || !file.HasTest(element.TestID())) return;
+        if (const auto standards = limits->Standards()) standards->Remove(mName.name, mName.version);
         // A key may be stated in several units: one that fits is enough.
         std::multimap<std::string, std::string> leftOut;
-        mLibrary.FitBy([&](const StandardLimit& limit) {
-            return FitLimit(limit, *config,
-                            [&](const std::string& words) { leftOut.emplace(limit.key, words); });
-        });
-        const auto standard = limits->CreateStandard(mName.name, mName.version);
-        mLibrary.FitBy({});
+        const auto standard =
+            StandardsLibrary::Build(file, element.TestID(), [&](const StandardLimit& limit) {
+                return FitLimit(limit, *config,
+                                [&](const std::string& words) { leftOut.emplace(limit.key, words); });
+            });
         for (const auto& [key, words] : leftOut)
             if (!HasLimit(*standard, key))
                 mErr << "vorex: element " << PlainText(element.ID()) << ": " << words << "\n";
-        if (standard->Results().empty())
-            TakeOut(*limits->Standards(), mName);
-        else
-            mAdded = true;
+        if (standard->Results().empty()) return;
+        limits->AddStandard(standard);
+        mAdded = true;
     }
 
     StandardsLibrary& mLibrary;

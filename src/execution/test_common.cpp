@@ -21,6 +21,25 @@ void CTestCommon::Class_Initialize() {
     auto limits = std::make_shared<CLimitData>();
     limits->SetOwner(shared_from_this(), true);
     mBase->Limits(limits);
+    FollowExposures();
+}
+
+/// Limits of a test may belong to its exposures: they follow when the setup adds or removes one.
+void CTestCommon::FollowExposures() {
+    const auto config = Config();
+    if (!config) return;
+    mLimitAdded = config->LimitAdded.Listen([this](int32_t exposure) { AppendExposureLimit(exposure); });
+    mLimitDeleted = config->LimitDeleted.Listen([this](int32_t exposure) { ReorderLimits(exposure); });
+}
+
+void CTestCommon::AppendExposureLimit(int32_t exposure) {
+    if (const auto limits = std::dynamic_pointer_cast<CLimitData>(mBase->Limits()))
+        limits->AppendExposureLimit(exposure);
+}
+
+void CTestCommon::ReorderLimits(int32_t exposure) {
+    if (const auto limits = std::dynamic_pointer_cast<CLimitData>(mBase->Limits()))
+        limits->ReorderLimits(exposure);
 }
 
 void CTestCommon::Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
@@ -70,6 +89,7 @@ void CTestCommon::AttachBase(const std::shared_ptr<ITestElementBase>& newBase) {
     mBase->Terminate();
     mBase = newBase;
     if (const auto config = Config()) config->pTestID = TestID();
+    FollowExposures();
 }
 
 void CTestCommon::AttachOwner(const std::shared_ptr<ITestElement>& element) {

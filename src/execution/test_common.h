@@ -11,6 +11,7 @@
 #include "execution/test_guide_contract.h"
 #include "foundation/class_registry.h"
 #include "foundation/detector_service.h"
+#include "foundation/event.h"
 #include "foundation/host_contract.h"
 #include "guide/frm_timer.h"
 #include "results/derived_values.h"
@@ -53,6 +54,9 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     void AttachBase(const std::shared_ptr<ITestElementBase>& newBase);
     void AttachOwner(const std::shared_ptr<ITestElement>& element);
     void AdoptDetectorOption();
+    void FollowExposures();
+    void AppendExposureLimit(int32_t exposure);
+    void ReorderLimits(int32_t exposure);
     void FinishTest(const CMtiData2* first, const CMtiData2* second);
 
     // Exposure cycle (test_perform.cpp).
@@ -115,6 +119,8 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     void FetchWaveforms(uint8_t type);
     void TransferWaveform(uint8_t type);
 
+    Connection mLimitAdded;
+    Connection mLimitDeleted;
     std::shared_ptr<IExecutionPipe> mPipe;
     std::shared_ptr<CResultCommon> mResult;
     bool mStartBusy = false;

@@ -41,7 +41,7 @@ std::shared_ptr<IExpectedResult> MakeLimit(const StandardLimit& limit) {
     return made;
 }
 
-/// Without an element to fit to, a limit that depends on one stays out.
+/// The limit itself; nothing for one that depends on the element.
 std::vector<StandardLimit> PlainLimit(const StandardLimit& limit) {
     const bool plain = limit.low.byVoltage.empty() && limit.high.byVoltage.empty() && limit.readings.empty();
     return plain ? std::vector{limit} : std::vector<StandardLimit>();
@@ -99,13 +99,15 @@ std::string StandardsLibrary::PlugInID() const {
 std::shared_ptr<IStandard> StandardsLibrary::LoadStandard(int32_t testId, std::string& alphaName,
                                                           std::string& completeName) {
     const StandardFile* const file = Find(alphaName, completeName);
-    if (file == nullptr) return nullptr;
-    if (!file->HasTest(testId)) return nullptr;
-    const auto standard = std::make_shared<Standard>(file->name, file->version);
+    return file != nullptr && file->HasTest(testId) ? Build(*file, testId, PlainLimit) : nullptr;
+}
+
+std::shared_ptr<IStandard> StandardsLibrary::Build(const StandardFile& file, int32_t testId, const Fit& fit) {
+    auto standard = std::make_shared<Standard>(file.name, file.version);
     std::set<std::string> taken;
-    for (const StandardLimit& limit : file->limits) {
+    for (const StandardLimit& limit : file.limits) {
         if (!limit.IsFor(testId)) continue;
-        for (const StandardLimit& fitted : mFit ? mFit(limit) : PlainLimit(limit))
+        for (const StandardLimit& fitted : fit(limit))
             if (taken.insert(fitted.key).second) standard->AddExpectedResult(MakeLimit(fitted));
     }
     return standard;

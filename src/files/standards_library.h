@@ -33,11 +33,11 @@ class StandardsLibrary final : public IZRD47500PlugIn {
     /// Null when there is none.
     const StandardFile* Find(std::string_view name, std::string_view version) const;
 
-    /// Whom the next standards are for. A standard is asked for by test, name and version; what else of the
-    /// element decides on a limit stands in this.
-    void FitBy(Fit fit) { mFit = std::move(fit); }
+    /// A standard with the limits of a test as they fit one element, the first of each key.
+    static std::shared_ptr<IStandard> Build(const StandardFile& file, int32_t testId, const Fit& fit);
 
     std::string PlugInID() const override;
+    /// Without an element to fit to, a limit that depends on one is left out.
     std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& alphaName,
                                             std::string& completeName) override;
 
@@ -46,7 +46,6 @@ class StandardsLibrary final : public IZRD47500PlugIn {
                     const std::function<void(const std::string&)>& diagnose);
 
     std::vector<StandardFile> mStandards;
-    Fit mFit;
 };
 
 }  // namespace vorex

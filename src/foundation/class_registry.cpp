@@ -24,12 +24,10 @@ void InstallClasses(std::span<const ClassEntry> classes) {
 }
 
 std::shared_ptr<LibraryObject> CreateObject(std::string_view className) {
-    if (!className.starts_with(kProjectName)) return nullptr;
-    className.remove_prefix(kProjectName.size());
-    if (!className.starts_with('.')) return nullptr;
-    className.remove_prefix(1);
-    for (const ClassEntry& entry : Installed())
-        if (entry.name == className) return entry.make();
+    for (const ClassEntry& entry : Installed()) {
+        const bool ofHost = entry.name.find('.') != std::string_view::npos;
+        if (className == (ofHost ? std::string(entry.name) : ClassName(entry.name))) return entry.make();
+    }
     return nullptr;
 }
 

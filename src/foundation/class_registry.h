@@ -13,7 +13,8 @@ class LibraryObject {
     virtual ~LibraryObject() = default;
 };
 
-/// One row of the registry: the class name without the project name, and its maker.
+/// One row of the registry: the class name without the project name, and its maker. A name with a "." is the
+/// full name of a class of the host.
 struct ClassEntry {
     std::string_view name;
     std::shared_ptr<LibraryObject> (*make)();

@@ -257,6 +257,7 @@ class IExpectedResult {
   public:
     virtual ~IExpectedResult() = default;
     virtual std::string Key() const = 0;
+    virtual void Key(std::string_view limitKey) = 0;
     /// The number Y of a side; 0 where the side is not set.
     virtual float Value(int32_t side) const = 0;
     virtual bool IsSet(int32_t side) const = 0;
@@ -289,6 +290,8 @@ class IStandard {
     virtual std::string Version() const = 0;
     virtual const ExpectedResults& Results() const = 0;
     virtual void AddExpectedResult(std::shared_ptr<IExpectedResult> limit) = 0;
+    /// Takes every limit of a key out.
+    virtual void RemoveExpectedResults(std::string_view limitKey) = 0;
     /// 2 when a limit of the key fails the value, else 0: a value equal to a limit passes, a side that is
     /// not set is not tested, a standard without the key reports no failure.
     virtual int32_t Evaluate(std::string_view limitKey, float value, const TaggedValue& preset,
@@ -305,6 +308,8 @@ class IStandardCollection {
     virtual std::shared_ptr<IStandard> FindExpectedResult(int32_t flags, std::string_view name,
                                                           std::string_view version) const = 0;
     virtual void Add(std::shared_ptr<IStandard> standard) = 0;
+    /// Takes the standard of a name and version out, if it is there.
+    virtual void Remove(std::string_view name, std::string_view version) = 0;
     virtual void Load(const std::shared_ptr<IXmlElement>& element) = 0;
     virtual std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) = 0;
     virtual void Clear() = 0;

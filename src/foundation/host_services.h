@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/class_registry.h"
 #include "foundation/detector_service.h"
 #include "foundation/host_contract.h"
 #include "foundation/platform.h"
@@ -38,6 +39,8 @@ struct HostServices {
     std::function<std::shared_ptr<IExpectedResult>()> createExpectedResult;
     std::function<std::shared_ptr<IServiceRecord>()> createServiceRecord;
     std::function<std::shared_ptr<ITestGuideConfig>()> createTestGuideConfig;
+    /// The host's limit editor "VorexView.XLimitView": an `ICustomControl` that is an `ILimitView`.
+    std::function<std::shared_ptr<LibraryObject>()> createLimitView;
     std::function<std::shared_ptr<IDetectorService>()> createDetectorService;
     std::function<std::shared_ptr<IDetectorLink>()> createDetectorLink;
 

@@ -120,6 +120,10 @@ void Standard::AddExpectedResult(std::shared_ptr<IExpectedResult> limit) {
     mResults.push_back(std::move(limit));
 }
 
+void Standard::RemoveExpectedResults(std::string_view limitKey) {
+    std::erase_if(mResults, [&](const auto& limit) { return limit->Key() == limitKey; });
+}
+
 int32_t Standard::Evaluate(std::string_view limitKey, float value, const TaggedValue& preset,
                            JudgedAs judgedAs) const {
     const bool failed = std::any_of(mResults.begin(), mResults.end(), [&](const auto& limit) {
@@ -170,6 +174,12 @@ std::shared_ptr<IStandard> StandardCollection::FindExpectedResult(int32_t /*flag
 
 void StandardCollection::Add(std::shared_ptr<IStandard> standard) {
     mStandards.push_back(OwnStandard(standard));
+}
+
+void StandardCollection::Remove(std::string_view name, std::string_view version) {
+    std::erase_if(mStandards, [&](const auto& standard) {
+        return standard->Name() == name && standard->Version() == version;
+    });
 }
 
 void StandardCollection::Load(const std::shared_ptr<IXmlElement>& element) {

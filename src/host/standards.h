@@ -16,6 +16,7 @@ namespace vorex {
 class ExpectedResult final : public IExpectedResult, public IExpectedResult2 {
   public:
     std::string Key() const override { return mKey; }
+    void Key(std::string_view limitKey) override { mKey = limitKey; }
     float Value(int32_t side) const override;
     bool IsSet(int32_t side) const override;
     /// An empty number leaves its side unset; std::invalid_argument for a text that is no number.
@@ -61,6 +62,7 @@ class Standard final : public IStandard {
     std::string Version() const override { return mVersion; }
     const ExpectedResults& Results() const override { return mResults; }
     void AddExpectedResult(std::shared_ptr<IExpectedResult> limit) override;
+    void RemoveExpectedResults(std::string_view limitKey) override;
     int32_t Evaluate(std::string_view limitKey, float value, const TaggedValue& preset,
                      JudgedAs judgedAs) const override;
 
@@ -81,6 +83,7 @@ class StandardCollection final : public IStandardCollection {
     std::shared_ptr<IStandard> FindExpectedResult(int32_t flags, std::string_view name,
                                                   std::string_view version) const override;
     void Add(std::shared_ptr<IStandard> standard) override;
+    void Remove(std::string_view name, std::string_view version) override;
     /// Replaces the standards by those of an "ExpectedResult".
     void Load(const std::shared_ptr<IXmlElement>& element) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;

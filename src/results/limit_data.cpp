@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <stdexcept>
 
 #include "config/config_common.h"
 #include "foundation/host_error.h"
@@ -16,9 +17,8 @@ namespace vorex {
 /// How the unit of a limit row is made up.
 enum class LimitUnit { kNone, kPercent, kMmAl, kKv, kMa, kMas, kRatePerTime, kDose, kOutput, kAirKerma };
 
-/// A row of the limit editor.
+/// A row of the limit editor, and a limit of a new standard.
 struct LimitRow {
-    int32_t testId;  ///< 0 for every test
     std::string_view key;
     std::string_view description;
     LimitUnit unit;
@@ -39,50 +39,104 @@ constexpr Form kVariation[] = {Form::kVariation, Form::kValue};
 // clang-format off
 /// Rows of every test but the survey and the group.
 constexpr LimitRow kReadingRows[] = {
-    {0, key::kErKvpAvg,           text::kKvpAvg,           LimitUnit::kNone, kRelative},
-    {0, key::kErKvpMax,           text::kKvpMax,           LimitUnit::kNone, kRelative},
-    {0, key::kErKvPpv,            text::kKvPpv,            LimitUnit::kNone, kRelative},
-    {0, key::kErExposure,         text::kExposure,         LimitUnit::kNone, kVariation},
-    {0, key::kErExposureRate,     text::kExposureRate,     LimitUnit::kNone, kPlain},
-    {0, key::kErExposureTime,     text::kExposureTime,     LimitUnit::kNone, kPlain},
-    {0, key::kErExposureInPulses, text::kExposureInPulses, LimitUnit::kNone, kPlain},
-    {0, key::kErHvl,              text::kHvl,              LimitUnit::kMmAl, kPlain},
+    {key::kErKvpAvg,           text::kKvpAvg,           LimitUnit::kNone, kRelative},
+    {key::kErKvpMax,           text::kKvpMax,           LimitUnit::kNone, kRelative},
+    {key::kErKvPpv,            text::kKvPpv,            LimitUnit::kNone, kRelative},
+    {key::kErExposure,         text::kExposure,         LimitUnit::kNone, kVariation},
+    {key::kErExposureRate,     text::kExposureRate,     LimitUnit::kNone, kPlain},
+    {key::kErExposureTime,     text::kExposureTime,     LimitUnit::kNone, kPlain},
+    {key::kErExposureInPulses, text::kExposureInPulses, LimitUnit::kNone, kPlain},
+    {key::kErHvl,              text::kHvl,              LimitUnit::kMmAl, kPlain},
 };
-
-constexpr LimitRow kTestRows[] = {
-    {kRadioAccuracy,  key::kPercentTimerError, text::kPercentTimerError,    LimitUnit::kPercent, kPlain},
-    {kRadioAccuracy,  key::kPercentKvpError,   text::kPercentKvpAvgError,   LimitUnit::kPercent, kPlain},
-    {kRadioAccuracy,  key::kAbsoluteKvpError,  text::kAbsoluteKvpAvgError,  LimitUnit::kKv,      kPlain, true},
-    {kRadioLinearity, key::kErAdjacent,        text::kAdjacentLinearity,    LimitUnit::kNone,    kPlain},
-    {kRadioLinearity, key::kErNonAdjacent,     text::kNonAdjacentLinearity, LimitUnit::kNone,    kPlain},
-    {kOldRadioHvl,    key::kCriterionHvl,      "",                          LimitUnit::kMmAl,    kPlain},
-    {kOldFluoroHvl,   key::kCriterionHvl,      "",                          LimitUnit::kMmAl,    kPlain},
-    {kFluoroAccuracy, key::kFluoroKvpError,    text::kPercentKvpAvgError,   LimitUnit::kPercent, kPlain},
-    {kMammoAccRepro,  key::kPercentError,      text::kPercentKvpAvgError,   LimitUnit::kPercent, kPlain},
-    {kMammoAccRepro,  key::kCv,                text::kCvForKvpAvg,          LimitUnit::kNone,    kPlain},
-    {kOldMammoHvl,    key::kMqsaHvl,           "",                          LimitUnit::kMmAl,    kPlain},
-    {kOldMammoHvl,    key::kAcrHvl,            "",                          LimitUnit::kMmAl,    kPlain},
-    {kMammoAec,       key::kCvExposure,        text::kCvForExposure,        LimitUnit::kNone,    kPlain, true},
-    {kMammoAec,       key::kCvMasSettings,     text::kCvForMas,             LimitUnit::kNone,    kPlain, true},
-    {kMammoAec,       key::kGlandularDose,     text::kGlandularDose,        LimitUnit::kDose,    kPlain, true},
-    {kMammoRadiation, key::kOutputRate,        text::kExposureRate,         LimitUnit::kOutput,  kPlain, true},
-    {kMammoRadiation, key::kAirKermaRate,      text::kAirKermaRate,         LimitUnit::kAirKerma, kPlain, true},
+constexpr LimitRow kAccuracyRows[] = {
+    {key::kPercentTimerError,  text::kPercentTimerError,    LimitUnit::kPercent, kPlain},
+    {key::kPercentKvpError,    text::kPercentKvpAvgError,   LimitUnit::kPercent, kPlain},
+    {key::kAbsoluteKvpError,   text::kAbsoluteKvpAvgError,  LimitUnit::kKv,      kPlain, true},
 };
-
-/// Exposure rate of test 700; each exposure has a row, with its number behind key and description.
-constexpr LimitRow kExposureRateRow = {
-    kFluoroExposure,  key::kMaxExposureRate,   text::kMaxExposureRate,      LimitUnit::kRatePerTime, kPlain};
-
+constexpr LimitRow kLinearityRows[] = {
+    {key::kErAdjacent,         text::kAdjacentLinearity,    LimitUnit::kNone,    kPlain},
+    {key::kErNonAdjacent,      text::kNonAdjacentLinearity, LimitUnit::kNone,    kPlain},
+};
+constexpr LimitRow kOldHvlRows[] = {
+    {key::kCriterionHvl,       "",                          LimitUnit::kMmAl,    kPlain},
+};
+constexpr LimitRow kFluoroAccuracyRows[] = {
+    {key::kFluoroKvpError,     text::kPercentKvpAvgError,   LimitUnit::kPercent, kPlain},
+};
+constexpr LimitRow kFluoroExposureRows[] = {
+    {key::kMaxExposureRate,    text::kMaxExposureRate,      LimitUnit::kRatePerTime, kPlain},
+};
+constexpr LimitRow kMammoAccReproRows[] = {
+    {key::kPercentError,       text::kPercentKvpAvgError,   LimitUnit::kPercent, kPlain},
+    {key::kCv,                 text::kCvForKvpAvg,          LimitUnit::kNone,    kPlain},
+};
+constexpr LimitRow kOldMammoHvlRows[] = {
+    {key::kMqsaHvl,            "",                          LimitUnit::kMmAl,    kPlain},
+    {key::kAcrHvl,             "",                          LimitUnit::kMmAl,    kPlain},
+};
+constexpr LimitRow kMammoAecRows[] = {
+    {key::kCvExposure,         text::kCvForExposure,        LimitUnit::kNone,    kPlain, true},
+    {key::kCvMasSettings,      text::kCvForMas,             LimitUnit::kNone,    kPlain, true},
+    {key::kGlandularDose,      text::kGlandularDose,        LimitUnit::kDose,    kPlain, true},
+};
+constexpr LimitRow kMammoRadiationRows[] = {
+    {key::kOutputRate,         text::kExposureRate,         LimitUnit::kOutput,  kPlain, true},
+    {key::kAirKermaRate,       text::kAirKermaRate,         LimitUnit::kAirKerma, kPlain, true},
+};
+/// Rows of every test but the survey, after its own.
 constexpr LimitRow kMasRows[] = {
-    {0, key::kMa,       text::kMa,          LimitUnit::kMa,   kPlain},
-    {0, key::kMas,      text::kMas,         LimitUnit::kMas,  kPlain},
-    {0, key::kMasPulse, text::kMasPerPulse, LimitUnit::kNone, kPlain},
-    {0, key::kDoseMas,  text::kDosePerMas,  LimitUnit::kNone, kPlain},
+    {key::kMa,                 text::kMa,                   LimitUnit::kMa,      kPlain},
+    {key::kMas,                text::kMas,                  LimitUnit::kMas,     kPlain},
+    {key::kMasPulse,           text::kMasPerPulse,          LimitUnit::kNone,    kPlain},
+    {key::kDoseMas,            text::kDosePerMas,           LimitUnit::kNone,    kPlain},
+};
+
+/// The rows that a test has of its own.
+struct TestLimits {
+    int32_t testId;
+    std::span<const LimitRow> rows;
+    bool perExposure = false;  ///< each exposure has these rows, its number after key and description
+};
+constexpr TestLimits kTestLimits[] = {
+    {kGroupId,        {}},
+    {kRadioRepro,     {}},
+    {kRadioAccuracy,  kAccuracyRows},
+    {kRadioLinearity, kLinearityRows},
+    {kOldRadioHvl,    kOldHvlRows},
+    {kFluoroAccuracy, kFluoroAccuracyRows},
+    {kOldFluoroHvl,   kOldHvlRows},
+    {kFluoroExposure, kFluoroExposureRows, true},
+    {kMammoAccRepro,  kMammoAccReproRows},
+    {kOldMammoHvl,    kOldMammoHvlRows},
+    {kMammoAec,       kMammoAecRows},
+    {kMammoRadiation, kMammoRadiationRows},
 };
 // clang-format on
 
-std::string ExposureKey(int32_t exposure) {
-    return std::string(kExposureRateRow.key) + PlainText(exposure);
+constexpr const TestLimits* FindTestLimits(int32_t testId) {
+    for (const TestLimits& test : kTestLimits)
+        if (test.testId == testId) return &test;
+    return nullptr;
+}
+static_assert(std::all_of(kMeasuringTests.begin(), kMeasuringTests.end(),
+                          [](int32_t testId) { return FindTestLimits(testId) != nullptr; }),
+              "every measuring test has a list of limit rows");
+
+const TestLimits& LimitsOf(int32_t testId) {
+    const TestLimits* const test = FindTestLimits(testId);
+    if (test == nullptr) throw std::logic_error("test " + PlainText(testId) + " has no list of limit rows");
+    return *test;
+}
+
+/// Key of a row; exposure 0 for a row without a number.
+std::string KeyOf(const LimitRow& row, int32_t exposure) {
+    return std::string(row.key) + (exposure > 0 ? PlainText(exposure) : "");
+}
+
+std::string DescriptionOf(const LimitRow& row, int32_t exposure) {
+    std::string words = Translate(row.description);
+    if (exposure > 0) words += " " + Translate(text::kExposureNumber) + PlainText(exposure);
+    return words;
 }
 
 /// The form that a new limit starts with: the first of its row that judges in the test. Only one test has
@@ -101,13 +155,16 @@ std::shared_ptr<IExpectedResult> FindLimit(const IStandard& standard, std::strin
     return at == limits.end() ? nullptr : *at;
 }
 
-/// Visits the rows of a test in the editor's order, but for the exposure rows of test 700.
+/// Visits the rows of a test in the editor's order, with the number of the exposure or 0.
 template <typename Visit>
-void ForEachRow(int32_t testId, Visit&& visit) {
+void ForEachRow(int32_t testId, int32_t exposures, Visit&& visit) {
+    const TestLimits& test = LimitsOf(testId);
     if (testId != kGroupId)
-        for (const LimitRow& row : kReadingRows) visit(row);
-    for (const LimitRow& row : kTestRows)
-        if (row.testId == testId) visit(row);
+        for (const LimitRow& row : kReadingRows) visit(row, 0);
+    const int32_t last = test.perExposure ? exposures : 0;
+    for (int32_t exposure = test.perExposure ? 1 : 0; exposure <= last; ++exposure)
+        for (const LimitRow& row : test.rows) visit(row, exposure);
+    for (const LimitRow& row : kMasRows) visit(row, 0);
 }
 
 /// Without a selection every standard is selected.
@@ -192,12 +249,12 @@ std::vector<std::shared_ptr<IStandard>> CLimitData::FindFailedStandards(
     return failed;
 }
 
-void CLimitData::AddLimit(IStandard& standard, std::string_view limitKey, std::string_view unit,
-                          LimitExpression expression) const {
+void CLimitData::AddLimit(IStandard& standard, const LimitRow& row, int32_t exposure, int32_t testId) const {
     auto limit = Services().createExpectedResult();
-    limit->Setup(limitKey, unit, "", "");
+    limit->Setup(KeyOf(row, exposure), UnitOf(row), "", "");
     // Both sides: a number that is typed into either then judges as the editor shows it.
-    for (const int32_t side : {kHighSide, kLowSide}) limit->Expression(side, RowOf(expression).text);
+    for (const int32_t side : {kHighSide, kLowSide})
+        limit->Expression(side, RowOf(FirstForm(row, testId)).text);
     standard.AddExpectedResult(std::move(limit));
 }
 
@@ -242,13 +299,8 @@ std::string CLimitData::UnitOf(const LimitRow& row) const {
 
 void CLimitData::CreateTestLimits(IStandard& standard, int32_t testId) const {
     if (testId == kMqsaSurvey) return;
-    const auto add = [&](const LimitRow& row) {
-        AddLimit(standard, row.key, UnitOf(row), FirstForm(row, testId));
-    };
-    ForEachRow(testId, add);
-    if (testId == kFluoroExposure)
-        AddLimit(standard, ExposureKey(1), ExposureRateUnit(), LimitExpression::kValue);
-    for (const LimitRow& row : kMasRows) add(row);
+    ForEachRow(testId, 1,
+               [&](const LimitRow& row, int32_t exposure) { AddLimit(standard, row, exposure, testId); });
 }
 
 std::shared_ptr<IStandard> CLimitData::CreateStandard(std::string_view name, std::string_view version) {
@@ -260,57 +312,77 @@ std::shared_ptr<IStandard> CLimitData::CreateStandard(std::string_view name, std
         standard = Services().createStandard(name, version);
         if (standard) CreateTestLimits(*standard, OwnerTestId());
     }
-    if (standard) {
-        if (!mStandards) mStandards = Services().createStandards();
-        if (!mStandards->FindExpectedResult(0, standard->Name(), standard->Version()))
-            mStandards->Add(standard);
-    }
+    if (standard) AddStandard(standard);
     return standard;
+}
+
+void CLimitData::AddStandard(const std::shared_ptr<IStandard>& standard) {
+    if (!mStandards) mStandards = Services().createStandards();
+    if (!mStandards->FindExpectedResult(0, standard->Name(), standard->Version())) mStandards->Add(standard);
+}
+
+void CLimitData::AppendExposureLimit(int32_t exposure) {
+    const int32_t testId = OwnerTestId();
+    if (testId == kMqsaSurvey || !LimitsOf(testId).perExposure) return;
+    AddExposure(exposure, testId);
+    RefreshDialog();
+}
+
+void CLimitData::AddExposure(int32_t exposure, int32_t testId) {
+    for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i)
+        for (const LimitRow& row : LimitsOf(testId).rows)
+            if (const auto standard = mStandards->Item(i); !FindLimit(*standard, KeyOf(row, exposure)))
+                AddLimit(*standard, row, exposure, testId);
+}
+
+void CLimitData::ReorderLimits(int32_t exposure) {
+    const int32_t testId = OwnerTestId();
+    if (testId == kMqsaSurvey || !LimitsOf(testId).perExposure) return;
+    for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i)
+        for (const LimitRow& row : LimitsOf(testId).rows) {
+            IStandard& standard = *mStandards->Item(i);
+            standard.RemoveExpectedResults(KeyOf(row, exposure));
+            for (const auto& limit : standard.Results()) {
+                const std::string limitKey = limit->Key();
+                if (!limitKey.starts_with(row.key)) continue;
+                const int32_t number = ReadInteger(limitKey.substr(row.key.size()));
+                if (number > exposure) limit->Key(KeyOf(row, number - 1));
+            }
+        }
+    RefreshDialog();
 }
 
 void CLimitData::RefreshUnits(int32_t testId) {
     for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i)
-        for (const LimitRow& row : kTestRows)
-            if (row.testId == testId && row.renewsUnit)
+        for (const LimitRow& row : LimitsOf(testId).rows)
+            if (row.renewsUnit)
                 if (const auto limit = FindLimit(*mStandards->Item(i), row.key)) limit->Unit(UnitOf(row));
-}
-
-void CLimitData::AddExposureRows(ILimitView& view) {
-    const auto config = OwnerConfiguration();
-    const int32_t exposures = config ? config->pNoOfExposures : 0;
-    const std::string unit = ExposureRateUnit();
-    for (int32_t exposure = 1; exposure <= exposures; ++exposure) {
-        const std::string limitKey = ExposureKey(exposure);
-        view.AddRow(LimitEditorForms(kExposureRateRow.forms), unit,
-                    Translate(kExposureRateRow.description) + " " + Translate(text::kExposureNumber) +
-                        PlainText(exposure),
-                    limitKey);
-        for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i) {
-            const auto standard = mStandards->Item(i);
-            if (!FindLimit(*standard, limitKey)) AddLimit(*standard, limitKey, unit, LimitExpression::kValue);
-        }
-    }
 }
 
 void CLimitData::PrepareLimitDialog(ILimitView& view, int32_t testId) {
     if (testId == kMqsaSurvey) return;
     RefreshUnits(testId);
-    const auto show = [&](const LimitRow& row) {
-        view.AddRow(LimitEditorForms(row.forms), UnitOf(row), Translate(row.description), row.key);
-    };
-    if (testId == kFluoroExposure) view.ClearRows();
-    ForEachRow(testId, show);
-    if (testId == kFluoroExposure) AddExposureRows(view);
-    for (const LimitRow& row : kMasRows) show(row);
+    const auto config = OwnerConfiguration();
+    const int32_t exposures = config ? config->pNoOfExposures : 0;
+    if (LimitsOf(testId).perExposure) {
+        view.ClearRows();
+        for (int32_t exposure = 1; exposure <= exposures; ++exposure) AddExposure(exposure, testId);
+    }
+    ForEachRow(testId, exposures, [&](const LimitRow& row, int32_t exposure) {
+        view.AddRow(LimitEditorForms(row.forms), UnitOf(row), DescriptionOf(row, exposure),
+                    KeyOf(row, exposure));
+    });
     if (testId == kFluoroAccuracy) view.Hint(true, Translate(text::kFluoroLimitHint));
 }
 
 std::shared_ptr<IDialog> CLimitData::CreateDialog() {
     if (!mHasDialog) return nullptr;
     auto wrapper = std::make_shared<FDialogWrapper>();
-    const auto control = wrapper->CreateSetupCtrl(kLimitEditor);
-    const auto view = std::dynamic_pointer_cast<ILimitView>(control);
-    if (!view) return nullptr;
+    const auto view = std::dynamic_pointer_cast<ILimitView>(wrapper->CreateSetupCtrl(kLimitEditor));
+    if (!view) {
+        wrapper->Unload();
+        return nullptr;
+    }
     wrapper->Initialize(OwnedLimits{shared_from_this(), mOwner.lock()});
     mView = view;
     RefreshDialog();

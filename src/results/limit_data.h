@@ -43,6 +43,13 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
     void HasDialogFlag(bool hasDialog) { mHasDialog = hasDialog; }
     void SetOwner(const std::shared_ptr<ITestElement>& element, bool hasDialog);
     void SetStandardsFrom(const ILimitData& source);
+    /// Adds a standard, unless one of its name and version is there.
+    void AddStandard(const std::shared_ptr<IStandard>& standard);
+    /// Test 700 has gained an exposure, counted from 1: every standard gets its limits, without numbers.
+    void AppendExposureLimit(int32_t exposure);
+    /// Test 700 has lost an exposure: every standard loses its limits, and those of the later exposures
+    /// follow them with their numbers.
+    void ReorderLimits(int32_t exposure);
     /// Adds the empty limits of a test to a standard; nothing for the survey.
     void CreateTestLimits(IStandard& standard, int32_t testId) const;
     /// Fills the host's limit editor with the rows of a test, and brings old standards up to the present
@@ -54,11 +61,10 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
   private:
     std::shared_ptr<CConfigCommon> OwnerConfiguration() const;
     int32_t OwnerTestId() const;
-    void AddLimit(IStandard& standard, std::string_view limitKey, std::string_view unit,
-                  LimitExpression expression) const;
-    void AddExposureRows(ILimitView& view);
+    void AddLimit(IStandard& standard, const struct LimitRow& row, int32_t exposure, int32_t testId) const;
+    void AddExposure(int32_t exposure, int32_t testId);
     void RefreshUnits(int32_t testId);
-    std::string UnitOf(const struct LimitRow& row) const;
+    std::string UnitOf(const LimitRow& row) const;
     std::string ExposureRateUnit() const;
 
     std::shared_ptr<IStandardCollection> mStandards;

@@ -336,7 +336,7 @@ int32_t CResultCommon::UpdateAdjacentResult(ITestElement& owner, const ISelected
                                  [](const auto& item) { return IsLinearityKey(item->RawKey()); });
     if (at == cells.end()) return -1;
     CMeasurement& coefficient = **at;
-    if (row >= 2) {
+    if (row >= 1) {  // the first exposure has none before it to compare with
         coefficient.Key(flag != 0 ? key::kErAdjacent : key::kErNonAdjacent);
         coefficient.UpdateStatus(owner.Limits().get(), selected);
     } else {

@@ -174,6 +174,13 @@ TEST_F(StandardsLibraryTest, WithoutAnElementALimitByVoltageStaysOut) {
     std::string name = "Site";
     std::string version = "1";
     EXPECT_TRUE(library.LoadStandard(100, name, version)->Results().empty());
+    const auto fitted = StandardsLibrary::Build(*library.Find("Site", "1"), 100, [](StandardLimit limit) {
+        limit.low = {1.5, {}, "Y"};
+        return std::vector{limit, limit};
+    });
+    ASSERT_EQ(fitted->Results().size(), 1U) << "the first of a key";
+    EXPECT_EQ(fitted->Results()[0]->Value(kLowSide), 1.5F);
+    EXPECT_TRUE(library.LoadStandard(100, name, version)->Results().empty()) << "the fit is not kept";
 }
 
 TEST_F(StandardsLibraryTest, TheUsersFolderIsNamedOrStandsBesideTheSettings) {

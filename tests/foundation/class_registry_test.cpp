@@ -23,7 +23,8 @@ std::shared_ptr<LibraryObject> Make() {
     return std::make_shared<Class>();
 }
 
-constexpr ClassEntry kClasses[] = {{"First", Make<First>}, {"Silent", Make<Silent>}};
+constexpr ClassEntry kClasses[] = {
+    {"First", Make<First>}, {"Silent", Make<Silent>}, {"VorexView.Foreign", Make<First>}};
 constexpr ClassEntry kTwice[] = {{"Other", Make<Silent>}, {"First", Make<First>}, {"Other", Make<First>}};
 
 class Registry : public ::testing::Test {
@@ -37,6 +38,12 @@ TEST_F(Registry, AClassIsMadeByProjectAndName) {
     ASSERT_TRUE(first);
     EXPECT_EQ(first->Word(), "first");
     EXPECT_NE(first, CreateObjectAs<Spoken>(ClassName("First"))) << "each call makes an object";
+}
+
+TEST_F(Registry, AClassOfTheHostIsMadeByItsFullName) {
+    EXPECT_TRUE(CreateObjectAs<Spoken>("VorexView.Foreign"));
+    for (const char* name : {"Foreign", "VorexZRD47500Test.Foreign", "VorexZRD47500Test.VorexView.Foreign"})
+        EXPECT_FALSE(CreateObject(name)) << name;
 }
 
 TEST_F(Registry, AnUnknownNameGivesNothing) {

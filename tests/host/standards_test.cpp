@@ -160,6 +160,21 @@ TEST_F(StandardsTest, StandardsAreReadAndWrittenAsTheyStand) {
     EXPECT_EQ(document->Text(), text);
 }
 
+TEST_F(StandardsTest, LimitsAndStandardsCanBeTakenOut) {
+    StandardCollection standards;
+    for (const char* version : {"1", "2", "3"}) standards.Add(std::make_shared<Standard>("Site", version));
+    standards.Remove("Site", "2");
+    standards.Remove("Other", "1");
+    ASSERT_EQ(standards.Count(), 2);
+    EXPECT_EQ(standards.Item(1)->Version(), "3");
+    Standard standard = With({Limit("ER HVL", "3", ""), Limit("ER mA", "5", ""), Limit("ER HVL", "9", "")});
+    standard.RemoveExpectedResults("ER HVL");
+    ASSERT_EQ(standard.Results().size(), 1U);
+    standard.Results()[0]->Key("ER mAs");
+    EXPECT_EQ(standard.Evaluate("ER mAs", 6, {}, JudgedAs::kValue), kFailed) << "it judges under its new key";
+    EXPECT_EQ(standard.Evaluate("ER mA", 6, {}, JudgedAs::kValue), 0);
+}
+
 TEST_F(StandardsTest, ACloneHasLimitsOfItsOwn) {
     StandardCollection standards;
     const auto standard = std::make_shared<Standard>("Site", "1");

@@ -2,13 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <stdexcept>
+
 #include "config/config_common.h"
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
+#include "guide/dialog_wrapper.h"
 #include "host/standards.h"
+#include "library.h"
 #include "results/measurement.h"
+#include "results/result_columns.h"
 #include "support/fake_element.h"
 #include "support/fake_host.h"
 #include "support/fake_standards.h"
@@ -26,7 +32,7 @@ class Owner : public test::FakeElement {
 };
 
 /// A limit editor that keeps its rows as "forms|unit|description|key".
-class View : public ILimitView {
+class View : public ILimitView, public ICustomControl, public LibraryObject {
   public:
     void ClearRows() override { rows.assign(1, "cleared"); }
     void AddRow(std::string_view forms, std::string_view unit, std::string_view description,
@@ -39,9 +45,22 @@ class View : public ILimitView {
     void Hint(bool show, std::string_view text) override {
         hint = std::string(show ? "shown: " : "") + std::string(text);
     }
-    void Reload(const std::shared_ptr<IStandardCollection>&) override {}
+    void Reload(const std::shared_ptr<IStandardCollection>& shown) override { standards = shown; }
+    void Initialize(ControlArgument argument) override { given = std::move(argument); }
+    std::shared_ptr<IControlCallback> CallBack() const override { return nullptr; }
+    void CallBack(std::shared_ptr<IControlCallback>) override {}
+    WindowHandle hWnd() const override { return 0; }
+    bool Visible() const override { return true; }
+    void Visible(bool) override {}
+    bool Locked() const override { return false; }
+    void Locked(bool) override {}
+    void Refresh() override {}
+    void SetFocus() override {}
+
     std::vector<std::string> rows;
     std::string hint;
+    std::shared_ptr<IStandardCollection> standards;
+    ControlArgument given;
 };
 
 using Rows = std::vector<std::string>;
@@ -116,7 +135,10 @@ class LimitData : public ::testing::Test {
         InstallServices(services);
         Own(kRadioRepro);
     }
-    void TearDown() override { InstallServices({}); }
+    void TearDown() override {
+        InstallClasses({});
+        InstallServices({});
+    }
 
     void Own(int32_t testId) {
         owner->config->DefaultValues(testId);
@@ -224,6 +246,63 @@ TEST_F(LimitData, FluoroscopyHasALimitForEachExposure) {
     EXPECT_FALSE(old[2]->IsSet(kHighSide) || old[2]->IsSet(kLowSide));
     Prepared(kFluoroExposure);
     EXPECT_EQ(old.size(), 3U) << "and not a second time";
+}
+
+/// Key and high side of the limits of a standard: "ER HVL 3;ER mA -;".
+std::string HighSides(const IStandard& standard) {
+    std::string sides;
+    for (const auto& limit : standard.Results())
+        sides +=
+            limit->Key() + (limit->IsSet(kHighSide) ? " " + PlainText(limit->Value(kHighSide)) : " -") + ";";
+    return sides;
+}
+
+TEST_F(LimitData, TheLimitsOfTest700FollowItsExposures) {
+    const auto rate = [](int number) {
+        const std::string text = std::to_string(number);
+        return Limit("ER Maxi. Exposure Rate" + text, "<High Value=\"1" + text + "\"/>");
+    };
+    Own(kFluoroExposure);
+    Load(rate(1) + Limit("ER HVL", "<High Value=\"3\"/>") + rate(2) + rate(3) + rate(10), rate(2));
+    const auto sides = [&](int32_t standard) { return HighSides(*limits->Standards()->Item(standard)); };
+    limits->ReorderLimits(2);
+    EXPECT_EQ(sides(0),
+              "ER Maxi. Exposure Rate1 11;ER HVL 3;ER Maxi. Exposure Rate2 13;ER Maxi. Exposure Rate9 110;");
+    EXPECT_EQ(sides(1), "");
+    limits->AppendExposureLimit(3);
+    EXPECT_EQ(sides(1), "ER Maxi. Exposure Rate3 -;") << "without numbers";
+    limits->AppendExposureLimit(1);
+    EXPECT_EQ(sides(0),
+              "ER Maxi. Exposure Rate1 11;ER HVL 3;ER Maxi. Exposure Rate2 13;"
+              "ER Maxi. Exposure Rate9 110;ER Maxi. Exposure Rate3 -;")
+        << "a limit that is there stays";
+    Own(kFluoroAccuracy);
+    limits->AppendExposureLimit(4);
+    limits->ReorderLimits(1);
+    EXPECT_EQ(sides(1), "ER Maxi. Exposure Rate3 -;ER Maxi. Exposure Rate1 -;") << "other tests have none";
+}
+
+TEST_F(LimitData, EveryRowOfATestJudgesAColumnOfIt) {
+    for (const int32_t testId : kMeasuringTests) {
+        std::set<std::string> columns;
+        for (int32_t kind = kZrd; kind <= kPelomarkAndMas; ++kind)
+            for (const int32_t time : {kMilliseconds, kPulses}) {
+                CConfigCommon config;
+                config.DefaultValues(testId);
+                config.DetectorName = kind;
+                config.pMeasurementTimeUnit = time;
+                config.pGeneratorSetup = kSetupMaTime;
+                for (const auto& column : BuildColumns(config)) columns.insert(LimitKeyOf(column->RawKey()));
+            }
+        if (testId == kFluoroExposure) columns.insert("ER Maxi. Exposure Rate1");  // numbered while it runs
+        if (testId == kRadioLinearity) columns.insert("ER Adjacent");  // marked while it is judged
+        Standard standard("New", "1");
+        limits->CreateTestLimits(standard, testId);
+        for (const auto& limit : standard.Results())
+            EXPECT_TRUE(columns.contains(limit->Key())) << testId << " " << limit->Key();
+    }
+    Standard standard("New", "1");
+    EXPECT_THROW(limits->CreateTestLimits(standard, 800), std::logic_error);
 }
 
 TEST_F(LimitData, TheRateUnitFollowsUnitAndTimeBase) {
@@ -337,7 +416,29 @@ TEST_F(LimitData, AReportFindsTheStandardsOfThisElementOnly) {
     EXPECT_TRUE(report.SelectedStandardsForReport.empty()) << "those of the element before are gone";
 }
 
+TEST_F(LimitData, TheDialogHostsTheEditorOfTheHost) {
+    HostServices services = Services();
+    services.createLimitView = [] { return std::make_shared<View>(); };
+    InstallLibrary(services);
+    Own(kFluoroExposure);
+    Load("");
+    const auto dialog = std::dynamic_pointer_cast<FDialogWrapper>(limits->CreateDialog());
+    ASSERT_TRUE(dialog);
+    const auto view = std::dynamic_pointer_cast<View>(dialog->Control());
+    ASSERT_TRUE(view);
+    const OwnedLimits expected{limits, owner};
+    EXPECT_EQ(view->given, ControlArgument(expected));
+    EXPECT_EQ(view->rows.size(), 1 + kFirstRows.size() + 1 + kLastRows.size());
+    EXPECT_EQ(view->standards, limits->Standards());
+    owner->config->pNoOfExposures = 2;
+    limits->AppendExposureLimit(2);
+    EXPECT_EQ(view->rows.size(), 1 + kFirstRows.size() + 2 + kLastRows.size()) << "an open dialog follows";
+    limits->HasDialogFlag(false);
+    EXPECT_FALSE(limits->CreateDialog());
+}
+
 TEST_F(LimitData, ThereIsNoDialogWithoutTheHostsEditor) {
+    InstallLibrary(Services());
     EXPECT_TRUE(limits->HasDialog());
     EXPECT_FALSE(limits->CreateDialog());
     EXPECT_NO_THROW(limits->RefreshDialog());

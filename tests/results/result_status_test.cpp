@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "foundation/host_services.h"
 #include "results/result_columns.h"
@@ -155,8 +156,14 @@ TEST_F(ResultStatus, EditingTheAdjacentMarkerJudgesTheCoefficient) {
     EXPECT_EQ(ValueOf(2, key::kAdjacent), "1");
     EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 2, 0), 0);
     EXPECT_EQ(result->Status(), kFailed);
-    EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 1, 0), 1) << "judged from the third row on";
     EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 3, 0), -1);
+    EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 0, 0), 1) << "nothing to compare with";
+    EXPECT_EQ(StatusOf(0, key::kErNonAdjacent), kPassed);
+    for (const auto& [flag, outcome] : {std::pair{0, 0}, {1, 1}, {0, 0}}) {
+        EXPECT_EQ(result->UpdateAdjacentResult(owner, &selected, 1, static_cast<uint8_t>(flag)), outcome);
+        EXPECT_EQ(StatusOf(1, flag == 1 ? key::kErAdjacent : key::kErNonAdjacent),
+                  outcome == 1 ? kPassed : kFailed);
+    }
 }
 
 TEST_F(ResultStatus, EachExposureRateOfTest700HasALimitOfItsOwn) {

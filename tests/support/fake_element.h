@@ -21,6 +21,7 @@ class FakeStandard : public IStandard {
     std::string Version() const override { return "1"; }
     const ExpectedResults& Results() const override { return mResults; }
     void AddExpectedResult(std::shared_ptr<IExpectedResult> limit) override { mResults.push_back(limit); }
+    void RemoveExpectedResults(std::string_view) override {}
     int32_t Evaluate(std::string_view, float, const TaggedValue&, JudgedAs) const override { return 0; }
 
   private:

@@ -16,6 +16,7 @@ class FakeLimit : public IExpectedResult {
     FakeLimit(std::string key, std::optional<float> low, std::optional<float> high)
         : mKey(std::move(key)), mLow(low), mHigh(high) {}
     std::string Key() const override { return mKey; }
+    void Key(std::string_view limitKey) override { mKey = limitKey; }
     float Value(int32_t side) const override { return Side(side).value_or(0.0F); }
     bool IsSet(int32_t side) const override { return Side(side).has_value(); }
     void Setup(std::string_view, std::string_view, std::string_view, std::string_view) override {}
@@ -41,6 +42,7 @@ class NamedStandard : public IStandard {
     void AddExpectedResult(std::shared_ptr<IExpectedResult> limit) override {
         mLimits.push_back(std::move(limit));
     }
+    void RemoveExpectedResults(std::string_view) override {}
     int32_t Evaluate(std::string_view, float, const TaggedValue&, JudgedAs) const override { return 0; }
 
   private:
@@ -61,6 +63,7 @@ class StandardList : public IStandardCollection {
         return nullptr;
     }
     void Add(std::shared_ptr<IStandard> standard) override { mItems.push_back(std::move(standard)); }
+    void Remove(std::string_view, std::string_view) override {}
     void Load(const std::shared_ptr<IXmlElement>&) override {}
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>&) override { return nullptr; }
     void Clear() override { mItems.clear(); }
