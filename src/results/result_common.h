@@ -18,6 +18,8 @@
 
 namespace vorex {
 
+class Judging;
+
 /// How many columns of a row are exposure values, and how many are statistics of the whole test.
 struct ColumnCounts {
     int32_t total = 0;
@@ -158,10 +160,6 @@ class CResultCommon : public IResultData,
 
   private:
     using Waveforms = std::vector<std::shared_ptr<CWaveform>>;
-    /// What judging needs beside the values.
-    struct Judge;
-    /// What one walk over all rows carries from cell to cell.
-    struct Walk;
 
     const CMeasurement* Cell(std::size_t row, uint8_t column) const;
     const Waveforms& SelectedWaveforms() const;
@@ -171,15 +169,9 @@ class CResultCommon : public IResultData,
     /// Row that the settings store selects for the result dialog; -1 for none.
     int32_t SelectedRowOfSettings() const;
 
-    // Judging (result_status.cpp).
-    int32_t Criterion(std::size_t row) const;
-    bool TestSpecificStatus(const Judge& judge, CMeasurement& measurement, uint8_t exposureNumber) const;
-    bool JudgeAccuracyError(const Judge& judge, CMeasurement& measurement, std::size_t row) const;
-    bool IsJudgedColumn(const CMeasurement& measurement) const;
-    void JudgeWorkingRow(const Judge& judge, uint8_t exposureNumber);
-    void JudgeGenerally(const Judge& judge, CMeasurement& measurement, uint8_t exposureNumber);
-    void JudgeStored(const Judge& judge, CMeasurement& measurement, std::size_t row, Walk& walk);
-    SurveyOutcomes JudgeNotApplicable();
+    // Verdicts (result_status.cpp).
+    Judging JudgingBy(const ITestElement& owner, const ISelectedStandards* selected) const;
+    void CopyStatisticsToRows();
     void StoreWorkingRow(uint8_t exposureNumber);
     void CopyToRow(const CMeasurement& from, CMeasurement& to) const;
     MeasurementRow CopyOf(const MeasurementRow& row) const;

@@ -5,6 +5,7 @@
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
+#include "results/judging.h"
 #include "results/result_columns.h"
 #include "results/result_common.h"
 
@@ -98,7 +99,8 @@ std::shared_ptr<CMeasurement> CResultCommon::LoadCell(const std::shared_ptr<IXml
     if (TestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
     // The type of a stored cell follows from its column, so that a result saves alike before and after a
     // load.
-    item->ValueType(IsJudgedColumn(*item) && TestId != kFluoroExposure ? kJudgedNumber : kTextOnly);
+    item->ValueType(IsJudgedColumn(TestId, item->RawKey()) && TestId != kFluoroExposure ? kJudgedNumber
+                                                                                        : kTextOnly);
     return item;
 }
 
