@@ -1,0 +1,136 @@
+#include "results/measurement.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "foundation/vocabulary.h"
+#include "host/standards.h"
+
+namespace vorex {
+namespace {
+
+/// A limit as its two numbers, empty for a side that is not set, and the expression of both.
+struct Sides {
+    const char* high;
+    const char* low;
+    const char* expression = "Y";
+};
+
+std::shared_ptr<ExpectedResult> Limit(std::string_view limitKey, const Sides& sides) {
+    auto limit = std::make_shared<ExpectedResult>();
+    limit->Setup(limitKey, "", sides.high, sides.low);
+    for (const int32_t side : {kHighSide, kLowSide}) limit->Expression(side, sides.expression);
+    return limit;
+}
+
+Standard With(std::string_view limitKey, const std::vector<Sides>& limits) {
+    Standard standard("Site", "1");
+    for (const Sides& sides : limits) standard.AddExpectedResult(Limit(limitKey, sides));
+    return standard;
+}
+
+CMeasurement Measured(std::string_view measurementKey, std::string_view value, std::string_view preset = {}) {
+    CMeasurement measurement;
+    measurement.Initialize(measurementKey, "", "KV", kJudgedNumber);
+    measurement.Value(std::string(value));
+    measurement.PresetValue(std::string(preset));
+    return measurement;
+}
+
+/// Both sides as a report shows them, "9 | 3"; "-" for a side without a limit.
+std::string Shown(const CMeasurement& measurement, const IStandard& standard, int32_t flags) {
+    const auto side = [&](int32_t which) {
+        const std::string shown = TextOf(measurement.GetLimitValue(standard, which, flags | kAsText));
+        return shown.empty() ? "-" : shown;
+    };
+    return side(kHighSide) + " | " + side(kLowSide);
+}
+
+TEST(Measurement, OfSeveralLimitsTheSmallestHighAndTheLastOtherLowAreShown) {
+    struct Case {
+        const char* measurementKey;
+        const char* limitKey;
+        std::vector<Sides> limits;
+        const char* shown;
+    };
+    const Case cases[] = {
+        {"HVL", "ER HVL", {{"9", "3"}}, "9 | 3"},
+        {"HVL", "ER HVL", {{"9", "3"}, {"8", "4"}}, "8 | 4"},
+        {"HVL", "ER HVL", {{"8", "4"}, {"9", "3"}}, "8 | 3"},
+        {"HVL", "ER HVL", {{"9", "4"}, {"8", "3"}}, "8 | 3"},
+        {"HVL", "ER HVL", {{"8", "3"}, {"9", "4"}}, "8 | 4"},
+        {"HVL", "ER HVL", {{"9", "3"}, {"9", "3"}}, "9 | 3"},
+        {"HVL", "ER HVL", {{"9", ""}, {"", "3"}}, "9 | 3"},
+        {"HVL", "ER HVL", {{"", "3"}, {"9", ""}}, "9 | 3"},
+        {"HVL", "ER HVL", {{"9", "3"}, {"", "4"}}, "9 | 4"},
+        {"HVL", "ER HVL", {{"9", "3"}, {"8", ""}}, "8 | 3"},
+        {"HVL", "ER HVL", {{"7", "2"}, {"8", "5"}, {"9", "2"}}, "7 | 2"},
+        {"HVL", "ER HVL", {}, "- | -"},
+        {"HVL", "ER mA", {{"9", "3"}}, "- | -"},
+        // The first limit of an exposure rate is the one.
+        {"ER Maxi. Exposure Rate2", "ER Maxi. Exposure Rate2", {{"9", "3"}, {"8", "4"}}, "9 | 3"},
+        {"ER Maxi. Exposure Rate2", "ER Maxi. Exposure Rate1", {{"9", "3"}}, "- | -"},
+        // A row of a coefficient of variation has the limits that judge it, and the reading has the others.
+        {"ER Exposure", "ER Exposure", {{"9", "3"}, {"0.05", "", "CV"}}, "0.05 | -"},
+        {"Exposure", "ER Exposure", {{"0.05", "", "CV"}, {"9", "3"}}, "9 | 3"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(Shown(Measured(c.measurementKey, "5"), With(c.limitKey, c.limits), kCalculatedValue),
+                  c.shown)
+            << c.measurementKey << " by " << c.limits.size() << " limits of " << c.limitKey;
+}
+
+TEST(Measurement, EachStandardShowsItsOwnLimits) {
+    const CMeasurement hvl = Measured("HVL", "5");
+    EXPECT_EQ(Shown(hvl, With("ER HVL", {{"9", "3"}}), kCalculatedValue), "9 | 3");
+    EXPECT_EQ(Shown(hvl, With("ER HVL", {{"8", ""}}), kCalculatedValue), "8 | -");
+}
+
+TEST(Measurement, ALimitIsShownCalculatedOrAsItWasTypedWithItsUnit) {
+    struct Case {
+        const char* expression;
+        const char* calculated;
+        const char* typed;
+    };
+    const Case cases[] = {{"Y", "5 KV | -5 KV", "5 KV | -5 KV"},
+                          {"X+Y", "85 KV | 75 KV", "5 KV | -5 KV"},
+                          {"X+(X*Y%)", "84 KV | 76 KV", "5 % | -5 %"}};
+    for (const Case& c : cases) {
+        const Standard standard = With("ER kVp Avg", {{"5", "-5", c.expression}});
+        const CMeasurement kvp = Measured("kVp Avg", "80", "80");
+        EXPECT_EQ(Shown(kvp, standard, kCalculatedValue | kWithUnit), c.calculated) << c.expression;
+        EXPECT_EQ(Shown(kvp, standard, kWithUnit), c.typed) << c.expression;
+    }
+}
+
+TEST(Measurement, AValueBeyondAnyLimitOfAStandardFailsIt) {
+    struct Case {
+        const char* measurementKey;
+        const char* value;
+        std::vector<Sides> limits;
+        bool fails;
+    };
+    const Case cases[] = {
+        {"kVp Avg", "84", {{"5", "-5", "X+(X*Y%)"}}, false},
+        {"kVp Avg", "84.01", {{"5", "-5", "X+(X*Y%)"}}, true},
+        {"kVp Avg", "76", {{"5", "-5", "X+(X*Y%)"}}, false},
+        {"kVp Avg", "75.99", {{"5", "-5", "X+(X*Y%)"}}, true},
+        {"kVp Avg", "82", {{"90", ""}, {"1", "", "X+Y"}}, true},
+        {"kVp Avg", "82", {{"1", "", "X+Y"}, {"90", ""}}, true},
+        {"kVp Avg", "82", {{"0.05", "", "CV"}}, false},
+        {"ER kVp Avg", "0.06", {{"0.05", "", "CV"}, {"90", "70"}}, true},
+        {"ER kVp Avg", "0.05", {{"90", "70"}, {"0.05", "", "CV"}}, false},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(Measured(c.measurementKey, c.value, "80").ValidateLimits(With("ER kVp Avg", c.limits)),
+                  c.fails ? kFailed : kNotTested)
+            << c.measurementKey << " " << c.value << " by " << c.limits.front().high;
+}
+
+}  // namespace
+}  // namespace vorex
