@@ -138,12 +138,12 @@ std::string FormFault(int32_t testId, const StandardLimit& limit, const CMeasure
     return {};
 }
 
-/// What the readings of an element are judged in, so that a limit can be set beside them.
+/// Fits one limit to the columns, units and voltage of one element.
 class Fitting {
   public:
     Fitting(const StandardLimit& limit, const CConfigCommon& config) : mConfig(config), mFitted(limit) {}
 
-    /// Why the limit has no place; empty when it has one, and then it stands in `Result`.
+    /// Why the limit cannot judge the element; empty when it can, and then `Result` has it.
     std::string Fault() {
         const MeasurementRow columns = BuildColumns(mConfig);
         const auto at = std::find_if(columns.begin(), columns.end(),
@@ -161,7 +161,7 @@ class Fitting {
             if (std::string fault = TakeValue(*side, kv); !fault.empty()) return fault;
             if (side->value) side->value = PlainValue(*side->value * *factor);
         }
-        // Whoever sets another voltage later sees what the number was for.
+        // A person who sets another voltage later sees which one the number is for.
         if (byVoltage) mFitted.unit += " at " + PlainText(kv) + " kV";
         return {};
     }
@@ -216,11 +216,11 @@ std::string LimitFault(int32_t testId, const StandardLimit& limit) {
 }
 
 std::vector<StandardLimit> FitLimit(const StandardLimit& limit, const CConfigCommon& config,
-                                    const std::function<void(const std::string&)>& tell) {
+                                    const std::function<void(const std::string&)>& report) {
     Fitting fitting(limit, config);
     if (const std::string fault = fitting.Fault(); !fault.empty()) {
         const std::string unit = limit.unit.empty() ? "" : " in " + limit.unit;
-        tell("\"" + limit.key + "\"" + unit + " is left out: " + fault);
+        report("\"" + limit.key + "\"" + unit + " is left out: " + fault);
         return {};
     }
     return fitting.Result();

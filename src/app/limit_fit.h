@@ -14,10 +14,10 @@ namespace vorex {
 /// Why no element of a test could be judged by a limit as it is stated; empty when one could.
 std::string LimitFault(int32_t testId, const StandardLimit& limit);
 
-/// The limit as it stands in an element with this configuration: its unit brought to that of the column, a
-/// number by voltage taken at the voltage that is set, and for test 700 one for each exposure. A limit that
-/// has no place there gives nothing, with a word on why to `tell`.
+/// The limit as an element with this configuration has it: converted to the unit of the column, a number by
+/// voltage taken at the voltage that is set, and for test 700 one for each exposure. Nothing for a limit that
+/// cannot judge the element; the reason goes to `report`.
 std::vector<StandardLimit> FitLimit(const StandardLimit& limit, const CConfigCommon& config,
-                                    const std::function<void(const std::string&)>& tell);
+                                    const std::function<void(const std::string&)>& report);
 
 }  // namespace vorex

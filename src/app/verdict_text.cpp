@@ -68,7 +68,8 @@ Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards, Report repo
     return sides;
 }
 
-/// Lines on the keys whose texts differ, "key: now 84, 88 then"; what stands on one side only reads "none".
+/// Lines on the keys whose texts differ, "key: now 84, 88 then"; a text that only one of the two has reads
+/// "none" in the other.
 std::vector<std::string> Differences(const Texts& now, const Texts& then, Report report) {
     const std::string none = Translate(text::kShowNone, report);
     std::vector<std::string> lines;

@@ -25,7 +25,7 @@ using Json = nlohmann::json;
 constexpr int32_t kFileVersion = 1;
 constexpr std::size_t kLargestFile = 1U << 20U;
 
-/// What stands in the file, for a message: ASCII only and short, whatever it is.
+/// A value of the file for a message: ASCII only and short, whatever it is.
 std::string Shown(const Json& value) {
     constexpr std::size_t kMost = 60;
     std::string text = value.dump(-1, ' ', true, Json::error_handler_t::replace);
@@ -76,7 +76,7 @@ class Reader {
         return value;
     }
 
-    /// Hands each member of an object to its row, and asks for those that are required.
+    /// Reads each member of an object with its row; a required one must be there.
     template <typename Rows, typename Target>
     void Members(const Json& value, const Rows& rows, Target& target) const {
         if (!value.is_object()) Fail(Shown(value), "an object with " + ListOfNames(rows));
@@ -215,7 +215,7 @@ void CheckLimits(In in, const StandardFile& file, const LimitCheck& check) {
     }
 }
 
-/// Refuses, while the text is parsed, what would cost depth, and a name that stands twice in an object.
+/// Refuses deep nesting, and a name that occurs twice in an object, while the text is parsed.
 class ShapeGuard {
   public:
     explicit ShapeGuard(In in) : mIn(in) {}
@@ -249,10 +249,9 @@ Json ParseText(std::string_view text, std::string_view fileName) {
     } catch (const Json::parse_error& error) {
         const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
         const auto line = static_cast<int32_t>(std::count(text.begin(), end, '\n') + 1);
-        throw FileError({std::string(fileName), line, {}}, "broken JSON",
-                        "a standard as docs/FORMATS.md tells");
+        throw FileError({std::string(fileName), line, {}}, "broken JSON", "a standard as in docs/FORMATS.md");
     } catch (const Json::exception&) {
-        in.Fail("a number that is out of range", "a standard as docs/FORMATS.md tells");
+        in.Fail("a number that is out of range", "a standard as in docs/FORMATS.md");
     }
 }
 

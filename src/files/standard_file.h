@@ -50,7 +50,7 @@ struct StandardFile {
     bool HasTest(int32_t testId) const;
 };
 
-/// What keeps a limit from standing on a test, in words; empty when nothing does.
+/// Why no element of a test can be judged by a limit; empty when one can.
 using LimitCheck = std::function<std::string(int32_t testId, const StandardLimit& limit)>;
 
 /// Raises FileError, naming the file and the limit. The check is asked for each test of each limit.

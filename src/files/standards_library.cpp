@@ -52,9 +52,9 @@ std::vector<StandardLimit> PlainLimit(const StandardLimit& limit) {
 fs::path UserStandardsFolder() {
     if (const std::string named = os::Environment("VOREX_STANDARDS"); !named.empty()) return named;
     const fs::path settings = SettingsFile();
-    const fs::path beside = settings.parent_path() / "standards";
+    const fs::path ownFolder = settings.parent_path() / "standards";
     std::error_code error;
-    return !settings.empty() && fs::exists(beside, error) ? beside : fs::path();
+    return !settings.empty() && fs::exists(ownFolder, error) ? ownFolder : fs::path();
 }
 
 StandardsLibrary::StandardsLibrary(std::span<const fs::path> folders, const LimitCheck& check,
@@ -76,7 +76,7 @@ void StandardsLibrary::ReadFolder(const fs::path& folder, const LimitCheck& chec
             if (const StandardFile* first = Find(file.name, file.version))
                 throw FileError(
                     {path.string(), 0, {}},
-                    "\"" + file.name + ":" + file.version + "\" stands in " + first->file + " already",
+                    "\"" + file.name + ":" + file.version + "\" is in " + first->file + " already",
                     "another name or version");
             mStandards.push_back(std::move(file));
         } catch (const FileError& fault) {

@@ -13,18 +13,18 @@
 
 namespace vorex {
 
-/// Where the user's own standards are: VOREX_STANDARDS, or "standards" beside the settings file if it is
-/// there; empty otherwise.
+/// Folder of the user's own standards: VOREX_STANDARDS, or "standards" next to the settings file if it
+/// exists; empty otherwise.
 std::filesystem::path UserStandardsFolder();
 
 /// Standards from files, handed out as the plug-in object of the sister library does.
 class StandardsLibrary final : public IZRD47500PlugIn {
   public:
-    /// A limit as it stands in one element: it has plain numbers. Nothing when it has no place there.
+    /// A limit as one element has it, with plain numbers; nothing when the element cannot be judged by it.
     using Fit = std::function<std::vector<StandardLimit>(const StandardLimit& limit)>;
 
-    /// Reads the standards of the folders, first to last. A file with a fault, and one whose standard is
-    /// there already, is passed over with a word to `diagnose`; so is a folder that cannot be read.
+    /// Reads the standards of the folders, first to last. A file with a fault, a second file of the same
+    /// standard, and a folder that cannot be read are skipped and reported to `diagnose`.
     StandardsLibrary(std::span<const std::filesystem::path> folders, const LimitCheck& check,
                      const std::function<void(const std::string&)>& diagnose);
 

@@ -21,7 +21,7 @@ struct ClassEntry {
 };
 
 /// Installs the list of classes, which must outlive the program. Throws std::invalid_argument when a name
-/// stands twice, and changes nothing then.
+/// occurs twice, and changes nothing then.
 void InstallClasses(std::span<const ClassEntry> classes);
 
 /// A new object of a class named "VorexZRD47500Test.CTestCommon"; empty when the name is unknown.

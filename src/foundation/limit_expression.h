@@ -9,7 +9,7 @@
 #include <string_view>
 
 /// The expressions of limits: how each is spelled, what it computes, what it judges, and the unit of its
-/// number. Whoever judges, fits, converts or prints a limit asks here.
+/// number. Judging, fitting, converting and printing a limit all use this module.
 namespace vorex {
 
 /// How a side of a limit follows from its number Y and the preset X of the measurement.

@@ -222,7 +222,7 @@ std::shared_ptr<IXmlElement> CLimitData::Save(const std::shared_ptr<IXmlDocument
 void CLimitData::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
     if (report == nullptr) return;
     auto& shown = report->SelectedStandardsForReport;
-    // The limits of the element before must not stand beside the results of this one.
+    // The limits of the previous element must not be printed next to the results of this one.
     shown.clear();
     const ISelectedStandards* selected = report->SelectedStandards();
     for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i) {

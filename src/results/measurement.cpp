@@ -35,7 +35,7 @@ bool IsStatistic(std::string_view measurementKey) {
            IsVariationRow(measurementKey);
 }
 
-/// Texts that a person typed and that are shown as they stand.
+/// Texts that a person typed and that are shown unchanged.
 bool IsTypedText(std::string_view measurementKey) {
     return measurementKey == key::kPhantomThickness || measurementKey == key::kMode;
 }
