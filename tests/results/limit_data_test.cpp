@@ -290,6 +290,7 @@ TEST_F(LimitData, EveryRowOfATestJudgesAColumnOfIt) {
                 CConfigCommon config;
                 config.DefaultValues(testId);
                 config.DetectorName = kind;
+                config.pMeasurementMode = kRadio;
                 config.pMeasurementTimeUnit = time;
                 config.pGeneratorSetup = kSetupMaTime;
                 for (const auto& column : BuildColumns(config)) columns.insert(LimitKeyOf(column->RawKey()));
