@@ -53,6 +53,21 @@ std::size_t Index(int32_t rows, int32_t row, int32_t column) {
     return static_cast<std::size_t>(row) * CConfigMQSA::kTableColumns + static_cast<std::size_t>(column);
 }
 
+std::string_view TextOf(std::span<const TableCell> table, int32_t row, int32_t column) {
+    const auto at = std::find_if(table.begin(), table.end(), [&](const TableCell& cell) {
+        return cell.row == row && cell.column == column;
+    });
+    return at == table.end() ? std::string_view() : at->text;
+}
+
+/// Key of the text that a cell has in a new configuration; cells are counted row by row.
+std::string_view TextOf(GridId table, std::size_t cell) {
+    const auto row = static_cast<int32_t>(cell) / CConfigMQSA::kTableColumns;
+    const auto column = static_cast<int32_t>(cell) % CConfigMQSA::kTableColumns;
+    return table == GridId::kLightField ? TextOf(kCollimationCells, row, column)
+                                        : TextOf(kArtifactCells, row, column);
+}
+
 /// The first child of a name; empty when there is none.
 std::shared_ptr<IXmlElement> Child(const IXmlElement& element, std::string_view name) {
     const auto found = element.FindChild(name);
@@ -62,16 +77,20 @@ std::shared_ptr<IXmlElement> Child(const IXmlElement& element, std::string_view 
 void LoadTable(const IXmlElement& block, std::string_view group, GridId table, std::span<std::string> cells) {
     const auto element = Child(block, group);
     const auto value = element ? Child(*element, GridKey(table)) : nullptr;
-    if (!value) return;
+    if (!value || value->Text().empty()) return;
     const std::vector<std::string> parts = SplitCells(GridKey(table), value->Text(), cells.size());
     std::copy(parts.begin(), parts.end(), cells.begin());
+    // A file holds the default texts; what nobody has changed is shown in the language of today.
+    for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = WordOfToday(cells[i], TextOf(table, i));
 }
 
 void SaveTable(const std::shared_ptr<IXmlDocument>& owner, IXmlElement& block, std::string_view group,
                GridId table, std::span<const std::string> cells) {
     const auto element = owner->CreateElement(group);
     if (!element) RaiseHostError(kErrorConfigurationSave, kClassName, 3);
-    element->AddValue(GridKey(table), JoinCells({cells.begin(), cells.end()}));
+    std::vector<std::string> neutral;
+    for (std::size_t i = 0; i < cells.size(); ++i) neutral.push_back(NeutralWord(cells[i], TextOf(table, i)));
+    element->AddValue(GridKey(table), JoinCells(neutral));
     block.AddChild(element);
 }
 
@@ -83,6 +102,9 @@ CConfigMQSA::CConfigMQSA() {
     if (Services().createTestGuideConfig) mTestGuideConfig = Services().createTestGuideConfig();
 }
 
+std::string_view CConfigMQSA::CollimationText(int32_t row, int32_t column) {
+    return TextOf(kCollimationCells, row, column);
+}
 const std::string& CConfigMQSA::Collimation(int32_t row, int32_t column) const {
     return mCollimation[Index(kCollimationRows, row, column)];
 }

@@ -23,6 +23,9 @@ class CConfigMQSA : public IConfigData,
 
     CConfigMQSA();
 
+    /// Key of the text that a cell of the collimation table has in a new configuration; empty for none.
+    static std::string_view CollimationText(int32_t row, int32_t column);
+
     // Rows and columns count from 0; std::out_of_range beyond the tables.
     const std::string& Collimation(int32_t row, int32_t column) const;
     void Collimation(int32_t row, int32_t column, std::string_view text);

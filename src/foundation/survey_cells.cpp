@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
 namespace vorex {
@@ -46,6 +47,14 @@ std::vector<std::string> SplitCells(std::string_view table, std::string_view tex
                                  " cells, expected " + std::to_string(count));
     parts.resize(count);
     return parts;
+}
+
+std::string NeutralWord(std::string_view text, std::string_view textKey) {
+    return !textKey.empty() && text == Translate(textKey) ? DefaultText(textKey, {}) : std::string(text);
+}
+
+std::string WordOfToday(std::string_view text, std::string_view textKey) {
+    return !textKey.empty() && text == DefaultText(textKey, {}) ? Translate(textKey) : std::string(text);
 }
 
 }  // namespace vorex

@@ -17,4 +17,9 @@ std::vector<std::string> SplitCells(std::string_view text);
 /// fewer; more are left out.
 std::vector<std::string> SplitCells(std::string_view table, std::string_view text, std::size_t count);
 
+/// The default text of a key for its text in the present language: what a file keeps. Any other text stays.
+std::string NeutralWord(std::string_view text, std::string_view textKey);
+/// The reverse: the text of a key in the present language for its default text.
+std::string WordOfToday(std::string_view text, std::string_view textKey);
+
 }  // namespace vorex

@@ -30,6 +30,11 @@ Answer AnswerOf(uint8_t column) {
     return {text::kNotApplicable, kNotApplicable};
 }
 
+std::string_view WordOf(int32_t status) {
+    if (status == kPassed) return text::kPass;
+    return status == kFailed ? text::kFail : text::kNotApplicable;
+}
+
 void Give(CMeasurement& item, const Answer& answer) {
     item.Value(Translate(answer.text));
     item.Status(answer.status);
@@ -124,7 +129,8 @@ void CResultMQSA::UpdateServiceRecord(const ITestElement& owner) {
         code = "NA";
     } else {
         for (const auto& item : mItems)
-            if (const std::string shown = item->ShownText(); !shown.empty()) list.append("/").append(shown);
+            if (item->Status() != kNotTested)
+                list.append("/").append(DefaultText(WordOf(item->Status()), {}));
     }
     mServiceRecord = Services().createServiceRecord();
     mServiceRecord->Initialize(code, list);

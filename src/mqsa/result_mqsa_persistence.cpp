@@ -32,11 +32,21 @@ std::string AnswerOfToday(const std::string& answer) {
     return answer;
 }
 
-std::string JoinedGrid(const SurveyGrid& grid, const GridRow& row) {
+/// A cell as it is saved: a file does not depend on the language and the decimal sign it was made with.
+std::string SavedCell(GridId id, int32_t row, int32_t column, const std::string& text) {
+    const GridRow& grid = GridRowOf(id);
+    if (IsIn(grid.answers, row, column)) return NeutralAnswer(text);
+    const std::string_view label = LabelOf(id, row, column);
+    if (!label.empty()) return NeutralWord(text, label);
+    const bool comma = Services().decimalSign == ',' && IsIn(grid.numbers, row, column);
+    return comma ? WithPoint(text) : text;
+}
+
+std::string JoinedGrid(const SurveyGrid& grid, GridId id) {
+    const GridRow& row = GridRowOf(id);
     std::vector<std::string> cells;
     for (int32_t r = 0; r < row.savedRows; ++r)
-        for (int32_t c = 0; c < row.columns; ++c)
-            cells.push_back(IsIn(row.answers, r, c) ? NeutralAnswer(grid.At(r, c)) : grid.At(r, c));
+        for (int32_t c = 0; c < row.columns; ++c) cells.push_back(SavedCell(id, r, c, grid.At(r, c)));
     return JoinCells(cells);
 }
 
@@ -49,6 +59,7 @@ std::string JoinedTable(const std::array<VerdictRow, rows>& table) {
 
 template <std::size_t rows>
 void FillTable(std::array<VerdictRow, rows>& table, std::string_view name, std::string_view text) {
+    if (text.empty()) return;
     const std::vector<std::string> cells = SplitCells(name, text, rows * 2);
     for (std::size_t i = 0; i < rows * 2; ++i) table[i / 2][i % 2] = cells[i];
 }
@@ -90,8 +101,7 @@ void CResultMQSA::SaveGroups(const std::shared_ptr<IXmlDocument>& owner, IXmlEle
             const std::string& text = mRecord.fields[field++];
             into.AddValue(row.key, row.kind == FieldKind::kTrimmed ? Trimmed(text) : std::string_view(text));
         }
-        for (GridId grid : group.grids)
-            into.AddValue(GridKey(grid), JoinedGrid(mRecord.Grid(grid), GridRowOf(grid)));
+        for (GridId grid : group.grids) into.AddValue(GridKey(grid), JoinedGrid(mRecord.Grid(grid), grid));
         if (own) element.AddChild(own);
     }
 }
@@ -155,8 +165,7 @@ void CResultMQSA::LoadItem(const std::shared_ptr<IXmlElement>& child, IProgressL
     if (item == mItems.end()) return;
     const std::string description = (*item)->RawDescription();
     (*item)->Load(child, log);
-    (*item)->Description(description);
-    (*item)->ValueType(kTextOnly);
+    if (child->FindChild(tag::kDescription).empty()) (*item)->Description(description);
 }
 
 void CResultMQSA::LoadGroup(const SurveyGroupRow& group, const IXmlElement& element) {
@@ -168,6 +177,7 @@ void CResultMQSA::LoadGroup(const SurveyGroupRow& group, const IXmlElement& elem
 }
 
 void CResultMQSA::LoadGrid(GridId id, std::string_view text) {
+    if (text.empty()) return;  // as if the grid were absent
     const GridRow& row = GridRowOf(id);
     SurveyGrid& grid = mRecord.Grid(id);
     const auto count = static_cast<std::size_t>(row.savedRows) * static_cast<std::size_t>(row.columns);

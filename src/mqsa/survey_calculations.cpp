@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "foundation/number_text.h"
+#include "foundation/verdict_figures.h"
 
 namespace vorex {
 
@@ -13,7 +14,7 @@ constexpr int32_t kFirstDataColumn = 1;
 constexpr int32_t kLastDataColumn = 5;
 constexpr int32_t kDensityColumn = 7;
 /// The single-precision constant that the allowed range has always been computed with.
-constexpr double kDensityTolerance = static_cast<double>(0.3F);
+constexpr double kDensityTolerance = static_cast<double>(static_cast<float>(figure::kTrackingRange.figure));
 
 double Rounded2(double value) {
     return RoundHalfEven(value, 2);

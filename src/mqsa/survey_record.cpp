@@ -1,12 +1,15 @@
 #include "mqsa/survey_record.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
+#include "config/config_mqsa.h"
+#include "foundation/calendar.h"
 #include "foundation/number_text.h"
+#include "foundation/survey_cells.h"
 #include "foundation/survey_text_keys.h"
 #include "foundation/utilities.h"
-#include "guide/frm_timer.h"
 
 namespace vorex {
 
@@ -274,6 +277,31 @@ constexpr CellArea kCassetteFigures[]     = {{2, 4, 3, 3}, {8, 30, 3, 3}};
 constexpr CellArea kImageQualityFigures[] = {{4, 4, 1, 2}, {7, 7, 1, 2}, {9, 10, 1, 2}, {13, 14, 1, 2},
                                              {16, 17, 1, 2}, {19, 20, 1, 2}};
 
+constexpr bool Fits(const GridRow& grid) {
+    const auto inside = [&](int32_t lastRow, int32_t lastColumn) {
+        return lastRow >= 0 && lastRow < grid.rows && lastColumn >= 0 && lastColumn < grid.columns;
+    };
+    for (const FixedCell& label : grid.labels)
+        if (!inside(label.row, label.lastColumn) || label.firstColumn > label.lastColumn || label.text.empty())
+            return false;
+    for (const auto& areas : {grid.typed, grid.spacers, grid.figures, grid.answers, grid.dates})
+        for (const CellArea& area : areas)
+            if (!inside(area.lastRow, area.lastColumn)) return false;
+    return !grid.labels.empty() && !grid.typed.empty() && grid.savedRows > 0 && grid.savedRows <= grid.rows;
+}
+
+constexpr auto kGridIds = [] {
+    std::array<GridId, kGridCount> ids{};
+    for (std::size_t i = 0; i < kGridCount; ++i) ids[i] = static_cast<GridId>(i);
+    return ids;
+}();
+
+constexpr std::ptrdiff_t PagesWith(GridId grid) {
+    std::ptrdiff_t pages = 0;
+    for (const SurveyGroupRow& group : survey::kGroups) pages += std::ranges::count(group.grids, grid);
+    return pages;
+}
+
 /// By the identity of the grid. The last two rows of the light field are calculated and not saved.
 constexpr GridRow kGrids[kGridCount] = {
     // rows, columns, saved rows, labels, typed, spacers, numbers, figures, answers, dates
@@ -292,6 +320,10 @@ constexpr GridRow kGrids[kGridCount] = {
      kImageQualityFigures, {}, kImageQualityDates},
     {11,  5, 11, kViewboxLabels, kViewboxTyped, kViewboxSpacers, kViewboxNumbers, kViewboxNumbers},
 };
+
+static_assert(std::ranges::all_of(kGrids, Fits), "each grid has a row, and its areas are inside it");
+static_assert(std::ranges::all_of(kGridIds, [](GridId grid) { return PagesWith(grid) == 1; }),
+              "each grid is on one page");
 
 constexpr std::string_view kPageTexts[kPageCount] = {
     st::kPageGeneralInformation, st::kPageTechniqueChart, st::kPageAssemblyEvaluation, st::kPageCollimation,
@@ -327,6 +359,11 @@ constexpr std::string_view kSummaryTexts[kSummaryRows] = {
     st::kSummaryLine26, st::kSummaryLine27, st::kSummaryLine28, st::kSummaryLine29, st::kTest13,
     st::kSummaryLine31, st::kSummaryLine32
 };
+constexpr auto kHasText = [](std::string_view text) { return !text.empty(); };
+static_assert(std::ranges::all_of(kPageTexts, kHasText) && std::ranges::all_of(kPreliminaryTexts, kHasText) &&
+                  std::ranges::all_of(kSummaryTexts, kHasText) &&
+                  std::ranges::all_of(survey::kGridKeys, kHasText),
+              "each page, row and grid has a text");
 constexpr std::size_t kHeadingRows[] = {1, 5, 8, 12, 14, 16, 18, 19, 20, 21, 24, 26, 30};
 /// Rows that only the ACR column judges.
 constexpr std::size_t kAcrSummaryRows[] = {11, 31, 32};
@@ -345,6 +382,12 @@ constexpr ItemBlock kItemBlocks[] = {
     {survey::kTechnologistItem, 12, kTechnologistTexts},
     {survey::kAssistantItem, 1, kAssistantTexts},
 };
+static_assert(std::size(kAssemblyTexts) == kAssemblyItemCount &&
+                  std::size(kTechnologistTexts) == kTechnologistItemCount &&
+                  std::size(kAssemblyTexts) + 2 * std::size(kTechnologistTexts) +
+                          std::size(kAssistantTexts) ==
+                      kSurveyItemCount,
+              "each item has a description");
 
 template <typename Visit>
 void ForEachCell(const CellArea& area, const SurveyGrid& grid, Visit&& visit) {
@@ -378,6 +421,13 @@ const GridRow& GridRowOf(GridId grid) {
 bool IsIn(std::span<const CellArea> areas, int32_t row, int32_t column) {
     return std::any_of(areas.begin(), areas.end(),
                        [&](const CellArea& area) { return area.Has(row, column); });
+}
+
+std::string_view LabelOf(GridId grid, int32_t row, int32_t column) {
+    for (const FixedCell& label : GridRowOf(grid).labels)
+        if (label.row == row && column >= label.firstColumn && column <= label.lastColumn) return label.text;
+    // The first rows of the light field come from the configuration.
+    return grid == GridId::kLightField ? CConfigMQSA::CollimationText(row, column) : std::string_view();
 }
 
 std::string_view PageText(SurveyPage page) {
@@ -421,9 +471,7 @@ SurveyRecord::SurveyRecord() {
             for (int32_t c = label.firstColumn; c <= label.lastColumn; ++c)
                 grid.At(label.row, c) = Translate(label.text);
     }
-    FrmTimer today;
-    today.SetDTPicketDate({}, {}, {});
-    const CalendarDate date = today.Date();
+    const CalendarDate date = DateOf({}, {}, {});
     std::size_t index = 0;
     for (const SurveyGroupRow& group : survey::kGroups)
         for (const SurveyFieldRow& field : group.fields) {
@@ -443,17 +491,22 @@ void SurveyRecord::WriteLabels(GridId id) {
     SurveyGrid& grid = Grid(id);
     for (const FixedCell& label : row.labels) {
         const std::string text = Translate(label.text);
-        for (int32_t c = label.firstColumn; c <= label.lastColumn; ++c)
-            if (!IsIn(row.typed, label.row, c)) grid.At(label.row, c) = text;
+        for (int32_t c = label.firstColumn; c <= label.lastColumn; ++c) {
+            std::string& cell = grid.At(label.row, c);
+            if (!IsIn(row.typed, label.row, c) || cell == DefaultText(label.text, {})) cell = text;
+        }
     }
+    if (id != GridId::kLightField) return;
+    for (int32_t r = 0; r < CConfigMQSA::kCollimationRows; ++r)
+        for (int32_t c = 0; c < CConfigMQSA::kTableColumns; ++c)
+            grid.At(r, c) = WordOfToday(grid.At(r, c), CConfigMQSA::CollimationText(r, c));
 }
 
 void SurveyRecord::BuildDates() {
     const std::string_view general = survey::kGeneralInformation;
     const auto dateOf = [&](const SurveyDateKeys& keys) {
-        FrmTimer date;
-        date.SetDTPicketDate(Field(general, keys.day), Field(general, keys.month), Field(general, keys.year));
-        return date.GetDTPicketDate();
+        return DateText(
+            DateOf(Field(general, keys.day), Field(general, keys.month), Field(general, keys.year)));
     };
     surveyDate = dateOf(survey::kSurveyDate);
     previousFilmDate = dateOf(survey::kPreviousFilmDate);

@@ -74,6 +74,9 @@ struct GridRow {
 
 const GridRow& GridRowOf(GridId grid);
 bool IsIn(std::span<const CellArea> areas, int32_t row, int32_t column);
+/// Key of the text that a cell has in a new survey; empty when it has none. A cell that a person can type in
+/// keeps it only until then.
+std::string_view LabelOf(GridId grid, int32_t row, int32_t column);
 /// The text of a page in the list of pages, as its key.
 std::string_view PageText(SurveyPage page);
 SurveyPage PageOf(GridId grid);
@@ -95,7 +98,7 @@ struct SurveyRecord {
     const std::string& Field(std::string_view group, std::string_view key) const {
         return fields[FieldIndex(group, key)];
     }
-    /// Writes the labels of a grid in today's language; what a person can type stays.
+    /// Writes the labels of a grid in today's language, and the proposals that nobody has changed.
     void WriteLabels(GridId grid);
     /// Builds the three date texts from their parts.
     void BuildDates();

@@ -337,6 +337,28 @@ TEST_F(SurveyProgramTest, AFailedSurveyInAGroupThatWasNotRunFails) {
     EXPECT_EQ(StatusOf(10), "2");
 }
 
+TEST_F(SurveyProgramTest, ADiscardedSurveyPrintsNoForms) {
+    NewSurvey();
+    EXPECT_EQ(Set({"--answer", "PR1=Fail"}), 1) << err;
+    ASSERT_EQ(Run({"run", Path("out.xml"), "--operator", "skip", "-o", Path("skipped.xml"), "--report",
+                   Path("skipped.txt")}),
+              0)
+        << err;
+    EXPECT_EQ(Read("skipped.xml").find("<ResultItem"), std::string::npos);
+    EXPECT_NE(Read("skipped.txt").find("Annual Mammography Survey"), std::string::npos);
+    EXPECT_EQ(Read("skipped.txt").find("QC TEST SUMMARY"), std::string::npos);
+}
+
+TEST_F(SurveyProgramTest, EmptyGridsAndAnEmptyMtiAreTaken) {
+    Write("in.xml",
+          Sequence(Element(10, 1300, "<Collimation><DeviXrayLightField/></Collimation>",
+                           "<ResultItem MTI=\"\"><Status>0</Status><Collimation><Alignment></Alignment>"
+                           "</Collimation><Viewbox/></ResultItem>")));
+    ASSERT_EQ(Run({"judge", Path("in.xml"), "-o", Path("out.xml")}), 0) << err;
+    EXPECT_NE(Read("out.xml").find("<Alignment>Difference between paddle edge and film[¤]"),
+              std::string::npos);
+}
+
 TEST_F(SurveyProgramTest, AnOutputIsWrittenAndACommandWithoutAPurposeRefused) {
     NewSurvey();
     EXPECT_EQ(Run({"survey", Path("new.xml")}), 2);
