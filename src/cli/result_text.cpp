@@ -106,7 +106,7 @@ class TestText {
         if (result->Status() == kNotTested) return std::move(mText);
         AddOrigin(*result);
         AddTaken(config, *result);
-        if (result->Rows().empty()) return std::move(mText);
+        if (result->LastReading() == nullptr) return std::move(mText);
         AddExposures(*result);
         AddCalculations(*result);
         AddFailures(*result);
@@ -161,6 +161,8 @@ class TestText {
     void AddExposures(const CResultCommon& result) {
         const auto& rows = result.Rows();
         std::size_t width = kLeastCellWidth;
+        if (std::any_of(rows.begin(), rows.end(), [](const auto& row) { return row->empty(); }))
+            width = std::max(width, CodePoints(Translate(text::kNoReading)));
         for (const auto& row : rows)
             for (const auto& item : *row)
                 if (IsShown(*item) && !result.IsTestWideColumn(item->RawKey()))
@@ -174,12 +176,15 @@ class TestText {
             for (std::size_t row = first; row < last; ++row)
                 head += "  " + RightAligned(PlainText(static_cast<int32_t>(row + 1)), width);
             Line(head);
-            for (std::size_t column = 0; column < rows[first]->size(); ++column) {
-                const CMeasurement& item = *(*rows[first])[column];
+            const MeasurementRow& columns = *result.LastReading();
+            for (std::size_t column = 0; column < columns.size(); ++column) {
+                const CMeasurement& item = *columns[column];
                 if (!IsShown(item) || result.IsTestWideColumn(item.RawKey())) continue;
                 std::string line = Fitted(LabelOf(item), kLabelWidth);
                 for (std::size_t row = first; row < last; ++row)
-                    if (column < rows[row]->size()) line += "  " + Cell(*(*rows[row])[column], width);
+                    line += "  " + (column < rows[row]->size()
+                                        ? Cell(*(*rows[row])[column], width)
+                                        : RightAligned(Translate(text::kNoReading), width));
                 Line(line);
             }
         }
@@ -188,7 +193,7 @@ class TestText {
     /// Statistics of the whole test: those of the last exposure.
     void AddCalculations(const CResultCommon& result) {
         bool headed = false;
-        for (const auto& item : *result.Rows().back()) {
+        for (const auto& item : *result.LastReading()) {
             if (!result.IsTestWideColumn(item->RawKey())) continue;
             if (!headed) {
                 Line("");

@@ -46,7 +46,7 @@ void CTestCommon::StoreRow(const DerivedRow& row, int32_t source) {
     if (!fault.empty() && mFault.empty())
         mFault = "exposure " + PlainText(static_cast<int32_t>(exposure)) + ": " + fault;
     mResult->UpdateStatus(*this, mPipe->SelectedStandards().get(), exposure);
-    Announce({*this, exposure, source, JoinedFields(row), 0});
+    if (Services().exposureStored) Announce({*this, exposure, source, JoinedFields(row), 0});
     mfrmTestGuide->ShowResult(shared_from_this(), exposure);
     if (source != kSourceZrd) mfrmTestGuide->SetWaveformExposure(exposure);
 }
@@ -104,7 +104,7 @@ void CTestCommon::TransferWaveform(uint8_t type) {
         mfrmTestGuide->DrawWaveform(mResult->WaveformOfRow(exposure));
     };
     mResult->WaveformType = type;
-    mResult->StoreWaveForm("");
+    mResult->StoreWaveForm("", exposure);
     show();
     const bool exposed = ReadNumber(mLastKvp) > 0 && ReadNumber(mExposureTime) > 0;
     if (!import || (type != kMaWaveform && !exposed)) return;
@@ -118,7 +118,7 @@ void CTestCommon::TransferWaveform(uint8_t type) {
         const std::string data = Vti().GetWaveform(0, length, kPoints, type);
         if (data.empty() || mStopped) return;
         mResult->Resolution(Vti().WaveformResolution());
-        mResult->StoreWaveForm(data);
+        mResult->StoreWaveForm(data, exposure);
         Announce({*this, exposure, 0, {}, type});
         show();
     };

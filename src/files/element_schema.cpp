@@ -168,6 +168,7 @@ constexpr AttributeRow kAttributes[] = {
     {Place::kJudgedBy,      tag::kProgram,          Form::kAny,            false},
     {Place::kJudgedBy,      tag::kFormulas,         Form::kWhole,          false},
     {Place::kMeasurement,   tag::kKey,              Form::kNotEmpty,       true},
+    {Place::kMeasurement,   tag::kMissing,          Form::kTruth,          false},
     {Place::kMeasuredValue, tag::kType,             Form::kWhole,          false},
     {Place::kStatus,        tag::kExtra,            Form::kWhole,          false},
 };
@@ -277,9 +278,10 @@ constexpr bool AreTogether(const Table& table, PlaceOf placeOf) {
 static_assert(AreTogether(kElements, [](const ElementRow& row) { return row.parent; }));
 static_assert(AreTogether(kAttributes, [](const AttributeRow& row) { return row.place; }));
 
-// A result that holds nothing foreign is written as it was read: one attribute has no order to keep.
+// A result that holds nothing foreign is written as it was read: one attribute has no order to keep. (A
+// measurement has a second one only in place of everything else.)
 static_assert([] {
-    for (Place place : {Place::kResultItem, Place::kSurveyResult, Place::kServiceRecord, Place::kMeasurement,
+    for (Place place : {Place::kResultItem, Place::kSurveyResult, Place::kServiceRecord,
                         Place::kMeasuredValue, Place::kStatus, Place::kWaveform, Place::kText}) {
         const RowRange range = kAttributeRanges[static_cast<std::size_t>(place)];
         if (range.end - range.begin > 1) return false;

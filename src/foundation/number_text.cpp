@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <limits>
 #include <locale>
+#include <optional>
 #include <sstream>
 
 #include "foundation/host_services.h"
@@ -147,6 +148,63 @@ Decimal DoubleDecimal(double value) {
     std::array<char, 64> buffer{};
     const std::string_view text = ShortText(value, buffer);
     return text.empty() ? RoundedDecimal(value, kDoubleDigits) : ToDecimal(text, std::signbit(value));
+}
+
+constexpr std::array<double, 23> kExactPowers = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// A number of 15 significant digits: `digits` divided by ten to the power of `decimals`.
+struct Scaled {
+    int64_t digits = 0;
+    std::size_t decimals = 0;
+};
+
+/// The size of an ordinary number, rounded to 15 digits, without its text. Scaling by an exact power of ten
+/// errs by half a unit in the last place, a sixteenth here: only next to a tie that leaves a doubt.
+std::optional<Scaled> Scale(double size) {
+    constexpr double kLeast = 1e-5;
+    constexpr double kMost = 1e9;
+    constexpr double kDoubt = 0.2;
+    constexpr std::size_t kLast = kDoubleDigits - 1;
+    if (size < kLeast || size >= kMost) return std::nullopt;
+    std::size_t before = 0;  // digits in front of the point but one
+    std::size_t zeros = 0;   // places from the point to the first digit
+    while (size >= kExactPowers[before + 1]) ++before;
+    while (size * kExactPowers[zeros] < 1) ++zeros;
+    const std::size_t decimals = kLast - before + zeros;
+    const double scaled = size * kExactPowers[decimals];
+    const double whole = std::floor(scaled + 0.5);
+    const bool certain = std::abs(scaled - std::floor(scaled) - 0.5) > kDoubt;
+    if (!certain || whole < kExactPowers[kLast] || whole >= kExactPowers[kDoubleDigits]) return std::nullopt;
+    return Scaled{static_cast<int64_t>(whole), decimals};
+}
+
+/// An ordinary number in a picture of one digit and some decimals; empty where the long way is needed.
+std::string ShortPicture(double value, std::size_t places, std::size_t least) {
+    constexpr std::size_t kMostPlaces = 4;
+    if (places == 0 || places > kMostPlaces) return {};
+    const std::optional<Scaled> scaled = Scale(std::abs(value));
+    if (!scaled) return {};
+    int64_t unit = 1;
+    for (std::size_t i = places; i < scaled->decimals; ++i) unit *= 10;
+    int64_t rounded = scaled->digits / unit;
+    if (const int64_t rest = scaled->digits % unit; rest >= unit - rest) ++rounded;
+    std::array<char, 24> buffer{};
+    char* const end = buffer.data() + buffer.size();
+    char* at = end;
+    char* kept = end;
+    int64_t left = rounded;
+    for (std::size_t place = places; place > 0; --place, left /= 10) {
+        *--at = static_cast<char>('0' + left % 10);
+        if (*at == '0' && kept == at + 1 && place > least) kept = at;
+    }
+    if (kept != at) *--at = '.';
+    char* const whole = at;
+    do *--at = static_cast<char>('0' + left % 10);
+    while ((left /= 10) > 0);
+    if (value < 0 && rounded > 0) *--at = '-';
+    return {at, kept > whole ? kept : whole};
 }
 
 /// As `RoundedDecimal` with 7 digits, for a single. An ordinary one is scaled to a whole number of 7 digits;
@@ -301,6 +359,8 @@ std::string PlainText(float value) {
 double PlainValue(double value) {
     std::array<char, 64> buffer{};
     if (!std::isfinite(value) || value == 0) return 0;
+    if (const std::optional<Scaled> scaled = Scale(std::abs(value)))
+        return std::copysign(static_cast<double>(scaled->digits) / kExactPowers[scaled->decimals], value);
     if (!ShortText(value, buffer).empty()) return value;
     return ReadNumber(PlainText(value));
 }
@@ -314,6 +374,10 @@ std::string FormatPicture(double value, std::string_view picture) {
     const std::size_t point = picture.find('.');
     const std::string_view places = point == std::string_view::npos ? "" : picture.substr(point + 1);
     const int least = static_cast<int>(std::count(places.begin(), places.end(), '0'));
+    if (point == 1)
+        if (std::string text = ShortPicture(value, places.size(), static_cast<std::size_t>(least));
+            !text.empty())
+            return text;
     const Decimal rounded =
         Rounded(DoubleDecimal(value), static_cast<int>(places.size()), Tie::kAwayFromZero);
     std::string text = Positional(rounded, least);

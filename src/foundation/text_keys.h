@@ -456,6 +456,8 @@ inline constexpr std::string_view kNoStandards           = "31151::There is no s
 inline constexpr std::string_view kStandardAtVoltage     = "31152::%%1 at %%2 kV";
 inline constexpr std::string_view kStandardReadings      = "31153::%%1 (readings in %%2)";
 
+inline constexpr std::string_view kNoReading             = "31160::no reading";
+
 // clang-format on
 
 }  // namespace vorex::text

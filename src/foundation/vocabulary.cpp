@@ -46,18 +46,6 @@ constexpr ChoiceRow kDoseRateBaseRows[] = {
 };
 constexpr ChoiceRow kPelomarkModeRows[] = {{0, text::kDoseMode, 0}, {1, text::kRateMode, 1}, {2, text::kLowRateMode, 2}};
 
-constexpr std::string_view kVariationRows[] = {
-    key::kErKvpMax, key::kErKvpAvg, key::kErKvPpv, key::kErExposure,
-    key::kErExposureRate, key::kErExposureTime, key::kErExposureInPulses, key::kErHvl,
-};
-constexpr std::string_view kMasColumns[] = {
-    key::kMa, key::kMas, key::kMasPulse, key::kDoseMas, key::kAvgMa, key::kAvgMas, key::kAvgMasPulse,
-    key::kAvgDoseMas, key::kCvMa, key::kCvMas, key::kCvMasPulse, key::kCvDoseMas,
-};
-constexpr std::string_view kWaveformQuantities[] = {
-    key::kKvpAvg, key::kKvpMax, key::kKvPpv, key::kExposure,
-    key::kExposureRate, key::kExposureTime, key::kExposureInPulses, key::kHvl,
-};
 // clang-format on
 
 template <std::size_t N>
@@ -152,20 +140,8 @@ std::string_view TimeUnitKey(int32_t mode) {
     return mode == kFluoro ? text::kUnitSec : text::kUnitMs;
 }
 
-bool IsVariationRow(std::string_view measurementKey) {
-    return Holds(kVariationRows, measurementKey);
-}
-
-bool IsMasFamily(std::string_view measurementKey) {
-    return Holds(kMasColumns, measurementKey);
-}
-
 bool IsMaxExposureRate(std::string_view measurementKey) {
     return measurementKey.starts_with(key::kMaxExposureRate);
-}
-
-bool IsWaveformQuantity(std::string_view measurementKey) {
-    return Holds(kWaveformQuantities, measurementKey);
 }
 
 std::string LimitKeyOf(std::string_view measurementKey) {

@@ -300,14 +300,8 @@ inline constexpr std::string_view kNotApplicable         = "NA";
 // clang-format on
 }  // namespace key
 
-/// The eight test-100 rows that hold a coefficient of variation under a raw quantity's limit key.
-bool IsVariationRow(std::string_view measurementKey);
-/// The twelve columns of the mAs meter: four readings, their means and their coefficients of variation.
-bool IsMasFamily(std::string_view measurementKey);
 /// "ER Maxi. Exposure Rate", with or without an exposure number behind it.
 bool IsMaxExposureRate(std::string_view measurementKey);
-/// The quantities of a ZRD 47500 exposure: "kVp Avg" to "HVL", without the pulse columns.
-bool IsWaveformQuantity(std::string_view measurementKey);
 /// The key under which limits are looked up: "ER " in front of a key that does not have it, the delimiter
 /// taken out.
 std::string LimitKeyOf(std::string_view measurementKey);
@@ -435,6 +429,7 @@ inline constexpr std::string_view kWaveform              = "Waveform";
 inline constexpr std::string_view kMasWaveform           = "mAsWaveform";
 inline constexpr std::string_view kSupersededExposure    = "SupersededExposure";
 inline constexpr std::string_view kExposure              = "Exposure";
+inline constexpr std::string_view kMissing               = "Missing";
 inline constexpr std::string_view kOrder                 = "Order";
 inline constexpr std::string_view kTime                  = "Time";
 inline constexpr std::string_view kRun                   = "Run";

@@ -28,10 +28,6 @@ constexpr Difference kDifferences[] = {
     {0,         key::kMode,             {},                    1200},
     {0,         key::kFluoroKvpError,   text::kPercentKvError, kColumnWidth},
 };
-/// Shown whatever the standard knows.
-constexpr std::string_view kAlwaysShown[] = {
-    key::kImportWaveform, key::kTemperature, key::kPressure, key::kAdcf, key::kBiasVoltage, key::kLeakCurrent,
-};
 constexpr int16_t kDescriptionWidth = 550;
 constexpr int16_t kVerdictWidth = 80;
 // clang-format on
@@ -88,8 +84,7 @@ std::string HiddenColumns(const std::vector<GuideColumn>& columns, const Standar
     if (chosen.empty()) return hidden;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const std::string& columnKey = columns[i].key;
-        if (std::find(std::begin(kAlwaysShown), std::end(kAlwaysShown), columnKey) != std::end(kAlwaysShown))
-            continue;
+        if (FactsOf(columnKey).Is(vorex::kAlwaysShown)) continue;
         const std::string limitKey = LimitKeyOf(columnKey);
         if (std::any_of(chosen.begin(), chosen.end(),
                         [&](const auto& standard) { return KnowsLimit(*standard, limitKey); }))

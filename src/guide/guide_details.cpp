@@ -5,6 +5,7 @@
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
+#include "results/result_columns.h"
 #include "views/result_keys.h"
 
 namespace vorex {
@@ -85,9 +86,9 @@ std::vector<std::string> CellDetails(const CResultCommon& result, const PressedC
     const auto& rows = result.Rows();
     if (cell.exposure >= 1 && cell.exposure <= rows.size() && rows[cell.exposure - 1U])
         tell(*rows[cell.exposure - 1U], ValueKeyOf);
-    if (result.TestId == kRadioRepro && !rows.empty()) {
-        tell(result.Current(), MeanKeyOf);
-        tell(result.Current(), VariationKeyOf);
+    if (const MeasurementRow* last = result.LastReading(); last != nullptr && result.TestId == kRadioRepro) {
+        tell(*last, MeanKeyOf);
+        tell(*last, VariationKeyOf);
     }
     if (lines.empty()) return lines;
     std::string heading;

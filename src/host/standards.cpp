@@ -77,9 +77,8 @@ float ExpectedResult::CalculateValue(float preset, int32_t side) const {
 int32_t ExpectedResult::Judge(float value, float preset, JudgedAs judgedAs) const {
     for (const auto& [side, name] : kSides) {
         if (!IsSet(side)) continue;
-        const bool judges = RowOf(At(side).form).judgesVariation
-                                ? judgedAs == JudgedAs::kVariation && IsVariationRow(mKey)
-                                : judgedAs == JudgedAs::kValue;
+        const bool judges = RowOf(At(side).form).judgesVariation ? judgedAs == JudgedAs::kVariation
+                                                                 : judgedAs == JudgedAs::kValue;
         if (!judges) continue;
         const float limit = CalculateValue(preset, side);
         if (side == kHighSide ? limit < value : limit > value) return kFailed;
@@ -168,7 +167,7 @@ std::shared_ptr<IStandard> StandardCollection::Item(int32_t index) const {
 std::shared_ptr<IStandard> StandardCollection::FindExpectedResult(int32_t /*flags*/, std::string_view name,
                                                                   std::string_view version) const {
     for (const auto& standard : mStandards)
-        if (standard->Name() == name && standard->Version() == version) return standard;
+        if (standard->IsCalled(name, version)) return standard;
     return nullptr;
 }
 

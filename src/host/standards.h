@@ -60,6 +60,9 @@ class Standard final : public IStandard {
 
     std::string Name() const override { return mName; }
     std::string Version() const override { return mVersion; }
+    bool IsCalled(std::string_view name, std::string_view version) const {
+        return mName == name && mVersion == version;
+    }
     const ExpectedResults& Results() const override { return mResults; }
     void AddExpectedResult(std::shared_ptr<IExpectedResult> limit) override;
     void RemoveExpectedResults(std::string_view limitKey) override;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "foundation/verdict_figures.h"
 #include "foundation/vocabulary.h"
@@ -49,6 +50,14 @@ class RowBuilder {
         return *this;
     }
     const std::vector<RowField>& Fields() const { return mRow.fields; }
+    std::string TextOf(std::string_view columnKey) const {
+        const auto at = std::find_if(mRow.fields.begin(), mRow.fields.end(),
+                                     [&](const RowField& field) { return field.key == columnKey; });
+        return at == mRow.fields.end() ? std::string() : at->text;
+    }
+    void ForNext(std::string_view columnKey, std::string text) {
+        mRow.next.push_back({columnKey, std::move(text)});
+    }
     SurveyOutcomes& Outcomes() { return mRow.outcomes; }
     DerivedRow Take() { return std::move(mRow); }
 
@@ -91,33 +100,16 @@ void AddAdjacentFlag(RowBuilder& row, const ReadingContext& context) {
 
 /// A column and its new reading.
 struct ColumnReading {
+    std::size_t place = 0;  ///< where the column most likely is in a row
     std::string_view key;
     std::string_view reading;
 };
 
-/// A column that test 100 has statistics of, and the columns of these.
-struct StatisticColumns {
-    std::string_view key;
-    std::string_view mean;
-    std::string_view variation;
+/// The readings of a column over the test; not usable as soon as one of them is a mark.
+struct History {
+    std::vector<double> values;
+    bool usable = true;
 };
-
-constexpr StatisticColumns kStatistics[] = {
-    {key::kKvpAvg, key::kAvgKvpAvg, key::kErKvpAvg},
-    {key::kKvpMax, key::kAvgKvpMax, key::kErKvpMax},
-    {key::kKvPpv, key::kAvgKvPpv, key::kErKvPpv},
-    {key::kExposure, key::kAvgExposure, key::kErExposure},
-    {key::kExposureRate, key::kAvgExposureRate, key::kErExposureRate},
-    {key::kExposureTime, key::kAvgExposureTime, key::kErExposureTime},
-    {key::kExposureInPulses, key::kAvgExposureInPulses, key::kErExposureInPulses},
-    {key::kHvl, key::kAvgHvl, key::kErHvl},
-    {key::kMa, key::kAvgMa, key::kCvMa},
-    {key::kMas, key::kAvgMas, key::kCvMas},
-    {key::kMasPulse, key::kAvgMasPulse, key::kCvMasPulse},
-    {key::kDoseMas, key::kAvgDoseMas, key::kCvDoseMas},
-};
-
-using History = std::optional<std::vector<double>>;
 
 /// The cell of a column in a stored row, or null. Mostly it stands where the working row has it, and is
 /// labelled by it.
@@ -129,34 +121,53 @@ const CMeasurement* FindStored(const MeasurementRow& row, std::string_view colum
 }
 
 /// Takes the reading of a stored row into the history of its column, if the row has it.
-void TakeStored(History& history, std::size_t row, const CMeasurement* cell) {
-    if (cell == nullptr || !history) return;
-    if (const std::optional<double> reading = cell->Reading())
-        (*history)[row] = *reading;
-    else
-        history.reset();
+void TakeStored(History& history, const CMeasurement* cell) {
+    if (cell == nullptr || !history.usable) return;
+    const std::optional<double> reading = cell->Reading();
+    history.usable = reading.has_value();
+    history.values.push_back(reading.value_or(0));
+}
+
+void TakeNew(History& history, std::string_view reading) {
+    history.usable = history.usable && IsValidReading(reading);
+    history.values.push_back(ReadNumber(reading));
+}
+
+/// Visits the stored rows that count beside the new reading, and the place of that reading among them.
+template <typename Stored, typename New>
+void ForEachExposure(const ReadingContext& context, const Stored& stored, const New& taken) {
+    const auto& rows = context.result.Rows();
+    const std::size_t index = context.exposureIndex;
+    const std::size_t count = index > 0 || context.redo ? rows.size() : 0;
+    for (std::size_t row = 0; row < std::min(index, count); ++row)
+        if (context.result.HasReading(row)) stored(*rows[row]);
+    taken();
+    for (std::size_t row = index + 1; row < count; ++row)
+        if (context.result.HasReading(row)) stored(*rows[row]);
 }
 
 /// Readings of columns over the test, the new ones in their place; empty for a column as soon as one of its
-/// readings is an over-range or under-range mark. A row that was never stored counts as 0.
+/// readings is an over-range or under-range mark. An exposure without a reading takes no part.
 std::vector<History> ColumnHistories(const ReadingContext& context, std::span<const ColumnReading> columns) {
-    const auto& rows = context.result.Rows();
-    const std::size_t index = context.exposureIndex;
-    const std::size_t stored = index > 0 || context.redo ? rows.size() : 0;
-    std::vector<History> histories(columns.size(), std::vector<double>(std::max(stored, index + 1)));
+    std::vector<History> histories(columns.size());
+    for (History& history : histories) history.values.reserve(context.result.Rows().size() + 1);
     const MeasurementRow& working = context.result.Current();
     std::vector<std::size_t> places;
-    for (const ColumnReading& column : columns)
-        places.push_back(ColumnNumber(working, column.key) - std::size_t{1});
-    // Row by row, as the readings lie in memory: long tests are read as a whole with each exposure.
-    for (std::size_t row = 0; row < stored; ++row)
-        if (row != index)
-            for (std::size_t i = 0; i < columns.size(); ++i)
-                TakeStored(histories[i], row, FindStored(*rows[row], columns[i].key, working, places[i]));
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (!IsValidReading(columns[i].reading)) histories[i].reset();
-        if (histories[i]) (*histories[i])[index] = ReadNumber(columns[i].reading);
+    places.reserve(columns.size());
+    for (const ColumnReading& column : columns) {
+        const bool there = column.place < working.size() && working[column.place]->RawKey() == column.key;
+        places.push_back(there ? column.place : ColumnNumber(working, column.key) - std::size_t{1});
     }
+    // Row by row, as the readings lie in memory: long tests are read as a whole with each exposure.
+    ForEachExposure(
+        context,
+        [&](const MeasurementRow& row) {
+            for (std::size_t i = 0; i < columns.size(); ++i)
+                TakeStored(histories[i], FindStored(row, columns[i].key, working, places[i]));
+        },
+        [&] {
+            for (std::size_t i = 0; i < columns.size(); ++i) TakeNew(histories[i], columns[i].reading);
+        });
     return histories;
 }
 
@@ -171,31 +182,44 @@ struct MeanAndCv {
     std::string cv;
 };
 
-MeanAndCv MeanAndVariation(const History& values) {
-    if (!values) return {};
-    const double mean = Named(SumOf(*values) / static_cast<double>(values->size()));
+MeanAndCv MeanAndVariation(const History& history) {
+    if (!history.usable || history.values.empty()) return {};
+    const double mean = Named(SumOf(history.values) / static_cast<double>(history.values.size()));
     if (mean <= 0) return {PlainText(mean), {}};
-    return {Shown(mean), Shown(SampleStdDev(*values) / mean)};
+    return {Shown(mean), Shown(SampleStdDev(history.values) / mean)};
+}
+
+/// The Dose/mAs that the result stores when this reading of the mAs meter arrives.
+std::string StoredDosePerMas(const ReadingContext& context, const RowBuilder& row) {
+    const CResultCommon& result = context.result;
+    const bool combined = result.DetectorName == kZrdAndMas || result.DetectorName == kPelomarkAndMas;
+    const CMeasurement* exposure = FindMeasurement(result.Current(), key::kExposure);
+    if (!combined || exposure == nullptr || exposure->ValueText().empty()) return {};
+    return DosePerMas(exposure->ValueText(), row.TextOf(key::kMas));
 }
 
 /// Adds the means of the columns that have statistics, then their coefficients of variation.
 void AddStatistics(RowBuilder& row, const ReadingContext& context) {
-    std::vector<const StatisticColumns*> statistics;
+    std::vector<StatisticColumns> statistics;
     std::vector<ColumnReading> readings;
+    statistics.reserve(row.Fields().size());
+    readings.reserve(row.Fields().size());
+    std::string dosePerMas;
     for (const RowField& field : row.Fields()) {
-        const auto* columns =
-            std::find_if(std::begin(kStatistics), std::end(kStatistics),
-                         [&](const StatisticColumns& known) { return known.key == field.key; });
-        if (columns == std::end(kStatistics)) continue;
+        const StatisticColumns& columns = FactsOf(field.key).statistics;
+        if (columns.mean.empty()) continue;
+        if (field.key == key::kDoseMas) dosePerMas = StoredDosePerMas(context, row);
         statistics.push_back(columns);
-        readings.push_back({field.key, field.text});
+        const bool computed = field.key == key::kDoseMas && !dosePerMas.empty();
+        readings.push_back({.place = static_cast<std::size_t>(&field - row.Fields().data()),
+                            .key = field.key,
+                            .reading = computed ? std::string_view(dosePerMas) : field.text});
     }
     std::vector<MeanAndCv> values;
     for (const History& history : ColumnHistories(context, readings))
         values.push_back(MeanAndVariation(history));
-    for (std::size_t i = 0; i < values.size(); ++i) row.Add(statistics[i]->mean, std::move(values[i].mean));
-    for (std::size_t i = 0; i < values.size(); ++i)
-        row.Add(statistics[i]->variation, std::move(values[i].cv));
+    for (std::size_t i = 0; i < values.size(); ++i) row.Add(statistics[i].mean, std::move(values[i].mean));
+    for (std::size_t i = 0; i < values.size(); ++i) row.Add(statistics[i].variation, std::move(values[i].cv));
 }
 
 bool CountsPulses(const CConfigCommon& config) {
@@ -266,20 +290,32 @@ std::string ExposurePerMas(const ReadingContext& context, const ZrdReading& r) {
     return Shown(exposure / (set * time * kSecondsPerMs));
 }
 
+/// |X1 - X2| <= L (X1 + X2): the coefficient of linearity of 21 CFR 1020.31(c). Empty without both.
+std::string Linearity(const std::string& perMas, const std::string& other) {
+    const double present = ReadNumber(perMas);
+    const double previous = ReadNumber(other);
+    if (perMas.empty() || !(present + previous > 0)) return {};
+    return Shown(std::abs(present - previous) / (present + previous));
+}
+
+std::string StoredPerMas(const MeasurementRow& row) {
+    const CMeasurement* cell = FindMeasurement(row, key::kExposurePerMas);
+    return cell == nullptr ? std::string() : cell->ValueText();
+}
+
 DerivedRow RadiographyLinearity(const ReadingContext& context, const ZrdReading& r) {
     RowBuilder row = BaseRow(context, r);
     const std::string perMas = ExposurePerMas(context, r);
+    const auto& rows = context.result.Rows();
+    const auto hasReading = [](const auto& stored) { return !stored->empty(); };
+    const auto begin = rows.begin();
+    const auto index = std::min<std::ptrdiff_t>(context.exposureIndex, std::ssize(rows));
+    const auto before = std::find_if(std::make_reverse_iterator(begin + index), rows.rend(), hasReading);
     row.Add(key::kExposurePerMas, perMas);
-    std::string linearity;
-    if (context.exposureIndex > 0 && !perMas.empty()) {
-        const uint8_t column = ColumnNumber(context.result.Current(), key::kExposurePerMas);
-        const auto before = static_cast<uint8_t>(context.exposureIndex - 1);
-        const double present = ReadNumber(perMas);
-        const double previous = ReadNumber(context.result.GetValue(before, column));
-        // |X1 - X2| <= L (X1 + X2): the coefficient of linearity of 21 CFR 1020.31(c).
-        if (present + previous > 0) linearity = Shown(std::abs(present - previous) / (present + previous));
-    }
-    return row.Add(key::kErNonAdjacent, std::move(linearity)).Take();
+    row.Add(key::kErNonAdjacent, before == rows.rend() ? "" : Linearity(perMas, StoredPerMas(**before)));
+    const auto after = std::find_if(begin + std::min(index + 1, std::ssize(rows)), rows.end(), hasReading);
+    if (after != rows.end()) row.ForNext(key::kErNonAdjacent, Linearity(StoredPerMas(**after), perMas));
+    return row.Take();
 }
 
 /// Tests 500 and 700: readings with the pulse columns where the mode has them. The time is shown whatever
@@ -311,14 +347,14 @@ DerivedRow FluoroscopyExposure(const ReadingContext& context, const ZrdReading& 
 /// Tube voltages of the test so far. Marks among earlier readings count as 0: only the new reading decides
 /// whether the statistics are shown.
 std::vector<double> VoltagesSoFar(const ReadingContext& context, std::string_view reading) {
-    const auto& rows = context.result.Rows();
-    const std::size_t index = context.exposureIndex;
-    const std::size_t stored = index > 0 || context.redo ? rows.size() : 0;
-    std::vector<double> values(std::max(stored, index + 1));
-    for (std::size_t row = 0; row < stored; ++row)
-        if (const CMeasurement* cell = FindMeasurement(*rows[row], key::kKvpAvg, 1))
-            values[row] = NumberOf(cell->RawValue());
-    values[index] = ReadNumber(reading);
+    std::vector<double> values;
+    ForEachExposure(
+        context,
+        [&](const MeasurementRow& row) {
+            if (const CMeasurement* cell = FindMeasurement(row, key::kKvpAvg, 1))
+                values.push_back(NumberOf(cell->RawValue()));
+        },
+        [&] { values.push_back(ReadNumber(reading)); });
     return values;
 }
 
@@ -380,14 +416,15 @@ std::optional<double> SkinExposure(const CConfigCommon& config, double exposure)
 GlandularDose ComputeGlandularDose(const ReadingContext& context, std::string_view reading,
                                    double unitFactor) {
     GlandularDose result;
-    const ColumnReading column{key::kExposure, reading};
-    History exposures = ColumnHistories(context, {&column, 1}).front();
-    if (exposures) {
-        for (double& exposure : *exposures) exposure = Named(exposure * unitFactor);
+    const ColumnReading column{0, key::kExposure, reading};
+    History history = ColumnHistories(context, {&column, 1}).front();
+    std::vector<double>& exposures = history.values;
+    if (history.usable) {
+        for (double& exposure : exposures) exposure = Named(exposure * unitFactor);
         const CConfigCommon& config = context.config;
-        const double mean = Named(SumOf(*exposures) / static_cast<double>(exposures->size()));
+        const double mean = Named(SumOf(exposures) / static_cast<double>(exposures.size()));
         const double corrected = Named(ReadNumber(config.pEnergyCorrectionFactor) * mean);
-        const double deviation = Named(SampleStdDev(*exposures));
+        const double deviation = Named(SampleStdDev(exposures));
         result.energyCorrectedMean = Shown(corrected);
         result.standardDeviation = Shown(deviation);
         if (corrected > 0) result.cv = Shown(deviation / corrected);
@@ -466,15 +503,7 @@ constexpr DetectorRow kDetectorRows[] = {
     {kMammoRadiation, MammographyOutput},
 };
 
-constexpr bool EveryTestHasARow() {
-    for (int32_t test : kMeasuringTests) {
-        const bool found = std::any_of(std::begin(kDetectorRows), std::end(kDetectorRows),
-                                       [&](const DetectorRow& row) { return row.testId == test; });
-        if (!found) return false;
-    }
-    return true;
-}
-static_assert(EveryTestHasARow(), "a measuring test derives nothing from its readings");
+static_assert(HasOneRowPerMeasuringTest(kDetectorRows));
 
 }  // namespace
 
@@ -524,6 +553,20 @@ DerivedRow BuildMasResult(const ReadingContext& context, const MasReading& r) {
         .AddReading(key::kDoseMas, r.dosePerMas);
     if (context.config.pTestID == kRadioRepro) AddStatistics(row, context);
     return row.Take();
+}
+
+std::string DosePerMas(const std::string& exposure, const std::string& mas) {
+    if (!IsValidReading(exposure) || !IsValidReading(mas) || !(ReadNumber(mas) > 0)) return {};
+    return PlainText(ReadNumber(exposure) / ReadNumber(mas));
+}
+
+std::vector<RowField> StatisticsOfColumn(const CResultCommon& result, std::string_view columnKey) {
+    const StatisticColumns& columns = FactsOf(columnKey).statistics;
+    if (columns.mean.empty() || result.TestId != kRadioRepro) return {};
+    History history;
+    for (const auto& row : result.Rows()) TakeStored(history, FindMeasurement(*row, columnKey));
+    MeanAndCv statistics = MeanAndVariation(history);
+    return {{columns.mean, std::move(statistics.mean)}, {columns.variation, std::move(statistics.cv)}};
 }
 
 }  // namespace vorex

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "config/config_common.h"
 #include "foundation/detector_service.h"
@@ -29,5 +32,10 @@ DerivedRow BuildDetectorResult(const ReadingContext& context, const ZrdReading& 
 DerivedRow BuildDosimeterResult(const ReadingContext& context, const PelomarkReading& reading);
 /// Row of an mAs meter reading.
 DerivedRow BuildMasResult(const ReadingContext& context, const MasReading& reading);
+
+/// Dose per mAs of an exposure and its charge; empty unless both are usable and the charge is above 0.
+std::string DosePerMas(const std::string& exposure, const std::string& mas);
+/// Mean and coefficient of variation of a column over the stored exposures; none for a column without.
+std::vector<RowField> StatisticsOfColumn(const CResultCommon& result, std::string_view columnKey);
 
 }  // namespace vorex

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/test_sets.h"
 #include "foundation/utilities.h"
@@ -17,10 +18,6 @@ bool IsKvpErrorKey(std::string_view measurementKey) {
 
 bool IsAccuracyErrorKey(std::string_view measurementKey) {
     return IsKvpErrorKey(measurementKey) || measurementKey == key::kPercentTimerError;
-}
-
-bool IsVoltageStatistic(std::string_view measurementKey) {
-    return measurementKey.starts_with("ER kV");
 }
 
 /// The cell of a status: 1 for Pass, 2 for Fail, else 0.
@@ -48,28 +45,8 @@ bool IsLinearityKey(std::string_view measurementKey) {
            EqualsIgnoringCase(measurementKey, key::kErNonAdjacent);
 }
 
-bool IsJudgedColumn(int32_t testId, std::string_view measurementKey) {
-    switch (testId) {
-        case kRadioRepro:
-            return IsVoltageStatistic(measurementKey);
-        case kRadioAccuracy:
-            return measurementKey.starts_with("ER RA");
-        case kRadioLinearity:
-            return IsLinearityKey(measurementKey);
-        case kFluoroAccuracy:
-            return measurementKey == key::kFluoroKvpError;
-        case kFluoroExposure:
-            return IsMaxExposureRate(measurementKey);
-        case kMammoAccRepro:
-            return measurementKey == key::kPercentError || measurementKey == key::kCv;
-        case kMammoAec:
-            return measurementKey == key::kCvMasSettings || measurementKey == key::kCvExposure ||
-                   measurementKey == key::kGlandularDose;
-        case kMammoRadiation:
-            return measurementKey == key::kOutputRate || measurementKey == key::kAirKermaRate;
-        default:
-            return false;
-    }
+bool IsJudgedColumn(int32_t testId, const CMeasurement& measurement) {
+    return measurement.Facts().Is(kJudged) && measurement.Facts().tests.Has(testId);
 }
 
 int32_t Judging::Criterion(std::size_t row) const {
@@ -171,7 +148,7 @@ void Judging::JudgeCoefficient(CMeasurement& coefficient, std::size_t row, bool 
 
 void Judging::JudgeStored(CMeasurement& measurement, std::size_t row, Walk& walk) const {
     const std::string& measurementKey = measurement.RawKey();
-    if (mTestId == kRadioRepro && row < walk.lastReading && IsVoltageStatistic(measurementKey)) {
+    if (mTestId == kRadioRepro && row < walk.lastReading && IsJudgedColumn(mTestId, measurement)) {
         measurement.Status(kPassed);  // the statistic belongs to the last row
         return;
     }
@@ -196,6 +173,9 @@ void Judging::JudgeStored(CMeasurement& measurement, std::size_t row, Walk& walk
         measurement.Status(kFailed);
         return;
     }
+    if (measurement.Facts().Is(kQuantity) && measurement.IsEmpty())
+        LogDiagnostic("exposure " + PlainText(static_cast<int32_t>(row + 1)) + ": \"" + measurementKey +
+                      "\" was not measured and is judged as 0");
     Judge(measurement);
     if (mTestId != kMammoAccRepro) return;
     StatusCells& cells = walk.cells;

@@ -66,6 +66,6 @@ class Judging {
 /// "ER Adjacent" or "ER Non Adjacent", whatever the case.
 bool IsLinearityKey(std::string_view measurementKey);
 /// True for a calculated column that stays a number in a stored row.
-bool IsJudgedColumn(int32_t testId, std::string_view measurementKey);
+bool IsJudgedColumn(int32_t testId, const CMeasurement& measurement);
 
 }  // namespace vorex

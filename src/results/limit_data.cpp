@@ -11,6 +11,7 @@
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "guide/dialog_wrapper.h"
+#include "results/result_columns.h"
 
 namespace vorex {
 

@@ -16,12 +16,8 @@ namespace {
 constexpr std::string_view kClassName = "CMeasurement";
 
 // clang-format off
-/// Judged statistics: an empty one is stored as text, and they are numbers again when loaded.
-constexpr std::string_view kStatisticKeys[] = {
-    key::kCriterionHvl, key::kCalculatedHvl, key::kOutputRate, key::kAirKermaRate, key::kPercentError,
-    key::kCv, key::kFluoroKvpError, key::kCvExposure, key::kCvMasSettings, key::kGlandularDose,
-    key::kPercentKvpError, key::kAbsoluteKvpError, key::kPercentTimerError,
-};
+/// Statistics of files of older versions that have no column today.
+constexpr std::string_view kFormerStatistics[] = {key::kCriterionHvl, key::kCalculatedHvl};
 /// Texts that are stored as their keys, so that a file reads in every language. The first that is found in a
 /// value wins.
 constexpr std::string_view kNeutralTexts[] = {
@@ -29,15 +25,11 @@ constexpr std::string_view kNeutralTexts[] = {
 };
 // clang-format on
 
-bool IsStatistic(std::string_view measurementKey) {
-    return std::find(std::begin(kStatisticKeys), std::end(kStatisticKeys), measurementKey) !=
-               std::end(kStatisticKeys) ||
-           IsVariationRow(measurementKey);
-}
-
-/// Texts that a person typed and that are shown unchanged.
-bool IsTypedText(std::string_view measurementKey) {
-    return measurementKey == key::kPhantomThickness || measurementKey == key::kMode;
+/// An empty one is stored as text, and it is a number again when loaded.
+bool IsStatistic(const CMeasurement& measurement) {
+    return measurement.Facts().Is(kLoadsAsNumber | kCvOfReadings) ||
+           std::find(std::begin(kFormerStatistics), std::end(kFormerStatistics), measurement.RawKey()) !=
+               std::end(kFormerStatistics);
 }
 
 bool IsVerdict(std::string_view shown) {
@@ -61,10 +53,16 @@ void CMeasurement::SetLabel(std::string MeasurementLabels::*label, std::string_v
 
 void CMeasurement::Initialize(std::string_view key, std::string_view description, std::string_view unit,
                               int32_t valueType) {
-    SetLabel(&MeasurementLabels::key, key);
+    Key(key);
     SetLabel(&MeasurementLabels::description, description);
     SetLabel(&MeasurementLabels::unit, unit);
     mValueType = valueType;
+}
+
+void CMeasurement::Key(std::string_view key) {
+    if (mLabels->key == key) return;
+    SetLabel(&MeasurementLabels::key, key);
+    mLabels->facts = FactsOf(key);
 }
 
 std::string CMeasurement::Description() const {
@@ -86,7 +84,7 @@ void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandar
 
 bool CMeasurement::IsJudgedBy(const IExpectedResult& limit, int32_t side) const {
     return limit.IsSet(side) && limit.Key() == LimitKeyOf(mLabels->key) &&
-           JudgesVariation(limit.Expression(side)) == IsVariationRow(mLabels->key);
+           JudgesVariation(limit.Expression(side)) == Facts().Is(kCvOfReadings);
 }
 
 float CMeasurement::CalculateLimitValue(const IExpectedResult& limit, int32_t side) const {
@@ -168,7 +166,7 @@ std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
     if (plain.empty()) return {};
     if (mValueType == kTruthValue && mLabels->key.starts_with("::")) return {};
     const std::string_view picture = Trimmed(mLabels->format);
-    if (IsTypedText(mLabels->key) || IsWritten(plain, picture) || !IsValidReading(plain)) return plain;
+    if (Facts().Is(kTypedText) || IsWritten(plain, picture) || !IsValidReading(plain)) return plain;
     if (!picture.empty()) return FormatPicture(ReadNumber(plain), picture);
     if (plain.find('*') != std::string::npos) return PlainText(ReadNumber(plain)) + "*";
     if (IsVerdict(plain)) return plain;
@@ -177,6 +175,10 @@ std::string CMeasurement::FormatValue(const TaggedValue& shown) const {
 
 std::string CMeasurement::GetDisplayText() const {
     const auto& formatter = Services().formatter;
+    if (mValueType == kTruthValue)
+        return std::string(EqualsIgnoringCase(ValueText(), kStoredTrue) || NumberOf(mValue) != 0
+                               ? kStoredTrue
+                               : kStoredFalse);
     if (!SupportsLimit(kHighSide) || !formatter) return ValueText();
     // A number that was loaded reads as it did before it was saved: in the picture of its column.
     return std::holds_alternative<double>(mValue) ? FormatValue(mValue) : formatter->ToText(mValue);
@@ -186,7 +188,7 @@ int32_t CMeasurement::StoredType() const {
     const std::string plain = ValueText();
     if (IsMaxExposureRate(mLabels->key) && (!IsValidReading(plain) || plain.find('*') != std::string::npos))
         return kTextOnly;
-    if (plain.empty() && IsStatistic(mLabels->key)) return kTextOnly;
+    if (plain.empty() && IsStatistic(*this)) return kTextOnly;
     return mValueType;
 }
 
@@ -238,7 +240,8 @@ void CMeasurement::Load(const std::shared_ptr<IXmlElement>& element, IProgressLo
         } else if (name == tag::kValue) {
             mReadingState = ReadingState::kUnknown;
             Services().codec->ReadValue(*child, mValue, mValueType);
-            if (IsMaxExposureRate(mLabels->key) || IsStatistic(mLabels->key)) mValueType = kJudgedNumber;
+            mStoredAsNumber = mValueType == kJudgedNumber;
+            if (IsStatistic(*this)) mValueType = kJudgedNumber;
             auto* plain = std::get_if<std::string>(&mValue);
             if (plain != nullptr && plain->find("::") != std::string::npos) *plain = Translate(*plain);
         } else if (name == tag::kUnit) {

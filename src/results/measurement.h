@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "foundation/host_contract.h"
+#include "results/column_facts.h"
 
 namespace vorex {
 
@@ -26,6 +27,7 @@ inline constexpr std::string_view kTwoDecimals = "0.0#";
 /// What the measurements of a column have in common.
 struct MeasurementLabels {
     std::string key;
+    ColumnFacts facts;  ///< of the key
     std::string description;
     std::string unit;
     std::string format;
@@ -65,7 +67,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
 
     // Raw access inside the library.
     const std::string& RawKey() const { return mLabels->key; }
-    void Key(std::string_view key) { SetLabel(&MeasurementLabels::key, key); }
+    void Key(std::string_view key);
+    /// What the column of the measurement is.
+    const ColumnFacts& Facts() const { return mLabels->facts; }
     const std::string& RawDescription() const { return mLabels->description; }
     void Description(std::string_view text) { SetLabel(&MeasurementLabels::description, text); }
     const std::string& RawUnit() const { return mLabels->unit; }
@@ -74,7 +78,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     const std::string& RawValueFormat() const { return mLabels->format; }
     /// Takes key, description, unit and picture of a measurement of the same column, and shares them with it
     /// until one of the two is changed.
-    void ShareLabels(const CMeasurement& other) { mLabels = other.mLabels; }
+    void ShareLabels(const CMeasurement& other) {
+        if (mLabels != other.mLabels) mLabels = other.mLabels;
+    }
     bool SharesLabels(const CMeasurement& other) const { return mLabels == other.mLabels; }
     const TaggedValue& RawPresetValue() const { return mPresetValue; }
     void PresetValue(TaggedValue preset) { mPresetValue = std::move(preset); }
@@ -83,16 +89,31 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
         mValue = std::move(newValue);
         mReadingState = ReadingState::kUnknown;
     }
+    /// Takes value, preset and status of another measurement.
+    void CopyReading(const CMeasurement& other) {
+        mValue = other.mValue;
+        mReading = other.mReading;
+        mReadingState = other.mReadingState;
+        mPresetValue = other.mPresetValue;
+        mStatus = other.mStatus;
+    }
     void Status(int32_t status) { mStatus = status; }
 
     /// The value as text, without the picture.
     std::string ValueText() const { return TextOf(mValue); }
+    /// True without a value, and for an empty text.
+    bool IsEmpty() const {
+        const auto* words = std::get_if<std::string>(&mValue);
+        return words == nullptr ? std::holds_alternative<std::monostate>(mValue) : words->empty();
+    }
     /// The value as a number; empty for the over-range and under-range marks. Read once and kept: with each
     /// exposure the statistics of a test read all of its cells.
     std::optional<double> Reading() const {
         if (mReadingState == ReadingState::kUnknown) ReadValue();
         return mReadingState == ReadingState::kNumber ? std::optional(mReading) : std::nullopt;
     }
+    /// True when the file that it was loaded from had it as a number that limits judge.
+    bool WasStoredAsNumber() const { return mStoredAsNumber; }
     /// False for the over-range and under-range marks.
     bool HasValidReading() const { return Reading().has_value(); }
 
@@ -137,6 +158,7 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     std::shared_ptr<MeasurementLabels> mLabels;  ///< never empty; a result has thousands of cells
     mutable double mReading = 0;                 ///< of `mValue`, once it is known
     mutable ReadingState mReadingState = ReadingState::kUnknown;
+    bool mStoredAsNumber = false;
     int32_t mValueType = kPlainValue;
     int32_t mStatus = 0;
     int32_t mStatusExtra = 0;

@@ -1,6 +1,7 @@
 #include "results/result_columns.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "foundation/test_sets.h"
 #include "foundation/utilities.h"
@@ -51,8 +52,10 @@ struct ColumnRow {
     std::string_view caption;
     UnitRule unit;
     int32_t type;
+    unsigned flags;
     std::string_view picture = {};
     When when = When::kAlways;
+    std::string_view of = {};  ///< column that a mean or a coefficient of variation is computed from
 };
 
 constexpr TestSet kFluoroTests = kFluoroscopy;
@@ -69,134 +72,115 @@ constexpr int32_t kNumber = kJudgedNumber;
 
 // clang-format off
 constexpr ColumnRow kReadings[] = {
-    // tests          kinds           key                     caption                     unit                       type    picture        when
-    {kAllTests,       kZrdKinds | kPelomarkKinds,
-                                      key::kImportWaveform,   text::kImportWaveform,      UnitRule::kNone,            kText},
-    {kLinearity,      kZrdKinds | kPelomarkKinds,
-                                      key::kAdjacent,         text::kAdjacent,            UnitRule::kNone,            kText},
-    {kAllTests,       kZrdKinds,      key::kKvpAvg,           text::kKvpAvg,              UnitRule::kKv,              kText},
-    {kAllTests,       kZrdKinds,      key::kKvpMax,           text::kKvpMax,              UnitRule::kKv,              kText},
-    {kAllTests,       kZrdKinds,      key::kKvPpv,            text::kKvPpv,               UnitRule::kKv,              kText},
-    {kAllTests,       kZrdKinds,      key::kExposure,         text::kExposure,            UnitRule::kExposure,        kText},
-    {kNotExposure,    kZrdKinds,      key::kExposureRate,     text::kExposureRate,        UnitRule::kRate,            kText},
-    {Tests({kFluoroExposure}), kZrdKinds,
-                                      key::kMaxExposureRate,  text::kExposureRate,        UnitRule::kRate,            kText},
-    {kAllTests,       kZrdKinds,      key::kExposureTime,     text::kExposureTime,        UnitRule::kTime,            kText, {}, When::kTimeBase},
-    {kAllTests,       kZrdKinds,      key::kExposureInPulses, text::kExposureInPulses,    UnitRule::kPulses,          kText, {}, When::kPulseBase},
-    {kFluoroTests,    kZrdKinds,      key::kPulseRate,        text::kPulseRate,           UnitRule::kPulsesPerSecond, kText, {}, When::kPulsedFluoro},
-    {kFluoroTests,    kZrdKinds,      key::kPulseWidth,       text::kPulseWidth,          UnitRule::kMs,              kText, {}, When::kPulsedFluoro},
-    {kAllTests,       kZrdKinds,      key::kHvl,              text::kHvl,                 UnitRule::kMmAl,            kText},
+    // tests, kinds, key, caption, unit, type, flags, picture, when, of
+    {kAllTests,                kZrdKinds | kPelomarkKinds, key::kImportWaveform,   text::kImportWaveform,   UnitRule::kNone,            kText, kCheckMark | kAlwaysShown | kOfEveryReading},
+    {kLinearity,               kZrdKinds | kPelomarkKinds, key::kAdjacent,         text::kAdjacent,         UnitRule::kNone,            kText, kCheckMark},
+    {kAllTests,                kZrdKinds,                  key::kKvpAvg,           text::kKvpAvg,           UnitRule::kKv,              kText, kHasPreset | kQuantity},
+    {kAllTests,                kZrdKinds,                  key::kKvpMax,           text::kKvpMax,           UnitRule::kKv,              kText, kHasPreset | kQuantity},
+    {kAllTests,                kZrdKinds,                  key::kKvPpv,            text::kKvPpv,            UnitRule::kKv,              kText, kHasPreset | kQuantity},
+    {kAllTests,                kZrdKinds,                  key::kExposure,         text::kExposure,         UnitRule::kExposure,        kText, kQuantity},
+    {kNotExposure,             kZrdKinds,                  key::kExposureRate,     text::kExposureRate,     UnitRule::kRate,            kText, kQuantity},
+    {Tests({kFluoroExposure}), kZrdKinds,                  key::kMaxExposureRate,  text::kExposureRate,     UnitRule::kRate,            kText, kJudged | kLoadsAsNumber},
+    {kAllTests,                kZrdKinds,                  key::kExposureTime,     text::kExposureTime,     UnitRule::kTime,            kText, kQuantity,                 {},            When::kTimeBase},
+    {kAllTests,                kZrdKinds,                  key::kExposureInPulses, text::kExposureInPulses, UnitRule::kPulses,          kText, kQuantity,                 {},            When::kPulseBase},
+    {kFluoroTests,             kZrdKinds,                  key::kPulseRate,        text::kPulseRate,        UnitRule::kPulsesPerSecond, kText, 0,                         {},            When::kPulsedFluoro},
+    {kFluoroTests,             kZrdKinds,                  key::kPulseWidth,       text::kPulseWidth,       UnitRule::kMs,              kText, 0,                         {},            When::kPulsedFluoro},
+    {kAllTests,                kZrdKinds,                  key::kHvl,              text::kHvl,              UnitRule::kMmAl,            kText, kQuantity},
 
-    {kAllTests,       kPelomarkKinds, key::kExposure,         text::kDose,                UnitRule::kDose,            kText, {}, When::kDoseMode},
-    {kAllTests,       kPelomarkKinds, key::kExposureRate,     text::kDoseRate,            UnitRule::kDoseRate,        kText},
-    {kAllTests,       kPelomarkKinds, key::kTemperature,      text::kTemperature,         UnitRule::kTemperature,     kText, kFourDecimals},
-    {kAllTests,       kPelomarkKinds, key::kPressure,         text::kPressure,            UnitRule::kPressure,        kText, kFourDecimals},
-    {kAllTests,       kPelomarkKinds, key::kAdcf,             text::kAdcf,                UnitRule::kNone,            kText, kFourDecimals},
-    {kAllTests,       kPelomarkKinds, key::kBiasVoltage,      text::kBiasVoltage,         UnitRule::kVolt,            kText, kFourDecimals},
-    {kAllTests,       kPelomarkKinds, key::kLeakCurrent,      text::kLeakCurrent,         UnitRule::kPicoampere,      kText, kFourDecimals},
+    {kAllTests,                kPelomarkKinds,             key::kExposure,         text::kDose,             UnitRule::kDose,            kText, kQuantity,                 {},            When::kDoseMode},
+    {kAllTests,                kPelomarkKinds,             key::kExposureRate,     text::kDoseRate,         UnitRule::kDoseRate,        kText, kQuantity},
+    {kAllTests,                kPelomarkKinds,             key::kTemperature,      text::kTemperature,      UnitRule::kTemperature,     kText, kAlwaysShown,              kFourDecimals},
+    {kAllTests,                kPelomarkKinds,             key::kPressure,         text::kPressure,         UnitRule::kPressure,        kText, kAlwaysShown,              kFourDecimals},
+    {kAllTests,                kPelomarkKinds,             key::kAdcf,             text::kAdcf,             UnitRule::kNone,            kText, kAlwaysShown,              kFourDecimals},
+    {kAllTests,                kPelomarkKinds,             key::kBiasVoltage,      text::kBiasVoltage,      UnitRule::kVolt,            kText, kAlwaysShown,              kFourDecimals},
+    {kAllTests,                kPelomarkKinds,             key::kLeakCurrent,      text::kLeakCurrent,      UnitRule::kPicoampere,      kText, kAlwaysShown,              kFourDecimals},
 };
 
 constexpr ColumnRow kMasReadings[] = {
-    {kAllTests, kMasAlone, key::kImportWaveform, text::kImportWaveform, UnitRule::kNone, kText},
-    {kAllTests, kMasKinds, key::kMa,             text::kMa,             UnitRule::kMa,   kNumber, kFourDecimals},
-    {kAllTests, kMasKinds, key::kMas,            text::kMas,            UnitRule::kMas,  kNumber, kFourDecimals},
-    {kAllTests, kMasKinds, key::kMasPulse,       text::kMasPerPulse,    UnitRule::kNone, kNumber, kFourDecimals},
-    {kAllTests, kMasKinds, key::kDoseMas,        text::kDosePerMas,     UnitRule::kNone, kNumber, kFourDecimals},
+    {kAllTests, kMasAlone, key::kImportWaveform, text::kImportWaveform, UnitRule::kNone, kText,   kCheckMark | kAlwaysShown | kOfEveryReading},
+    {kAllTests, kMasKinds, key::kMa,             text::kMa,             UnitRule::kMa,   kNumber, kOfMasMeter,               kFourDecimals},
+    {kAllTests, kMasKinds, key::kMas,            text::kMas,            UnitRule::kMas,  kNumber, kOfMasMeter,               kFourDecimals},
+    {kAllTests, kMasKinds, key::kMasPulse,       text::kMasPerPulse,    UnitRule::kNone, kNumber, kOfMasMeter,               kFourDecimals},
+    {kAllTests, kMasKinds, key::kDoseMas,        text::kDosePerMas,     UnitRule::kNone, kNumber, kOfMasMeter,               kFourDecimals},
 };
 
 constexpr ColumnRow kTestColumns[] = {
-    {kAccuracy,  kZrdKinds, key::kPercentKvpError,   text::kPercentKvpAvgError,   UnitRule::kPercent, kNumber, kFourDecimals},
-    {kAccuracy,  kZrdKinds, key::kAbsoluteKvpError,  text::kAbsoluteKvpAvgError,  UnitRule::kKv,      kNumber, kTwoDecimals},
-    {kAccuracy,  kZrdKinds, key::kPercentTimerError, text::kPercentTimerError,    UnitRule::kPercent, kNumber, kFourDecimals, When::kMaTimeSetup},
+    {kAccuracy,                kZrdKinds,                  key::kPercentKvpError,       text::kPercentKvpAvgError,     UnitRule::kPercent,        kNumber, kJudged | kLoadsAsNumber,             kFourDecimals},
+    {kAccuracy,                kZrdKinds,                  key::kAbsoluteKvpError,      text::kAbsoluteKvpAvgError,    UnitRule::kKv,             kNumber, kJudged | kLoadsAsNumber,             kTwoDecimals},
+    {kAccuracy,                kZrdKinds,                  key::kPercentTimerError,     text::kPercentTimerError,      UnitRule::kPercent,        kNumber, kJudged | kLoadsAsNumber,             kFourDecimals, When::kMaTimeSetup},
 
-    {kLinearity, kZrdKinds, key::kExposurePerMas,    text::kExposurePerMas,         UnitRule::kExposurePerMas, kText},
-    {kLinearity, kZrdKinds, key::kErNonAdjacent,     text::kCoefficientOfLinearity, UnitRule::kNone,           kNumber, kFourDecimals},
+    {kLinearity,               kZrdKinds,                  key::kExposurePerMas,        text::kExposurePerMas,         UnitRule::kExposurePerMas, kText,   0},
+    {kLinearity,               kZrdKinds,                  key::kErNonAdjacent,         text::kCoefficientOfLinearity, UnitRule::kNone,           kNumber, kJudged,                              kFourDecimals},
 
-    {Tests({kFluoroAccuracy}), kZrdKinds, key::kFluoroKvpError,   text::kPercentKvpAvgError, UnitRule::kPercent, kNumber, kFourDecimals},
-    {Tests({kFluoroExposure}), kZrdKinds, key::kPhantomThickness, text::kPhantomThickness,   UnitRule::kNone,    kText},
-    {Tests({kFluoroExposure}), kZrdKinds, key::kMode,             text::kFluoroMode,         UnitRule::kNone,    kText},
+    {Tests({kFluoroAccuracy}), kZrdKinds,                  key::kFluoroKvpError,        text::kPercentKvpAvgError,     UnitRule::kPercent,        kNumber, kJudged | kLoadsAsNumber,             kFourDecimals},
+    {Tests({kFluoroExposure}), kZrdKinds,                  key::kPhantomThickness,      text::kPhantomThickness,       UnitRule::kNone,           kText,   kTypedText},
+    {Tests({kFluoroExposure}), kZrdKinds,                  key::kMode,                  text::kFluoroMode,             UnitRule::kNone,           kText,   kTypedText},
 
-    {kAccRepro,  kZrdKinds, key::kHalfMeanKvp,           text::kHalfMeanKvp,           UnitRule::kKv,      kText},
-    {kAccRepro,  kZrdKinds, key::kHalfStandardDeviation, text::kHalfStandardDeviation, UnitRule::kNone,    kText},
-    {kAccRepro,  kZrdKinds, key::kMeanKvp,               text::kMeanKvp,               UnitRule::kKv,      kText},
-    {kAccRepro,  kZrdKinds, key::kStandardDeviation,     text::kStandardDeviation,     UnitRule::kNone,    kText},
-    {kAccRepro,  kZrdKinds, key::kMeanMinusNominal,      text::kMeanMinusNominal,      UnitRule::kKv,      kText},
-    {kAccRepro,  kZrdKinds, key::kFivePercentNominal,    text::kFivePercentNominal,    UnitRule::kKv,      kText},
-    {kAccRepro,  kZrdKinds, key::kPercentError,          text::kPercentError,          UnitRule::kPercent, kNumber, kFourDecimals},
-    {kAccRepro,  kZrdKinds, key::kCv,                    text::kCv,                    UnitRule::kNone,    kNumber, kFourDecimals},
+    {kAccRepro,                kZrdKinds,                  key::kHalfMeanKvp,           text::kHalfMeanKvp,            UnitRule::kKv,             kText,   kTestWide},
+    {kAccRepro,                kZrdKinds,                  key::kHalfStandardDeviation, text::kHalfStandardDeviation,  UnitRule::kNone,           kText,   kTestWide},
+    {kAccRepro,                kZrdKinds,                  key::kMeanKvp,               text::kMeanKvp,                UnitRule::kKv,             kText,   kTestWide},
+    {kAccRepro,                kZrdKinds,                  key::kStandardDeviation,     text::kStandardDeviation,      UnitRule::kNone,           kText,   kTestWide},
+    {kAccRepro,                kZrdKinds,                  key::kMeanMinusNominal,      text::kMeanMinusNominal,       UnitRule::kKv,             kText,   kTestWide},
+    {kAccRepro,                kZrdKinds,                  key::kFivePercentNominal,    text::kFivePercentNominal,     UnitRule::kKv,             kText,   kTestWide},
+    {kAccRepro,                kZrdKinds,                  key::kPercentError,          text::kPercentError,           UnitRule::kPercent,        kNumber, kJudged | kLoadsAsNumber | kTestWide, kFourDecimals},
+    {kAccRepro,                kZrdKinds,                  key::kCv,                    text::kCv,                     UnitRule::kNone,           kNumber, kJudged | kLoadsAsNumber | kTestWide, kFourDecimals},
 
-    {kAec, kZrdKinds,      key::kEnergyCorrectedMean,  text::kEnergyCorrectedMean,  UnitRule::kRoentgenOrGray, kText},
-    {kAec, kZrdKinds,      key::kStandardDeviations,   text::kSdExposure,           UnitRule::kNone,           kText},
-    {kAec, kZrdKinds,      key::kCvExposure,           text::kCvExposure,           UnitRule::kNone,           kNumber, kFourDecimals},
-    {kAec, kZrdKinds,      key::kCvMasSettings,        text::kCvMasOfSettings,      UnitRule::kNone,           kNumber, kFourDecimals},
-    {kAec, kPelomarkKinds, key::kEnergyCorrectedMean,  text::kEnergyCorrectedMean,  UnitRule::kDose,           kText,   {},            When::kDoseMode},
-    {kAec, kPelomarkKinds, key::kStandardDeviations,   text::kSdDose,               UnitRule::kNone,           kText,   {},            When::kDoseMode},
-    {kAec, kPelomarkKinds, key::kCvExposure,           text::kCvDose,               UnitRule::kNone,           kNumber, kFourDecimals, When::kDoseMode},
-    {kAec, kZrdKinds | kPelomarkKinds, key::kSkinExposure,         text::kSkinExposure,         UnitRule::kNone,         kText,   {},            When::kDoseMode},
-    {kAec, kZrdKinds | kPelomarkKinds, key::kDoseConversionFactor, text::kDoseConversionFactor, UnitRule::kMilliradPerR, kText,   {},            When::kDoseMode},
-    {kAec, kZrdKinds | kPelomarkKinds, key::kGlandularDose,        text::kGlandularDose,        UnitRule::kMillirad,     kNumber, kFourDecimals, When::kDoseMode},
+    {kAec,                     kZrdKinds,                  key::kEnergyCorrectedMean,   text::kEnergyCorrectedMean,    UnitRule::kRoentgenOrGray, kText,   kTestWide},
+    {kAec,                     kZrdKinds,                  key::kStandardDeviations,    text::kSdExposure,             UnitRule::kNone,           kText,   kTestWide},
+    {kAec,                     kZrdKinds,                  key::kCvExposure,            text::kCvExposure,             UnitRule::kNone,           kNumber, kJudged | kLoadsAsNumber | kTestWide, kFourDecimals},
+    {kAec,                     kZrdKinds,                  key::kCvMasSettings,         text::kCvMasOfSettings,        UnitRule::kNone,           kNumber, kJudged | kLoadsAsNumber | kTestWide, kFourDecimals},
+    {kAec,                     kPelomarkKinds,             key::kEnergyCorrectedMean,   text::kEnergyCorrectedMean,    UnitRule::kDose,           kText,   kTestWide,                            {},            When::kDoseMode},
+    {kAec,                     kPelomarkKinds,             key::kStandardDeviations,    text::kSdDose,                 UnitRule::kNone,           kText,   kTestWide,                            {},            When::kDoseMode},
+    {kAec,                     kPelomarkKinds,             key::kCvExposure,            text::kCvDose,                 UnitRule::kNone,           kNumber, kJudged | kLoadsAsNumber | kTestWide, kFourDecimals, When::kDoseMode},
+    {kAec,                     kZrdKinds | kPelomarkKinds, key::kSkinExposure,          text::kSkinExposure,           UnitRule::kNone,           kText,   kTestWide,                            {},            When::kDoseMode},
+    {kAec,                     kZrdKinds | kPelomarkKinds, key::kDoseConversionFactor,  text::kDoseConversionFactor,   UnitRule::kMilliradPerR,   kText,   kTestWide,                            {},            When::kDoseMode},
+    {kAec,                     kZrdKinds | kPelomarkKinds, key::kGlandularDose,         text::kGlandularDose,          UnitRule::kMillirad,       kNumber, kJudged | kLoadsAsNumber | kTestWide, kFourDecimals, When::kDoseMode},
 
-    {kOutput, kZrdKinds, key::kOutputRate,   text::kExposureRate, UnitRule::kOutputRate,   kNumber, kFourDecimals},
-    {kOutput, kZrdKinds, key::kAirKermaRate, text::kAirKermaRate, UnitRule::kAirKermaRate, kNumber, kFourDecimals},
+    {kOutput,                  kZrdKinds,                  key::kOutputRate,            text::kExposureRate,           UnitRule::kOutputRate,     kNumber, kJudged | kLoadsAsNumber,             kFourDecimals},
+    {kOutput,                  kZrdKinds,                  key::kAirKermaRate,          text::kAirKermaRate,           UnitRule::kAirKermaRate,   kNumber, kJudged | kLoadsAsNumber,             kFourDecimals},
 
-    {kRepro, kZrdKinds, key::kAvgKvpAvg,           text::kAvgKvpAvg,           UnitRule::kKv,       kText},
-    {kRepro, kZrdKinds, key::kAvgKvpMax,           text::kAvgKvpMax,           UnitRule::kKv,       kText},
-    {kRepro, kZrdKinds, key::kAvgKvPpv,            text::kAvgKvPpv,            UnitRule::kKv,       kText},
-    {kRepro, kZrdKinds, key::kAvgExposure,         text::kAvgExposure,         UnitRule::kExposure, kText},
-    {kRepro, kZrdKinds, key::kAvgExposureRate,     text::kAvgExposureRate,     UnitRule::kRate,     kText},
-    {kRepro, kZrdKinds, key::kAvgExposureTime,     text::kAvgExposureTime,     UnitRule::kTime,     kText, {}, When::kTimeBase},
-    {kRepro, kZrdKinds, key::kAvgExposureInPulses, text::kAvgExposureInPulses, UnitRule::kPulses,   kText, {}, When::kPulseBase},
-    {kRepro, kZrdKinds, key::kAvgHvl,              text::kAvgHvl,              UnitRule::kMmAl,     kText},
-    {kRepro, kBothZrd,  key::kAvgMa,               text::kAvgMa,               UnitRule::kMa,       kNumber, kFourDecimals},
-    {kRepro, kBothZrd,  key::kAvgMas,              text::kAvgMas,              UnitRule::kMas,      kNumber, kFourDecimals},
-    {kRepro, kBothZrd,  key::kAvgMasPulse,         text::kAvgMasPerPulse,      UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kBothZrd,  key::kAvgDoseMas,          text::kAvgDosePerMas,       UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kZrdKinds, key::kErKvpAvg,            text::kCvKvpAvg,            UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kZrdKinds, key::kErKvpMax,            text::kCvKvpMax,            UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kZrdKinds, key::kErKvPpv,             text::kCvKvPpv,             UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kZrdKinds, key::kErExposure,          text::kCvExposure,          UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kZrdKinds, key::kErExposureRate,      text::kCvExposureRate,      UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kZrdKinds, key::kErExposureTime,      text::kCvExposureTime,      UnitRule::kNone,     kNumber, kFourDecimals, When::kTimeBase},
-    {kRepro, kZrdKinds, key::kErExposureInPulses,  text::kCvExposureInPulses,  UnitRule::kNone,     kNumber, kFourDecimals, When::kPulseBase},
-    {kRepro, kZrdKinds, key::kErHvl,               text::kCvHvl,               UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kBothZrd,  key::kCvMa,                text::kCvMa,                UnitRule::kMa,       kNumber, kFourDecimals},
-    {kRepro, kBothZrd,  key::kCvMas,               text::kCvMas,               UnitRule::kMas,      kNumber, kFourDecimals},
-    {kRepro, kBothZrd,  key::kCvMasPulse,          text::kCvMasPerPulse,       UnitRule::kNone,     kNumber, kFourDecimals},
-    {kRepro, kBothZrd,  key::kCvDoseMas,           text::kCvDosePerMas,        UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro,                   kZrdKinds,                  key::kAvgKvpAvg,             text::kAvgKvpAvg,              UnitRule::kKv,             kText,   kMean,                                {},            When::kAlways,      key::kKvpAvg},
+    {kRepro,                   kZrdKinds,                  key::kAvgKvpMax,             text::kAvgKvpMax,              UnitRule::kKv,             kText,   kMean,                                {},            When::kAlways,      key::kKvpMax},
+    {kRepro,                   kZrdKinds,                  key::kAvgKvPpv,              text::kAvgKvPpv,               UnitRule::kKv,             kText,   kMean,                                {},            When::kAlways,      key::kKvPpv},
+    {kRepro,                   kZrdKinds,                  key::kAvgExposure,           text::kAvgExposure,            UnitRule::kExposure,       kText,   kMean,                                {},            When::kAlways,      key::kExposure},
+    {kRepro,                   kZrdKinds,                  key::kAvgExposureRate,       text::kAvgExposureRate,        UnitRule::kRate,           kText,   kMean,                                {},            When::kAlways,      key::kExposureRate},
+    {kRepro,                   kZrdKinds,                  key::kAvgExposureTime,       text::kAvgExposureTime,        UnitRule::kTime,           kText,   kMean,                                {},            When::kTimeBase,    key::kExposureTime},
+    {kRepro,                   kZrdKinds,                  key::kAvgExposureInPulses,   text::kAvgExposureInPulses,    UnitRule::kPulses,         kText,   kMean,                                {},            When::kPulseBase,   key::kExposureInPulses},
+    {kRepro,                   kZrdKinds,                  key::kAvgHvl,                text::kAvgHvl,                 UnitRule::kMmAl,           kText,   kMean,                                {},            When::kAlways,      key::kHvl},
+    {kRepro,                   kBothZrd,                   key::kAvgMa,                 text::kAvgMa,                  UnitRule::kMa,             kNumber, kOfMasMeter | kMean,                  kFourDecimals, When::kAlways,      key::kMa},
+    {kRepro,                   kBothZrd,                   key::kAvgMas,                text::kAvgMas,                 UnitRule::kMas,            kNumber, kOfMasMeter | kMean,                  kFourDecimals, When::kAlways,      key::kMas},
+    {kRepro,                   kBothZrd,                   key::kAvgMasPulse,           text::kAvgMasPerPulse,         UnitRule::kNone,           kNumber, kOfMasMeter | kMean,                  kFourDecimals, When::kAlways,      key::kMasPulse},
+    {kRepro,                   kBothZrd,                   key::kAvgDoseMas,            text::kAvgDosePerMas,          UnitRule::kNone,           kNumber, kOfMasMeter | kMean,                  kFourDecimals, When::kAlways,      key::kDoseMas},
+    {kRepro,                   kZrdKinds,                  key::kErKvpAvg,              text::kCvKvpAvg,               UnitRule::kNone,           kNumber, kJudged | kCvOfReadings,                 kFourDecimals, When::kAlways,      key::kKvpAvg},
+    {kRepro,                   kZrdKinds,                  key::kErKvpMax,              text::kCvKvpMax,               UnitRule::kNone,           kNumber, kJudged | kCvOfReadings,                 kFourDecimals, When::kAlways,      key::kKvpMax},
+    {kRepro,                   kZrdKinds,                  key::kErKvPpv,               text::kCvKvPpv,                UnitRule::kNone,           kNumber, kJudged | kCvOfReadings,                 kFourDecimals, When::kAlways,      key::kKvPpv},
+    {kRepro,                   kZrdKinds,                  key::kErExposure,            text::kCvExposure,             UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kAlways,      key::kExposure},
+    {kRepro,                   kZrdKinds,                  key::kErExposureRate,        text::kCvExposureRate,         UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kAlways,      key::kExposureRate},
+    {kRepro,                   kZrdKinds,                  key::kErExposureTime,        text::kCvExposureTime,         UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kTimeBase,    key::kExposureTime},
+    {kRepro,                   kZrdKinds,                  key::kErExposureInPulses,    text::kCvExposureInPulses,     UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kPulseBase,   key::kExposureInPulses},
+    {kRepro,                   kZrdKinds,                  key::kErHvl,                 text::kCvHvl,                  UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kAlways,      key::kHvl},
+    {kRepro,                   kBothZrd,                   key::kCvMa,                  text::kCvMa,                   UnitRule::kMa,             kNumber, kOfMasMeter | kCoefficient,           kFourDecimals, When::kAlways,      key::kMa},
+    {kRepro,                   kBothZrd,                   key::kCvMas,                 text::kCvMas,                  UnitRule::kMas,            kNumber, kOfMasMeter | kCoefficient,           kFourDecimals, When::kAlways,      key::kMas},
+    {kRepro,                   kBothZrd,                   key::kCvMasPulse,            text::kCvMasPerPulse,          UnitRule::kNone,           kNumber, kOfMasMeter | kCoefficient,           kFourDecimals, When::kAlways,      key::kMasPulse},
+    {kRepro,                   kBothZrd,                   key::kCvDoseMas,             text::kCvDosePerMas,           UnitRule::kNone,           kNumber, kOfMasMeter | kCoefficient,           kFourDecimals, When::kAlways,      key::kDoseMas},
 
-    {kRepro, kPelomarkKinds, key::kAvgExposure,     text::kAvgDose,           UnitRule::kDose,     kText,   {},            When::kDoseMode},
-    {kRepro, kPelomarkKinds, key::kAvgExposureRate, text::kAvgDoseRate,       UnitRule::kDoseRate, kText},
-    {kRepro, kPelomarkKinds, key::kErExposure,      text::kCvDoseOfExposures, UnitRule::kNone,     kNumber, kFourDecimals, When::kDoseMode},
-    {kRepro, kPelomarkKinds, key::kErExposureRate,  text::kCvDoseRate,        UnitRule::kNone,     kNumber, kFourDecimals},
+    {kRepro,                   kPelomarkKinds,             key::kAvgExposure,           text::kAvgDose,                UnitRule::kDose,           kText,   kMean,                                {},            When::kDoseMode,    key::kExposure},
+    {kRepro,                   kPelomarkKinds,             key::kAvgExposureRate,       text::kAvgDoseRate,            UnitRule::kDoseRate,       kText,   kMean,                                {},            When::kAlways,      key::kExposureRate},
+    {kRepro,                   kPelomarkKinds,             key::kErExposure,            text::kCvDoseOfExposures,      UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kDoseMode,    key::kExposure},
+    {kRepro,                   kPelomarkKinds,             key::kErExposureRate,        text::kCvDoseRate,             UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kAlways,      key::kExposureRate},
 };
 
 /// Statistics of the mAs meter for the kinds that do not have them among the test's columns.
 constexpr KindSet kMasStatisticsKinds = {kMasMeter, kPelomarkAndMas};
 constexpr ColumnRow kMasStatistics[] = {
-    {kRepro, kMasStatisticsKinds, key::kAvgMa,       text::kAvgMa,          UnitRule::kMa,   kNumber, kFourDecimals},
-    {kRepro, kMasStatisticsKinds, key::kAvgMas,      text::kAvgMas,         UnitRule::kMas,  kNumber, kFourDecimals},
-    {kRepro, kMasStatisticsKinds, key::kAvgMasPulse, text::kAvgMasPerPulse, UnitRule::kNone, kNumber, kFourDecimals},
-    {kRepro, kMasStatisticsKinds, key::kAvgDoseMas,  text::kAvgDosePerMas,  UnitRule::kNone, kNumber, kFourDecimals},
-    {kRepro, kMasStatisticsKinds, key::kCvMa,        text::kCvMa,           UnitRule::kMa,   kNumber, kFourDecimals},
-    {kRepro, kMasStatisticsKinds, key::kCvMas,       text::kCvMas,          UnitRule::kMas,  kNumber, kFourDecimals},
-    {kRepro, kMasStatisticsKinds, key::kCvMasPulse,  text::kCvMasPerPulse,  UnitRule::kNone, kNumber, kFourDecimals},
-    {kRepro, kMasStatisticsKinds, key::kCvDoseMas,   text::kCvDosePerMas,   UnitRule::kNone, kNumber, kFourDecimals},
-};
-
-/// Keys of the statistics that hold for a whole test.
-constexpr std::string_view kReproStatistics[] = {
-    key::kAvgKvpAvg, key::kAvgKvpMax, key::kAvgKvPpv, key::kAvgExposure, key::kAvgExposureRate,
-    key::kAvgExposureTime, key::kAvgExposureInPulses, key::kAvgHvl,
-    key::kAvgMa, key::kAvgMas, key::kAvgMasPulse, key::kAvgDoseMas,
-    key::kCvMa, key::kCvMas, key::kCvMasPulse, key::kCvDoseMas,
-};
-constexpr std::string_view kAccReproStatistics[] = {
-    key::kHalfMeanKvp, key::kHalfStandardDeviation, key::kMeanKvp, key::kStandardDeviation,
-    key::kMeanMinusNominal, key::kFivePercentNominal, key::kPercentError, key::kCv,
-};
-constexpr std::string_view kAecStatistics[] = {
-    key::kEnergyCorrectedMean, key::kStandardDeviations, key::kCvExposure, key::kCvMasSettings,
-    key::kSkinExposure, key::kDoseConversionFactor, key::kGlandularDose,
+    {kRepro, kMasStatisticsKinds, key::kAvgMa,       text::kAvgMa,          UnitRule::kMa,   kNumber, kOfMasMeter | kMean,        kFourDecimals, When::kAlways, key::kMa},
+    {kRepro, kMasStatisticsKinds, key::kAvgMas,      text::kAvgMas,         UnitRule::kMas,  kNumber, kOfMasMeter | kMean,        kFourDecimals, When::kAlways, key::kMas},
+    {kRepro, kMasStatisticsKinds, key::kAvgMasPulse, text::kAvgMasPerPulse, UnitRule::kNone, kNumber, kOfMasMeter | kMean,        kFourDecimals, When::kAlways, key::kMasPulse},
+    {kRepro, kMasStatisticsKinds, key::kAvgDoseMas,  text::kAvgDosePerMas,  UnitRule::kNone, kNumber, kOfMasMeter | kMean,        kFourDecimals, When::kAlways, key::kDoseMas},
+    {kRepro, kMasStatisticsKinds, key::kCvMa,        text::kCvMa,           UnitRule::kMa,   kNumber, kOfMasMeter | kCoefficient, kFourDecimals, When::kAlways, key::kMa},
+    {kRepro, kMasStatisticsKinds, key::kCvMas,       text::kCvMas,          UnitRule::kMas,  kNumber, kOfMasMeter | kCoefficient, kFourDecimals, When::kAlways, key::kMas},
+    {kRepro, kMasStatisticsKinds, key::kCvMasPulse,  text::kCvMasPerPulse,  UnitRule::kNone, kNumber, kOfMasMeter | kCoefficient, kFourDecimals, When::kAlways, key::kMasPulse},
+    {kRepro, kMasStatisticsKinds, key::kCvDoseMas,   text::kCvDosePerMas,   UnitRule::kNone, kNumber, kOfMasMeter | kCoefficient, kFourDecimals, When::kAlways, key::kDoseMas},
 };
 // clang-format on
 
@@ -280,11 +264,6 @@ std::string UnitOf(UnitRule rule, const CConfigCommon& config) {
     return {};
 }
 
-/// The three tube voltages carry the set voltage as the X of their limits.
-bool HasPreset(std::string_view measurementKey) {
-    return measurementKey == key::kKvpAvg || measurementKey == key::kKvpMax || measurementKey == key::kKvPpv;
-}
-
 template <std::size_t N>
 void AddColumns(const ColumnRow (&table)[N], const CConfigCommon& config, MeasurementRow& row) {
     for (const ColumnRow& column : table) {
@@ -292,14 +271,9 @@ void AddColumns(const ColumnRow (&table)[N], const CConfigCommon& config, Measur
         auto item = std::make_shared<CMeasurement>();
         item->Initialize(column.key, column.caption, UnitOf(column.unit, config), column.type);
         item->ValueFormat(column.picture);
-        if (HasPreset(column.key)) item->PresetValue(config.pMachineKV);
+        if ((column.flags & kHasPreset) != 0) item->PresetValue(config.pMachineKV);
         row.push_back(std::move(item));
     }
-}
-
-template <std::size_t N>
-bool Holds(const std::string_view (&keys)[N], std::string_view word) {
-    return std::find(std::begin(keys), std::end(keys), word) != std::end(keys);
 }
 
 template <std::size_t N>
@@ -309,6 +283,27 @@ const ColumnRow* FindColumn(const ColumnRow (&table)[N], int32_t testId, std::st
     });
     return row == std::end(table) ? nullptr : row;
 }
+
+template <typename Visit>
+void ForEachColumn(const Visit& visit) {
+    for (const ColumnRow& row : kReadings) visit(row);
+    for (const ColumnRow& row : kMasReadings) visit(row);
+    for (const ColumnRow& row : kTestColumns) visit(row);
+    for (const ColumnRow& row : kMasStatistics) visit(row);
+}
+
+static_assert(CoversEveryMeasuringTest(kTestColumns), "a measuring test has no columns of its own");
+
+constexpr bool EveryKindHasColumns() {
+    for (int32_t kind : kDetectorKinds) {
+        const auto serves = [kind](const ColumnRow& row) { return row.kinds.Has(kind); };
+        if (kind != kNoDetector && std::none_of(std::begin(kReadings), std::end(kReadings), serves) &&
+            std::none_of(std::begin(kMasReadings), std::end(kMasReadings), serves))
+            return false;
+    }
+    return true;
+}
+static_assert(EveryKindHasColumns(), "a detector kind has no columns");
 
 }  // namespace
 
@@ -330,9 +325,38 @@ std::string_view ColumnKeyOf(std::string_view measurementKey) {
     return measurementKey == key::kErAdjacent ? key::kErNonAdjacent : measurementKey;
 }
 
-bool IsFilledBy(int32_t source, std::string_view measurementKey) {
-    if (source == kSourceMas) return IsMasFamily(measurementKey) || measurementKey == key::kImportWaveform;
-    return !IsMasFamily(measurementKey);
+const ColumnFacts& FactsOf(std::string_view measurementKey) {
+    static const std::unordered_map<std::string_view, ColumnFacts> kFacts = [] {
+        std::unordered_map<std::string_view, ColumnFacts> facts;
+        ForEachColumn([&](const ColumnRow& row) {
+            ColumnFacts& column = facts[row.key];
+            column.flags |= row.flags;
+            column.tests = column.tests | row.tests;
+            if (row.of.empty()) return;
+            StatisticColumns& statistics = facts[row.of].statistics;
+            ((row.flags & kMean) != 0 ? statistics.mean : statistics.variation) = row.key;
+        });
+        return facts;
+    }();
+    static const ColumnFacts kNone;
+    const auto at = kFacts.find(ColumnKeyOf(measurementKey));
+    return at == kFacts.end() ? kNone : at->second;
+}
+
+bool IsVariationRow(std::string_view measurementKey) {
+    return FactsOf(measurementKey).Is(kCvOfReadings);
+}
+
+bool IsMasFamily(std::string_view measurementKey) {
+    return FactsOf(measurementKey).Is(kOfMasMeter);
+}
+
+bool IsWaveformQuantity(std::string_view measurementKey) {
+    return FactsOf(measurementKey).Is(kQuantity);
+}
+
+bool IsFilledBy(int32_t source, const ColumnFacts& column) {
+    return source == kSourceMas ? column.Is(kOfMasMeter | kOfEveryReading) : !column.Is(kOfMasMeter);
 }
 
 std::string_view PictureOfColumn(int32_t testId, std::string_view measurementKey) {
@@ -345,16 +369,7 @@ std::string_view PictureOfColumn(int32_t testId, std::string_view measurementKey
 }
 
 bool IsTestWideKey(int32_t testId, std::string_view measurementKey) {
-    switch (testId) {
-        case kRadioRepro:
-            return Holds(kReproStatistics, measurementKey) || IsVariationRow(measurementKey);
-        case kMammoAccRepro:
-            return Holds(kAccReproStatistics, measurementKey);
-        case kMammoAec:
-            return Holds(kAecStatistics, measurementKey);
-        default:
-            return false;
-    }
+    return FactsOf(measurementKey).IsTestWide(testId);
 }
 
 uint8_t ColumnNumber(const MeasurementRow& row, std::string_view measurementKey) {

@@ -8,6 +8,7 @@
 #include "foundation/trace.h"
 #include "foundation/utilities.h"
 #include "guide/dialog_wrapper.h"
+#include "results/derived_values.h"
 #include "results/result_columns.h"
 
 namespace vorex {
@@ -23,8 +24,8 @@ class FieldFinder {
 
     /// The field of a column, or null.
     const RowField* Take(std::string_view columnKey) {
-        columnKey = ColumnKeyOf(columnKey);
         if (mNext >= mFields.size() || mFields[mNext].key != columnKey) {
+            columnKey = ColumnKeyOf(columnKey);
             const auto at = std::find_if(mFields.begin(), mFields.end(),
                                          [&](const RowField& field) { return field.key == columnKey; });
             if (at == mFields.end()) return nullptr;
@@ -45,12 +46,6 @@ class FieldFinder {
     std::size_t mNext = 0;
 };
 
-/// Dose per mAs, when both readings are usable and the charge is above 0.
-std::string DosePerMas(const std::string& exposure, const std::string& mas) {
-    if (!IsValidReading(exposure) || !IsValidReading(mas) || !(ReadNumber(mas) > 0)) return {};
-    return PlainText(ReadNumber(exposure) / ReadNumber(mas));
-}
-
 std::string ValueOf(const MeasurementRow& row, std::string_view measurementKey) {
     const CMeasurement* item = FindMeasurement(row, measurementKey);
     return item == nullptr ? std::string() : item->ValueText();
@@ -65,6 +60,15 @@ std::shared_ptr<IWaveform> WaveformAt(const std::vector<std::shared_ptr<CWavefor
 /// Tests whose flat list has a heading for each exposure and one for the statistics.
 bool HasHeadings(int32_t testId) {
     return kWithStatistics.Has(testId);
+}
+
+/// A cell of the same column without a value.
+std::shared_ptr<CMeasurement> EmptyCell(const CMeasurement& cell) {
+    auto empty = std::make_shared<CMeasurement>();
+    empty->ShareLabels(cell);
+    empty->ValueType(cell.ValueType());
+    empty->PresetValue(cell.RawPresetValue());
+    return empty;
 }
 
 std::string NameOfSource(int32_t source) {
@@ -86,7 +90,9 @@ void CResultCommon::Initialize(const std::shared_ptr<CConfigCommon>& configurati
     mWaveforms.clear();
     mMaWaveforms.clear();
     mSuperseded.clear();
-    mRedone.reset();
+    mRedo.reset();
+    mNewStatistics.clear();
+    mNextFields.clear();
     mCurrent = std::make_shared<MeasurementRow>(BuildColumns(*configuration));
     mLastColumnKey = ColumnNumber(*mCurrent, key::kPercentTimerError) != 0 ? key::kPercentTimerError
                                                                            : key::kAbsoluteKvpError;
@@ -107,7 +113,30 @@ std::string CResultCommon::GetValue(uint8_t row, uint8_t column) const {
 }
 
 void CResultCommon::SetValue(uint8_t row, uint8_t column, std::string_view text) {
-    if (Cell(row, column) != nullptr) (*mRows[row])[column - 1U]->Value(std::string(text));
+    if (Cell(row, column) == nullptr) return;
+    CMeasurement& cell = *(*mRows[row])[column - 1U];
+    cell.Value(std::string(text));
+    RenewStatistics(cell.RawKey());
+}
+
+void CResultCommon::RenewStatistics(std::string_view columnKey) {
+    const bool ownWorkingRow = std::find(mRows.begin(), mRows.end(), mCurrent) == mRows.end();
+    const std::size_t last = LastReadingIndex();
+    for (const RowField& statistic : StatisticsOfColumn(*this, columnKey)) {
+        if (CMeasurement* cell = FindMeasurement(*mRows[last], statistic.key)) cell->Value(statistic.text);
+        CMeasurement* cell = ownWorkingRow ? FindMeasurement(*mCurrent, statistic.key) : nullptr;
+        if (cell != nullptr) cell->Value(statistic.text);
+    }
+}
+
+std::size_t CResultCommon::LastReadingIndex() const {
+    const auto at = std::find_if(mRows.rbegin(), mRows.rend(), [](const auto& row) { return !row->empty(); });
+    return static_cast<std::size_t>(mRows.rend() - at) - 1U;
+}
+
+const MeasurementRow* CResultCommon::LastReading() const {
+    const std::size_t last = LastReadingIndex();
+    return last < mRows.size() ? mRows[last].get() : nullptr;
 }
 
 void CResultCommon::GetMeasurementColumn(uint8_t column, std::vector<std::string>& values) const {
@@ -124,9 +153,13 @@ std::string CResultCommon::StoreResult(const DerivedRow& row, int32_t source) {
     FieldFinder fields(row.fields);
     std::string computedDosePerMas;
     std::string fault;
-    for (const auto& item : *mCurrent) {
+    mNewStatistics.clear();
+    mNextFields = row.next;
+    for (std::size_t column = 0; column < mCurrent->size(); ++column) {
+        const auto& item = (*mCurrent)[column];
         const std::string& columnKey = item->RawKey();
-        if (!IsFilledBy(source, columnKey)) continue;
+        const ColumnFacts& facts = item->Facts();
+        if (!IsFilledBy(source, facts)) continue;
         const RowField* field = fields.Take(columnKey);
         if (field == nullptr) {
             if (fault.empty()) fault = "no text for the column \"" + columnKey + "\"";
@@ -144,6 +177,7 @@ std::string CResultCommon::StoreResult(const DerivedRow& row, int32_t source) {
         }
         if (columnKey == key::kDoseMas && !computedDosePerMas.empty()) value = computedDosePerMas;
         item->Value(std::move(value));
+        if (facts.IsTestWide(TestId)) mNewStatistics.push_back(column);
     }
     if (const RowField* left = fields.Left(); left != nullptr && fault.empty())
         fault = "no column for \"" + std::string(left->key) + "\"";
@@ -156,7 +190,7 @@ std::string CResultCommon::StoreResult(const DerivedRow& row, int32_t source) {
 bool CResultCommon::ShowResultInTestguide(int32_t row, bool withWaveforms) {
     if (mExposureCount == 0 || row < 0 || static_cast<std::size_t>(row) >= mRows.size()) return false;
     const auto index = static_cast<std::size_t>(row);
-    mCurrent = mRows[index];
+    if (HasReading(index)) mCurrent = mRows[index];
     if (withWaveforms) {
         mCurrentWaveform = mWaveforms[index];
         mCurrentMaWaveform = mMaWaveforms[index];
@@ -190,7 +224,73 @@ CResultCommon::Waveforms& CResultCommon::SelectedWaveforms() {
     return WaveformType == kMaWaveform ? mMaWaveforms : mWaveforms;
 }
 
-void CResultCommon::StoreWaveForm(std::string_view data) {
+void CResultCommon::AddRowsUpTo(uint8_t exposureNumber) {
+    if (exposureNumber <= mExposureCount) return;
+    mExposureCount = exposureNumber;
+    while (mRows.size() < exposureNumber) AddRow(std::make_shared<MeasurementRow>());
+}
+
+void CResultCommon::StoreMissing(uint8_t exposureNumber) {
+    AddRowsUpTo(exposureNumber);
+}
+
+void CResultCommon::BeginRedo(uint8_t exposureNumber) {
+    mRedo.reset();
+    const std::size_t index = exposureNumber - 1U;
+    if (exposureNumber == 0 || index >= mRows.size()) return;
+    Redo& redo = mRedo.emplace();
+    redo.former.exposure = exposureNumber;
+    redo.former.row = CopyOf(*mRows[index]);
+    redo.former.kvWaveform = mWaveforms[index];
+    redo.former.maWaveform = mMaWaveforms[index];
+    redo.workingRow = mCurrent;
+    if (HasReading(index)) return;
+    // An exposure without a reading has no row to work on.
+    auto working = std::make_shared<MeasurementRow>();
+    for (const auto& item : *mCurrent) working->push_back(EmptyCell(*item));
+    mCurrent = std::move(working);
+}
+
+void CResultCommon::EndRedo() {
+    if (!mRedo) return;
+    const std::size_t index = mRedo->former.exposure - 1U;
+    if (!HasReading(index)) {
+        mCurrent = mRedo->workingRow;
+        if (mRedo->kvWaveform->ValueCount() > 0) mWaveforms[index] = mRedo->kvWaveform;
+        if (mRedo->maWaveform->ValueCount() > 0) mMaWaveforms[index] = mRedo->maWaveform;
+    } else if (mRedo->kvWaveform->ValueCount() + mRedo->maWaveform->ValueCount() > 0) {
+        LogDiagnostic("the redo of exposure " + PlainText(static_cast<int32_t>(mRedo->former.exposure)) +
+                      " ended without a reading; its waveform is dropped");
+    }
+    mRedo.reset();
+}
+
+/// Only a reading supersedes: a redo that was stopped before it leaves the exposure as it was. A second
+/// instrument adds to the new readings.
+void CResultCommon::KeepSuperseded(uint8_t exposureNumber) {
+    if (!mRedo || mRedo->former.exposure != exposureNumber) return;
+    SupersededExposure& former = mRedo->former;
+    const std::size_t index = exposureNumber - 1U;
+    mWaveforms[index] = mRedo->kvWaveform;
+    mMaWaveforms[index] = mRedo->maWaveform;
+    mCurrentWaveform = mWaveforms[index];
+    mCurrentMaWaveform = mMaWaveforms[index];
+    const bool hadWaveform = former.kvWaveform->ValueCount() + former.maWaveform->ValueCount() > 0;
+    if (!former.row.empty() || hadWaveform) {
+        former.order = 1 + static_cast<int32_t>(std::count_if(
+                               mSuperseded.begin(), mSuperseded.end(),
+                               [&](const auto& kept) { return kept.exposure == exposureNumber; }));
+        former.time = PresentTime();
+        mSuperseded.push_back(std::move(former));
+    }
+    mRedo.reset();
+}
+
+void CResultCommon::ShowWaveform(std::shared_ptr<CWaveform> waveform) const {
+    (WaveformType == kMaWaveform ? mCurrentMaWaveform : mCurrentWaveform) = std::move(waveform);
+}
+
+void CResultCommon::StoreWaveForm(std::string_view data, uint8_t exposureNumber) {
     const bool ma = WaveformType == kMaWaveform;
     if (HaveTraceWindow()) {
         Trace(PlainText(static_cast<int32_t>(WaveformType)) +
@@ -202,9 +302,12 @@ void CResultCommon::StoreWaveForm(std::string_view data) {
     waveform->IncludeInReport(true);
     waveform->Resolution(mResolution);
     waveform->Initialize(data);
-    (ma ? mCurrentMaWaveform : mCurrentWaveform) = waveform;
+    ShowWaveform(waveform);
     Waveforms& waveforms = SelectedWaveforms();
-    if (mLastExposure != 0 && mLastExposure <= waveforms.size()) waveforms[mLastExposure - 1U] = waveform;
+    if (mRedo && mRedo->former.exposure == exposureNumber)
+        (ma ? mRedo->maWaveform : mRedo->kvWaveform) = waveform;
+    else if (exposureNumber != 0 && exposureNumber <= waveforms.size())
+        waveforms[exposureNumber - 1U] = waveform;
 }
 
 std::shared_ptr<IWaveform> CResultCommon::CurrentWaveformObject() const {
@@ -214,8 +317,7 @@ std::shared_ptr<IWaveform> CResultCommon::CurrentWaveformObject() const {
 void CResultCommon::SelectWaveform(int32_t row) {
     const Waveforms& waveforms = SelectedWaveforms();
     if (row < 0 || static_cast<std::size_t>(row) >= waveforms.size()) return;
-    (WaveformType == kMaWaveform ? mCurrentMaWaveform : mCurrentWaveform) =
-        waveforms[static_cast<std::size_t>(row)];
+    ShowWaveform(waveforms[static_cast<std::size_t>(row)]);
 }
 
 std::shared_ptr<IWaveform> CResultCommon::KvWaveform(int32_t exposureNumber) const {
@@ -227,6 +329,8 @@ std::shared_ptr<IWaveform> CResultCommon::MaWaveform(int32_t exposureNumber) con
 }
 
 std::shared_ptr<IWaveform> CResultCommon::WaveformOfRow(int32_t exposureNumber) const {
+    if (mRedo && mRedo->former.exposure == exposureNumber)
+        return WaveformType == kMaWaveform ? mRedo->maWaveform : mRedo->kvWaveform;
     return WaveformAt(SelectedWaveforms(), exposureNumber);
 }
 
@@ -235,7 +339,7 @@ int32_t CResultCommon::SelectedRowOfSettings() const {
     return exposure > 0 && static_cast<std::size_t>(exposure) <= mRows.size() ? exposure - 1 : -1;
 }
 
-void CResultCommon::SelectLastWaveform() {
+void CResultCommon::SelectLastWaveform() const {
     if (mWaveforms.empty()) return;
     const int32_t row = SelectedRowOfSettings();
     const auto index = static_cast<std::size_t>(row);
@@ -244,10 +348,11 @@ void CResultCommon::SelectLastWaveform() {
 }
 
 bool CResultCommon::HasDialog() const {
-    const int32_t row = SelectedRowOfSettings();
-    if (row < 0) return false;
-    const auto index = static_cast<std::size_t>(row);
-    return mWaveforms[index]->ValueCount() > 0 || mMaWaveforms[index]->ValueCount() > 0;
+    SelectLastWaveform();
+    const auto hasSamples = [](const auto& waveform) { return waveform && waveform->ValueCount() > 0; };
+    if (hasSamples(mCurrentWaveform) || hasSamples(mCurrentMaWaveform)) return true;
+    // A host that names the viewer opens it for a result without waveforms, too.
+    return Services().text && !Services().text->Translate(kPlugInId, text::kKvWaveform, {}).empty();
 }
 
 std::shared_ptr<IDialog> CResultCommon::CreateDialog() {
@@ -287,6 +392,12 @@ std::shared_ptr<IMeasurement> CResultCommon::Heading(std::string_view caption) c
     return heading;
 }
 
+/// The host sees an exposure without a reading as a row of empty values.
+std::shared_ptr<IMeasurement> CResultCommon::CellOfHost(std::size_t row, std::size_t column) const {
+    if (!HasReading(row)) return EmptyCell(*(*mCurrent)[column]);
+    return column < mRows[row]->size() ? (*mRows[row])[column] : nullptr;
+}
+
 std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
     if (index < 0) return nullptr;
     auto at = static_cast<std::size_t>(index);
@@ -294,8 +405,7 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
     if (mRows.empty() || mCurrent->empty()) return nullptr;
     if (!HasHeadings(TestId)) {
         const std::size_t row = at / mCurrent->size();
-        const std::size_t column = at % mCurrent->size();
-        return row < mRows.size() && column < mRows[row]->size() ? (*mRows[row])[column] : nullptr;
+        return row < mRows.size() ? CellOfHost(row, at % mCurrent->size()) : nullptr;
     }
     // A heading stands in the place of each row's import flag; the statistics follow once, at the end.
     const auto perRow = static_cast<std::size_t>(GetColumnCounts().row);
@@ -304,15 +414,17 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
         if (at % perRow == 0)
             return Heading("++" + Translate(Services().exposureCaption) + "#" +
                            PlainText(static_cast<int32_t>(row + 1)) + "++");
-        std::size_t column = at % perRow;
-        for (const auto& item : *mRows[row])
-            if (!IsTestWideColumn(item->RawKey()) && column-- == 0) return item;
+        std::size_t left = at % perRow;
+        for (std::size_t column = 0; column < mCurrent->size(); ++column)
+            if (!IsTestWideColumn((*mCurrent)[column]->RawKey()) && left-- == 0)
+                return CellOfHost(row, column);
         return nullptr;
     }
     at -= mRows.size() * perRow;
     if (at == 0) return Heading("--" + Translate(text::kCalculations) + "--");
-    for (const auto& item : *mRows.back())
-        if (IsTestWideColumn(item->RawKey()) && --at == 0) return item;
+    if (const MeasurementRow* last = LastReading())
+        for (const auto& item : *last)
+            if (IsTestWideColumn(item->RawKey()) && --at == 0) return item;
     return nullptr;
 }
 

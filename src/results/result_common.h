@@ -60,7 +60,8 @@ class CResultCommon : public IResultData,
     void GetMeasurementColumn(uint8_t column, std::vector<std::string>& values) const;
     /// Value of a column of a row; rows count from 0, columns from 1. Empty when there is none.
     std::string GetValue(uint8_t row, uint8_t column) const;
-    /// Stores a typed value in a cell of that address.
+    /// Stores a typed value in a cell of that address. The statistics of its column, which belong to the last
+    /// exposure with a reading, are computed anew.
     void SetValue(uint8_t row, uint8_t column, std::string_view text);
     /// Fills the columns of the working row that a source fills: 1 ZRD 47500, 2 Pelomark, 3 mAs meter. A
     /// column without a field keeps its value. The fault of a row that does not fit its columns, in words for
@@ -86,14 +87,25 @@ class CResultCommon : public IResultData,
     /// Nothing: the overall status follows from judging.
     void UpdateOverallStatus() {}
 
-    /// From now on the first reading of the exposure supersedes what is stored of it.
-    void BeginRedo(uint8_t exposureNumber);
-    void EndRedo() { mRedone.reset(); }
+    /// Stores an exposure that ended before any reading of it arrived. It keeps its number, has no
+    /// measurements and no verdict; a later reading fills it. Nothing for an exposure that is stored.
+    void StoreMissing(uint8_t exposureNumber);
+    /// False for an exposure, counted from 0, that no instrument has answered for.
+    bool HasReading(std::size_t row) const { return row < mRows.size() && !mRows[row]->empty(); }
+    /// The last exposure with a reading, which holds the statistics of the test; null without one.
+    const MeasurementRow* LastReading() const;
 
-    /// Stores samples as the waveform of the selected type for the exposure judged last.
-    void StoreWaveForm(std::string_view data);
-    /// Makes a stored row, counted from 0, the working row, and with the flag its waveforms the shown ones.
-    /// False when there is no such row.
+    /// Until `EndRedo` the next readings and waveforms of the exposure replace what is stored of it: with the
+    /// first reading, its row and both waveforms are kept as superseded. Without a reading everything stays
+    /// as it was.
+    void BeginRedo(uint8_t exposureNumber);
+    void EndRedo();
+
+    /// Stores samples as the waveform of the selected type of an exposure, counted from 1. One of an exposure
+    /// that is not stored is shown, but not kept; one of a redo waits for the first reading of that redo.
+    void StoreWaveForm(std::string_view data, uint8_t exposureNumber);
+    /// Makes a stored row, counted from 0, the working row, if it has a reading, and with the flag its
+    /// waveforms the shown ones. False when there is no such row.
     bool ShowResultInTestguide(int32_t row, bool withWaveforms = false);
     /// Clears the judged readings of a combined kind before the next exposure.
     void ResetTheMeasurements();
@@ -102,7 +114,7 @@ class CResultCommon : public IResultData,
     void SelectWaveform(int32_t row);
     /// Waveform of the selected type of an exposure, counted from 1; empty when there is none.
     std::shared_ptr<IWaveform> WaveformOfRow(int32_t exposureNumber) const;
-    void SelectLastWaveform();
+    void SelectLastWaveform() const;
     /// Waveform of a type of an exposure, counted from 1, whatever type is selected.
     std::shared_ptr<IWaveform> KvWaveform(int32_t exposureNumber) const;
     std::shared_ptr<IWaveform> MaWaveform(int32_t exposureNumber) const;
@@ -160,12 +172,24 @@ class CResultCommon : public IResultData,
 
   private:
     using Waveforms = std::vector<std::shared_ptr<CWaveform>>;
+    struct Redo {
+        SupersededExposure former;
+        std::shared_ptr<CWaveform> kvWaveform = std::make_shared<CWaveform>();  ///< taken since, or empty
+        std::shared_ptr<CWaveform> maWaveform = std::make_shared<CWaveform>();
+        std::shared_ptr<MeasurementRow> workingRow;  ///< as it was before
+    };
 
     const CMeasurement* Cell(std::size_t row, uint8_t column) const;
     const Waveforms& SelectedWaveforms() const;
     Waveforms& SelectedWaveforms();
     void AddRow(std::shared_ptr<MeasurementRow> row);
+    void AddRowsUpTo(uint8_t exposureNumber);
+    std::size_t LastReadingIndex() const;
+    void TakeStatistics(std::size_t row);
+    void RenewStatistics(std::string_view columnKey);
+    void ShowWaveform(std::shared_ptr<CWaveform> waveform) const;
     std::shared_ptr<IMeasurement> Heading(std::string_view caption) const;
+    std::shared_ptr<IMeasurement> CellOfHost(std::size_t row, std::size_t column) const;
     /// Row that the settings store selects for the result dialog; -1 for none.
     int32_t SelectedRowOfSettings() const;
 
@@ -190,12 +214,6 @@ class CResultCommon : public IResultData,
     void RebuildWorkingRow();
     void LoadRecord(const std::shared_ptr<IXmlElement>& child);
 
-    // Printing (result_report.cpp).
-    std::vector<std::string> ExposureLines(std::size_t row, const IReportDocument& report) const;
-    std::vector<std::string> CalculationLines(const IReportDocument& report) const;
-    bool HasWaveform(std::size_t row) const;
-    void PrintWaveforms(IReportDocument& report) const;
-
     std::shared_ptr<CConfigCommon> mConfig;
     std::shared_ptr<MeasurementRow> mCurrent;
     std::vector<std::shared_ptr<MeasurementRow>> mRows;
@@ -204,17 +222,19 @@ class CResultCommon : public IResultData,
     std::string mComment;
     std::shared_ptr<IServiceRecord> mServiceRecord;
     int32_t mMtiId = 0;
-    std::shared_ptr<CWaveform> mCurrentWaveform;
+    mutable std::shared_ptr<CWaveform> mCurrentWaveform;
     Waveforms mWaveforms;
     std::vector<SupersededExposure> mSuperseded;
-    std::optional<SupersededExposure> mRedone;  ///< of the exposure that is being redone
+    std::optional<Redo> mRedo;
+    std::vector<std::size_t> mNewStatistics;  ///< columns that the latest reading computed for the whole test
+    std::vector<RowField> mNextFields;        ///< of the exposure after that of the latest reading
     std::optional<RunRecord> mRun;
     std::optional<Judgement> mJudgedBy;
     uint8_t mExposureCount = 0;
     float mResolution = 0;
     uint8_t mLastExposure = 0;
     std::string mLastColumnKey;
-    std::shared_ptr<CWaveform> mCurrentMaWaveform;
+    mutable std::shared_ptr<CWaveform> mCurrentMaWaveform;
     Waveforms mMaWaveforms;
 };
 

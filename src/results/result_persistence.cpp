@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -19,13 +20,26 @@ constexpr std::string_view kClassName = "CResultCommon";
 /// like. Null when it is not.
 const CMeasurement* CellAbove(const std::vector<std::shared_ptr<MeasurementRow>>& rows,
                               std::string_view measurementKey) {
-    if (rows.size() < 2) return nullptr;
-    const MeasurementRow& above = *rows[rows.size() - 2];
+    if (rows.empty()) return nullptr;
+    const auto above =
+        std::find_if(rows.rbegin() + 1, rows.rend(), [](const auto& row) { return !row->empty(); });
+    if (above == rows.rend()) return nullptr;
     const std::size_t place = rows.back()->size();
-    return place < above.size() && above[place]->RawKey() == measurementKey ? above[place].get() : nullptr;
+    const bool same = place < (*above)->size() && (**above)[place]->RawKey() == measurementKey;
+    return same ? (**above)[place].get() : nullptr;
 }
 
-/// What a redo replaced stands in an element of its own, which older versions pass over.
+/// An exposure without a reading keeps its number in the file.
+std::shared_ptr<IXmlElement> SaveMissing(std::string_view firstKey,
+                                         const std::shared_ptr<IXmlDocument>& owner) {
+    const auto element = owner->CreateElement(tag::kMeasurement);
+    if (!element) return nullptr;
+    element->SetAttribute(tag::kKey, firstKey);
+    element->SetAttribute(tag::kMissing, kStoredTrue);
+    return element;
+}
+
+/// What a redo replaced is saved in an element of its own, which older versions pass over.
 std::shared_ptr<IXmlElement> SaveSuperseded(const SupersededExposure& superseded,
                                             const std::shared_ptr<IXmlDocument>& owner) {
     const auto element = owner->CreateElement(tag::kSupersededExposure);
@@ -62,8 +76,10 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
         if (mRun && mStatus == kNotTested) mRun->Save(*element, owner);
         return element;
     }
-    for (const auto& row : mRows)
+    for (const auto& row : mRows) {
+        if (row->empty()) add(SaveMissing(mCurrent->front()->RawKey(), owner));
         for (const auto& item : *row) add(item->Save(owner));
+    }
     for (const auto& waveform : mWaveforms) {
         waveform->WaveformType(kKvWaveform);
         add(waveform->Save(owner));
@@ -79,6 +95,8 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
 }
 
 void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+    if (element->GetAttribute(tag::kMissing) == kStoredTrue)
+        return AddRow(std::make_shared<MeasurementRow>());
     const std::string_view measurementKey = element->GetAttribute(tag::kKey);
     const bool newRow =
         mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == measurementKey;
@@ -97,10 +115,11 @@ std::shared_ptr<CMeasurement> CResultCommon::LoadCell(const std::shared_ptr<IXml
     if (above == nullptr) item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
     const bool linearity = item->RawKey() == key::kErAdjacent || item->RawKey() == key::kErNonAdjacent;
     if (TestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
-    // The type of a stored cell follows from its column, so that a result saves alike before and after a
-    // load.
-    item->ValueType(IsJudgedColumn(TestId, item->RawKey()) && TestId != kFluoroExposure ? kJudgedNumber
-                                                                                        : kTextOnly);
+    // A number stays one; else the type of a stored cell follows from its column, so that a result saves
+    // alike before and after a load.
+    const bool number =
+        item->WasStoredAsNumber() || (IsJudgedColumn(TestId, *item) && TestId != kFluoroExposure);
+    item->ValueType(number ? kJudgedNumber : kTextOnly);
     return item;
 }
 
@@ -189,8 +208,8 @@ void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
 
 /// The working row becomes a copy of the last stored one, so that views show the latest exposure.
 void CResultCommon::RebuildWorkingRow() {
-    if (mRows.empty()) return;
-    mCurrent = std::make_shared<MeasurementRow>(CopyOf(*mRows.back()));
+    if (const MeasurementRow* last = LastReading())
+        mCurrent = std::make_shared<MeasurementRow>(CopyOf(*last));
 }
 
 }  // namespace vorex

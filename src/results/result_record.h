@@ -15,7 +15,7 @@ namespace vorex {
 /// Version of the formulas behind the readings: `derived_values.cpp`, the rules of `result_status.cpp` and
 /// the dose conversion factors. Goes up by one with every change of a formula that can change a number or a
 /// verdict.
-inline constexpr int32_t kFormulaVersion = 1;
+inline constexpr int32_t kFormulaVersion = 2;
 
 /// Who computed: the program and the formulas that it had.
 struct Origin {

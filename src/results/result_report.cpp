@@ -122,6 +122,32 @@ void AddLine(std::vector<std::string>& lines, const CMeasurement& measurement, b
     if (!line.empty()) lines.push_back(std::move(line));
 }
 
+/// Lines of an exposure, counted from 0, without the statistics of the test.
+std::vector<std::string> ExposureLines(const CResultCommon& result, std::size_t row,
+                                       const IReportDocument& report) {
+    std::vector<std::string> lines;
+    if (!result.HasReading(row) && !Shows(report, kReportFailuresOnly))
+        lines.push_back(markup::Line(Translate(text::kNoReading, &report)));
+    for (const auto& item : *result.Rows()[row])
+        if (item->RawKey() != key::kImportWaveform && !item->Facts().IsTestWide(result.TestId))
+            AddLine(lines, *item, result.IsHeldAgainstLimits(*item, row), report);
+    return lines;
+}
+
+/// Lines of the statistics, which the last exposure with a reading holds.
+std::vector<std::string> CalculationLines(const CResultCommon& result, const IReportDocument& report) {
+    std::vector<std::string> lines;
+    const MeasurementRow* last = result.LastReading();
+    if (last == nullptr) return lines;
+    for (const auto& item : *last)
+        if (item->Facts().IsTestWide(result.TestId)) AddLine(lines, *item, true, report);
+    return lines;
+}
+
+bool HasWaveform(const CResultCommon& result, int32_t exposure) {
+    return result.KvWaveform(exposure)->ValueCount() > 0 || result.MaWaveform(exposure)->ValueCount() > 0;
+}
+
 }  // namespace
 
 std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool heldAgainstLimits) const {
@@ -150,32 +176,6 @@ std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool he
     return line.empty() ? start + end(kUnitToMark) : line;
 }
 
-std::vector<std::string> CResultCommon::ExposureLines(std::size_t row, const IReportDocument& report) const {
-    std::vector<std::string> lines;
-    for (const auto& item : *mRows[row])
-        if (item->RawKey() != key::kImportWaveform && !IsTestWideColumn(item->RawKey()))
-            AddLine(lines, *item, IsHeldAgainstLimits(*item, row), report);
-    return lines;
-}
-
-std::vector<std::string> CResultCommon::CalculationLines(const IReportDocument& report) const {
-    std::vector<std::string> lines;
-    for (const auto& item : *mRows.back())
-        if (IsTestWideColumn(item->RawKey())) AddLine(lines, *item, true, report);
-    return lines;
-}
-
-bool CResultCommon::HasWaveform(std::size_t row) const {
-    return mWaveforms[row]->ValueCount() > 0 || mMaWaveforms[row]->ValueCount() > 0;
-}
-
-void CResultCommon::PrintWaveforms(IReportDocument& report) const {
-    for (std::size_t row = 0; row < mRows.size(); ++row) {
-        mWaveforms[row]->PrintReport(&report);
-        mMaWaveforms[row]->PrintReport(&report);
-    }
-}
-
 void CResultCommon::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
     if (report == nullptr || mExposureCount == 0 || mRows.empty()) return;
     report->Style(kTableStyle);
@@ -183,13 +183,16 @@ void CResultCommon::PrintReport(IReportDocument* report, const std::shared_ptr<I
     const bool everyBlock = !Shows(*report, kReportFailuresOnly);
     const bool waveforms = ShowsWaveforms(*report);
     for (std::size_t row = 0; row < mRows.size(); ++row) {
-        const std::vector<std::string> lines = ExposureLines(row, *report);
-        if (everyBlock || !lines.empty() || (waveforms && HasWaveform(row)))
+        const std::vector<std::string> lines = ExposureLines(*this, row, *report);
+        if (everyBlock || !lines.empty() || (waveforms && HasWaveform(*this, static_cast<int32_t>(row + 1))))
             table.PrintBlock(Translate(text::kExposureHeading, report) + std::to_string(row + 1), lines);
     }
-    const std::vector<std::string> calculations = CalculationLines(*report);
+    const std::vector<std::string> calculations = CalculationLines(*this, *report);
     if (!calculations.empty()) table.PrintBlock(Translate(text::kCalculations, report), calculations);
-    if (waveforms) PrintWaveforms(*report);
+    for (int32_t exposure = 1; waveforms && exposure <= mExposureCount; ++exposure) {
+        KvWaveform(exposure)->PrintReport(report);
+        MaWaveform(exposure)->PrintReport(report);
+    }
 }
 
 }  // namespace vorex

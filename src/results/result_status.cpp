@@ -23,7 +23,7 @@ bool CResultCommon::IsHeldAgainstLimits(const CMeasurement& measurement, std::si
 void CResultCommon::CopyStatisticsToRows() {
     if (TestId != kMammoAccRepro && TestId != kMammoAec) return;
     for (const auto& item : *mCurrent)
-        if (IsJudgedColumn(TestId, item->RawKey()) && item->HasValidReading()) CopyToAllRows(*item);
+        if (IsJudgedColumn(TestId, *item) && item->HasValidReading()) CopyToAllRows(*item);
 }
 
 void CResultCommon::CopyToAllRows(const CMeasurement& measurement) {
@@ -51,13 +51,11 @@ SurveyOutcomes CResultCommon::UpdateStatus(ITestElement& owner, const ISelectedS
 }
 
 void CResultCommon::CopyToRow(const CMeasurement& from, CMeasurement& to) const {
-    const bool number = IsJudgedColumn(TestId, from.RawKey()) &&
-                        (TestId != kFluoroExposure || from.ValueType() == kJudgedNumber);
+    const bool number =
+        IsJudgedColumn(TestId, from) && (TestId != kFluoroExposure || from.ValueType() == kJudgedNumber);
     to.ShareLabels(from);
     to.ValueType(number ? kJudgedNumber : kTextOnly);
-    to.PresetValue(from.RawPresetValue());
-    to.Status(from.Status());
-    to.Value(from.RawValue());
+    to.CopyReading(from);
 }
 
 MeasurementRow CResultCommon::CopyOf(const MeasurementRow& row) const {
@@ -70,50 +68,50 @@ MeasurementRow CResultCommon::CopyOf(const MeasurementRow& row) const {
     return copy;
 }
 
-void CResultCommon::BeginRedo(uint8_t exposureNumber) {
-    mRedone.reset();
-    const std::size_t index = exposureNumber - 1U;
-    if (exposureNumber == 0 || index >= mRows.size()) return;
-    SupersededExposure& redone = mRedone.emplace();
-    redone.exposure = exposureNumber;
-    redone.row = CopyOf(*mRows[index]);
-    redone.kvWaveform = mWaveforms[index];
-    redone.maWaveform = mMaWaveforms[index];
-}
-
-/// Only a reading supersedes: a redo that was stopped before it leaves the exposure as it was. A second
-/// instrument adds to the new readings.
-void CResultCommon::KeepSuperseded(uint8_t exposureNumber) {
-    if (!mRedone || mRedone->exposure != exposureNumber) return;
-    mRedone->order =
-        1 + static_cast<int32_t>(std::count_if(mSuperseded.begin(), mSuperseded.end(), [&](const auto& kept) {
-            return kept.exposure == exposureNumber;
-        }));
-    if (Services().platform) mRedone->time = Services().platform->TimeStamp();
-    mSuperseded.push_back(std::move(*mRedone));
-    mRedone.reset();
-}
-
 void CResultCommon::StoreWorkingRow(uint8_t exposureNumber) {
     const std::size_t index = exposureNumber - 1U;
     KeepSuperseded(exposureNumber);
-    if (exposureNumber > mExposureCount) {
-        mExposureCount = exposureNumber;
-        while (mRows.size() <= index) AddRow(std::make_shared<MeasurementRow>());
-    }
+    AddRowsUpTo(exposureNumber);
     MeasurementRow& row = *mRows[index];
-    if (&row == mCurrent.get()) return;  // the guide shows this row: it is its own copy
-    row.reserve(mCurrent->size());
-    for (std::size_t column = 0; column < mCurrent->size(); ++column) {
-        if (column == row.size()) row.push_back(std::make_shared<CMeasurement>());
-        CopyToRow(*(*mCurrent)[column], *row[column]);
+    // The guide may show this row: then it is its own copy.
+    if (&row != mCurrent.get()) {
+        row.reserve(mCurrent->size());
+        for (std::size_t column = 0; column < mCurrent->size(); ++column) {
+            if (column == row.size()) row.push_back(std::make_shared<CMeasurement>());
+            CopyToRow(*(*mCurrent)[column], *row[column]);
+        }
     }
+    TakeStatistics(index);
+}
+
+/// An exposure in mid-test that was taken again changes the statistics, which belong to the last reading, and
+/// what the next exposure computed from it.
+void CResultCommon::TakeStatistics(std::size_t row) {
+    const std::size_t last = LastReadingIndex();
+    for (std::size_t column : mNewStatistics) {
+        const CMeasurement& statistic = *(*mCurrent)[column];
+        if (last == row) break;
+        CMeasurement* cell = FindMeasurement(*mRows[last], statistic.RawKey(), column);
+        if (cell != nullptr) CopyToRow(statistic, *cell);
+    }
+    mNewStatistics.clear();
+    const auto next = std::find_if(mRows.begin() + static_cast<std::ptrdiff_t>(row) + 1, mRows.end(),
+                                   [](const auto& stored) { return !stored->empty(); });
+    for (const RowField& field : mNextFields) {
+        if (next == mRows.end()) break;
+        for (const auto& cell : **next) {
+            if (ColumnKeyOf(cell->RawKey()) != field.key) continue;
+            cell->Value(field.text);
+            cell->Status(kPassed);
+        }
+    }
+    mNextFields.clear();
 }
 
 /// The working row of a loaded result is a copy that no exposure has judged: it takes over how its row is
 /// judged now, so that judging once more comes to the same service record.
 void CResultCommon::TakeLatestStatuses() {
-    const MeasurementRow& latest = *mRows.back();
+    const MeasurementRow& latest = *LastReading();
     for (std::size_t column = 0; column < mCurrent->size() && column < latest.size(); ++column)
         (*mCurrent)[column]->Status(latest[column]->Status());
 }
@@ -121,7 +119,7 @@ void CResultCommon::TakeLatestStatuses() {
 SurveyOutcomes CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
                                               bool notApplicable) {
     RowsVerdict verdict;
-    const bool measured = !mRows.empty() && mExposureCount > 0;
+    const bool measured = LastReading() != nullptr && mExposureCount > 0;
     if (notApplicable) {
         verdict = Judging::NotApplicable();
     } else if (measured) {

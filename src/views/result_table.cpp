@@ -4,15 +4,12 @@
 
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
+#include "results/column_facts.h"
 #include "views/result_keys.h"
 
 namespace vorex {
 
 namespace {
-
-bool IsCheckColumn(std::string_view key) {
-    return key == key::kImportWaveform || key == key::kAdjacent;
-}
 
 std::string ExposureCaption(std::size_t index) {
     return Translate(text::kExposureNumber) + PlainText(static_cast<int32_t>(index + 1));
@@ -23,7 +20,7 @@ std::string ExposureCaption(std::size_t index) {
 // ---------------------------------------------------------------------------------- columns and rows
 
 void ResultTable::AddColumnHeader(std::string_view key, std::string_view name, int16_t width) {
-    mColumns.push_back({std::string(key), Translate(name), width, false, IsCheckColumn(key)});
+    mColumns.push_back({std::string(key), Translate(name), width, false, FactsOf(key).Is(kCheckMark)});
     Sources sources;
     sources.value.key = ValueKeyOf(key);
     sources.mean.key = MeanKeyOf(key);
@@ -212,12 +209,12 @@ void ResultTable::FillTestWideColumns(bool marks) {
 
 void ResultTable::FillStatistics(bool marks) {
     if (mStatistics.empty() || mResult == nullptr) return;
-    // The working row holds the latest statistics, also after an earlier exposure was taken again.
-    const MeasurementRow& working = mResult->Current();
+    const MeasurementRow* last = mResult->LastReading();
+    if (last == nullptr) return;
     for (std::size_t column = 0; column < mColumns.size(); ++column) {
         if (mColumns[column].checkBox) continue;
-        Fill(mStatistics[0].cells[column], false, mSources[column].mean, working, marks);
-        Fill(mStatistics[1].cells[column], false, mSources[column].variation, working, marks);
+        Fill(mStatistics[0].cells[column], false, mSources[column].mean, *last, marks);
+        Fill(mStatistics[1].cells[column], false, mSources[column].variation, *last, marks);
     }
 }
 
@@ -294,7 +291,7 @@ bool ResultTable::IsCell(CellPlace place) const {
 }
 
 bool ResultTable::IsTypable(CellPlace place) const {
-    if (!mTypingAllowed || !IsCell(place) || !IsStored(place.exposure - 1U)) return false;
+    if (!mTypingAllowed || !IsCell(place) || !mResult->HasReading(place.exposure - 1U)) return false;
     const std::string& key = mColumns[place.column - 1U].key;
     return std::find(mTypedKeys.begin(), mTypedKeys.end(), key) != mTypedKeys.end();
 }

@@ -63,7 +63,7 @@ TEST_F(VerdictTest, AResultKeepsWhatItsVerdictWasMadeWith) {
     EXPECT_STREQ(run.attribute("Planned").value(), "1");
     EXPECT_TRUE(run.attribute("Reason").empty());
     EXPECT_TRUE(std::regex_match(run.attribute("Program").value(), std::regex("vorex [0-9.]+")));
-    EXPECT_STREQ(run.attribute("Formulas").value(), "1");
+    EXPECT_STREQ(run.attribute("Formulas").value(), "2");
     std::string instruments;
     for (pugi::xml_node item : ResultOf(1).children("MeasuredBy"))
         for (const char* name : {"Name", "SerialNumber", "CalibrationDate"})
@@ -207,7 +207,7 @@ TEST_F(VerdictTest, ABadRecordIsAnErrorOfTheFile) {
     Measure();
     for (const auto& [from, to] :
          {std::pair("Ending=\"Complete\"", "Ending=\"Perhaps\""),
-          std::pair("Planned=\"2\"", "Planned=\"-2\""), std::pair("Formulas=\"1\"", "Formulas=\"new\"")}) {
+          std::pair("Planned=\"2\"", "Planned=\"-2\""), std::pair("Formulas=\"2\"", "Formulas=\"new\"")}) {
         Edit("<Run", from, to);
         EXPECT_EQ(Run({"show", Path("edited.xml")}), kExitUsage) << to;
         EXPECT_NE(err.find("of \"Run\""), std::string::npos) << err;

@@ -130,7 +130,7 @@ TEST_F(StandardsTest, AVariationIsJudgedByItsLimitAndByNoOther) {
         << "0.05 is not for the reading";
     EXPECT_EQ(standard.Evaluate("ER Exposure", 151, {}, JudgedAs::kValue), kFailed);
     const Standard other = With({Limit("ER CV", "0.02", "", "CV")});
-    EXPECT_EQ(other.Evaluate("ER CV", 1, {}, JudgedAs::kVariation), 0) << "no row of test 100";
+    EXPECT_EQ(other.Evaluate("ER CV", 1, {}, JudgedAs::kValue), 0) << "no coefficient of variation";
 }
 
 TEST_F(StandardsTest, StandardsAreReadAndWrittenAsTheyStand) {

@@ -168,5 +168,27 @@ TEST_F(ResultColumns, PicturesSurviveTheNumberInAKey) {
     EXPECT_EQ(PictureOfColumn(kRadioRepro, key::kKvpAvg), "");
 }
 
+TEST(ColumnFacts, KeysBelongToTheirFamilies) {
+    for (std::string_view quantity : {"kVp Avg", "kVp Max", "kV PPV", "Exposure", "Exposure Rate",
+                                      "Exposure Time", "Exposure In Pulses", "HVL"}) {
+        const std::string row = "ER " + std::string(quantity);
+        EXPECT_TRUE(IsWaveformQuantity(quantity)) << quantity;
+        EXPECT_FALSE(IsWaveformQuantity(row)) << row;
+        EXPECT_TRUE(IsVariationRow(row)) << row;
+        EXPECT_FALSE(IsVariationRow(quantity)) << quantity;
+    }
+    for (std::string_view other : {"Pulse Rate", "Pulse Width", "ER CV", "ER mA", ""}) {
+        EXPECT_FALSE(IsWaveformQuantity(other)) << other;
+        EXPECT_FALSE(IsVariationRow(other)) << other;
+    }
+    for (std::string_view quantity : {"mA", "mAs", "mAsPulse", "DosemAs"})
+        for (std::string_view prefix : {"ER ", "ER Avg ", "ER CV "})
+            EXPECT_TRUE(IsMasFamily(std::string(prefix) + std::string(quantity))) << prefix << quantity;
+    EXPECT_FALSE(IsMasFamily("mAs"));
+    EXPECT_TRUE(IsMaxExposureRate("ER Maxi. Exposure Rate"));
+    EXPECT_TRUE(IsMaxExposureRate("ER Maxi. Exposure Rate3"));
+    EXPECT_FALSE(IsMaxExposureRate("ER Exposure Rate"));
+}
+
 }  // namespace
 }  // namespace vorex

@@ -9,6 +9,7 @@
 #include "foundation/host_services.h"
 #include "results/result_columns.h"
 #include "support/fake_element.h"
+#include "support/fake_host.h"
 #include "support/result_row.h"
 
 namespace vorex {
@@ -88,7 +89,7 @@ TEST_F(ResultStore, ARowThatDoesNotFitFillsTheColumnsThatItNames) {
         Begin(kMammoRadiation, kZrd);
         Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73", kSourceZrd);
         log.clear();
-        EXPECT_EQ(result->StoreResult({c.fields, {}}, c.source), c.fault);
+        EXPECT_EQ(result->StoreResult({c.fields, {}, {}}, c.source), c.fault);
         EXPECT_EQ(Working(), c.working);
         EXPECT_EQ(log, c.fields.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.fault});
     }
@@ -215,23 +216,86 @@ TEST_F(ResultStore, HeadingsStandAlsoWhereAnInstrumentGivesNoStatistics) {
     EXPECT_EQ(result->Measurement(17), nullptr);
 }
 
-TEST_F(ResultStore, WaveformsGoToTheExposureJudgedLast) {
+TEST_F(ResultStore, AResultHasADialogForWaveformsOrForAHostThatNamesTheViewer) {
+    Begin(kRadioRepro, kZrd);
+    Keep(1);
+    result->StoreWaveForm("1,2,3", 1);
+    EXPECT_FALSE(result->HasDialog()) << "the settings select no exposure";
+    HostServices services;
+    services.text = std::make_shared<test::FakeTexts>();
+    InstallServices(services);
+    EXPECT_TRUE(result->HasDialog());
+    EXPECT_EQ(result->CurrentWaveformObject()->ValueCount(), 0) << "it has selected what the dialog shows";
+}
+
+TEST_F(ResultStore, AnExposureWithoutAReadingIsARowOfEmptyValuesForTheHost) {
+    Begin(kMammoRadiation, kZrd);
+    Store("0,21,28,28,100,1,100,0.3,1000.0,8.73", kSourceZrd);
+    Keep(1);
+    result->StoreMissing(2);
+    result->StoreMissing(1);
+    EXPECT_TRUE(result->HasReading(0));
+    EXPECT_FALSE(result->HasReading(1));
+    EXPECT_EQ(result->MeasurementCount(), 20);
+    EXPECT_EQ(result->Measurement(11)->Key(), "kVp Avg");
+    EXPECT_EQ(TextOf(result->Measurement(11)->value()), "");
+    EXPECT_EQ(result->Measurement(11)->Status(), kNotTested);
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(result->Status(), kPassed);
+    Begin(kMammoRadiation, kZrd);
+    result->StoreMissing(1);
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(result->Status(), kNotTested) << "nothing was measured";
+}
+
+TEST_F(ResultStore, TheFirstReadingOfARedoTakesTheWaveformsOfTheFormerAway) {
     Begin(kRadioRepro, kZrdAndMas);
-    result->StoreWaveForm("1,2,3");
+    for (uint8_t n = 1; n <= 2; ++n) {
+        Store("0,8" + std::to_string(n) + ",81", kSourceZrd);
+        Keep(n);
+        for (uint8_t type : {kKvWaveform, kMaWaveform}) {
+            result->WaveformType = type;
+            result->StoreWaveForm("1,2", n);
+        }
+    }
+    result->WaveformType = kKvWaveform;
+    // Stopped before a reading: everything stays, and the other exposure is left alone.
+    result->BeginRedo(1);
+    result->ShowResultInTestguide(0, true);
+    result->StoreWaveForm("", 1);
+    result->EndRedo();
+    EXPECT_EQ(result->KvWaveform(1)->ValueCount(), 2);
+    EXPECT_EQ(result->KvWaveform(2)->ValueCount(), 2);
+    EXPECT_TRUE(result->Superseded().empty());
+    result->BeginRedo(1);
+    result->ShowResultInTestguide(0, true);
+    Store("0,90,91", kSourceZrd);
+    Keep(1);
+    result->StoreWaveForm("7,8,9", 1);
+    result->EndRedo();
+    EXPECT_EQ(result->KvWaveform(1)->ValueCount(), 3);
+    EXPECT_EQ(result->MaWaveform(1)->ValueCount(), 0) << "the new reading has none";
+    ASSERT_EQ(result->Superseded().size(), 1U);
+    EXPECT_EQ(result->Superseded().front().kvWaveform->ValueCount(), 2);
+    EXPECT_EQ(result->Superseded().front().maWaveform->ValueCount(), 2);
+}
+
+TEST_F(ResultStore, AWaveformBelongsToTheExposureThatIsNamed) {
+    Begin(kRadioRepro, kZrdAndMas);
+    result->StoreWaveForm("1,2,3", 1);
     EXPECT_EQ(result->CurrentWaveformObject()->ValueCount(), 3) << "kept as current only";
     EXPECT_EQ(result->KvWaveform(1), nullptr);
     Keep(1);
     Keep(2);
     result->Resolution(2.5F);
-    result->StoreWaveForm("4,5");
+    result->StoreWaveForm("4,5", 2);
     result->WaveformType = kMaWaveform;
-    result->StoreWaveForm("6,7,8");
+    result->StoreWaveForm("6,7,8", 2);
     EXPECT_EQ(result->KvWaveform(1)->ValueCount(), 0);
     EXPECT_EQ(result->KvWaveform(2)->Values(), (std::vector<float>{4, 5}));
     EXPECT_EQ(result->MaWaveform(2)->Values(), (std::vector<float>{6, 7, 8}));
     EXPECT_FLOAT_EQ(result->MaWaveform(2)->Resolution(), 2.5F);
-    Keep(1);  // a repeat of exposure 1
-    result->StoreWaveForm("9,9");
+    result->StoreWaveForm("9,9", 1);
     EXPECT_EQ(result->MaWaveform(1)->ValueCount(), 2);
     EXPECT_EQ(result->WaveformOfRow(2)->ValueCount(), 3);
 }

@@ -86,7 +86,7 @@ class ResultReport : public ::testing::Test {
     void StoreWaveform(uint8_t type, const std::string& samples) {
         result->WaveformType = type;
         result->Resolution(1);
-        result->StoreWaveForm(samples);
+        result->StoreWaveForm(samples, result->LastExposure());
     }
 
     std::shared_ptr<test::FakeTexts> texts = std::make_shared<test::FakeTexts>();

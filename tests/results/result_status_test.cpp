@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "foundation/host_services.h"
 #include "results/result_columns.h"
@@ -284,6 +285,21 @@ TEST_F(ResultStatus, StoredColumnsKeepTheNumberTypeOnlyWhereTheyAreJudged) {
     EXPECT_EQ(FindMeasurement(row, key::kErExposure)->ValueType(), kTextOnly);
     EXPECT_EQ(FindMeasurement(row, key::kMas)->ValueType(), kTextOnly);
     EXPECT_EQ(FindMeasurement(row, key::kKvpAvg)->ValueType(), kTextOnly);
+}
+
+// The empty reading is judged as 0, which a limit on the low side fails; the log names it.
+TEST_F(ResultStatus, AnEmptyReadingIsJudgedAsZeroAndReported) {
+    std::vector<std::string> log;
+    HostServices services;
+    services.log = [&](std::string_view line) { log.emplace_back(line); };
+    InstallServices(services);
+    Begin(kMammoRadiation, 1);
+    owner.limits->ranges["ER Exposure"] = {50, 200};
+    Expose(1, "0,28,28,28,,1000,100,0.3,1000.0,8.73");
+    result->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(StatusOf(0, key::kExposure), kFailed);
+    EXPECT_EQ(log, std::vector<std::string>{"exposure 1: \"Exposure\" was not measured and is judged as 0"});
+    InstallServices({});
 }
 
 }  // namespace

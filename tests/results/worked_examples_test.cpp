@@ -12,6 +12,7 @@
 
 #include "foundation/host_services.h"
 #include "results/derived_values.h"
+#include "results/result_columns.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
 
@@ -100,6 +101,17 @@ class WorkedExamples : public ::testing::Test {
         if (shot.zrd) Store(BuildDetectorResult(context, *shot.zrd), kSourceZrd, number);
         if (shot.pelomark) Store(BuildDosimeterResult(context, *shot.pelomark), kSourcePelomark, number);
         if (shot.mas) Store(BuildMasResult(context, *shot.mas), kSourceMas, number);
+    }
+    /// Takes an exposure again as a run does, with the row of the exposure as the working row.
+    void Redo(const Shot& shot, uint8_t number) {
+        result->BeginRedo(number);
+        result->ShowResultInTestguide(number - 1, true);
+        Take(shot, number, true);
+        result->EndRedo();
+    }
+    std::string StoredValue(uint8_t number, std::string_view measurementKey) const {
+        const CMeasurement* item = FindMeasurement(*result->Rows().at(number - 1U), measurementKey);
+        return item == nullptr ? "(no such column)" : item->ValueText();
     }
     std::string ValueOf(std::string_view measurementKey) const {
         const CMeasurement* item = FindMeasurement(result->Current(), measurementKey);
@@ -557,6 +569,86 @@ TEST_F(WorkedExamples, TheDosimeterDerivesNothingElsewhere) {
     Begin({"", kRadioLinearity, kPelomark, [](CConfigCommon& c) { c.machineAdjacent = {"1"}; }, {{}}, {}});
     EXPECT_EQ(JoinedFields(BuildDosimeterResult({*config, *result, 0, false}, *Pelomark("5", "7").pelomark)),
               "0,1,5,7,22,760,1.01,300,0.2");
+}
+
+// The statistics belong to the last exposure: 80, 80, 80, then exposure 1 again with 120. Mean 280 / 3
+// = 93.33; deviations 26.67, -13.33, -13.33: squares 1066.7 / 2, root 23.09; 23.09 / 93.33 = 0.247.
+TEST_F(WorkedExamples, TheLastExposureTakesTheStatisticsOfARedo) {
+    Begin({"", kRadioRepro, kZrd, {}, {Zrd("80"), Zrd("80"), Zrd("80")}, {}});
+    for (uint8_t n = 1; n <= 3; ++n) Take(Zrd("80"), n);
+    Redo(Zrd("120"), 1);
+    EXPECT_EQ(StoredValue(3, key::kAvgKvpAvg), "93.33");
+    EXPECT_EQ(StoredValue(3, key::kErKvpAvg), "0.25");
+    EXPECT_EQ(StoredValue(3, key::kKvpAvg), "80");
+    EXPECT_EQ(StoredValue(2, key::kAvgKvpAvg), "80.0") << "running statistics of the others stay";
+    // A value that was typed counts alike: 200, 200 and 260 mA have mean 220 and deviation 34.64.
+    Begin({"", kRadioRepro, kZrdAndMas, {}, {{}, {}, {}}, {}});
+    for (uint8_t n = 1; n <= 3; ++n) Take(Both(Zrd("80"), Mas("200", "10", "0", "0")), n);
+    result->SetValue(0, ColumnNumber(result->Current(), key::kMa), "260*");
+    EXPECT_EQ(StoredValue(3, key::kAvgMa), "220.0");
+    EXPECT_EQ(StoredValue(3, key::kCvMa), "0.16");
+    EXPECT_EQ(StoredValue(1, key::kAvgMa), "200.0");
+    // The detector's reading of a redo renews what it computes; the meter's statistics wait for its own.
+    Redo(Zrd("140"), 1);
+    EXPECT_EQ(StoredValue(3, key::kAvgKvpAvg), "100.0");
+    EXPECT_EQ(StoredValue(3, key::kAvgMa), "220.0");
+}
+
+// 10, 12, 12 mR/mAs; exposure 2 again with 10: 0 / 20 for it, 2 / 22 = 0.0909 for the one after it.
+TEST_F(WorkedExamples, ARedoRenewsTheCoefficientOfTheNextExposure) {
+    const auto charges = [](CConfigCommon& c) { c.machineMas = {"10", "10", "10"}; };
+    Begin({"", kRadioLinearity, kZrd, charges, {{}, {}, {}}, {}});
+    Take(Zrd("80", "100"), 1);
+    Take(Zrd("80", "120"), 2);
+    Take(Zrd("80", "120"), 3);
+    EXPECT_EQ(StoredValue(3, key::kErNonAdjacent), "0.0");
+    Redo(Zrd("80", "100"), 2);
+    EXPECT_EQ(StoredValue(2, key::kErNonAdjacent), "0.0");
+    EXPECT_EQ(StoredValue(3, key::kErNonAdjacent), "0.09");
+}
+
+// 100 mR at 10 mAs are 10 mR/mAs, whatever the meter says of a dose that it does not measure.
+TEST_F(WorkedExamples, StatisticsOfDosePerMasUseTheShownValues) {
+    const Shot shot = Both(Zrd("80", "100"), Mas("200", "10", "0", "0"));
+    Check({{"two exposures",
+            kRadioRepro,
+            kZrdAndMas,
+            {},
+            {shot, shot},
+            {{key::kDoseMas, "10"}, {key::kAvgDoseMas, "10.0"}, {key::kCvDoseMas, "0.0"}}}});
+}
+
+// An exposure that nobody answered for: 80, none, 80 have mean 80 and no deviation.
+TEST_F(WorkedExamples, AnExposureWithoutAReadingTakesNoPart) {
+    Begin({"", kRadioRepro, kZrd, {}, {{}, {}, {}}, {}});
+    Take(Zrd("80"), 1);
+    result->StoreMissing(2);
+    Take(Zrd("80"), 3);
+    EXPECT_EQ(StoredValue(3, key::kAvgKvpAvg), "80.0");
+    EXPECT_EQ(StoredValue(3, key::kErKvpAvg), "0.0");
+    Redo(Zrd("110"), 2);
+    EXPECT_EQ(StoredValue(2, key::kKvpAvg), "110");
+    EXPECT_EQ(StoredValue(3, key::kAvgKvpAvg), "90.0");
+    EXPECT_TRUE(result->Superseded().empty()) << "nothing was replaced";
+    // Linearity compares with the last reading before it: 10 and 12 mR/mAs.
+    Begin({"",
+           kRadioLinearity,
+           kZrd,
+           [](CConfigCommon& c) {
+               c.machineMas = {"10", "10", "10"};
+           },
+           {{}, {}, {}},
+           {}});
+    Take(Zrd("80", "100"), 1);
+    result->StoreMissing(2);
+    Take(Zrd("80", "120"), 3);
+    EXPECT_EQ(StoredValue(3, key::kErNonAdjacent), "0.09");
+    // Test 900 counts the readings: 28 and 29 have mean 28.5.
+    Begin({"", kMammoAccRepro, kZrd, {}, {{}, {}, {}}, {}});
+    Take(Zrd("28"), 1);
+    result->StoreMissing(2);
+    Take(Zrd("29"), 3);
+    EXPECT_EQ(StoredValue(3, key::kMeanKvp), "28.5");
 }
 
 // 10, 20, 30, then exposure 2 again with 50: mean 90 / 3 = 30, deviation 20, 20 / 30 = 0.667.

@@ -11,6 +11,7 @@
 #include "foundation/number_text.h"
 #include "foundation/sequence_state.h"
 #include "foundation/vocabulary.h"
+#include "results/result_columns.h"
 
 namespace vorex::test {
 

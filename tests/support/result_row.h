@@ -15,7 +15,7 @@ inline DerivedRow RowInOrder(const CResultCommon& result, std::string_view texts
     const auto parts = SplitText(texts, ',');
     for (const auto& item : result.Current()) {
         if (row.fields.size() == parts.size()) break;
-        if (IsFilledBy(source, item->RawKey()))
+        if (IsFilledBy(source, item->Facts()))
             row.fields.push_back({ColumnKeyOf(item->RawKey()), std::string(parts[row.fields.size()])});
     }
     return row;

@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "files/element_output.h"
+#include "foundation/host_services.h"
+#include "host/measurement_codec.h"
+#include "results/result_columns.h"
+#include "results/result_common.h"
+#include "support/fake_element.h"
+#include "support/fake_host.h"
+#include "support/result_row.h"
+
+namespace vorex {
+namespace {
+
+class ResultPersistence : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        HostServices services;
+        services.text = std::make_shared<test::FakeTexts>();
+        services.codec = std::make_shared<MeasurementCodec>();
+        InstallServices(services);
+    }
+    void TearDown() override { InstallServices({}); }
+
+    static std::shared_ptr<CResultCommon> Fresh(int32_t testId) {
+        auto result = std::make_shared<CResultCommon>();
+        result->TestId = testId;
+        result->DetectorName = kZrd;
+        return result;
+    }
+    void Begin(int32_t testId) {
+        auto config = std::make_shared<CConfigCommon>();
+        config->DefaultValues(testId);
+        config->pMeasurementTimeUnit = kMilliseconds;
+        config->DetectorName = kZrd;
+        result = Fresh(testId);
+        result->Initialize(config);
+    }
+    void Expose(uint8_t number, const std::string& texts) {
+        result->StoreResult(test::RowInOrder(*result, texts, kSourceZrd), kSourceZrd);
+        result->UpdateStatus(owner, &selected, number);
+    }
+    static std::string Saved(CResultCommon& result) {
+        const auto document = std::make_shared<OutputDocument>();
+        document->Top().AddChild(result.Save(document));
+        return document->Text();
+    }
+    static std::shared_ptr<CResultCommon> Loaded(int32_t testId, const std::string& text) {
+        auto loaded = Fresh(testId);
+        loaded->Load(test::XmlText(text).Root(), nullptr);
+        return loaded;
+    }
+
+    std::shared_ptr<CResultCommon> result;
+    test::FakeElement owner;
+    test::NoSelection selected;
+};
+
+TEST_F(ResultPersistence, AnExposureWithoutAReadingKeepsItsNumber) {
+    Begin(kMammoRadiation);
+    result->StoreMissing(1);
+    Expose(2, "0,28,28.5,28.2,100,1000,100,0.3,1000.0,8.73");
+    result->StoreWaveForm("1,2,3", 2);
+    result->StoreMissing(3);
+    const std::string saved = Saved(*result);
+    const auto loaded = Loaded(kMammoRadiation, saved);
+    ASSERT_EQ(loaded->Rows().size(), 3U) << saved;
+    EXPECT_EQ(loaded->ExposureCount(), 3);
+    EXPECT_FALSE(loaded->HasReading(0));
+    EXPECT_EQ(loaded->GetMeasurementValue(2, 2), "28");
+    EXPECT_FALSE(loaded->HasReading(2));
+    EXPECT_EQ(loaded->KvWaveform(2)->ValueCount(), 3);
+    EXPECT_EQ(Saved(*loaded), saved);
+    const std::string missing = R"(<Measurement Key="Import Waveform" Missing="True" />)";
+    const std::size_t first = saved.find(missing);
+    ASSERT_NE(first, std::string::npos) << saved;
+    EXPECT_NE(saved.find(missing, first + 1), std::string::npos) << saved;
+    loaded->UpdateAllStatus(owner, &selected);
+    EXPECT_EQ(loaded->Status(), kPassed);
+}
+
+std::string OneMeasurement(const std::string& key, const std::string& value) {
+    return R"(<ResultItem><Status>1</Status><Measurement Key=")" + key + "\">" + value +
+           "<Status>1</Status></Measurement></ResultItem>";
+}
+
+TEST_F(ResultPersistence, AMeasurementKeepsItsTypeThroughLoadAndSave) {
+    struct Case {
+        int32_t test;
+        const char* key;
+        const char* value;
+    };
+    const Case cases[] = {
+        {kRadioRepro, "kVp Avg", R"(<Value Type="1">80.1</Value>)"},
+        {kRadioRepro, "kVp Avg", R"(<Value Type="5">80.1</Value>)"},
+        {kRadioRepro, "ER Exposure", R"(<Value Type="1">0.05</Value>)"},
+        {kFluoroExposure, "ER Maxi. Exposure Rate2", R"(<Value Type="1">3</Value>)"},
+        {kFluoroExposure, "ER Maxi. Exposure Rate2", R"(<Value Type="5">3</Value>)"},
+    };
+    for (const Case& c : cases) {
+        const std::string saved = Saved(*Loaded(c.test, OneMeasurement(c.key, c.value)));
+        EXPECT_NE(saved.find(c.value), std::string::npos) << c.key << ": " << saved;
+    }
+}
+
+TEST_F(ResultPersistence, AnOverRangeReadingThatWasStoredAsAPassFailsWhenItIsJudged) {
+    for (const char* mark : {"22420::OL", "22421::UL"}) {
+        const auto loaded =
+            Loaded(kMammoRadiation,
+                   OneMeasurement("Exposure", std::string("<Value Type=\"5\">") + mark + "</Value>"));
+        EXPECT_EQ(loaded->Status(), kPassed) << mark;
+        loaded->UpdateAllStatus(owner, &selected);
+        EXPECT_EQ(loaded->Status(), kFailed) << mark;
+    }
+}
+
+TEST_F(ResultPersistence, AModeKeepsItsCommas) {
+    Begin(kFluoroExposure);
+    const uint8_t mode = ColumnNumber(result->Current(), key::kMode);
+    result->StoreResult({{{key::kMode, "High, boost"}}, {}, {}}, kSourceZrd);
+    result->UpdateStatus(owner, &selected, 1);
+    EXPECT_EQ(Loaded(kFluoroExposure, Saved(*result))->GetMeasurementValue(1, mode), "High, boost");
+}
+
+}  // namespace
+}  // namespace vorex
