@@ -103,7 +103,7 @@ void BM_Exposure(benchmark::State& state) {
     const auto pipe = std::make_shared<ExecutionPipe>(elements->Instruments(), elements->Selected());
     RunSequence(elements->Elements(), pipe);
     if (person.Ended() || instruments.ExposuresDelivered() != stored + 1)
-        throw std::runtime_error("the run broke off: " + person.ScriptError());
+        throw std::runtime_error("the run broke off: " + person.Error());
 }
 BENCHMARK(BM_Exposure)
     ->ArgNames({"kind", "stored"})

@@ -1,15 +1,14 @@
 #include "app/data_folders.h"
 
-#include <system_error>
+#include "system/system.h"
 
 namespace vorex {
 
 namespace fs = std::filesystem;
 
 std::vector<fs::path> DataFolders(std::string_view kind) {
-    std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error);
-    if (error) return {};
+    const fs::path program = os::ProgramFile();
+    if (program.empty()) return {};
     return {program.parent_path().parent_path() / "share" / "vorex" / kind};
 }
 

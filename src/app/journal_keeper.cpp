@@ -22,25 +22,21 @@ std::string NameOf(const JournalRecord& record) {
 
 }  // namespace
 
-void JournalKeeper::Keep(std::unique_ptr<RunJournal> journal, const IOperator& person,
-                         HeadlessPlatform& platform) {
+void JournalKeeper::Keep(std::unique_ptr<RunJournal> journal, IPlatform& platform) {
     mJournal = std::move(journal);
-    mPerson = &person;
     mPlatform = &platform;
-    platform.Clock([this](std::string now) { return mTape.Clock(std::move(now)); });
 }
 
 void JournalKeeper::Replay(const JournalContent& content) {
     mRecords = content.records;
-    mRealTime = content.head.realTime;
     std::vector<RunNote> notes;
     for (const JournalRecord& record : mRecords)
         notes.insert(notes.end(), record.notes.begin(), record.notes.end());
     mTape.Rewind(std::move(notes), mRecords.empty() ? 0 : mRecords.back().polls);
-    if (mRecords.empty()) GoOn();
+    if (mRecords.empty()) mTape.GoOn();
 }
 
-JournalRecord JournalKeeper::RecordOf(const StoredExposure& stored) const {
+JournalRecord JournalKeeper::RecordOf(const StoredExposure& stored, const OperatorPlace& place) const {
     JournalRecord record;
     record.element = stored.element.ID();
     record.exposure = stored.exposure;
@@ -49,15 +45,15 @@ JournalRecord JournalKeeper::RecordOf(const StoredExposure& stored) const {
     record.row = stored.row;
     record.statuses = StatusesOf(stored.element);
     record.time = mPlatform->TimeStamp();
-    record.opened = static_cast<int32_t>(mPerson->Opened());
+    record.opened = static_cast<int32_t>(place.opened);
     record.polls = static_cast<int32_t>(mTape.Polls());
-    record.steps = static_cast<int32_t>(mPerson->StepsTaken());
+    record.steps = static_cast<int32_t>(place.steps);
     return record;
 }
 
-void JournalKeeper::Stored(const StoredExposure& stored) {
+void JournalKeeper::Stored(const StoredExposure& stored, const OperatorPlace& place) {
     if (!mJournal || mTape.Broken()) return;
-    JournalRecord record = RecordOf(stored);
+    JournalRecord record = RecordOf(stored, place);
     if (mTape.Reading()) return Follow(record);
     record.notes = mTape.TakeNotes();
     if (!mFault.empty()) return;
@@ -77,7 +73,7 @@ void JournalKeeper::Follow(const JournalRecord& record) {
         mFault = "the readings, statuses or steps of " + NameOf(kept) + " are others now";
         return;
     }
-    if (++mNext == mRecords.size()) GoOn();
+    if (++mNext == mRecords.size()) mTape.GoOn();
 }
 
 std::string JournalKeeper::WayLost() const {
@@ -90,11 +86,6 @@ std::string JournalKeeper::WayLost() const {
         return {};
     return mJournal->Path().string() + ": the run does not come again as it was: " + what +
            "; the journal stays. Were the settings, the script or the program changed?";
-}
-
-void JournalKeeper::GoOn() {
-    mTape.GoOn();
-    if (mRealTime) mPlatform->GoRealTime();
 }
 
 void JournalKeeper::Finish() {

@@ -1,17 +1,21 @@
 #pragma once
 
 #include <cstddef>
-
-#include "host/headless_platform.h"
+#include <string>
 
 namespace vorex {
 
-/// Who operates the guides of a run: a script, or a person.
-class IOperator : public IHeadlessOperator {
+/// Who operates the guides of a run: a script, or a person. The platform brings both to the guide; a run only
+/// asks how far they have come. The defaults are those of a person at a window.
+class IOperator {
   public:
-    /// How far the operator has come: guides opened, and steps taken at the last of them.
-    virtual std::size_t Opened() const = 0;
-    virtual std::size_t StepsTaken() const = 0;
+    virtual ~IOperator() = default;
+    /// Steps taken at the guide that was opened last.
+    virtual std::size_t StepsTaken() const { return 0; }
+    /// True when no further element may begin.
+    virtual bool Ended() const { return false; }
+    /// Why the operator could not go on; empty when nothing was wrong.
+    virtual std::string Error() const { return {}; }
 };
 
 }  // namespace vorex

@@ -1,27 +1,63 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 
+#include "app/session_platform.h"
+#include "files/standards_library.h"
+#include "foundation/host_services.h"
 #include "foundation/registration.h"
-#include "host/reference_host.h"
+#include "instruments/instruments.h"
+#include "instruments/technique.h"
 
 namespace vorex {
 
-/// Installs library and reference host; one at a time in a process. Its end takes everything back.
+class IAppListener;
+
+/// The run that is under way, as the services of its session reach it.
+class IRunUnderWay : public IPlatformWatcher {
+  public:
+    virtual IInstruments& Instruments() = 0;
+    virtual void Stored(const StoredExposure& stored) = 0;
+};
+
+struct SessionOptions {
+    std::string language = "en";
+    std::shared_ptr<IPlatform> platform;  ///< empty: without a window, in virtual time
+};
+
+/// A program's use of the library: installs library and reference host once, for all files that it opens. One
+/// at a time in a process; its end takes everything back.
 class Session {
   public:
-    /// `languageFolders` and `program` of the options are filled in, and so is an empty platform. Raises
-    /// FileError for a language that does not exist.
-    explicit Session(ReferenceHostOptions options);
+    /// Raises FileError for a language that does not exist and for a log that cannot be written.
+    explicit Session(SessionOptions options = {});
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
     /// Code of the language of its texts.
     const std::string& Language() const { return mLanguage; }
+    SessionPlatform& Platform() { return *mPlatform; }
+
+    /// The shipped standards and the user's own, read at the first call. What cannot be read is a fault.
+    StandardsLibrary& Standards(IAppListener& listener);
+
+    /// What is set on the X-ray unit for the exposure that comes next: what the open guide asks for; empty
+    /// while none is open.
+    std::optional<Technique> AtConsole() const;
+
+    /// Not owned; null for none.
+    void Attach(IRunUnderWay* run);
 
   private:
+    HostServices MakeServices();
+
     std::string mLanguage;
+    std::shared_ptr<SessionPlatform> mPlatform;
+    IRunUnderWay* mRun = nullptr;
+    std::shared_ptr<StandardsLibrary> mStandards;
     CRegisterDll mRegistration;
 };
 

@@ -1,24 +1,21 @@
-#include "app/standards.h"
-
 #include <algorithm>
 #include <map>
-#include <ostream>
 #include <set>
 #include <stdexcept>
 #include <utility>
 
 #include "app/limit_fit.h"
+#include "app/open_file.h"
 #include "config/config_common.h"
 #include "foundation/number_text.h"
-#include "foundation/registration.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/standards.h"
 #include "results/limit_data.h"
 
-namespace vorex {
+// Putting standards into a file, and choosing those that judge.
 
-namespace fs = std::filesystem;
+namespace vorex {
 
 namespace {
 
@@ -47,7 +44,7 @@ StandardName FindStandard(const std::string& wanted, const std::vector<StandardN
                              (list.empty() ? "a standard, but there is none" : "one of " + list));
 }
 
-/// True when a standard has a limit of a key, with or without the number of an exposure after it.
+/// True when a standard has a limit of a key, with or without the number of an exposure behind it.
 bool HasLimit(const IStandard& standard, std::string_view limitKey) {
     const bool numbered = IsMaxExposureRate(limitKey);
     return std::any_of(standard.Results().begin(), standard.Results().end(), [&](const auto& limit) {
@@ -58,8 +55,9 @@ bool HasLimit(const IStandard& standard, std::string_view limitKey) {
 /// Puts one standard into elements.
 class Addition {
   public:
-    Addition(StandardsLibrary& library, StandardName name, std::span<const int32_t> ids, std::ostream& err)
-        : mLibrary(library), mName(std::move(name)), mIds(ids.begin(), ids.end()), mErr(err) {}
+    Addition(StandardsLibrary& library, StandardName name, std::span<const int32_t> ids,
+             IAppListener& listener)
+        : mLibrary(library), mName(std::move(name)), mIds(ids.begin(), ids.end()), mListener(listener) {}
 
     void AddTo(const Elements& elements, bool wanted) {
         for (const auto& element : elements) {
@@ -97,8 +95,7 @@ class Addition {
                                 [&](const std::string& words) { leftOut.emplace(limit.key, words); });
             });
         for (const auto& [key, words] : leftOut)
-            if (!HasLimit(*standard, key))
-                mErr << "vorex: element " << PlainText(element.ID()) << ": " << words << "\n";
+            if (!HasLimit(*standard, key)) mListener.Faulted({FaultSource::kStandard, element.ID(), words});
         if (standard->Results().empty()) return;
         limits->AddStandard(standard);
         mAdded = true;
@@ -107,42 +104,32 @@ class Addition {
     StandardsLibrary& mLibrary;
     StandardName mName;
     std::set<int32_t> mIds;
-    std::ostream& mErr;
+    IAppListener& mListener;
     bool mAdded = false;
 };
 
 }  // namespace
 
-std::shared_ptr<StandardsLibrary> OpenStandards(std::vector<fs::path> folders, std::ostream& err) {
-    if (fs::path own = UserStandardsFolder(); !own.empty()) folders.push_back(std::move(own));
-    auto library = std::make_shared<StandardsLibrary>(
-        folders, LimitFault, [&err](const std::string& fault) { err << "vorex: " << fault << "\n"; });
-    GGlobals().SetPlugInPointer(library);
-    return library;
-}
-
-void AddStandard(ElementFile& file, StandardsLibrary& library, const std::string& wanted,
-                 std::span<const int32_t> ids, std::ostream& err) {
+AddedStandard OpenFile::AddStandard(StandardsLibrary& library, const std::string& wanted,
+                                    std::span<const int32_t> ids, IAppListener& listener) {
     std::vector<StandardName> known;
     for (const StandardFile& standard : library.Standards())
         known.push_back({standard.name, standard.version});
     const StandardName name = FindStandard(wanted, known, "among the standards (see vorex standards)");
     for (int32_t id : ids)
-        if (!file.FindElement(id))
+        if (!mFile->FindElement(id))
             throw std::runtime_error("there is no element " + PlainText(id) + " in the file");
-    Addition addition(library, name, ids, err);
-    addition.AddTo(file.Elements(), false);
+    Addition addition(library, name, ids, listener);
+    addition.AddTo(Elements(), false);
     addition.RaiseUnlessDone();
-    const auto selected = file.Selected();
+    const auto selected = mFile->Selected();
     const auto judging = selected->Standards();
-    if (std::find(judging.begin(), judging.end(), name) == judging.end())
-        err << "vorex: \"" << FullName(name) << "\" does not judge yet: the file selects others (see vorex "
-            << "standards select)\n";
+    return {name, std::find(judging.begin(), judging.end(), name) != judging.end()};
 }
 
-void SelectStandards(ElementFile& file, std::span<const std::string> wanted) {
-    file.Select(std::nullopt);
-    const auto all = file.Selected();
+void OpenFile::SelectStandards(std::span<const std::string> wanted) {
+    mFile->Select(std::nullopt);
+    const auto all = mFile->Selected();
     const std::vector<StandardName> known(all->Standards().begin(), all->Standards().end());
     std::vector<StandardName> chosen;
     for (const std::string& name : wanted) {
@@ -150,7 +137,7 @@ void SelectStandards(ElementFile& file, std::span<const std::string> wanted) {
         if (std::find(chosen.begin(), chosen.end(), standard) == chosen.end())
             chosen.push_back(std::move(standard));
     }
-    file.Select(std::move(chosen));
+    mFile->Select(std::move(chosen));
 }
 
 }  // namespace vorex

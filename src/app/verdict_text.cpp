@@ -244,28 +244,35 @@ std::string ChangedLimits(const ITestElement& element, const CResultCommon& resu
 
 }  // namespace
 
-std::vector<std::string> VerdictChanges(const ITestElement& element, const CResultCommon& result,
-                                        const Statuses& before, const ISelectedStandards* selected) {
-    if (result.Status() == before.front()) return {};
-    const auto line = [&](const std::string& words) {
-        return Translate(text::kShowElementChange, {PlainText(element.ID()), StatusText(before.front()),
-                                                    StatusText(result.Status()), words});
-    };
-    std::vector<std::string> lines;
+std::optional<VerdictChange> ChangeOfVerdict(const ITestElement& element, const CResultCommon& result,
+                                             const Statuses& before, const ISelectedStandards* selected) {
+    if (result.Status() == before.front()) return std::nullopt;
+    VerdictChange change{element.ID(), before.front(), result.Status(), {}};
     std::size_t at = 1;
     for (std::size_t row = 0; row < result.Rows().size(); ++row) {
         for (const auto& item : *result.Rows()[row]) {
             const int32_t old = before[at++];
             if ((old == kFailed) == (item->Status() == kFailed)) continue;
             const std::string unit = Translate(item->RawUnit());
-            const std::string limits = ChangedLimits(element, result, *item, selected);
-            lines.push_back(line(Translate(text::kShowValueChange,
-                                           {item->Description(), PlainText(static_cast<int32_t>(row + 1)),
-                                            item->ShownText() + (unit.empty() ? "" : " " + unit) +
-                                                (limits.empty() ? "" : ", " + limits)})));
+            change.values.push_back({item->Description(), static_cast<int32_t>(row + 1),
+                                     item->ShownText() + (unit.empty() ? "" : " " + unit),
+                                     ChangedLimits(element, result, *item, selected)});
         }
     }
-    if (lines.empty()) lines.push_back(line(Translate(text::kShowOtherSettings)));
+    return change;
+}
+
+std::vector<std::string> ChangeLines(const VerdictChange& change) {
+    const auto line = [&](const std::string& words) {
+        return Translate(text::kShowElementChange, {PlainText(change.element), StatusText(change.before),
+                                                    StatusText(change.after), words});
+    };
+    if (change.values.empty()) return {line(Translate(text::kShowOtherSettings))};
+    std::vector<std::string> lines;
+    for (const ValueChange& value : change.values)
+        lines.push_back(line(Translate(text::kShowValueChange,
+                                       {value.description, PlainText(value.exposure),
+                                        value.value + (value.limits.empty() ? "" : ", " + value.limits)})));
     return lines;
 }
 

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/verdict_change.h"
 #include "config/config_common.h"
 #include "foundation/host_contract.h"
 #include "results/result_common.h"
@@ -53,9 +55,12 @@ std::vector<std::string> RecordLines(const ITestElement& element, const CConfigC
 using Statuses = std::vector<int32_t>;
 Statuses StatusesOf(const CResultCommon& result);
 
+/// How judging has changed a verdict; nothing when it has not.
+std::optional<VerdictChange> ChangeOfVerdict(const ITestElement& element, const CResultCommon& result,
+                                             const Statuses& before, const ISelectedStandards* selected);
+
 /// A line for each value that has changed the verdict: "element 3: Pass -> Fail: kVp Avg exposure 2, 84.3
-/// KV, at most 84 (Site 2026), before at most 88". Empty when the verdict stands.
-std::vector<std::string> VerdictChanges(const ITestElement& element, const CResultCommon& result,
-                                        const Statuses& before, const ISelectedStandards* selected);
+/// KV, at most 84 (Site 2026), before at most 88".
+std::vector<std::string> ChangeLines(const VerdictChange& change);
 
 }  // namespace vorex

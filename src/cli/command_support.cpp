@@ -5,13 +5,12 @@
 #include <system_error>
 
 #include "app/data_folders.h"
-#include "app/elements.h"
+#include "app/verdict_text.h"
 #include "cli/result_text.h"
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/text_service.h"
-#include "mqsa/result_mqsa.h"
 
 namespace vorex {
 
@@ -34,10 +33,25 @@ std::string LanguageOf(const CommonOptions& common) {
     return common.language ? *common.language : SystemLanguage(DataFolders(kLanguages));
 }
 
-ReferenceHostOptions HostOptions(const CommonOptions& common) {
-    ReferenceHostOptions options;
-    options.language = LanguageOf(common);
-    return options;
+void TerminalListener::ElementBegins(const ITestElement& element) {
+    if (mTerminal.progress)
+        mTerminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << " ..." << std::endl;
+}
+
+void TerminalListener::ElementEnded(const ITestElement& element) {
+    if (mTerminal.progress)
+        mTerminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << ": " << StatusWords(element)
+                      << std::endl;
+}
+
+void TerminalListener::VerdictChanged(const VerdictChange& change) {
+    for (const std::string& line : ChangeLines(change)) mTerminal.err << "vorex: " << line << "\n";
+}
+
+void TerminalListener::Faulted(const AppFault& fault) {
+    mTerminal.err << "vorex: ";
+    if (fault.element != 0) mTerminal.err << "element " << PlainText(fault.element) << ": ";
+    mTerminal.err << fault.text << "\n";
 }
 
 void CheckOutput(const std::vector<fs::path>& inputs, const fs::path& output) {
@@ -56,32 +70,24 @@ void CheckOutput(const std::vector<fs::path>& inputs, const fs::path& output) {
         throw std::runtime_error(output.string() + ": is a folder; expected the name of a file");
 }
 
-void WriteResult(ElementFile& file, const fs::path& output, Terminal& terminal) {
+void WriteResult(OpenFile& file, const fs::path& output, Terminal& terminal) {
     if (output.empty())
         terminal.out << file.Text();
     else
         file.Save(output);
 }
 
-void PrintSummary(const ElementFile& file, const fs::path& output, Terminal& terminal) {
+void PrintSummary(const OpenFile& file, const fs::path& output, Terminal& terminal) {
     if (output.empty()) return;
     AddLines(file.Elements(), 0, terminal.colour, terminal.out);
     terminal.out << Translate(text::kSavedAs, {output.string()}) << "\n";
 }
 
-int VerdictOf(const ElementFile& file) {
-    return AnyFailed(file.Elements()) ? kExitFailed : kExitPassed;
-}
-
-bool PrintSurveyFaults(const ElementFile& file, Terminal& terminal) {
-    bool any = false;
-    for (const auto& element : SurveysOf(file.Elements())) {
-        const auto survey = std::dynamic_pointer_cast<CResultMQSA>(element->Result());
-        if (!survey || survey->Fault().empty()) continue;
-        terminal.err << "vorex: element " << PlainText(element->ID()) << ": " << survey->Fault() << "\n";
-        any = true;
-    }
-    return any;
+int VerdictCode(const OpenFile& file, Terminal& terminal) {
+    const std::vector<AppFault> faults = file.SurveyFaults();
+    for (const AppFault& fault : faults) TerminalListener(terminal).Faulted(fault);
+    if (!faults.empty()) return kExitFault;
+    return file.Verdict() == FileVerdict::kBad ? kExitFailed : kExitPassed;
 }
 
 }  // namespace vorex

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <ostream>
 #include <string>
 #include <vector>
 
+#include "app/listener.h"
+#include "app/open_file.h"
 #include "cli/commands.h"
-#include "files/element_file.h"
-#include "host/reference_host.h"
 
 // What several commands do.
 
@@ -15,19 +16,27 @@ namespace vorex {
 /// The language that was asked for, else that of the system.
 std::string LanguageOf(const CommonOptions& common);
 
-/// Host options of a command in that language.
-ReferenceHostOptions HostOptions(const CommonOptions& common);
+/// Prints what a program is told of its work on a file, and the progress of a run to a person.
+class TerminalListener : public IAppListener {
+  public:
+    explicit TerminalListener(Terminal& terminal) : mTerminal(terminal) {}
+
+    void ElementBegins(const ITestElement& element) override;
+    void ElementEnded(const ITestElement& element) override;
+    void VerdictChanged(const VerdictChange& change) override;
+    void Faulted(const AppFault& fault) override;
+
+  private:
+    Terminal& mTerminal;
+};
 
 /// Throws std::runtime_error for an output that is one of the inputs, a folder, or in no folder.
 void CheckOutput(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output);
 /// Writes the file, or its text to standard output without one.
-void WriteResult(ElementFile& file, const std::filesystem::path& output, Terminal& terminal);
+void WriteResult(OpenFile& file, const std::filesystem::path& output, Terminal& terminal);
 /// The tree with its statuses, where standard output does not carry the file itself.
-void PrintSummary(const ElementFile& file, const std::filesystem::path& output, Terminal& terminal);
-/// The exit code that the verdicts of a file come to.
-int VerdictOf(const ElementFile& file);
-
-/// True when a survey could not be judged to its end; says why.
-bool PrintSurveyFaults(const ElementFile& file, Terminal& terminal);
+void PrintSummary(const OpenFile& file, const std::filesystem::path& output, Terminal& terminal);
+/// The exit code that the verdicts of a file come to; a survey that could not be judged to its end is named.
+int VerdictCode(const OpenFile& file, Terminal& terminal);
 
 }  // namespace vorex

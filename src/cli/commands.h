@@ -88,7 +88,7 @@ struct SurveyOptions {
     std::filesystem::path from;
     std::filesystem::path exported;
     bool list = false;
-    int32_t id = -1;               ///< of the survey, where a file has several
+    std::optional<int32_t> id;     ///< of the survey, where a file has several
     std::filesystem::path output;  ///< empty: standard output
 };
 

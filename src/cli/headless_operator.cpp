@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "app/console.h"
 #include "execution/test_common.h"
 #include "foundation/number_text.h"
 #include "results/result_common.h"
@@ -112,7 +111,7 @@ void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bo
     const bool redo = step.kind == StepKind::kRedo;
     mPendingStop = stops ? &stop : nullptr;
     mStopTaken = false;
-    const std::size_t messages = mMessages.size();
+    const int32_t messages = mMessages;
     const auto resultBefore = guide.Element() ? guide.Element()->Result() : nullptr;
     const bool judgedBefore = resultBefore && resultBefore->Status() != kNotTested;
     const bool pressed = press();
@@ -128,19 +127,7 @@ void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bo
     // A run that ended early without a stop was broken by an instrument, or never began.
     const bool began = !judgedBefore || guide.Element()->Result() != resultBefore;
     const bool complete = began && StoredExposures(guide) >= PlannedExposures(guide);
-    if (!stops && !redo && !complete && (Faulty() || mMessages.size() > messages)) mRunBroken = true;
-}
-
-std::optional<Technique> HeadlessOperator::AtConsole() const {
-    if (mGuide == nullptr) return std::nullopt;
-    const auto test = std::dynamic_pointer_cast<CTestCommon>(mGuide->Element());
-    const auto config = test ? std::dynamic_pointer_cast<CConfigCommon>(test->Configuration()) : nullptr;
-    if (!config) return std::nullopt;
-    constexpr uint64_t kRowsOfATest = 256;
-    const uint8_t row = test->ExposureRow();
-    Technique technique = TechniqueOf(*config, row);
-    technique.exposure = static_cast<uint64_t>(static_cast<uint32_t>(test->ID())) * kRowsOfATest + row;
-    return technique;
+    if (!stops && !redo && !complete && (Faulty() || mMessages > messages)) mRunBroken = true;
 }
 
 void HeadlessOperator::AfterEvent() {
@@ -152,8 +139,8 @@ void HeadlessOperator::AfterEvent() {
     if (!mGuide->PressButton(guide_button::kStop)) Fail(*mPendingStop, "the button is not enabled");
 }
 
-void HeadlessOperator::Message(std::string_view title, std::string_view message) {
-    mMessages.push_back(std::string(title) + ": " + std::string(message));
+void HeadlessOperator::Message(std::string_view /*title*/, std::string_view /*message*/) {
+    ++mMessages;
 }
 
 }  // namespace vorex

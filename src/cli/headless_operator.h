@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +14,6 @@
 #include "guide/test_guide_form.h"
 #include "host/headless_platform.h"
 #include "instruments/instruments.h"
-#include "instruments/technique.h"
 
 namespace vorex {
 
@@ -24,7 +22,7 @@ namespace vorex {
 ///
 /// A step that cannot be taken is an error of the script, and the run is broken off; unless an instrument
 /// has failed, for then the guide is left as far as it came.
-class HeadlessOperator : public IOperator {
+class HeadlessOperator : public IOperator, public IHeadlessOperator {
   public:
     HeadlessOperator(std::vector<ElementSteps> script, const IInstruments& instruments);
 
@@ -34,20 +32,11 @@ class HeadlessOperator : public IOperator {
     /// Abort is meant when the script says so.
     bool Confirm(std::string_view /*question*/) override { return true; }
 
-    /// What is set on the X-ray unit for the exposure that comes next: what the open guide asks for; empty
-    /// while none is open.
-    std::optional<Technique> AtConsole() const;
-
     /// What was wrong with the script; empty when it could be followed.
-    const std::string& ScriptError() const { return mScriptError; }
-    /// An instrument fault ended a run before its exposures were taken.
-    bool RunBroken() const { return mRunBroken; }
+    std::string Error() const override { return mScriptError; }
     /// No further element may begin.
-    bool Ended() const { return mRunBroken || !mScriptError.empty() || mInstruments.Ended(); }
-    std::size_t Opened() const override { return mElementNumber; }
+    bool Ended() const override { return mRunBroken || !mScriptError.empty() || mInstruments.Ended(); }
     std::size_t StepsTaken() const override { return mNext; }
-    /// Messages that the guide showed to the operator.
-    const std::vector<std::string>& Messages() const { return mMessages; }
 
   private:
     void OpenElement(FZRD47500TestGuide& guide);
@@ -66,10 +55,10 @@ class HeadlessOperator : public IOperator {
     FZRD47500TestGuide* mGuide = nullptr;
     const OperatorStep* mPendingStop = nullptr;
     bool mStopTaken = false;
-    bool mRunBroken = false;
+    bool mRunBroken = false;  ///< an instrument fault ended a run before its exposures were taken
     int32_t mElementId = 0;
     std::string mScriptError;
-    std::vector<std::string> mMessages;
+    int32_t mMessages = 0;  ///< that the guide showed
 };
 
 }  // namespace vorex

@@ -1,33 +1,24 @@
-#include <charconv>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "app/data_folders.h"
-#include "app/elements.h"
-#include "app/journal_keeper.h"
+#include "app/instrument_choice.h"
+#include "app/open_file.h"
+#include "app/run.h"
 #include "app/session.h"
-#include "app/standards.h"
 #include "cli/command_support.h"
 #include "cli/commands.h"
 #include "cli/headless_operator.h"
 #include "cli/operator_script.h"
-#include "cli/result_text.h"
-#include "files/element_file.h"
 #include "files/run_journal.h"
 #include "foundation/file_error.h"
 #include "foundation/number_text.h"
-#include "foundation/utilities.h"
-#include "foundation/vocabulary.h"
-#include "host/execution_pipe.h"
 #include "host/headless_platform.h"
-#include "instruments/recorded_instruments.h"
-#include "instruments/room.h"
-#include "instruments/simulated_instruments.h"
-#include "instruments/taped_instruments.h"
 #include "version.h"
 
 // Running the tests of a file, and going on with a run that was interrupted.
@@ -38,126 +29,38 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kRecordingPrefix = "recording:";
-constexpr std::string_view kSimulated = "simulated";
-constexpr std::string_view kSimulatedPrefix = "simulated:";
-constexpr uint64_t kUsualSeed = 1;
-
-uint64_t ReadSeed(std::string_view text) {
-    uint64_t seed = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
-    if (error != std::errc() || end != text.data() + text.size())
-        throw std::runtime_error("--instruments simulated:" + std::string(text) +
-                                 " has no seed; expected a whole number from 0, such as simulated:7");
-    return seed;
-}
-
-/// File of the recording that a run is asked to use; empty for other instruments.
-fs::path RecordingOf(const RunOptions& options) {
-    const std::string_view name = options.instruments;
-    return name.starts_with(kRecordingPrefix) ? name.substr(kRecordingPrefix.size()) : std::string_view();
-}
-
-/// The instruments that a run is asked to use. The console tells simulated ones what is set for an exposure.
-std::unique_ptr<IInstruments> MakeInstruments(const RunOptions& options, Console console) {
-    const std::string_view name = options.instruments;
-    const bool simulated = name == kSimulated || name.starts_with(kSimulatedPrefix);
-    if (simulated) {
-        const uint64_t seed =
-            name == kSimulated ? kUsualSeed : ReadSeed(name.substr(kSimulatedPrefix.size()));
-        Room room = options.room.empty() ? Room() : LoadRoom(options.room.string());
-        return std::make_unique<SimulatedInstruments>(std::move(room), seed, std::move(console));
-    }
-    if (!options.room.empty())
+/// The instruments that the options name.
+InstrumentChoice ChosenInstruments(const RunOptions& options) {
+    constexpr std::string_view kSimulated = "simulated";
+    if (!options.room.empty() && !options.instruments.starts_with(kSimulated))
         throw std::runtime_error(
             "--room belongs to simulated instruments; give --instruments simulated with it");
-    if (name.starts_with(kRecordingPrefix)) {
-        const fs::path file = RecordingOf(options);
-        if (file.empty())
-            throw std::runtime_error("--instruments recording: names no file; expected recording:FILE");
-        return std::make_unique<RecordedInstruments>(LoadRecording(file.string()));
+    try {
+        InstrumentChoice choice = ReadInstruments(options.instruments);
+        if (auto* simulated = std::get_if<SimulatedRoom>(&choice)) simulated->room = options.room;
+        return choice;
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error("--instruments " + std::string(error.what()));
     }
-    // Whether any are needed only the file tells.
-    if (name.empty()) return std::make_unique<RecordedInstruments>(Recording());
-    throw std::runtime_error("--instruments " + options.instruments +
-                             " is not known; expected simulated, simulated:SEED or recording:FILE");
+}
+
+/// The recording of a choice; empty for other instruments.
+fs::path RecordingOf(const InstrumentChoice& choice) {
+    const auto* bench = std::get_if<RecordedBench>(&choice);
+    return bench == nullptr ? fs::path() : bench->file;
 }
 
 /// Without instruments a file can be run that measures nothing: one that holds surveys only.
-void CheckInstruments(const RunOptions& options, const ElementFile& file) {
-    if (!options.instruments.empty()) return;
-    ForEachElement(file.Elements(), [&](const auto& element) {
-        if (element->TestID() == kMqsaSurvey || element->TestID() == kGroupId) return;
+void CheckInstruments(const InstrumentChoice& choice, const OpenFile& file) {
+    if (!std::holds_alternative<std::monostate>(choice)) return;
+    if (const std::optional<int32_t> element = file.FirstMeasuring())
         throw std::runtime_error(
-            "no instruments were given, and element " + PlainText(element->ID()) + " of " +
-            options.input.string() +
+            "no instruments were given, and element " + PlainText(*element) + " of " + file.Name() +
             " measures; expected --instruments simulated or --instruments recording:FILE");
-    });
-}
-
-/// The instruments, their measurements noted on a tape.
-std::unique_ptr<IInstruments> TapeInstruments(std::unique_ptr<IInstruments> instruments, RunTape* tape) {
-    if (tape == nullptr) return instruments;
-    return std::make_unique<TapedInstruments>(std::move(instruments), *tape);
-}
-
-/// Everything that a run needs beside its file.
-struct RunSetup {
-    RunSetup(const RunOptions& options, std::vector<ElementSteps> script, const CommonOptions& common,
-             bool journalled)
-        : instruments(TapeInstruments(MakeInstruments(options, [this] { return person.AtConsole(); }),
-                                      journalled ? &tape : nullptr)),
-          person(std::move(script), *instruments),
-          platform(std::make_shared<HeadlessPlatform>(options.realTime ? HeadlessPlatform::Time::kReal
-                                                                       : HeadlessPlatform::Time::kVirtual)),
-          keeper(tape),
-          session(MakeHostOptions(common, journalled)) {
-        platform->Operator(&person);
-    }
-
-    ReferenceHostOptions MakeHostOptions(const CommonOptions& common, bool journalled) {
-        ReferenceHostOptions host = HostOptions(common);
-        host.platform = platform;
-        host.createDetectorService = [this] { return instruments->CreateService(); };
-        host.createDetectorLink = [this] { return instruments->CreateLink(); };
-        host.instrumentFault = [this] { return instruments->LatestFault(); };
-        if (journalled) host.exposureStored = [this](const StoredExposure& stored) { keeper.Stored(stored); };
-        return host;
-    }
-
-    RunTape tape;
-    std::unique_ptr<IInstruments> instruments;
-    HeadlessOperator person;
-    std::shared_ptr<HeadlessPlatform> platform;
-    JournalKeeper keeper;
-    Session session;
-};
-
-ExecutionHooks HooksOf(const RunSetup& setup, Terminal& terminal) {
-    ExecutionHooks hooks;
-    hooks.stopped = [&setup] { return setup.person.Ended(); };
-    if (!terminal.progress) return hooks;
-    hooks.begins = [&terminal](ITestElement& element) {
-        terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << " ..." << std::endl;
-    };
-    hooks.ended = [&terminal](ITestElement& element) {
-        terminal.err << PlainText(element.ID()) << "  " << TestTitle(element) << ": " << StatusWords(element)
-                     << std::endl;
-    };
-    return hooks;
-}
-
-/// What the operator would have seen go wrong.
-void PrintFaults(const RunSetup& setup, Terminal& terminal) {
-    for (const std::string& message : setup.person.Messages()) terminal.err << "vorex: " << message << "\n";
-    for (const std::string& fault : setup.instruments->Faults()) terminal.err << "vorex: " << fault << "\n";
-    if (!setup.keeper.Fault().empty()) terminal.err << "vorex: " << setup.keeper.Fault() << "\n";
-    if (setup.platform->Stalls() > 0)
-        terminal.err << "vorex: the run waited for something that will never come, and was ended\n";
 }
 
 /// A measured result must not be lost with a file that cannot be written.
-int RescueResult(ElementFile& file, const std::string& reason, Terminal& terminal) {
+int RescueResult(OpenFile& file, const std::string& reason, Terminal& terminal) {
     terminal.err << "vorex: " << reason << "\n"
                  << "vorex: the result could not be saved; it follows on standard output\n";
     terminal.out << file.Text();
@@ -171,46 +74,34 @@ bool HasJournal(const fs::path& output) {
     return !output.empty() && (!fs::exists(status) || fs::is_regular_file(status));
 }
 
-/// The instruments in words that hold in every folder.
-std::string FromAnywhere(const std::string& instruments) {
-    const std::string_view name = instruments;
-    if (!name.starts_with(kRecordingPrefix)) return instruments;
-    return std::string(kRecordingPrefix) + fs::absolute(name.substr(kRecordingPrefix.size())).string();
-}
-
-/// A journal that is left behind is named: it is the way back to what was measured.
-std::string JournalHint(const RunSetup& setup, const fs::path& output) {
-    const std::string path = setup.keeper.Needed();
+/// A journal that stays is named: it is the way back to what was measured.
+std::string JournalHint(const Run& run, const fs::path& output) {
+    const std::string path = run.JournalNeeded();
     return path.empty() ? std::string()
                         : "; what was measured is kept in " + path + ", and \"vorex resume " +
                               output.string() + "\" goes on from there";
 }
 
-/// Runs the elements and saves them.
-int Perform(RunSetup& setup, ElementFile& file, const fs::path& output, Terminal& terminal) {
-    const auto pipe =
-        std::make_shared<ExecutionPipe>(file.Instruments(), file.Selected(), HooksOf(setup, terminal));
-    const SequenceEnd end = RunSequence(file.Elements(), pipe);
-    JournalKeeper& keeper = setup.keeper;
-    if (const std::string lost = keeper.WayLost(); !lost.empty()) throw std::runtime_error(lost);
-    PrintFaults(setup, terminal);
-    if (const std::string& error = setup.person.ScriptError(); !error.empty())
-        throw std::runtime_error(error + JournalHint(setup, output));
+/// Saves what a run has left and prints its verdicts.
+int Conclude(Run& run, const RunOutcome& outcome, OpenFile& file, const fs::path& output,
+             Terminal& terminal) {
+    if (outcome.end == RunEnd::kWayLost) throw std::runtime_error(outcome.reason);
+    if (outcome.end == RunEnd::kOperatorError)
+        throw std::runtime_error(outcome.reason + JournalHint(run, output));
     try {
         WriteResult(file, output, terminal);
     } catch (const FileError& error) {
-        return RescueResult(file, error.what() + JournalHint(setup, output), terminal);
+        return RescueResult(file, error.what() + JournalHint(run, output), terminal);
     }
     try {
-        keeper.Finish();
+        run.Saved();
     } catch (const FileError& error) {
         terminal.err << "vorex: " << error.what() << "; the result is saved\n";
     }
     PrintSummary(file, output, terminal);
-    const bool surveyFault = PrintSurveyFaults(file, terminal);
-    if (setup.person.Ended() || setup.platform->Stalls() > 0 || surveyFault) return kExitFault;
-    if (end == SequenceEnd::kAborted) return kExitAborted;
-    return VerdictOf(file);
+    const int verdict = VerdictCode(file, terminal);
+    if (outcome.end == RunEnd::kBroken || verdict == kExitFault) return kExitFault;
+    return outcome.end == RunEnd::kAborted ? static_cast<int>(kExitAborted) : verdict;
 }
 
 /// A run tells in its report what its file holds: limits and waveforms with the rest.
@@ -235,15 +126,14 @@ void CheckRunReport(const std::vector<fs::path>& inputs, const ReportOptions& re
     CheckReport(report);
 }
 
-/// Writes the report of a run, if one is wanted, and tells how the run ends with it. What was measured is
-/// saved by now; a report can be made of it later as well, and is the same: it tells what the file holds.
-int WithReport(int code, ElementFile& file, const ReportOptions& report, const CommonOptions& common,
-               Terminal& terminal) {
+/// Writes the report of a run, if one is wanted, and returns how the run ends with it. What was measured is
+/// saved by now; a report can be made of it later as well, and is the same: it shows what the file holds.
+int WithReport(int code, OpenFile& file, const ReportOptions& report, Session& session, Terminal& terminal) {
     if (report.output.empty()) return code;
     try {
-        const auto saved = ElementFile::FromText(file.Text(), report.input.string());
-        WriteReport(*saved, *OpenStandards(DataFolders(kStandards), terminal.err), report,
-                    LanguageOf(common));
+        const auto saved = OpenFile::FromText(file.Text(), report.input.string());
+        TerminalListener listener(terminal);
+        WriteReport(saved->File(), session.Standards(listener), report, session.Language());
         return code;
     } catch (const std::exception& error) {
         terminal.err << "vorex: " << error.what() << "\n"
@@ -252,33 +142,70 @@ int WithReport(int code, ElementFile& file, const ReportOptions& report, const C
     }
 }
 
+/// Lets a resumed run in real time go by the clock from where its journal ends.
+class RunListener final : public TerminalListener {
+  public:
+    RunListener(Terminal& terminal, HeadlessPlatform* paced) : TerminalListener(terminal), mPaced(paced) {}
+    void CaughtUp() override {
+        if (mPaced != nullptr) mPaced->GoRealTime();
+    }
+
+  private:
+    HeadlessPlatform* mPaced;
+};
+
+/// The script of a run that was interrupted; another one takes over where it stopped.
+std::vector<ElementSteps> ResumedScript(const JournalContent& content, const std::string& other) {
+    auto script = ParseOperatorScript(content.head.operatorScript);
+    if (other.empty()) return script;
+    const JournalRecord last = content.records.empty() ? JournalRecord() : content.records.back();
+    return JoinedScript(script, static_cast<std::size_t>(last.opened), static_cast<std::size_t>(last.steps),
+                        ParseOperatorScript(other));
+}
+
+void PrintResumed(const RunJournal& journal, const JournalContent& content, Terminal& terminal) {
+    const JournalHead& head = content.head;
+    terminal.err << "vorex: " << journal.Path().string() << ": a run of " << head.input << ", begun "
+                 << head.started << ", holds " << JournalSummary(content) << "\n";
+    if (head.program != kProgramVersion)
+        terminal.err << "vorex: it was begun by version " << head.program << ", and this is "
+                     << kProgramVersion << "\n";
+    if (content.torn) terminal.err << "vorex: its last line was not whole and is dropped\n";
+}
+
 }  // namespace
 
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal) {
-    CheckOutput({options.input, RecordingOf(options), options.room}, options.output);
+    const InstrumentChoice choice = ChosenInstruments(options);
+    const fs::path recording = RecordingOf(choice);
+    CheckOutput({options.input, recording, options.room}, options.output);
     const ReportOptions report = ReportOfRun(options);
-    CheckRunReport({options.input, RecordingOf(options), options.room, options.output}, report);
+    CheckRunReport({options.input, recording, options.room, options.output}, report);
+    auto script = ParseOperatorScript(options.operatorScript);
+    const auto platform = std::make_shared<HeadlessPlatform>(
+        options.realTime ? HeadlessPlatform::Time::kReal : HeadlessPlatform::Time::kVirtual);
+    Session session({LanguageOf(common), platform});
+    Run run(session, MakeInstruments(choice, [&session] { return session.AtConsole(); }));
     const bool journalled = HasJournal(options.output);
-    RunSetup setup(options, ParseOperatorScript(options.operatorScript), common, journalled);
     JournalHead head;
-    const auto file = ElementFile::Load(options.input, nullptr, journalled ? &head.document : nullptr);
-    CheckInstruments(options, *file);
-    const auto run = [&] {
-        return WithReport(Perform(setup, *file, options.output, terminal), *file, report, common, terminal);
-    };
-    if (!journalled) return run();
-    head.program = kProgramVersion;
-    head.started = setup.platform->TimeStamp();
-    head.input = options.input.string();
-    head.instruments = FromAnywhere(options.instruments);
-    if (!options.room.empty()) head.room = fs::absolute(options.room).string();
-    head.operatorScript = options.operatorScript;
-    head.language = LanguageOf(common);
-    head.realTime = options.realTime;
-    if (!options.report.empty()) head.report = fs::absolute(options.report).string();
-    head.reportLanguage = options.reportLanguage.value_or("");
-    setup.keeper.Keep(RunJournal::Create(options.output, head), setup.person, *setup.platform);
-    return run();
+    const auto file = OpenFile::Load(options.input, journalled ? &head.document : nullptr);
+    CheckInstruments(choice, *file);
+    if (journalled) {
+        head.input = options.input.string();
+        head.instruments = InstrumentText(choice);
+        if (!options.room.empty()) head.room = fs::absolute(options.room).string();
+        head.operatorScript = options.operatorScript;
+        head.realTime = options.realTime;
+        if (!options.report.empty()) head.report = fs::absolute(options.report).string();
+        head.reportLanguage = options.reportLanguage.value_or("");
+        run.Keep(options.output, std::move(head));
+    }
+    HeadlessOperator person(std::move(script), run.Instruments());
+    platform->Operator(&person);
+    TerminalListener listener(terminal);
+    const RunOutcome outcome = run.Perform(*file, person, listener);
+    return WithReport(Conclude(run, outcome, *file, options.output, terminal), *file, report, session,
+                      terminal);
 }
 
 int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
@@ -287,37 +214,31 @@ int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
     JournalContent content;
     auto journal = RunJournal::Open(output, content);
     const JournalHead& head = content.head;
-    auto script = ParseOperatorScript(head.operatorScript);
-    if (!options.operatorScript.empty()) {
-        const auto after = ParseOperatorScript(options.operatorScript);
-        const JournalRecord last = content.records.empty() ? JournalRecord() : content.records.back();
-        script = JoinedScript(script, static_cast<std::size_t>(last.opened),
-                              static_cast<std::size_t>(last.steps), after);
-    }
-    const CommonOptions common{head.language};
-    RunOptions run;  // it catches up in virtual time
+    auto script = ResumedScript(content, options.operatorScript);
+    RunOptions run;
     run.output = output;
     run.instruments = options.instruments.empty() ? head.instruments : options.instruments;
     run.room = options.instruments.empty() && options.room.empty() ? fs::path(head.room) : options.room;
     run.report = options.report.empty() ? fs::path(head.report) : options.report;
     run.reportLanguage = options.reportLanguage;
     if (!run.reportLanguage && !head.reportLanguage.empty()) run.reportLanguage = head.reportLanguage;
+    const InstrumentChoice choice = ChosenInstruments(run);
     const ReportOptions report = ReportOfRun(run);
     // A report that the run was asked for and that cannot be written any more must not keep its result away.
     if (!options.report.empty() || options.reportLanguage)
-        CheckRunReport({output, journal->Path(), RecordingOf(run), run.room}, report);
-    RunSetup setup(run, std::move(script), common, true);
-    setup.platform->StartAt(head.started);
-    const auto file = ElementFile::FromText(head.document, head.input);
-    terminal.err << "vorex: " << journal->Path().string() << ": a run of " << head.input << ", begun "
-                 << head.started << ", holds " << JournalSummary(content) << "\n";
-    if (head.program != kProgramVersion)
-        terminal.err << "vorex: it was begun by version " << head.program << ", and this is "
-                     << kProgramVersion << "\n";
-    if (content.torn) terminal.err << "vorex: its last line was not whole and is dropped\n";
-    setup.keeper.Keep(std::move(journal), setup.person, *setup.platform);
-    setup.keeper.Replay(content);
-    return WithReport(Perform(setup, *file, output, terminal), *file, report, common, terminal);
+        CheckRunReport({output, journal->Path(), RecordingOf(choice), run.room}, report);
+    const auto platform = std::make_shared<HeadlessPlatform>();  // it catches up in virtual time
+    Session session({head.language, platform});
+    Run resumed(session, MakeInstruments(choice, [&session] { return session.AtConsole(); }));
+    platform->StartAt(head.started);
+    const auto file = OpenFile::FromText(head.document, head.input);
+    PrintResumed(*journal, content, terminal);
+    resumed.Resume(std::move(journal), content);
+    HeadlessOperator person(std::move(script), resumed.Instruments());
+    platform->Operator(&person);
+    RunListener listener(terminal, head.realTime ? platform.get() : nullptr);
+    const RunOutcome outcome = resumed.Perform(*file, person, listener);
+    return WithReport(Conclude(resumed, outcome, *file, output, terminal), *file, report, session, terminal);
 }
 
 }  // namespace vorex

@@ -167,6 +167,15 @@ void CTestGroup::PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe) {
     }
 }
 
+void CTestGroup::CreateMissingResults() {
+    const auto children = NewEnum();
+    for (const auto& child : children)
+        if (const auto group = std::dynamic_pointer_cast<CTestGroup>(child)) group->CreateMissingResults();
+    const bool anyResult = std::any_of(children.begin(), children.end(),
+                                       [](const auto& child) { return child->Result() != nullptr; });
+    if (anyResult && !mBase->Result()) CreateResult();
+}
+
 void CTestGroup::UpdateGroupStatus(const ISelectedStandards* selected) {
     const auto children = NewEnum();
     for (const auto& child : children)

@@ -74,6 +74,9 @@ class CTestGroup : public ElementOnBase<ITestContainerBase>,
     void Remove(const std::shared_ptr<ITestElement>& element) override;
     std::vector<std::shared_ptr<ITestElement>> NewEnum() const override;
 
+    /// Gives this group, and the groups inside it, a result when a child has one. [before
+    /// `UpdateGroupStatus`]
+    void CreateMissingResults();
     /// Rolls up this group's status, the groups inside it first.
     void UpdateGroupStatus(const ISelectedStandards* selected);
 

@@ -55,6 +55,8 @@ class IPlatform {
     virtual bool WaitForEvent() = 0;
     /// Shows a window and returns when it is hidden.
     virtual void ShowModal(IModalWindow& window) = 0;
+    /// How many modal windows were closed because nothing would ever have happened. None where a person sits.
+    virtual int32_t Stalls() const { return 0; }
     /// Shows a pop-up menu and returns the chosen id, 0 for none.
     virtual int32_t ShowPopupMenu(const std::vector<MenuItem>& items) = 0;
     virtual void ShowMessage(std::string_view title, std::string_view message) = 0;

@@ -259,8 +259,7 @@ std::string HeadlessPlatform::TimeStamp() {
                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
                   static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
                   static_cast<int>(clock.seconds().count()));
-    const std::string shown = text.data() + mStartTime.offset;
-    return mClock ? mClock(shown) : shown;
+    return text.data() + mStartTime.offset;
 }
 
 void HeadlessPlatform::StartAt(std::string_view timeStamp) {

@@ -77,15 +77,12 @@ class HeadlessPlatform final : public IPlatform {
     void StartAt(std::string_view timeStamp);
     /// From now on waits sleep: what has happened so far was caught up on in virtual time.
     void GoRealTime();
-    /// Sees every time stamp before it is told, and may tell another.
-    void Clock(std::function<std::string(std::string)> clock) { mClock = std::move(clock); }
     void SetParent(WindowHandle window, WindowHandle parent) override;
     void MoveWindow(WindowHandle window, int32_t left, int32_t top, int32_t width, int32_t height) override;
 
     /// Time since the start, in ms.
     int64_t Now() const;
-    /// How many modal windows waited for nothing.
-    int32_t Stalls() const { return mStalls; }
+    int32_t Stalls() const override { return mStalls; }
     WindowRecord RecordOf(WindowHandle window) const;
 
   private:
@@ -99,7 +96,6 @@ class HeadlessPlatform final : public IPlatform {
     std::shared_ptr<Schedule> mSchedule;
     ClockTime mStartTime;
     bool mFixed = false;  ///< the date is given and does not follow the system's
-    std::function<std::string(std::string)> mClock;
     IHeadlessOperator* mOperator = nullptr;
     int32_t mStalls = 0;
     std::map<WindowHandle, WindowRecord> mWindows;

@@ -161,6 +161,22 @@ TEST_F(JournalTest, WhatWasMeasuredComesFromTheJournalWhateverBecameOfTheFiles) 
     EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81|62");
 }
 
+/// Times of the result come from the clock of the run: it goes on from the start of the run, whatever the
+/// time is.
+TEST_F(JournalTest, AtAnotherClockTimeTheSameResultComes) {
+    const std::string journal = JournalOfTwo();
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    const std::string undisturbed = Read("out.xml");
+    EXPECT_NE(undisturbed.find("2026-01-15T09:00:0"), std::string::npos);
+    for (const char* now : {"2026-01-15T09:00:01Z", "2026-03-01T22:10:00+01:00", "2025-12-31"}) {
+        std::filesystem::remove(Path("out.xml"));
+        Write("out.xml.journal", journal);
+        setenv("VOREX_NOW", now, 1);
+        ASSERT_EQ(Resume(), kExitPassed) << now << ": " << err;
+        EXPECT_EQ(Read("out.xml"), undisturbed) << now;
+    }
+}
+
 TEST_F(JournalTest, AnotherOperatorGoesOnWhereTheRunStood) {
     Write("out.xml.journal", JournalOfTwo());
     Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82") + Shot("83"));

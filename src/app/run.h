@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/journal_keeper.h"
+#include "app/listener.h"
+#include "app/open_file.h"
+#include "app/operator.h"
+#include "app/session.h"
+#include "files/run_journal.h"
+#include "host/execution_pipe.h"
+#include "instruments/instruments.h"
+#include "instruments/taped_instruments.h"
+
+namespace vorex {
+
+enum class RunEnd {
+    kFinished,       ///< every element was performed or passed over
+    kLeftBackwards,  ///< Previous on the first element
+    kAborted,        ///< by the operator
+    kBroken,         ///< instruments, platform or operator ended it; what was measured is in the file
+    kOperatorError,  ///< the operator could not go on as intended; what was measured is in the file
+    kWayLost,        ///< a resumed run that does not repeat its journal; the file must not be saved
+};
+
+struct RunOutcome {
+    RunEnd end = RunEnd::kFinished;
+    std::string reason;  ///< of kOperatorError and kWayLost
+};
+
+/// One run of the elements of a file. In order: `Keep` or `Resume` for a run with a journal, `Perform`, the
+/// result is saved, `Saved`.
+class Run final : private IRunUnderWay {
+  public:
+    /// The session must outlive the run.
+    Run(Session& session, std::unique_ptr<IInstruments> instruments);
+    ~Run() override;
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+    /// They change with `Keep` and `Resume`.
+    IInstruments& Instruments() override { return *mInstruments; }
+
+    /// Keeps a journal next to the output. Program, start and language of the head are filled in. Raises
+    /// FileError, as when the journal of another run is there. [before `Perform`]
+    void Keep(const std::filesystem::path& output, JournalHead head);
+    /// Repeats what the journal holds and goes on from there. The operator must take the same steps, and the
+    /// platform's clock start at the same time. [before `Perform`]
+    void Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content);
+
+    /// Performs the elements. Faults go to the listener when the run has ended.
+    RunOutcome Perform(OpenFile& file, const IOperator& person, IAppListener& listener);
+
+    /// The result is on the disk: the journal is not needed any more. Raises FileError.
+    void Saved() { mKeeper.Finish(); }
+    /// The journal that holds what was measured and is not saved; empty when there is none.
+    std::string JournalNeeded() const { return mKeeper.Needed(); }
+
+  private:
+    void Stored(const StoredExposure& stored) override;
+    void GuideOpened() override { ++mOpened; }
+    std::string TimeStamp(std::string now) override;
+    void Message(std::string_view title, std::string_view message) override;
+    std::optional<bool> Asked(std::string_view question) override;
+
+    void GoOverTape();
+    void ReportFaults();
+    RunOutcome OutcomeOf(SequenceEnd end) const;
+
+    Session& mSession;
+    RunTape mTape;
+    std::unique_ptr<IInstruments> mInstruments;
+    JournalKeeper mKeeper;
+    const IOperator* mPerson = nullptr;
+    IAppListener* mListener = nullptr;
+    bool mResumed = false;
+    std::size_t mOpened = 0;  ///< guides
+    std::vector<std::string> mMessages;
+};
+
+}  // namespace vorex

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vorex {
+
+/// A value that began or ceased to fail.
+struct ValueChange {
+    std::string description;  ///< of the measurement, translated
+    int32_t exposure = 0;     ///< from 1
+    std::string value;        ///< with its unit
+    std::string limits;       ///< that fail it now or did before, in words; empty for none
+};
+
+/// How judging has changed the verdict of an element.
+struct VerdictChange {
+    int32_t element = 0;  ///< its ID
+    int32_t before = 0;   ///< status
+    int32_t after = 0;
+    std::vector<ValueChange> values;  ///< empty: no value has changed, so other settings decide
+};
+
+}  // namespace vorex

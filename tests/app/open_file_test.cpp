@@ -1,0 +1,128 @@
+#include "app/open_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/session.h"
+#include "cli/program_fixture.h"
+#include "foundation/vocabulary.h"
+#include "test_paths.h"
+
+namespace vorex::test {
+namespace {
+
+/// Remembers what it is told.
+class Notebook : public IAppListener {
+  public:
+    std::vector<VerdictChange> changes;
+    std::vector<AppFault> faults;
+    void VerdictChanged(const VerdictChange& change) override { changes.push_back(change); }
+    void Faulted(const AppFault& fault) override { faults.push_back(fault); }
+};
+
+/// One exposure of test 500 with a voltage, passed, and a limit for it.
+std::string Measured(int id, const std::string& kvp, const std::string& high) {
+    return Element(id, 500, Exposures(1),
+                   Limit("ER kVp Avg", "<High Value=\"" + high + "\"/>") +
+                       "<ResultItem><Status>1</Status><Measurement Key=\"kVp Avg\"><Value Type=\"5\">" + kvp +
+                       "</Value><Status>1</Status></Measurement></ResultItem>");
+}
+
+int32_t StatusIn(const OpenFile& file, int32_t id) {
+    const auto element = file.File().FindElement(id);
+    return element->Result() ? element->Result()->Status() : -1;
+}
+
+TEST(OpenFileTest, JudgingReportsTheValuesThatChangedTheVerdict) {
+    const Session session;
+    const auto file =
+        OpenFile::FromText(Sequence(Measured(1, "84", "83") + Measured(2, "84", "84")), "s.xml");
+    Notebook notebook;
+    file->Judge(notebook);
+    EXPECT_EQ(file->Verdict(), FileVerdict::kBad);
+    ASSERT_EQ(notebook.changes.size(), 1U) << "a value on its limit passes";
+    const VerdictChange& change = notebook.changes.front();
+    EXPECT_EQ(change.element, 1);
+    EXPECT_EQ(change.before, kPassed);
+    EXPECT_EQ(change.after, kFailed);
+    ASSERT_EQ(change.values.size(), 1U);
+    EXPECT_EQ(change.values.front().exposure, 1);
+    EXPECT_EQ(change.values.front().value, "84");
+    EXPECT_EQ(change.values.front().limits, "at most 83 (Site 1)");
+}
+
+TEST(OpenFileTest, JudgingGivesAGroupTheResultThatItsChildrenComeTo) {
+    struct Case {
+        const char* what;
+        std::string children;
+        int32_t outer;
+        int32_t inner;
+    };
+    const std::string unmeasured = Element(5, 100, Exposures(1));
+    const Case cases[] = {
+        {"a child failed", Group(3, Measured(4, "84", "83") + unmeasured), kFailed, kFailed},
+        {"all passed", Group(3, Measured(4, "84", "90") + unmeasured), kPassed, kPassed},
+        {"nothing was measured", Group(3, unmeasured), -1, -1},
+    };
+    const Session session;
+    for (const Case& c : cases) {
+        const auto file = OpenFile::FromText(Sequence(Group(1, Group(2, "") + c.children)), "s.xml");
+        Notebook notebook;
+        file->Judge(notebook);
+        EXPECT_EQ(StatusIn(*file, 1), c.outer) << c.what;
+        EXPECT_EQ(StatusIn(*file, 3), c.inner) << c.what;
+        EXPECT_EQ(StatusIn(*file, 2), -1) << c.what << ": an empty group has nothing to come to";
+    }
+}
+
+TEST(OpenFileTest, TwoOpenFilesDoNotMix) {
+    const Session session;
+    const std::string failing = Sequence(Measured(1, "84", "83"));
+    const std::string passing = Sequence(Measured(1, "80", "83"));
+    Notebook alone;
+    const auto reference = OpenFile::FromText(passing, "p.xml");
+    reference->Judge(alone);
+    const std::string expected = reference->Text();
+
+    const auto first = OpenFile::FromText(failing, "f.xml");
+    const auto second = OpenFile::FromText(passing, "p.xml");
+    Notebook notebook;
+    first->Judge(notebook);
+    second->Judge(notebook);
+    EXPECT_EQ(first->Verdict(), FileVerdict::kBad);
+    EXPECT_EQ(second->Verdict(), FileVerdict::kGood);
+    EXPECT_EQ(second->Text(), expected);
+}
+
+TEST(OpenFileTest, OnlyWhatMeasuresNeedsInstruments) {
+    const Session session;
+    EXPECT_EQ(
+        OpenFile::FromText(Sequence(Group(1, Element(7, 200, Exposures(1)))), "s.xml")->FirstMeasuring(), 7);
+    EXPECT_FALSE(OpenFile::New(kMqsaSurvey)->FirstMeasuring());
+}
+
+TEST(OpenFileTest, AStandardIsAddedAndJudgesWhereTheFileSelectsIt) {
+    setenv("VOREX_STANDARDS", (std::string(kSourceDir) + "/standards").c_str(), 1);
+    Session session;
+    Notebook notebook;
+    StandardsLibrary& library = session.Standards(notebook);
+    const std::string test = Element(1, 100, Exposures(1));
+    const auto all = OpenFile::FromText(Sequence(test), "all.xml");
+    EXPECT_TRUE(all->AddStandard(library, "FDA radiography", {}, notebook).selected);
+    const auto none = OpenFile::FromText(Sequence("<SelectedStandards/>" + test), "none.xml");
+    const AddedStandard added = none->AddStandard(library, "FDA radiography", {}, notebook);
+    EXPECT_FALSE(added.selected);
+    EXPECT_EQ(added.name.name, "FDA radiography");
+    const std::vector<std::string> chosen = {"FDA radiography"};
+    none->SelectStandards(chosen);
+    EXPECT_EQ(none->File().Selected()->Standards().size(), 1U);
+    EXPECT_THROW(none->SelectStandards(std::vector<std::string>{"Site"}), std::runtime_error);
+    unsetenv("VOREX_STANDARDS");
+}
+
+}  // namespace
+}  // namespace vorex::test

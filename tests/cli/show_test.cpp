@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "cli/program_fixture.h"
+
+namespace vorex::test {
+namespace {
+
+class ShowTest : public ProgramTest {
+  protected:
+    bool Prints(const std::string& words) const { return out.find(words) != std::string::npos; }
+};
+
+TEST_F(ShowTest, WaveformsAreListedInOneLineByExposureAndKind) {
+    const auto shot = [](const std::string& waveforms) {
+        return R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
+               R"("mas":["200","20","0","0.5"],"waveforms":[)" +
+               waveforms + "]}}\n";
+    };
+    const std::string kv = R"({"type":1,"resolution":10,"samples":"0,40.5,80.1,0"})";
+    const std::string ma = R"({"type":3,"resolution":10,"samples":"0,200,0"})";
+    Write("s.xml", Sequence(Element(1, 100,
+                                    "<DetectorName>4</DetectorName>" + Exposures(2) +
+                                        "<NumberOfExposures0>1</NumberOfExposures0>"
+                                        "<NumberOfExposures1>1</NumberOfExposures1>")));
+    const std::string head = R"({"recording":1,"kind":4,"serialNumbers":"4711,88"})"
+                             "\n";
+    struct Case {
+        std::string first;
+        std::string second;
+        const char* line;  ///< empty for none
+    };
+    const Case cases[] = {
+        {kv + "," + ma, kv,
+         "Waveforms: kV of exposure 1, 4 samples; mA of exposure 1, 3 samples; kV of exposure 2, 4 "
+         "samples\n"},
+        {"", ma, "Waveforms: mA of exposure 2, 3 samples\n"},
+        {"", "", ""},
+    };
+    for (const Case& c : cases) {
+        Write("r.jsonl", head + shot(c.first) + shot(c.second));
+        ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+        ASSERT_EQ(Run({"show", Path("out.xml")}), kExitPassed);
+        if (*c.line == '\0')
+            EXPECT_FALSE(Prints("Waveforms:")) << out;
+        else
+            EXPECT_TRUE(Prints(c.line)) << out;
+    }
+}
+
+TEST_F(ShowTest, OfManyEditedSettingsFourAreShownAndTheOthersCounted) {
+    Write("s.xml", Sequence(Element(1, 500, Exposures(1))));
+    Write("r.jsonl", kHead + Shot("80"));
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    struct Case {
+        int edited;
+        const char* line;  ///< empty for none
+    };
+    int edited = 0;
+    auto setting = ResultOf(1).child("Technique").first_child();
+    for (const Case& c : {Case{4, ""}, Case{5, "and 1 more"}, Case{7, "and 3 more"}}) {
+        for (; edited < c.edited; ++edited, setting = setting.next_sibling()) {
+            ASSERT_TRUE(setting);
+            setting.text().set("another");
+        }
+        result.save_file(Path("edited.xml").c_str(), "  ");
+        ASSERT_EQ(Run({"show", Path("edited.xml")}), kExitPassed) << err;
+        EXPECT_TRUE(Prints("Settings edited since:")) << out;
+        std::size_t shown = 0;
+        for (std::size_t at = out.find("then another"); at != std::string::npos;
+             at = out.find("then another", at + 1))
+            ++shown;
+        EXPECT_EQ(shown, 4U) << c.edited;
+        if (*c.line == '\0')
+            EXPECT_FALSE(Prints(" more")) << out;
+        else
+            EXPECT_TRUE(Prints(c.line)) << out;
+    }
+}
+
+}  // namespace
+}  // namespace vorex::test
