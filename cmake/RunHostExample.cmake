@@ -13,3 +13,9 @@ run("${CMAKE_COMMAND}" -S "${EXAMPLE_DIR}" -B "${work}/build" -G "${GENERATOR}"
   "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}" "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}" "-DCMAKE_PREFIX_PATH=${work}/prefix")
 run("${CMAKE_COMMAND}" --build "${work}/build")
 run("${work}/build/example_host")
+run("${work}/build/run_in_room" "${EXAMPLE_DIR}/../radiographic_unit.xml")
+execute_process(COMMAND "${work}/build/run_in_room" "${EXAMPLE_DIR}/../radiographic_unit.xml"
+  "${EXAMPLE_DIR}/../rooms/kvp_high.json" RESULT_VARIABLE failed OUTPUT_VARIABLE printed)
+if(NOT failed EQUAL 1 OR NOT printed MATCHES "Fail")
+  message(FATAL_ERROR "a room with too much voltage ended with ${failed}; expected 1 and a failure:\n${printed}")
+endif()

@@ -10,6 +10,19 @@ foreach(folder IN LISTS VOREX_LIBRARY_FOLDERS)
   install(DIRECTORY "src/${folder}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex"
     COMPONENT development FILES_MATCHING PATTERN "*.h")
 endforeach()
+# What programs on the application layer need besides: a set of its own, because it needs outside libraries.
+set(VOREX_APP_TARGETS vorex_app vorex_instruments vorex_host vorex_system)
+install(TARGETS ${VOREX_APP_TARGETS} EXPORT vorexAppTargets
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development)
+foreach(target IN LISTS VOREX_APP_TARGETS)
+  string(REPLACE vorex_ "" name ${target})
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
+endforeach()
+foreach(folder app instruments host files reports system)
+  install(DIRECTORY "src/${folder}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex"
+    COMPONENT development FILES_MATCHING PATTERN "*.h")
+endforeach()
+install(EXPORT vorexAppTargets NAMESPACE vorex:: DESTINATION "${VOREX_PACKAGE_DIR}" COMPONENT development)
 install(FILES src/library.h "${VOREX_GENERATED_DIR}/version.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex" COMPONENT development)
 
