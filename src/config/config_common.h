@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -13,6 +14,12 @@
 #include "foundation/vocabulary.h"
 
 namespace vorex {
+
+/// A code that no choice has, and the value that the setting took in its place.
+struct UnknownCode {
+    int32_t code = 0;
+    int32_t value = 0;
+};
 
 /// The settings of a measuring test. One object has the fields of all tests; the test identifier says which
 /// of them are live. Numbers that a person types are kept as typed.
@@ -105,6 +112,9 @@ struct ConfigFields {
     int32_t PKMode = 0;  ///< 0 dose, 1 rate, 2 low rate
     int32_t PKPressureUnit = 1;
     int32_t PKTemperatureUnit = 0;
+
+    /// Codes of a loaded file that no choice has, by key. They are saved again until the setting changes.
+    std::map<std::string_view, UnknownCode> unknownCodes;
 
     // mAs meter.
     bool MASInput = true;  ///< True shunt, False clamp

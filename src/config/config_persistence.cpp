@@ -181,7 +181,7 @@ struct FieldToText {
 
     std::string operator()(float C::*field) const { return LocaleText(config.*field); }
     std::string operator()(bool C::*field) const {
-        if (row.form == Form::kCode) return PlainText(StoredOfValue(*row.choice, config.*field ? 1 : 0));
+        if (row.form == Form::kCode) return Code(config.*field ? 1 : 0);
         return std::string(config.*field ? kStoredTrue : kStoredFalse);
     }
     std::string operator()(std::string C::*field) const {
@@ -190,7 +190,14 @@ struct FieldToText {
     template <typename Integer>
     std::string operator()(Integer C::*field) const {
         const auto value = static_cast<int32_t>(config.*field);
-        return PlainText(row.form == Form::kCode ? StoredOfValue(*row.choice, value) : value);
+        return row.form == Form::kCode ? Code(value) : PlainText(value);
+    }
+
+  private:
+    std::string Code(int32_t value) const {
+        const auto unknown = config.unknownCodes.find(row.key);
+        const bool kept = unknown != config.unknownCodes.end() && unknown->second.value == value;
+        return PlainText(kept ? unknown->second.code : StoredOfValue(*row.choice, value));
     }
 };
 
@@ -203,7 +210,7 @@ struct TextToField {
     void operator()(float C::*field) const { config.*field = ToSingle(ReadNumber(text)); }
     void operator()(bool C::*field) const {
         if (row.form == Form::kCode)
-            config.*field = ValueOfStored(*row.choice, ReadInteger(text)) != 0;
+            config.*field = Value() != 0;
         else
             config.*field = text.empty() ? row.emptyIs : text == kStoredTrue;
     }
@@ -212,9 +219,17 @@ struct TextToField {
     }
     template <typename Integer>
     void operator()(Integer C::*field) const {
-        config.*field = row.form == Form::kCode
-                            ? static_cast<Integer>(ValueOfStored(*row.choice, ReadInteger(text)))
-                            : Clamped<Integer>(text);
+        config.*field = row.form == Form::kCode ? static_cast<Integer>(Value()) : Clamped<Integer>(text);
+    }
+
+  private:
+    /// The value of a code. A code that the choice does not have is noted, so that saving keeps it.
+    int32_t Value() const {
+        const int32_t code = ReadInteger(text);
+        const int32_t value = ValueOfStored(*row.choice, code);
+        if (IsNumber(text) && StoredOfValue(*row.choice, value) != code)
+            config.unknownCodes[row.key] = {code, value};
+        return value;
     }
 };
 
@@ -347,6 +362,7 @@ void CConfigCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
         pNoOfExposures = Clamped<uint8_t>(count->Text());
     if (pNoOfExposures > 0) ResizeTable(*this);
     for (std::size_t row = 0; row < pNoOfExposures; ++row) LoadRow(*this, children, row);
+    unknownCodes.clear();
     for (const SettingRow& row : kSettings) {
         if (!row.tests.Has(pTestID)) continue;
         if (const IXmlElement* child = children.Find(row.key))

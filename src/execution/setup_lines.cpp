@@ -1,5 +1,6 @@
 #include "execution/setup_lines.h"
 
+#include <stdexcept>
 #include <string_view>
 
 #include "foundation/number_text.h"
@@ -14,40 +15,56 @@ namespace {
 using Column = ExposureColumn;
 using ValueText = std::string (*)(const CConfigCommon&, uint8_t);
 
+/// Where the value of a line comes from.
+struct LineValue {
+    ValueText text;
+    bool perExposure;  ///< from the exposure table
+};
+
 struct LineRow {
     TestSet tests;
     std::string_view text;
-    ValueText value;
+    LineValue value;
     int32_t setup = 0;  ///< generator setup that the line belongs to, 0 for every one
 };
 
 template <float ConfigFields::*Field>
-std::string Number(const CConfigCommon& config, uint8_t /*row*/) {
+std::string NumberText(const CConfigCommon& config, uint8_t /*row*/) {
     return LocaleText(config.*Field);
 }
+template <float ConfigFields::*Field>
+constexpr LineValue Number = {NumberText<Field>, false};
 
 template <std::string ConfigFields::*Field>
-std::string Words(const CConfigCommon& config, uint8_t /*row*/) {
+std::string WordsText(const CConfigCommon& config, uint8_t /*row*/) {
     return config.*Field;
 }
+template <std::string ConfigFields::*Field>
+constexpr LineValue Words = {WordsText<Field>, false};
 
 template <Column Place>
-std::string Cell(const CConfigCommon& config, uint8_t row) {
+std::string CellText(const CConfigCommon& config, uint8_t row) {
     return config.GetValue(row, Place);
 }
-
-std::string Distance(const CConfigCommon& config, uint8_t /*row*/) {
-    return LocaleText(config.pSDDValue) + " " + DisplayText(kSddUnits, config.pSDDUnit);
-}
-
-std::string FocalSpot(const CConfigCommon& config, uint8_t /*row*/) {
-    return DisplayText(kFocalSpots, config.pFocalSpotSize);
-}
+template <Column Place>
+constexpr LineValue Cell = {CellText<Place>, true};
 
 template <Column Place>
-std::string FocalSpotCell(const CConfigCommon& config, uint8_t row) {
+std::string FocalSpotCellText(const CConfigCommon& config, uint8_t row) {
     return DisplayText(kFocalSpots, ReadInteger(config.GetValue(row, Place)));
 }
+template <Column Place>
+constexpr LineValue FocalSpotCell = {FocalSpotCellText<Place>, true};
+
+std::string DistanceText(const CConfigCommon& config, uint8_t /*row*/) {
+    return LocaleText(config.pSDDValue) + " " + DisplayText(kSddUnits, config.pSDDUnit);
+}
+constexpr LineValue Distance = {DistanceText, false};
+
+std::string FocalSpotText(const CConfigCommon& config, uint8_t /*row*/) {
+    return DisplayText(kFocalSpots, config.pFocalSpotSize);
+}
+constexpr LineValue FocalSpot = {FocalSpotText, false};
 
 using C = ConfigFields;
 
@@ -116,17 +133,34 @@ constexpr LineRow kLines[] = {
 static_assert(CoversEveryMeasuringTest(kLines));
 // clang-format on
 
+/// The lines of a test, in order. A test without lines has been forgotten in the table.
+std::vector<const LineRow*> LinesOf(int32_t testId, int32_t generatorSetup) {
+    std::vector<const LineRow*> lines;
+    const int32_t setup = generatorSetup == kSetupMaTime ? kSetupMaTime : kSetupMas;
+    for (const LineRow& line : kLines)
+        if (line.tests.Has(testId) && (line.setup == 0 || line.setup == setup)) lines.push_back(&line);
+    if (lines.empty()) throw std::logic_error("no setup lines for test " + PlainText(testId));
+    return lines;
+}
+
 }  // namespace
 
 std::vector<std::string> BuildSetupLines(const CConfigCommon& configuration, uint8_t row) {
-    std::vector<std::string> lines;
-    const int32_t setup = configuration.pGeneratorSetup == kSetupMaTime ? kSetupMaTime : kSetupMas;
-    for (const LineRow& line : kLines) {
-        if (!line.tests.Has(configuration.pTestID) || (line.setup != 0 && line.setup != setup)) continue;
-        const std::string value = line.value(configuration, row);
-        lines.push_back(value.empty() ? std::string() : Translate(line.text, {value}));
+    std::vector<std::string> texts;
+    for (const LineRow* line : LinesOf(configuration.pTestID, configuration.pGeneratorSetup)) {
+        const std::string value = line->value.text(configuration, row);
+        texts.push_back(value.empty() ? std::string() : Translate(line->text, {value}));
     }
-    return lines;
+    return texts;
+}
+
+SetupLineNumbers NumberSetupLines(int32_t testId, int32_t generatorSetup) {
+    SetupLineNumbers numbers;
+    for (const LineRow* line : LinesOf(testId, generatorSetup)) {
+        ++numbers.count;
+        if (line->value.perExposure) numbers.perExposure.push_back(numbers.count);
+    }
+    return numbers;
 }
 
 }  // namespace vorex

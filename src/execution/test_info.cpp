@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <numeric>
 
 #include "execution/setup_lines.h"
 #include "execution/test_common.h"
@@ -11,39 +12,10 @@ namespace vorex {
 
 namespace {
 
-/// The row lists count on two header lines; a combined detector kind has one more.
-constexpr std::size_t kUsualHeaderLines = 2;
-
-/// Which lines stay visible while exposures run, and how many there are, by test and generator setup.
-struct RowList {
-    int32_t testId;
-    bool masSetup;  ///< the setup has one line for mAs in the place of two for mA and time
-    std::vector<int32_t> live;
-    int32_t all;
-};
-
-const RowList& FindRowList(int32_t testId, bool masSetup) {
-    static const RowList kNone = {0, true, {}, 0};
-    // clang-format off
-    static const RowList kRowLists[] = {
-        {kRadioRepro,     true,  {1, 2, 8},                8},
-        {kRadioRepro,     false, {1, 2, 9},                9},
-        {kRadioAccuracy,  true,  {1, 2, 4, 5, 6, 8},       8},
-        {kRadioAccuracy,  false, {1, 2, 4, 5, 6, 7, 9},    9},
-        {kRadioLinearity, true,  {1, 2, 4, 6, 8},          8},
-        {kRadioLinearity, false, {1, 2, 4, 6, 9},          9},
-        {kFluoroAccuracy, true,  {1, 2, 5, 6, 8},          8},
-        {kFluoroExposure, true,  {1, 2, 5, 6, 7, 8, 10},  10},
-        {kMammoAccRepro,  true,  {1, 2, 9},                9},
-        {kMammoAec,       true,  {1, 2, 5, 23},           23},
-        {kMammoRadiation, true,  {1, 2, 8, 9, 11},        11},
-    };
-    // clang-format on
-    const RowList* found = &kNone;
-    for (const RowList& list : kRowLists)
-        if (list.testId == testId && (found == &kNone || list.masSetup == masSetup)) found = &list;
-    return *found;
-}
+/// Lines are numbered as after two header lines. A combined detector kind has one more.
+constexpr int32_t kUsualHeaderLines = 2;
+/// After the setup lines: press Start, take the exposure.
+constexpr int32_t kClosingLines = 2;
 
 /// The ion chamber is noted whether or not the instruments give serial numbers. Returns its name.
 std::string TakeIonChamber(IDetectorService& service, CConfigCommon& config) {
@@ -128,23 +100,28 @@ void CTestCommon::RefreshLiveInfo() {
 }
 
 void CTestCommon::ShowRows(std::vector<int32_t> rows) {
-    // Rows of the instructions move down behind a longer header, whose lines all stay.
-    const auto extra = static_cast<int32_t>(mHeaderLines) - static_cast<int32_t>(kUsualHeaderLines);
+    // Rows of the instructions move down after a longer header, whose lines are all shown.
+    const int32_t extra = static_cast<int32_t>(mHeaderLines) - kUsualHeaderLines;
     for (int32_t& row : rows)
-        if (row > static_cast<int32_t>(kUsualHeaderLines)) row += extra;
+        if (row > kUsualHeaderLines) row += extra;
     for (int32_t line = 0; line < extra; ++line)
-        rows.insert(rows.begin() + kUsualHeaderLines + line,
-                    static_cast<int32_t>(kUsualHeaderLines) + line + 1);
+        rows.insert(rows.begin() + kUsualHeaderLines + line, kUsualHeaderLines + line + 1);
     mfrmTestGuide->ShowRows(rows);
 }
 
+/// While exposures run: the header, what changes from exposure to exposure, and "Take exposure".
 void CTestCommon::ShowLiveRows() {
-    ShowRows(FindRowList(TestID(), mLimitsFlag).live);
+    const SetupLineNumbers lines = NumberSetupLines(TestID(), mLimitsFlag ? kSetupMas : kSetupMaTime);
+    std::vector<int32_t> rows = {1, kUsualHeaderLines};
+    for (int32_t line : lines.perExposure) rows.push_back(kUsualHeaderLines + line);
+    rows.push_back(kUsualHeaderLines + lines.count + kClosingLines);
+    ShowRows(std::move(rows));
 }
 
 void CTestCommon::ShowAllRows() {
-    std::vector<int32_t> rows(static_cast<std::size_t>(FindRowList(TestID(), mLimitsFlag).all));
-    for (std::size_t i = 0; i < rows.size(); ++i) rows[i] = static_cast<int32_t>(i) + 1;
+    const SetupLineNumbers lines = NumberSetupLines(TestID(), mLimitsFlag ? kSetupMas : kSetupMaTime);
+    std::vector<int32_t> rows(static_cast<std::size_t>(kUsualHeaderLines + lines.count + kClosingLines));
+    std::iota(rows.begin(), rows.end(), 1);
     ShowRows(std::move(rows));
 }
 

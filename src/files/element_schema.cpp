@@ -182,11 +182,11 @@ struct ConfigKeyRow {
 };
 
 constexpr ConfigKeyRow TestText(std::string_view name)   { return {name, true, Form::kAny, false, Form::kAny}; }
-constexpr ConfigKeyRow TestNumber(std::string_view name) { return {name, true, Form::kNumberOrEmpty, false, Form::kAny}; }
+constexpr ConfigKeyRow TestNumber(std::string_view name) { return {name, true, Form::kSetting, false, Form::kAny}; }
 constexpr ConfigKeyRow TestWhole(std::string_view name)  { return {name, true, Form::kWholeOrEmpty, false, Form::kAny}; }
 constexpr ConfigKeyRow RowText(std::string_view name)    { return {name, false, Form::kAny, true, Form::kAny}; }
 constexpr ConfigKeyRow TestAndRowNumber(std::string_view name) {
-    return {name, true, Form::kNumberOrEmpty, true, Form::kNumberOrEmpty};
+    return {name, true, Form::kSetting, true, Form::kSetting};
 }
 
 /// Sorted by name, so that a key is found fast.
@@ -310,6 +310,12 @@ double WholeNumber(std::string_view text) {
     return std::abs(value) <= kLargest && value == std::floor(value) ? value : kNone;
 }
 
+std::string WithoutPercent(std::string_view text) {
+    std::string number(text);
+    std::erase(number, '%');
+    return number;
+}
+
 bool IsWhole(std::string_view text) {
     return !std::isnan(WholeNumber(text));
 }
@@ -387,6 +393,8 @@ bool Has(Form form, std::string_view text) {
             return IsNumber(text);
         case Form::kNumberOrEmpty:
             return Trimmed(text).empty() || IsNumber(text);
+        case Form::kSetting:
+            return Trimmed(text).empty() || IsNumber(WithoutPercent(text));
         case Form::kWhole:
             return IsWhole(text);
         case Form::kWholeOrEmpty:
@@ -425,6 +433,7 @@ std::string_view InWords(Form form) {
             return "a text";
         case Form::kNumber:
         case Form::kNumberOrEmpty:
+        case Form::kSetting:
             return "a number";
         case Form::kWhole:
         case Form::kWholeOrEmpty:

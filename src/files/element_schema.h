@@ -56,6 +56,7 @@ enum class Form : uint8_t {
     kNotEmpty,
     kNumber,
     kNumberOrEmpty,
+    kSetting,  ///< a number, whose percent sign is dropped, or empty
     kWhole,
     kWholeOrEmpty,
     kNotNegative,

@@ -22,18 +22,6 @@ namespace vorex {
 
 namespace {
 
-/// Columns of the exposure tables that readings are compared with, by test.
-namespace table_column {
-constexpr uint8_t kImport = 1;
-constexpr uint8_t kAccuracyKv = 4;
-constexpr uint8_t kAccuracyTime = 6;
-constexpr uint8_t kLinearityAdjacent = 2;
-constexpr uint8_t kLinearityCharge = 4;
-constexpr uint8_t kFluoroKv = 2;
-constexpr uint8_t kFluoroPhantom = 4;
-constexpr uint8_t kFluoroMode = 5;
-}  // namespace table_column
-
 /// Collects the fields of a row.
 class RowBuilder {
   public:
@@ -78,10 +66,10 @@ std::string Shown(const std::optional<double>& value) {
     return value ? Shown(*value) : std::string();
 }
 
-std::string TableCell(const ReadingContext& context, uint8_t column) {
+std::string TableCell(const ReadingContext& context, ExposureColumn column) {
     return context.config.GetValue(context.exposureIndex, column);
 }
-double TableNumber(const ReadingContext& context, uint8_t column) {
+double TableNumber(const ReadingContext& context, ExposureColumn column) {
     return ReadNumber(TableCell(context, column));
 }
 
@@ -89,13 +77,14 @@ double TableNumber(const ReadingContext& context, uint8_t column) {
 RowBuilder BeginRow(const ReadingContext& context) {
     const bool planned = context.config.pNoOfExposures > 0;
     RowBuilder row;
-    row.AddReading(key::kImportWaveform, planned ? TableCell(context, table_column::kImport) : std::string());
+    row.AddReading(key::kImportWaveform,
+                   planned ? TableCell(context, ExposureColumn::kImport) : std::string());
     return row;
 }
 
 void AddAdjacentFlag(RowBuilder& row, const ReadingContext& context) {
     if (context.config.pTestID == kRadioLinearity)
-        row.AddReading(key::kAdjacent, TableCell(context, table_column::kLinearityAdjacent));
+        row.AddReading(key::kAdjacent, TableCell(context, ExposureColumn::kAdjacent));
 }
 
 /// A column and its new reading.
@@ -263,7 +252,7 @@ DerivedRow Reproducibility(const ReadingContext& context, const ZrdReading& r) {
 
 DerivedRow RadiographyAccuracy(const ReadingContext& context, const ZrdReading& r) {
     RowBuilder row = BaseRow(context, r);
-    const double set = TableNumber(context, table_column::kAccuracyKv);
+    const double set = TableNumber(context, ExposureColumn::kKv);
     const std::optional<double> percent = PercentError(r.kvpAvg, set);
     row.Add(key::kPercentKvpError, Shown(percent));
     std::string absolute;
@@ -274,14 +263,14 @@ DerivedRow RadiographyAccuracy(const ReadingContext& context, const ZrdReading& 
     row.Add(key::kAbsoluteKvpError, std::move(absolute));
     if (context.config.pGeneratorSetup == kSetupMaTime)
         row.Add(key::kPercentTimerError,
-                Shown(PercentError(r.exposureTime, TableNumber(context, table_column::kAccuracyTime))));
+                Shown(PercentError(r.exposureTime, TableNumber(context, ExposureColumn::kTime))));
     return row.Take();
 }
 
 /// Exposure per mAs; the charge is the set mAs, or the set mA times the measured time.
 std::string ExposurePerMas(const ReadingContext& context, const ZrdReading& r) {
     const double exposure = ReadNumber(r.exposure);
-    const double set = TableNumber(context, table_column::kLinearityCharge);
+    const double set = TableNumber(context, ExposureColumn::kMasOrMa);
     if (!(exposure > 0) || !(set > 0)) return {};
     if (context.config.pGeneratorSetup == kSetupMas) return Shown(exposure / set);
     const double time = ReadNumber(r.exposureTime);
@@ -331,7 +320,7 @@ RowBuilder FluoroscopyRow(const ReadingContext& context, const ZrdReading& r, st
 }
 
 DerivedRow FluoroscopyAccuracy(const ReadingContext& context, const ZrdReading& r) {
-    const double set = TableNumber(context, table_column::kFluoroKv);
+    const double set = TableNumber(context, ExposureColumn::kKv);
     return FluoroscopyRow(context, r, key::kExposureRate)
         .Add(key::kFluoroKvpError, Shown(PercentError(r.kvpAvg, set)))
         .Take();
@@ -339,8 +328,8 @@ DerivedRow FluoroscopyAccuracy(const ReadingContext& context, const ZrdReading& 
 
 DerivedRow FluoroscopyExposure(const ReadingContext& context, const ZrdReading& r) {
     return FluoroscopyRow(context, r, key::kMaxExposureRate)
-        .AddReading(key::kPhantomThickness, TableCell(context, table_column::kFluoroPhantom))
-        .Add(key::kMode, TableCell(context, table_column::kFluoroMode))
+        .AddReading(key::kPhantomThickness, TableCell(context, ExposureColumn::kThickness))
+        .Add(key::kMode, TableCell(context, ExposureColumn::kMode))
         .Take();
 }
 

@@ -162,6 +162,32 @@ TEST_F(ConfigPersistence, CodesOfTheFileBecomeChoicesInMemory) {
     }
 }
 
+TEST_F(ConfigPersistence, ACodeThatNoChoiceHasStaysUntilTheSettingChanges) {
+    const auto savedCode = [&](CConfigCommon& config, std::string_view name) {
+        return config.Save(document)->ReadValue(name, "absent");
+    };
+    const auto config = Loaded(100,
+                               "<SDDUnit>7</SDDUnit><FocalSpotSize>9</FocalSpotSize>"
+                               "<MeasurementExposureRateUnit>5</MeasurementExposureRateUnit>"
+                               "<MeasurementIncludeDelay>4</MeasurementIncludeDelay>"
+                               "<MeasurementTimeUnit>word</MeasurementTimeUnit>");
+    EXPECT_EQ(config->pSDDUnit, kCentimeter);
+    const auto clone = std::dynamic_pointer_cast<CConfigCommon>(config->Clone());
+    for (CConfigCommon* each : {config.get(), clone.get()}) {
+        EXPECT_EQ(savedCode(*each, "SDDUnit"), "7");
+        EXPECT_EQ(savedCode(*each, "FocalSpotSize"), "9");
+        EXPECT_EQ(savedCode(*each, "MeasurementExposureRateUnit"), "5");
+        EXPECT_EQ(savedCode(*each, "MeasurementIncludeDelay"), "4");
+        EXPECT_EQ(savedCode(*each, "MeasurementTimeUnit"), "1") << "a word is no code";
+    }
+    config->pSDDUnit = kInch;
+    EXPECT_EQ(savedCode(*config, "SDDUnit"), "2");
+    config->Load(
+        test::XmlText("<PlugInData PlugIn=\"ZRD47500\"><FocalSpotSize>1</FocalSpotSize></PlugInData>").Root(),
+        nullptr);
+    EXPECT_EQ(savedCode(*config, "FocalSpotSize"), "1") << "another file forgets the code";
+}
+
 TEST_F(ConfigPersistence, AnAbsentChoiceIsItsFirstAndAnAbsentValueStays) {
     auto config = New(100);
     config->pSDDUnit = kCentimeter;

@@ -43,6 +43,7 @@ TEST_F(ElementCheckTest, AMessageStaysOneShortLineWhateverTheFileHolds) {
         std::string file = Sequence(Test100(1));
         return file.insert(file.find("</PlugInData>"), "<MachineKV>" + text + "</MachineKV>");
     };
+    for (const char* number : {"80%", "80,5", "80,5 %", ""}) EXPECT_EQ(FaultOf(withKv(number)), "") << number;
     const std::string start = "site.xml: element 1: \"MachineKV\" is \"";
     EXPECT_EQ(FaultOf(withKv("80&#10;\x1B[31m")), start + "80??[31m\"; expected a number");
     EXPECT_EQ(FaultOf(withKv(std::string(5000, 'x'))),
