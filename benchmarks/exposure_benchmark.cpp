@@ -20,7 +20,7 @@
 //
 // The run is a whole one, with the guide, the reference host and recorded instruments. When the exposure that
 // is to be timed has been delivered, the service raises its events again and again, which computes, stores,
-// judges and shows that exposure anew beside the others: what follows the first time differs only in that
+// judges and shows that exposure again next to the others: what follows the first time differs only in that
 // the row is there already.
 
 namespace vorex::bench {

@@ -11,7 +11,7 @@
 #include "load_alone.h"
 #include "workbench.h"
 
-// A large element file, loaded into the full tree and saved again, beside the XML library's own parse and
+// A large element file, loaded into the full tree and saved again, next to the XML library's own parse and
 // print of the same bytes.
 
 namespace vorex::bench {
@@ -34,7 +34,7 @@ std::string SavedElement(const Scratch& scratch, int32_t testId) {
 }
 
 /// A file as the program saves it: results of ten exposures of all eight tests, again and again. Made with
-/// the program itself, so the library has to be installed behind the first call.
+/// the program itself, so the library has to be installed after the first call.
 const std::string& LargeFile() {
     static const Scratch scratch;
     static const std::string path = [] {

@@ -64,7 +64,7 @@ inline std::string Sequence(std::string_view elements) {
     return R"(<VorexSequence Version="1">)" + std::string(elements) + "</VorexSequence>";
 }
 
-/// An element of a test with a number of exposures; other blocks, such as limits, as they stand.
+/// An element of a test with a number of exposures; other blocks, such as limits, unchanged.
 inline std::string Element(int32_t id, int32_t testId, int32_t exposures, std::string_view blocks = {}) {
     return R"(<TestElement PlugIn="ZRD47500" TestID=")" + PlainText(testId) + R"(" ID=")" + PlainText(id) +
            R"(" Name="Annual"><PlugInData PlugIn="ZRD47500"><NumberOfExposures>)" + PlainText(exposures) +
@@ -110,10 +110,10 @@ inline std::string RecordedExposures(int32_t kind, int32_t count) {
     return text;
 }
 
-/// Whether a run keeps a journal beside its output.
+/// Whether a run keeps a journal next to its output.
 enum class Journal { kNone, kKept };
 
-/// Runs a file on recorded instruments with the program's own command; the result stands in `output`. Without
+/// Runs a file on recorded instruments with the program's own command; the result is in `output`. Without
 /// a journal it comes by way of standard output.
 inline void RunFile(const std::string& input, const std::string& recording, const std::string& output,
                     Journal journal = Journal::kNone) {

@@ -14,7 +14,7 @@ from dataclasses import dataclass
 from fnmatch import fnmatchcase
 from pathlib import Path
 
-# The first pattern that fits gives the rank. A stem stands for .h and .cpp.
+# The first pattern that fits gives the rank. A stem means .h and .cpp.
 RANKS = (
     ("guide/dialog_wrapper", 1),
     ("guide/frm_timer", 1),
@@ -62,7 +62,7 @@ OUTSIDE_LIBRARIES = (
 # The folder of the headers that no pattern above knows: those of operating systems.
 SYSTEM_FOLDER = "system"
 
-# Headers that the build generates beside src/.
+# Headers that the build generates outside src/.
 GENERATED = {"version.h"}
 
 STANDARD_HEADERS = set(

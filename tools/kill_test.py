@@ -120,7 +120,7 @@ class Campaign:
                 raise Faults(f"{case}: the journal lost lines: {len(lines)} before, {len(left)} now")
             lines = left
             self.lines_kept += len(left)
-            # A first line that is not whole tells of no run: nothing had been measured.
+            # A first line that is not whole is no run: nothing had been measured.
             if journal.exists() and not left:
                 journal.unlink()
         self.kills += kills
@@ -154,7 +154,7 @@ def main():
             print(f"seed {seed}: {fault}")
             return 1
     print(f"{campaign.kills} kills in {runs} runs (seed {seed}): {campaign.in_journal} with a journal, holding "
-          f"{campaign.lines_kept} lines in all, {campaign.after_save} behind the save; nothing was lost, every "
+          f"{campaign.lines_kept} lines in all, {campaign.after_save} after the save; nothing was lost, every "
           "finished file is that of the undisturbed run")
     return 0
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
@@ -109,7 +110,7 @@ void SetOutput(const CConfigCommon& config, uint8_t row, Technique& to) {
 }
 
 struct TestSetup {
-    int32_t test;
+    int32_t testId;
     void (*set)(const CConfigCommon& config, uint8_t row, Technique& to);
 };
 constexpr TestSetup kSetups[] = {
@@ -122,6 +123,7 @@ constexpr TestSetup kSetups[] = {
     {kMammoAec, SetAec},
     {kMammoRadiation, SetOutput},
 };
+static_assert(HasOneRowPerMeasuringTest(kSetups));
 
 }  // namespace
 
@@ -130,7 +132,7 @@ Technique TechniqueOf(const CConfigCommon& config, uint8_t row) {
     technique.detectorKind =
         config.DetectorOption != kNoDetector ? config.DetectorOption : config.DetectorName;
     for (const TestSetup& setup : kSetups)
-        if (setup.test == config.pTestID) setup.set(config, row, technique);
+        if (setup.testId == config.pTestID) setup.set(config, row, technique);
     return technique;
 }
 

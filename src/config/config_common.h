@@ -181,7 +181,7 @@ class CConfigCommon : public IConfigData,
   private:
     using Column = TextArray ConfigFields::*;
 
-    /// The array behind a column of the exposure table; null where the test has none.
+    /// The array of a column of the exposure table; null where the test has none.
     Column ColumnOf(uint8_t column) const;
     void TakeSiteDefaults();
 

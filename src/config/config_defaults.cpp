@@ -10,12 +10,6 @@ namespace {
 
 using C = ConfigFields;
 
-/// How many exposures a test plans.
-struct PlannedRow {
-    int32_t testId;
-    uint8_t exposures;
-};
-
 /// A number of a test's defaults.
 template <typename Field>
 struct FieldDefault {
@@ -39,18 +33,6 @@ struct ArrayDefault {
 };
 
 // clang-format off
-constexpr PlannedRow kPlanned[] = {
-    {kRadioRepro,     2},
-    {kRadioAccuracy,  1},
-    {kRadioLinearity, 2},
-    {kFluoroAccuracy, 1},
-    {kFluoroExposure, 1},
-    {kMammoAccRepro,  4},
-    {kMammoAec,       2},
-    {kMammoRadiation, 2},
-};
-static_assert(HasOneRowPerMeasuringTest(kPlanned));
-
 constexpr FieldDefault<int32_t> kChoices[] = {
     {kWithDistanceUnit,   &C::pSDDUnit,        kInch},
     {kWithGeneratorSetup, &C::pGeneratorSetup, kSetupMas},
@@ -99,10 +81,10 @@ constexpr ArrayDefault kArrays[] = {
 void CConfigCommon::DefaultValues(int32_t testId) {
     pTestID = testId;
     if (!IsMeasuringTest(testId)) return;
-    pMeasurementMode = FindTest(testId)->mode;
+    const TestRow& test = *FindTest(testId);
+    pMeasurementMode = test.mode;
     pMeasurementSettings = kAutoSettings;
-    for (const PlannedRow& row : kPlanned)
-        if (row.testId == testId) pNoOfExposures = row.exposures;
+    pNoOfExposures = test.exposures;
     for (const auto& row : kChoices)
         if (row.tests.Has(testId)) this->*row.field = row.value;
     for (const auto& row : kNumbers)

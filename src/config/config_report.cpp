@@ -204,7 +204,7 @@ struct ExposureColumn {
     TextArray C::*cells;
     CellForm form = CellForm::kNumber;
     std::size_t paddedTo = 0;  ///< characters
-    std::size_t blanks = 0;    ///< behind the cell
+    std::size_t blanks = 0;    ///< after the cell
 };
 
 // clang-format off

@@ -19,7 +19,7 @@ constexpr int32_t kPollMs = 500;
 constexpr int32_t kFluoroscopyPollMs = 1000;
 constexpr uint8_t kMostExposures = 255;
 constexpr std::string_view kLinkLost = "the link to the instruments was lost";
-constexpr std::string_view kNothingToCome = "the run waited for something that will never come";
+constexpr std::string_view kNothingToCome = "the run had no further events";
 
 /// Sets a flag for the length of a scope.
 class ScopedFlag {

@@ -11,7 +11,7 @@ namespace vorex {
 struct FilePlace {
     std::string file;
     int32_t line = 0;     ///< from 1
-    std::string element;  ///< ID of the test element, as it stands in the file
+    std::string element;  ///< ID of the test element, as it is in the file
 };
 
 /// A file that cannot be read or written. The message says where, what happened and what was expected.

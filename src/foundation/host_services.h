@@ -49,7 +49,7 @@ struct HostServices {
     std::function<void(const StoredExposure&)> exposureStored;
     /// What ended the instruments, in words; asked when a run finds their link dead.
     std::function<std::string()> instrumentFault;
-    /// Name and version of the program, for what results tell of their origin.
+    /// Name and version of the program, for the origin that results keep.
     std::string program;
     /// Receives a line of the diagnostic log.
     std::function<void(std::string_view line)> log;

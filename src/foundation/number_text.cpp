@@ -92,8 +92,8 @@ double ReadPlain(std::string_view text) {
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + length, value);
     if (error != std::errc::result_out_of_range) return value;
-    // Out of range means too small as well as too large, and leaves the value as it was: a stream tells them
-    // apart.
+    // Out of range means too small as well as too large, and leaves the value as it was: a stream reports
+    // them apart.
     std::istringstream stream(std::string(text.substr(0, length)));
     stream.imbue(std::locale::classic());
     stream >> value;
@@ -308,7 +308,7 @@ double StdDevOf(std::size_t count, Read&& read) {
     return std::sqrt(squares / static_cast<double>(count - 1));
 }
 
-/// Characters behind the point. A text without one counts them all: more decimals than it has do no harm.
+/// Characters after the point. A text without one counts them all: more decimals than it has do no harm.
 int DecimalsOf(std::string_view text) {
     const std::size_t point = text.find('.');
     return static_cast<int>(point == std::string_view::npos ? text.size() : text.size() - point - 1);

@@ -30,7 +30,7 @@ std::string PlainText(int32_t value);
 /// The number that the plain text of a double reads as; 0 for a value that is not finite.
 double PlainValue(double value);
 
-/// A number in a picture such as "0.0#": at least as many decimals as zeros behind the point, at most as
+/// A number in a picture such as "0.0#": at least as many decimals as zeros after the point, at most as
 /// many as places. Rounds the plain decimal text half away from zero; never shows "-0.0". Empty for a value
 /// that is not finite. A picture without a point shows whole numbers, padded with zeros to its length.
 std::string FormatPicture(double value, std::string_view picture);

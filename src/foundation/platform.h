@@ -23,7 +23,7 @@ struct CalendarDate {
 class IPlatformTimer {
   public:
     virtual ~IPlatformTimer() = default;
-    /// Starts, or starts anew, with an interval in ms.
+    /// Starts, or starts again, with an interval in ms.
     virtual void Start(int32_t milliseconds) = 0;
     virtual void Stop() = 0;
     virtual bool Running() const = 0;

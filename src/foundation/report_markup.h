@@ -7,8 +7,8 @@
 
 /// The mark-up of report tables, as the library writes it and a report engine reads it.
 ///
-/// A column definition: "<" a column to the left, ">" to the right, each but the first behind "|"; then flags
-/// "+" and "!" of the host's table, before or behind them the width in twips; ";" at the end. "!" is the
+/// A column definition: "<" a column to the left, ">" to the right, each but the first after "|"; then flags
+/// "+" and "!" of the host's table, before or after them the width in twips; ";" at the end. "!" is the
 /// narrow column of the fail mark; "#" in front of the width is a ruled column: the engine frames each of its
 /// cells, and a line feed at the end of a cell is room to write by hand.
 ///
@@ -31,10 +31,10 @@ inline constexpr std::string_view kFailMark = "{{\\fonttbl{\\f0\\fcharset2 Wingd
 std::string Text(std::string_view text);
 /// A heading cell, with the "|" in front.
 std::string Heading(std::string_view text);
-/// A row of one cell behind the margin: a heading in the course of a table.
+/// A row of one cell after the margin: a heading in the course of a table.
 std::string Line(std::string_view text);
 
-/// A number as the report shows it: a text that is a number, also one with a star behind it, gets the decimal
+/// A number as the report shows it: a text that is a number, also one with a star after it, gets the decimal
 /// sign of the report's language; any other text stays.
 std::string Number(std::string_view number, const IReportDocument& report);
 

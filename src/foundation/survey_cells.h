@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// Tables of texts that stand in one stored string.
+/// Tables of texts that are in one stored string.
 namespace vorex {
 
 /// The cells joined by the delimiter. A delimiter inside a cell is written with round brackets, so that no

@@ -10,11 +10,11 @@
 #include "foundation/survey_text_keys.h"
 #include "foundation/text_keys.h"
 
-/// The survey as the element file keeps it: which groups a result has, which fields and grids stand in each,
+/// The survey as the element file keeps it: which groups a result has, which fields and grids are in each,
 /// in the order in which they are written. Names are part of the format, the odd spelling included.
 namespace vorex {
 
-/// How a field of the survey is treated beside being kept as text.
+/// How a field of the survey is treated, apart from being kept as text.
 enum class FieldKind : uint8_t { kText, kTrimmed, kNumber, kDay, kMonth, kYear };
 
 struct SurveyFieldRow {
@@ -55,7 +55,7 @@ enum class SurveyPage : uint8_t {
 };
 inline constexpr std::size_t kPageCount = 10;
 
-/// A part of a survey's result. Without a name its grid stands in the result itself.
+/// A part of a survey's result. Without a name its grid is in the result itself.
 struct SurveyGroupRow {
     std::string_view name;
     SurveyPage page;
@@ -174,7 +174,7 @@ inline constexpr std::array<std::string_view, kGridCount> kGridKeys = {
     "ArtifactEvaluation", "ImageQuality", "Viewbox",
 };
 
-// Values behind the groups, in this order.
+// Values after the groups, in this order.
 inline constexpr std::string_view kSummaryPage        = "SummaryPage";
 inline constexpr std::string_view kPreliminaryResults = "PreliminaryResults";
 inline constexpr std::string_view kResultComment      = "ResultComment";

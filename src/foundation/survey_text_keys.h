@@ -3,7 +3,7 @@
 #include <string_view>
 
 /// Texts of the annual mammography survey, as their language-table keys. Every blank and odd spelling is part
-/// of a key; texts that other tests show too stand in "text_keys.h".
+/// of a key; texts that other tests show too are in "text_keys.h".
 namespace vorex::survey_text {
 
 // clang-format off

@@ -79,10 +79,13 @@ inline constexpr TestSet kRadiography = TestSet::OfMode(kRadio);
 inline constexpr TestSet kFluoroscopy = TestSet::OfMode(kFluoro);
 inline constexpr TestSet kMammography = TestSet::OfMode(kMammo);
 
+// The sets below list their tests: a new test is in none of them until somebody puts it there.
+
 /// Tests with a generator setup: mAs, or mA and time.
-inline constexpr TestSet kWithGeneratorSetup = kRadiography;
+inline constexpr TestSet kWithGeneratorSetup = {kRadioRepro, kRadioAccuracy, kRadioLinearity};
 /// Tests whose distance to the detector has a unit of its own.
-inline constexpr TestSet kWithDistanceUnit = kRadiography | kFluoroscopy;
+inline constexpr TestSet kWithDistanceUnit = {kRadioRepro, kRadioAccuracy, kRadioLinearity, kFluoroAccuracy,
+                                              kFluoroExposure};
 /// Tests with one focal spot, and with one kV and time, for all exposures.
 inline constexpr TestSet kWithOneFocalSpot = {kRadioRepro, kFluoroAccuracy, kFluoroExposure, kMammoAccRepro};
 inline constexpr TestSet kWithOneKv = {kRadioRepro, kRadioLinearity, kMammoAccRepro, kMammoRadiation};

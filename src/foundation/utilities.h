@@ -46,11 +46,11 @@ bool IsValidReading(std::string_view reading);
 std::string DosimeterDoseUnit(int32_t doseUnit, const IReportDocument* report = nullptr);
 std::string DosimeterRateUnit(int32_t doseUnit, int32_t rateUnit, const IReportDocument* report = nullptr);
 
-/// A comment holds at most one marker: the operator's words stand before it, the log of edited values, a
-/// line each, behind it.
+/// A comment holds at most one marker: the operator's words are before it, the log of edited values, a
+/// line each, after it.
 std::string CommentWords(std::string_view comment);
 std::string CommentLog(std::string_view comment);
-/// The comment with a text put behind its marker; a comment without one gets the marker first.
+/// The comment with a text put after its marker; a comment without one gets the marker first.
 std::string AppendComment(std::string_view comment, std::string_view text);
 
 /// A time-out of the detector in ms, from minutes of the settings store; the default when it reads as 0.

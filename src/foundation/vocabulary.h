@@ -20,7 +20,7 @@ inline constexpr std::string_view kPlugInId = "ZRD47500";
 inline constexpr std::string_view kProjectName = "VorexZRD47500Test";
 /// Joins cells, and marks texts, inside one stored string.
 inline constexpr std::string_view kDelimiter = "[¤]";
-/// Separates the operator's words of a comment from the log of edited values behind them.
+/// Separates the operator's words of a comment from the log of edited values after them.
 inline constexpr std::string_view kOverrideMarker = "[¤]override[¤]";
 
 // ---------------------------------------------------------------------------------------------- tests
@@ -51,6 +51,7 @@ inline constexpr int32_t kEnteredByHand = 0;  ///< in the place of a mode: a tes
 struct TestRow {
     int32_t id;
     int32_t mode;                  ///< detector mode that a new test starts with
+    uint8_t exposures;             ///< how many a new test plans
     std::string_view name;         ///< short name in English
     std::string_view title;        ///< text key of its name for a person
     std::string_view setupClass;   ///< class of the setup control, without the project name
@@ -59,15 +60,15 @@ struct TestRow {
 
 // clang-format off
 inline constexpr auto kTestCatalogue = std::to_array<TestRow>({
-    {kRadioRepro,     kRadio,  "RadioRepro",     text::kTestRadioRepro,     "XRadioReproConfig",     "XResultFlxGrid"},
-    {kRadioAccuracy,  kRadio,  "RadioAccuracy",  text::kTestRadioAccuracy,  "XRadioAccuracyConfig",  "XResultListView"},
-    {kRadioLinearity, kRadio,  "RadioLinearity", text::kTestRadioLinearity, "XRadioLinearityConfig", "XResultFlxGrid"},
-    {kFluoroAccuracy, kFluoro, "FluoroAccuracy", text::kTestFluoroAccuracy, "XFluoroAccuracyConfig", "XResultListView"},
-    {kFluoroExposure, kFluoro, "FluoroExposure", text::kTestFluoroExposure, "XFluoroExposureConfig", "XResultListView"},
-    {kMammoAccRepro,  kMammo,  "MammoAccRepro",  text::kTestMammoAccRepro,  "XMammoAccReproConfig",  "XResultListView"},
-    {kMammoAec,       kMammo,  "MammoAEC",       text::kTestMammoAec,       "XMammoAECConfig",       "XResultListView"},
-    {kMammoRadiation, kMammo,  "MammoRadiation", text::kTestMammoRadiation, "XMammoRadiationConfig", "XResultListView"},
-    {kMqsaSurvey, kEnteredByHand, "MQSA",        text::kTestSurvey,         "XMQSAConfig",           "XResultMQSA"},
+    {kRadioRepro,     kRadio,  2, "RadioRepro",     text::kTestRadioRepro,     "XRadioReproConfig",     "XResultFlxGrid"},
+    {kRadioAccuracy,  kRadio,  1, "RadioAccuracy",  text::kTestRadioAccuracy,  "XRadioAccuracyConfig",  "XResultListView"},
+    {kRadioLinearity, kRadio,  2, "RadioLinearity", text::kTestRadioLinearity, "XRadioLinearityConfig", "XResultFlxGrid"},
+    {kFluoroAccuracy, kFluoro, 1, "FluoroAccuracy", text::kTestFluoroAccuracy, "XFluoroAccuracyConfig", "XResultListView"},
+    {kFluoroExposure, kFluoro, 1, "FluoroExposure", text::kTestFluoroExposure, "XFluoroExposureConfig", "XResultListView"},
+    {kMammoAccRepro,  kMammo,  4, "MammoAccRepro",  text::kTestMammoAccRepro,  "XMammoAccReproConfig",  "XResultListView"},
+    {kMammoAec,       kMammo,  2, "MammoAEC",       text::kTestMammoAec,       "XMammoAECConfig",       "XResultListView"},
+    {kMammoRadiation, kMammo,  2, "MammoRadiation", text::kTestMammoRadiation, "XMammoRadiationConfig", "XResultListView"},
+    {kMqsaSurvey, kEnteredByHand, 0, "MQSA",     text::kTestSurvey,         "XMQSAConfig",           "XResultMQSA"},
 });
 // clang-format on
 
@@ -204,7 +205,7 @@ std::string_view TimeUnitKey(int32_t mode);
 
 // --------------------------------------------------------------------------------- measurement keys
 
-/// Keys of measurements and limits. They stand in saved files as they are, misspellings included.
+/// Keys of measurements and limits. They are in saved files as they are, misspellings included.
 namespace key {
 // clang-format off
 inline constexpr std::string_view kErPrefix              = "ER ";
@@ -300,7 +301,7 @@ inline constexpr std::string_view kNotApplicable         = "NA";
 // clang-format on
 }  // namespace key
 
-/// "ER Maxi. Exposure Rate", with or without an exposure number behind it.
+/// "ER Maxi. Exposure Rate", with or without an exposure number after it.
 bool IsMaxExposureRate(std::string_view measurementKey);
 /// The key under which limits are looked up: "ER " in front of a key that does not have it, the delimiter
 /// taken out.

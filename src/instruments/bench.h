@@ -16,7 +16,7 @@ namespace vorex {
 /// Who the instruments say they are.
 struct InstrumentIdentity {
     int32_t kind = kNoDetector;
-    std::string serialNumbers;  ///< empty: nothing tells which instruments these were, so none is noted
+    std::string serialNumbers;  ///< empty: nothing says which instruments these were, so none is noted
     std::string calibrationDates;
     std::vector<std::string> instrumentNames;
     uint8_t battery = 100;  ///< percent

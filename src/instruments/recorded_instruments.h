@@ -17,12 +17,12 @@ class RecordedRoom;
 ///
 /// The recording goes on in the polls of a service that is armed and has begun a run, a line a poll; the
 /// polls of any other service answer only whether the link is alive. An exposure waits until its service has
-/// read `ExposureDone`; the poll behind that raises its readings, then announces its waveforms. "throws"
+/// read `ExposureDone`; the poll after that raises its readings, then announces its waveforms. "throws"
 /// costs no poll: it holds from the moment the line before it is done, the first lines of a file from the
 /// start.
 ///
 /// While the link is down nothing is heard: lines pass, a poll each, until the link is back. It comes back by
-/// a poll, or by opening the link anew when that is the next line. Where the lines are used up, the poll of
+/// a poll, or by opening the link again when that is the next line. Where the lines are used up, the poll of
 /// an armed service answers as after a lost link.
 class RecordedInstruments : public IInstruments {
   public:

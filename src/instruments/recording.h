@@ -20,7 +20,7 @@
 ///
 /// Each further line is one thing that happens: "quiet", "exposure", "stopButton", "link", "sensorReset",
 /// "zeroing", "wakeUp" or "throws". An exposure has at least one of "detector", "dosimeter" and "mas".
-/// Measured values are texts, as instruments send them; a decimal comma may stand in them. Blank lines count
+/// Measured values are texts, as instruments send them; they may have a decimal comma. Blank lines count
 /// as lines and say nothing.
 namespace vorex {
 

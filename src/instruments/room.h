@@ -10,7 +10,7 @@
 #include "foundation/vocabulary.h"
 
 /// A simulated X-ray room: three units and the instruments that measure them. The construction values are a
-/// good room; a room file tells what is otherwise. Values without a published source are estimates, as
+/// good room; a room file says what is otherwise. Values without a published source are estimates, as
 /// docs/PHYSICS.md says of each.
 namespace vorex {
 
@@ -42,7 +42,7 @@ struct UnitSettings {
     double timerErrorPercent = 0.5;
     double timerDriftPercent = 0;  ///< more with each exposure that the timer ends
     double addedFiltrationMm = 1.5;
-    double distanceCm = 100;  ///< of the detector, where a test does not tell it
+    double distanceCm = 100;  ///< of the detector, where a test does not set it
 
     // Automatic exposure control of the mammographic unit.
     double aecMas = 80;  ///< for the accepted phantom at 28 kV, Mo/Mo
@@ -54,7 +54,7 @@ struct UnitSettings {
     double highestRate = 80;   ///< mGy/min at which the control stops
     double highestRateHighLevel = 160;
     double phantomCm =
-        30;  ///< PMMA in the beam where the test does not tell it: it drives the control to its end
+        30;  ///< PMMA in the beam where the test does not set it: the control reaches its maximum
     double phantomDoublingCm = 3.5;  ///< so much more PMMA doubles the rate
     double pulseRate = 15;           ///< per second
     double pulseWidthMs = 8;

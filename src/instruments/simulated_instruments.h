@@ -17,7 +17,7 @@ class SimulatedBench;
 ///
 /// While a service runs, exposure follows exposure: the operator gets ready for some polls, sets the X-ray
 /// unit as the console says, and the unit makes the exposure. It is ready when `ExposureDone` reads so, and
-/// the poll behind that delivers it. In fluoroscopy the pedal is held for some seconds, with the stop button
+/// the poll after that delivers it. In fluoroscopy the pedal is held for some seconds, with the stop button
 /// enabled.
 ///
 /// The same seed gives the same readings on every machine. What is random about an exposure depends on the

@@ -90,7 +90,7 @@ struct Window {
 };
 
 /// The timer of the unit counts between 75 % of the voltage; the detector between the percentage it is set
-/// to, and behind its delay. (the slopes are taken as straight lines)
+/// to, and after its delay. (the slopes are taken as straight lines)
 Window MeasuredWindow(const Shot& shot, const SentSettings& sent) {
     constexpr double kUsualPercent = 75;
     const double percent = sent.percentKV > 0 ? sent.percentKV : kUsualPercent;
@@ -272,7 +272,7 @@ double InDoseUnit(double coulomb, double coulombPerR, int32_t unit) {
 std::string DoseText(double value, int32_t unit, const InstrumentSettings& instruments) {
     constexpr int32_t kCoulomb = 3;
     if (unit != kCoulomb) return FourDigits(value, instruments);
-    std::string text = PlainText(value);  // far below what four digits behind the point can show
+    std::string text = PlainText(value);  // far below what four digits after the point can show
     if (instruments.decimalComma) std::replace(text.begin(), text.end(), '.', ',');
     return text;
 }

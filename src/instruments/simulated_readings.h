@@ -11,13 +11,13 @@
 
 namespace vorex {
 
-/// What the instruments say of an exposure, in the units that were sent to them, with their noise and their
+/// The readings of an exposure, in the units that were sent to them, with their noise and their
 /// resolution. What an instrument cannot measure reads over or under range.
 ZrdReading ReadZrd(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
                    RandomSource& random);
 PelomarkReading ReadPelomark(const Shot& shot, const InstrumentSettings& instruments,
                              const SentSettings& sent, RandomSource& random);
-/// `dose` is what the dose instrument beside the meter reads; empty without one.
+/// `dose` is what the dose instrument next to the meter reads; empty without one.
 MasReading ReadMas(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
                    const std::string& dose, RandomSource& random);
 

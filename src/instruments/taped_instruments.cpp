@@ -280,7 +280,7 @@ bool TapedService::Poll(int32_t sleepTimeOut, int32_t shutdownTimeOut) {
     } catch (const std::exception& error) {
         failure = error.what();
     }
-    // Instruments that stay silent now: the tape alone tells what they said.
+    // Instruments that stay silent now: the tape alone says what they said.
     while (mTape.Reading()) {
         const auto note = mTape.NextEvent(number);
         if (!note) break;

@@ -32,7 +32,7 @@ class RunTape {
 
     /// Number of the last poll: how far the run has come.
     int64_t Polls() const;
-    /// A run that polls on behind its last note has left the tape.
+    /// A run that polls again after its last note has left the tape.
     void BreakBehind(int64_t poll) { mBroken = mBroken || (mReading && poll > mLastPoll); }
     /// The number of the call that begins now.
     int64_t Count(std::string_view operation);
@@ -61,9 +61,9 @@ class RunTape {
     std::vector<RunNote> mWritten;
 };
 
-/// Instruments whose measurements go over a tape. While the tape is read, the instruments behind it run along
-/// and are not believed: what they say is what they once said, and when the tape is used up they stand
-/// where they stood. Instruments that cannot say it again, for nobody exposes now, stand there too.
+/// Instruments with a tape. While the tape is read, its answers replace those of the instruments, which get
+/// the same calls. So deterministic instruments are in the right state when the tape ends; others, which have
+/// no exposure to measure during the replay, are ready for the next one.
 class TapedInstruments final : public IInstruments {
   public:
     /// The tape must outlive the services.

@@ -30,7 +30,7 @@ struct Technique {
     bool pulsed = false;              ///< pulsed fluoroscopy
 };
 
-/// Asks what is set for the exposure that comes next; empty while nobody stands at the unit.
+/// Asks what is set for the exposure that comes next; empty while nobody is at the unit.
 using Console = std::function<std::optional<Technique>()>;
 
 }  // namespace vorex

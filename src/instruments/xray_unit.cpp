@@ -6,7 +6,7 @@
 
 #include "foundation/number_text.h"
 
-// The sources and the basis of each number stand in docs/PHYSICS.md, "The simulated room".
+// The sources and the basis of each number are in docs/PHYSICS.md, "The simulated room".
 
 namespace vorex {
 

@@ -98,7 +98,7 @@ class PagePainter {
 
     void AddBookmark(const ReportHeading& heading) {
         if (heading.title.empty()) return;
-        // Forms of one title differ in what stands below it.
+        // Forms of one title differ in what is below it.
         std::string title(heading.title);
         if (heading.centred && !heading.outcome.empty()) title.append(" - ").append(heading.outcome);
         mTitles.push_back(std::move(title));

@@ -30,7 +30,7 @@ std::string ColumnsOf(const ReportDocument& report, std::initializer_list<int32_
     return columns + markup::kRowEnd;
 }
 
-/// A row whose first cell stands in the first column: the cover has no margin.
+/// A row whose first cell is in the first column: the cover has no margin.
 std::string Row(std::initializer_list<std::string_view> cells) {
     std::string row;
     for (std::string_view cell : cells) {

@@ -18,19 +18,19 @@ struct JudgingStandard {
     std::string clauses;
 };
 
-/// What a report tells of a file.
+/// What a report says about a file.
 struct ReportContents {
     std::span<const std::shared_ptr<ITestElement>> roots;
     std::span<const JudgingStandard> standards;
     std::span<const MtiEntry> instruments;
     std::span<const ReportFact> particulars;  ///< site, room, person: what the file names of them
     ReportSetup::RecordOf recordOf;           ///< may be empty
-    /// What stands beside the status of an element; may be empty.
+    /// What is next to the status of an element; may be empty.
     std::function<std::string(const ITestElement& element)> noteOf;
 };
 
-/// Prints a file: the cover, which tells what was tested, with what, by which standards and with what
-/// outcome, and behind it every element.
+/// Prints a file: the cover, which says what was tested, with what, by which standards and with what
+/// outcome, and after it every element.
 void PrintFile(ReportDocument& report, const ReportContents& contents);
 
 }  // namespace vorex

@@ -23,7 +23,7 @@ constexpr int32_t kLeastHeading = 8;
 /// Edge columns of a table, which the width of column 7 leaves out.
 constexpr int32_t kTableMargins = 2 * 560;
 constexpr int32_t kHeadingPadding = 160;
-/// A heading stands at the foot of a page only with this much room for what it heads.
+/// A heading is at the foot of a page only with this much room for what it heads.
 constexpr int32_t kRoomBelowHeading = 1700;
 constexpr int32_t kGapAfterTable = 140;
 
@@ -50,7 +50,7 @@ int32_t RowHeight(const ReportRow& row) {
     return static_cast<int32_t>(lines) * LineHeight(row.points) + row.Padding() + (row.group ? kGroupGap : 0);
 }
 
-/// The outcome of a form's title stands in a line of its own.
+/// The outcome of a form's title is in a line of its own.
 int32_t HeadingHeight(const ReportHeading& heading) {
     const std::size_t below = heading.centred && !heading.outcome.empty() ? 1 : 0;
     const std::size_t lines = std::max<std::size_t>(1, heading.lines.size()) + below;
@@ -143,7 +143,7 @@ ReportDocument::Columns ReportDocument::ColumnsOf(std::string_view definition) {
 void ReportDocument::LayRow(ReportRow& row, const std::vector<ReportColumn>& columns) {
     row.points = static_cast<uint8_t>(mPoints);
     if (mWrapper) {
-        std::size_t free = 0;  // the column behind the cell before
+        std::size_t free = 0;  // the column after the cell before
         for (ReportCell& cell : row.cells) {
             LayCell(cell, row.FaceOf(cell), free, columns);
             free = cell.column + std::size_t{cell.span};
@@ -214,7 +214,7 @@ void ReportDocument::RepeatHeadings(const Columns& columns) {
     }
 }
 
-/// On a new page the rows of a block stand under its name again.
+/// On a new page the rows of a block are under its name again.
 void ReportDocument::GoOnWithGroup(const Columns& columns) {
     if (!mGroup || mHeadingColumns != columns || mGroupPage == mModel.pages.size()) return;
     mGroupPage = mModel.pages.size();
@@ -235,7 +235,7 @@ void ReportDocument::AddRow(ReportRow row, const Columns& columns) {
     table.rows.push_back(std::move(row));
 }
 
-/// Height of the rows that stand on one page with the first of them: headings with what they head, and the
+/// Height of the rows that are on one page with the first of them: headings with what they head, and the
 /// last row of a block with the one before.
 int32_t ReportDocument::HeightKeptTogether(const std::vector<ReportRow>& rows, std::size_t first) const {
     int32_t height = 0;
@@ -328,7 +328,7 @@ ReportHeading ReportDocument::LaidHeading(std::string_view title, std::string_vi
     heading.points = level == 0        ? kTitlePoints
                      : heading.centred ? kHeadingPoints
                                        : std::max(kHeadingPoints + 1 - level, kLeastHeading);
-    constexpr int32_t kOutcomeShare = 4;  // of the width is kept for the outcome beside the title
+    constexpr int32_t kOutcomeShare = 4;  // of the width is kept for the outcome next to the title
     if (mWrapper) {
         const int32_t width = mSettings.paper.UsableWidth();
         const bool beside = !outcome.empty() && !heading.centred;

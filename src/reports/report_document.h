@@ -63,7 +63,7 @@ class ReportDocument final : public IReportDocument {
     /// The title of the report, once and first.
     void PrintTitle(std::string_view title, std::string_view outcome);
     const ReportFacts& Facts() const { return mSettings.facts; }
-    /// The report as it stands; the document is empty behind it.
+    /// The finished report; the document is then empty.
     ReportModel Finish();
 
   private:
@@ -76,7 +76,7 @@ class ReportDocument final : public IReportDocument {
                  const std::vector<ReportColumn>& columns);
     std::vector<ReportRow> LaidRows(std::string_view rows, const Columns& columns);
     /// The table that a row of these columns continues; a new one where there is none. A heading begins a
-    /// framed table anew.
+    /// framed table again.
     ReportTable& TableFor(const Columns& columns, const ReportRow& row);
     bool BeginsHere(const ReportRow& row) const;
     /// A row that moves goes to the next page.
@@ -103,7 +103,7 @@ class ReportDocument final : public IReportDocument {
     Columns mColumns;
     std::vector<ReportRow> mHeadings;  ///< what the present table begins with
     Columns mHeadingColumns;
-    std::optional<ReportRow> mGroup;  ///< that the present rows stand under
+    std::optional<ReportRow> mGroup;  ///< the name of the present rows
     std::size_t mGroupPage = 0;       ///< where it was printed last
 };
 

@@ -231,7 +231,7 @@ class HtmlWriter {
 
     // -------------------------------------------------------------------------------------- tables
 
-    /// The columns that something stands in, by their place; the others are left out.
+    /// The columns that something is in, by their place; the others are left out.
     static std::vector<int32_t> UsedColumns(const ReportTable& table) {
         std::vector<int32_t> places(table.columns->size(), -1);
         for (const ReportRow& row : table.rows)

@@ -14,7 +14,7 @@
 namespace vorex {
 
 enum class ReportAlign : uint8_t { kLeft, kCentre, kRight };
-/// A shape that stands in front of a verdict, so that it needs no colour.
+/// A shape that is in front of a verdict, so that it needs no colour.
 enum class ReportMark : uint8_t { kNone, kFail, kPass };
 enum class ReportFace : uint8_t { kPlain, kBold, kBoldItalic };
 inline constexpr std::size_t kReportFaces = 3;
@@ -84,9 +84,9 @@ struct ReportRow {
     uint8_t points = 0;
     bool heading = false;   ///< every cell is a heading, and there are several
     bool group = false;     ///< heads the rows below it in the course of a table
-    bool repeated = false;  ///< a heading that stands on an earlier page
+    bool repeated = false;  ///< a heading that is on an earlier page
     bool failed = false;
-    bool ruled = false;  ///< stands in ruled columns
+    bool ruled = false;  ///< is in ruled columns
 
     int32_t Padding() const { return ruled ? kRuledRowPadding : kRowPadding; }
     /// How a cell of this row is measured and painted.
@@ -112,7 +112,7 @@ struct ReportHeading {
     std::string_view outcome;
     ReportMark mark = ReportMark::kNone;
     int32_t level = 1;     ///< 0 is the title of the report
-    bool centred = false;  ///< the title of a form; the outcome stands in a line below it
+    bool centred = false;  ///< the title of a form; the outcome is in a line below it
     int32_t top = 0;
     int32_t height = 0;
     int32_t points = 0;
@@ -166,7 +166,7 @@ struct ReportPaper {
     bool Paged() const { return height > 0; }
 };
 
-/// What stands in the foot of each page and in the description of the file.
+/// What is in the foot of each page and in the description of the file.
 struct ReportFacts {
     std::string title;
     std::string fileName;
@@ -174,7 +174,7 @@ struct ReportFacts {
     std::string program;
     std::string language;
     std::string pageOf;    ///< "Page %%1 of %%2", translated
-    std::string failWord;  ///< the word beside the fail mark
+    std::string failWord;  ///< the word next to the fail mark
     std::string passWord;
     std::string contents;  ///< heading of the list of headings
 };
@@ -186,7 +186,7 @@ struct ReportModel {
     std::vector<ReportPage> pages;
 };
 
-/// The word beside a mark: what the cell says, or the verdict itself.
+/// The word next to a mark: what the cell says, or the verdict itself.
 inline std::string_view MarkWord(const ReportFacts& facts, ReportMark mark, std::string_view text) {
     if (!text.empty() || mark == ReportMark::kNone) return text;
     return mark == ReportMark::kFail ? facts.failWord : facts.passWord;

@@ -20,7 +20,7 @@ struct ReportFact {
 void PrintFacts(const std::vector<ReportFact>& facts, IReportDocument& report);
 
 /// The setup of the reports that the host itself makes, handed from element to element: how deep an element
-/// stands, and what the program tells of its result under its heading.
+/// stands, and what the program says about its result under its heading.
 class ReportSetup final : public IReportSetup {
   public:
     using RecordOf = std::function<std::vector<ReportFact>(const IResultData& result)>;
@@ -30,7 +30,7 @@ class ReportSetup final : public IReportSetup {
 
     /// Headings up to `EndHeading` are those of an element.
     void BeginHeading() { mDocument.HeadingLevel(mLevel); }
-    /// Headings from here on are of what an element holds; its result is told of first.
+    /// Headings from here on are of what an element holds; its result is described first.
     void EndHeading(const IResultData* result);
     void BeginChildren() { ++mLevel; }
     void EndChildren() { --mLevel; }

@@ -82,7 +82,7 @@ class RowReader {
         return true;
     }
 
-    /// Cells beyond the last column share it, one behind the other.
+    /// Cells beyond the last column share it, one after the other.
     void Add(ReportRow& row, ReportCell cell, std::size_t column) {
         if (cell.text.empty() && cell.mark == ReportMark::kNone) return;
         cell.column = static_cast<uint16_t>(column);
@@ -132,7 +132,7 @@ class RowReader {
         return cell;
     }
 
-    /// A text to the left that nothing follows may use the columns behind it.
+    /// A text to the left that nothing follows may use the columns after it.
     void Finish(ReportRow& row, std::size_t lastColumn) const {
         row.failed = std::any_of(row.cells.begin(), row.cells.end(),
                                  [](const ReportCell& cell) { return cell.mark == ReportMark::kFail; });
@@ -142,7 +142,7 @@ class RowReader {
             row.cells.size() >= least && std::all_of(row.cells.begin(), row.cells.end(),
                                                      [](const ReportCell& cell) { return cell.heading; });
         if (row.cells.empty() || row.ruled) return;
-        // One cell told behind the margin, where a row has more, and no label of a value.
+        // One cell after the margin, where a row has more, and no label of a value.
         row.group = lastColumn == 1 && row.cells.size() == 1 && row.cells.front().column == 1 &&
                     mColumns.size() > 2 && !row.cells.front().text.starts_with(' ');
         ReportCell& last = row.cells.back();

@@ -24,7 +24,7 @@ std::vector<ReportRow> ParseReportRows(std::string_view rows, const std::vector<
 /// The mark of a cell that passed, as `markup::kFailMark` is of one that failed.
 inline constexpr std::string_view kReportPassMark = "{{\\fonttbl{\\f0\\fcharset2 Wingdings}}\\f0\\fs18 ü}";
 
-/// A text as it may stand in a report: valid UTF-8 without control characters but the line feed.
+/// A text that a report may hold: valid UTF-8 without control characters but the line feed.
 std::string CleanReportText(std::string_view text);
 
 }  // namespace vorex

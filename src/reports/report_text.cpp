@@ -14,13 +14,13 @@ namespace {
 constexpr std::size_t kWidth = 100;
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kGap = 2;
-/// Numbers may change by a digit without moving what stands beside them.
+/// Numbers may change by a digit without moving what is next to them.
 constexpr std::size_t kLeastColumn = 8;
 constexpr std::size_t kLeastWrapped = 6;
-/// What stands in front of a text of a ruled table, and between two.
+/// What is in front of a text of a ruled table, and between two.
 constexpr std::size_t kRuleAndBlank = 2;
 constexpr std::size_t kBlankRuleBlank = 3;
-/// A word that is longer than this breaks before it costs the columns beside it their room.
+/// A word that is longer than this breaks before it costs the columns next to it their room.
 constexpr std::size_t kLongestWhole = kWidth / 3;
 constexpr std::string_view kCross = "✗ ";
 constexpr std::string_view kTick = "✓ ";
@@ -120,7 +120,7 @@ class TextWriter {
                     measure(cell.column, row, cell);
     }
 
-    /// What each column needs for its longest cell; 0 for a column that nothing stands in.
+    /// What each column needs for its longest cell; 0 for a column that nothing is in.
     Widths NaturalWidths(const ReportTable& table, bool wrappedHeadings) {
         Widths widths(table.columns->size(), 0);
         ForEachFittedCell(table, [&](std::size_t column, const ReportRow& row, const ReportCell& cell) {
@@ -147,7 +147,7 @@ class TextWriter {
         return sum > kWidth + kGap ? sum - kWidth - kGap : 0;
     }
 
-    /// Takes from the widest of the columns that have more than their least until all fit beside each other.
+    /// Takes from the widest of the columns that have more than their least until all fit next to each other.
     static void Shrink(Widths& widths, const Widths& least) {
         for (std::size_t excess = Excess(widths); excess > 0; excess = Excess(widths)) {
             std::size_t widest = widths.size();
@@ -203,7 +203,7 @@ class TextWriter {
         }
     }
 
-    /// The width of a cell with those that it may use behind it.
+    /// The width of a cell with those that it may use after it.
     static std::size_t Room(const ReportCell& cell, const Widths& widths, std::size_t begin) {
         if (cell.span > 1) return kWidth - begin;
         return widths[cell.column];
@@ -286,7 +286,7 @@ class TextWriter {
         std::string separator(rules.back() + 1, '-');
         for (std::size_t rule : rules) separator[rule] = '+';
         Line(separator);
-        bool apart = true;  // a separator stands above
+        bool apart = true;  // a separator is above
         for (const ReportRow& row : table.rows) {
             const bool room = std::any_of(row.cells.begin(), row.cells.end(),
                                           [](const ReportCell& cell) { return RoomToWrite(cell.text) > 0; });

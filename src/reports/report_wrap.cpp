@@ -14,7 +14,7 @@ constexpr int32_t kMostIndentParts = 3;
 /// More blanks in a row are a gap to write into, and part lines only where nothing else does.
 constexpr std::size_t kMostBlanks = 3;
 
-/// Ideographs and kana: a line may end behind each.
+/// Ideographs and kana: a line may end after each.
 bool BreaksAnywhere(char32_t c) {
     return (c >= 0x2E80 && c <= 0x9FFF) || (c >= 0xAC00 && c <= 0xD7A3) || (c >= 0xF900 && c <= 0xFAFF) ||
            (c >= 0xFF00 && c <= 0xFF60) || (c >= 0x20000 && c <= 0x3FFFD);
@@ -82,9 +82,9 @@ void TextWrapper::WrapLine(std::string_view text, int64_t room, ReportFace face,
     std::size_t begin = 0;
     int64_t width = 0;
     std::size_t blanks = 0;  // in a row
-    Place breakAt;           // behind the last blank, or where a line may end
+    Place breakAt;           // after the last blank, or where a line may end
     Place beforeBlanks;      // the break in front of these blanks
-    Place gap;               // behind the last gap
+    Place gap;               // after the last gap
     const auto close = [&](const Place& end) {
         std::string_view line = text.substr(begin, end.at - begin);
         int64_t lineWidth = end.width;

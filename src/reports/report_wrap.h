@@ -49,7 +49,7 @@ struct Utf8Character {
 Utf8Character FirstCharacter(std::string_view text);
 void AppendUtf8(std::string& text, char32_t character);
 
-/// True for a character that stands on the one before it.
+/// True for a character that is on the one before it.
 bool IsCombining(char32_t character);
 
 }  // namespace vorex

@@ -36,7 +36,7 @@ class CPrinterXY {
     void SetPlotArea(const PageArea& area);
     void SetDataArea(const DataRange& range) { mData = range; }
     const DataRange& DataArea() const { return mData; }
-    /// Takes the data area from samples that lie an interval apart: x from 0 to one interval behind the last
+    /// Takes the data area from samples that lie an interval apart: x from 0 to one interval after the last
     /// sample's, y from 0 to the largest sample and a tenth.
     void SetValues(std::span<const float> samples, double interval, double factor);
     /// Computes the scales and draws frame and axes.

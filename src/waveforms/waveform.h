@@ -11,7 +11,7 @@
 
 namespace vorex {
 
-/// A sampled waveform of an exposure. Operations stand in slot order.
+/// A sampled waveform of an exposure. Operations are declared in slot order.
 class IWaveform {
   public:
     virtual ~IWaveform() = default;

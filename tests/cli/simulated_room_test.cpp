@@ -58,6 +58,24 @@ class SimulatedRoomTest : public ProgramTest {
     }
 };
 
+TEST_F(SimulatedRoomTest, ThePracticalPeakVoltageFollowsTheRipple) {
+    struct Case {
+        const char* ripple;
+        const char* ppv;
+    };
+    // The mean of U weighted with U^2: the peak of 80 kV itself without ripple, and for a rectified sine
+    // 80 * (4 / 3) / (pi / 2) = 67.9.
+    for (const Case& c : {Case{"0", "80.0"}, {"100", "67.9"}}) {
+        const std::string room =
+            Room(R"("instruments":{"kvNoisePercent":0},"radiography":{"kvpErrorPercent":0,"kvpVariation":0,)"
+                 R"("ripplePercent":)" +
+                 std::string(c.ripple) + "}");
+        RunUnit(Example("radiographic_unit.xml"), room);
+        const auto ppv = result.select_node("//TestElement[@TestID='100']//Measurement[@Key='kV PPV']/Value");
+        EXPECT_STREQ(ppv.node().child_value(), c.ppv) << c.ripple;
+    }
+}
+
 TEST_F(SimulatedRoomTest, EachFaultFailsTheTestThatShouldFindItAndNoOther) {
     struct Case {
         std::string room;

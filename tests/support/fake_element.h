@@ -29,7 +29,7 @@ class FakeStandard : public IStandard {
     ExpectedResults mResults;
 };
 
-/// Limits as a range per limit key; a variation row is judged under its key with " CV" behind it.
+/// Limits as a range per limit key; a variation row is judged under its key with " CV" after it.
 class FakeLimits : public ILimitData {
   public:
     std::map<std::string, std::pair<double, double>> ranges;

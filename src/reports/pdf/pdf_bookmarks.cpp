@@ -10,7 +10,7 @@ namespace vorex {
 
 namespace {
 
-/// An entry of the outline, or its root, with what stands below it so far.
+/// An entry of the outline, or its root, with what is below it so far.
 struct Entry {
     QPDFObjectHandle object;
     int level;
