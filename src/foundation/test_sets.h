@@ -164,6 +164,16 @@ constexpr bool HasOneRowPerDetectorKind(const Table& table) {
     return std::size(table) == kDetectorKinds.size();
 }
 
+constexpr bool KindSetsMatchTheKinds() {
+    for (int32_t kind : kDetectorKinds) {
+        if (kZrdKinds.Has(kind) != HasZrd(kind) || kPelomarkKinds.Has(kind) != HasPelomark(kind) ||
+            kMasKinds.Has(kind) != HasMasMeter(kind))
+            return false;
+        if (!HasZrd(kind) && !HasPelomark(kind) && !HasMasMeter(kind)) return false;
+    }
+    return true;
+}
+static_assert(KindSetsMatchTheKinds(), "a detector kind has its instruments in every set");
 static_assert((kRadiography | kFluoroscopy | kMammography) == TestSet::AllBut({}));
 
 }  // namespace vorex

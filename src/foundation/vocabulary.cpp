@@ -1,6 +1,7 @@
 #include "foundation/vocabulary.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace vorex {
 
@@ -53,29 +54,62 @@ bool Holds(const std::string_view (&list)[N], std::string_view word) {
     return std::find(std::begin(list), std::end(list), word) != std::end(list);
 }
 
+/// A choice whose values and codes are unique: anything else does not compile.
+template <std::size_t N>
+constexpr Choice ChoiceOf(const ChoiceRow (&rows)[N], std::string_view fallbackText, int32_t fallbackStored,
+                          int32_t fallbackValue) {
+    for (std::size_t i = 0; i < N; ++i)
+        for (std::size_t j = 0; j < i; ++j)
+            if (rows[i].value == rows[j].value || rows[i].stored == rows[j].stored)
+                throw "a value or code has two rows";
+    return {rows, fallbackText, fallbackStored, fallbackValue};
+}
+
 template <std::size_t N>
 constexpr Choice FirstRowFallback(const ChoiceRow (&rows)[N]) {
-    return {rows, rows[0].text, rows[0].stored, rows[0].value};
+    return ChoiceOf(rows, rows[0].text, rows[0].stored, rows[0].value);
 }
+
+/// Unit keys of the exposure columns: in R, in Gy.
+struct UnitPair {
+    std::string_view roentgen;
+    std::string_view gray;
+    constexpr std::string_view Of(int32_t exposureUnit) const {
+        return exposureUnit == kUnitGy ? gray : roentgen;
+    }
+};
+constexpr UnitPair kExposureKeys = {text::kUnitMilliroentgen, text::kUnitMicrogray};
+constexpr UnitPair kFluoroExposureKeys = {text::kExposureUnitR, text::kUnitMilligray};
+constexpr UnitPair kRateKeys = {text::kUnitMilliroentgenPerSec, text::kUnitMicrograyPerSec};
+/// By rate time base, from 1.
+constexpr UnitPair kFluoroRateKeys[] = {
+    {text::kUnitRPerSec, text::kUnitMilligrayPerSec},
+    {text::kUnitRPerMin, text::kUnitMilligrayPerMin},
+    {text::kUnitRPerHour, text::kUnitMilligrayPerHour},
+    {text::kUnitRPerPulse, text::kUnitMilligrayPerPulse},
+};
+static_assert(std::size(kFluoroRateKeys) == std::size(kRateTimeBaseRows));
+constexpr UnitPair kPerMasKeys = {text::kUnitMilliroentgenPerMas, text::kUnitMicrograyPerMas};
+constexpr UnitPair kFluoroPerMasKeys = {text::kUnitRPerMas, text::kUnitMilligrayPerMas};
 
 }  // namespace
 
 // An unknown value takes the first row; an unknown code reads as 1. The exceptions are spelled out.
-const Choice kDetectorModes = FirstRowFallback(kDetectorModeRows);
-const Choice kDetectorSettings = FirstRowFallback(kDetectorSettingRows);
-const Choice kExposureUnits = FirstRowFallback(kExposureUnitRows);
-const Choice kRateTimeBases = FirstRowFallback(kRateTimeBaseRows);
-const Choice kFluoroTypes = FirstRowFallback(kFluoroTypeRows);
-const Choice kTimeUnits = FirstRowFallback(kTimeUnitRows);
-const Choice kFlags = {kFlagRows, text::kFalse, 0, 0};
-const Choice kGeneratorSetups = FirstRowFallback(kGeneratorSetupRows);
-const Choice kSddUnits = {kSddUnitRows, text::kCentimeters, 2, kCentimeter};
-const Choice kFocalSpots = {kFocalSpotRows, text::kFocalSpotSmall, 2, kSmallSpot};
-const Choice kPressureUnits = FirstRowFallback(kPressureUnitRows);
-const Choice kTemperatureUnits = FirstRowFallback(kTemperatureUnitRows);
-const Choice kDoseUnits = FirstRowFallback(kDoseUnitRows);
-const Choice kDoseRateBases = FirstRowFallback(kDoseRateBaseRows);
-const Choice kPelomarkModes = FirstRowFallback(kPelomarkModeRows);
+constinit const Choice kDetectorModes = FirstRowFallback(kDetectorModeRows);
+constinit const Choice kDetectorSettings = FirstRowFallback(kDetectorSettingRows);
+constinit const Choice kExposureUnits = FirstRowFallback(kExposureUnitRows);
+constinit const Choice kRateTimeBases = FirstRowFallback(kRateTimeBaseRows);
+constinit const Choice kFluoroTypes = FirstRowFallback(kFluoroTypeRows);
+constinit const Choice kTimeUnits = FirstRowFallback(kTimeUnitRows);
+constinit const Choice kFlags = ChoiceOf(kFlagRows, text::kFalse, 0, 0);
+constinit const Choice kGeneratorSetups = FirstRowFallback(kGeneratorSetupRows);
+constinit const Choice kSddUnits = ChoiceOf(kSddUnitRows, text::kCentimeters, 2, kCentimeter);
+constinit const Choice kFocalSpots = ChoiceOf(kFocalSpotRows, text::kFocalSpotSmall, 2, kSmallSpot);
+constinit const Choice kPressureUnits = FirstRowFallback(kPressureUnitRows);
+constinit const Choice kTemperatureUnits = FirstRowFallback(kTemperatureUnitRows);
+constinit const Choice kDoseUnits = FirstRowFallback(kDoseUnitRows);
+constinit const Choice kDoseRateBases = FirstRowFallback(kDoseRateBaseRows);
+constinit const Choice kPelomarkModes = FirstRowFallback(kPelomarkModeRows);
 
 const TestRow* FindTest(int32_t testId) {
     const auto* row = std::find_if(kTestCatalogue.begin(), kTestCatalogue.end(),
@@ -110,30 +144,17 @@ int32_t StoredOfValue(const Choice& choice, int32_t value) {
 }
 
 std::string_view ExposureUnitKey(int32_t mode, int32_t exposureUnit) {
-    const bool gray = exposureUnit == kUnitGy;
-    if (mode == kFluoro) return gray ? text::kUnitMilligray : text::kExposureUnitR;
-    return gray ? text::kUnitMicrogray : text::kUnitMilliroentgen;
+    return (mode == kFluoro ? kFluoroExposureKeys : kExposureKeys).Of(exposureUnit);
 }
 
 std::string_view ExposureRateUnitKey(int32_t mode, int32_t exposureUnit, int32_t timeBase) {
-    const bool gray = exposureUnit == kUnitGy;
-    if (mode != kFluoro) return gray ? text::kUnitMicrograyPerSec : text::kUnitMilliroentgenPerSec;
-    switch (timeBase) {
-        case 2:
-            return gray ? text::kUnitMilligrayPerMin : text::kUnitRPerMin;
-        case 3:
-            return gray ? text::kUnitMilligrayPerHour : text::kUnitRPerHour;
-        case 4:
-            return gray ? text::kUnitMilligrayPerPulse : text::kUnitRPerPulse;
-        default:
-            return gray ? text::kUnitMilligrayPerSec : text::kUnitRPerSec;
-    }
+    if (mode != kFluoro) return kRateKeys.Of(exposureUnit);
+    const int32_t known = FindRow(kRateTimeBases, timeBase) != nullptr ? timeBase : 1;
+    return kFluoroRateKeys[known - 1].Of(exposureUnit);
 }
 
 std::string_view ExposurePerMasUnitKey(int32_t mode, int32_t exposureUnit) {
-    const bool gray = exposureUnit == kUnitGy;
-    if (mode == kFluoro) return gray ? text::kUnitMilligrayPerMas : text::kUnitRPerMas;
-    return gray ? text::kUnitMicrograyPerMas : text::kUnitMilliroentgenPerMas;
+    return (mode == kFluoro ? kFluoroPerMasKeys : kPerMasKeys).Of(exposureUnit);
 }
 
 std::string_view TimeUnitKey(int32_t mode) {
