@@ -2,160 +2,203 @@
 
 #include <gtest/gtest.h>
 
-#include "reports/report_fixture.h"
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
 
-namespace vorex::host_test {
-namespace {
-
-/// What was asked of a module, a line each.
-std::string drawn;
-
-std::string At(VorexPdfPoint place) {
-    return std::to_string(place.x) + "," + std::to_string(place.y);
-}
-std::string Copy(VorexPdfText text) {
-    return {text.bytes, text.size};
-}
-void Note(const std::string& line) {
-    drawn += line + "\n";
-}
-std::string Colour(uint32_t colour) {
-    char digits[8];
-    std::snprintf(digits, sizeof digits, "#%06x", static_cast<unsigned>(colour));
-    return digits;
-}
-
-VorexPdfDrawing* const kDrawing = reinterpret_cast<VorexPdfDrawing*>(&drawn);
-
-/// A module whose characters are half as wide as the text is high.
-constexpr VorexPdfModule kModule = {
-    kVorexPdfVersion,
-    [](VorexPdfSink, void*) { return 1; },
-    [](uint32_t, int32_t) { return 500; },
-    [](const VorexPdfPaper* paper, VorexPdfText title, VorexPdfText, VorexPdfSink, void*) {
-        Note("begin " + Copy(title) + " " + std::to_string(paper->width));
-        return kDrawing;
-    },
-    [](VorexPdfDrawing*) { Note("page"); },
-    [](VorexPdfDrawing*, uint32_t colour, int32_t width) {
-        Note("pen " + Colour(colour) + " " + std::to_string(width));
-    },
-    [](VorexPdfDrawing*, VorexPdfText text, VorexPdfFont font) {
-        return static_cast<int32_t>(text.size) * font.points * 10;
-    },
-    [](VorexPdfDrawing*, VorexPdfPoint place, VorexPdfText text, VorexPdfFont font, int32_t room) {
-        Note("text " + At(place) + " " + Copy(text) + " face " + std::to_string(font.face) + " points " +
-             std::to_string(font.points) + (room > 0 ? " room " + std::to_string(room) : ""));
-    },
-    [](VorexPdfDrawing*, const VorexPdfPoint* points, size_t count) {
-        std::string line = "line";
-        for (size_t i = 0; i < count; ++i) line += " " + At(points[i]);
-        Note(line);
-    },
-    [](VorexPdfDrawing*, VorexPdfPoint place, int32_t width, int32_t height) {
-        Note("frame " + At(place) + " " + std::to_string(width) + "x" + std::to_string(height));
-    },
-    [](VorexPdfDrawing*, VorexPdfPoint place, int32_t width, int32_t height, uint32_t colour) {
-        Note("fill " + At(place) + " " + std::to_string(width) + "x" + std::to_string(height) + " " +
-             Colour(colour));
-    },
-    [](VorexPdfDrawing*, const VorexPdfBookmark* bookmarks, size_t count, VorexPdfText language,
-       VorexPdfSink sink, void* context) {
-        for (size_t i = 0; i < count; ++i)
-            Note("bookmark " + Copy(bookmarks[i].title) + " level " + std::to_string(bookmarks[i].level) +
-                 " page " + std::to_string(bookmarks[i].page) + " top " + std::to_string(bookmarks[i].top));
-        Note("finish " + Copy(language));
-        sink(context, "PDF", 3);
-        return 1;
-    },
+/// What is drawn, a call each, in order.
+struct VorexPdfDrawing {
+    std::vector<std::string> calls;
 };
 
-/// What a page of one item draws, without its foot and what begins and ends the file.
-std::string Drawn(ReportItem item) {
-    ReportModel report;
-    report.paper = kSmallPaper;
-    report.facts.pageOf = "%%1/%%2";
-    report.pages.push_back({{std::move(item)}});
-    drawn.clear();
-    EXPECT_EQ(PaintPdf(report, kModule), "PDF");
-    const std::size_t first = drawn.find('\n') + 1;
-    return drawn.substr(first, drawn.find("pen #999999 8\nline 0,2126") - first);
+namespace vorex {
+namespace {
+
+VorexPdfDrawing recorded;
+
+std::string Place(VorexPdfPoint place) {
+    return std::to_string(place.x) + "," + std::to_string(place.y);
+}
+std::string Text(VorexPdfText text) {
+    return {text.bytes, text.size};
+}
+std::string Colour(uint32_t colour) {
+    char hex[8];
+    std::snprintf(hex, sizeof hex, "%06X", static_cast<unsigned>(colour));
+    return hex;
+}
+std::string Size(int32_t width, int32_t height) {
+    return " " + std::to_string(width) + "x" + std::to_string(height);
 }
 
-/// A row of one cell from 0 to 1,000, one line of 7 points that is 300 wide.
-ReportTable OneRow(const ReportColumn& column, ReportMark mark, bool failed, bool ruled) {
-    ReportRow row;
-    row.height = 194;
-    row.points = 7;
-    row.failed = failed;
-    row.ruled = ruled;
-    row.cells.push_back({"text", 0, 1, false, mark, {{"text", 0, 300}}});
+/// A module that writes nothing and notes every call. Each character is 100 twips wide.
+VorexPdfModule RecordingModule() {
+    VorexPdfModule module{};
+    module.version = kVorexPdfVersion;
+    module.begin = [](const VorexPdfPaper*, VorexPdfText, VorexPdfText, VorexPdfSink, void*) {
+        recorded.calls.clear();
+        return &recorded;
+    };
+    module.newPage = [](VorexPdfDrawing* drawing) { drawing->calls.emplace_back("page"); };
+    module.setPen = [](VorexPdfDrawing* drawing, uint32_t colour, int32_t width) {
+        drawing->calls.push_back("pen " + Colour(colour) + " " + std::to_string(width));
+    };
+    module.textWidth = [](VorexPdfDrawing*, VorexPdfText text, VorexPdfFont) {
+        return static_cast<int32_t>(text.size) * 100;
+    };
+    module.drawText = [](VorexPdfDrawing* drawing, VorexPdfPoint place, VorexPdfText text, VorexPdfFont font,
+                         int32_t room) {
+        drawing->calls.push_back("text " + Place(place) + " " + Text(text) + " face " +
+                                 std::to_string(font.face) + " size " + std::to_string(font.points) +
+                                 (room == 0 ? "" : " room " + std::to_string(room)));
+    };
+    module.drawLines = [](VorexPdfDrawing* drawing, const VorexPdfPoint* points, size_t count) {
+        std::string call = "line";
+        for (size_t i = 0; i < count; ++i) call += " " + Place(points[i]);
+        drawing->calls.push_back(call);
+    };
+    module.drawFrame = [](VorexPdfDrawing* drawing, VorexPdfPoint place, int32_t width, int32_t height) {
+        drawing->calls.push_back("frame " + Place(place) + Size(width, height));
+    };
+    module.fill = [](VorexPdfDrawing* drawing, VorexPdfPoint place, int32_t width, int32_t height,
+                     uint32_t colour) {
+        drawing->calls.push_back("fill " + Place(place) + Size(width, height) + " " + Colour(colour));
+    };
+    module.finish = [](VorexPdfDrawing* drawing, const VorexPdfBookmark* bookmarks, size_t count,
+                       VorexPdfText, VorexPdfSink, void*) {
+        for (size_t i = 0; i < count; ++i)
+            drawing->calls.push_back(
+                "bookmark " + Text(bookmarks[i].title) + " level " + std::to_string(bookmarks[i].level) +
+                " page " + std::to_string(bookmarks[i].page) + " at " + std::to_string(bookmarks[i].top));
+        return 1;
+    };
+    return module;
+}
+
+using Calls = std::vector<std::string>;
+
+/// What a page with one item draws, without its foot.
+Calls Drawn(ReportItem item) {
+    ReportModel report;
+    report.paper = {11000, 16000, 500, 600, 700};  // 10000 by 14700 usable
+    report.facts.pageOf = "Page %%1 of %%2";
+    report.pages.resize(1);
+    report.pages[0].items.push_back(std::move(item));
+    const VorexPdfModule module = RecordingModule();
+    PaintPdf(report, module);
+    Calls calls = recorded.calls;
+    std::size_t foot = 0;
+    while (foot < calls.size() && calls[foot] != "line 0,14826 10000,14826") ++foot;
+    EXPECT_LT(foot, calls.size()) << "no rule above the foot";
+    const std::string bookmark =
+        !calls.empty() && calls.back().starts_with("bookmark") ? calls.back() : std::string();
+    calls.resize(foot == 0 ? 0 : foot - 1);
+    if (!bookmark.empty()) calls.push_back(bookmark);
+    return calls;
+}
+
+ReportCell Cell(std::string_view text, uint16_t column, ReportMark mark = ReportMark::kNone) {
+    ReportCell cell;
+    cell.text = text;
+    cell.column = column;
+    cell.mark = mark;
+    if (!text.empty()) cell.lines = {{text, 0, static_cast<int32_t>(text.size()) * 100}};
+    return cell;
+}
+
+ReportTable Table(ReportRow row, bool ruled) {
     ReportTable table;
-    table.columns = std::make_shared<const std::vector<ReportColumn>>(1, column);
-    table.rows.push_back(row);
+    std::vector<ReportColumn> columns = {{0, 4000, ReportAlign::kLeft, false, ruled},
+                                         {4000, 2000, ReportAlign::kRight, false, ruled},
+                                         {6000, 1000, ReportAlign::kCentre, false, ruled}};
+    table.columns = std::make_shared<const std::vector<ReportColumn>>(std::move(columns));
+    row.points = 8;
+    row.height = 266;
+    table.rows.push_back(std::move(row));
     return table;
 }
 
-TEST(PdfPainter, DrawsEachKindOfCellInItsPlace) {
-    const std::string rule = "pen #999999 4\nline 0,194 1000,194\n";
-    const struct {
-        const char* title;
-        ReportItem item;
-        std::string expected;
-    } cases[] = {
-        {"left", OneRow({0, 1000, ReportAlign::kLeft}, ReportMark::kNone, false, false),
-         rule + "pen #000000 8\ntext 30,13 text face 0 points 7\n"},
-        {"right", OneRow({0, 1000, ReportAlign::kRight}, ReportMark::kNone, false, false),
-         rule + "pen #000000 8\ntext 670,13 text face 0 points 7\n"},
-        {"centred", OneRow({0, 1000, ReportAlign::kCentre}, ReportMark::kNone, false, false),
-         rule + "pen #000000 8\ntext 350,13 text face 0 points 7\n"},
-        {"ruled", OneRow({0, 1000, ReportAlign::kLeft, false, true}, ReportMark::kNone, false, true),
-         "pen #000000 8\nframe 0,0 1000x194\npen #000000 8\ntext 80,28 text face 0 points 7\n"},
-        {"failed", OneRow({0, 1000, ReportAlign::kLeft}, ReportMark::kFail, true, false),
-         "fill 0,0 1000x194 #fbe3e1\nfill -120,0 60x194 #b00020\n" + rule +
-             "pen #b00020 21\nline 30,41 142,153\nline 30,153 142,41\n"
-             "pen #b00020 8\ntext 210,13 text face 1 points 7\n"},
-        {"passed", OneRow({0, 1000, ReportAlign::kLeft}, ReportMark::kPass, false, false),
-         rule +
-             "pen #1b5e20 21\nline 30,108 74,153 142,41\npen #1b5e20 8\ntext 210,13 text face 1 points 7\n"},
-    };
-    for (const auto& row : cases) EXPECT_EQ(Drawn(row.item), row.expected) << row.title;
+TEST(PdfPainter, AFailedRowIsTintedBarredAndMarked) {
+    ReportRow row;
+    row.top = 500;
+    row.failed = true;
+    row.cells = {Cell("kVp", 0), Cell("86.4", 1), Cell("Fail", 2, ReportMark::kFail)};
+    EXPECT_EQ(
+        Drawn(Table(row, false)),
+        (Calls{"fill 0,500 7000x266 FBE3E1", "fill -120,500 60x266 B00020",  // ground, and bar before it
+               "pen 999999 4", "line 0,766 7000,766",                        // rule below the row
+               "pen 000000 8", "text 30,513 kVp face 1 size 8",              // left, bold
+               "pen 000000 8", "text 5570,513 86.4 face 1 size 8",           // ends at 5970
+               // Shape of 128 and word of 400 together in the middle of the third column.
+               "pen B00020 24", "line 6200,545 6328,673", "line 6200,673 6328,545", "pen B00020 8",
+               "text 6400,513 Fail face 1 size 8"}));
 }
 
-TEST(PdfPainter, AHeadingHasItsOutcomeAtTheRightAndARule) {
+TEST(PdfPainter, APassedCellHasATickAndNoGround) {
+    ReportRow row;
+    row.top = 800;
+    row.cells = {Cell("", 2, ReportMark::kPass)};
+    EXPECT_EQ(Drawn(Table(row, false)), (Calls{"pen 999999 4", "line 4000,1066 7000,1066", "pen 1B5E20 24",
+                                               "line 6400,921 6451,973 6528,845", "pen 1B5E20 8"}));
+}
+
+TEST(PdfPainter, ARuledRowHasAFramePerColumn) {
+    ReportRow row;
+    row.top = 800;
+    row.ruled = true;
+    row.cells = {Cell("a", 0)};
+    EXPECT_EQ(Drawn(Table(row, true)),
+              (Calls{"pen 000000 8", "frame 0,800 4000x266", "frame 4000,800 2000x266",
+                     "frame 6000,800 1000x266", "pen 000000 8", "text 80,828 a face 0 size 8"}));
+}
+
+TEST(PdfPainter, AHeadingHasItsOutcomeAtTheRightAndABookmark) {
     ReportHeading heading;
-    heading.title = "kVp";
-    heading.outcome = "Pass";
-    heading.mark = ReportMark::kPass;
+    heading.title = "Accuracy";
+    heading.outcome = "Fail";
+    heading.mark = ReportMark::kFail;
     heading.top = 100;
-    heading.height = 400;
+    heading.height = 300;
     heading.points = 10;
-    heading.lines = {{"kVp", 0, 300}};
-    // One line of 240 in 400: 80 above it. The outcome is 400 wide, its mark 240 before it.
-    EXPECT_EQ(Drawn(heading),
-              "pen #000000 8\ntext 0,180 kVp face 1 points 10\npen #1b5e20 8\n"
-              "text 9600,180 Pass face 1 points 10\npen #1b5e20 30\nline 9360,316 9424,380 9520,220\n"
-              "pen #000000 20\nline 0,428 10000,428\n");
-    EXPECT_NE(drawn.find("bookmark kVp level 1 page 0 top 100\nfinish"), std::string::npos) << drawn;
+    heading.lines = {{"Accuracy", 0, 800}};
+    EXPECT_EQ(Drawn(heading), (Calls{"pen 000000 8", "text 0,130 Accuracy face 1 size 10", "pen B00020 8",
+                                     "text 9600,130 Fail face 1 size 10", "pen B00020 30",
+                                     "line 9360,170 9520,330", "line 9360,330 9520,170", "pen 000000 20",
+                                     "line 0,328 10000,328", "bookmark Accuracy level 1 page 0 at 765"}));
 }
 
-TEST(PdfPainter, ThePagesAreCounted) {
+TEST(PdfPainter, AFigureIsDrawnFromItsTop) {
+    ReportFigure figure;
+    figure.top = 2000;
+    figure.lines = {{{0, 0}, {100, 50}}};
+    figure.curves = {{{10, 20}, {30, 40}, {50, 60}}};
+    figure.labels = {{{500, 10}, ReportAlign::kRight, 7, "ms"},
+                     {{500, 20}, ReportAlign::kCentre, 7, "kV"},
+                     {{500, 30}, ReportAlign::kLeft, 7, "0"}};
+    EXPECT_EQ(Drawn(figure),
+              (Calls{"pen 000000 8", "line 0,2000 100,2050", "pen 000000 20", "line 10,2020 30,2040 50,2060",
+                     "pen 000000 8", "text 300,2010 ms face 0 size 7", "text 400,2020 kV face 0 size 7",
+                     "text 500,2030 0 face 0 size 7"}));
+}
+
+TEST(PdfPainter, EachPageHasItsNumberAtTheRightOfTheFoot) {
     ReportModel report;
-    report.paper = kSmallPaper;
-    report.facts.pageOf = "%%1/%%2";
-    report.facts.title = "Room 3";
-    report.facts.language = "de";
+    report.paper = {11000, 16000, 500, 600, 700};
+    report.facts = {"Site", "f.xml", "2026-01-15", "vorex", "en", "Page %%1 of %%2", "", "", ""};
     report.pages.resize(2);
-    drawn.clear();
-    PaintPdf(report, kModule);
-    const std::string foot = "pen #999999 8\nline 0,2126 10000,2126\npen #000000 8\n";
-    EXPECT_EQ(drawn, "begin Room 3 10200\n" + foot +
-                         "text 9790,2168 1/2 face 0 points 7\ntext 0,2168 Room 3 face 0 points 7 room 9590\n"
-                         "page\n" +
-                         foot +
-                         "text 9790,2168 2/2 face 0 points 7\ntext 0,2168 Room 3 face 0 points 7 room 9590\n"
-                         "finish de\n");
+    const VorexPdfModule module = RecordingModule();
+    PaintPdf(report, module);
+    const auto foot = [](const std::string& page) {
+        return Calls{"pen 999999 8", "line 0,14826 10000,14826", "pen 000000 8",
+                     "text 8900,14868 " + page + " face 0 size 7",
+                     "text 0,14868 Site  ·  f.xml  ·  2026-01-15  ·  vorex face 0 size 7 room 8700"};
+    };
+    Calls expected = foot("Page 1 of 2");
+    expected.emplace_back("page");
+    for (const std::string& call : foot("Page 2 of 2")) expected.push_back(call);
+    EXPECT_EQ(recorded.calls, expected);
 }
 
 }  // namespace
-}  // namespace vorex::host_test
+}  // namespace vorex
