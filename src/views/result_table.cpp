@@ -78,6 +78,16 @@ void ResultTable::Initialize(bool checkBox, const std::shared_ptr<ITestElement>&
     Changed.Raise();
 }
 
+void ResultTable::Initialize(ControlArgument argument) {
+    const auto* element = std::get_if<std::shared_ptr<ITestElement>>(&argument);
+    Initialize(mCheckBoxes, element != nullptr ? *element : nullptr);
+}
+
+void ResultTable::Visible(bool visible) {
+    mVisible = visible;
+    Changed.Raise();
+}
+
 void ResultTable::UnInitialize() {
     mElement.reset();
     mLimits.reset();
@@ -312,24 +322,28 @@ void ResultTable::PressRight(CellPlace place) {
 }
 
 bool ResultTable::ToggleCheck(CellPlace place) {
-    if (!IsCell(place) || !mColumns[place.column - 1U].checkBox) return false;
+    if (mLocked || !IsCell(place) || !mColumns[place.column - 1U].checkBox) return false;
     ResultCell& cell = mRows[place.exposure - 1U].cells[place.column - 1U];
     cell.checked = !cell.checked;
-    events.CellEdited.Raise(place.exposure, place.column, cell.checked ? "1" : "0");
-    Changed.Raise();
+    AnnounceEdit(place, cell.checked ? "1" : "0");
     return true;
 }
 
 bool ResultTable::Edit(CellPlace place, std::string_view typed) {
-    if (!IsTypable(place)) return false;
+    if (mLocked || !IsTypable(place)) return false;
     std::string taken;
     for (char c : typed)
         if (AcceptsKey(static_cast<unsigned char>(c))) taken.push_back(c == ',' ? '.' : c);
     const std::string text(Trimmed(taken));
     mRows[place.exposure - 1U].cells[place.column - 1U].text = text;
-    events.CellEdited.Raise(place.exposure, place.column, text);
-    Changed.Raise();
+    AnnounceEdit(place, text);
     return true;
+}
+
+void ResultTable::AnnounceEdit(CellPlace place, const std::string& text) {
+    events.CellEdited.Raise(place.exposure, place.column, text);
+    if (mCallback) mCallback->CallBack("Edited");
+    Changed.Raise();
 }
 
 bool ResultTable::AcceptsKey(int keyCode) {

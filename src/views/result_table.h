@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/class_registry.h"
@@ -44,7 +45,7 @@ struct CellPlace {
 
 /// The exposures of a measuring test as a table: what is shown in each cell, and what the operator may do
 /// with it. A window draws it and passes on what was pressed and typed.
-class ResultTable : public IZRD47500Result, public LibraryObject {
+class ResultTable : public IZRD47500Result, public ICustomControl, public LibraryObject {
   public:
     /// A grid shows the statistics of test 100 in rows below the exposures, a list does not.
     enum class Layout { kList, kGrid };
@@ -72,6 +73,23 @@ class ResultTable : public IZRD47500Result, public LibraryObject {
     int32_t NoOfColumnHeaders() const override { return static_cast<int32_t>(mColumns.size()); }
     void ClickedMeasurementColumn(std::string_view maKey, std::string_view masKey,
                                   std::string_view masPulseKey, std::string_view dosePulseKey) override;
+
+    // ICustomControl
+    std::shared_ptr<IControlCallback> CallBack() const override { return mCallback; }
+    /// Gets the word "Edited" after each edit of the operator.
+    void CallBack(std::shared_ptr<IControlCallback> callback) override { mCallback = std::move(callback); }
+    WindowHandle hWnd() const override { return mWindow; }
+    /// The window that draws this table; 0 while there is none.
+    void hWnd(WindowHandle window) { mWindow = window; }
+    bool Visible() const override { return mVisible; }
+    void Visible(bool visible) override;
+    bool Locked() const override { return mLocked; }
+    /// A locked table shows its cells and takes no edits.
+    void Locked(bool locked) override { mLocked = locked; }
+    /// Takes an element; any other argument leaves the table without one.
+    void Initialize(ControlArgument argument) override;
+    void Refresh() override { Changed.Raise(); }
+    void SetFocus() override {}
 
     // What is shown.
     const std::vector<ResultColumn>& Columns() const { return mColumns; }
@@ -124,6 +142,7 @@ class ResultTable : public IZRD47500Result, public LibraryObject {
     void Fill(ResultCell& cell, bool checkBox, Source& source, const MeasurementRow& row, bool marks) const;
     void ShowValue(const std::string& value, const Source& source, std::string& shown) const;
     void AddRows(std::size_t count);
+    void AnnounceEdit(CellPlace place, const std::string& text);
     void SetUpStatistics();
     static const CMeasurement* Locate(Source& source, const MeasurementRow& row);
 
@@ -144,6 +163,10 @@ class ResultTable : public IZRD47500Result, public LibraryObject {
     std::vector<ResultRow> mRows;
     std::vector<ResultRow> mStatistics;
     uint8_t mSelected = 0;
+    std::shared_ptr<IControlCallback> mCallback;
+    WindowHandle mWindow = 0;
+    bool mVisible = true;
+    bool mLocked = false;
 };
 
 class XResultListView : public ResultTable {

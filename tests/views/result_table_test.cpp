@@ -295,6 +295,36 @@ TEST_F(ResultTableTest, ATypedValueKeepsItsDigitsAndPoint) {
     EXPECT_EQ(typed, "201.5");
 }
 
+class CountingCallback : public IControlCallback {
+  public:
+    void CallBack(std::string_view what) override { heard += std::string(what) + ";"; }
+    std::string heard;
+};
+
+TEST_F(ResultTableTest, IsAControlThatTakesAnElementAndCanBeLocked) {
+    ICustomControl& control = table;
+    Make(kRadioRepro, kZrd, {key::kImportWaveform, key::kErKvpAvg});
+    control.Initialize(std::shared_ptr<IResultData>(element->result));
+    EXPECT_TRUE(table.Statistics().empty()) << "a result is no element";
+    control.Initialize(std::shared_ptr<ITestElement>(element));
+    EXPECT_EQ(table.Statistics().size(), 2U) << "the mean and the coefficient of variation of test 100";
+    table.pNoOfExposures(1);
+    const auto callback = std::make_shared<CountingCallback>();
+    control.CallBack(callback);
+    control.Locked(true);
+    EXPECT_FALSE(table.ToggleCheck({1, 1}));
+    EXPECT_EQ(callback->heard, "");
+    control.Locked(false);
+    EXPECT_TRUE(table.ToggleCheck({1, 1}));
+    EXPECT_EQ(callback->heard, "Edited;");
+    int changes = 0;
+    table.Changed.Connect([&] { ++changes; });
+    control.Visible(false);
+    control.Refresh();
+    EXPECT_FALSE(control.Visible());
+    EXPECT_EQ(changes, 2);
+}
+
 TEST_F(ResultTableTest, LetsGoOfElementAndLimits) {
     Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg});
     table.Limits(element->limits);
