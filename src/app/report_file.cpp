@@ -57,7 +57,7 @@ const ReportForm& FormOf(const fs::path& output) {
         if (form.suffix == suffix) return form;
     throw std::runtime_error(
         output.string() +
-        ": the form of a report is told by its name; expected FILE.txt, FILE.html or FILE.pdf");
+        ": the ending of the name chooses the form of a report; expected FILE.txt, FILE.html or FILE.pdf");
 }
 
 ReportPaper PaperOf(const std::string& name) {

@@ -69,7 +69,7 @@ OperatorStep ReadStep(const Place& place, const ElementSteps& before) {
     });
     if (row == std::end(kSteps)) place.Fail("is no step; steps are " + ListOfSteps());
     if (row->kind == StepKind::kStop && (before.empty() || !StartsRun(before.back().kind)))
-        place.Fail("stops no run; it stands behind start or redo n");
+        place.Fail("stops no run; it must follow start or redo n");
     const int32_t number = row->lowest == kNoNumber ? 0 : ReadStepNumber(place, *row);
     return {row->kind, number, std::string(place.text)};
 }

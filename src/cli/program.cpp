@@ -41,11 +41,9 @@ constexpr const char* kResumeExample =
     "Example:\n"
     "  vorex resume result.xml\n"
     "  vorex resume result.xml --operator 'redo 2,next'\n\n"
-    "FILE is the output of the run, whose journal stands beside it as FILE.journal, or that journal. "
-    "Without\n"
-    "--instruments and --operator the run goes on with its own. A new script begins where the run stood: "
-    "its\n"
-    "first element is the one that was open.";
+    "FILE is the output of the run, whose journal is FILE.journal, or that journal. Without\n"
+    "--instruments and --operator the run continues with its own. A new script begins at the point of the\n"
+    "interruption: its first element is the one that was open.";
 constexpr const char* kSurveyExample =
     "Example:\n"
     "  vorex survey survey.xml --list\n"
@@ -60,7 +58,7 @@ constexpr const char* kReportExample =
     "Examples:\n"
     "  vorex report result.xml -o result.pdf --limits --waveforms\n"
     "  vorex report result.xml -o failures.txt --failures-only\n\n"
-    "The name of the report tells its form: .txt, .html or .pdf.";
+    "The ending of the name chooses the form: .txt, .html or .pdf.";
 constexpr const char* kShowExample = "Example:\n  vorex show result.xml\n  vorex show --all result.xml";
 
 constexpr const char* kStandardsExample =
@@ -68,7 +66,7 @@ constexpr const char* kStandardsExample =
     "  vorex standards\n"
     "  vorex standards add unit.xml 'FDA radiography' -o judged_by_fda.xml\n"
     "  vorex standards select judged_by_fda.xml 'FDA radiography' -o selected.xml\n\n"
-    "Standards of your own stand in the folder \"standards\" beside the settings file, or in the folder "
+    "Put your own standards into the folder \"standards\" next to the settings file, or into the folder "
     "that\n"
     "VOREX_STANDARDS names.";
 constexpr const char* kAddExample =
@@ -153,7 +151,7 @@ void AddRunCommands(CLI::App& app, Arguments& arguments) {
 
     CLI::App* resume = app.add_subcommand("resume", "Goes on with a run that was interrupted");
     resume->add_option("FILE", arguments.resume.file, "Output file of the run, or its journal")->required();
-    resume->add_option("--instruments", arguments.resume.instruments, "Instruments to go on with");
+    resume->add_option("--instruments", arguments.resume.instruments, "Instruments to continue with");
     resume->add_option("--room", arguments.resume.room, "Room of simulated instruments");
     resume->add_option("--operator", arguments.resume.operatorScript, "What the operator does from there on");
     resume->add_option("--report", arguments.resume.report,
@@ -161,8 +159,7 @@ void AddRunCommands(CLI::App& app, Arguments& arguments) {
     AddReportLanguage(*resume, arguments.resume.reportLanguage);
     resume->footer(kResumeExample);
 
-    CLI::App* judge =
-        app.add_subcommand("judge", "Judges stored results anew against the limits of their file");
+    CLI::App* judge = app.add_subcommand("judge", "Judges stored results again by the limits of their file");
     judge->add_option("FILE", arguments.judge.input, "Element file with results")->required();
     AddOutput(*judge, arguments.judge.output);
     judge->footer(kJudgeExample);
@@ -195,7 +192,7 @@ void AddReportCommands(CLI::App& app, Arguments& arguments) {
     report->add_option("FILE", arguments.report.input, "Element file")->required();
     report->add_option("-o,--output", arguments.report.output, "Report to write: FILE.txt, .html or .pdf")
         ->required();
-    report->add_flag("--limits", arguments.report.limits, "Shows the limits beside the results");
+    report->add_flag("--limits", arguments.report.limits, "Shows the limits next to the results");
     report->add_flag("--failures-only", arguments.report.failuresOnly, "Shows failed values only");
     report->add_flag("--waveforms", arguments.report.waveforms, "Shows the waveforms marked for the report");
     AddReportLanguage(*report, arguments.report.language);

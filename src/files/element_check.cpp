@@ -153,13 +153,13 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
             ++mForeign;
             if ((place == Place::kTest || place == Place::kSurvey) &&
                 SameText(child.name(), tag::kTestElement))
-                Fail(child, "stands in a test that is no group", "tests inside groups only");
+                Fail(child, "is inside a test that is not a group", "tests inside groups only");
             CheckElement(child, Place::kForeign, level + 1);
             continue;
         }
         const auto bit = static_cast<std::size_t>(row - ElementRows().data());
         if (row->identity == Identity::kOnly && met.test(bit))
-            Fail(child, NameOf(child) + " stands twice", "one");
+            Fail(child, NameOf(child) + " occurs twice", "one");
         met.set(bit);
         if (row->form != Form::kAny) CheckText(child, row->form);
         const std::size_t foreignBefore = mForeign;
@@ -180,7 +180,7 @@ void FileCheck::CheckAttributes(Node element, Place place) {
         const auto next = at.next_attribute();
         for (auto later = next; later; later = later.next_attribute())
             if (SameText(at.name(), later.name()))
-                Fail(element, "attribute " + Quoted(at.name()) + " stands twice", "one");
+                Fail(element, "attribute " + Quoted(at.name()) + " occurs twice", "one");
         at = next;
     }
     for (const AttributeRow& row : AttributeRows(place)) {
@@ -200,7 +200,7 @@ void FileCheck::CheckAttributes(Node element, Place place) {
 void FileCheck::CheckTest(Node element) {
     const int32_t testId = ReadInteger(FindAttribute(element, tag::kTestId).value());
     if (!mIds.insert(ReadInteger(FindAttribute(element, tag::kId).value())).second)
-        Fail(element, "its ID stands twice", "an ID for each element");
+        Fail(element, "its ID occurs twice", "an ID for each element");
     if (testId == kGroupId) return;
     const std::string_view className = ElementClassOf(testId);
     if (className.empty())
@@ -219,7 +219,7 @@ void FileCheck::CheckConfigBlock(Node block) const {
         if (child.type() != pugi::node_element) continue;
         const ConfigKey key = FindConfigKey(child.name());
         if (key.index < 0) continue;
-        if (met.Again(key)) Fail(child, NameOf(child) + " stands twice", "one");
+        if (met.Again(key)) Fail(child, NameOf(child) + " occurs twice", "one");
         CheckOnePiece(child);
         CheckText(child, key.form);
     }

@@ -256,7 +256,7 @@ JournalContent ParseJournal(std::string_view text, const std::string& name) {
         content.checksum = checksum;
     }
     if (content.wholeBytes == 0)
-        throw FileError({name, 1, {}}, "the first line is not whole, so it tells of no run",
+        throw FileError({name, 1, {}}, "the first line is not whole, so it holds no run",
                         std::string(kAJournal));
     return content;
 }
@@ -304,7 +304,7 @@ std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const Jou
             Open(output, content);
             found = "holds an interrupted run of " + content.head.input + " (" + JournalSummary(content) +
                     "); finish it with \"vorex resume " + output.string() +
-                    "\", or delete the journal to begin anew";
+                    "\", or delete the journal to start again";
         } catch (const FileError& fault) {
             found =
                 fault.Fault() + "; nothing was run. Move the file away, or delete it, if it is not needed";

@@ -215,7 +215,7 @@ void SimulatedBench::Happen(Step step, DetectorEvents& events) {
 /// The unit does what its console says. In fluoroscopy it has begun when the beam is on.
 void SimulatedBench::MakeExposure() {
     const std::optional<Technique> technique = mConsole();
-    if (!technique) return End("nobody stands at the X-ray unit");
+    if (!technique) return End("nobody is at the X-ray unit");
     if (Identity().battery == 0 && !mIdentity.charging) return End("the battery of the detector is empty");
     XrayUnit& unit = UnitOf(technique->unit);
     const std::string refusal = unit.Refusal(*technique);

@@ -80,7 +80,7 @@ TEST(OperatorScript, AFaultNamesTheStepItsPlaceAndWhatCouldStandThere) {
         {"start,stop@-1", "\"stop@-1\" needs a whole number from 0"},
         {"start,stop@2.5", "\"stop@2.5\" needs a whole number"},
         {"start,stop@256", "\"stop@256\" needs a whole number from 0 to 255"},
-        {"stop@2", "element 1, step 1: \"stop@2\" stops no run; it stands behind start or redo n"},
+        {"stop@2", "element 1, step 1: \"stop@2\" stops no run; it must follow start or redo n"},
         {"start,next,stop@2", "element 1, step 3: \"stop@2\" stops no run"},
         {"start,stop@1,stop@2", "element 1, step 3: \"stop@2\" stops no run"},
         {"start;stop@2", "element 2, step 1: \"stop@2\" stops no run"},
