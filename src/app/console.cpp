@@ -73,7 +73,7 @@ void SetFluoroscopy(const CConfigCommon& config, uint8_t row, Technique& to) {
     to.pulsed = config.pMeasurementFluoroType == kPulsed;
 }
 
-/// The brightness control drives the rate; the phantom stands in the beam.
+/// The brightness control drives the rate; the phantom is in the beam.
 void SetEntranceRate(const CConfigCommon& config, uint8_t row, Technique& to) {
     SetFluoroscopy(config, row, to);
     to.automatic = true;

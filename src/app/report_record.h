@@ -7,14 +7,14 @@
 #include "reports/report_setup.h"
 #include "results/result_common.h"
 
-/// What a signed report has to tell beside the values: where, when and with what they were measured, and by
-/// which limits they were judged. Only what the file holds; nothing is guessed.
+/// What a signed report has to say apart from the values: where, when and with what they were measured, and
+/// by which limits they were judged. Only what the file holds; nothing is guessed.
 namespace vorex {
 
 class ElementFile;
 
 /// The facts of a result, in the language of the report: its run, its instruments, its judgement, and what
-/// has changed since. The instruments of the file stand in for those of a result that names only their
+/// has changed since. The instruments of the file are in for those of a result that names only their
 /// number.
 std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCommon& result,
                                     const ISelectedStandards* selected, std::span<const MtiEntry> instruments,

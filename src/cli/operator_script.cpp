@@ -16,7 +16,7 @@ constexpr int32_t kNoNumber = -1;
 
 struct StepRow {
     StepKind kind;
-    std::string_view word;       ///< the step, or what stands in front of its number
+    std::string_view word;       ///< the step, or the part before its number
     std::string_view shown;      ///< for a person
     int32_t lowest = kNoNumber;  ///< smallest number; without one the step is its word
 };

@@ -28,7 +28,7 @@ class OperatorScriptError : public std::runtime_error {
 };
 
 /// Reads an operator script: elements between ";", steps between ",", blanks around them without meaning.
-/// "stop@n" belongs to the run that the step before it starts, so it stands behind "start" or "redo n".
+/// "stop@n" belongs to the run that the step before it starts, so it follows "start" or "redo n".
 /// Throws OperatorScriptError. The empty script has one element, left to the default drive.
 std::vector<ElementSteps> ParseOperatorScript(std::string_view script);
 

@@ -36,7 +36,7 @@ std::string OneLine(std::string words) {
     return words;
 }
 
-/// The words in lines that are no wider, those behind the first set in by two more blanks than it.
+/// The words in lines that are no wider, those after the first set in by two more blanks than it.
 std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
     std::vector<std::string> lines;
     const std::size_t begin = words.find_first_not_of(' ');

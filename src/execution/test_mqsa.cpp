@@ -12,7 +12,7 @@ namespace vorex {
 
 namespace {
 
-/// Headings of the groups that the survey stands in leave it on their page.
+/// Headings of the groups that the survey is in leave it on their page.
 constexpr int32_t kRoomForGroups = 1800;
 
 }  // namespace
@@ -91,7 +91,7 @@ void CTestMQSA::PrintReport(IReportDocument* report, const std::shared_ptr<IRepo
     if (!survey || (report->Options() & kReportComments) == 0) return;
     const auto config = std::dynamic_pointer_cast<CConfigMQSA>(mBase->Configuration());
     survey->PrintComment(*report);
-    // Without a word, the first form stands on the page that names the element.
+    // Without a word, the first form is on the page that names the element.
     if (!survey->Comment().empty() || survey->HasPageComments()) report->NewPage();
     survey->GetPreliminaryResultsData(*report, config.get());
     report->NewPage();

@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The file behind a symbolic link, also when it does not exist yet.
+/// The file after a symbolic link, also when it does not exist yet.
 fs::path BehindLinks(fs::path path) {
     constexpr int kMostLinks = 40;
     std::error_code error;

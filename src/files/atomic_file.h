@@ -12,7 +12,7 @@ namespace vorex {
 
 /// Writes a file as a whole or not at all: into a temporary file of the same folder, which takes the place of
 /// the old one when everything has reached the disk. Raises FileError; whatever fails leaves the old file as
-/// it was and no temporary file behind.
+/// it was and leaves no temporary file.
 ///
 /// A symbolic link is followed. A target that is no ordinary file (a device, a pipe) is written directly.
 class AtomicFile {
@@ -31,7 +31,7 @@ class AtomicFile {
     [[noreturn]] void Fail(std::string_view what, const std::error_code& reason) const;
 
     std::filesystem::path mShown;      ///< as the caller named it
-    std::filesystem::path mTarget;     ///< behind symbolic links
+    std::filesystem::path mTarget;     ///< after symbolic links
     std::filesystem::path mTemporary;  ///< empty when the target is written directly
     os::File mFile;
 };

@@ -88,7 +88,7 @@ Json JsonReader::Parse(std::string_view text, std::string_view expected, std::st
     try {
         return Json::parse(text.begin(), text.end(), ShapeGuard(*this, rule));
     } catch (const Json::parse_error& error) {
-        // The place of the fault: the line that it stands in, and the column within.
+        // The place of the fault: the line that it is in, and the column within.
         const std::string_view before = text.substr(0, std::min(error.byte, text.size()));
         const std::size_t lineStart = before.find_last_of('\n') + 1;  // npos + 1 is the start
         const auto linesBefore = static_cast<int32_t>(std::count(before.begin(), before.end(), '\n'));

@@ -25,7 +25,7 @@ class InstrumentFileError : public std::runtime_error {
                         std::string_view expected);
 };
 
-/// What stands in a file, for a message: ASCII only and short, whatever it is.
+/// What is in a file, for a message: ASCII only and short, whatever it is.
 std::string Shown(const Json& value);
 std::string ShownText(std::string_view text);
 /// `"name":value` for a message.
@@ -47,7 +47,7 @@ auto FindNamed(const Rows& rows, std::string_view name) {
     return found == std::end(rows) ? nullptr : &*found;
 }
 
-/// Takes values out of JSON that stands at one place of a file.
+/// Takes values out of JSON that is at one place of a file.
 class JsonReader {
   public:
     JsonReader(std::string_view file, int32_t line) : mFile(file), mLine(line) {}
@@ -58,8 +58,8 @@ class JsonReader {
         throw InstrumentFileError(mFile, mLine, found, expected);
     }
 
-    /// Parses a text. A name that stands twice, deep nesting and more values than any file needs are refused
-    /// while it is parsed; `rule` says what a sound text has.
+    /// Parses a text. A name that is there twice, deep nesting and more values than any file needs are
+    /// refused while it is parsed; `rule` says what a sound text has.
     Json Parse(std::string_view text, std::string_view expected, std::string_view rule) const;
 
     bool Flag(std::string_view name, const Json& value) const;

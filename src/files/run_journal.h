@@ -70,7 +70,7 @@ std::string JournalLine(std::string_view object, uint32_t& checksum);
 /// The journal file of a run that writes an output file.
 class RunJournal {
   public:
-    /// Where the journal of an output file stands: beside it, with ".journal" behind its name.
+    /// Place of the journal of an output file: next to it, with ".journal" after its name.
     static std::filesystem::path PathFor(const std::filesystem::path& output);
     /// The output file, where either it or its journal is named.
     static std::filesystem::path OutputOf(const std::filesystem::path& file);
@@ -107,7 +107,7 @@ class RunJournal {
     os::File mFile;
     std::size_t mSize = 0;  ///< of the whole lines
     uint32_t mChecksum = 0;
-    bool mTorn = false;  ///< something stands behind the whole lines
+    bool mTorn = false;  ///< there is more after the whole lines
     bool mNeeded = true;
 };
 

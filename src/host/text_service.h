@@ -13,7 +13,7 @@
 
 namespace vorex {
 
-/// Texts of one language. English is built in: it is the default behind "::" of each key.
+/// Texts of one language. English is built in: it is the default after "::" of each key.
 class TextService final : public ITextService {
   public:
     /// Reads CODE.json from the first of the folders that has it: an object of text key and text. A language

@@ -49,7 +49,7 @@ const std::string& SurveyDate(const SurveyRecord& record) {
     return record.surveyDate;
 }
 
-/// A place in the head of a page: its label, in up to two keys, and what stands behind it. A place without
+/// A place in the head of a page: its label, in up to two keys, and what follows it. A place without
 /// a text is filled in by hand.
 struct HeadPlace {
     std::string_view label;
@@ -85,7 +85,7 @@ constexpr HeadRow kSummaryHead[] = {
 constexpr HeadRow kAssistantHead[] = {
     {kSite, kManufacturer}, {kRoom, kModel}, {kDate, {}}, {kSupervisor, kSignature}, {kAssistant, kSignature},
 };
-/// For those who helped beside the first.
+/// For the other helpers.
 constexpr HeadRow kAssistantSignatures[] = {{kAssistant, kSignature}, {kAssistant, kSignature}};
 constexpr HeadPlace kPhysicistSignature[] = {kSignature, kPhysicistName, kPhone};
 
@@ -129,7 +129,7 @@ std::string VerdictLine(std::string_view line, const VerdictRow& verdicts, const
                {Verdict(verdicts[kAcrColumn], report), Verdict(verdicts[kMqsaColumn], report)});
 }
 
-/// A heading cell in the first column, which stands behind no margin.
+/// A heading cell in the first column, which has no margin before it.
 std::string FirstHeading(std::string_view textKey, const IReportDocument& report) {
     return markup::Heading(Translate(textKey, &report)).substr(1);
 }

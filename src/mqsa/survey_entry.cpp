@@ -188,7 +188,7 @@ bool IsLabel(const GridRow& grid, int32_t row, int32_t column) {
     });
 }
 
-/// A row that holds nothing but labels and blanks heads what stands below it.
+/// A row that has only labels and blanks is a heading of the rows below it.
 bool IsHeading(const GridRow& grid, int32_t row) {
     for (int32_t column = 1; column < grid.columns; ++column)
         if (!IsLabel(grid, row, column) && !IsIn(grid.spacers, row, column)) return false;
@@ -223,7 +223,7 @@ std::string MeaningOf(const SurveyRecord& record, GridId id, int32_t row, int32_
     const SurveyGrid& grid = record.Grid(id);
     std::vector<std::string> parts;
     int32_t left = column - 1;
-    // Typed cells stand in runs behind their label; a calculated one is named by its neighbour or by its row.
+    // Typed cells are in runs after their label; a calculated one is named by its neighbour or by its row.
     const bool typed = KindOf(known, row, column) != PlaceKind::kCalculated;
     while (left > 0 && !IsLabel(known, row, left)) left = typed ? left - 1 : 0;
     for (; left >= 0 && IsLabel(known, row, left); --left) parts.insert(parts.begin(), grid.At(row, left));

@@ -30,7 +30,7 @@ struct SurveyPlace {
     PlaceKind kind;
 };
 
-/// Stores a text at an address and recalculates the page that it stands on. Nothing has changed when it
+/// Stores a text at an address and recalculates the page that it is on. Nothing has changed when it
 /// throws SurveyEntryError. Returns what a person should know of a text that is stored and yet may not count
 /// as meant; empty for nothing.
 std::string SetSurveyText(CResultMQSA& survey, std::string_view address, std::string_view text);

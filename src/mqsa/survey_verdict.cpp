@@ -233,8 +233,8 @@ bool StepFails(Judging& judging, int32_t row) {
     return find(kDensityChange, WholeDifference(grid, row, kDensityChange), figure::kDensityStep);
 }
 
-/// The walk ends at the first step that fails. Towards the normal step a filled change of mAs beside an empty
-/// one cannot be judged; beyond it a step with a gap takes no part.
+/// The walk ends at the first step that fails. Towards the normal step a filled change of mAs next to an
+/// empty one cannot be judged; beyond it a step with a gap takes no part.
 Verdict DensitySteps(Judging& judging) {
     constexpr GridId kGrid = GridId::kDensityControl;
     constexpr int32_t kFirst = 5;

@@ -32,7 +32,7 @@ struct SurveyEvaluation {
 
 /// Evaluates the survey into the tables: first the preliminary results, then the summary page, row by row,
 /// then the outcomes of the automatic tests. A gap in the density control steps ends the evaluation of each
-/// table at its row; what stands below is left as it was.
+/// table at its row; what is below is left as it was.
 SurveyEvaluation EvaluateSurvey(const SurveyRecord& record, const ItemStatuses& items,
                                 const StatusCells& cells, SurveyTables& tables);
 /// Copies the outcomes of the automatic mammography tests into both tables.

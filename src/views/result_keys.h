@@ -5,7 +5,7 @@
 
 #include "results/measurement.h"
 
-/// How the columns of a result view name what they show. Readings stand in a column under the key of their
+/// How the columns of a result view name what they show. Readings are in a column under the key of their
 /// limit, "ER kVp Avg", every other quantity under the key of its measurement.
 namespace vorex {
 

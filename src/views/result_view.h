@@ -26,7 +26,7 @@ struct ResultViewEvents {
 inline constexpr int16_t kColumnWidth = 1650;
 
 /// A table with one row per exposure and one column per measurement key, through which the guide shows a
-/// result. Operations stand in slot order.
+/// result. Operations are declared in slot order.
 ///
 /// The guide calls `Initialize`, then `RemoveColumns`, `AddColumnHeader` for each column, `pNoOfExposures`,
 /// `SelectStandard`, `Limits`; during the test `UpdateTestResult`; at the end `UnInitialize`.
