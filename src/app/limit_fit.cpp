@@ -31,7 +31,7 @@ bool Judges(const StandardLimit& limit, const CMeasurement& column) {
 
 /// The unit of the column, without a language.
 std::string UnitOf(const CMeasurement& column) {
-    return column.RawUnit().empty() ? std::string() : DefaultText(column.RawUnit(), {});
+    return DefaultUnitText(column.RawUnit());
 }
 
 /// What a column's number has to be multiplied by where only the time base of the units differs.

@@ -36,7 +36,7 @@ std::string LimitLines(const CResultCommon& result, const Judgement& judged, con
                 if (!seen.emplace(item->RawKey(), item->RawPresetValue()).second) continue;
                 const std::string words = LimitWords(*item, *standard, &report);
                 if (words.empty()) continue;
-                const std::string unit = Translate(item->RawUnit(), &report);
+                const std::string unit = UnitText(item->RawUnit(), &report);
                 std::string line = Translate(item->RawDescription(), &report) + ": " + words;
                 line += (unit.empty() ? "" : " " + unit) + " (" +
                         StandardWords({standard->Name(), standard->Version()}) + ")";

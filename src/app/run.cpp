@@ -82,7 +82,7 @@ void Run::ReportFaults() {
     for (const std::string& fault : mInstruments->Faults()) report(FaultSource::kInstruments, fault);
     if (!mKeeper.Fault().empty()) report(FaultSource::kJournal, mKeeper.Fault());
     if (mSession.Platform().Stalls() > 0)
-        report(FaultSource::kPlatform, "the run had no further events, and was ended");
+        report(FaultSource::kPlatform, "the instruments sent nothing more, and the run was ended");
 }
 
 void Run::Stored(const StoredExposure& stored) {

@@ -59,7 +59,7 @@ Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards, Report repo
                 std::string words = NumberText(limit->Value(side), report);
                 if (LimitExpressionOf(expression) != LimitExpression::kValue)
                     words = Translate(text::kShowAsExpression, {words, expression}, report);
-                if (!limit->Unit().empty()) words += " " + Translate(limit->Unit(), report);
+                if (!limit->Unit().empty()) words += " " + UnitText(limit->Unit(), report);
                 sides[StandardWords({standard->Name(), standard->Version()}) + ", " + limit->Key() + ", " +
                       SideName(side, report)] = words;
             }
@@ -134,7 +134,7 @@ std::string OriginWords(const Origin& origin, Report report) {
 
 std::string EndingWords(const CResultCommon& result, Report report) {
     const RunRecord& run = *result.Run();
-    const std::string reason = run.reason.empty() ? "" : ": " + run.reason;
+    const std::string reason = run.reason.empty() ? "" : ": " + MessageText(run.reason, report);
     switch (run.ending) {
         case RunEnding::kStopped:
             return Translate(text::kShowStopped,
@@ -253,7 +253,7 @@ std::optional<VerdictChange> ChangeOfVerdict(const ITestElement& element, const 
         for (const auto& item : *result.Rows()[row]) {
             const int32_t old = before[at++];
             if ((old == kFailed) == (item->Status() == kFailed)) continue;
-            const std::string unit = Translate(item->RawUnit());
+            const std::string unit = UnitText(item->RawUnit());
             change.values.push_back({item->Description(), static_cast<int32_t>(row + 1),
                                      item->ShownText() + (unit.empty() ? "" : " " + unit),
                                      ChangedLimits(element, result, *item, selected)});

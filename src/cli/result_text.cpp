@@ -74,7 +74,7 @@ std::string CellWords(const CMeasurement& item) {
 }
 
 std::string LabelOf(const CMeasurement& item) {
-    const std::string unit = Translate(item.RawUnit());
+    const std::string unit = UnitText(item.RawUnit());
     return item.Description() + (unit.empty() ? "" : " [" + unit + "]");
 }
 

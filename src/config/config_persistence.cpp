@@ -258,6 +258,7 @@ std::string StoredCell(const CellRow& row, const TextArray& array, std::size_t i
 class ChildTexts {
   public:
     explicit ChildTexts(const IXmlElement& element) : mChildren(element.Children()) {
+        mByName.reserve(mChildren.size());
         for (const auto& child : mChildren) mByName.emplace(child->Name(), child.get());
     }
 

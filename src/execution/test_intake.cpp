@@ -44,7 +44,7 @@ void CTestCommon::StoreRow(const DerivedRow& row, int32_t source) {
     FeedSurveys(*this, row.outcomes);
     const std::string fault = mResult->StoreResult(row, source);
     if (!fault.empty() && mFault.empty())
-        mFault = "exposure " + PlainText(static_cast<int32_t>(exposure)) + ": " + fault;
+        mFault = StoredMessage(text::kReasonInExposure, {PlainText(static_cast<int32_t>(exposure)), fault});
     mResult->UpdateStatus(*this, mPipe->SelectedStandards().get(), exposure);
     if (Services().exposureStored) Announce({*this, exposure, source, JoinedFields(row), 0});
     mfrmTestGuide->ShowResult(shared_from_this(), exposure);

@@ -18,8 +18,6 @@ namespace {
 constexpr int32_t kPollMs = 500;
 constexpr int32_t kFluoroscopyPollMs = 1000;
 constexpr uint8_t kMostExposures = 255;
-constexpr std::string_view kLinkLost = "the link to the instruments was lost";
-constexpr std::string_view kNothingToCome = "the run had no further events";
 
 /// Sets a flag for the length of a scope.
 class ScopedFlag {
@@ -228,8 +226,9 @@ void CTestCommon::NoteRedo(uint8_t exposureNumber) {
     run.end = PresentTime();
     if (failed) {
         if (mEnding != RunEnding::kComplete) run.ending = mEnding;
-        run.reason = "redo of exposure " + PlainText(static_cast<int32_t>(exposureNumber)) +
-                     (mFault.empty() ? "" : ": " + mFault);
+        const std::string exposure = PlainText(static_cast<int32_t>(exposureNumber));
+        run.reason = mFault.empty() ? StoredMessage(text::kReasonRedo, {exposure})
+                                    : StoredMessage(text::kReasonInRedo, {exposure, mFault});
         run.planned = Config()->pNoOfExposures;
     }
     mResult->Run(std::move(run));
@@ -311,7 +310,7 @@ void CTestCommon::RunExposures() {
     StartPolling();
     // The count is asked on every turn: the exposure table may change while the test runs.
     while (MoreExposures() && !mStopped)
-        if (!Services().platform->WaitForEvent()) BreakOff(kNothingToCome);
+        if (!Services().platform->WaitForEvent()) BreakOff(text::kReasonNothingToCome);
 }
 
 void CTestCommon::mFrmTimer_FireTimer() {
@@ -335,7 +334,7 @@ void CTestCommon::Tick() {
     mDataReady = Vti().ExposureDone();
     if (!Vti().Poll(mSleepTimeOut, mShutdownTimeout)) {
         const std::string fault = Services().instrumentFault ? Services().instrumentFault() : std::string();
-        BreakOff(fault.empty() ? kLinkLost : fault);
+        BreakOff(fault.empty() ? text::kReasonLinkLost : fault);
     }
     if (mDataReady) CountExposure();
     const bool finished = (mRedoActive && mDataReady) || mExposureNo == mExposureCount;
@@ -442,7 +441,7 @@ void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
             mRedoActive = true;
             StartPolling();
             while (mExposureNo < exposureNumber && !mDataReady && !mStopped)
-                if (!Services().platform->WaitForEvent()) BreakOff(kNothingToCome);
+                if (!Services().platform->WaitForEvent()) BreakOff(text::kReasonNothingToCome);
         },
         &failure);
     if (!ended) BreakOff(failure);

@@ -141,6 +141,8 @@ void FileCheck::CheckElement(Node element, Place place, int32_t level) {
 
 void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
     std::bitset<kMostElementRows> met;
+    const ElementRow* const end = ElementRows().data() + ElementRows().size();
+    const ElementRow* next = nullptr;  // files hold most elements in the order of the table
     pugi::xml_node_type type = pugi::node_null;
     for (Node child = element.first_child(); (type = child.type()) != pugi::node_null;
          child = child.next_sibling()) {
@@ -148,7 +150,10 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
             ++mForeign;
             continue;
         }
-        const ElementRow* row = FindElementRow(place, child.name());
+        const ElementRow* const row = next != nullptr && SameText(child.name(), next->name)
+                                          ? next
+                                          : FindElementRow(place, child.name());
+        next = row != nullptr && row + 1 < end && row[1].parent == place ? row + 1 : nullptr;
         if (row == nullptr) {
             ++mForeign;
             if ((place == Place::kTest || place == Place::kSurvey) &&

@@ -26,8 +26,9 @@ class SourceElement final : public IXmlElement {
     SourceElement(pugi::xml_node node, std::pmr::memory_resource& memory) : mNode(node), mMemory(memory) {}
 
     static std::shared_ptr<IXmlElement> Make(pugi::xml_node node, std::pmr::memory_resource& memory) {
-        return std::allocate_shared<SourceElement>(std::pmr::polymorphic_allocator<SourceElement>(&memory),
-                                                   node, memory);
+        // Nobody counts who uses an element: it goes with the memory.
+        return {std::shared_ptr<void>(), new (memory.allocate(sizeof(SourceElement), alignof(SourceElement)))
+                                             SourceElement(node, memory)};
     }
 
     std::string_view Name() const override { return mNode.name(); }
@@ -44,6 +45,13 @@ class SourceElement final : public IXmlElement {
     std::string ReadValue(std::string_view name, std::string_view defaultValue) const override {
         const pugi::xml_node found = ChildNamed(mNode, name);
         return found ? std::string(NodeText(found)) : std::string(defaultValue);
+    }
+
+    void VisitChildren(IXmlVisitor& visitor) const override {
+        pugi::xml_node_type type = pugi::node_null;
+        for (pugi::xml_node node = mNode.first_child(); (type = node.type()) != pugi::node_null;
+             node = node.next_sibling())
+            if (type == pugi::node_element) visitor.Visit(SourceElement(node, mMemory));
     }
 
     void Name(std::string_view /*name*/) override { Refuse(); }

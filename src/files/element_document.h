@@ -34,9 +34,11 @@ class XmlSource {
     /// Line of an element in the file, from 1; 0 when it is not known. Reads the file again.
     int32_t LineOf(pugi::xml_node node) const;
 
-    /// An element as the library sees it; it cannot be changed. It and those below it must be released before
-    /// the source.
+    /// An element as the library sees it; it cannot be changed. It and those below it live until the next
+    /// ReleaseElements.
     std::shared_ptr<IXmlElement> Element(pugi::xml_node node);
+    /// To be called between two elements of a large file: their memory is used again.
+    void ReleaseElements() { mElements.release(); }
 
   private:
     struct Free {
@@ -53,7 +55,9 @@ class XmlSource {
     std::unique_ptr<char, Free> mBuffer;  ///< names and texts of the document lie in it
     std::size_t mSize = 0;
     pugi::xml_document mDocument;
-    std::pmr::unsynchronized_pool_resource mElements;
+    static constexpr std::size_t kUsualRoom = std::size_t{1} << 19U;
+    std::unique_ptr<std::byte[]> mRoom{new std::byte[kUsualRoom]};
+    std::pmr::monotonic_buffer_resource mElements{mRoom.get(), kUsualRoom};
 };
 
 /// True when a text of the document equals another, without measuring it first.

@@ -101,10 +101,9 @@ std::unique_ptr<ElementFile> ElementFile::Build(std::unique_ptr<XmlSource> sourc
     std::set<int32_t> plainResults = CheckElementFile(*source);
     auto file = std::make_unique<ElementFile>();
     file->mPlainResults = std::move(plainResults);
-    const auto root = source->Element(ChildNamed(source->Document(), tag::kVorexSequence));
     try {
-        file->LoadFrame(root);
-        file->LoadElements(root, log);
+        file->LoadFrame(*source->Element(ChildNamed(source->Document(), tag::kVorexSequence)));
+        file->LoadElements(*source, log);
     } catch (const ElementError& error) {
         throw FileError({source->FileName(), 0, error.Id()}, error.what());
     }
@@ -112,21 +111,25 @@ std::unique_ptr<ElementFile> ElementFile::Build(std::unique_ptr<XmlSource> sourc
     return file;
 }
 
-void ElementFile::LoadFrame(const std::shared_ptr<IXmlElement>& root) {
-    for (const auto& standards : root->FindChild(tag::kSelectedStandards)) {
+void ElementFile::LoadFrame(const IXmlElement& root) {
+    for (const auto& standards : root.FindChild(tag::kSelectedStandards)) {
         mChosen.emplace();
         for (const auto& standard : standards->FindChild(tag::kStandard))
             mChosen->push_back({std::string(standard->GetAttribute(tag::kName)),
                                 std::string(standard->GetAttribute(tag::kVersion))});
     }
-    const auto lists = root->FindChild(tag::kMtiList);
+    const auto lists = root.FindChild(tag::kMtiList);
     mHasInstrumentList = !lists.empty();
     for (const auto& list : lists)
         for (const auto& entry : list->FindChild(tag::kMti)) mInstruments->Add(ReadMti(*entry));
 }
 
-void ElementFile::LoadElements(const std::shared_ptr<IXmlElement>& root, IProgressLog* log) {
-    for (const auto& child : root->FindChild(tag::kTestElement)) AddRoot(LoadTestElement(child, log));
+void ElementFile::LoadElements(XmlSource& source, IProgressLog* log) {
+    for (const pugi::xml_node child : ChildNamed(source.Document(), tag::kVorexSequence).children()) {
+        if (!SameText(child.name(), tag::kTestElement)) continue;
+        AddRoot(LoadTestElement(source.Element(child), log));
+        source.ReleaseElements();
+    }
     ForEachElement(mElements, [this](const auto& element) {
         if (const auto result = element->Result()) mLoadedResults[element->ID()] = result;
     });

@@ -60,8 +60,8 @@ class ElementFile {
 
   private:
     static std::unique_ptr<ElementFile> Build(std::unique_ptr<XmlSource> source, IProgressLog* log);
-    void LoadFrame(const std::shared_ptr<IXmlElement>& root);
-    void LoadElements(const std::shared_ptr<IXmlElement>& root, IProgressLog* log);
+    void LoadFrame(const IXmlElement& root);
+    void LoadElements(XmlSource& source, IProgressLog* log);
     void NumberElements();
     void AddRoot(std::shared_ptr<ITestElement> element);
     /// IDs of the elements whose results have nothing to take over from those of the file.

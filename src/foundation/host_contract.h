@@ -46,6 +46,14 @@ class IProgressLog {
 };
 
 class IXmlElement;
+/// Takes child elements one by one.
+class IXmlVisitor {
+  public:
+    virtual void Visit(const IXmlElement& child) = 0;
+
+  protected:
+    ~IXmlVisitor() = default;
+};
 using XmlElements = std::vector<std::shared_ptr<IXmlElement>>;
 
 /// A node of the host's document. Views returned by `Name`, `GetAttribute` and `Text` hold until the element
@@ -70,7 +78,23 @@ class IXmlElement {
     virtual std::shared_ptr<IXmlElement> AddValue(std::string_view name, std::string_view value) = 0;
     /// Text of the first child of a name, or the default when there is none.
     virtual std::string ReadValue(std::string_view name, std::string_view defaultValue) const = 0;
+    /// Hands over the child elements in document order. A child is good for its visit only, so a host can do
+    /// with one for all of them.
+    virtual void VisitChildren(IXmlVisitor& visitor) const {
+        for (const auto& child : Children()) visitor.Visit(*child);
+    }
 };
+
+/// Calls a function with each child element; see VisitChildren.
+template <typename Function>
+void ForEachChild(const IXmlElement& element, Function&& function) {
+    struct Visitor final : IXmlVisitor {
+        explicit Visitor(Function& called) : mCalled(called) {}
+        void Visit(const IXmlElement& child) override { mCalled(child); }
+        Function& mCalled;
+    } visitor(function);
+    element.VisitChildren(visitor);
+}
 
 class IXmlDocument {
   public:

@@ -439,6 +439,18 @@ inline constexpr std::string_view kShowOrigin            = "31134::%%1, formulas
 inline constexpr std::string_view kShowStopped           = "31135::stopped after %%1 of %%2";
 inline constexpr std::string_view kShowBroken            = "31136::broke off";
 inline constexpr std::string_view kShowWithFault         = "31137::with a fault";
+
+// Why a run broke off or what failed on the way, as it is saved: see StoredMessage.
+inline constexpr std::string_view kReasonLinkLost        = "31480::the link to the instruments was lost";
+inline constexpr std::string_view kReasonLinkLostAfter   = "31481::the link to the instruments was lost after exposure %%1";
+inline constexpr std::string_view kReasonNothingToCome   = "31482::nothing more came from the instruments";
+inline constexpr std::string_view kReasonUsedUp          = "31483::the recording is used up; exposures delivered: %%1";
+inline constexpr std::string_view kReasonNobody          = "31484::nobody stands at the X-ray unit";
+inline constexpr std::string_view kReasonBatteryEmpty    = "31485::the battery of the detector is empty";
+inline constexpr std::string_view kReasonRedo            = "31486::redo of exposure %%1";
+inline constexpr std::string_view kReasonInRedo          = "31487::redo of exposure %%1: %%2";
+inline constexpr std::string_view kReasonInExposure      = "31488::exposure %%1: %%2";
+
 inline constexpr std::string_view kShowTaken             = "31138::Taken %%1 to %%2 by %%3";
 inline constexpr std::string_view kShowRun               = "31139::The run %%1";
 inline constexpr std::string_view kShowRunEnded          = "31140::The run ended %%1";

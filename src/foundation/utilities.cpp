@@ -27,6 +27,51 @@ int32_t ReadTimeOut(std::string_view name, int32_t defaultMs) {
     return result == 0 ? defaultMs : result;
 }
 
+/// Calls with the key and the arguments of a stored message, the last of them in words.
+template <typename Fill>
+std::string FilledMessage(std::string_view stored, Fill&& fill) {
+    constexpr char kSeparator = '|';
+    const std::size_t digits = stored.find_first_not_of("0123456789");
+    if (digits == 0 || digits == std::string_view::npos || !stored.substr(digits).starts_with("::"))
+        return std::string(stored);
+    const std::string_view key = stored.substr(0, stored.find(kSeparator));
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = key.find("%%", at)) != std::string_view::npos; at += 2) ++count;
+    std::vector<std::string> arguments;
+    std::string_view rest = stored.substr(key.size());
+    while (!rest.empty() && arguments.size() < count) {
+        rest.remove_prefix(1);
+        const bool last = arguments.size() + 1 == count;
+        const std::string_view argument = last ? rest : rest.substr(0, rest.find(kSeparator));
+        arguments.push_back(last ? FilledMessage(argument, fill) : std::string(argument));
+        rest.remove_prefix(argument.size());
+    }
+    return fill(key, TextArguments(arguments));
+}
+
+/// Where the next part of a composed unit begins: at digits and "::" after a "/"; npos after the last part.
+std::size_t NextPart(std::string_view unit) {
+    constexpr std::string_view kDigits = "0123456789";
+    for (std::size_t slash = unit.find('/'); slash != std::string_view::npos;
+         slash = unit.find('/', slash + 1)) {
+        const std::size_t end = unit.find_first_not_of(kDigits, slash + 1);
+        if (end != std::string_view::npos && end > slash + 1 && unit.substr(end).starts_with("::"))
+            return slash + 1;
+    }
+    return std::string_view::npos;
+}
+
+template <typename TextOfPart>
+std::string JoinedParts(std::string_view unit, TextOfPart&& textOf) {
+    std::string words;
+    for (std::size_t next = 0; next != std::string_view::npos;) {
+        next = NextPart(unit);
+        words += textOf(next == std::string_view::npos ? unit : unit.substr(0, next - 1));
+        if (next != std::string_view::npos) unit.remove_prefix(next);
+    }
+    return words;
+}
+
 }  // namespace
 
 std::string Translate(std::string_view textKey, const IReportDocument* report) {
@@ -114,13 +159,43 @@ bool IsValidReading(std::string_view reading) {
            !EqualsIgnoringCase(reading, Translate(text::kUnderRange));
 }
 
+std::string StoredMessage(std::string_view textKey, std::initializer_list<std::string> arguments) {
+    std::string stored(textKey);
+    for (const std::string& argument : arguments) stored.append("|").append(argument);
+    return stored;
+}
+
+std::string MessageText(std::string_view stored, const IReportDocument* report) {
+    return FilledMessage(stored, [&](std::string_view key, TextArguments arguments) {
+        return TranslateWith(key, arguments, report);
+    });
+}
+
+std::string DefaultMessageText(std::string_view stored) {
+    return FilledMessage(
+        stored, [](std::string_view key, TextArguments arguments) { return DefaultText(key, arguments); });
+}
+
 std::string DosimeterDoseUnit(int32_t doseUnit, const IReportDocument* report) {
     return DisplayText(kDoseUnits, doseUnit, report);
 }
 
 std::string DosimeterRateUnit(int32_t doseUnit, int32_t rateUnit, const IReportDocument* report) {
-    if (doseUnit == kDoseInCoulomb) return Translate(text::kUnitAmpere, report);
-    return DosimeterDoseUnit(doseUnit, report) + DisplayText(kDoseRateBases, rateUnit, report);
+    return UnitText(DosimeterRateUnitKey(doseUnit, rateUnit), report);
+}
+
+std::string DosimeterRateUnitKey(int32_t doseUnit, int32_t rateUnit) {
+    if (doseUnit == kDoseInCoulomb) return std::string(text::kUnitAmpere);
+    return std::string(TextKeyOf(kDoseUnits, doseUnit)) + "/" +
+           std::string(TextKeyOf(kDoseRateBases, rateUnit));
+}
+
+std::string UnitText(std::string_view unit, const IReportDocument* report) {
+    return JoinedParts(unit, [&](std::string_view part) { return Translate(part, report); });
+}
+
+std::string DefaultUnitText(std::string_view unit) {
+    return JoinedParts(unit, [](std::string_view part) { return DefaultText(part, {}); });
 }
 
 std::string CommentWords(std::string_view comment) {

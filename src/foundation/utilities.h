@@ -33,6 +33,15 @@ std::string StoredText(const Choice& choice, int32_t value, const IReportDocumen
 std::string_view TitleKey(int32_t testId);
 /// True for a name that somebody gave an element: a new element is named after its test, in English.
 bool IsOwnName(std::string_view name, int32_t testId);
+/// A message as a file keeps it, so that each reader sees it in a language of their own: its key and what
+/// fills the key's placeholders, separated by "|". Only the last argument may hold a "|", and may be such a
+/// message itself.
+std::string StoredMessage(std::string_view textKey, std::initializer_list<std::string> arguments = {});
+/// A stored message in words; any other text as it is.
+std::string MessageText(std::string_view stored, const IReportDocument* report = nullptr);
+/// The same in the default English.
+std::string DefaultMessageText(std::string_view stored);
+
 /// What an element is called: its own name, or that of its test.
 std::string ElementTitle(std::string_view name, int32_t testId, const IReportDocument* report = nullptr);
 
@@ -45,6 +54,12 @@ bool IsValidReading(std::string_view reading);
 /// Dose and dose rate units of the Pelomark in words; charge is measured in amperes as a rate.
 std::string DosimeterDoseUnit(int32_t doseUnit, const IReportDocument* report = nullptr);
 std::string DosimeterRateUnit(int32_t doseUnit, int32_t rateUnit, const IReportDocument* report = nullptr);
+/// The same as it is saved: one key, or the keys of its parts joined by "/" (`25114::R/25116::/Sec`).
+std::string DosimeterRateUnitKey(int32_t doseUnit, int32_t rateUnit);
+/// A saved unit in words: the texts of its parts, joined. A unit without a key is shown as it is.
+std::string UnitText(std::string_view unit, const IReportDocument* report = nullptr);
+/// The same in the default English, which knows no language table.
+std::string DefaultUnitText(std::string_view unit);
 
 /// A comment holds at most one marker: the operator's words are before it, the log of edited values, a
 /// line each, after it.

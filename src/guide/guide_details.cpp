@@ -16,7 +16,7 @@ constexpr std::size_t kNarrowTable = 6;  ///< columns below which all of them ar
 constexpr std::string_view kMasKeys[] = {key::kMa, key::kMas, key::kMasPulse, key::kDoseMas};
 
 void AppendUnit(std::string& text, const std::string& unitKey) {
-    if (!unitKey.empty()) text.append(" ").append(Translate(unitKey));
+    if (!unitKey.empty()) text.append(" ").append(UnitText(unitKey));
 }
 
 /// "Site 1: ≥ 76 KV, ≤ 84 KV"; empty when the standard does not judge the measurement.

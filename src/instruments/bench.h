@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/detector_service.h"
+#include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "instruments/instruments.h"
 #include "instruments/operation.h"
@@ -53,9 +54,9 @@ class Bench {
     SentSettings sent;
     bool linkOpen = false;
     float waveformResolution = 0;
-    /// Notes a fault; the place says where in the file of the instruments.
+    /// Notes a fault, which may be a stored message; the place says where in the file of the instruments.
     void NoteFault(const std::string& place, const std::string& text) {
-        faults.push_back(place + ": " + text);
+        faults.push_back(place + ": " + DefaultMessageText(text));
         latestFault = text;
     }
 

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "foundation/text_keys.h"
+#include "foundation/utilities.h"
 #include "instruments/bench.h"
 #include "instruments/operation.h"
 
@@ -115,7 +117,7 @@ bool RecordedRoom::Poll(DetectorEvents& events, int32_t) {
     const RecordedLine* head = Head();
     if (!head) {
         if (mAlive && !std::exchange(mUsedUp, true))
-            End("the recording is used up; exposures delivered: " + std::to_string(delivered), 0);
+            End(StoredMessage(text::kReasonUsedUp, {std::to_string(delivered)}), 0);
         return false;
     }
     if (head->event == RecordedEvent::kQuiet && ++mQuietPolls < head->number) return mAlive;
@@ -154,7 +156,7 @@ void RecordedRoom::ChangeLink(const RecordedLine& line) {
     if (!wasAlive || mAlive) return;
     linkOpen = false;
     mLastExposure = nullptr;
-    End("the link to the instruments was lost", line.line);
+    End(std::string(text::kReasonLinkLost), line.line);
 }
 
 bool RecordedRoom::ExposureDone() {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "foundation/number_text.h"
+#include "foundation/text_keys.h"
 #include "foundation/utilities.h"
 #include "instruments/bench.h"
 #include "instruments/simulated_readings.h"
@@ -191,7 +192,7 @@ bool SimulatedBench::Poll(DetectorEvents& events, int32_t sleepTimeOut) {
     const int32_t lossAfter = mRoom.link.lostAfterExposures;
     if (lossAfter > 0 && mExposures >= lossAfter && mDelivered && mAlive) {
         mAlive = linkOpen = false;
-        End("the link to the instruments was lost after exposure " + PlainText(mExposures));
+        End(StoredMessage(text::kReasonLinkLostAfter, {PlainText(mExposures)}));
     }
     if (ended) return false;
     if (mSteps.empty()) PlanExposure();
@@ -215,8 +216,8 @@ void SimulatedBench::Happen(Step step, DetectorEvents& events) {
 /// The unit does what its console says. In fluoroscopy it has begun when the beam is on.
 void SimulatedBench::MakeExposure() {
     const std::optional<Technique> technique = mConsole();
-    if (!technique) return End("nobody is at the X-ray unit");
-    if (Identity().battery == 0 && !mIdentity.charging) return End("the battery of the detector is empty");
+    if (!technique) return End(std::string(text::kReasonNobody));
+    if (Identity().battery == 0 && !mIdentity.charging) return End(std::string(text::kReasonBatteryEmpty));
     XrayUnit& unit = UnitOf(technique->unit);
     const std::string refusal = unit.Refusal(*technique);
     if (!refusal.empty()) return End(refusal);

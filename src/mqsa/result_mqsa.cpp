@@ -140,7 +140,7 @@ std::shared_ptr<IMeasurement> CResultMQSA::Measurement(int32_t index) const {
     if (index < 0 || index >= MeasurementCount()) return nullptr;
     const CMeasurement& item = *mItems[static_cast<std::size_t>(index)];
     auto copy = std::make_shared<CMeasurement>();
-    copy->Initialize(item.RawKey(), item.Description(), Translate(item.RawUnit()), item.ValueType());
+    copy->Initialize(item.RawKey(), item.Description(), UnitText(item.RawUnit()), item.ValueType());
     copy->Value(item.RawValue());
     copy->Status(item.Status());
     return copy;

@@ -233,25 +233,25 @@ void CMeasurement::Load(const std::shared_ptr<IXmlElement>& element, IProgressLo
     Key(key);
     std::string_view description;
     std::string_view unit;
-    for (const auto& child : element->Children()) {
-        const std::string_view name = child->Name();
+    ForEachChild(*element, [&](const IXmlElement& child) {
+        const std::string_view name = child.Name();
         if (name == tag::kDescription) {
-            description = child->Text();
+            description = child.Text();
         } else if (name == tag::kValue) {
             mReadingState = ReadingState::kUnknown;
-            Services().codec->ReadValue(*child, mValue, mValueType);
+            Services().codec->ReadValue(child, mValue, mValueType);
             mStoredAsNumber = mValueType == kJudgedNumber;
             if (IsStatistic(*this)) mValueType = kJudgedNumber;
             auto* plain = std::get_if<std::string>(&mValue);
             if (plain != nullptr && plain->find("::") != std::string::npos) *plain = Translate(*plain);
         } else if (name == tag::kUnit) {
-            unit = child->Text();
+            unit = child.Text();
         } else if (name == tag::kStatus) {
-            Services().codec->ReadStatus(*child, mStatus, mStatusExtra);
+            Services().codec->ReadStatus(child, mStatus, mStatusExtra);
         } else if (name == tag::kPresetValue) {
-            mPresetValue = std::string(child->Text());
+            mPresetValue = std::string(child.Text());
         }
-    }
+    });
     Description(description);
     SetLabel(&MeasurementLabels::unit, unit);
     if (log != nullptr) log->Advance(1);

@@ -244,8 +244,7 @@ std::string UnitOf(UnitRule rule, const CConfigCommon& config) {
         case UnitRule::kDose:
             return std::string(TextKeyOf(kDoseUnits, config.PKDoseUnit));
         case UnitRule::kDoseRate:
-            if (config.PKDoseUnit == kDoseInCoulomb) return std::string(text::kUnitAmpere);
-            return DosimeterRateUnit(config.PKDoseUnit, config.PKDoseRateUnit);
+            return DosimeterRateUnitKey(config.PKDoseUnit, config.PKDoseRateUnit);
         case UnitRule::kTemperature:
             return std::string(TextKeyOf(kTemperatureUnits, config.PKTemperatureUnit));
         case UnitRule::kPressure:

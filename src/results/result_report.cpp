@@ -158,7 +158,7 @@ std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool he
     start.append(kNameTail) += markup::kCell;
     start += markup::Text(ReportValue(FormatValue(mPresetValue), report)) + markup::kCell +
              markup::Text(ReportValue(shown, report)) + markup::kCell;
-    if (!limits || IsValidReading(shown)) start += markup::Text(Translate(mLabels->unit, &report));
+    if (!limits || IsValidReading(shown)) start += markup::Text(UnitText(mLabels->unit, &report));
     const auto end = [&](std::string_view toMark) {
         std::string cells;
         if (mStatus == kFailed) cells.append(toMark).append(markup::kFailMark);

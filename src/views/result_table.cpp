@@ -255,7 +255,7 @@ void ResultTable::Fill(ResultCell& cell, bool checkBox, Source& source, const Me
     }
     if (source.unitKey != measurement->RawUnit()) {
         source.unitKey = measurement->RawUnit();
-        source.unit = source.unitKey.empty() ? std::string() : Translate(source.unitKey);
+        source.unit = UnitText(source.unitKey);
     }
     if (checkBox)
         cell.checked = ReadNumber(*value) != 0;

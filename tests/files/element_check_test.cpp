@@ -182,5 +182,47 @@ TEST_F(ElementCheckTest, TheLineOfTheFaultIsGiven) {
     }
 }
 
+TEST_F(ElementCheckTest, AFaultIsNamedWithItsLineInTheFile) {
+    const std::string text =
+        "<?xml version=\"1.0\"?>\n"
+        "<VorexSequence Version=\"1\">\n"
+        "  <TestElement PlugIn=\"ZRD47500\" TestID=\"100\" ID=\"7\">\n"
+        "    <PlugInData PlugIn=\"ZRD47500\">\n"
+        "      <!-- set\n by hand -->\n"
+        "      <NumberOfExposures>2</NumberOfExposures>\n"
+        "      <MachineKV>80</MachineKV>\n"
+        "    </PlugInData>\n"
+        "    <ResultItem>\n"
+        "      <Measurement Key=\"kVp Avg\"><Status>1</Status></Measurement>\n"
+        "    </ResultItem>\n"
+        "  </TestElement>\n"
+        "</VorexSequence>\n";
+    const struct {
+        std::string_view part;
+        std::string_view instead;
+        std::string_view place;
+    } cases[] = {
+        {"Version=\"1\">", "Version=\"2\">", ":2: attribute"},
+        {"ID=\"7\"", "ID=\"x\"", ":3: element \"x\": attribute"},
+        {"<PlugInData PlugIn=\"ZRD47500\">", "<PlugInData>", ":4: element 7: "},
+        {">2<", ">0<", ":7: element 7: \"NumberOfExposures\""},
+        {">80<", ">high<", ":8: element 7: \"MachineKV\""},
+        {">1<", ">4<", ":11: element 7: \"Status\" of \"kVp Avg\""},
+        {"</VorexSequence>\n", "</VorexSequence>\n<b/>", ":15: a second root"},
+    };
+    for (const auto& row : cases) {
+        std::string broken = text;
+        Write("site.xml", broken.replace(broken.find(row.part), row.part.size(), row.instead));
+        const std::string file = (folder / "site.xml").string();
+        try {
+            CheckElementFile(*XmlSource::Read(file));
+            ADD_FAILURE() << row.instead;
+        } catch (const FileError& error) {
+            EXPECT_TRUE(std::string_view(error.what()).starts_with(file + std::string(row.place)))
+                << error.what();
+        }
+    }
+}
+
 }  // namespace
 }  // namespace vorex::host_test

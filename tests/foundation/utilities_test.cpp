@@ -114,6 +114,36 @@ TEST_F(Utilities, TheDosimetersUnitsAreComposed) {
     for (int32_t base = 0; base < 4; ++base) EXPECT_EQ(DosimeterRateUnit(kDoseInCoulomb, base), "A");
 }
 
+TEST_F(Utilities, AComposedUnitIsTheTextsOfItsParts) {
+    EXPECT_EQ(DosimeterRateUnitKey(0, 3), "25114::R/25119::/Pulse");
+    EXPECT_EQ(DosimeterRateUnitKey(kDoseInCoulomb, 0), "25120::A");
+    texts->words["25114::R"] = "Rö";
+    texts->words["25116::/Sec"] = "/s";
+    const std::pair<const char*, const char*> cases[] = {
+        {"25114::R/25116::/Sec", "Rö/s"},
+        {"25114::R", "Rö"},
+        {"R/Sec", "R/Sec"},  // as older versions saved it
+        {"22243::mR/sec", "mR/sec"},
+        {"22243::mR/2 sec", "mR/2 sec"},
+        {"", ""},
+    };
+    for (const auto& [unit, words] : cases) EXPECT_EQ(UnitText(unit), words);
+    EXPECT_EQ(DefaultUnitText("25114::R/25116::/Sec"), "R/Sec");
+}
+
+TEST_F(Utilities, AStoredMessageIsShownInTheLanguageOfItsReader) {
+    texts->words[std::string(text::kReasonLinkLost)] = "Verbindung verloren";
+    texts->words[std::string(text::kReasonInRedo)] = "Wiederholung %%1: %%2";
+    const std::string redo = StoredMessage(text::kReasonInRedo, {"2", std::string(text::kReasonLinkLost)});
+    EXPECT_EQ(redo, "31487::redo of exposure %%1: %%2|2|31480::the link to the instruments was lost");
+    EXPECT_EQ(MessageText(redo), "Wiederholung 2: Verbindung verloren");
+    EXPECT_EQ(DefaultMessageText(redo), "redo of exposure 2: the link to the instruments was lost");
+    EXPECT_EQ(MessageText(StoredMessage(text::kReasonInRedo, {"2", "a|b"})), "Wiederholung 2: a|b");
+    // As older versions saved it, and what instruments said.
+    for (const char* text : {"redo of exposure 2: lost", "", "12: a fault", "Poll failed: 3::4"})
+        EXPECT_EQ(MessageText(text), text);
+}
+
 TEST_F(Utilities, ACommentHoldsOneMarkerBetweenWordsAndLog) {
     EXPECT_EQ(CommentWords("words"), "words");
     EXPECT_EQ(CommentLog("words"), "");

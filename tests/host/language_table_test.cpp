@@ -79,11 +79,11 @@ std::size_t TrailingBlanks(const std::string& words) {
 class LanguageTableTest : public HostTest, public testing::WithParamInterface<const char*> {
   protected:
     /// Starts the program as a user does, for it finds the tables beside itself; what it prints is "printed".
-    void Start(const std::string& language, const std::string& arguments) {
+    void Start(const std::string& language, const std::string& arguments, int codesBelow = 2) {
         const std::string command = "cd '" + folder.string() + "' && '" + std::string(test::kProgramPath) +
                                     "' " + arguments + " --language " + language + " > printed 2>&1";
         const int status = std::system(command.c_str());  // NOLINT(concurrency-mt-unsafe)
-        EXPECT_LT(WEXITSTATUS(status), 2) << command << "\n" << Read("printed");
+        EXPECT_LT(WEXITSTATUS(status), codesBelow) << command << "\n" << Read("printed");
     }
 
     /// Settings and a result of two exposures with limits, as on A4.
@@ -179,7 +179,7 @@ TEST_P(LanguageTableTest, CaptionsFitTheirColumns) {
     EXPECT_GT(captions, 100U);
 }
 
-/// What instruments say, what a file holds as text, and units that are joined before they are stored.
+/// What instruments say, what a file holds as text, and the international signs of units.
 TEST_P(LanguageTableTest, LeavesWhatFilesAndInstrumentsHoldAsItIs) {
     const Table table = TableOf(GetParam());
     for (std::string_view key :
@@ -216,6 +216,35 @@ TEST_P(LanguageTableTest, ARunGivesTheSameFileAsInEnglish) {
             EXPECT_EQ(Read(stage + code), Read(stage + "en")) << stage << id;
         EXPECT_NE(Read("run." + code).find("ResultItem"), std::string::npos) << id;
     }
+}
+
+TEST_P(LanguageTableTest, EveryExampleGivesTheSameFileAsInEnglish) {
+    const fs::path examples = fs::path(test::kSourceDir) / "examples";
+    const std::string code = GetParam();
+    int files = 0;
+    for (const auto& entry : fs::directory_iterator(examples)) {
+        if (entry.path().extension() != ".jsonl") continue;
+        std::string name = entry.path().stem().string();
+        if (const std::size_t lost = name.find("_link_lost"); lost != std::string::npos) name.resize(lost);
+        const std::string run = "run '" + (examples / name).string() +
+                                ".xml' --instruments 'recording:" + entry.path().string() + "' -o out.";
+        for (const std::string& language : {std::string("en"), code}) Start(language, run + language, 5);
+        EXPECT_NE(Read("out.en").find("ResultItem"), std::string::npos) << run;
+        EXPECT_EQ(Read("out." + code), Read("out.en")) << run;
+        ++files;
+    }
+    EXPECT_GT(files, 10);
+}
+
+TEST_P(LanguageTableTest, WhyARunBrokeOffIsShownInTheLanguageOfTheReader) {
+    const std::string examples = std::string(test::kSourceDir) + "/examples/mammo_output";
+    Start("en",
+          "run '" + examples + ".xml' --instruments 'recording:" + examples + "_link_lost.jsonl' -o out.xml",
+          5);
+    Start(GetParam(), "show out.xml");
+    EXPECT_NE(Read("printed").find(TableOf(GetParam()).at(std::string(text::kReasonLinkLost))),
+              std::string::npos)
+        << Read("printed");
 }
 
 TEST_P(LanguageTableTest, AFailedTestIsShownIn100Columns) {

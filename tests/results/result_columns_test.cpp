@@ -125,7 +125,7 @@ TEST_F(ResultColumns, PulsedFluoroscopyAddsThePulseColumnsBeforeTheHalfValueLaye
     EXPECT_EQ(ColumnNumber(BuildColumns(*config), key::kPulseRate), 0);
 }
 
-TEST_F(ResultColumns, DosimeterUnitsAreKeysAndTheComposedRateIsJoinedText) {
+TEST_F(ResultColumns, DosimeterUnitsAreTheKeysOfTheirParts) {
     struct Case {
         int32_t doseUnit;
         int32_t rateUnit;
@@ -133,8 +133,8 @@ TEST_F(ResultColumns, DosimeterUnitsAreKeysAndTheComposedRateIsJoinedText) {
         std::string_view rate;
     };
     const Case cases[] = {
-        {0, 0, "25114::R", "R/Sec"},
-        {1, 3, "25115::Gy", "Gy/Pulse"},
+        {0, 0, "25114::R", "25114::R/25116::/Sec"},
+        {1, 3, "25115::Gy", "25115::Gy/25119::/Pulse"},
         {2, 0, "25121::C", "25120::A"},
     };
     for (const Case& c : cases) {
