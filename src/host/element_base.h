@@ -81,7 +81,7 @@ class TestElementBase : public virtual ITestElementBase {
 };
 
 /// The host's bookkeeping of a group: a frame with the elements below it.
-class TestContainerBase final : public TestElementBase, public ITestContainerBase {
+class TestContainerBase : public TestElementBase, public ITestContainerBase {
   public:
     int32_t Count() const override { return static_cast<int32_t>(mChildren.size()); }
     std::shared_ptr<ITestElement> Item(int32_t index) const override;

@@ -9,13 +9,13 @@
 #include "foundation/host_services.h"
 #include "host/test_guide_config.h"
 #include "support/fake_host.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 
-class ConfigTest : public ::testing::Test {
+class ConfigTest : public LibraryTest {
   protected:
     void SetUp() override { Install('.'); }
-    void TearDown() override { InstallServices({}); }
 
     void Install(char decimalSign) {
         HostServices services;
@@ -23,7 +23,7 @@ class ConfigTest : public ::testing::Test {
         services.settings = settings;
         services.decimalSign = decimalSign;
         services.createTestGuideConfig = [] { return std::make_shared<TestGuideConfig>(); };
-        InstallServices(services);
+        LibraryTest::Install(services);
     }
 
     static std::shared_ptr<CConfigCommon> New(int32_t testId) {

@@ -9,18 +9,18 @@
 #include <vector>
 
 #include "foundation/host_services.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
 
-class Events : public ::testing::Test {
+class Events : public test::LibraryTest {
   protected:
     void SetUp() override {
         HostServices services;
         services.log = [this](std::string_view line) { log.emplace_back(line); };
-        InstallServices(services);
+        Install(services);
     }
-    void TearDown() override { InstallServices({}); }
     std::vector<std::string> log;
 };
 

@@ -12,6 +12,7 @@
 
 #include "foundation/host_services.h"
 #include "foundation/tagged_value.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
@@ -26,10 +27,8 @@ void WriteDecimals(char sign) {
     InstallServices(services);
 }
 
-class NumberText : public ::testing::Test {
+class NumberText : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-    void TearDown() override { InstallServices({}); }
 };
 
 struct Reading {

@@ -7,6 +7,7 @@
 #include "foundation/registration.h"
 #include "support/fake_host.h"
 #include "support/fake_standards.h"
+#include "support/library_test.h"
 #include "support/recording_report.h"
 
 namespace vorex {
@@ -21,15 +22,14 @@ class FakeReport : public test::RecordingReport {
     test::FakeTexts texts;
 };
 
-class Utilities : public ::testing::Test {
+class Utilities : public test::LibraryTest {
   protected:
     void SetUp() override {
         HostServices services;
         services.text = texts;
         services.settings = settings;
-        InstallServices(services);
+        Install(services);
     }
-    void TearDown() override { InstallServices({}); }
     void HostVersion(const std::string& version) {
         settings->values[{std::string(setting::kUninstallPath), "DisplayVersion"}] = version;
     }

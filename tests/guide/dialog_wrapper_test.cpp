@@ -6,6 +6,7 @@
 #include "foundation/host_services.h"
 #include "results/limit_data.h"
 #include "support/fake_platform.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 namespace {
@@ -41,7 +42,7 @@ constexpr WindowHandle kForm = 3;
 constexpr WindowHandle kHost = 5;
 using Parent = std::pair<WindowHandle, WindowHandle>;
 
-class DialogWrapper : public ::testing::Test {
+class DialogWrapper : public LibraryTest {
   protected:
     DialogWrapper() {
         static constexpr ClassEntry kClasses[] = {
@@ -50,11 +51,10 @@ class DialogWrapper : public ::testing::Test {
         };
         HostServices services;
         services.platform = platform;
-        InstallServices(services);
+        Install(services);
         InstallClasses(kClasses);
         dialog.hWnd(kForm);
     }
-    ~DialogWrapper() override { InstallServices({}); }
     FakeControl& MakeControl() {
         dialog.CreateSetupCtrl(ClassName("Control"));
         return dynamic_cast<FakeControl&>(*dialog.Control());

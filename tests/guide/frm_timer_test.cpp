@@ -4,22 +4,20 @@
 
 #include "foundation/host_services.h"
 #include "support/fake_platform.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 namespace {
 
-class Timer : public ::testing::Test {
+class Timer : public LibraryTest {
   protected:
     Timer() {
         HostServices services;
         services.platform = platform;
-        InstallServices(services);
+        Install(services);
         timer = std::make_unique<FrmTimer>();
     }
-    ~Timer() override {
-        timer.reset();
-        InstallServices({});
-    }
+    ~Timer() override { timer.reset(); }
 
     std::shared_ptr<FakePlatform> platform = std::make_shared<FakePlatform>();
     std::unique_ptr<FrmTimer> timer;

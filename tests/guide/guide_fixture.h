@@ -15,6 +15,7 @@
 #include "support/fake_element.h"
 #include "support/fake_platform.h"
 #include "support/fake_standards.h"
+#include "support/library_test.h"
 #include "support/result_row.h"
 #include "views/result_table.h"
 
@@ -67,7 +68,7 @@ class GuidePipe : public IExecutionPipe {
 };
 
 /// A guide opened for a test; events are kept as words, in order.
-class GuideTest : public ::testing::Test {
+class GuideTest : public LibraryTest {
   protected:
     GuideTest() {
         static constexpr ClassEntry kClasses[] = {
@@ -81,13 +82,10 @@ class GuideTest : public ::testing::Test {
         services.createDetectorService = [room = room] { return std::make_shared<FakeDetector>(room); };
         services.createDetectorLink = [room = room] { return std::make_shared<FakeLink>(room); };
         services.log = [this](std::string_view line) { log.emplace_back(line); };
-        InstallServices(services);
+        Install(services);
         InstallClasses(kClasses);
     }
-    ~GuideTest() override {
-        guide.reset();
-        InstallServices({});
-    }
+    ~GuideTest() override { guide.reset(); }
 
     /// Detector option 0 leaves the kind to the detector.
     void Configure(int32_t testId, int32_t kind, int32_t option) {

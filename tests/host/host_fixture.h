@@ -6,18 +6,20 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
-#include "host/reference_host.h"
-#include "library.h"
+#include "files/element_document.h"
+#include "files/element_output.h"
+#include "support/library_test.h"
 #include "test_paths.h"
 
 namespace vorex::host_test {
 
 /// The library inside the reference host, and a folder of the test's own.
-class HostTest : public testing::Test {
+class HostTest : public test::LibraryTest {
   protected:
     void SetUp() override {
         const auto* info = testing::UnitTest::GetInstance()->current_test_info();
@@ -25,12 +27,9 @@ class HostTest : public testing::Test {
                  (std::string("host_") + info->test_suite_name() + "_" + info->name());
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
-        InstallLibrary(MakeReferenceHost({}));
+        InstallReferenceHost();
     }
-    void TearDown() override {
-        InstallServices({});
-        std::filesystem::remove_all(folder);
-    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
 
     void Write(const std::string& name, const std::string& text) const {
         std::ofstream(folder / name, std::ios::binary) << text;
@@ -45,6 +44,26 @@ class HostTest : public testing::Test {
     }
 
     std::filesystem::path folder;
+};
+
+/// Objects that write an element of their own, and what they write.
+class XmlTest : public HostTest {
+  protected:
+    std::string Xml(const std::shared_ptr<IXmlElement>& element) {
+        document->Top().AddChild(element);
+        std::string text = document->Text();
+        document = std::make_shared<OutputDocument>();
+        text.erase(0, text.find('\n') + 1);
+        text.pop_back();
+        return text;
+    }
+    std::shared_ptr<IXmlElement> Element(const std::string& xml) {
+        source = XmlSource::FromText(xml, "a.xml");
+        return source->Element(source->Document().first_child());
+    }
+
+    std::shared_ptr<OutputDocument> document = std::make_shared<OutputDocument>();
+    std::unique_ptr<XmlSource> source;
 };
 
 /// Sets a variable of the environment, or takes it away, for as long as it lives.

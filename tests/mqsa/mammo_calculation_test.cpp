@@ -4,14 +4,13 @@
 
 #include "foundation/host_services.h"
 #include "support/fake_host.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
 
-class DoseConversion : public ::testing::Test {
+class DoseConversion : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-    void TearDown() override { InstallServices({}); }
 };
 
 struct Reference {

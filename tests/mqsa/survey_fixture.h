@@ -6,28 +6,21 @@
 #include <string>
 
 #include "execution/test_mqsa.h"
-#include "foundation/host_services.h"
-#include "host/reference_host.h"
-#include "library.h"
 #include "mqsa/result_mqsa.h"
 #include "mqsa/survey_calculations.h"
 #include "support/fake_host.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 
 /// A new survey inside the reference host.
-class SurveyTest : public ::testing::Test {
+class SurveyTest : public LibraryTest {
   protected:
     void SetUp() override {
-        InstallLibrary(MakeReferenceHost({}));
+        InstallReferenceHost();
         element = CTestMQSA::Create();
         element->Initialize(nullptr, kPlugInId, kMqsaSurvey);
         survey = element->Survey();
-    }
-    void TearDown() override {
-        survey.reset();
-        element.reset();
-        InstallServices({});
     }
 
     std::string& Cell(GridId grid, int32_t row, int32_t column) {

@@ -18,6 +18,7 @@
 #include "support/fake_element.h"
 #include "support/fake_host.h"
 #include "support/fake_standards.h"
+#include "support/library_test.h"
 #include "support/recording_report.h"
 
 namespace vorex {
@@ -123,7 +124,7 @@ std::string FirstJudgingForm(const std::string& limitKey, int32_t testId) {
     return limitKey.starts_with("ER kV") ? "X+Y" : "Y";
 }
 
-class LimitData : public ::testing::Test {
+class LimitData : public test::LibraryTest {
   protected:
     void SetUp() override {
         HostServices services;
@@ -132,13 +133,10 @@ class LimitData : public ::testing::Test {
             return std::make_shared<Standard>(name, version);
         };
         services.createExpectedResult = [] { return std::make_shared<ExpectedResult>(); };
-        InstallServices(services);
+        Install(services);
         Own(kRadioRepro);
     }
-    void TearDown() override {
-        InstallClasses({});
-        InstallServices({});
-    }
+    void TearDown() override { InstallClasses({}); }
 
     void Own(int32_t testId) {
         owner->config->DefaultValues(testId);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "foundation/host_services.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
@@ -24,9 +25,8 @@ CMtiData2 Record(const std::string& name, const std::string& serial, const std::
     return record;
 }
 
-class Instruments : public ::testing::Test {
+class Instruments : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
     List list;
 };
 

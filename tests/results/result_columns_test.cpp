@@ -7,14 +7,13 @@
 #include <vector>
 
 #include "foundation/host_services.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
 
-class ResultColumns : public ::testing::Test {
+class ResultColumns : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-
     static std::shared_ptr<CConfigCommon> Config(int32_t test, int32_t kind) {
         auto config = std::make_shared<CConfigCommon>();
         config->DefaultValues(test);

@@ -10,15 +10,14 @@
 #include "results/result_columns.h"
 #include "support/fake_element.h"
 #include "support/fake_host.h"
+#include "support/library_test.h"
 #include "support/result_row.h"
 
 namespace vorex {
 namespace {
 
-class ResultStore : public ::testing::Test {
+class ResultStore : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-
     void Begin(int32_t test, int32_t kind, int32_t pkMode = 0) {
         config = std::make_shared<CConfigCommon>();
         config->DefaultValues(test);

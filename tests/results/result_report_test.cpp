@@ -12,6 +12,7 @@
 #include "results/result_common.h"
 #include "support/fake_element.h"
 #include "support/fake_host.h"
+#include "support/library_test.h"
 #include "support/recording_report.h"
 
 namespace vorex {
@@ -29,14 +30,13 @@ std::string Row(const std::string& name, const std::string& preset, const std::s
     return "|" + name + "      |" + preset + "|" + value + "|" + unit + ";\n";
 }
 
-class ResultReport : public ::testing::Test {
+class ResultReport : public test::LibraryTest {
   protected:
     void SetUp() override {
         HostServices services;
         services.text = texts;
-        InstallServices(services);
+        Install(services);
     }
-    void TearDown() override { InstallServices({}); }
 
     void Begin(int32_t test, int32_t kind, int32_t pkMode = 0) {
         config = std::make_shared<CConfigCommon>();

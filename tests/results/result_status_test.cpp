@@ -9,6 +9,7 @@
 #include "results/result_columns.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
+#include "support/library_test.h"
 #include "support/result_row.h"
 
 namespace vorex {
@@ -16,10 +17,8 @@ namespace {
 
 const SurveyOutcomes kNoneOfSeven{0, 0, 0, 0, 0, 0, 0};
 
-class ResultStatus : public ::testing::Test {
+class ResultStatus : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-
     void Begin(int32_t test, uint8_t exposures, int32_t kind = kZrd) {
         config = std::make_shared<CConfigCommon>();
         config->DefaultValues(test);

@@ -15,6 +15,7 @@
 #include "results/result_columns.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
@@ -75,10 +76,8 @@ struct Example {
     std::vector<Expected> expected;  ///< behind the last shot
 };
 
-class WorkedExamples : public ::testing::Test {
+class WorkedExamples : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-
     void Begin(const Example& example) {
         config = std::make_shared<CConfigCommon>();
         config->DefaultValues(example.test);

@@ -1,17 +1,59 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "files/element_document.h"
 #include "files/element_output.h"
 #include "foundation/host_contract.h"
+#include "foundation/host_services.h"
 #include "foundation/utilities.h"
 
 namespace vorex::test {
+
+/// Objects that pass between library and host, so that a test sees which of them outlive it.
+class LiveObjects {
+  public:
+    template <typename Object>
+    std::shared_ptr<Object> Watch(std::string_view what, std::shared_ptr<Object> object) {
+        if (object) mObjects.emplace_back(what, object);
+        return object;
+    }
+    /// Watches whatever the services will make.
+    void WatchServices(HostServices& services) {
+        WatchMaker("helper of an element", services.createElementBase);
+        WatchMaker("helper of a group", services.createContainerBase);
+        WatchMaker("standards", services.createStandards);
+        WatchMaker("standard", services.createStandard);
+        WatchMaker("limit", services.createExpectedResult);
+        WatchMaker("service record", services.createServiceRecord);
+        WatchMaker("settings of the guide", services.createTestGuideConfig);
+        WatchMaker("detector service", services.createDetectorService);
+        WatchMaker("detector link", services.createDetectorLink);
+    }
+    /// What is still alive, a name each, in the order in which the objects came.
+    std::vector<std::string> Alive() const {
+        std::vector<std::string> names;
+        for (const auto& [what, object] : mObjects)
+            if (!object.expired()) names.push_back(what);
+        return names;
+    }
+    std::size_t Count() const { return mObjects.size(); }
+
+  private:
+    template <typename Object, typename... Args>
+    void WatchMaker(std::string_view what, std::function<std::shared_ptr<Object>(Args...)>& make) {
+        if (!make) return;
+        make = [this, what, inner = std::move(make)](Args... args) { return Watch(what, inner(args...)); };
+    }
+
+    std::vector<std::pair<std::string, std::weak_ptr<void>>> mObjects;
+};
 
 /// Settings of the machine, by path and name; changed while a test runs.
 class FakeSettings : public ISettingsRegistry {

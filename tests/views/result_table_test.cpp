@@ -5,6 +5,7 @@
 #include "foundation/host_services.h"
 #include "foundation/utilities.h"
 #include "support/fake_element.h"
+#include "support/library_test.h"
 #include "support/result_row.h"
 
 namespace vorex::test {
@@ -29,14 +30,13 @@ class CountingTexts : public ITextService {
     mutable int count = 0;
 };
 
-class ResultTableTest : public ::testing::Test {
+class ResultTableTest : public LibraryTest {
   protected:
     ResultTableTest() {
         HostServices services;
         services.text = texts;
-        InstallServices(services);
+        Install(services);
     }
-    ~ResultTableTest() override { InstallServices({}); }
 
     void Make(int32_t test, int32_t kind, std::initializer_list<std::string_view> keys) {
         element->config->pTestID = test;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "foundation/host_services.h"
+#include "support/library_test.h"
 #include "support/recording_report.h"
 #include "waveforms/report_layout.h"
 #include "waveforms/waveform.h"
@@ -11,10 +12,8 @@
 namespace vorex {
 namespace {
 
-class WaveformReport : public ::testing::Test {
+class WaveformReport : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-
     static CWaveform Waveform(const std::string& samples, float interval, uint8_t type) {
         CWaveform waveform;
         waveform.IncludeInReport(true);

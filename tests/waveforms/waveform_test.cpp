@@ -5,15 +5,13 @@
 #include "foundation/host_error.h"
 #include "foundation/host_services.h"
 #include "support/fake_host.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
 
-class Waveforms : public ::testing::Test {
+class Waveforms : public test::LibraryTest {
   protected:
-    void SetUp() override { InstallServices({}); }
-    void TearDown() override { InstallServices({}); }
-
     std::shared_ptr<IXmlElement> Saved() { return waveform.Save(document); }
 
     std::shared_ptr<OutputDocument> document = std::make_shared<OutputDocument>();
