@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "execution/test_common.h"
+#include "foundation/library_state.h"
 #include "foundation/number_text.h"
 #include "results/result_common.h"
 
@@ -133,8 +134,24 @@ void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bo
 void HeadlessOperator::AfterEvent() {
     // A detector that has gone to sleep sees nothing: whoever sits here wakes it.
     if (mGuide != nullptr) mGuide->PressButton(guide_button::kWakeUp);
-    if (mPendingStop == nullptr || mStopTaken || mGuide == nullptr) return;
-    if (StoredExposures(*mGuide) < mPendingStop->number) return;
+    if (mPendingStop != nullptr && !mStopTaken && mGuide != nullptr &&
+        StoredExposures(*mGuide) >= mPendingStop->number)
+        PressStop();
+}
+
+/// A stop before the first exposure has to come before the first poll, which may bring that exposure. In
+/// fluoroscopy it comes after that poll: it is meant for an exposure that is held.
+bool HeadlessOperator::BeforeWait() {
+    if (mPendingStop == nullptr || mStopTaken || mGuide == nullptr || mPendingStop->number != 0) return false;
+    const auto element = mGuide->Element();
+    const auto config =
+        element ? std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()) : nullptr;
+    if (!config || config->pMeasurementMode == kFluoro || !State().gRunActive) return false;
+    PressStop();
+    return true;
+}
+
+void HeadlessOperator::PressStop() {
     mStopTaken = true;
     if (!mGuide->PressButton(guide_button::kStop)) Fail(*mPendingStop, "the button is not enabled");
 }

@@ -27,6 +27,7 @@ class HeadlessOperator : public IOperator, public IHeadlessOperator {
     HeadlessOperator(std::vector<ElementSteps> script, const IInstruments& instruments);
 
     bool OnIdle(IModalWindow& window) override;
+    bool BeforeWait() override;
     void AfterEvent() override;
     void Message(std::string_view title, std::string_view message) override;
     /// Abort is meant when the script says so.
@@ -44,6 +45,7 @@ class HeadlessOperator : public IOperator, public IHeadlessOperator {
     void TakeRun(FZRD47500TestGuide& guide, const std::function<bool()>& press, const OperatorStep& step);
     bool Faulty() const;
     void Fail(const OperatorStep& step, std::string_view reason);
+    void PressStop();
     void LeaveGuide(FZRD47500TestGuide& guide);
     std::string ElementName() const;
 

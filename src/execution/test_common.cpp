@@ -103,14 +103,15 @@ void CTestCommon::UpdateReferences() {
 }
 
 void CTestCommon::FinishTest(const CMtiData2* first, const CMtiData2* second) {
-    if (mDiscard) {
+    if (mOutcome == Outcome::kDiscarded) {
         mBase->Result(nullptr);
         return;
     }
     const auto result = std::dynamic_pointer_cast<CResultCommon>(mBase->Result());
     // A run that was stopped leaves its result in place, but is not stored as a finished one.
-    if (!mKeep || mStopped || !result) return;
-    FeedSurveys(*this, result->UpdateAllStatus(*this, mPipe->SelectedStandards().get(), mMarkNA));
+    if (mOutcome == Outcome::kUnchanged || mStopped || !result) return;
+    FeedSurveys(*this, result->UpdateAllStatus(*this, mPipe->SelectedStandards().get(),
+                                               mOutcome == Outcome::kMarkedNA));
     for (const CMtiData2* record : {first, second}) {
         if (record == nullptr) continue;
         if (const int32_t number = MergeMti(*mPipe->MtiList(), *record); number > 0) result->MTIID(number);

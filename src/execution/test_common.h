@@ -8,6 +8,7 @@
 
 #include "config/config_common.h"
 #include "execution/element_on_base.h"
+#include "execution/run_state.h"
 #include "execution/test_guide_contract.h"
 #include "foundation/class_registry.h"
 #include "foundation/detector_service.h"
@@ -62,7 +63,11 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     // Exposure cycle (test_perform.cpp).
     void RunGuide(bool earlierResult);
     void ConnectGuide();
-    void SplitComment();
+    bool Take(RunStep step);
+    void TakeLog();
+    void ReturnLog();
+    void BeginResult();
+    void EndHeldExposure();
     void RedrawEarlierResult();
     std::vector<CMtiData2> ReadInstruments();
     IDetectorService& Vti();
@@ -117,26 +122,25 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     ReadingContext Reading() const;
     void StoreRow(const DerivedRow& row, int32_t source);
     void FetchWaveforms(uint8_t type);
+    float ExposureTimeMs() const;
     void TransferWaveform(uint8_t type);
 
     Connection mLimitAdded;
     Connection mLimitDeleted;
     std::shared_ptr<IExecutionPipe> mPipe;
     std::shared_ptr<CResultCommon> mResult;
-    bool mStartBusy = false;
+    RunState mState = RunState::kClosed;
+    Outcome mOutcome = Outcome::kUnchanged;
     bool mStopped = false;
-    bool mDiscard = false;
-    bool mKeep = false;
-    bool mMarkNA = false;
-    bool mRan = false;  ///< exposures were asked for since `Perform` began
+    bool mRan = false;       ///< exposures were asked for since `Perform` began
+    bool mLogTaken = false;  ///< the log of edited values waits in the configuration
+    std::vector<CMtiData2> mInstrumentsAtStart;
     RunEnding mEnding = RunEnding::kComplete;
     std::string mFault;  ///< of the instruments, the first of the run
     uint8_t mExposureNo = 0;
     bool mDataReady = false;
-    bool mRedoActive = false;
     int32_t mSleepTimeOut = 0;
     int32_t mShutdownTimeout = 0;
-    bool mFluoroWaiting = false;
     bool mStopDone = false;
     std::string mExposureTime;
     std::string mLastKvp;
@@ -152,6 +156,8 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     std::shared_ptr<IDetectorService> vti;
     std::unique_ptr<FrmTimer> mFrmTimer;
     std::shared_ptr<ITestGuide> mfrmTestGuide;
+    std::vector<Connection>
+        mListening;  ///< to the instruments, during `Perform`; last, so that they end first
 };
 
 }  // namespace vorex

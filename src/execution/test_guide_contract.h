@@ -34,6 +34,7 @@ struct TestGuideEvents {
     Event<const std::string&> TargetFilterChangedEvent{"mfrmTestGuide_TargetFilterChangedEvent"};
     Event<> MASInputChanged{"mfrmTestGuide_MASInputChanged"};
     Event<> ConnectionLost{"mfrmTestGuide_ConnectionLost"};
+    Event<> ConnectionFound{"mfrmTestGuide_ConnectionFound"};
 };
 
 enum class GuideState { kIdle, kRunning };

@@ -65,7 +65,7 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
             mCharging = false;
             header.push_back(Translate(text::kBatteryStatus, {PlainText(static_cast<int32_t>(level)) + "%"}));
         }
-        const int32_t kind = config->DetectorName;
+        const int32_t kind = mfrmTestGuide ? mfrmTestGuide->DetectorType() : config->DetectorName;
         if (HasZrd(kind)) {
             const std::string& name = config->pTargetFilterName;
             if (!EqualsIgnoringCase(name, mTargetFilter)) {
@@ -87,6 +87,8 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
         mCharging = false;
         mTargetFilter.clear();
     }
+    // The lists of rows count from behind a header of two lines at least.
+    if (header.size() < kUsualHeaderLines) header.push_back(Translate(text::kEmptyLine, {""}));
     for (std::string& line : header) lines.push_back(std::move(line));
 }
 
@@ -96,7 +98,7 @@ void CTestCommon::RefreshInfo() {
 
 void CTestCommon::RefreshLiveInfo() {
     RefreshInfo();
-    if (mStartBusy || mRedoActive) ShowLiveRows();
+    if (IsTaking(mState)) ShowLiveRows();
 }
 
 void CTestCommon::ShowRows(std::vector<int32_t> rows) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "execution/survey_feed.h"
 #include "execution/test_common.h"
@@ -21,22 +22,27 @@ void Announce(const StoredExposure& stored) {
 
 void CTestCommon::ConnectInstruments() {
     DetectorEvents& events = vti->events;
-    events.VTI_DataReady.Connect([this](const ZrdReading& reading) { VTI_DataReady(reading); });
-    events.vti_AddWakeUpButton.Connect([this](bool wakeUp) { vti_AddWakeUpButton(wakeUp); });
-    events.vti_EnableStopButton.Connect([this](bool enable) { vti_EnableStopButton(enable); });
-    events.vti_CheckExposureWaveform.Connect([this](uint8_t type) { vti_CheckExposureWaveform(type); });
-    events.vti_TestSWDataReady.Connect([this](const PelomarkReading& r) { vti_TestSWDataReady(r); });
-    events.vti_TestmAsDataReady.Connect([this](const MasReading& r) { vti_TestmAsDataReady(r); });
-    events.vti_DisplaySensorResetMsg.Connect([this](bool show) {
-        if (mfrmTestGuide) mfrmTestGuide->ShowOverlay(show, text::kResettingPleaseWait);
-    });
-    events.vti_ZeroingmAs.Connect([this](bool show) {
-        if (mfrmTestGuide) mfrmTestGuide->ShowOverlay(show, text::kZeroingPleaseWait);
-    });
+    const auto overlay = [this](std::string_view words) {
+        return [this, words](bool show) {
+            if (mfrmTestGuide) mfrmTestGuide->ShowOverlay(show, words);
+        };
+    };
+    mListening.clear();
+    const auto listen = [this](auto& event, auto handler) {
+        mListening.push_back(event.Listen(std::move(handler)));
+    };
+    listen(events.VTI_DataReady, [this](const ZrdReading& reading) { VTI_DataReady(reading); });
+    listen(events.vti_AddWakeUpButton, [this](bool wakeUp) { vti_AddWakeUpButton(wakeUp); });
+    listen(events.vti_EnableStopButton, [this](bool enable) { vti_EnableStopButton(enable); });
+    listen(events.vti_CheckExposureWaveform, [this](uint8_t type) { vti_CheckExposureWaveform(type); });
+    listen(events.vti_TestSWDataReady, [this](const PelomarkReading& r) { vti_TestSWDataReady(r); });
+    listen(events.vti_TestmAsDataReady, [this](const MasReading& r) { vti_TestmAsDataReady(r); });
+    listen(events.vti_DisplaySensorResetMsg, overlay(text::kResettingPleaseWait));
+    listen(events.vti_ZeroingmAs, overlay(text::kZeroingPleaseWait));
 }
 
 ReadingContext CTestCommon::Reading() const {
-    return {*Config(), *mResult, mExposureNo, mRedoActive};
+    return {*Config(), *mResult, mExposureNo, IsRedo(mState)};
 }
 
 void CTestCommon::StoreRow(const DerivedRow& row, int32_t source) {
@@ -72,7 +78,7 @@ void CTestCommon::vti_AddWakeUpButton(bool wakeUp) {
 
 void CTestCommon::vti_EnableStopButton(bool enable) {
     mFetchWaveforms = !enable;
-    mFluoroWaiting = enable;
+    Take(enable ? RunStep::kHold : RunStep::kRelease);
     if (enable) mStopDone = mSkipCount = false;
 }
 
@@ -89,7 +95,14 @@ void CTestCommon::FetchWaveforms(uint8_t type) {
     if (!Guarded(
             "FetchWaveforms", [&] { TransferWaveform(type); }, &failure))
         BreakOff(failure);
-    if (mFrmTimer) mFrmTimer->StartTimer();
+    if (mFrmTimer && State().gRunActive) mFrmTimer->StartTimer();
+}
+
+/// The instrument gives the time in the unit of its column, which in fluoroscopy is the second.
+float CTestCommon::ExposureTimeMs() const {
+    constexpr double kMsASecond = 1000;
+    const bool seconds = TimeUnitKey(Config()->pMeasurementMode) == text::kUnitSec;
+    return static_cast<float>(ReadNumber(mExposureTime) * (seconds ? kMsASecond : 1));
 }
 
 void CTestCommon::TransferWaveform(uint8_t type) {
@@ -108,13 +121,12 @@ void CTestCommon::TransferWaveform(uint8_t type) {
     show();
     const bool exposed = ReadNumber(mLastKvp) > 0 && ReadNumber(mExposureTime) > 0;
     if (!import || (type != kMaWaveform && !exposed)) return;
-    mfrmTestGuide->SetStatusText(Translate(text::kRetrievingWaveform));
+    mfrmTestGuide->SetStatusText(text::kRetrievingWaveform);
     Services().platform->PumpMessages();
     Vti().Armed(false);
     std::string failure;
     const auto transfer = [&] {
-        const float length =
-            type == kMaWaveform ? kMaLengthMs : static_cast<float>(ReadNumber(mExposureTime));
+        const float length = type == kMaWaveform ? kMaLengthMs : ExposureTimeMs();
         const std::string data = Vti().GetWaveform(0, length, kPoints, type);
         if (data.empty() || mStopped) return;
         mResult->Resolution(Vti().WaveformResolution());
@@ -124,7 +136,7 @@ void CTestCommon::TransferWaveform(uint8_t type) {
     };
     if (!Guarded("GetWaveform", transfer, &failure) && mFault.empty()) mFault = failure;
     Vti().Armed(true);
-    mfrmTestGuide->SetStatusText(Translate(text::kTestInProgress));
+    mfrmTestGuide->SetStatusText(text::kTestInProgress);
 }
 
 }  // namespace vorex

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "execution/survey_feed.h"
 #include "execution/test_common.h"
@@ -18,40 +19,57 @@ namespace {
 constexpr int32_t kPollMs = 500;
 constexpr int32_t kFluoroscopyPollMs = 1000;
 constexpr uint8_t kMostExposures = 255;
+/// The host's list has room for two instruments of a test.
+constexpr std::size_t kMostInstruments = 2;
 
-/// Sets a flag for the length of a scope.
-class ScopedFlag {
+/// Runs a function at the end of a scope, also when an exception ends it.
+template <typename Function>
+class AtEnd {
   public:
-    explicit ScopedFlag(bool& flag) : mFlag(flag) { mFlag = true; }
-    ~ScopedFlag() { mFlag = false; }
-    ScopedFlag(const ScopedFlag&) = delete;
-    ScopedFlag& operator=(const ScopedFlag&) = delete;
+    explicit AtEnd(Function function) : mFunction(std::move(function)) {}
+    ~AtEnd() { mFunction(); }
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
 
   private:
-    bool& mFlag;
+    Function mFunction;
 };
+
+bool NamesInstrument(std::string_view serialNumber) {
+    return !serialNumber.empty() && serialNumber != "0";
+}
+
+bool NamesAny(const std::vector<CMtiData2>& instruments) {
+    return std::any_of(instruments.begin(), instruments.end(),
+                       [](const CMtiData2& instrument) { return !instrument.SerialNumber().empty(); });
+}
 
 }  // namespace
 
 void CTestCommon::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
     if (!pipe->BeginElement(*this)) return;
-    mStopped = mStartBusy = mRedoActive = mRan = false;
+    mStopped = mRan = mLogTaken = false;
     mExposureNo = 0;
+    mInstrumentsAtStart.clear();
+    if (vti) ConnectInstruments();
     AdoptDetectorOption();
     CreateResult(false);
     const bool earlierResult = mResult && mResult->Status() != kNotTested;
     mPipe = pipe;
     const PassedOver passed = TakePassedOver(*Sequence(), *mPipe);
-    mDiscard = passed == PassedOver::kSkipped;
-    mMarkNA = mKeep = passed == PassedOver::kMarkedNA;
+    mOutcome = passed == PassedOver::kSkipped    ? Outcome::kDiscarded
+               : passed == PassedOver::kMarkedNA ? Outcome::kMarkedNA
+                                                 : Outcome::kUnchanged;
     if (passed == PassedOver::kNo) RunGuide(earlierResult);
-    const std::vector<CMtiData2> instruments = ReadInstruments();
+    std::vector<CMtiData2> instruments = ReadInstruments();
+    // A lost link answers no serial numbers.
+    if (!NamesAny(instruments)) instruments = mInstrumentsAtStart;
     if (mRan) NoteInstruments(instruments);
     Guarded("Disconnect", [&] { Vti().Disconnect(); });
-    const auto config = Config();
-    const bool judged = mResult && (mResult->Status() == kPassed || mResult->Status() == kFailed);
-    if (judged && !config->PrintTheComment.empty())
-        mResult->Comment(AppendComment(mResult->Comment(), config->PrintTheComment));
+    mListening.clear();
+    mFrmTimer.reset();
+    Take(RunStep::kClose);
+    ReturnLog();
     if (mfrmTestGuide) Guarded("Unload", [&] { mfrmTestGuide->Unload(); });
     mfrmTestGuide.reset();
     FinishTest(!instruments.empty() ? &instruments[0] : nullptr,
@@ -62,10 +80,11 @@ void CTestCommon::Perform(const std::shared_ptr<IExecutionPipe>& pipe) {
 void CTestCommon::RunGuide(bool earlierResult) {
     mfrmTestGuide = CreateObjectAs<ITestGuide>(kTestGuideClass);
     if (!mfrmTestGuide) return;
+    Take(RunStep::kOpen);
     ConnectGuide();
     Guarded("Load", [&] { mfrmTestGuide->Load(); });
     mExposureCount = Config()->pNoOfExposures;
-    SplitComment();
+    TakeLog();
     mfrmTestGuide->ToolbarState(GuideState::kIdle, earlierResult);
     mfrmTestGuide->ShowStatus(mResult.get());
     mfrmTestGuide->Initialize(shared_from_this(), mPipe, BuildGuideInfo());
@@ -94,14 +113,31 @@ void CTestCommon::ConnectGuide() {
     events.TargetFilterChangedEvent.Connect([this](const std::string&) { RefreshLiveInfo(); });
     events.MASInputChanged.Connect([this] { RefreshLiveInfo(); });
     events.ConnectionLost.Connect([this] { RefreshInfo(); });
+    events.ConnectionFound.Connect([this] { RefreshInfo(); });
 }
 
-/// The operator's words stay with the result; the log of edited values waits in the configuration.
-void CTestCommon::SplitComment() {
+/// False when the step is not possible now.
+bool CTestCommon::Take(RunStep step) {
+    const auto next = StateAfter(mState, step);
+    mState = next.value_or(mState);
+    return next.has_value();
+}
+
+/// The operator's words stay with the result; the log of its edited values waits in the configuration.
+void CTestCommon::TakeLog() {
     const std::string comment = mResult->Comment();
-    if (comment.empty()) return;
     Config()->PrintTheComment = CommentLog(comment);
-    mResult->Comment(CommentWords(comment));
+    mLogTaken = !Config()->PrintTheComment.empty();
+    if (!comment.empty()) mResult->Comment(CommentWords(comment));
+}
+
+/// A new log goes to a judged result; one that was taken from the result returns to it in any case.
+void CTestCommon::ReturnLog() {
+    const auto config = Config();
+    const std::string log = config ? std::exchange(config->PrintTheComment, {}) : std::string();
+    const bool judged = mResult && (mResult->Status() == kPassed || mResult->Status() == kFailed);
+    if (log.empty() || !mResult || !(judged || mLogTaken)) return;
+    mResult->Comment(AppendComment(mResult->Comment(), log));
 }
 
 void CTestCommon::RedrawEarlierResult() {
@@ -127,27 +163,26 @@ IDetectorService& CTestCommon::Vti() {
     return *vti;
 }
 
-/// An entry without a serial number keeps its place and stays empty.
+/// An entry without a serial number keeps its place and stays empty. What one of the instruments cannot
+/// answer costs no other answer.
 std::vector<CMtiData2> CTestCommon::ReadInstruments() {
-    std::vector<CMtiData2> records;
-    Guarded("ReadInstruments", [&] {
-        const std::string serials = Vti().SerialNumbers();
-        const std::string dates = Vti().CalibrationDates();
-        const auto serialParts = SplitText(serials, ',');
-        const auto dateParts = SplitText(dates, ',');
-        for (std::size_t i = 0; i < serialParts.size(); ++i) {
-            const std::string serial(Trimmed(serialParts[i]));
-            CMtiData2& record = records.emplace_back();
-            if (serial.empty()) continue;
-            record.Name(Vti().InstrumentName(static_cast<int32_t>(i)));
-            record.SerialNumber(serial);
-            if (i < dateParts.size()) record.CalibrationDate(std::string(Trimmed(dateParts[i])));
-        }
-    });
+    std::string serials;
+    std::string dates;
+    Guarded("SerialNumbers", [&] { serials = Vti().SerialNumbers(); });
+    Guarded("CalibrationDates", [&] { dates = Vti().CalibrationDates(); });
+    const auto serialParts = SplitText(serials, ',');
+    const auto dateParts = SplitText(dates, ',');
+    std::vector<CMtiData2> records(std::min(serialParts.size(), kMostInstruments));
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const std::string serial(Trimmed(serialParts[i]));
+        if (!NamesInstrument(serial)) continue;
+        records[i].SerialNumber(serial);
+        if (i < dateParts.size()) records[i].CalibrationDate(std::string(Trimmed(dateParts[i])));
+        Guarded("InstrumentName", [&] { records[i].Name(Vti().InstrumentName(static_cast<int32_t>(i))); });
+    }
     return records;
 }
 
-/// The host's list has room for two instruments of a test; the result tells all.
 void CTestCommon::NoteInstruments(const std::vector<CMtiData2>& instruments) {
     if (!mResult || !mResult->Run()) return;
     RunRecord run = *mResult->Run();
@@ -168,17 +203,15 @@ bool CTestCommon::InFluoroscopy() const {
 // ------------------------------------------------------------------------------------------ the run
 
 void CTestCommon::mfrmTestGuide_StartTest() {
-    if (mStartBusy || Sequence()->gRunActive) return;
-    const ScopedFlag busy(mStartBusy);
-    mStopped = mMarkNA = mDiscard = false;
-    mKeep = true;
+    if (Sequence()->gRunActive || !Take(RunStep::kStart)) return;
+    const AtEnd end([this] { Take(RunStep::kEnd); });
+    mStopped = false;
+    mOutcome = Outcome::kKept;
     BeginRecord();
     const std::string start = PresentTime();
+    mInstrumentsAtStart = ReadInstruments();
     mfrmTestGuide->ClearTable();
-    if (mResult->Status() != kNotTested) {
-        CreateResult(true);
-        mfrmTestGuide->ShowResult(shared_from_this(), 0);
-    }
+    if (mResult->Status() != kNotTested || !mResult->Rows().empty()) BeginResult();
     ShowRunning();
     mResult->pTestGuide = true;
     std::string failure;
@@ -190,6 +223,14 @@ void CTestCommon::mfrmTestGuide_StartTest() {
     JudgeAll();
     NoteRun(start);
     ShowIdle();
+}
+
+/// The log of edited values goes with the result that it describes.
+void CTestCommon::BeginResult() {
+    CreateResult(true);
+    Config()->PrintTheComment.clear();
+    mLogTaken = false;
+    mfrmTestGuide->ShowResult(shared_from_this(), 0);
 }
 
 void CTestCommon::BeginRecord() {
@@ -237,7 +278,7 @@ void CTestCommon::NoteRedo(uint8_t exposureNumber) {
 void CTestCommon::ShowRunning() {
     mfrmTestGuide->ResetSelection();
     mfrmTestGuide->ToolbarState(GuideState::kRunning, false);
-    mfrmTestGuide->SetStatusText(Translate(text::kTestInProgress));
+    mfrmTestGuide->SetStatusText(text::kTestInProgress);
 }
 
 void CTestCommon::JudgeAll() {
@@ -284,7 +325,7 @@ void CTestCommon::StartPolling() {
     }
     mFrmTimer->Interval(InFluoroscopy() ? kFluoroscopyPollMs : kPollMs);
     Vti().BeginRun();
-    mSkipCount = mDataReady = mStopDone = mFluoroWaiting = false;
+    mSkipCount = mDataReady = mStopDone = false;
     mFetchWaveforms = true;
     Sequence()->gRunActive = true;
     mFrmTimer->StartTimer();
@@ -292,6 +333,7 @@ void CTestCommon::StartPolling() {
 
 void CTestCommon::StopPolling() {
     if (mFrmTimer) mFrmTimer->StopTimer();
+    Take(RunStep::kRelease);
     Sequence()->gRunActive = false;
     std::string failure;
     if (!Guarded(
@@ -337,7 +379,7 @@ void CTestCommon::Tick() {
         BreakOff(fault.empty() ? text::kReasonLinkLost : fault);
     }
     if (mDataReady) CountExposure();
-    const bool finished = (mRedoActive && mDataReady) || mExposureNo == mExposureCount;
+    const bool finished = (IsRedo(mState) && mDataReady) || mExposureNo == mExposureCount;
     if (!finished && !mStopped)
         mFrmTimer->StartTimer();
     else if (Sequence()->gMenuOpen)
@@ -350,7 +392,7 @@ void CTestCommon::CountExposure() {
         return;
     }
     if (mExposureNo < kMostExposures) ++mExposureNo;
-    if (!MoreExposures() || mRedoActive) return;
+    if (!MoreExposures() || IsRedo(mState)) return;
     if (mResult) mResult->ResetTheMeasurements();
     RefreshInfo();
     ShowLiveRows();
@@ -362,23 +404,24 @@ void CTestCommon::FinishFromTimer() {
     JudgeAll();
     ShowIdle();
     mfrmTestGuide->EnableMenuRedoExposure(true);
-    mStartBusy = mRedoActive = false;
+    Take(RunStep::kEnd);
     mExposureNo = static_cast<uint8_t>(mExposureCount);
 }
 
 // --------------------------------------------------------------------------------- the guide's events
 
 void CTestCommon::mfrmTestGuide_StopTest() {
-    if (!InFluoroscopy() || !mFluoroWaiting) {
-        mfrmTestGuide->SetToolBarButtonStatus(guide_button::kStop, false);
-        mStopped = true;
-        mSkipCount = false;
-        if (mEnding == RunEnding::kComplete) mEnding = RunEnding::kStopped;
-        return;
-    }
-    // An exposure is held open: Stop ends it and counts it.
+    if (InFluoroscopy() && IsHeld(mState)) return EndHeldExposure();
+    mfrmTestGuide->SetToolBarButtonStatus(guide_button::kStop, false);
+    mStopped = true;
+    mSkipCount = false;
+    if (mEnding == RunEnding::kComplete) mEnding = RunEnding::kStopped;
+}
+
+/// Stop ends the exposure that is held, and counts it.
+void CTestCommon::EndHeldExposure() {
     mStopDone = mFetchWaveforms = mSkipCount = true;
-    mFluoroWaiting = false;
+    Take(RunStep::kRelease);
     const int32_t kind = mfrmTestGuide->DetectorType();
     if (HasZrd(kind)) FetchWaveforms(kKvWaveform);
     if (HasMasMeter(kind)) FetchWaveforms(kMaWaveform);
@@ -394,7 +437,8 @@ void CTestCommon::Leave(int32_t navigation) {
 
 void CTestCommon::mfrmTestGuide_AbortTest() {
     mfrmTestGuide_StopTest();
-    mDiscard = mStopped = true;
+    mOutcome = Outcome::kDiscarded;
+    mStopped = true;
     Leave(kGoAbort);
 }
 
@@ -407,19 +451,21 @@ void CTestCommon::mfrmTestGuide_Previous() {
 }
 
 void CTestCommon::mfrmTestGuide_Skip() {
-    mDiscard = true;
+    mOutcome = Outcome::kDiscarded;
     Leave(kGoSkip);
 }
 
 void CTestCommon::mfrmTestGuide_NA() {
-    mStopped = mDiscard = false;
-    mKeep = mMarkNA = true;
+    mStopped = false;
+    mOutcome = Outcome::kMarkedNA;
     Leave(kGoNext);
 }
 
 void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
-    if (mStartBusy || Sequence()->gRunActive || exposureNumber == 0) return;
-    if (!(ReadNumber(Vti().SerialNumbers()) > 0)) return;
+    if (Sequence()->gRunActive || exposureNumber == 0) return;
+    if (!(ReadNumber(Vti().SerialNumbers()) > 0) || !Take(RunStep::kRedo)) return;
+    const AtEnd end([this] { Take(RunStep::kEnd); });
+    mStopDone = false;
     const uint8_t exposureBefore = mExposureNo;
     const bool stoppedBefore = mStopped;
     mStopped = false;
@@ -438,7 +484,6 @@ void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
             RefreshInfo();
             ShowRunning();
             ShowLiveRows();
-            mRedoActive = true;
             StartPolling();
             while (mExposureNo < exposureNumber && !mDataReady && !mStopped)
                 if (!Services().platform->WaitForEvent()) BreakOff(text::kReasonNothingToCome);
@@ -451,7 +496,7 @@ void CTestCommon::mfrmTestGuide_ReDoExposure(uint8_t exposureNumber) {
     mResult->EndRedo();
     JudgeResult();
     NoteRedo(exposureNumber);
-    mRedoActive = false;
+    Take(RunStep::kEnd);
     ShowIdle();
     mExposureNo = exposureBefore;
 }

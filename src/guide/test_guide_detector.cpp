@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
@@ -57,6 +58,7 @@ bool FZRD47500TestGuide::WatchGoesOn() {
     int32_t& failures = mSequence->watchFailures;
     if (alive) {
         failures = 0;
+        if (std::exchange(mLinkLost, false)) events.ConnectionFound.Raise();
         return true;
     }
     // The first failure is announced; the watch goes on, so that a link that comes back is noticed.
@@ -67,6 +69,7 @@ bool FZRD47500TestGuide::WatchGoesOn() {
 }
 
 void FZRD47500TestGuide::LoseConnection() {
+    if (std::exchange(mLinkLost, true)) return;
     mToolbar.SetTargetFilters({}, -1);
     mToolbar.Enable(guide_button::kWakeUp, false);
     events.ConnectionLost.Raise();

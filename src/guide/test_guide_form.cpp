@@ -1,7 +1,10 @@
 #include "guide/test_guide_form.h"
 
+#include <algorithm>
+
 #include "config/config_mqsa.h"
 #include "foundation/host_services.h"
+#include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 
@@ -25,6 +28,7 @@ void FZRD47500TestGuide::Load() {
         if (!vti) return;
         mListening.push_back(
             vti->events.vti_AddWakeUpButton.Listen([this](bool wakeUp) { SetWakeUpButton(wakeUp); }));
+        mConnectedKind = ReadInteger(vti->DetectorKind());
     });
     StartWatch();
 }
@@ -37,7 +41,10 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
     mPipe = pipe;
     mConfig = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
     if (mConfig) {
-        mKind = mConfig->DetectorName;
+        // Before the first run the guide follows what is connected, where anything is.
+        const auto result = Result();
+        const bool measured = result && (result->Status() == kPassed || result->Status() == kFailed);
+        mKind = measured || mConnectedKind == kNoDetector ? mConfig->DetectorName : mConnectedKind;
         std::string_view input = mConfig->MASInput ? text::kShunt : text::kClamp;
         if (mConfig->ManualSelectedInTestGuide) input = text::kManual;
         mConfig->TestGuideMASInput = input;  // a key: the file reads in every language
@@ -103,11 +110,13 @@ void FZRD47500TestGuide::ShowRows(std::span<const int32_t> rows) {
 }
 
 std::vector<std::string> FZRD47500TestGuide::VisibleLines() const {
-    if (!mVisibleRows) return mLines;
     std::vector<std::string> lines;
-    for (int32_t row : *mVisibleRows)
-        if (row >= 1 && static_cast<std::size_t>(row) <= mLines.size())
-            lines.push_back(mLines[static_cast<std::size_t>(row - 1)]);
+    for (std::size_t line = 0; line < mLines.size(); ++line) {
+        const auto row = static_cast<int32_t>(line + 1);
+        const bool shown = !mVisibleRows ||
+                           std::find(mVisibleRows->begin(), mVisibleRows->end(), row) != mVisibleRows->end();
+        if (shown && !mLines[line].empty()) lines.push_back(mLines[line]);
+    }
     return lines;
 }
 

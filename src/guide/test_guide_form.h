@@ -70,8 +70,8 @@ class FZRD47500TestGuide : public ITestGuide {
     void Unload() override;
 
     // What the operator does.
-    /// False when the button cannot be pressed now. A shortcut press of Start goes with the state: Next
-    /// where it is enabled, Stop during a run, else Start; a plain press always starts.
+    /// False when the button cannot be pressed now. A shortcut press of Start stops a run that is active; a
+    /// plain press always starts.
     bool PressButton(int32_t key, bool shortcut = false);
     /// Selects a stored exposure and chooses "Redo Exposure" of the menu; false when the menu would not
     /// offer it.
@@ -89,7 +89,8 @@ class FZRD47500TestGuide : public ITestGuide {
     const GuideButton* Button(int32_t key) const { return mToolbar.Find(key); }
     const std::vector<GuideTab>& Tabs() const { return mTabs; }
     const std::vector<std::string>& InfoLines() const { return mLines; }
-    /// The instruction lines that are not hidden at present.
+    /// The instruction lines that are not hidden at present. An empty line keeps its number, and is never
+    /// shown.
     std::vector<std::string> VisibleLines() const;
     const std::string& StatusLine() const { return mStatusLine; }
     /// Status of the result that is shown.
@@ -203,6 +204,7 @@ class FZRD47500TestGuide : public ITestGuide {
     std::string mHiddenColumns;
     bool mAllShown = false;
     bool mManualNote = false;
+    bool mLinkLost = false;  ///< and announced
     int32_t mFirmwareVersion = 0;
     std::vector<Connection> mListening;  ///< to the view and the detector; last, so that they end first
 };

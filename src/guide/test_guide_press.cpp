@@ -134,7 +134,6 @@ void FZRD47500TestGuide::PressStart(bool shortcut) {
     mManualNote = false;
     mToolbar.Enable(kDisconnect, true);
     if (!AdaptToDetector()) return;
-    if (shortcut && mToolbar.Enabled(kNext)) return PressNext();
     events.StartTest.Raise();
     LeaveRunningState();
 }

@@ -230,13 +230,13 @@ std::vector<MenuItem> FZRD47500TestGuide::MenuItems() const {
 void FZRD47500TestGuide::OpenMenu() {
     const auto& platform = Services().platform;
     if (!platform) return;
-    const std::vector<MenuItem> items = MenuItems();
     int32_t chosen = 0;
     Guarded("mnuPopup", [&] {
         const MenuOpen open(*mSequence);
-        chosen = platform->ShowPopupMenu(items);
+        chosen = platform->ShowPopupMenu(MenuItems());
     });
-    if (!CanChoose(items, chosen)) return;
+    // A run may have ended under the open menu: Redo is available then.
+    if (!CanChoose(MenuItems(), chosen)) return;
     const WatchPause pause(*this);
     Guarded("mnuPopup_Click", [&] {
         if (chosen == guide_menu::kRedo)

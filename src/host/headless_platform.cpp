@@ -202,6 +202,7 @@ void HeadlessPlatform::PumpMessages() {
 }
 
 bool HeadlessPlatform::WaitForEvent() {
+    if (mOperator != nullptr && mOperator->BeforeWait()) return true;
     const auto entry = mSchedule->Earliest();
     if (entry == mSchedule->entries.end()) return false;
     const int64_t due = entry->due;

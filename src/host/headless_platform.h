@@ -20,7 +20,10 @@ class IHeadlessOperator {
     virtual ~IHeadlessOperator() = default;
     /// Asked whenever a modal window waits. True when the operator did something; False lets time pass.
     virtual bool OnIdle(IModalWindow& window) = 0;
-    /// Told after each event, also inside a run that a step of the operator started.
+    /// Asked before time passes, also inside a run that a step of the operator started. True when the
+    /// operator did something.
+    virtual bool BeforeWait() { return false; }
+    /// Told after each event, also inside such a run.
     virtual void AfterEvent() {}
     virtual int32_t MenuChoice(const std::vector<MenuItem>& /*items*/) { return 0; }
     virtual void Message(std::string_view /*title*/, std::string_view /*message*/) {}

@@ -90,6 +90,7 @@ class GuideTest : public LibraryTest {
     /// Detector option 0 leaves the kind to the detector.
     void Configure(int32_t testId, int32_t kind, int32_t option) {
         element->testId = testId;
+        room->kind = kind;
         config = std::make_shared<CConfigCommon>();
         config->DefaultValues(testId);
         config->DetectorName = kind;

@@ -24,6 +24,9 @@ struct FakeInstruments {
     int32_t linkState = 1;
     bool linkOpens = true;  ///< `OpenLink` succeeds
     bool linkOpen = false;
+    bool charging = false;
+    uint8_t batteryLevel = 80;
+    std::string ionChamber;
     bool exposureDone = false;
     std::vector<std::string> targetFilters;
     std::string defaultTargetFilter;
@@ -49,8 +52,8 @@ class FakeDetector : public IDetectorService {
   public:
     explicit FakeDetector(std::shared_ptr<FakeInstruments> instruments) : mRoom(std::move(instruments)) {}
 
-    bool IsCharging() override { return false; }
-    uint8_t BatteryLevel() override { return 80; }
+    bool IsCharging() override { return mRoom->charging; }
+    uint8_t BatteryLevel() override { return mRoom->batteryLevel; }
     float WaveformResolution() override { return 1; }
     void Mode(const std::string& text) override { mRoom->Call("Mode", text); }
     void Settings(const std::string& text) override { mRoom->Call("Settings", text); }
@@ -60,7 +63,10 @@ class FakeDetector : public IDetectorService {
         if (mRoom->onPoll) mRoom->onPoll(events);
         return mRoom->alive;
     }
-    std::string GetWaveform(int32_t, float, int32_t, uint8_t) override { return mRoom->waveform; }
+    std::string GetWaveform(int32_t, float length, int32_t, uint8_t type) override {
+        mRoom->Call("GetWaveform", std::to_string(type) + " " + std::to_string(static_cast<int>(length)));
+        return mRoom->waveform;
+    }
     bool ExposureDone() override { return std::exchange(mRoom->exposureDone, false); }
     void WakeUp() override { mRoom->Call("WakeUp"); }
     void Armed(bool armed) override { mRoom->Call("Armed", armed ? "1" : "0"); }
@@ -82,7 +88,10 @@ class FakeDetector : public IDetectorService {
         mRoom->Call("SerialNumbers");
         return mRoom->serialNumbers;
     }
-    std::string CalibrationDates() override { return mRoom->calibrationDates; }
+    std::string CalibrationDates() override {
+        mRoom->Call("CalibrationDates");
+        return mRoom->calibrationDates;
+    }
     int32_t DosimeterConnected() override { return 0; }
     int32_t LinkState() override {
         mRoom->Call("LinkState");
@@ -107,10 +116,13 @@ class FakeDetector : public IDetectorService {
         return mRoom->dosimeterStatus;
     }
     void MASInput(bool shunt) override { mRoom->Call("MASInput", shunt ? "1" : "0"); }
-    std::string IonChamberName() override { return {}; }
+    std::string IonChamberName() override { return mRoom->ionChamber; }
     std::string IonCalFactor() override { return {}; }
     std::string IonCalConstant() override { return {}; }
-    std::string InstrumentName(int32_t) override { return "ZRD 47500WD"; }
+    std::string InstrumentName(int32_t index) override {
+        mRoom->Call("InstrumentName");
+        return index == 0 ? "ZRD 47500WD" : "mAs meter";
+    }
 
   private:
     std::shared_ptr<FakeInstruments> mRoom;

@@ -30,6 +30,7 @@ class FakePlatform : public IPlatform {
     void PumpMessages() override { FireNext(mNow); }
     bool WaitForEvent() override { return FireNext(INT64_MAX); }
     void ShowModal(IModalWindow& window) override {
+        shown = &window;
         window.Visible(true);
         while (window.Visible()) {
             if (onIdle) onIdle();
@@ -56,6 +57,13 @@ class FakePlatform : public IPlatform {
         moved.push_back(window);
     }
 
+    /// How many timers run.
+    int32_t Running() const {
+        return static_cast<int32_t>(std::count_if(mTimers.begin(), mTimers.end(),
+                                                  [](const Timer* timer) { return timer->Running(); }));
+    }
+
+    IModalWindow* shown = nullptr;  ///< the latest
     std::function<void()> onIdle;  ///< called while a window is shown and nothing is pending
     std::function<int32_t(const std::vector<MenuItem>&)> onMenu;
     bool confirms = true;

@@ -1,0 +1,50 @@
+#include "execution/run_state.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vorex {
+namespace {
+
+TEST(RunStates, AStepIsPossibleWhereTheTableHasIt) {
+    // A column for each step: open, start, redo, hold, release, end, close. A letter for the state after it,
+    // "." where the step is not possible.
+    struct Row {
+        RunState from;
+        const char* after;
+    };
+    const std::string letters = "CIRhDd";  // closed, idle, running, held, redoing, held in a redo
+    const Row rows[] = {
+        {RunState::kClosed, "I.....C"},  {RunState::kIdle, ".RD..IC"},    {RunState::kRunning, "...h.IC"},
+        {RunState::kRunHeld, "...hRIC"}, {RunState::kRedoing, "...d.IC"}, {RunState::kRedoHeld, "...dDIC"},
+    };
+    for (const Row& row : rows) {
+        std::string after;
+        for (int step = 0; step <= static_cast<int>(RunStep::kClose); ++step) {
+            const auto next = StateAfter(row.from, static_cast<RunStep>(step));
+            after += next ? letters[static_cast<std::size_t>(*next)] : '.';
+        }
+        EXPECT_EQ(after, row.after) << letters[static_cast<std::size_t>(row.from)];
+    }
+}
+
+TEST(RunStates, StatesAreGrouped) {
+    struct Row {
+        RunState state;
+        bool taking, redo, held;
+    };
+    const Row rows[] = {
+        {RunState::kClosed, false, false, false}, {RunState::kIdle, false, false, false},
+        {RunState::kRunning, true, false, false}, {RunState::kRunHeld, true, false, true},
+        {RunState::kRedoing, true, true, false},  {RunState::kRedoHeld, true, true, true},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(IsTaking(row.state), row.taking);
+        EXPECT_EQ(IsRedo(row.state), row.redo);
+        EXPECT_EQ(IsHeld(row.state), row.held);
+    }
+}
+
+}  // namespace
+}  // namespace vorex

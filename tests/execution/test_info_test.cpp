@@ -1,0 +1,138 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "execution/execution_fixture.h"
+
+namespace vorex::test {
+namespace {
+
+using testing::ElementsAre;
+using TestInfoTest = ExecutionTest;
+using Lines = std::vector<std::string>;
+
+TEST_F(TestInfoTest, TheHeaderFollowsTheKindAndTheBattery) {
+    struct Case {
+        int32_t kind;
+        bool charging;
+        const char* serials;
+        Lines header;
+    };
+    const Case cases[] = {
+        {kZrd, false, "4711", {" Battery Status: 80%", " Target/Filter: Mo/Rh"}},
+        {kZrd, true, "4711", {"Charging", " Target/Filter: Mo/Rh"}},
+        {kMasMeter, false, "4711", {" Battery Status: 80%", " mAs Input  : Shunt"}},
+        {kPelomark, false, "4711", {" Battery Status: 80%", "Ion Chamber : 6 cc"}},
+        {kZrdAndMas,
+         false,
+         "4711,8",
+         {" Battery Status: 80%", " Target/Filter: Mo/Rh", " mAs Input  : Shunt"}},
+        {kPelomarkAndMas, false, "47", {" Battery Status: 80%", "Ion Chamber : 6 cc", " mAs Input  : Shunt"}},
+        {kZrd, false, "0", {"Detector not connected", " ", " "}},
+    };
+    for (const Case& c : cases) {
+        const auto element = Make(kRadioRepro, 1, c.kind);
+        ConfigOf(*element).pTargetFilterName = "Mo/Rh";
+        ConfigOf(*element).MASInput = true;
+        room->charging = c.charging;
+        room->serialNumbers = c.serials;
+        room->ionChamber = "6 cc";
+        Perform(*element, {Step([&](FZRD47500TestGuide& guide) {
+            Lines shown = guide.VisibleLines();
+            shown.resize(c.header.size());
+            EXPECT_EQ(shown, c.header) << c.kind;
+        })});
+    }
+}
+
+TEST_F(TestInfoTest, ABatteryThatChangesInARunRedrawsTheLines) {
+    const auto element = Make(kRadioRepro, 2);
+    Lines seen;
+    const auto look = [&](DetectorEvents&) { seen.push_back(Guide().VisibleLines().front()); };
+    Queue(look);
+    Queue([this](DetectorEvents&) { room->batteryLevel = 79; });
+    Queue(look);
+    Queue([this](DetectorEvents&) { room->charging = true; });
+    Queue(look);
+    Expose("80");
+    Expose("80");
+    Perform(*element, {Start()});
+    EXPECT_THAT(seen, ElementsAre(" Battery Status: 80%", " Battery Status: 79%", "Charging"));
+}
+
+TEST_F(TestInfoTest, ARunShowsTheHeaderAndItsOwnLinesAndThenAllOfThem) {
+    // 100, 1 and 2: header; 8 or 9: "Take exposure", by the generator setup.
+    struct Case {
+        int32_t kind;
+        int32_t setup;
+        Lines live;
+        std::size_t all;
+    };
+    const Case cases[] = {
+        {kZrd, kSetupMas, {" Battery Status: 80%", " Target/Filter: ", "3. Take exposure."}, 8},
+        {kZrd, kSetupMaTime, {" Battery Status: 80%", " Target/Filter: ", "3. Take exposure."}, 9},
+        {kZrdAndMas,
+         kSetupMas,
+         {" Battery Status: 80%", " Target/Filter: ", " mAs Input  : Clamp", "3. Take exposure."},
+         9},
+    };
+    for (const Case& c : cases) {
+        const auto element = Make(kRadioRepro, 1, c.kind);
+        ConfigOf(*element).pGeneratorSetup = c.setup;
+        ConfigOf(*element).pTargetFilterName.clear();
+        ConfigOf(*element).MASInput = false;
+        Lines live;
+        Queue([&](DetectorEvents&) { live = Guide().VisibleLines(); });
+        Expose("80");
+        const auto all = [&](FZRD47500TestGuide& guide) {
+            EXPECT_EQ(guide.VisibleLines().size(), c.all) << c.kind << " " << c.setup;
+        };
+        Perform(*element, {Step(all), Start(), Step(all)});
+        EXPECT_EQ(live, c.live) << c.kind << " " << c.setup;
+    }
+}
+
+TEST_F(TestInfoTest, ALineWithoutAValueKeepsItsNumberAndIsNotShown) {
+    const auto element = Make(kMammoAec, 1);
+    ConfigOf(*element).pFilter.clear();
+    const auto look = [](std::size_t lines) {
+        return Step([lines](FZRD47500TestGuide& guide) {
+            const Lines shown = guide.VisibleLines();
+            EXPECT_EQ(guide.InfoLines().size(), 23U);
+            EXPECT_EQ(std::count(shown.begin(), shown.end(), ""), 0);
+            EXPECT_LT(shown.size(), lines);
+            EXPECT_EQ(shown.back(), "3. Take exposure.");
+        });
+    };
+    Lines live;
+    Queue([&](DetectorEvents&) { live = Guide().VisibleLines(); });
+    Expose("28");
+    Perform(*element, {look(23), Start(), look(23)});
+    ASSERT_FALSE(live.empty());
+    EXPECT_EQ(live.back(), "3. Take exposure.");
+}
+
+TEST_F(TestInfoTest, TheLinesAreThoseOfTheExposureThatComesAndNeverBehindTheTable) {
+    const auto element = Make(kFluoroAccuracy, 2);
+    ConfigOf(*element).SetValue(0, 2, "70");
+    ConfigOf(*element).SetValue(1, 2, "90");
+    Lines seen;
+    const auto voltage = [&] {
+        for (const std::string& line : Guide().InfoLines())
+            if (line.find("kVp to") != std::string::npos) seen.push_back(line);
+    };
+    Queue([&](DetectorEvents&) { voltage(); });
+    Expose("70");
+    Queue([&](DetectorEvents&) { voltage(); });
+    Expose("90");
+    Perform(*element, {Start(), Step([&](FZRD47500TestGuide& guide) {
+                           guide.events.MASInputChanged.Raise();  // lines are built after the last exposure
+                           voltage();
+                       })});
+    EXPECT_THAT(seen, ElementsAre("    Set Machine kVp to 70 KV.", "    Set Machine kVp to 90 KV.",
+                                  "    Set Machine kVp to 90 KV."));
+}
+
+}  // namespace
+}  // namespace vorex::test

@@ -1,0 +1,192 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "execution/execution_fixture.h"
+#include "foundation/utilities.h"
+
+namespace vorex::test {
+namespace {
+
+using testing::ElementsAre;
+using TestPerformTest = ExecutionTest;
+
+/// The instruments in the host's list, "name/serial/date".
+std::vector<std::string> Listed(const IMtiList& list) {
+    std::vector<std::string> texts;
+    for (const MtiEntry& entry : list.Entries())
+        texts.push_back(entry.name + "/" + entry.serialNumber + "/" + entry.calibrationDate);
+    return texts;
+}
+
+std::vector<std::string> Voltages(const CResultCommon& result) {
+    std::vector<std::string> values;
+    for (std::size_t row = 0; row < result.Rows().size(); ++row)
+        values.push_back(result.GetValue(static_cast<uint8_t>(row), 2));
+    return values;
+}
+
+TEST_F(TestPerformTest, TheInstrumentsOfARunAreNoted) {
+    struct Case {
+        const char* serials;
+        const char* failing;  ///< an operation, or empty
+        std::vector<std::string> listed;
+        std::size_t noted;  ///< with the result
+    };
+    const Case cases[] = {
+        {"4711", "", {"ZRD 47500WD/4711/2026-01-15"}, 1},
+        {"4711, 88", "", {"ZRD 47500WD/4711/2026-01-15", "mAs meter/88/2026-02-01"}, 2},
+        {"4711,88,99", "", {"ZRD 47500WD/4711/2026-01-15", "mAs meter/88/2026-02-01"}, 2},
+        {"4711,0", "", {"ZRD 47500WD/4711/2026-01-15"}, 1},
+        {"4711,", "", {"ZRD 47500WD/4711/2026-01-15"}, 1},
+        {"4711", "InstrumentName", {"ZRD 47500WD/4711/2026-01-15"}, 1},
+        {"4711", "CalibrationDates", {"ZRD 47500WD/4711/"}, 1},
+    };
+    for (const Case& c : cases) {
+        instruments = std::make_shared<class MtiList>();
+        pipe = std::make_shared<ExecutionPipe>(instruments, std::make_shared<class SelectedStandards>());
+        room->serialNumbers = c.serials;
+        room->calibrationDates = "2026-01-15,2026-02-01,2026-03-01";
+        room->failing.clear();
+        if (*c.failing != '\0') room->failing.insert(c.failing);
+        const auto element = Make(kRadioRepro, 1);
+        Expose("80");
+        Perform(*element, {Start()});
+        EXPECT_EQ(Listed(*instruments), c.listed) << c.serials << c.failing;
+        ASSERT_TRUE(ResultOf(*element)->Run());
+        EXPECT_EQ(ResultOf(*element)->Run()->instruments.size(), c.noted) << c.serials << c.failing;
+    }
+}
+
+TEST_F(TestPerformTest, AfterALostLinkTheInstrumentsOfTheStartAreNoted) {
+    const auto element = Make(kRadioRepro, 2);
+    Expose("80");
+    Queue([this](DetectorEvents&) {
+        room->alive = false;
+        room->serialNumbers = "0";
+    });
+    Perform(*element, {Start()});
+    ASSERT_TRUE(ResultOf(*element)->Run());
+    ASSERT_EQ(ResultOf(*element)->Run()->instruments.size(), 1U);
+    EXPECT_EQ(ResultOf(*element)->Run()->instruments[0].SerialNumber(), "4711");
+}
+
+TEST_F(TestPerformTest, StartWithAnyStoredRowBeginsAFreshResult) {
+    for (bool judged : {true, false}) {
+        const auto element = Make(kRadioRepro, 2);
+        Expose("80");
+        Expose("81");
+        Perform(*element, {Start()});
+        ASSERT_THAT(Voltages(*ResultOf(*element)), ElementsAre("80", "81"));
+        if (!judged) ResultOf(*element)->InitResultStatus(false);
+        Expose("90");
+        Perform(*element, {Step([this](FZRD47500TestGuide& guide) {
+            Queue([&guide](DetectorEvents&) { guide.PressButton(guide_button::kStop); });
+            guide.PressButton(guide_button::kStart);
+        })});
+        EXPECT_THAT(Voltages(*ResultOf(*element)), ElementsAre("90")) << judged;
+    }
+}
+
+TEST_F(TestPerformTest, AFinishedElementHasNoTimerAndHearsNothing) {
+    const auto element = Make(kFluoroExposure, 1);
+    Queue([](DetectorEvents& events) { events.vti_EnableStopButton.Raise(true); });
+    Expose("80", "0.5");
+    // The run ends with the beam on.
+    Perform(*element, {Start(), Press(guide_button::kAbort)});
+    EXPECT_EQ(platform->Running(), 0);
+    EXPECT_FALSE(State().gRunActive);
+    ASSERT_NE(runEvents, nullptr);
+    EXPECT_FALSE(runEvents->VTI_DataReady.Connected());
+    EXPECT_FALSE(runEvents->vti_EnableStopButton.Connected());
+    // The element can be performed again with the same service.
+    Expose("81", "0.5");
+    Perform(*element, {Start()});
+    EXPECT_THAT(Voltages(*ResultOf(*element)), ElementsAre("81"));
+}
+
+TEST_F(TestPerformTest, TheLogOfEditedValuesBelongsToItsResult) {
+    const std::string log = "Exposure 1, mAs: 20*";
+    const auto element = Make(kRadioRepro, 1);
+    Expose("80");
+    Perform(*element,
+            {Start(), Step([&](FZRD47500TestGuide&) { ConfigOf(*element).PrintTheComment = log; })});
+    const std::string kept = ResultOf(*element)->Comment();
+    EXPECT_EQ(CommentLog(kept), log);
+    Perform(*element, {});
+    State().gNARemaining = true;
+    Perform(*element, {});
+    Perform(*element, {});
+    EXPECT_EQ(ResultOf(*element)->Comment(), kept) << "once, however often the element is performed";
+    ResultOf(*element)->InitResultStatus(true);
+    Expose("81");
+    Perform(*element, {Start()});
+    EXPECT_EQ(ResultOf(*element)->Comment(), "") << "a fresh result has no edited values";
+    // A discarded result takes its log with it.
+    ConfigOf(*element).PrintTheComment = log;
+    Expose("82");
+    Perform(*element, {Start()});
+    EXPECT_EQ(ResultOf(*element)->Comment(), "");
+}
+
+TEST_F(TestPerformTest, HowTheGuideIsLeftDecidesWhatBecomesOfTheResult) {
+    struct Case {
+        int32_t button;
+        int32_t navigation;
+        int32_t status;  ///< -1 for no result
+    };
+    const Case cases[] = {{guide_button::kNext, kGoNext, kPassed},
+                          {guide_button::kPrevious, kGoPrevious, kPassed},
+                          {guide_button::kSkip, kGoSkip, -1},
+                          {guide_button::kNa, kGoNext, kNotApplicable},
+                          {guide_button::kAbort, kGoAbort, -1}};
+    for (const Case& c : cases) {
+        const auto element = Make(kRadioRepro, 1);
+        ConfigOf(*element).TestGuideConfig()->Buttons(kSkipButtonBit | kNaButtonBit);
+        Expose("80");
+        Perform(*element, {Start(), Press(c.button)});
+        EXPECT_EQ(pipe->NextAction(), c.navigation) << c.button;
+        EXPECT_EQ(element->Result() ? element->Result()->Status() : -1, c.status) << c.button;
+    }
+}
+
+TEST_F(TestPerformTest, TheLastExposureMayComeUnderAnOpenMenu) {
+    const auto element = Make(kRadioRepro, 2);
+    Expose("80");
+    Queue([](DetectorEvents&) {});
+    bool redoBefore = true;
+    std::vector<MenuItem> itemsAfter;
+    platform->onMenu = [&](const std::vector<MenuItem>& items) {
+        redoBefore = items.front().enabled;
+        Expose("81");
+        platform->Advance(2000);  // the run ends here, while its own loop waits for the menu
+        EXPECT_FALSE(State().gRunActive);
+        EXPECT_EQ(Guide().RunState(), GuideState::kIdle);
+        itemsAfter = Guide().MenuItems();
+        Expose("85");
+        return guide_menu::kRedo;
+    };
+    polls.back().first = [this](DetectorEvents&) { Guide().OpenMenu(); };
+    Perform(*element, {Start()});
+    EXPECT_FALSE(redoBefore);
+    ASSERT_FALSE(itemsAfter.empty());
+    EXPECT_TRUE(itemsAfter.front().enabled);
+    EXPECT_EQ(Voltages(*ResultOf(*element)).size(), 2U);
+    EXPECT_EQ(ResultOf(*element)->Superseded().size(), 1U) << "the redo that was chosen in that menu";
+    EXPECT_EQ(element->Result()->Status(), kPassed);
+}
+
+TEST_F(TestPerformTest, ARedoTakesOneExposureAndKeepsTheCount) {
+    const auto element = Make(kRadioRepro, 2);
+    Expose("80");
+    Expose("81");
+    Perform(*element, {Start(), Step([this](FZRD47500TestGuide& guide) {
+                           Expose("90");
+                           EXPECT_TRUE(guide.RedoExposure(1));
+                           EXPECT_FALSE(guide.RedoExposure(3)) << "there is none";
+                       })});
+    EXPECT_THAT(Voltages(*ResultOf(*element)), ElementsAre("90", "81"));
+    EXPECT_EQ(element->ExposureRow(), 2);
+}
+
+}  // namespace
+}  // namespace vorex::test
