@@ -17,9 +17,17 @@ FZRD47500TestGuide::FZRD47500TestGuide() {
 
 FZRD47500TestGuide::~FZRD47500TestGuide() = default;
 
+void FZRD47500TestGuide::ReportAll() const {
+    for (GuidePart part : {GuidePart::kWindow, GuidePart::kToolbar, GuidePart::kStatusText,
+                           GuidePart::kStatus, GuidePart::kLines, GuidePart::kColumns, GuidePart::kTable,
+                           GuidePart::kOverlay, GuidePart::kDetails, GuidePart::kMenu})
+        Report(part);
+    for (const GuideTab& tab : mTabs) Report(GuidePart::kWaveform, tab.type);
+}
+
 void FZRD47500TestGuide::Visible(bool visible) {
     mVisible = visible;
-    Changed.Raise();
+    Report(GuidePart::kWindow);
 }
 
 void FZRD47500TestGuide::Load() {
@@ -41,7 +49,8 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
     mPipe = pipe;
     mConfig = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
     if (mConfig) {
-        // Before the first run the guide follows what is connected, where anything is.
+        // Before the first run the guide follows what is connected, where anything
+        // is.
         const auto result = Result();
         const bool measured = result && (result->Status() == kPassed || result->Status() == kFailed);
         mKind = measured || mConnectedKind == kNoDetector ? mConfig->DetectorName : mConnectedKind;
@@ -53,7 +62,7 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
     CreateView(element);
     ShowOptionalButtons();
     if (mConfig && mConfig->ManualSelectedInTestGuide) TypeMasValues(true);
-    Changed.Raise();
+    ReportAll();
 }
 
 /// Buttons that are there for some tests, kinds or settings only.
@@ -68,6 +77,7 @@ void FZRD47500TestGuide::ShowOptionalButtons() {
     mToolbar.Show(guide_button::kDisconnect, !IsSurvey());
     mToolbar.Show(guide_button::kIonChamber, HasPelomark(mKind));
     RefreshMASButtons();
+    Report(GuidePart::kToolbar);
 }
 
 void FZRD47500TestGuide::Unload() {
@@ -85,7 +95,7 @@ void FZRD47500TestGuide::Unload() {
     mPipe.reset();
     mConfig.reset();
     mVisible = false;
-    Changed.Raise();
+    ReportAll();
 }
 
 std::shared_ptr<CResultCommon> FZRD47500TestGuide::Result() const {
@@ -97,16 +107,17 @@ const ISelectedStandards* FZRD47500TestGuide::SelectedStandards() const {
     return mPipe ? mPipe->SelectedStandards().get() : nullptr;  // the pipe keeps it alive
 }
 
-// ------------------------------------------------------------------------- what the element lets it show
+// -------------------------------------------------------------------------
+// what the element lets it show
 
 void FZRD47500TestGuide::SetInfoLines(const std::vector<std::string>& lines) {
     mLines = lines;
-    Changed.Raise();
+    Report(GuidePart::kLines);
 }
 
 void FZRD47500TestGuide::ShowRows(std::span<const int32_t> rows) {
     mVisibleRows.emplace(rows.begin(), rows.end());
-    Changed.Raise();
+    Report(GuidePart::kLines);
 }
 
 std::vector<std::string> FZRD47500TestGuide::VisibleLines() const {
@@ -122,18 +133,18 @@ std::vector<std::string> FZRD47500TestGuide::VisibleLines() const {
 
 void FZRD47500TestGuide::SetStatusText(std::string_view text) {
     mStatusLine = text.empty() ? std::string() : Translate(text);
-    Changed.Raise();
+    Report(GuidePart::kStatusText);
 }
 
 void FZRD47500TestGuide::ShowStatus(const IResultData* result) {
     mStatusShown = result != nullptr ? result->Status() : kNotTested;
-    Changed.Raise();
+    Report(GuidePart::kStatus);
 }
 
 void FZRD47500TestGuide::ShowOverlay(bool show, std::string_view text) {
     if (show) mOverlay.LabelCaption(text);
     mOverlay.Visible(show);
-    Changed.Raise();
+    Report(GuidePart::kOverlay);
 }
 
 void FZRD47500TestGuide::DrawWaveform(const std::shared_ptr<IWaveform>& waveform) {
@@ -144,13 +155,14 @@ void FZRD47500TestGuide::DrawWaveform(const std::shared_ptr<IWaveform>& waveform
         tab.waveform = waveform && waveform->ValueCount() > 0 ? waveform : nullptr;
         tab.visible = hasChannel && tab.waveform != nullptr && !IsSurvey();
     }
-    Changed.Raise();
+    Report(GuidePart::kWaveform, mWaveformType == kMaWaveform ? kMaWaveform : kKvWaveform);
 }
 
 void FZRD47500TestGuide::ClearTabs() {
     for (GuideTab& tab : mTabs) {
         tab.waveform.reset();
         tab.visible = false;
+        Report(GuidePart::kWaveform, tab.type);
     }
 }
 
@@ -158,7 +170,7 @@ void FZRD47500TestGuide::ResetSelection() {
     mCurrentExposure = 0;
     mDetails.clear();
     if (mView) mView->UpdateTestResult(true, 0);
-    Changed.Raise();
+    for (GuidePart part : {GuidePart::kTable, GuidePart::kDetails, GuidePart::kMenu}) Report(part);
 }
 
 void FZRD47500TestGuide::ClearTable() {
@@ -167,7 +179,7 @@ void FZRD47500TestGuide::ClearTable() {
     ClearTabs();
     if (mView) mView->Clear();
     FillColumnSettings();
-    Changed.Raise();
+    for (GuidePart part : {GuidePart::kTable, GuidePart::kDetails, GuidePart::kMenu}) Report(part);
 }
 
 }  // namespace vorex

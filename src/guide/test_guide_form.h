@@ -30,9 +30,31 @@ struct GuideTab {
     std::shared_ptr<IWaveform> waveform;  ///< empty while the pane is clear
 };
 
-/// The window through which the operator runs a test, without its widgets: what is shown, what can be
-/// pressed, and what a press brings about. It measures nothing itself. While no exposures are taken it
-/// watches the link to the detector, and on Start it adapts the test to the detector that answers.
+/// A part of the guide that a window draws on its own.
+enum class GuidePart : uint8_t {
+    kWindow,  ///< shown or hidden
+    kToolbar,
+    kStatusText,
+    kStatus,
+    kLines,
+    kColumns,   ///< of the table, with their captions
+    kTable,     ///< all rows, the statistics and the selection
+    kTableRow,  ///< a row, the statistics and the selection
+    kWaveform,
+    kOverlay,
+    kDetails,
+    kMenu,  ///< its items, also while it is open
+};
+
+struct GuideChange {
+    GuidePart part;
+    uint8_t number = 0;  ///< `kTableRow`: exposure, from 1; `kWaveform`: type
+};
+
+/// The window through which the operator runs a test, without its widgets: what
+/// is shown, what can be pressed, and what a press brings about. It measures
+/// nothing itself. While no exposures are taken it watches the link to the
+/// detector, and on Start it adapts the test to the detector that answers.
 class FZRD47500TestGuide : public ITestGuide {
   public:
     FZRD47500TestGuide();
@@ -65,20 +87,21 @@ class FZRD47500TestGuide : public ITestGuide {
     int32_t DetectorType() const override { return mKind; }
     bool GetToolBarButtonStatus(int32_t button) const override { return mToolbar.Enabled(button); }
     void SetToolBarButtonStatus(int32_t button, bool enabled) override;
-    void EnableMenuRedoExposure(bool enable) override { mRedoAllowed = enable; }
+    void EnableMenuRedoExposure(bool enable) override;
     void BuildColumns(const std::shared_ptr<CConfigCommon>& configuration, bool refresh) override;
     void Unload() override;
 
     // What the operator does.
-    /// False when the button cannot be pressed now. A shortcut press of Start stops a run that is active; a
-    /// plain press always starts.
+    /// False when the button cannot be pressed now. A shortcut press of Start
+    /// stops a run that is active; a plain press always starts.
     bool PressButton(int32_t key, bool shortcut = false);
-    /// Selects a stored exposure and chooses "Redo Exposure" of the menu; false when the menu would not
-    /// offer it.
+    /// Selects a stored exposure and chooses "Redo Exposure" of the menu; false
+    /// when the menu would not offer it.
     bool RedoExposure(uint8_t exposure);
     /// The right button over the table.
     void OpenMenu();
-    /// Index counts from 0; any other than that of an offered target/filter is ignored.
+    /// Index counts from 0; any other than that of an offered target/filter is
+    /// ignored.
     void SelectTargetFilter(int32_t index);
 
     /// The element under test; empty before `Initialize` and after `Unload`.
@@ -89,8 +112,8 @@ class FZRD47500TestGuide : public ITestGuide {
     const GuideButton* Button(int32_t key) const { return mToolbar.Find(key); }
     const std::vector<GuideTab>& Tabs() const { return mTabs; }
     const std::vector<std::string>& InfoLines() const { return mLines; }
-    /// The instruction lines that are not hidden at present. An empty line keeps its number, and is never
-    /// shown.
+    /// The instruction lines that are not hidden at present. An empty line keeps
+    /// its number, and is never shown.
     std::vector<std::string> VisibleLines() const;
     const std::string& StatusLine() const { return mStatusLine; }
     /// Status of the result that is shown.
@@ -107,13 +130,15 @@ class FZRD47500TestGuide : public ITestGuide {
     int32_t FirmwareVersion() const { return mFirmwareVersion; }
     bool Watching() const { return mWatch && mWatch->Running(); }
 
-    /// Something that is shown has changed.
-    Event<> Changed{"FZRD47500TestGuide_Changed"};
+    /// What is shown has changed in one part: what redraws the reported parts
+    /// shows all that there is.
+    Event<GuideChange> Changed{"FZRD47500TestGuide_Changed"};
 
   private:
     static constexpr int32_t kWatchInterval = 2000;  ///< ms
 
-    /// Keeps the watch from polling between what the operator's press sends; nested presses count.
+    /// Keeps the watch from polling between what the operator's press sends;
+    /// nested presses count.
     class WatchPause {
       public:
         explicit WatchPause(FZRD47500TestGuide& guide);
@@ -124,6 +149,9 @@ class FZRD47500TestGuide : public ITestGuide {
       private:
         FZRD47500TestGuide& mGuide;
     };
+
+    void Report(GuidePart part, uint8_t number = 0) const { Changed.Raise({part, number}); }
+    void ReportAll() const;
 
     // Life (test_guide_form.cpp).
     bool IsSurvey() const { return !mConfig; }
@@ -184,6 +212,7 @@ class FZRD47500TestGuide : public ITestGuide {
     std::shared_ptr<CConfigCommon> mConfig;  ///< empty for the survey
     std::shared_ptr<IZRD47500Result> mView;
     std::vector<std::string> mColumnKeys;
+    std::weak_ptr<const IResultData> mTableResult;  ///< the result that the table shows
 
     GuideToolbar mToolbar;
     GuideState mState = GuideState::kIdle;
@@ -206,7 +235,8 @@ class FZRD47500TestGuide : public ITestGuide {
     bool mManualNote = false;
     bool mLinkLost = false;  ///< and announced
     int32_t mFirmwareVersion = 0;
-    std::vector<Connection> mListening;  ///< to the view and the detector; last, so that they end first
+    std::vector<Connection> mListening;  ///< to the view and the detector; last,
+                                         ///< so that they end first
 };
 
 }  // namespace vorex

@@ -8,7 +8,8 @@
 
 namespace vorex {
 
-using namespace guide_button;  // NOLINT(google-build-using-namespace): the keys are this file's subject
+using namespace guide_button;  // NOLINT(google-build-using-namespace): the keys
+                               // are this file's subject
 
 namespace {
 
@@ -31,7 +32,8 @@ constexpr PlainButton kPlainButtons[] = {
 
 }  // namespace
 
-// ------------------------------------------------------------------------------------ state of the bar
+// ------------------------------------------------------------------------------------
+// state of the bar
 
 void FZRD47500TestGuide::ToolbarState(GuideState state, bool enableNext) {
     mState = state;
@@ -41,10 +43,12 @@ void FZRD47500TestGuide::ToolbarState(GuideState state, bool enableNext) {
     mToolbar.Enable(kStop, !idle);
     mToolbar.Enable(kStart, false);
     EnableStartButton();
-    Changed.Raise();
+    Report(GuidePart::kToolbar);
+    Report(GuidePart::kMenu);
 }
 
-/// A test of the mAs meter alone whose values are typed in has nothing to start.
+/// A test of the mAs meter alone whose values are typed in has nothing to
+/// start.
 void FZRD47500TestGuide::EnableStartButton() {
     const bool typedOnly = mToolbar.Checked(kManual) && mConnectedKind == kMasMeter && mConfig &&
                            mConfig->DetectorOption == kMasMeter;
@@ -63,7 +67,7 @@ void FZRD47500TestGuide::EnableStart(bool enable) {
 
 void FZRD47500TestGuide::SetToolBarButtonStatus(int32_t button, bool enabled) {
     mToolbar.Enable(button, enabled);
-    Changed.Raise();
+    Report(GuidePart::kToolbar);
 }
 
 void FZRD47500TestGuide::SetWakeUpButton(bool enable) {
@@ -80,7 +84,8 @@ void FZRD47500TestGuide::LeaveRunningState() {
     ToolbarState(GuideState::kIdle, result && result->Status() != kNotTested);
 }
 
-// ------------------------------------------------------------------------------------------- presses
+// -------------------------------------------------------------------------------------------
+// presses
 
 FZRD47500TestGuide::WatchPause::WatchPause(FZRD47500TestGuide& guide) : mGuide(guide) {
     ++mGuide.mPauses;
@@ -96,7 +101,7 @@ bool FZRD47500TestGuide::PressButton(int32_t key, bool shortcut) {
     if (!mToolbar.Takes(key) && !stopsRun) return false;
     const WatchPause pause(*this);
     Guarded("xtbToolbar_ButtonClick", [&] { HandleButton(key, shortcut); });
-    Changed.Raise();
+    Report(GuidePart::kToolbar);
     return true;
 }
 
@@ -153,7 +158,8 @@ void FZRD47500TestGuide::PressDisconnect() {
     mToolbar.Enable(kDisconnect, false);
 }
 
-// --------------------------------------------------------------------------------------- mAs buttons
+// ---------------------------------------------------------------------------------------
+// mAs buttons
 
 void FZRD47500TestGuide::RefreshMASButtons() {
     const bool hasMeter = mConfig && HasMasMeter(mKind);

@@ -13,7 +13,8 @@
 #include "mqsa/result_mqsa.h"
 #include "results/result_columns.h"
 
-// The table of the guide: its columns, what the operator does in it, and its pop-up menu.
+// The table of the guide: its columns, what the operator does in it, and its
+// pop-up menu.
 
 namespace vorex {
 
@@ -41,7 +42,8 @@ class MenuOpen {
 
 }  // namespace
 
-// ------------------------------------------------------------------------------------------- columns
+// -------------------------------------------------------------------------------------------
+// columns
 
 void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element) {
     const TestRow* test = FindTest(element->TestID());
@@ -55,6 +57,8 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
     mListening.push_back(view.ItemClicked.Listen([this](bool flag) { events.ItemClicked.Raise(flag); }));
     mListening.push_back(view.MouseDown.Listen([this](bool right, uint8_t exposure) {
         if (exposure != 0) mCurrentExposure = exposure;
+        Report(GuidePart::kTableRow, exposure);
+        Report(GuidePart::kMenu);
         if (right) OpenMenu();
     }));
     mListening.push_back(
@@ -63,7 +67,7 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
         }));
     mListening.push_back(view.MQSAHelpText.Listen([this](const std::string& text) {
         mDetails = {text};
-        Changed.Raise();
+        Report(GuidePart::kDetails);
     }));
     mListening.push_back(view.MQSAClick.Listen([this](int32_t row, int32_t column) {
         const auto survey = mElement.lock();
@@ -71,6 +75,7 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
         if (!result) return;
         result->MQSAClickHandle(static_cast<uint8_t>(row), static_cast<uint8_t>(column));
         events.ItemClicked.Raise(true);
+        Report(GuidePart::kTable);
         ShowStatus(result.get());
     }));
     mView->Initialize(true, element);
@@ -96,7 +101,7 @@ void FZRD47500TestGuide::BuildColumns(const std::shared_ptr<CConfigCommon>& conf
     mHiddenColumns = HiddenColumns(columns, chosen);
     if (!mHiddenColumns.empty()) mView->DisplayAllColumns(mAllShown, mHiddenColumns);
     if (refresh) mView->ShowTestResult(element, mCurrentExposure);
-    Changed.Raise();
+    for (GuidePart part : {GuidePart::kColumns, GuidePart::kTable, GuidePart::kMenu}) Report(part);
 }
 
 /// What the setup says of each exposure before it is taken.
@@ -115,20 +120,29 @@ void FZRD47500TestGuide::FillColumnSettings() {
 void FZRD47500TestGuide::ShowResult(const std::shared_ptr<ITestElement>& element, uint8_t exposure) {
     mCurrentExposure = exposure;
     if (!mView) return;
+    const auto result = element->Result();
+    // The statistics of these tests are in each row; a table that takes up
+    // another result fills all rows.
+    const int32_t test = element->TestID();
+    const bool allRows =
+        exposure == 0 || test == kMammoAccRepro || test == kMammoAec || mTableResult.lock() != result;
+    mTableResult = result;
     if (exposure == 0)
         mView->ShowTestResult(element, exposure);
     else
         mView->UpdateTestResult(true, exposure);
-    Changed.Raise();
+    Report(allRows ? GuidePart::kTable : GuidePart::kTableRow, exposure);
+    Report(GuidePart::kMenu);
 }
 
 void FZRD47500TestGuide::ToggleAllColumns() {
     if (!mView) return;
     mAllShown = !mAllShown;
     mView->DisplayAllColumns(mAllShown, mHiddenColumns);
-    // With both instruments the mAs columns may be among the hidden ones: they are typed into when shown.
+    // With both instruments the mAs columns may be among the hidden ones: they
+    // are typed into when shown.
     if (mKind == kZrdAndMas) mToolbar.Enable(guide_button::kManual, mAllShown);
-    Changed.Raise();
+    for (GuidePart part : {GuidePart::kColumns, GuidePart::kToolbar, GuidePart::kMenu}) Report(part);
 }
 
 void FZRD47500TestGuide::TypeMasValues(bool allowed) {
@@ -137,11 +151,14 @@ void FZRD47500TestGuide::TypeMasValues(bool allowed) {
     if (allowed) mView->ClickedMeasurementColumn(key::kMa, key::kMas, key::kMasPulse, key::kDoseMas);
 }
 
-// ---------------------------------------------------------------------------------- clicks and edits
+// ----------------------------------------------------------------------------------
+// clicks and edits
 
 void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const std::string& columnKey) {
     const auto result = Result();
     if (exposure != 0) mCurrentExposure = exposure;
+    Report(GuidePart::kTableRow, exposure);
+    Report(GuidePart::kMenu);
     if (!result) return;
     const bool stored = exposure >= 1 && exposure <= result->Rows().size();
     if (stored && !mSequence->gRunActive && !IsMasFamily(LimitKeyOf(columnKey))) RequestWaveforms(exposure);
@@ -149,10 +166,11 @@ void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const s
     const auto limits = element ? element->Limits() : nullptr;
     mDetails = CellDetails(*result, {exposure, columnKey, mColumnKeys},
                            ChosenStandards(limits.get(), SelectedStandards()));
-    Changed.Raise();
+    Report(GuidePart::kDetails);
 }
 
-/// Asks for the waveform of each channel of the detector, so that both panes show the same exposure.
+/// Asks for the waveform of each channel of the detector, so that both panes
+/// show the same exposure.
 void FZRD47500TestGuide::RequestWaveforms(uint8_t exposure) {
     const uint8_t shownLast = mWaveformType;
     const bool kv = HasZrd(mKind) || !HasMasMeter(mKind);
@@ -174,6 +192,7 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
     if (columnKey == key::kImportWaveform) {
         mConfig->SetValue(row, ExposureColumn::kImport, text);
         result->SetValue(row, column, text);
+        Report(GuidePart::kTableRow, exposure);
         return;
     }
     // What is judged anew would get between the exposures of a run.
@@ -186,7 +205,10 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
         }
         ShowStatus(result.get());
     }
+    // A typed value has its part in the statistics, which other rows may hold.
+    mView->UpdateTestResult(true, 0);
     mView->UpdateTestResult(true, exposure);
+    Report(GuidePart::kTable);
 }
 
 void FZRD47500TestGuide::StoreTypedValue(uint8_t exposure, const std::string& columnKey,
@@ -211,11 +233,18 @@ void FZRD47500TestGuide::LogTypedValue(uint8_t exposure, const CMeasurement& mea
            measurement.Description() + ": " + measurement.ValueText();
 }
 
-// --------------------------------------------------------------------------------------- pop-up menu
+// ---------------------------------------------------------------------------------------
+// pop-up menu
+
+void FZRD47500TestGuide::EnableMenuRedoExposure(bool enable) {
+    mRedoAllowed = enable;
+    Report(GuidePart::kMenu);
+}
 
 bool FZRD47500TestGuide::CanRedo(uint8_t exposure) const {
     const auto result = Result();
-    if (!result || !vti || !mRedoAllowed || mSequence->gRunActive) return false;
+    const bool runs = mSequence->gRunActive || mState == GuideState::kRunning;
+    if (!result || !vti || !mRedoAllowed || runs) return false;
     if (exposure == 0 || exposure > result->Rows().size()) return false;
     bool answers = false;
     Guarded("mnuRedo", [&] { answers = ReadNumber(vti->SerialNumbers()) > 0; });

@@ -22,13 +22,13 @@ TEST_F(TestInfoTest, TheHeaderFollowsTheKindAndTheBattery) {
     const Case cases[] = {
         {kZrd, false, "4711", {" Battery Status: 80%", " Target/Filter: Mo/Rh"}},
         {kZrd, true, "4711", {"Charging", " Target/Filter: Mo/Rh"}},
-        {kMasMeter, false, "4711", {" Battery Status: 80%", " mAs Input  : Shunt"}},
+        {kMasMeter, false, "4711", {" Battery Status: 80%", "mAs Input  : Shunt"}},
         {kPelomark, false, "4711", {" Battery Status: 80%", "Ion Chamber : 6 cc"}},
         {kZrdAndMas,
          false,
          "4711,8",
-         {" Battery Status: 80%", " Target/Filter: Mo/Rh", " mAs Input  : Shunt"}},
-        {kPelomarkAndMas, false, "47", {" Battery Status: 80%", "Ion Chamber : 6 cc", " mAs Input  : Shunt"}},
+         {" Battery Status: 80%", " Target/Filter: Mo/Rh", "mAs Input  : Shunt"}},
+        {kPelomarkAndMas, false, "47", {" Battery Status: 80%", "Ion Chamber : 6 cc", "mAs Input  : Shunt"}},
         {kZrd, false, "0", {"Detector not connected", " ", " "}},
     };
     for (const Case& c : cases) {
@@ -74,7 +74,7 @@ TEST_F(TestInfoTest, ARunShowsTheHeaderAndItsOwnLinesAndThenAllOfThem) {
         {kZrd, kSetupMaTime, {" Battery Status: 80%", " Target/Filter: ", "3. Take exposure."}, 9},
         {kZrdAndMas,
          kSetupMas,
-         {" Battery Status: 80%", " Target/Filter: ", " mAs Input  : Clamp", "3. Take exposure."},
+         {" Battery Status: 80%", " Target/Filter: ", "mAs Input  : Clamp", "3. Take exposure."},
          9},
     };
     for (const Case& c : cases) {

@@ -152,7 +152,6 @@ TEST_F(TestPerformTest, HowTheGuideIsLeftDecidesWhatBecomesOfTheResult) {
 TEST_F(TestPerformTest, TheLastExposureMayComeUnderAnOpenMenu) {
     const auto element = Make(kRadioRepro, 2);
     Expose("80");
-    Queue([](DetectorEvents&) {});
     bool redoBefore = true;
     std::vector<MenuItem> itemsAfter;
     platform->onMenu = [&](const std::vector<MenuItem>& items) {
@@ -165,8 +164,16 @@ TEST_F(TestPerformTest, TheLastExposureMayComeUnderAnOpenMenu) {
         Expose("85");
         return guide_menu::kRedo;
     };
-    polls.back().first = [this](DetectorEvents&) { Guide().OpenMenu(); };
-    Perform(*element, {Start()});
+    // The first exposure comes after 500 ms, the second would come after 1000 ms.
+    std::unique_ptr<IPlatformTimer> opener;
+    opener = platform->CreateTimer([&] {
+        opener->Stop();
+        Guide().OpenMenu();
+    });
+    Perform(*element, {Step([&](FZRD47500TestGuide& guide) {
+        opener->Start(700);
+        guide.PressButton(guide_button::kStart);
+    })});
     EXPECT_FALSE(redoBefore);
     ASSERT_FALSE(itemsAfter.empty());
     EXPECT_TRUE(itemsAfter.front().enabled);

@@ -1,0 +1,254 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "execution/execution_fixture.h"
+#include "views/result_table.h"
+
+namespace vorex::test {
+namespace {
+
+/// What a window shows of a guide, part by part, as texts.
+class Drawing {
+  public:
+    explicit Drawing(const FZRD47500TestGuide& guide) : mGuide(guide) {}
+
+    void Redraw(GuideChange change) {
+        if (!mGuide.Table()) return;  // the guide is unloaded
+        switch (change.part) {
+            case GuidePart::kWindow:
+                parts["window"] = mGuide.Visible() ? "shown" : "hidden";
+                return;
+            case GuidePart::kToolbar:
+                return DrawToolbar();
+            case GuidePart::kStatusText:
+                parts["status text"] = mGuide.StatusLine();
+                return;
+            case GuidePart::kStatus:
+                parts["status"] = std::to_string(mGuide.StatusShown());
+                return;
+            case GuidePart::kLines:
+                parts["lines"] = Joined(mGuide.VisibleLines());
+                return;
+            case GuidePart::kColumns:
+                return DrawColumns();
+            case GuidePart::kTable:
+                return DrawTable();
+            case GuidePart::kTableRow:
+                return DrawRow(change.number);
+            case GuidePart::kWaveform:
+                return DrawWaveform(change.number);
+            case GuidePart::kOverlay:
+                parts["overlay"] = mGuide.Overlay().Visible() ? mGuide.Overlay().LabelCaption() : "";
+                return;
+            case GuidePart::kDetails:
+                parts["details"] = Joined(mGuide.Details());
+                return;
+            case GuidePart::kMenu:
+                parts["menu"] = MenuText(mGuide.MenuItems());
+                return;
+        }
+    }
+    void RedrawAll() {
+        parts.clear();
+        for (int part = 0; part <= static_cast<int>(GuidePart::kMenu); ++part)
+            if (static_cast<GuidePart>(part) != GuidePart::kTableRow &&
+                static_cast<GuidePart>(part) != GuidePart::kWaveform)
+                Redraw({static_cast<GuidePart>(part)});
+        for (uint8_t type : {kKvWaveform, kMaWaveform}) Redraw({GuidePart::kWaveform, type});
+    }
+
+    std::map<std::string, std::string> parts;
+
+  private:
+    static std::string Joined(const std::vector<std::string>& lines) {
+        std::string text;
+        for (const std::string& line : lines) text += line + "\n";
+        return text;
+    }
+    static std::string MenuText(const std::vector<MenuItem>& items) {
+        std::string text;
+        for (const MenuItem& item : items)
+            text += item.caption + (item.enabled ? "+" : "-") + (item.checked ? "x" : "") + "(" +
+                    MenuText(item.items) + ")";
+        return text;
+    }
+    static std::string RowText(const ResultRow& row) {
+        std::string text = row.caption;
+        for (const ResultCell& cell : row.cells)
+            text += "|" + cell.text + "/" + std::to_string(cell.status) + (cell.checked ? "x" : "");
+        return text;
+    }
+    const ResultTable& Table() const { return dynamic_cast<const ResultTable&>(*mGuide.Table()); }
+
+    void DrawToolbar() {
+        std::string& text = parts["toolbar"];
+        text.clear();
+        for (const GuideButton& button : mGuide.Buttons())
+            text += std::to_string(button.key) + button.caption + (button.visible ? "v" : "") +
+                    (button.enabled ? "e" : "") + (button.checked ? "c" : "") + " ";
+    }
+    void DrawColumns() {
+        std::string& text = parts["columns"];
+        text.clear();
+        for (const ResultColumn& column : Table().Columns())
+            text += column.caption + std::to_string(column.width) + (column.hidden ? "h" : "") + " ";
+    }
+    void DrawTable() {
+        std::erase_if(parts, [](const auto& part) { return part.first.starts_with("row "); });
+        for (std::size_t row = 1; row <= Table().Rows().size(); ++row) DrawRow(row);
+        DrawRow(0);
+    }
+    void DrawRow(std::size_t row) {
+        if (row >= 1 && row <= Table().Rows().size())
+            parts["row " + std::to_string(row)] = RowText(Table().Rows()[row - 1]);
+        std::string& text = parts["statistics"];
+        text = std::to_string(Table().SelectedExposure());
+        for (const ResultRow& statistic : Table().Statistics()) text += RowText(statistic);
+    }
+    void DrawWaveform(uint8_t type) {
+        for (const GuideTab& tab : mGuide.Tabs())
+            if (tab.type == type)
+                parts["waveform " + std::to_string(type)] =
+                    std::string(tab.visible ? "v" : "") +
+                    std::to_string(tab.waveform ? tab.waveform->ValueCount() : -1);
+    }
+
+    const FZRD47500TestGuide& mGuide;
+};
+
+/// Compares, after each event of a run and each step, what was redrawn with
+/// what there is.
+class GuideChangeTest : public ExecutionTest {
+  protected:
+    void Attach(FZRD47500TestGuide& guide) {
+        drawn = std::make_unique<Drawing>(guide);
+        drawn->RedrawAll();
+        listening = guide.Changed.Listen([this](GuideChange change) {
+            seen.insert(static_cast<int>(change.part));
+            drawn->Redraw(change);
+        });
+    }
+    void Compare(const std::string& after) {
+        if (!drawn || !platform->shown->Visible()) return;
+        Drawing full(Guide());
+        full.RedrawAll();
+        EXPECT_EQ(drawn->parts, full.parts) << where << ", after " << after;
+        drawn->parts = full.parts;  // a fault is told once
+    }
+    void ExposeAll(int32_t kind, const std::string& kvp) {
+        ZrdReading zrd;
+        zrd.kvpAvg = zrd.kvpMax = zrd.kvPpv = kvp;
+        zrd.exposure = "10";
+        zrd.exposureRate = "100";
+        zrd.exposureTime = "100";
+        zrd.hvl = "3.1";
+        const PelomarkReading dose{"22.1", "760", "1.01", "0.2", "12.3", "123.0", "300"};
+        const MasReading mas{"200", "20.1", "0", "0.61"};
+        Queue([this](DetectorEvents&) { Compare("a tick"); });
+        Queue(
+            [=](DetectorEvents& events) {
+                if (HasZrd(kind)) events.VTI_DataReady.Raise(zrd);
+                if (HasPelomark(kind)) events.vti_TestSWDataReady.Raise(dose);
+                if (HasMasMeter(kind)) events.vti_TestmAsDataReady.Raise(mas);
+                if (HasZrd(kind)) events.vti_CheckExposureWaveform.Raise(kKvWaveform);
+                if (HasMasMeter(kind)) events.vti_CheckExposureWaveform.Raise(kMaWaveform);
+            },
+            true);
+    }
+
+    std::unique_ptr<Drawing> drawn;
+    Connection listening;
+    std::set<int> seen;
+    std::string where;
+};
+
+TEST_F(GuideChangeTest, WhatIsReportedIsAllThatChanges) {
+    room->waveform = "0,40,80";
+    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
+    room->defaultTargetFilter = "Mo/Mo";
+    room->serialNumbers = "4711,88";
+    int32_t menuChoice = 0;
+    platform->onMenu = [&](const std::vector<MenuItem>&) { return menuChoice; };
+    const auto choose = [&](int32_t id) {
+        return Step([&menuChoice, id](FZRD47500TestGuide& guide) {
+            menuChoice = id;
+            guide.OpenMenu();
+        });
+    };
+    for (int32_t test : {kRadioRepro, kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure,
+                         kMammoAccRepro, kMammoAec, kMammoRadiation}) {
+        for (int32_t kind : {kZrd, kMasMeter, kPelomark, kZrdAndMas, kPelomarkAndMas}) {
+            where = "test " + std::to_string(test) + ", kind " + std::to_string(kind);
+            const auto element = Make(test, 2, kind);
+            CConfigCommon& config = ConfigOf(*element);
+            config.TestGuideConfig()->Buttons(kSkipButtonBit | kNaButtonBit);
+            config.MASInputOverride = true;
+            for (uint8_t row : {0, 1}) config.SetValue(row, ExposureColumn::kImport, "1");
+            const auto table = [](FZRD47500TestGuide& guide) -> ResultTable& {
+                return dynamic_cast<ResultTable&>(*guide.Table());
+            };
+            const auto run = [&](int exposures, int32_t button) {
+                return Step([this, kind, exposures, button](FZRD47500TestGuide& guide) {
+                    polls.clear();
+                    for (int i = 0; i < exposures; ++i) ExposeAll(kind, std::to_string(80 + i));
+                    if (button != 0) Queue([this, button](DetectorEvents&) { Guide().PressButton(button); });
+                    guide.PressButton(guide_button::kStart);
+                });
+            };
+            std::deque<Step> script = {
+                Step([this](FZRD47500TestGuide& guide) { Attach(guide); }),
+                run(1, guide_button::kStop),
+                run(2, 0),
+                Step([&](FZRD47500TestGuide& guide) {
+                    table(guide).Press({1, 2});
+                }),
+                Step([&](FZRD47500TestGuide& guide) {
+                    table(guide).PressRight({2, 3});
+                    table(guide).ToggleCheck({1, 1});
+                    table(guide).ToggleCheck({2, 2});
+                }),
+                Step([this, kind](FZRD47500TestGuide& guide) {
+                    ExposeAll(kind, "95");
+                    EXPECT_TRUE(guide.RedoExposure(1));
+                }),
+                choose(guide_menu::kShowAll),
+                choose(guide_button::kFirstTargetFilter + 1),
+                Step([&](FZRD47500TestGuide& guide) {
+                    for (int32_t button : {guide_button::kManual, guide_button::kShunt, guide_button::kClamp,
+                                           guide_button::kManual})
+                        guide.PressButton(button);
+                    for (uint8_t column = 1; column <= table(guide).Columns().size(); ++column)
+                        table(guide).Edit({1, column}, "21");
+                }),
+                Step([&](FZRD47500TestGuide&) {
+                    runEvents->vti_ZeroingmAs.Raise(true);
+                    runEvents->vti_AddWakeUpButton.Raise(true);
+                }),
+                Step([&](FZRD47500TestGuide& guide) { guide.PressButton(guide_button::kWakeUp); }),
+                Step([&](FZRD47500TestGuide& guide) { guide.PressButton(guide_button::kDisconnect); }),
+            };
+            std::deque<Step> compared;
+            int number = 0;
+            for (Step& step : script)
+                compared.push_back(
+                    [this, step = std::move(step), number = ++number](FZRD47500TestGuide& guide) {
+                        step(guide);
+                        Compare("step " + std::to_string(number));
+                    });
+            for (int32_t button : {guide_button::kNa, guide_button::kSkip}) {
+                std::deque<Step> all = compared;
+                all.push_back(Press(button));
+                Perform(*element, std::move(all));
+                listening.Disconnect();
+                drawn.reset();
+            }
+        }
+    }
+    EXPECT_EQ(seen.size(), static_cast<std::size_t>(GuidePart::kMenu) + 1) << "every part was reported";
+}
+
+}  // namespace
+}  // namespace vorex::test
