@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "execution/test_common.h"
-#include "foundation/library_state.h"
 #include "foundation/number_text.h"
+#include "foundation/sequence_state.h"
 #include "results/result_common.h"
 
 namespace vorex {
@@ -146,7 +146,7 @@ bool HeadlessOperator::BeforeWait() {
     const auto element = mGuide->Element();
     const auto config =
         element ? std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()) : nullptr;
-    if (!config || config->pMeasurementMode == kFluoro || !State().gRunActive) return false;
+    if (!config || config->pMeasurementMode == kFluoro || !element->Sequence()->gRunActive) return false;
     PressStop();
     return true;
 }

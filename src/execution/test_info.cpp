@@ -88,7 +88,7 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
         mTargetFilter.clear();
     }
     // The lists of rows count from behind a header of two lines at least.
-    if (header.size() < kUsualHeaderLines) header.push_back(Translate(text::kEmptyLine, {""}));
+    if (header.size() < std::size_t{kUsualHeaderLines}) header.push_back(Translate(text::kEmptyLine, {""}));
     for (std::string& line : header) lines.push_back(std::move(line));
 }
 

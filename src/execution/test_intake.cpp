@@ -5,6 +5,7 @@
 #include "execution/test_common.h"
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
+#include "foundation/sequence_state.h"
 #include "foundation/utilities.h"
 
 // What the element does with the events of the instruments. The row of exposure n is stored while n - 1
@@ -95,7 +96,7 @@ void CTestCommon::FetchWaveforms(uint8_t type) {
     if (!Guarded(
             "FetchWaveforms", [&] { TransferWaveform(type); }, &failure))
         BreakOff(failure);
-    if (mFrmTimer && State().gRunActive) mFrmTimer->StartTimer();
+    if (mFrmTimer && Sequence()->gRunActive) mFrmTimer->StartTimer();
 }
 
 /// The instrument gives the time in the unit of its column, which in fluoroscopy is the second.

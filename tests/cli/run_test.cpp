@@ -123,6 +123,19 @@ TEST_F(RunCommandTest, ARedoReplacesItsExposureAndCountsOverAll) {
     EXPECT_EQ(ValuesOf(1, "ER Avg Exposure"), "30.0|15.0|30.0") << "40, 20, 30, in the last as well";
 }
 
+TEST_F(RunCommandTest, AStopAtZeroComesBeforeTheFirstExposure) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(2))));
+    Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82"));
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl", "start,stop@0,start,next"), kExitPassed) << err;
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81") << "the first run took none";
+    // In fluoroscopy it ends the exposure that is held. A redo fills that one.
+    Write("f.xml", Sequence(Element(1, 700, Exposures(2) + "<MeasurementMode>2</MeasurementMode>")));
+    Write("f.jsonl", kHead + "{\"stopButton\":true}\n{\"stopButton\":true}\n{\"stopButton\":false}\n" +
+                         Shot("80") + Shot("90"));
+    ASSERT_EQ(RunFile("f.xml", "f.jsonl", "start,stop@0,redo 1,next"), kExitPassed) << err;
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "90|80");
+}
+
 TEST_F(RunCommandTest, AStoppedRunKeepsWhatWasTakenWithoutItsInstruments) {
     Write("s.xml", Sequence(Element(1, 100, Exposures(3))));
     Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82") + Shot("83") + Shot("84"));

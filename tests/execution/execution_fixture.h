@@ -12,7 +12,7 @@
 #include "config/config_common.h"
 #include "execution/test_common.h"
 #include "foundation/host_services.h"
-#include "foundation/library_state.h"
+#include "foundation/sequence_state.h"
 #include "guide/test_guide_form.h"
 #include "host/execution_pipe.h"
 #include "host/reference_host.h"
@@ -34,14 +34,10 @@ class ExecutionTest : public ::testing::Test {
         options.createDetectorService = [room = room] { return std::make_shared<FakeDetector>(room); };
         options.createDetectorLink = [room = room] { return std::make_shared<FakeLink>(room); };
         InstallLibrary(MakeReferenceHost(options));
-        ResetState();
         room->onPoll = [this](DetectorEvents& events) { OnPoll(events); };
         platform->onIdle = [this] { OnIdle(); };
     }
-    ~ExecutionTest() override {
-        InstallServices({});
-        ResetState();
-    }
+    ~ExecutionTest() override { InstallServices({}); }
 
     std::shared_ptr<CTestCommon> Make(int32_t testId, uint8_t exposures, int32_t kind = kZrd) {
         auto element = CTestCommon::Create();
@@ -109,7 +105,7 @@ class ExecutionTest : public ::testing::Test {
         step(Guide());
     }
     void OnPoll(DetectorEvents& events) {
-        if (!State().gRunActive) return;
+        if (!Guide().Element()->Sequence()->gRunActive) return;
         runEvents = &events;
         if (polls.empty()) return;
         const auto happening = std::move(polls.front().first);

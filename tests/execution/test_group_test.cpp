@@ -77,8 +77,8 @@ TEST_F(TestGroupTest, SkipAndNaOfTheFirstChildReachAllOthersAndNothingElse) {
         group->Perform(pipe);
         EXPECT_EQ(Leaves(), c.leaves) << c.tree << " " << c.button;
         EXPECT_EQ(guides, c.guides) << c.tree << " " << c.button;
-        EXPECT_FALSE(State().gSkipRemaining) << c.tree;
-        EXPECT_FALSE(State().gNARemaining) << c.tree;
+        EXPECT_FALSE(group->Sequence()->gSkipRemaining) << c.tree;
+        EXPECT_FALSE(group->Sequence()->gNARemaining) << c.tree;
     }
 }
 

@@ -94,7 +94,7 @@ TEST_F(TestPerformTest, AFinishedElementHasNoTimerAndHearsNothing) {
     // The run ends with the beam on.
     Perform(*element, {Start(), Press(guide_button::kAbort)});
     EXPECT_EQ(platform->Running(), 0);
-    EXPECT_FALSE(State().gRunActive);
+    EXPECT_FALSE(element->Sequence()->gRunActive);
     ASSERT_NE(runEvents, nullptr);
     EXPECT_FALSE(runEvents->VTI_DataReady.Connected());
     EXPECT_FALSE(runEvents->vti_EnableStopButton.Connected());
@@ -113,7 +113,7 @@ TEST_F(TestPerformTest, TheLogOfEditedValuesBelongsToItsResult) {
     const std::string kept = ResultOf(*element)->Comment();
     EXPECT_EQ(CommentLog(kept), log);
     Perform(*element, {});
-    State().gNARemaining = true;
+    element->Sequence()->gNARemaining = true;
     Perform(*element, {});
     Perform(*element, {});
     EXPECT_EQ(ResultOf(*element)->Comment(), kept) << "once, however often the element is performed";
@@ -158,7 +158,7 @@ TEST_F(TestPerformTest, TheLastExposureMayComeUnderAnOpenMenu) {
         redoBefore = items.front().enabled;
         Expose("81");
         platform->Advance(2000);  // the run ends here, while its own loop waits for the menu
-        EXPECT_FALSE(State().gRunActive);
+        EXPECT_FALSE(element->Sequence()->gRunActive);
         EXPECT_EQ(Guide().RunState(), GuideState::kIdle);
         itemsAfter = Guide().MenuItems();
         Expose("85");
@@ -180,6 +180,52 @@ TEST_F(TestPerformTest, TheLastExposureMayComeUnderAnOpenMenu) {
     EXPECT_EQ(Voltages(*ResultOf(*element)).size(), 2U);
     EXPECT_EQ(ResultOf(*element)->Superseded().size(), 1U) << "the redo that was chosen in that menu";
     EXPECT_EQ(element->Result()->Status(), kPassed);
+}
+
+TEST_F(TestPerformTest, AnExposureThatStopEndsInAHoldCountsAndARedoFillsIt) {
+    const auto element = Make(kFluoroExposure, 2);
+    const auto hold = [](bool on) {
+        return [on](DetectorEvents& events) { events.vti_EnableStopButton.Raise(on); };
+    };
+    Queue(hold(true));
+    Queue([this](DetectorEvents&) { EXPECT_TRUE(Guide().PressButton(guide_button::kStop)); });
+    Expose("70", "0.5");  // comes late
+    Queue(hold(true));
+    Queue(hold(false));
+    Expose("81", "0.5");
+    Perform(*element, {Start(), Step([&](FZRD47500TestGuide& guide) {
+                           EXPECT_THAT(Voltages(*ResultOf(*element)), ElementsAre("", "81"));
+                           EXPECT_FALSE(ResultOf(*element)->HasReading(0));
+                           Expose("90", "0.5");
+                           EXPECT_TRUE(guide.RedoExposure(1));
+                       })});
+    EXPECT_THAT(Voltages(*ResultOf(*element)), ElementsAre("90", "81"));
+    EXPECT_EQ(element->Result()->Status(), kPassed);
+}
+
+TEST_F(TestPerformTest, StopInAHoldOfARedoLeavesTheWaveformsOfTheOthers) {
+    const auto element = Make(kFluoroExposure, 2);
+    room->waveform = "0,40,80";
+    for (uint8_t row : {0, 1}) ConfigOf(*element).SetValue(row, ExposureColumn::kImport, "1");
+    for (const char* voltage : {"80", "81"}) {
+        Expose(voltage, "0.5");
+        const auto reading = polls.back().first;
+        polls.back().first = [reading](DetectorEvents& events) {
+            reading(events);
+            events.vti_CheckExposureWaveform.Raise(kKvWaveform);
+        };
+    }
+    Perform(*element, {Start(), Step([this](FZRD47500TestGuide& guide) {
+                           room->waveform.clear();
+                           Queue([](DetectorEvents& events) { events.vti_EnableStopButton.Raise(true); });
+                           Queue([](DetectorEvents&) {});
+                           polls.back().first = [&guide](DetectorEvents&) {
+                               guide.PressButton(guide_button::kStop);
+                           };
+                           EXPECT_TRUE(guide.RedoExposure(1));
+                       })});
+    for (int32_t exposure : {1, 2})
+        EXPECT_EQ(ResultOf(*element)->KvWaveform(exposure)->ValueCount(), 3) << exposure;
 }
 
 TEST_F(TestPerformTest, ARedoTakesOneExposureAndKeepsTheCount) {
