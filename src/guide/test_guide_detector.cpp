@@ -9,8 +9,7 @@
 #include "guide/detector_adaption.h"
 #include "guide/test_guide_form.h"
 
-// The guide and the detector: the watch of the link while idle, and the
-// adaption of the test on Start.
+// The guide and the detector: the watch of the link while idle, and the adaption of the test on Start.
 
 namespace vorex {
 
@@ -21,8 +20,7 @@ constexpr int32_t kGivesUpAfter = 100;
 
 }  // namespace
 
-// ---------------------------------------------------------------------------------------------
-// watch
+// --------------------------------------------------------------------------------------------- watch
 
 void FZRD47500TestGuide::StartWatch() {
     const auto& platform = Services().platform;
@@ -63,8 +61,7 @@ bool FZRD47500TestGuide::WatchGoesOn() {
         if (std::exchange(mLinkLost, false)) events.ConnectionFound.Raise();
         return true;
     }
-    // The first failure is announced; the watch goes on, so that a link that
-    // comes back is noticed.
+    // The first failure is announced; the watch goes on, so that a link that comes back is noticed.
     if (++failures == 1) LoseConnection();
     if (failures < kGivesUpAfter) return true;
     failures = 1;
@@ -80,8 +77,7 @@ void FZRD47500TestGuide::LoseConnection() {
     events.ConnectionLost.Raise();
 }
 
-// ------------------------------------------------------------------------------------------
-// adaption
+// ------------------------------------------------------------------------------------------ adaption
 
 bool FZRD47500TestGuide::AdaptToDetector() {
     if (IsSurvey() || !vti) return true;
@@ -132,8 +128,7 @@ void FZRD47500TestGuide::AdaptTo(int32_t kind, int32_t configured) {
     Report(GuidePart::kToolbar);
     Report(GuidePart::kMenu);
     BuildColumns(mConfig, true);
-    // The setup asks for an mAs meter that is not there: its values are typed in,
-    // where that is allowed.
+    // The setup asks for an mAs meter that is not there: its values are typed in, where that is allowed.
     const bool meterMissing = mConnectedKind == kZrd || mConnectedKind == kPelomark;
     if (meterMissing && HasMasMeter(configured) && mConfig->MASInputOverride) PressManual();
 }
@@ -169,8 +164,7 @@ void FZRD47500TestGuide::AdaptTargetFilters() {
     mToolbar.SetTargetFilters(names, index);
 }
 
-/// A result without exposures follows the detector; one with exposures is
-/// replaced when the run starts.
+/// A result without exposures follows the detector; one with exposures is replaced when the run starts.
 void FZRD47500TestGuide::InitializeResultAgain() {
     const auto result = Result();
     if (!result || !result->Rows().empty()) return;

@@ -49,8 +49,7 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
     mPipe = pipe;
     mConfig = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
     if (mConfig) {
-        // Before the first run the guide follows what is connected, where anything
-        // is.
+        // Before the first run the guide follows what is connected, where anything is.
         const auto result = Result();
         const bool measured = result && (result->Status() == kPassed || result->Status() == kFailed);
         mKind = measured || mConnectedKind == kNoDetector ? mConfig->DetectorName : mConnectedKind;
@@ -107,8 +106,7 @@ const ISelectedStandards* FZRD47500TestGuide::SelectedStandards() const {
     return mPipe ? mPipe->SelectedStandards().get() : nullptr;  // the pipe keeps it alive
 }
 
-// -------------------------------------------------------------------------
-// what the element lets it show
+// ------------------------------------------------------------------------- what the element lets it show
 
 void FZRD47500TestGuide::SetInfoLines(const std::vector<std::string>& lines) {
     mLines = lines;

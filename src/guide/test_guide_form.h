@@ -51,10 +51,9 @@ struct GuideChange {
     uint8_t number = 0;  ///< `kTableRow`: exposure, from 1; `kWaveform`: type
 };
 
-/// The window through which the operator runs a test, without its widgets: what
-/// is shown, what can be pressed, and what a press brings about. It measures
-/// nothing itself. While no exposures are taken it watches the link to the
-/// detector, and on Start it adapts the test to the detector that answers.
+/// The window through which the operator runs a test, without its widgets: what is shown, what can be
+/// pressed, and what a press brings about. It measures nothing itself. While no exposures are taken it
+/// watches the link to the detector, and on Start it adapts the test to the detector that answers.
 class FZRD47500TestGuide : public ITestGuide {
   public:
     FZRD47500TestGuide();
@@ -92,16 +91,15 @@ class FZRD47500TestGuide : public ITestGuide {
     void Unload() override;
 
     // What the operator does.
-    /// False when the button cannot be pressed now. A shortcut press of Start
-    /// stops a run that is active; a plain press always starts.
+    /// False when the button cannot be pressed now. A shortcut press of Start stops a run that is active; a
+    /// plain press always starts.
     bool PressButton(int32_t key, bool shortcut = false);
-    /// Selects a stored exposure and chooses "Redo Exposure" of the menu; false
-    /// when the menu would not offer it.
+    /// Selects a stored exposure and chooses "Redo Exposure" of the menu; false when the menu would not
+    /// offer it.
     bool RedoExposure(uint8_t exposure);
     /// The right button over the table.
     void OpenMenu();
-    /// Index counts from 0; any other than that of an offered target/filter is
-    /// ignored.
+    /// Index counts from 0; any other than that of an offered target/filter is ignored.
     void SelectTargetFilter(int32_t index);
 
     /// The element under test; empty before `Initialize` and after `Unload`.
@@ -112,8 +110,8 @@ class FZRD47500TestGuide : public ITestGuide {
     const GuideButton* Button(int32_t key) const { return mToolbar.Find(key); }
     const std::vector<GuideTab>& Tabs() const { return mTabs; }
     const std::vector<std::string>& InfoLines() const { return mLines; }
-    /// The instruction lines that are not hidden at present. An empty line keeps
-    /// its number, and is never shown.
+    /// The instruction lines that are not hidden at present. An empty line keeps its number, and is never
+    /// shown.
     std::vector<std::string> VisibleLines() const;
     const std::string& StatusLine() const { return mStatusLine; }
     /// Status of the result that is shown.
@@ -130,15 +128,13 @@ class FZRD47500TestGuide : public ITestGuide {
     int32_t FirmwareVersion() const { return mFirmwareVersion; }
     bool Watching() const { return mWatch && mWatch->Running(); }
 
-    /// What is shown has changed in one part: what redraws the reported parts
-    /// shows all that there is.
+    /// What is shown has changed in one part: what redraws the reported parts shows all that there is.
     Event<GuideChange> Changed{"FZRD47500TestGuide_Changed"};
 
   private:
     static constexpr int32_t kWatchInterval = 2000;  ///< ms
 
-    /// Keeps the watch from polling between what the operator's press sends;
-    /// nested presses count.
+    /// Keeps the watch from polling between what the operator's press sends; nested presses count.
     class WatchPause {
       public:
         explicit WatchPause(FZRD47500TestGuide& guide);
@@ -235,8 +231,7 @@ class FZRD47500TestGuide : public ITestGuide {
     bool mManualNote = false;
     bool mLinkLost = false;  ///< and announced
     int32_t mFirmwareVersion = 0;
-    std::vector<Connection> mListening;  ///< to the view and the detector; last,
-                                         ///< so that they end first
+    std::vector<Connection> mListening;  ///< to the view and the detector; last, so that they end first
 };
 
 }  // namespace vorex

@@ -8,8 +8,7 @@
 
 namespace vorex {
 
-using namespace guide_button;  // NOLINT(google-build-using-namespace): the keys
-                               // are this file's subject
+using namespace guide_button;  // NOLINT(google-build-using-namespace): the keys are this file's subject
 
 namespace {
 
@@ -32,8 +31,7 @@ constexpr PlainButton kPlainButtons[] = {
 
 }  // namespace
 
-// ------------------------------------------------------------------------------------
-// state of the bar
+// ------------------------------------------------------------------------------------ state of the bar
 
 void FZRD47500TestGuide::ToolbarState(GuideState state, bool enableNext) {
     mState = state;
@@ -47,8 +45,7 @@ void FZRD47500TestGuide::ToolbarState(GuideState state, bool enableNext) {
     Report(GuidePart::kMenu);
 }
 
-/// A test of the mAs meter alone whose values are typed in has nothing to
-/// start.
+/// A test of the mAs meter alone whose values are typed in has nothing to start.
 void FZRD47500TestGuide::EnableStartButton() {
     const bool typedOnly = mToolbar.Checked(kManual) && mConnectedKind == kMasMeter && mConfig &&
                            mConfig->DetectorOption == kMasMeter;
@@ -84,8 +81,7 @@ void FZRD47500TestGuide::LeaveRunningState() {
     ToolbarState(GuideState::kIdle, result && result->Status() != kNotTested);
 }
 
-// -------------------------------------------------------------------------------------------
-// presses
+// ------------------------------------------------------------------------------------------- presses
 
 FZRD47500TestGuide::WatchPause::WatchPause(FZRD47500TestGuide& guide) : mGuide(guide) {
     ++mGuide.mPauses;
@@ -158,8 +154,7 @@ void FZRD47500TestGuide::PressDisconnect() {
     mToolbar.Enable(kDisconnect, false);
 }
 
-// ---------------------------------------------------------------------------------------
-// mAs buttons
+// --------------------------------------------------------------------------------------- mAs buttons
 
 void FZRD47500TestGuide::RefreshMASButtons() {
     const bool hasMeter = mConfig && HasMasMeter(mKind);

@@ -13,8 +13,7 @@
 #include "mqsa/result_mqsa.h"
 #include "results/result_columns.h"
 
-// The table of the guide: its columns, what the operator does in it, and its
-// pop-up menu.
+// The table of the guide: its columns, what the operator does in it, and its pop-up menu.
 
 namespace vorex {
 
@@ -42,8 +41,7 @@ class MenuOpen {
 
 }  // namespace
 
-// -------------------------------------------------------------------------------------------
-// columns
+// ------------------------------------------------------------------------------------------- columns
 
 void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element) {
     const TestRow* test = FindTest(element->TestID());
@@ -121,8 +119,7 @@ void FZRD47500TestGuide::ShowResult(const std::shared_ptr<ITestElement>& element
     mCurrentExposure = exposure;
     if (!mView) return;
     const auto result = element->Result();
-    // The statistics of these tests are in each row; a table that takes up
-    // another result fills all rows.
+    // The statistics of these tests are in each row; a table that takes up another result fills all rows.
     const int32_t test = element->TestID();
     const bool allRows =
         exposure == 0 || test == kMammoAccRepro || test == kMammoAec || mTableResult.lock() != result;
@@ -139,8 +136,7 @@ void FZRD47500TestGuide::ToggleAllColumns() {
     if (!mView) return;
     mAllShown = !mAllShown;
     mView->DisplayAllColumns(mAllShown, mHiddenColumns);
-    // With both instruments the mAs columns may be among the hidden ones: they
-    // are typed into when shown.
+    // With both instruments the mAs columns may be among the hidden ones: they are typed into when shown.
     if (mKind == kZrdAndMas) mToolbar.Enable(guide_button::kManual, mAllShown);
     for (GuidePart part : {GuidePart::kColumns, GuidePart::kToolbar, GuidePart::kMenu}) Report(part);
 }
@@ -151,8 +147,7 @@ void FZRD47500TestGuide::TypeMasValues(bool allowed) {
     if (allowed) mView->ClickedMeasurementColumn(key::kMa, key::kMas, key::kMasPulse, key::kDoseMas);
 }
 
-// ----------------------------------------------------------------------------------
-// clicks and edits
+// ---------------------------------------------------------------------------------- clicks and edits
 
 void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const std::string& columnKey) {
     const auto result = Result();
@@ -169,8 +164,7 @@ void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const s
     Report(GuidePart::kDetails);
 }
 
-/// Asks for the waveform of each channel of the detector, so that both panes
-/// show the same exposure.
+/// Asks for the waveform of each channel of the detector, so that both panes show the same exposure.
 void FZRD47500TestGuide::RequestWaveforms(uint8_t exposure) {
     const uint8_t shownLast = mWaveformType;
     const bool kv = HasZrd(mKind) || !HasMasMeter(mKind);
@@ -233,8 +227,7 @@ void FZRD47500TestGuide::LogTypedValue(uint8_t exposure, const CMeasurement& mea
            measurement.Description() + ": " + measurement.ValueText();
 }
 
-// ---------------------------------------------------------------------------------------
-// pop-up menu
+// --------------------------------------------------------------------------------------- pop-up menu
 
 void FZRD47500TestGuide::EnableMenuRedoExposure(bool enable) {
     mRedoAllowed = enable;

@@ -119,8 +119,7 @@ class Drawing {
     const FZRD47500TestGuide& mGuide;
 };
 
-/// Compares, after each event of a run and each step, what was redrawn with
-/// what there is.
+/// Compares, after each event of a run and each step, what was redrawn with what there is.
 class GuideChangeTest : public ExecutionTest {
   protected:
     void Attach(FZRD47500TestGuide& guide) {
