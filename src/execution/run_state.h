@@ -27,10 +27,10 @@ constexpr bool IsHeld(RunState state) {
 
 /// What becomes of the result when the element is left.
 enum class Outcome : uint8_t {
-    kUnchanged,      ///< nothing was started: as it was before
-    kKept,           ///< judged and kept
-    kMarkedNA,      ///< kept as not applicable
-    kDiscarded,      ///< dropped, an earlier one too
+    kUnchanged,  ///< nothing was started: as it was before
+    kKept,       ///< judged and kept
+    kMarkedNA,   ///< kept as not applicable
+    kDiscarded,  ///< dropped, an earlier one too
 };
 
 }  // namespace vorex

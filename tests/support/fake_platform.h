@@ -64,7 +64,7 @@ class FakePlatform : public IPlatform {
     }
 
     IModalWindow* shown = nullptr;  ///< the latest
-    std::function<void()> onIdle;  ///< called while a window is shown and nothing is pending
+    std::function<void()> onIdle;   ///< called while a window is shown and nothing is pending
     std::function<int32_t(const std::vector<MenuItem>&)> onMenu;
     bool confirms = true;
     CalendarDate today{15, 3, 2026};
