@@ -220,7 +220,8 @@ TEST_F(FaultTest, AReadingThatFitsNoColumnIsReportedNextToTheVerdict) {
     Write("r.jsonl", kHead + Replaced(Shot("80"), "]}}", R"(],"mas":["200","20","0","0"]}})"));
     EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
     const std::string fault = "exposure 1: the reading of the mAs meter has no column for \"ER mA\"";
-    EXPECT_NE(Read("out.xml").find("Reason=\"exposure 1: the reading of the mAs meter"), std::string::npos);
+    EXPECT_NE(Read("out.xml").find("Reason=\"31488::exposure %%1: %%2|1|the reading of the mAs meter"),
+              std::string::npos);
     EXPECT_EQ(Run({"show", Path("out.xml")}), kExitPassed);
     EXPECT_NE(out.find(fault), std::string::npos) << out;
 }
