@@ -14,8 +14,8 @@ namespace vorex {
 class ElementFile;
 
 /// The facts of a result, in the language of the report: its run, its instruments, its judgement, and what
-/// has changed since. The instruments of the file are in for those of a result that names only their
-/// number.
+/// has changed since. A result that names its instrument by number only takes it from the list of the
+/// file.
 std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCommon& result,
                                     const ISelectedStandards* selected, std::span<const MtiEntry> instruments,
                                     const IReportDocument& report);
