@@ -18,8 +18,8 @@ struct OperatorPlace {
     std::size_t steps = 0;   ///< at the last of them
 };
 
-/// Keeps the journal of a run, and leads a resumed run through what its journal holds: the run begins anew on
-/// the tape of the journal, is compared with it exposure by exposure, and goes on where it ends.
+/// Keeps the journal of a run, and leads a resumed run through what its journal holds: the run begins again
+/// on the tape of the journal, is compared with it exposure by exposure, and goes on where it ends.
 class JournalKeeper {
   public:
     explicit JournalKeeper(RunTape& tape) : mTape(tape) {}

@@ -9,7 +9,7 @@
 #include "mqsa/result_mqsa.h"
 #include "results/result_common.h"
 
-// Judging stored results anew.
+// Judging stored results again.
 
 namespace vorex {
 

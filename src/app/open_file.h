@@ -52,8 +52,8 @@ class OpenFile {
     /// The surveys that could not be judged to their end, and why.
     std::vector<AppFault> SurveyFaults() const;
 
-    /// Judges stored results anew against the limits of the file: surveys are recalculated, groups rolled up.
-    /// A group without a result gets one when a child has one.
+    /// Judges stored results again against the limits of the file: surveys are recalculated, groups rolled
+    /// up. A group without a result gets one when a child has one.
     void Judge(IAppListener& listener);
 
     /// Puts a standard, NAME or NAME:VERSION, into the elements that it has limits for, in place of what they

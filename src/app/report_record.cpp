@@ -58,7 +58,7 @@ std::string SurveyField(const SurveyRecord& record, std::string_view field) {
     return std::string(Trimmed(record.Field(survey::kGeneralInformation, field)));
 }
 
-/// A date of the survey as its parts stand in the file; empty while one is missing.
+/// A date of the survey as its parts are in the file; empty while one is missing.
 std::string SurveyDate(const SurveyRecord& record) {
     std::string date;
     const SurveyDateKeys& keys = survey::kSurveyDate;
@@ -101,7 +101,7 @@ std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCo
         AddUnlessEmpty(facts, text::kReportStandards, StandardNames(*judged), report);
         const std::vector<std::string> others = ChangedSides(element, *judged, selected, &report);
         changes.insert(changes.end(), others.begin(), others.end());
-        // Where the limits stand beside the values, and are the same, they need no list.
+        // Where the limits are next to the values, and are the same, they need no list.
         if ((report.Options() & kReportLimits) == 0 || !others.empty()) {
             const std::string limits = LimitLines(result, *judged, report);
             AddUnlessEmpty(facts, text::kReportLimits,

@@ -44,7 +44,7 @@ StandardName FindStandard(const std::string& wanted, const std::vector<StandardN
                              (list.empty() ? "a standard, but there is none" : "one of " + list));
 }
 
-/// True when a standard has a limit of a key, with or without the number of an exposure behind it.
+/// True when a standard has a limit of a key, with or without the number of an exposure after it.
 bool HasLimit(const IStandard& standard, std::string_view limitKey) {
     const bool numbered = IsMaxExposureRate(limitKey);
     return std::any_of(standard.Results().begin(), standard.Results().end(), [&](const auto& limit) {

@@ -21,7 +21,7 @@ namespace vorex {
 std::string LimitWords(const CMeasurement& item, const IStandard& standard,
                        const IReportDocument* report = nullptr);
 
-/// How a run that did not simply end came to its end, for beside its verdict: "(stopped after 2 of 5)",
+/// How a run that did not simply end came to its end, as shown next to its verdict: "(stopped after 2 of 5)",
 /// "(broke off: the link to the instruments was lost)"; empty for one that went as planned.
 std::string EndingNote(const ITestElement& element, const IReportDocument* report = nullptr);
 
@@ -46,7 +46,7 @@ std::vector<std::string> ChangedSides(const ITestElement& element, const Judgeme
                                       const ISelectedStandards* selected,
                                       const IReportDocument* report = nullptr);
 
-/// What a result tells of its origin: when, by which program, how the run ended and why, and which limits
+/// What a result says about its origin: when, by which program, how the run ended and why, and which limits
 /// and settings are others now.
 std::vector<std::string> RecordLines(const ITestElement& element, const CConfigCommon& config,
                                      const CResultCommon& result, const ISelectedStandards* selected);

@@ -16,7 +16,7 @@ namespace vorex {
 /// The language that was asked for, else that of the system.
 std::string LanguageOf(const CommonOptions& common);
 
-/// Prints what a program is told of its work on a file, and the progress of a run to a person.
+/// Prints the messages and the progress of a run for a person.
 class TerminalListener : public IAppListener {
   public:
     explicit TerminalListener(Terminal& terminal) : mTerminal(terminal) {}

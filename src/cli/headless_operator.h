@@ -17,7 +17,7 @@
 
 namespace vorex {
 
-/// Drives the test guide as an operator script tells: one element of the script for each guide that opens, a
+/// Drives the test guide as an operator script says: one element of the script for each guide that opens, a
 /// step whenever the guide is idle. A guide that the script does not drive gets "start,next".
 ///
 /// A step that cannot be taken is an error of the script, and the run is broken off; unless an instrument

@@ -239,7 +239,7 @@ class TestText {
         Line(Translate(text::kShowWaveforms, {words}));
     }
 
-    /// What a redo has replaced: without a mark of failure, for no verdict uses it.
+    /// What a redo has replaced: without a mark of failure, because no verdict uses it.
     void AddSuperseded(const CResultCommon& result) {
         const auto& all = result.Superseded();
         if (all.empty()) return;
@@ -310,7 +310,7 @@ std::string ElementLine(const ITestElement& element, int depth, bool colour) {
     if (IsOwnName(name, element.TestID())) left += ": " + name;
     const auto result = element.Result();
     const int32_t status = result ? result->Status() : kNotTested;
-    // A run that did not go as planned says so beside its verdict, which must not look like any other.
+    // A run that did not go as planned says so next to its verdict, which must not look like any other.
     std::string note = EndingNote(element);
     if (!note.empty()) note = "  " + Cut(note, kMostNote);
     const std::string words = RightAligned(StatusWords(element), kStatusWidth);

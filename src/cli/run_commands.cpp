@@ -67,7 +67,7 @@ int RescueResult(OpenFile& file, const std::string& reason, Terminal& terminal) 
     return kExitFault;
 }
 
-/// True for an output beside which a journal can stand: a file, or what will be one.
+/// True for an output that can have a journal: a file, or what will be one.
 bool HasJournal(const fs::path& output) {
     std::error_code error;
     const fs::file_status status = fs::status(output, error);
@@ -104,7 +104,7 @@ int Conclude(Run& run, const RunOutcome& outcome, OpenFile& file, const fs::path
     return outcome.end == RunEnd::kAborted ? static_cast<int>(kExitAborted) : verdict;
 }
 
-/// A run tells in its report what its file holds: limits and waveforms with the rest.
+/// The report of a run shows what its file holds, limits and waveforms included.
 ReportOptions ReportOfRun(const RunOptions& options) {
     ReportOptions report;
     report.input = options.output.empty() ? options.input : options.output;

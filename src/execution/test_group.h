@@ -42,7 +42,7 @@ class CResultTestGroup : public IResultData, public LibraryObject {
 };
 
 /// An element that holds other elements and performs them in order, as the navigation code that each child
-/// leaves in the pipe tells.
+/// leaves in the pipe says.
 class CTestGroup : public ElementOnBase<ITestContainerBase>,
                    public ITestContainer,
                    public LibraryObject,

@@ -62,8 +62,8 @@ inline constexpr int32_t kManual = 1503;
 /// Class name under which elements ask for their guide.
 inline constexpr std::string_view kTestGuideClass = "VorexZRD47500Test.FZRD47500TestGuide";
 
-/// The window through which the operator runs an element: what a running element tells it to show, and the
-/// events by which it tells what the operator did. Exists during `Perform` only:
+/// The window through which the operator runs an element: a running element says what to show, and the
+/// events by which it says what the operator did. Exists during `Perform` only:
 /// `Load`, `Initialize`, shown modally, `Unload`.
 class ITestGuide : public IModalWindow, public LibraryObject {
   public:

@@ -87,7 +87,7 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
         mCharging = false;
         mTargetFilter.clear();
     }
-    // The lists of rows count from behind a header of two lines at least.
+    // The lists of rows count from a header of at least two lines.
     if (header.size() < std::size_t{kUsualHeaderLines}) header.push_back(Translate(text::kEmptyLine, {""}));
     for (std::string& line : header) lines.push_back(std::move(line));
 }

@@ -81,7 +81,7 @@ class FileCheck {
     std::set<int32_t> mPlainResults;
 };
 
-/// An element in words, with the measurement, limit or instrument that it stands in.
+/// An element in words, with the measurement, limit or instrument that it is in.
 std::string NameOf(pugi::xml_node element) {
     std::string name = Quoted(element.name());
     for (pugi::xml_node at = element; at && !SameText(at.name(), tag::kTestElement); at = at.parent()) {
@@ -93,7 +93,7 @@ std::string NameOf(pugi::xml_node element) {
     return name;
 }
 
-/// ID of the test that an element stands in, as the file has it.
+/// ID of the test that an element is in, as the file has it.
 std::string TestOf(pugi::xml_node element) {
     while (element && !SameText(element.name(), tag::kTestElement)) element = element.parent();
     if (!element) return {};

@@ -175,7 +175,7 @@ void XmlSource::ReadFile() {
     os::File file = os::File::Open(mName, os::Access::kRead, error);
     check();
     constexpr std::size_t kFirstRead = std::size_t{1} << 16U;
-    // One byte more than the file has tells its end without another round.
+    // Asking for one byte more than the file has shows its end without another round.
     std::size_t capacity = std::max(kFirstRead, static_cast<std::size_t>(file.Size()) + 1);
     mSize = 0;
     for (;;) {

@@ -19,7 +19,7 @@ namespace vorex {
 inline constexpr int32_t kMostLevels = 200;
 inline constexpr std::size_t kLargestFile = std::size_t{512} << 20U;
 
-/// A document that was read and is kept as it stands, comments and all. Entities other than the five of XML
+/// A document that was read and is kept as it is, comments and all. Entities other than the five of XML
 /// and numeric ones are not expanded. Raises FileError for what cannot be read or is no well-formed UTF-8
 /// document of ordinary size.
 class XmlSource {

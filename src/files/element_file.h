@@ -20,7 +20,7 @@ class SequenceState;
 class XmlSource;
 
 /// An element file in memory: the elements, the instruments and the choice of standards. What the file holds
-/// beside that stays with it and is written back where it stood.
+/// apart from these stays with it and is written back in its place.
 class ElementFile {
   public:
     /// A new file without elements.

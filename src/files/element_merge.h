@@ -10,7 +10,7 @@ class OutputDocument;
 class OutputElement;
 
 /// Puts what a file holds and this system does not know (elements, attributes, comments, instructions) into
-/// the tree that is about to be written, behind the counterparts of what it stood behind; attributes keep
+/// the tree that is about to be written, after the counterparts of its old neighbours; attributes keep
 /// the order that they had. What this system knows and no longer writes does not come back.
 ///
 /// A deferred element learns its counterpart, and is merged when it is made. The document that was read has

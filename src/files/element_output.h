@@ -53,7 +53,7 @@ class OutputElement final : public IXmlElement {
     void ClearAttributes() { mFirstAttribute = nullptr; }
     /// Its content is made when it is written.
     bool IsDeferred() const { return mDeferred; }
-    /// Puts a node of a read document, which has to outlive this one, behind a child, or in front of all.
+    /// Puts a node of a read document, which has to outlive this one, after a child, or in front of all.
     OutputElement* InsertForeign(OutputElement* behind, pugi::xml_node node);
 
   private:
@@ -85,7 +85,7 @@ class OutputDocument final : public IXmlDocument {
 
     /// Empty for a text that is no name of an element.
     std::shared_ptr<IXmlElement> CreateElement(std::string_view name) override;
-    /// What stands in the document itself: the root element, and comments around it.
+    /// What is in the document itself: the root element, and comments around it.
     OutputElement& Top() { return *mTop; }
 
     /// Makes the content of a deferred element in a document of its own, with what its counterpart in the
@@ -102,7 +102,7 @@ class OutputDocument final : public IXmlDocument {
     }
 
     using Sink = std::function<void(std::string_view text)>;
-    /// Writes UTF-8 with an XML declaration, indented by two blanks, in pieces. What a text holds beside
+    /// Writes UTF-8 with an XML declaration, indented by two blanks, in pieces. What a text holds apart from
     /// characters becomes the replacement character, so that the file can always be read again.
     void Write(const Sink& sink) const;
     std::string Text() const;

@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
-/// What this system knows of the element file: which elements stand where, what must be a number, what tells
-/// two elements of a name apart. Everything else in a file is foreign, and is kept as it stands.
+/// What this system knows of the element file: which elements are allowed where, what must be a number, what
+/// tells two elements of a name apart. Everything else in a file is foreign, and is kept as it is.
 namespace vorex {
 
 /// Kinds of elements, by where they stand.
@@ -72,7 +72,7 @@ enum class Form : uint8_t {
     kEnding,  ///< how a run ended
 };
 
-/// What tells elements of one name apart.
+/// What distinguishes elements of one name.
 enum class Identity : uint8_t { kOrder, kOnly, kId, kKey, kNumber, kNameAndVersion };
 
 /// An element that this system writes.
@@ -107,7 +107,7 @@ Place PlaceOfTest(std::string_view testId);
 /// True where the text of an element belongs to the class that writes it.
 bool OwnsText(Place place);
 
-/// A key of the configuration block: of the whole test, and, with a row number behind it, of an exposure.
+/// A key of the configuration block: of the whole test, and, with a row number after it, of an exposure.
 struct ConfigKey {
     int32_t index = -1;  ///< of the key's name; below 0 for a key that is not known
     int32_t row = -1;    ///< from 0; below 0 for a key of the whole test

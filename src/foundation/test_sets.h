@@ -71,10 +71,6 @@ class TestSet {
 
 inline constexpr TestSet kAllTests = TestSet::All();
 
-constexpr TestSet Tests(std::initializer_list<int32_t> ids) {
-    return {ids};
-}
-
 inline constexpr TestSet kRadiography = TestSet::OfMode(kRadio);
 inline constexpr TestSet kFluoroscopy = TestSet::OfMode(kFluoro);
 inline constexpr TestSet kMammography = TestSet::OfMode(kMammo);

@@ -189,7 +189,7 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
         Report(GuidePart::kTableRow, exposure);
         return;
     }
-    // What is judged anew would get between the exposures of a run.
+    // Judging again would interfere with the exposures of a run.
     if (!mSequence->gRunActive) {
         if (columnKey == key::kAdjacent) {
             mConfig->SetValue(row, ExposureColumn::kAdjacent, text);

@@ -59,7 +59,7 @@ class TestElementBase : public virtual ITestElementBase {
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
     /// Heading, configuration, result and comment; nothing when the filter keeps the element out of reports.
-    /// The limits print nothing: they tell which standards stand beside the results.
+    /// The limits print nothing: they say which standards are printed next to the results.
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
     void Terminate() override;
 

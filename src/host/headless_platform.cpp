@@ -57,7 +57,7 @@ bool IsOffset(std::string_view text) {
     return text.size() == 5 && TakeTimeOfDay(text).has_value();
 }
 
-/// A moment as a text tells it: "2026-02-28", "2026-02-28T10:00", "2026-02-28T10:00:00+01:00".
+/// A moment as a text says it: "2026-02-28", "2026-02-28T10:00", "2026-02-28T10:00:00+01:00".
 std::optional<ClockTime> ReadClockTime(std::string_view text) {
     constexpr std::size_t kDateSize = 10;
     if (text.size() < kDateSize || text[4] != '-' || text[7] != '-') return std::nullopt;

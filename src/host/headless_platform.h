@@ -76,7 +76,7 @@ class HeadlessPlatform final : public IPlatform {
     /// The date of VOREX_NOW, or of the system.
     CalendarDate Today() override;
     std::string TimeStamp() override;
-    /// Sets date and time of the start, as `TimeStamp` tells them. [before anything has happened]
+    /// Sets date and time of the start, as `TimeStamp` says them. [before anything has happened]
     void StartAt(std::string_view timeStamp);
     /// From now on waits sleep: what has happened so far was caught up on in virtual time.
     void GoRealTime();

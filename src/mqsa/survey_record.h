@@ -50,7 +50,7 @@ struct CellArea {
     }
 };
 
-/// A text that stands in neighbouring cells of a row.
+/// A text that is in neighbouring cells of a row.
 struct FixedCell {
     int32_t row;
     int32_t firstColumn;
@@ -58,7 +58,7 @@ struct FixedCell {
     std::string_view text;
 };
 
-/// What is known of a grid beside its cells.
+/// What is known of a grid apart from its cells.
 struct GridRow {
     int32_t rows;
     int32_t columns;
@@ -129,7 +129,7 @@ inline constexpr std::size_t kPreliminaryRows = 13;
 inline constexpr std::size_t kSummaryRows = 33;
 inline constexpr std::size_t kAcrColumn = 0;
 inline constexpr std::size_t kMqsaColumn = 1;
-/// What stands in both columns of a heading.
+/// What is in both columns of a heading.
 inline constexpr std::string_view kHeadingMark = "-";
 
 using VerdictRow = std::array<std::string, 2>;

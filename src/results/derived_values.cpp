@@ -122,7 +122,7 @@ void TakeNew(History& history, std::string_view reading) {
     history.values.push_back(ReadNumber(reading));
 }
 
-/// Visits the stored rows that count beside the new reading, and the place of that reading among them.
+/// Visits the stored rows that count next to the new reading, and the place of that reading among them.
 template <typename Stored, typename New>
 void ForEachExposure(const ReadingContext& context, const Stored& stored, const New& taken) {
     const auto& rows = context.result.Rows();

@@ -60,12 +60,12 @@ struct ColumnRow {
 
 constexpr TestSet kFluoroTests = kFluoroscopy;
 constexpr TestSet kNotExposure = TestSet::AllBut(kFluoroExposure);
-constexpr TestSet kLinearity = Tests({kRadioLinearity});
-constexpr TestSet kRepro = Tests({kRadioRepro});
-constexpr TestSet kAec = Tests({kMammoAec});
-constexpr TestSet kAccRepro = Tests({kMammoAccRepro});
-constexpr TestSet kAccuracy = Tests({kRadioAccuracy});
-constexpr TestSet kOutput = Tests({kMammoRadiation});
+constexpr TestSet kLinearity = kRadioLinearity;
+constexpr TestSet kRepro = kRadioRepro;
+constexpr TestSet kAec = kMammoAec;
+constexpr TestSet kAccRepro = kMammoAccRepro;
+constexpr TestSet kAccuracy = kRadioAccuracy;
+constexpr TestSet kOutput = kMammoRadiation;
 
 constexpr int32_t kText = kTextOnly;
 constexpr int32_t kNumber = kJudgedNumber;
@@ -80,7 +80,7 @@ constexpr ColumnRow kReadings[] = {
     {kAllTests,                kZrdKinds,                  key::kKvPpv,            text::kKvPpv,            UnitRule::kKv,              kText, kHasPreset | kQuantity},
     {kAllTests,                kZrdKinds,                  key::kExposure,         text::kExposure,         UnitRule::kExposure,        kText, kQuantity},
     {kNotExposure,             kZrdKinds,                  key::kExposureRate,     text::kExposureRate,     UnitRule::kRate,            kText, kQuantity},
-    {Tests({kFluoroExposure}), kZrdKinds,                  key::kMaxExposureRate,  text::kExposureRate,     UnitRule::kRate,            kText, kJudged | kLoadsAsNumber},
+    {kFluoroExposure,          kZrdKinds,                  key::kMaxExposureRate,  text::kExposureRate,     UnitRule::kRate,            kText, kJudged | kLoadsAsNumber},
     {kAllTests,                kZrdKinds,                  key::kExposureTime,     text::kExposureTime,     UnitRule::kTime,            kText, kQuantity,                 {},            When::kTimeBase},
     {kAllTests,                kZrdKinds,                  key::kExposureInPulses, text::kExposureInPulses, UnitRule::kPulses,          kText, kQuantity,                 {},            When::kPulseBase},
     {kFluoroTests,             kZrdKinds,                  key::kPulseRate,        text::kPulseRate,        UnitRule::kPulsesPerSecond, kText, 0,                         {},            When::kPulsedFluoro},
@@ -112,9 +112,9 @@ constexpr ColumnRow kTestColumns[] = {
     {kLinearity,               kZrdKinds,                  key::kExposurePerMas,        text::kExposurePerMas,         UnitRule::kExposurePerMas, kText,   0},
     {kLinearity,               kZrdKinds,                  key::kErNonAdjacent,         text::kCoefficientOfLinearity, UnitRule::kNone,           kNumber, kJudged,                              kFourDecimals},
 
-    {Tests({kFluoroAccuracy}), kZrdKinds,                  key::kFluoroKvpError,        text::kPercentKvpAvgError,     UnitRule::kPercent,        kNumber, kJudged | kLoadsAsNumber,             kFourDecimals},
-    {Tests({kFluoroExposure}), kZrdKinds,                  key::kPhantomThickness,      text::kPhantomThickness,       UnitRule::kNone,           kText,   kTypedText},
-    {Tests({kFluoroExposure}), kZrdKinds,                  key::kMode,                  text::kFluoroMode,             UnitRule::kNone,           kText,   kTypedText},
+    {kFluoroAccuracy,          kZrdKinds,                  key::kFluoroKvpError,        text::kPercentKvpAvgError,     UnitRule::kPercent,        kNumber, kJudged | kLoadsAsNumber,             kFourDecimals},
+    {kFluoroExposure,          kZrdKinds,                  key::kPhantomThickness,      text::kPhantomThickness,       UnitRule::kNone,           kText,   kTypedText},
+    {kFluoroExposure,          kZrdKinds,                  key::kMode,                  text::kFluoroMode,             UnitRule::kNone,           kText,   kTypedText},
 
     {kAccRepro,                kZrdKinds,                  key::kHalfMeanKvp,           text::kHalfMeanKvp,            UnitRule::kKv,             kText,   kTestWide},
     {kAccRepro,                kZrdKinds,                  key::kHalfStandardDeviation, text::kHalfStandardDeviation,  UnitRule::kNone,           kText,   kTestWide},

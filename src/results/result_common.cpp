@@ -407,7 +407,7 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
         const std::size_t row = at / mCurrent->size();
         return row < mRows.size() ? CellOfHost(row, at % mCurrent->size()) : nullptr;
     }
-    // A heading stands in the place of each row's import flag; the statistics follow once, at the end.
+    // A heading is in the place of each row's import flag; the statistics follow once, at the end.
     const auto perRow = static_cast<std::size_t>(GetColumnCounts().row);
     if (at < mRows.size() * perRow) {
         const std::size_t row = at / perRow;

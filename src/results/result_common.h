@@ -61,7 +61,7 @@ class CResultCommon : public IResultData,
     /// Value of a column of a row; rows count from 0, columns from 1. Empty when there is none.
     std::string GetValue(uint8_t row, uint8_t column) const;
     /// Stores a typed value in a cell of that address. The statistics of its column, which belong to the last
-    /// exposure with a reading, are computed anew.
+    /// exposure with a reading, are computed again.
     void SetValue(uint8_t row, uint8_t column, std::string_view text);
     /// Fills the columns of the working row that a source fills: 1 ZRD 47500, 2 Pelomark, 3 mAs meter. A
     /// column without a field keeps its value. The fault of a row that does not fit its columns, in words for
@@ -72,7 +72,7 @@ class CResultCommon : public IResultData,
     /// Exposure 0 only judges. Returns what the judgement means for the survey.
     SurveyOutcomes UpdateStatus(ITestElement& owner, const ISelectedStandards* selected,
                                 uint8_t exposureNumber, bool notApplicable = false);
-    /// Judges every stored row anew. Returns what the judgement means for the survey.
+    /// Judges every stored row again. Returns what the judgement means for the survey.
     SurveyOutcomes UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
                                    bool notApplicable = false);
     /// A view's edit of the adjacent flag of a row, counted from 0: -1 nothing done, 0 failed, 1 passed.
@@ -134,7 +134,7 @@ class CResultCommon : public IResultData,
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     /// Raises 0x8004A3EC when the element cannot be made.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
-    /// The exposures, the statistics of the test once behind them, then the waveforms.
+    /// The exposures, the statistics of the test once after them, then the waveforms.
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
 
     void ServiceRecord(std::shared_ptr<IServiceRecord> record) { mServiceRecord = std::move(record); }
@@ -148,7 +148,7 @@ class CResultCommon : public IResultData,
     void Run(RunRecord record) { mRun = std::move(record); }
     /// By what the result was judged; empty for a result of a file that does not tell.
     const std::optional<Judgement>& JudgedBy() const { return mJudgedBy; }
-    /// The statuses follow from the limits as they stand now.
+    /// The statuses follow from the present limits.
     void NoteJudgement(const ITestElement& owner, const ISelectedStandards* selected) {
         mJudgedBy = PresentJudgement(owner, selected);
     }

@@ -72,7 +72,7 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
     if (mServiceRecord) add(mServiceRecord->Save(owner));
     // A result that was not tested, or is not applicable, keeps no measurements.
     if (mStatus == kNotTested || mStatus == kNotApplicable) {
-        // A run that broke off before its first exposure tells why.
+        // A run that broke off before its first exposure says why.
         if (mRun && mStatus == kNotTested) mRun->Save(*element, owner);
         return element;
     }

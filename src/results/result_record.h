@@ -12,7 +12,7 @@
 /// What a verdict was made with, kept in the result so that a later reader need not guess.
 namespace vorex {
 
-/// Version of the formulas behind the readings: `derived_values.cpp`, the rules of `result_status.cpp` and
+/// Version of the formulas: `derived_values.cpp`, the rules of `result_status.cpp` and
 /// the dose conversion factors. Goes up by one with every change of a formula that can change a number or a
 /// verdict.
 inline constexpr int32_t kFormulaVersion = 2;
@@ -62,7 +62,7 @@ struct Judgement {
     void Load(const std::shared_ptr<IXmlElement>& element);
 };
 
-/// A judgement by an element's limits as they stand now.
+/// A judgement by an element's present limits.
 Judgement PresentJudgement(const ITestElement& owner, const ISelectedStandards* selected);
 
 }  // namespace vorex

@@ -113,7 +113,7 @@ class ResultTable {
     IReportDocument& mReport;
     std::string mColumns;
     std::string mHeading;
-    bool mBegun = false;  ///< the heading stands on this page
+    bool mBegun = false;  ///< the heading is on this page
 };
 
 void AddLine(std::vector<std::string>& lines, const CMeasurement& measurement, bool heldAgainstLimits,
