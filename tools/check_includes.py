@@ -3,8 +3,9 @@
 
 An include of the test library goes to a file of a lower rank, or stays inside its folder with a rank that is
 not higher; there is no cycle. The library includes its own files and standard headers only. Each folder
-outside the library may include the folders that are listed for it, and nothing includes a program. An outside library is included only in the
-folders that are listed for it, and a header of an operating system only in system/.
+outside the library may include the folders that are listed for it, and nothing includes a program. An outside
+library is included only in the folders that are listed for it, and a header of an operating system only in
+system/.
 """
 
 import argparse
