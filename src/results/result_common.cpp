@@ -238,7 +238,8 @@ void CResultCommon::BeginRedo(uint8_t exposureNumber) {
     mRedo.reset();
     const std::size_t index = exposureNumber - 1U;
     if (exposureNumber == 0 || index >= mRows.size()) return;
-    Redo& redo = mRedo.emplace();
+    Redo& redo =
+        mRedo.emplace(Redo{{}, std::make_shared<CWaveform>(), std::make_shared<CWaveform>(), nullptr});
     redo.former.exposure = exposureNumber;
     redo.former.row = CopyOf(*mRows[index]);
     redo.former.kvWaveform = mWaveforms[index];

@@ -174,8 +174,8 @@ class CResultCommon : public IResultData,
     using Waveforms = std::vector<std::shared_ptr<CWaveform>>;
     struct Redo {
         SupersededExposure former;
-        std::shared_ptr<CWaveform> kvWaveform = std::make_shared<CWaveform>();  ///< taken since, or empty
-        std::shared_ptr<CWaveform> maWaveform = std::make_shared<CWaveform>();
+        std::shared_ptr<CWaveform> kvWaveform;  ///< taken since, or empty
+        std::shared_ptr<CWaveform> maWaveform;
         std::shared_ptr<MeasurementRow> workingRow;  ///< as it was before
     };
 
