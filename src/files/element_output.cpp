@@ -183,7 +183,7 @@ class DocumentWriter {
             Flush();
             if (text.size() > mPiece.size()) return mSink(text);
         }
-        std::memcpy(mPiece.data() + mUsed, text.data(), text.size());
+        std::copy(text.begin(), text.end(), mPiece.data() + mUsed);
         mUsed += text.size();
     }
     void Flush() {
