@@ -18,6 +18,7 @@ if [ ! -x "$vorex" ]; then
 fi
 mkdir -p "$out"
 out=$(realpath "$out")
+rm -f "$out"/*.journal # of an earlier go through the examples that was cut off
 cd "$here"
 shown_out=$(realpath --relative-to=. --relative-base=.. "$out") # absolute outside the project
 
