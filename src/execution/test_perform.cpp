@@ -423,8 +423,8 @@ void CTestCommon::EndHeldExposure() {
     mStopDone = mFetchWaveforms = mSkipCount = true;
     Take(RunStep::kRelease);
     const auto exposure = static_cast<uint8_t>(std::min(mExposureNo + 1, 255));
-    // It counts without a reading as well; an exposure that has one keeps it.
-    mResult->StoreMissing(exposure);
+    // It counts without a reading as well; an exposure that has one keeps it. After the last one none is due.
+    if (MoreExposures()) mResult->StoreMissing(exposure);
     const int32_t kind = mfrmTestGuide->DetectorType();
     if (HasZrd(kind)) FetchWaveforms(kKvWaveform);
     if (HasMasMeter(kind)) FetchWaveforms(kMaWaveform);

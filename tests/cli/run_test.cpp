@@ -136,6 +136,14 @@ TEST_F(RunCommandTest, AStopAtZeroComesBeforeTheFirstExposure) {
     EXPECT_EQ(ValuesOf(1, "kVp Avg"), "90|80");
 }
 
+TEST_F(RunCommandTest, AStopAfterTheLastExposureAddsNone) {
+    Write("f.xml", Sequence(Element(1, 700, Exposures(1) + "<MeasurementMode>2</MeasurementMode>")));
+    Write("f.jsonl", kHead + "{\"stopButton\":true}\n" + Shot("80") + "{\"stopButton\":false}\n");
+    ASSERT_EQ(RunFile("f.xml", "f.jsonl", "start,stop@1,next"), kExitPassed) << err;
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80");
+    EXPECT_TRUE(ResultOf(1).select_nodes("Measurement[@Missing]").empty());
+}
+
 TEST_F(RunCommandTest, AStoppedRunKeepsWhatWasTakenWithoutItsInstruments) {
     Write("s.xml", Sequence(Element(1, 100, Exposures(3))));
     Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82") + Shot("83") + Shot("84"));
