@@ -18,10 +18,9 @@
 // One exposure in mid-run: from the event of the detector service to the row that is stored, judged against
 // ten limits and shown in the guide.
 //
-// The run is a whole one, with the guide, the reference host and recorded instruments. When the exposure that
-// is to be timed has been delivered, the service raises its events again and again, which computes, stores,
-// judges and shows that exposure again next to the others: what follows the first time differs only in that
-// the row is there already.
+// The run is complete, with the guide, the reference host and recorded instruments. Once the timed exposure
+// has been delivered, the service raises its events again and again, and each time the exposure is computed,
+// stored, judged and shown next to the others. Only the first time differs: the row does not exist yet.
 
 namespace vorex::bench {
 namespace {
@@ -111,8 +110,8 @@ BENCHMARK(BM_Exposure)
     ->Args({kZrdAndMas, 255})
     ->Unit(benchmark::kMicrosecond);
 
-/// What no program could leave out of an exposure: the texts of its statistics' columns read and summed up,
-/// two texts written for each.
+/// The work that no program could avoid for an exposure: the texts of its statistics' columns are read and
+/// summed, and two texts are written for each.
 void BM_ExposureTextsOnly(benchmark::State& state) {
     const auto columns = static_cast<std::size_t>(state.range(0));
     const auto rows = static_cast<std::size_t>(state.range(1));

@@ -77,8 +77,8 @@ void BM_SaveFileXmlOnly(benchmark::State& state) {
 }
 BENCHMARK(BM_SaveFileXmlOnly)->Unit(benchmark::kMillisecond);
 
-/// A load in a fresh process, as a user meets it: its processor time, and its peak memory in bytes per byte
-/// of the file.
+/// A load in a fresh process, as for a user: its processor time, and its peak memory in bytes per byte of the
+/// file.
 void LoadAlone(benchmark::State& state, std::string_view what) {
     const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
     const std::string command = program + " " + std::string(what) + " " + LargeFile();

@@ -5,8 +5,8 @@
 #include "files/run_journal.h"
 #include "workbench.h"
 
-// What the journal costs: an append returns when the line has reached the disk. This is time of the clock,
-// for the processor waits; and it depends on the disk below the folder for temporary files (TMPDIR).
+// What the journal costs: an append returns when the line has reached the disk. Wall-clock time is measured,
+// because the processor waits; it depends on the disk that holds the folder for temporary files (TMPDIR).
 
 namespace vorex::bench {
 namespace {

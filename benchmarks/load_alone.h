@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-/// What a load costs a user can only be measured in a process that has done nothing else: memory that was
-/// used before is neither new to the process nor cold. The benchmark program starts itself with one of these
-/// words and the name of a file.
+/// What a load costs a user can only be measured in a fresh process: memory that was used before is neither
+/// new to the process nor cold. The benchmark program starts itself with one of these words and the name of a
+/// file.
 namespace vorex::bench {
 
 inline constexpr std::string_view kLoadElements = "--load-elements";

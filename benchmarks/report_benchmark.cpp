@@ -13,8 +13,7 @@
 #include "reports/report_pdf.h"
 #include "workbench.h"
 
-// Reports: the text of a large sequence, a hundred pages of tables as PDF, and the program as a user meets
-// it.
+// Reports: the text of a large sequence, a hundred pages of tables as PDF, and the whole program.
 
 namespace vorex::bench {
 namespace {

@@ -71,7 +71,7 @@ std::string SurveyFile(const Scratch& scratch) {
     return file;
 }
 
-/// The program as a user meets it.
+/// The whole program.
 void BM_SurveyPdf(benchmark::State& state) {
     const Scratch scratch;
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");

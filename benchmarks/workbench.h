@@ -24,7 +24,7 @@
 /// What the benchmarks share: a scratch folder, an installed library, and the files that they measure with.
 namespace vorex::bench {
 
-/// A folder of its own, gone at the end. Settings of the user do not reach the measurements.
+/// A folder of its own, removed at the end. The user's settings do not affect the measurements.
 class Scratch {
   public:
     Scratch() {
@@ -114,7 +114,7 @@ inline std::string RecordedExposures(int32_t kind, int32_t count) {
 enum class Journal { kNone, kKept };
 
 /// Runs a file on recorded instruments with the program's own command; the result is in `output`. Without
-/// a journal it comes by way of standard output.
+/// a journal it passes through standard output.
 inline void RunFile(const std::string& input, const std::string& recording, const std::string& output,
                     Journal journal = Journal::kNone) {
     const bool kept = journal == Journal::kKept;

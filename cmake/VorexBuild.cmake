@@ -40,7 +40,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   endif()
 endif()
 if(VOREX_WARNINGS_AS_ERRORS)
-  # Whether a value may be unset is a guess of the optimiser: shown, but no error.
+  # The optimiser only guesses that a value may be unset, so this is a warning and not an error.
   list(APPEND VOREX_WARNINGS -Werror)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     list(APPEND VOREX_WARNINGS -Wno-error=maybe-uninitialized)
@@ -68,7 +68,7 @@ target_precompile_headers(vorex_standard_headers PRIVATE ${VOREX_STANDARD_HEADER
 
 # vorex_add_library(<target> [FOLDERS <folder of src>...] [FILES <file>...] [EXCEPT <file>...] [LINK <target>...])
 # A static library of every .cpp in the folders (not below them) and the files. A folder without sources, or a
-# file that is not there, is an error.
+# file that does not exist, is an error.
 function(vorex_add_library target)
   cmake_parse_arguments(arg "" "" "FOLDERS;FILES;EXCEPT;LINK" ${ARGN})
   set(sources ${arg_FILES})
@@ -100,10 +100,10 @@ function(vorex_add_library target)
   target_link_libraries(${target} PUBLIC ${arg_LINK})
 endfunction()
 
-# The folders that the program looks for as ../share/vorex/<name> from its own place.
+# The folders that the program looks for in ../share/vorex/<name>, relative to its own folder.
 set(VOREX_DATA_FOLDERS languages standards examples)
 
-# Makes them reachable in the build tree as they are after installation.
+# The build tree has them in the same place as an installation.
 function(vorex_link_data_folders)
   set(share "${PROJECT_BINARY_DIR}/share/vorex")
   file(MAKE_DIRECTORY "${share}")

@@ -1,6 +1,6 @@
-# Fuzz targets: each tests/fuzz/<name>_fuzz.cpp is a program of its own, its inputs stand in
-# tests/fuzz/corpus/<name>/. With VOREX_FUZZING it is driven by libFuzzer, and CTest runs it for
-# VOREX_FUZZ_SECONDS; otherwise by replay_main.cpp, and CTest replays the inputs once.
+# Fuzz targets: each tests/fuzz/<name>_fuzz.cpp is a program of its own; its inputs are in
+# tests/fuzz/corpus/<name>/. With VOREX_FUZZING, libFuzzer drives it, and CTest runs it for
+# VOREX_FUZZ_SECONDS; otherwise CTest replays the inputs once with replay_main.cpp.
 
 file(GLOB fuzz_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/fuzz/*_fuzz.cpp")
 foreach(source IN LISTS fuzz_sources)

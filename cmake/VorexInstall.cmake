@@ -10,7 +10,8 @@ foreach(folder IN LISTS VOREX_LIBRARY_FOLDERS)
   install(DIRECTORY "src/${folder}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vorex"
     COMPONENT development FILES_MATCHING PATTERN "*.h")
 endforeach()
-# What programs on the application layer need besides: a set of its own, because it needs outside libraries.
+# What programs on the application layer need in addition: a set of its own, because it needs outside
+# libraries.
 set(VOREX_APP_TARGETS vorex_app vorex_instruments vorex_host vorex_system)
 install(TARGETS ${VOREX_APP_TARGETS} EXPORT vorexAppTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development)

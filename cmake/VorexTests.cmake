@@ -35,8 +35,8 @@ set_target_properties(vorex_pdf_of_another_version PROPERTIES PREFIX ""
   LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/test_modules")
 add_dependencies(vorex_tests vorex_pdf_of_another_version)
 
-# All tests in one process, in an order that is another every time, find what one leaves behind for the
-# next. Each test alone names what failed; with sanitizers a process takes too long to start for that.
+# All tests run in one process, each time in a different order, which finds state that one test leaves for the
+# next. One process per test names what failed; with sanitizers a process takes too long to start for that.
 if(VOREX_SANITIZE)
   foreach(index RANGE 1)
     add_test(NAME all_tests_shuffled_part_${index} COMMAND vorex_tests --gtest_shuffle --gtest_brief=1)
@@ -51,7 +51,7 @@ else()
   set_tests_properties(all_tests_shuffled PROPERTIES RUN_SERIAL ON TIMEOUT 600)
 endif()
 
-# Benchmarks. CTest only looks that each still runs; times are taken by hand.
+# Benchmarks. CTest only checks that each still runs; times are measured by hand.
 file(GLOB benchmark_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/benchmarks/*_benchmark.cpp")
 add_executable(vorex_benchmarks ${benchmark_sources} benchmarks/main.cpp)
 vorex_configure_target(vorex_benchmarks)
@@ -74,8 +74,8 @@ add_test(NAME include_ranks
 add_test(NAME include_ranks_self_test
   COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/check_includes_test.py")
 
-# Every command of the documents prints what they say, and every example ends as told. A user's settings
-# must not matter.
+# Every command of the documents prints what they say, and every example ends with the expected code. A user's
+# settings must not matter.
 add_test(NAME documents COMMAND "${Python3_EXECUTABLE}" -B
   "${PROJECT_SOURCE_DIR}/tests/docs/run_doc_examples.py" --program "$<TARGET_FILE:vorex>")
 # A run that is killed loses nothing; tools/kill_test.py kills more often by hand.

@@ -1,5 +1,5 @@
-# The headers of the outside libraries for a compiler of Windows. They are the ones that this system has, each
-# reached by a link of its own: the folder they lie in holds the headers of this system as well.
+# The headers of the outside libraries for a Windows compiler: those installed on this system, each through
+# its own symbolic link, because their folder also holds headers that are only for this system.
 
 set(outside_headers "${PROJECT_BINARY_DIR}/outside_headers")
 file(MAKE_DIRECTORY "${outside_headers}")

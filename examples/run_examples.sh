@@ -4,10 +4,10 @@
 #   examples/run_examples.sh            results go to build/examples
 #   examples/run_examples.sh FOLDER     results go to FOLDER
 #
-# VOREX names the program; without it, the release build is taken. Ends with 0 when every example ended as
-# told here: some fail on purpose.
+# VOREX names the program; without it, the release build is used. Ends with 0 when every example ended with
+# the exit code given here: some fail on purpose.
 set -euo pipefail
-export LC_ALL=C.UTF-8 # its words are English, and so are the lines that it expects of the program
+export LC_ALL=C.UTF-8 # this script and the lines that it expects are in English
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 vorex=$(realpath "${VOREX:-$here/../build/release/bin/vorex}")
 out=${1:-$here/../build/examples}
@@ -18,7 +18,7 @@ if [ ! -x "$vorex" ]; then
 fi
 mkdir -p "$out"
 out=$(realpath "$out")
-rm -f "$out"/*.journal # of an earlier go through the examples that was cut off
+rm -f "$out"/*.journal # from an earlier run of the examples that was interrupted
 cd "$here"
 shown_out=$(realpath --relative-to=. --relative-base=.. "$out") # absolute outside the project
 
@@ -39,7 +39,7 @@ room() {
 }
 
 # unit_survey WHAT EXPECTED_EXIT_CODE ANSWERS ROOM EXPECTED_LINE...: the survey is filled from its answers, then performed
-# behind the tests that feed it; the lines must stand in what show prints, whatever the width of its columns and lines.
+# after the tests that feed it; show must print the lines, whatever the width of its columns and lines.
 unit_survey() {
     local what=$1 expected=$2 answers=$3 room=$4 code=0 report line shown
     count=$((count + 1))
@@ -47,7 +47,7 @@ unit_survey() {
     report=${result%.xml}.pdf
     printf '\n%s%2d  %s%s\n' "$bold" "$count" "$what" "$plain"
     printf '    $ vorex survey mammography_survey.xml --from %s.json -o %s/filled.xml\n' "$answers" "$shown_out"
-    # Its exit code is that of the answers alone; the run tells the one that counts.
+    # This exit code reflects the answers only; the one that counts is that of the run.
     "$vorex" survey mammography_survey.xml --from "$answers.json" -o "$out/filled.xml" >/dev/null || true
     printf '    $ vorex run %s/filled.xml --instruments simulated --room rooms/%s.json \\\n' "$shown_out" "$room"
     printf '          -o %s/%s --report %s/%s\n' "$shown_out" "$result" "$shown_out" "$report"

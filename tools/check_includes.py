@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds every #include of src/ against the ranks of the files and names each arrow that breaks them.
+"""Checks every #include of src/ against the ranks of the files and names each one that breaks them.
 
 An include of the test library goes to a file of a lower rank, or stays inside its folder with a rank that is
 not higher; there is no cycle. The library includes its own files and standard headers only. Each folder
@@ -140,7 +140,7 @@ def fault_of_quoted(include, files):
 
 
 def fault_of_angled(include):
-    """What is wrong with an include of somebody else's header, or an empty text."""
+    """What is wrong with an include of an outside header, or an empty text."""
     if rank_of(include.source) is not None:
         return "" if include.target in STANDARD_HEADERS else "the test library includes standard headers only"
     folders = (SYSTEM_FOLDER,)
@@ -180,7 +180,7 @@ def find_cycles(files):
 
 
 def find_faults(source_root):
-    """All faults of a source tree as lines of text, and the number of includes that were looked at."""
+    """All faults of a source tree as lines of text, and the number of includes that were checked."""
     files = read_includes(source_root)
     faults = []
     for name, includes in files.items():

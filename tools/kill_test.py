@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Kills vorex at random moments and looks whether anything is lost.
+"""Kills vorex at random moments and checks that nothing is lost.
 
     kill_test.py --program build/release/bin/vorex [--kills 200] [--seed N]
 
@@ -47,11 +47,11 @@ RUNS = (
 
 
 class Faults(Exception):
-    """Something was lost, or came out otherwise."""
+    """Something was lost or has changed."""
 
 
 def whole_lines(journal):
-    """Lines of a journal that are whole, or none when there is no journal."""
+    """The whole lines of a journal; none when there is no journal."""
     if not journal.exists():
         return []
     return [line for line in journal.read_bytes().splitlines(keepends=True) if line.endswith(b"\n")]
@@ -98,7 +98,7 @@ class Campaign:
         return code, text, took
 
     def disturbed(self, case, most_kills):
-        """One run, killed again and again at random moments until it comes to its end."""
+        """One run, killed again and again at random moments until it completes."""
         code, text, took = self.undisturbed(case)
         output, journal = self.scratch / "out.xml", self.scratch / "out.xml.journal"
         lines = []

@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034
-# Sourced by ./run and ./test: the Debian packages that each needs, and how they get there.
+# Sourced by ./run and ./test: the Debian packages that each needs, and their installation.
 
 build_packages=(g++ cmake ninja-build pkg-config libpugixml-dev nlohmann-json3-dev libcli11-dev
     qt6-base-dev libqpdf-dev fonts-liberation2 fonts-dejavu-core fonts-droid-fallback)

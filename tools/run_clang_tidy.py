@@ -43,7 +43,7 @@ def key_of(path, settings):
     return digest.hexdigest()
 
 
-# What needs headers that the flags below do not name: those of a toolkit, or of another system.
+# Sources that need headers the flags below do not name: those of a toolkit, or of another system.
 LEFT_OUT = ("desktop/", "reports/pdf/", "system/system_windows.cpp")
 
 
@@ -57,7 +57,7 @@ def main():
     parser.add_argument("files", nargs="*", type=Path, help="default: every .cpp below src/ but those of a toolkit or of another system")
     options = parser.parse_args()
 
-    # Compiled as written, without the precompiled headers of the build, so an include that is missing shows.
+    # Compiled without the precompiled headers of the build, so that a missing include is found.
     compiler = ["-std=c++20", f"-I{SOURCE}", f"-I{options.build.resolve() / 'generated'}",
                 "-Wall", "-Wextra", "-Wno-overloaded-virtual", "-Wno-missing-field-initializers"]
     version = subprocess.run([options.tool, "--version"], capture_output=True, text=True, check=True).stdout
@@ -88,7 +88,7 @@ def main():
                 failed += 1
                 print(result.stdout + result.stderr, flush=True)
 
-    # What belongs to no file any more is dropped. A run on chosen files knows only those.
+    # Entries without a file are dropped. A run on chosen files knows only those.
     if not options.files:
         for mark in set(options.cache.iterdir()) - set(marks.values()):
             mark.unlink()

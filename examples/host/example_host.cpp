@@ -1,6 +1,6 @@
-// A host of its own for the installed test library: it implements the services that the library asks for,
-// runs one reproducibility test of three exposures through the test guide, judges it by a standard of its
-// own, and prints and saves the result. Its readings are fixed: 80, 81 and 84.5 KV against a limit of 84.
+// An independent host for the installed test library: it implements the services that the library asks for,
+// runs one reproducibility test of three exposures through the test guide, judges it by its own standard, and
+// prints and saves the result. Its readings are fixed: 80, 81 and 84.5 KV against a limit of 84.
 
 #include <iostream>
 #include <memory>
@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Texts of this host: the words of a verdict are its own, everything else is the default of the library.
+/// Texts of this host: its own words for the verdicts, the library's defaults for everything else.
 class OwnTexts final : public vorex::ITextService {
   public:
     std::string Translate(std::string_view, std::string_view key,

@@ -21,7 +21,7 @@ class OwnInfo final : public vorex::IElementInfo {
     std::string mName;
 };
 
-/// The bookkeeping of one element. It is in every pass: it has no filter.
+/// The bookkeeping of one element. It takes part in every pass: it has no filter.
 class OwnElementBase final : public vorex::ITestElementBase {
   public:
     std::shared_ptr<vorex::IConfigData> Configuration() const override { return mConfiguration; }
@@ -117,7 +117,7 @@ class OwnPipe final : public vorex::IExecutionPipe, public vorex::ISelectedStand
     void Add(vorex::MtiEntry entry) override { mInstruments.push_back(std::move(entry)); }
 
   private:
-    /// A face of this object, which the caller of `Perform` keeps.
+    /// A view of this object, which the caller of `Perform` keeps alive.
     template <typename Interface>
     std::shared_ptr<Interface> Part() const {
         auto* self = const_cast<OwnPipe*>(this);

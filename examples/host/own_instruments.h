@@ -8,7 +8,7 @@
 
 #include "foundation/detector_service.h"
 
-/// A detector that answers with readings that are given, one exposure at each poll of a run.
+/// A detector that answers with given readings, one exposure at each poll of a run.
 class OwnDetector final : public vorex::IDetectorService {
   public:
     explicit OwnDetector(std::shared_ptr<std::vector<vorex::ZrdReading>> readings)

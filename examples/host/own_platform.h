@@ -13,7 +13,7 @@
 #include "foundation/platform.h"
 
 /// A platform without a window. Waiting moves its clock to the next tick; when nothing is pending it asks the
-/// person, who is a function that presses buttons of the window.
+/// person: a function that presses buttons of the window.
 class OwnPlatform final : public vorex::IPlatform {
   public:
     /// False when the person does nothing, and time should pass.

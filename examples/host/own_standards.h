@@ -106,7 +106,7 @@ class OwnStandards final : public vorex::IStandardCollection {
         return owner->CreateElement(vorex::tag::kExpectedResult);
     }
     void Clear() override { mStandards.clear(); }
-    /// Nobody changes a standard of this host, so copies of an element share them.
+    /// The standards of this host never change, so copies of an element share them.
     std::shared_ptr<vorex::IStandardCollection> Clone() const override {
         return std::make_shared<OwnStandards>(*this);
     }

@@ -1,5 +1,5 @@
-// A second program on the application layer, in a page: it runs an element file in a simulated X-ray room and
-// prints the verdict of each element. Nothing is saved.
+// A second program on the application layer, on one page: it runs an element file in a simulated X-ray room
+// and prints the verdict of each element. Nothing is saved.
 //
 //   run_in_room FILE [ROOM]
 
@@ -13,7 +13,7 @@
 #include "foundation/utilities.h"
 #include "host/headless_platform.h"
 
-/// Presses Start, then Next. An element that cannot be left by Next is left by closing its guide.
+/// Presses Start, then Next. If Next is not enabled, the guide is closed.
 class Presser : public vorex::IOperator, public vorex::IHeadlessOperator {
     bool OnIdle(vorex::IModalWindow& window) override {
         auto& guide = dynamic_cast<vorex::FZRD47500TestGuide&>(window);
