@@ -4,8 +4,8 @@
 
 namespace vorex {
 
-/// Installs the host's services and the library's classes.
-/// [once, before any object of the library is created]
+/// Installs the host's services and registers the library's classes. [once, before any object of the library
+/// is created]
 void InstallLibrary(HostServices services);
 
 }  // namespace vorex

@@ -33,7 +33,7 @@ struct ArrayRow {
     ExposureColumn column;
     TextArray C::*array;
     TextArray C::*maArray = nullptr;
-    std::string_view beyond = kUnknownCell;  ///< what a cell beyond the table reads as
+    std::string_view beyond = kUnknownCell;  ///< the text of a cell beyond the table
 };
 
 // clang-format off
@@ -78,7 +78,7 @@ const TableRow* FindTable(int32_t testId) {
     return at == std::end(kTables) ? nullptr : at;
 }
 
-/// The column of a number, from 1; null where the test has none. The import flag is in every table.
+/// The column with a number, from 1; null if the test has none. Every table has the import flag.
 const ArrayRow* FindColumn(int32_t testId, uint8_t number) {
     if (number == kImportNumber) return &kArrays[0];
     const TableRow* table = FindTable(testId);
@@ -188,7 +188,8 @@ std::shared_ptr<IDialog> CConfigCommon::CreateDialog() {
     return CreateControlDialog(ClassName(test->setupClass), shared_from_this());
 }
 
-/// The four choices fall back on their first value whatever the store holds; the others keep what they have.
+/// The four choices fall back to their first value if the store has an unknown one; the other settings keep
+/// their value.
 void CConfigCommon::TakeSiteDefaults() {
     const int32_t rateUnit = ReadSetting(setting::kDoseRateUnit, 1);
     pMeasurementFluoroType = OneOrTwo(ReadSetting(setting::kFluoroType, 1));

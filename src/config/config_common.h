@@ -15,14 +15,14 @@
 
 namespace vorex {
 
-/// A code that no choice has, and the value that the setting took in its place.
+/// A code that a choice does not have, and the value that the setting took instead.
 struct UnknownCode {
     int32_t code = 0;
     int32_t value = 0;
 };
 
-/// The settings of a measuring test. One object has the fields of all tests; the test identifier says which
-/// of them are live. Numbers that a person types are kept as typed.
+/// The settings of a measuring test. One object has the fields of all tests; the test identifier decides
+/// which of them are in use. Numbers that a person types are kept as typed.
 struct ConfigFields {
     // Identity and control.
     int32_t pTestID = 0;
@@ -66,7 +66,7 @@ struct ConfigFields {
     std::string pScreenType;
     std::string pFilmType;
     std::string pCassetteSize;       ///< cm
-    std::string pFileldRestriction;  // the interface has this spelling
+    std::string pFileldRestriction;  // spelled like this in the interface
     std::string pSID;                ///< cm
 
     // Exposure table: index 0 is exposure 1.
@@ -113,7 +113,8 @@ struct ConfigFields {
     int32_t PKPressureUnit = 1;
     int32_t PKTemperatureUnit = 0;
 
-    /// Codes of a loaded file that no choice has, by key. They are saved again until the setting changes.
+    /// Codes of a loaded file that their choice does not have, by key. They are saved again until the setting
+    /// changes.
     std::map<std::string_view, UnknownCode> unknownCodes;
 
     // mAs meter.
@@ -135,7 +136,7 @@ class CConfigCommon : public IConfigData,
 
     /// Cell of the exposure table. Rows count from 0, columns from 1: column 1 is the import flag, the
     /// meaning of the others depends on the test. "0" for a cell that does not exist, but "1" beyond the
-    /// table for the focal spot and the criterion, so that a caller's default is a valid choice.
+    /// table for the focal spot and the criterion, so that callers get a valid choice.
     std::string GetValue(uint8_t row, uint8_t column) const;
     std::string GetValue(uint8_t row, ExposureColumn column) const;
     /// Ignored beyond the table. Columns other than the first are stored for detector kind 1 only.
@@ -144,7 +145,7 @@ class CConfigCommon : public IConfigData,
     /// A whole column; unchanged when the table is empty.
     void GetArrayData(uint8_t column, TextArray& data) const;
     /// Stores a whole column. Any column but the first also empties the import flags: the setup pages store
-    /// column 1 first and expect this of the others.
+    /// column 1 first and rely on this.
     void SetArrayData(uint8_t column, const TextArray& data);
 
     const std::shared_ptr<ITestGuideConfig>& TestGuideConfig() const { return mTestGuideConfig; }
@@ -153,12 +154,12 @@ class CConfigCommon : public IConfigData,
     bool HasDialog() const override { return true; }
     /// Takes the site defaults into this object the first time it is cloned.
     std::shared_ptr<IConfigData> Clone() override;
-    /// Hosts the setup control of the test; empty when there is none of that class.
+    /// A dialog with the setup control of the test; empty when its class does not exist.
     std::shared_ptr<IDialog> CreateDialog() override;
-    /// The settings of the test as a file keeps them, in its order; without those of the test guide.
+    /// The settings of the test as in a file, in the same order; without those of the test guide.
     SettingTexts PersistedTexts() const;
-    /// Raises 0x8004A3C2 for a block that is not this plug-in's. An absent key keeps the field, but an
-    /// absent choice reads as its first value.
+    /// Raises 0x8004A3C2 for a block that is not this plug-in's. A missing key leaves the field as it is, but
+    /// a missing choice reads as its first value.
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
     /// The settings, then the planned exposures; nothing when the configuration is kept out of reports.
@@ -172,7 +173,7 @@ class CConfigCommon : public IConfigData,
     /// an over-range value or a sum that is not above 0.
     std::string GetmASCV() const;
 
-    /// Shapes a new object for a test; an identifier that is no measuring test is only stored.
+    /// Sets a new object up for a test; an identifier that is no measuring test is only stored.
     void DefaultValues(int32_t testId);
 
     Event<int32_t> LimitDeleted{"LimitDeleted"};
@@ -181,7 +182,7 @@ class CConfigCommon : public IConfigData,
   private:
     using Column = TextArray ConfigFields::*;
 
-    /// The array of a column of the exposure table; null where the test has none.
+    /// The array of a column of the exposure table; null if the test has none.
     Column ColumnOf(uint8_t column) const;
     void TakeSiteDefaults();
 

@@ -2,7 +2,7 @@
 #include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 
-// What a new test of each kind starts with. A field that no row names keeps its construction value.
+// The defaults of a new test of each kind. A field without a row keeps its construction value.
 
 namespace vorex {
 

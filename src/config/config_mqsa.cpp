@@ -80,7 +80,7 @@ void LoadTable(const IXmlElement& block, std::string_view group, GridId table, s
     if (!value || value->Text().empty()) return;
     const std::vector<std::string> parts = SplitCells(GridKey(table), value->Text(), cells.size());
     std::copy(parts.begin(), parts.end(), cells.begin());
-    // A file holds the default texts; what nobody has changed is shown in the language of today.
+    // A file holds the default texts; unchanged ones are shown in the present language.
     for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = WordOfToday(cells[i], TextOf(table, i));
 }
 

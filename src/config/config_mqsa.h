@@ -12,7 +12,7 @@
 
 namespace vorex {
 
-/// What an annual mammography survey is prepared with: the heads of its collimation and artifact pages.
+/// The preparation of an annual mammography survey: the heads of its collimation and artifact pages.
 class CConfigMQSA : public IConfigData,
                     public LibraryObject,
                     public std::enable_shared_from_this<CConfigMQSA> {

@@ -25,7 +25,7 @@ enum class CellForm { kNumber, kText, kLeadingNumber, kThickness };
 
 struct CellRow {
     TestSet tests;
-    std::string_view key;  ///< the row number, from 0, is glued to it
+    std::string_view key;  ///< followed by the row number, from 0
     TextArray C::*array;
     CellForm form;
 };
@@ -38,7 +38,7 @@ enum class Form {
     kCode,       ///< a choice, as its code
     kTrueFalse,  ///< "True" or "False"; an empty text reads as the default
     kText,
-    kNumberText,  ///< a text that passes the number reader both ways
+    kNumberText,  ///< a text that is normalised as a number when it is saved and loaded
 };
 
 struct SettingRow {
@@ -159,7 +159,7 @@ constexpr SettingRow kSettings[] = {
 // A test without rows of its own would lose its settings with each save.
 static_assert(CoversEveryMeasuringTest(kCells, kSettings));
 
-/// Tests whose old files keep the import flag under another key.
+/// Tests whose old files have the import flag under another key.
 constexpr TestSet kOldImportKey = {kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure};
 // clang-format on
 
@@ -174,7 +174,7 @@ Number Clamped(std::string_view text) {
     return static_cast<Number>(std::clamp(ReadInteger(text), kLow, kHigh));
 }
 
-/// The text of a field as the file keeps it.
+/// The text of a field in the file.
 struct FieldToText {
     const ConfigFields& config;
     const SettingRow& row;
@@ -201,7 +201,7 @@ struct FieldToText {
     }
 };
 
-/// Takes a text of the file into a field.
+/// Stores a text of the file in a field.
 struct TextToField {
     ConfigFields& config;
     const SettingRow& row;
@@ -223,7 +223,7 @@ struct TextToField {
     }
 
   private:
-    /// The value of a code. A code that the choice does not have is noted, so that saving keeps it.
+    /// The value of a code. An unknown code is noted, so that saving keeps it.
     int32_t Value() const {
         const int32_t code = ReadInteger(text);
         const int32_t value = ValueOfStored(*row.choice, code);
@@ -233,7 +233,7 @@ struct TextToField {
     }
 };
 
-/// What an absent key means: a choice reads as its first value, anything else keeps what it has.
+/// For a missing key, a choice takes its first value; anything else keeps its value.
 struct AbsentField {
     ConfigFields& config;
     const SettingRow& row;
@@ -279,7 +279,7 @@ void LoadRow(ConfigFields& config, const ChildTexts& children, std::size_t row) 
     if (flag != nullptr) config.importFlags[row] = flag->Text();
     for (const CellRow& cell : kCells) {
         if (!cell.tests.Has(config.pTestID)) continue;
-        // The thickness column is filled from the mA of its row; files of the field rely on it.
+        // The thickness column is filled from the mA of its row; files in use rely on it.
         const bool thickness = cell.form == CellForm::kThickness;
         const IXmlElement* node = children.Find(RowKey(thickness ? tag::kMachinemA : cell.key, row));
         if (node == nullptr) continue;
@@ -289,7 +289,7 @@ void LoadRow(ConfigFields& config, const ChildTexts& children, std::size_t row) 
                 target = LocaleText(ReadNumber(node->Text()));
                 break;
             case CellForm::kLeadingNumber:
-                // A cell without a choice stays one: files keep their bytes.
+                // An empty choice stays empty, so that a file keeps its bytes.
                 target = node->Text().empty() ? std::string() : PlainText(ReadNumber(node->Text()));
                 break;
             case CellForm::kThickness:

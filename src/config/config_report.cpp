@@ -8,7 +8,7 @@
 #include "foundation/utilities.h"
 
 // The printed configuration: a table of the settings, then a table of the planned exposures. Rows and columns
-// are data; one walk prints them for every test and detector kind.
+// are data, which one function prints for every test and detector kind.
 
 namespace vorex {
 
@@ -59,7 +59,7 @@ template <bool C::*Field>
 std::string Switched(const C& c, const R& r) {
     return OnOff(c.*Field, r);
 }
-/// A text that a person typed; a number among them takes the decimal sign of the report.
+/// A typed text; a number takes the decimal sign of the report.
 template <std::string C::*Field>
 std::string AsTyped(const C& c, const R& r) {
     return markup::Number(c.*Field, r);
@@ -181,7 +181,7 @@ constexpr SettingRow kDosimeterRows[] = {
     {kAllTests, text::kTemperatureUnit,      Chosen<&C::PKTemperatureUnit, kTemperatureUnits>},
     {kAllTests, text::kPressureUnit,         Chosen<&C::PKPressureUnit, kPressureUnits>},
     {kAllTests, text::kSensorAdjust,         nullptr, CorrectsAirDensity},
-    // Crossed, as the keys of the file are.
+    // Swapped, like the keys of the file.
     {kAllTests, text::kTemperatureOffset,    Plain<&C::InternalPressureOffset>, CorrectsAirDensity},
     {kAllTests, text::kPressureOffset,       Plain<&C::InternalTemperatureOffset>, CorrectsAirDensity},
     {kAllTests, text::kIonChamberName,       Chamber},
@@ -235,7 +235,7 @@ constexpr ExposureColumn kExposureColumns[] = {
 /// its columns.
 constexpr int32_t kFluoroSectionWidth = 6500;
 constexpr int32_t kTableStyle = 7;
-/// Room that the head of the exposure table wants below it.
+/// Room that the head of the exposure table needs below it.
 constexpr int32_t kRoomBelowHead = 500;
 constexpr std::string_view kLabelIndent = "      ";
 

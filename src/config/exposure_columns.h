@@ -9,13 +9,13 @@ namespace vorex {
 
 using TextArray = std::vector<std::string>;
 
-/// A column of the exposure table. Which of them a test has, and under which number, is `ColumnNumber`.
+/// A column of the exposure table. `ColumnNumber` gives its number in a test, if the test has it.
 enum class ExposureColumn : uint8_t {
     kImport,     ///< whether the waveform is imported, "1" or "0"
     kFocalSpot,  ///< code of the focal spot
     kCriterion,  ///< code of the kVp criterion
     kKv,
-    kMasOrMa,  ///< what the generator setup chooses
+    kMasOrMa,  ///< mAs or mA, as the generator setup says
     kTime,     ///< ms
     kAdjacent,
     kMa,

@@ -35,7 +35,7 @@ void AddIfAny(IXmlElement& parent, const std::shared_ptr<IXmlElement>& child) {
     if (child) parent.AddChild(child);
 }
 
-/// The words of the operator and the log of edited values, a row each line.
+/// The operator's words and the log of edited values, one row per line.
 void PrintComment(const std::string& comment, IReportDocument& report) {
     std::string rows;
     for (const std::string& part : {CommentWords(comment), CommentLog(comment)})

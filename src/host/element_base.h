@@ -33,8 +33,8 @@ class ElementFilter final : public IElementFilter {
     bool evaluate = true;
 };
 
-/// The host's bookkeeping of one element. Written and read is a "TestElement": identity and name, the
-/// filter, and the blocks of configuration, limits and result.
+/// The host's bookkeeping of one element. It writes and reads a "TestElement": identity and name, the filter,
+/// and the blocks of configuration, limits and result.
 class TestElementBase : public virtual ITestElementBase {
   public:
     std::shared_ptr<IConfigData> Configuration() const override { return mConfiguration; }
@@ -51,7 +51,7 @@ class TestElementBase : public virtual ITestElementBase {
     int32_t TestID() const override { return mTestId; }
     int32_t ID() const override { return mId; }
     void ID(int32_t id) override { mId = id; }
-    /// The copy has no ID yet: it is an element of its own.
+    /// The copy has no ID yet, because it is a new element.
     std::shared_ptr<ITestElementBase> Clone() override;
     void Initialize(const std::shared_ptr<ITestElement>& parent, std::string_view plugInId,
                     int32_t testId) override;
@@ -59,7 +59,7 @@ class TestElementBase : public virtual ITestElementBase {
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
     /// Heading, configuration, result and comment; nothing when the filter keeps the element out of reports.
-    /// The limits print nothing: they say which standards are printed next to the results.
+    /// The limits print nothing: they choose the standards that are printed next to the results.
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
     void Terminate() override;
 
@@ -80,7 +80,7 @@ class TestElementBase : public virtual ITestElementBase {
     int32_t mId = -1;  ///< below 0: none yet
 };
 
-/// The host's bookkeeping of a group: a frame with the elements below it.
+/// The host's bookkeeping of a group and the elements in it.
 class TestContainerBase : public TestElementBase, public ITestContainerBase {
   public:
     int32_t Count() const override { return static_cast<int32_t>(mChildren.size()); }
@@ -92,7 +92,7 @@ class TestContainerBase : public TestElementBase, public ITestContainerBase {
     void Remove(const std::shared_ptr<ITestElement>& element) override;
     void UpdateReferences() override;
 
-    /// A base without the children: the group gives the copies a parent, so it adds them.
+    /// A base without the children: the group adds their copies, because it is their parent.
     std::shared_ptr<ITestElementBase> Clone() override;
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner, int32_t saveMode) override;
@@ -103,11 +103,10 @@ class TestContainerBase : public TestElementBase, public ITestContainerBase {
     std::vector<std::shared_ptr<ITestElement>> mChildren;
 };
 
-/// Class of the library, without the project name, that the element of a test is; empty for a test
-/// identifier that is not known.
+/// The library's element class of a test, without the project name; empty for an unknown test identifier.
 std::string_view ElementClassOf(int32_t testId);
 
-/// A new, initialised element of a test; empty when the library has no such element.
+/// A new, initialised element of a test; empty when the library has none.
 std::shared_ptr<ITestElement> CreateTestElement(int32_t testId);
 
 /// An element that cannot be loaded: which one, and why.

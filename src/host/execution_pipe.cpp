@@ -21,8 +21,8 @@ void ExecutionPipe::EndElement(ITestElement& element) {
 SequenceEnd RunSequence(std::span<const std::shared_ptr<ITestElement>> elements,
                         const std::shared_ptr<ExecutionPipe>& pipe) {
     std::size_t index = 0;
-    // Set once and not before each element, as in a group: an empty group leaves the code as it found it, so
-    // Previous onto it goes on to the element before.
+    // Set once, and not before each element as in a group: an empty group leaves the code as it is, so
+    // Previous passes over it to the element before.
     pipe->NextAction(kGoNext);
     if (!elements.empty()) elements.front()->Sequence()->Reset();
     while (index < elements.size()) {

@@ -32,9 +32,9 @@ class SelectedStandards final : public ISelectedStandards {
     std::vector<StandardName> mStandards;
 };
 
-/// What a run of elements is watched and ended by. Members left empty do nothing.
+/// Callbacks that watch a run of elements and can end it. Empty members do nothing.
 struct ExecutionHooks {
-    /// True once the run has to end, as after a fault of the instruments: no further element begins.
+    /// True once the run has to end, for example after a fault of the instruments: no further element begins.
     std::function<bool()> stopped;
     std::function<void(ITestElement& element)> begins;
     std::function<void(ITestElement& element)> ended;  ///< its result is stored
@@ -61,10 +61,11 @@ class ExecutionPipe final : public IExecutionPipe {
     int32_t mNextAction = kGoNext;
 };
 
-/// How a sequence came to its end.
+/// How a sequence ended.
 enum class SequenceEnd { kFinished, kLeftBackwards, kAborted, kStopped };
 
-/// Runs elements in order. Previous goes back, on the first one it ends the sequence; Skip goes on.
+/// Runs elements in order. Previous goes back, and on the first element ends the sequence; Skip goes to the
+/// next.
 SequenceEnd RunSequence(std::span<const std::shared_ptr<ITestElement>> elements,
                         const std::shared_ptr<ExecutionPipe>& pipe);
 

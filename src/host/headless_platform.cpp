@@ -57,7 +57,7 @@ bool IsOffset(std::string_view text) {
     return text.size() == 5 && TakeTimeOfDay(text).has_value();
 }
 
-/// A moment as a text says it: "2026-02-28", "2026-02-28T10:00", "2026-02-28T10:00:00+01:00".
+/// The moment that a text gives: "2026-02-28", "2026-02-28T10:00", "2026-02-28T10:00:00+01:00".
 std::optional<ClockTime> ReadClockTime(std::string_view text) {
     constexpr std::size_t kDateSize = 10;
     if (text.size() < kDateSize || text[4] != '-' || text[7] != '-') return std::nullopt;
@@ -96,12 +96,12 @@ ClockTime SystemTime() {
 
 }  // namespace
 
-/// The running timers. They share it with the platform, so either may end first.
+/// The schedule of the running timers, which the timers share with the platform: either may end first.
 struct HeadlessPlatform::Schedule {
     struct Entry {
         const Timer* timer;
         int64_t due;
-        uint64_t order;  ///< of starting: of two that are due together the one started first fires first
+        uint64_t order;  ///< of starting: of two that are due together, the one started first fires first
         int32_t interval;
         std::shared_ptr<const std::function<void()>> onTick;
     };
@@ -157,7 +157,7 @@ class HeadlessPlatform::Timer final : public IPlatformTimer {
 
 HeadlessPlatform::HeadlessPlatform(Time time)
     : mTime(time), mSchedule(std::make_shared<Schedule>()), mStartTime(SystemTime()) {
-    // The virtual clock counts from the beginning of the day, so that two runs tell the same times.
+    // The virtual clock starts at midnight, so that two runs have the same times.
     if (time == Time::kVirtual) mStartTime.seconds -= mStartTime.seconds % kSecondsADay;
     const char* const fixed = std::getenv("VOREX_NOW");
     if (fixed == nullptr || *fixed == '\0') return;
@@ -181,7 +181,7 @@ std::unique_ptr<IPlatformTimer> HeadlessPlatform::CreateTimer(std::function<void
     return std::make_unique<Timer>(*this, std::move(onTick));
 }
 
-/// Fires the earliest timer, whose due time has come.
+/// Fires the earliest timer, which is due.
 void HeadlessPlatform::Fire(int64_t due) {
     const auto entry = mSchedule->Earliest();
     entry->due = due + entry->interval;

@@ -14,7 +14,8 @@
 
 namespace vorex {
 
-/// Who sits at a platform without windows. The defaults choose nothing, confirm nothing and look away.
+/// The operator of a platform without windows. The defaults choose nothing, confirm nothing and ignore all
+/// events.
 class IHeadlessOperator {
   public:
     virtual ~IHeadlessOperator() = default;
@@ -23,14 +24,14 @@ class IHeadlessOperator {
     /// Asked before time passes, also inside a run that a step of the operator started. True when the
     /// operator did something.
     virtual bool BeforeWait() { return false; }
-    /// Told after each event, also inside such a run.
+    /// Called after each event, also inside such a run.
     virtual void AfterEvent() {}
     virtual int32_t MenuChoice(const std::vector<MenuItem>& /*items*/) { return 0; }
     virtual void Message(std::string_view /*title*/, std::string_view /*message*/) {}
     virtual bool Confirm(std::string_view /*question*/) { return false; }
 };
 
-/// Where a window was docked; there is nothing to see.
+/// Where a window was docked; nothing is shown.
 struct WindowRecord {
     WindowHandle parent = 0;
     int32_t left = 0;
@@ -46,7 +47,8 @@ struct ClockTime {
 };
 
 /// A platform without windows, whose only events are timers. Its clock is virtual: waiting moves it to the
-/// next due timer, so that minutes of ticks pass at once and alike every time. In real time a wait sleeps.
+/// next due timer, so that minutes of ticks take no time and are the same in every run. In real time a wait
+/// sleeps.
 ///
 /// Timers may be made, started, stopped and destroyed while one fires. A tick that fails is written to the
 /// diagnostic log.
@@ -59,7 +61,7 @@ class HeadlessPlatform final : public IPlatform {
     explicit HeadlessPlatform(Time time = Time::kVirtual);
     ~HeadlessPlatform() override;
 
-    /// Not owned; null for nobody.
+    /// Not owned; null for none.
     void Operator(IHeadlessOperator* person) { mOperator = person; }
 
     std::unique_ptr<IPlatformTimer> CreateTimer(std::function<void()> onTick) override;
@@ -76,9 +78,9 @@ class HeadlessPlatform final : public IPlatform {
     /// The date of VOREX_NOW, or of the system.
     CalendarDate Today() override;
     std::string TimeStamp() override;
-    /// Sets date and time of the start, as `TimeStamp` says them. [before anything has happened]
+    /// Sets date and time of the start, in the form of `TimeStamp`. [before the first event]
     void StartAt(std::string_view timeStamp);
-    /// From now on waits sleep: what has happened so far was caught up on in virtual time.
+    /// From now on waits sleep; the past was replayed in virtual time.
     void GoRealTime();
     void SetParent(WindowHandle window, WindowHandle parent) override;
     void MoveWindow(WindowHandle window, int32_t left, int32_t top, int32_t width, int32_t height) override;

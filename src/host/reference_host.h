@@ -10,7 +10,7 @@
 
 namespace vorex {
 
-/// What a program chooses for its host; everything else is the same for all of them.
+/// The choices of a program for its host; everything else is the same for all programs.
 struct ReferenceHostOptions {
     std::string language = "en";
     /// Folders that may hold language tables; the first that has one wins.

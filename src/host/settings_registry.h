@@ -10,16 +10,16 @@
 
 namespace vorex {
 
-/// Machine-wide settings from an INI file that is only read. A section is named as the path it stands for:
+/// Machine-wide settings from an INI file that is only read. The name of a section is its path:
 ///
 ///     [Software\Brenlo\vorex\ZRD47500]
 ///     SleepTimeOut=10
 ///
-/// Paths and names do not depend on the case of letters. ";" and "#" begin a line of comment.
+/// Paths and names ignore case. ";" and "#" begin a comment line.
 class SettingsRegistry final : public ISettingsRegistry {
   public:
-    /// A missing file is an empty store. A line that is neither a section nor a value is passed over, with a
-    /// word to `diagnose`.
+    /// A missing file is an empty store. A line that is neither a section nor a value is ignored and reported
+    /// to `diagnose`.
     explicit SettingsRegistry(const std::filesystem::path& file,
                               const std::function<void(std::string_view)>& diagnose = {});
 
@@ -36,8 +36,8 @@ class SettingsRegistry final : public ISettingsRegistry {
     std::map<std::string, Values> mSections;
 };
 
-/// Where the settings of this user are: VOREX_SETTINGS, or vorex/settings.ini in the folder for
-/// configurations. Empty when nothing says where that is.
+/// The user's settings file: VOREX_SETTINGS, or vorex/settings.ini in the folder for configurations. Empty
+/// when that folder is not known.
 std::filesystem::path SettingsFile();
 
 }  // namespace vorex

@@ -70,7 +70,7 @@ std::string ExpectedResult::Expression(int32_t side) const {
 
 float ExpectedResult::CalculateValue(float preset, int32_t side) const {
     const LimitExpressionRow& row = RowOf(At(side).form);
-    // Reading a single as a person does costs its text: only where X takes part.
+    // Reading a single through its text is slow, so it is done only if the limit depends on X.
     return ToSingle(row.limit(row.usesPreset ? NumberOf(preset) : 0, At(side).y));
 }
 

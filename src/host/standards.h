@@ -92,7 +92,7 @@ class StandardCollection final : public IStandardCollection {
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
     void Clear() override { mStandards.clear(); }
     std::shared_ptr<IStandardCollection> Clone() const override;
-    /// Nothing: these standards judge alike in every element.
+    /// Does nothing: these standards judge the same way in every element.
     void Owner(const std::shared_ptr<ITestElement>& /*element*/) override {}
 
   private:

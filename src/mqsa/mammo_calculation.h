@@ -11,8 +11,8 @@ namespace vorex {
 /// to 1.
 ///
 /// Parametrised normalised glandular dose: for the fractions 0, 0.5 and 1
-/// y = A + exp(B - C T) + (D + exp(E - F T)) HVL with coefficients that depend on the voltage, and the
-/// parabola through the three at the fraction asked for.
+/// y = A + exp(B - C T) + (D + exp(E - F T)) HVL with coefficients that depend on the voltage; between them
+/// the parabola through the three.
 double MoMoFactor(double kv, double hvl, double thickness, double fraction);
 double MoRhFactor(double kv, double hvl, double thickness, double fraction);
 double RhRhFactor(double kv, double hvl, double thickness, double fraction);

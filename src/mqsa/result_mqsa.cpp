@@ -40,7 +40,7 @@ void Give(CMeasurement& item, const Answer& answer) {
     item.Status(answer.status);
 }
 
-/// The status that the answers come to: NA does not count, and one Fail decides.
+/// The status of all answers together: NA does not count, and one Fail decides.
 int32_t StatusOfAnswers(const std::vector<std::shared_ptr<CMeasurement>>& items) {
     int32_t status = kNotApplicable;
     for (const auto& item : items) {

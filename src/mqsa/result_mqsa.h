@@ -17,7 +17,7 @@
 namespace vorex {
 
 /// The result of the annual mammography survey: what was entered, the 49 answers, the two tables of verdicts.
-/// Its element brings it the outcomes of the automatic mammography tests.
+/// The element passes it the outcomes of the automatic mammography tests.
 class CResultMQSA : public IResultData,
                     public LibraryObject,
                     public std::enable_shared_from_this<CResultMQSA> {
@@ -31,7 +31,7 @@ class CResultMQSA : public IResultData,
     void Initialize(const std::shared_ptr<CConfigMQSA>& configuration);
     /// Judges the answers, evaluates both tables and renews the service record.
     void UpdateStatus(ITestElement& owner, const ISelectedStandards* selected, bool notApplicable = false);
-    /// Answers NA to what has no answer.
+    /// Sets every missing answer to NA.
     void TestNotApp();
     /// The overall status from the answers: 0 while one is missing, 3 when all are NA.
     void pUpdateMQSATestStatus();
@@ -40,8 +40,8 @@ class CResultMQSA : public IResultData,
     /// Copies the outcomes of the automatic tests into the tables.
     void CopyStatusCells();
 
-    // The printed survey (result_mqsa_report.cpp). Each page begins where the report stands.
-    /// What was remarked on the pages of the survey. Nothing when nothing was.
+    // The printed survey (result_mqsa_report.cpp). Each page begins at the report's present position.
+    /// The comments on the pages of the survey; prints nothing when there are none.
     void PrintComment(IReportDocument& report) const;
     bool HasPageComments() const;
     void GetPreliminaryResultsData(IReportDocument& report, const CConfigMQSA* configuration) const;
@@ -65,7 +65,7 @@ class CResultMQSA : public IResultData,
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     /// Raises 0x8004A3EC or 0x8004A3C3 when an element cannot be made.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
-    /// Prints nothing: brings the tables up to date with the automatic tests, for the pages below.
+    /// Prints nothing: updates the tables from the automatic tests, for the pages below.
     void PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) override {
         CopyStatusCells();
     }
@@ -76,10 +76,10 @@ class CResultMQSA : public IResultData,
     const std::vector<std::shared_ptr<CMeasurement>>& Items() const { return mItems; }
     const std::shared_ptr<CConfigMQSA>& Configuration() const { return mConfig; }
     ItemStatuses Statuses() const;
-    /// Outcomes of the automatic tests; `CopyStatusCells` brings them into the tables.
+    /// Outcomes of the automatic tests; `CopyStatusCells` copies them into the tables.
     const StatusCells& Cells() const { return mCells; }
     void Cells(const StatusCells& cells) { mCells = cells; }
-    /// What ended the last evaluation early; empty for nothing.
+    /// What ended the last evaluation early; empty when it was complete.
     const std::string& Fault() const { return mFault; }
     /// Recalculates what depends on a grid, as the entry page does after each cell.
     void GridChanged(GridId grid);

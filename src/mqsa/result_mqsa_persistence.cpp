@@ -19,7 +19,7 @@ std::string ReadText(const IXmlElement& parent, std::string_view name) {
     return parent.ReadValue(name, {});
 }
 
-/// Answers are kept in English, so that a survey fails in every language.
+/// Answers are kept in English, so that a saved Fail counts in every language.
 std::string NeutralAnswer(const std::string& answer) {
     for (std::string_view textKey : {text::kPass, text::kFalse})
         if (EqualsIgnoringCase(answer, Translate(textKey))) return DefaultText(textKey, {});

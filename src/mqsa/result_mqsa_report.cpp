@@ -30,7 +30,7 @@ constexpr std::array<int32_t, 3> kVerdictShares = {750, 125, 125};
 constexpr std::array<int32_t, 3> kAssistantShares = {500, 200, 100};
 /// Room for a signature, about a centimetre of lines.
 constexpr int32_t kSignatureLines = 3;
-/// Lines of a box on a full page, and where nothing is measured.
+/// Lines of a box on a full page, and in renderers that measure nothing.
 constexpr int32_t kFewestLines = 3;
 constexpr int32_t kUnmeasuredLines = 8;
 /// What the engine may leave between two tables.
@@ -49,8 +49,8 @@ const std::string& SurveyDate(const SurveyRecord& record) {
     return record.surveyDate;
 }
 
-/// A place in the head of a page: its label, in up to two keys, and what follows it. A place without
-/// a text is filled in by hand.
+/// A field in the head of a page: its label, in up to two keys, and its text. A field without a text is
+/// filled in by hand.
 struct HeadPlace {
     std::string_view label;
     FieldText text = nullptr;
@@ -170,7 +170,7 @@ class FormPage {
     void Note(std::string_view textKey) {
         Add(form::EqualColumns(mReport, 1), markup::Text(Translate(textKey, &mReport)) + markup::kRowEnd);
     }
-    /// Room to write into by hand: all that the other parts leave of the page.
+    /// Room to write by hand: what the other parts leave of the page.
     void Box(std::string_view caption) {
         mBox = mParts.size();
         Add(form::EqualColumns(mReport, 1), FirstHeading(caption, mReport) + markup::kRowEnd);
@@ -212,7 +212,7 @@ class FormPage {
     static std::string BoxRow(int32_t lines) {
         return form::RoomToWrite(lines).append(kEndOfBox) + markup::kRowEnd;
     }
-    /// What the parts from this one take, the box at its smallest.
+    /// Height of this part and all that follow, with the box at its smallest.
     int32_t HeightFrom(std::size_t first) {
         int32_t height = 0;
         for (std::size_t i = first; i < mParts.size(); ++i)
@@ -299,7 +299,7 @@ bool CResultMQSA::HasPageComments() const {
 
 namespace {
 
-/// Height that a comment is taken for when it is asked whether it still has room on the page.
+/// Assumed height of a comment when deciding whether it fits on the page.
 int32_t EstimatedHeight(std::string_view comment, IReportDocument& report) {
     constexpr int32_t kUnused = 1680;
     constexpr double kRounding = 0.499;
@@ -330,7 +330,7 @@ void CResultMQSA::PrintComment(IReportDocument& report) const {
         const std::string name = markup::Line(Translate(PageText(static_cast<SurveyPage>(i)), &report) + ":");
         const std::string block = markup::kCell + markup::Text(comment) + markup::kCell + markup::kRowEnd;
         const int32_t height = std::max(EstimatedHeight(comment, report), report.TableHeight(columns, block));
-        // A comment that is longer than a page begins below its name all the same.
+        // Even a comment that is longer than a page begins below its name.
         const int32_t nameHeight = report.TableHeight(columns, name);
         const int32_t left = report.SpaceLeft();
         const bool fitsHere = nameHeight + height <= left;

@@ -13,7 +13,7 @@ namespace {
 constexpr int32_t kFirstDataColumn = 1;
 constexpr int32_t kLastDataColumn = 5;
 constexpr int32_t kDensityColumn = 7;
-/// The single-precision constant that the allowed range has always been computed with.
+/// A single-precision constant, as the allowed range has always been computed.
 constexpr double kDensityTolerance = static_cast<double>(static_cast<float>(figure::kTrackingRange.figure));
 
 double Rounded2(double value) {
@@ -29,7 +29,7 @@ std::string Difference(const std::string& a, const std::string& b) {
     return LocaleDecimal(DifferenceRounded(a, b));
 }
 
-/// The smallest and the largest of some cell texts, by number; of equal ones the first met.
+/// The smallest and the largest of some cell texts, by number; the first of equal ones.
 struct Range {
     explicit Range(const std::vector<std::string>& texts) : smallest(texts.front()), largest(texts.front()) {
         for (const std::string& text : texts) {
@@ -111,7 +111,7 @@ void CalculateThickness(SurveyGrid& grid) {
                     Range(FilledTexts(grid, 4, 6, kDensityColumn)));
 }
 
-/// A blank 8 cm cell counts as 0, and the divisor stays.
+/// A blank 8 cm cell counts as 0, and the divisor does not change.
 void CalculateOverallAec(const SurveyGrid& thickness, SurveyGrid& grid) {
     constexpr int32_t kResult = 10;
     constexpr double kExposures = 7;
@@ -137,7 +137,7 @@ void CalculateControlCassette(SurveyGrid& grid) {
     }
     const double mean = Rounded2(sum / count);
     grid.At(5, kDensity) = LocaleText(mean);
-    // A blank reading is not counted, and yet takes part in the squares as 0.
+    // A blank reading does not count in the mean, but enters the squares as 0.
     double squares = 0;
     for (int32_t row = 2; row <= 4; ++row) squares += std::pow(grid.Number(row, kDensity) - mean, 2);
     if (count > 1) grid.At(6, kDensity) = Round2(std::sqrt(squares / (count - 1)));

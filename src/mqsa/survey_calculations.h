@@ -5,12 +5,12 @@
 
 #include "mqsa/survey_record.h"
 
-/// The calculated cells of the survey, a function for each page: it reads the typed cells and writes the
+/// The calculated cells of the survey, one function per page, which reads the typed cells and writes the
 /// calculated ones. Numbers between the texts are doubles; roundings go to the even digit.
 namespace vorex {
 
 /// Sums of the field edges, and deviations in percent of the source to image receptor distance. A distance of
-/// 0 clears the results, a negative one leaves them.
+/// 0 clears the results, a negative one leaves them as they are.
 void CalculateCollimation(std::string_view sid, SurveyGrid& lightField, SurveyGrid& receptorEdge,
                           SurveyGrid& alignment);
 /// Mean, measured range and allowed range of the densities, by thickness and over all image modes.

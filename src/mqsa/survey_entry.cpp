@@ -107,7 +107,7 @@ void SetFilmDate(CResultMQSA& survey, std::string_view address, int32_t column, 
 
 // ---------------------------------------------------------------------------------------------- set
 
-/// What a figure counts as, for a text that is more or less than a number.
+/// A warning with the number that a figure counts as, when its text is not a plain number.
 std::string FigureNote(std::string_view address, std::string_view text) {
     const std::string_view plain = text.ends_with('%') ? text.substr(0, text.size() - 1) : text;
     if (text.empty() || IsNumber(plain)) return {};
@@ -140,7 +140,7 @@ std::string SetCell(CResultMQSA& survey, std::string_view address, GridId id, in
     if (IsIn(grid.answers, row, column))
         cell = ArtifactAnswer(address, text);
     else if (IsIn(grid.typed, row, column))
-        // As a load does it, so that the file stays the same from then on.
+        // As when a file is loaded, so that later saves give the same file.
         cell = IsIn(grid.numbers, row, column) ? LocaleDecimal(text) : std::string(text);
     else
         Refuse(address, "is a label or calculated, and cannot be entered");
@@ -148,7 +148,7 @@ std::string SetCell(CResultMQSA& survey, std::string_view address, GridId id, in
     return IsIn(grid.figures, row, column) ? FigureNote(address, text) : std::string();
 }
 
-/// The text of a field as it is stored: a number is kept as such, so nothing else may be entered for one.
+/// The text of a field as it is stored. Numeric fields are stored as numbers, so they take nothing else.
 std::string StoredField(std::string_view address, FieldKind kind, std::string_view text) {
     CheckDatePart(address, kind, text);
     if (kind != FieldKind::kNumber) return std::string(text);
@@ -195,8 +195,8 @@ bool IsHeading(const GridRow& grid, int32_t row) {
     return true;
 }
 
-/// The labels above a cell: those of the nearest block of headings that has one for its column. The first
-/// column of the cassettes is typed; the headings below the first name the cassettes, whatever the column.
+/// The labels above a cell: from the nearest block of headings that has one for its column. The first column
+/// of the cassettes is typed; the headings below the first name the cassettes, whatever the column.
 std::vector<std::string> Headings(const SurveyGrid& texts, const GridRow& grid, int32_t row, int32_t column) {
     const bool named = IsIn(grid.typed, row, 0);
     std::vector<std::string> headings;
@@ -217,7 +217,7 @@ std::vector<std::string> Headings(const SurveyGrid& texts, const GridRow& grid, 
     return headings;
 }
 
-/// What stands left of and above a cell, in words.
+/// The labels to the left of a cell and above it, in words.
 std::string MeaningOf(const SurveyRecord& record, GridId id, int32_t row, int32_t column) {
     const GridRow& known = GridRowOf(id);
     const SurveyGrid& grid = record.Grid(id);

@@ -13,7 +13,7 @@
 /// answer.
 namespace vorex {
 
-/// An address or a text that the survey does not take; the message says what was expected.
+/// An address or a text that the survey does not accept; the message says what was expected.
 class SurveyEntryError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -30,9 +30,9 @@ struct SurveyPlace {
     PlaceKind kind;
 };
 
-/// Stores a text at an address and recalculates the page that it is on. Nothing has changed when it
-/// throws SurveyEntryError. Returns what a person should know of a text that is stored and yet may not count
-/// as meant; empty for nothing.
+/// Stores a text at an address and recalculates the page that it is on. When it throws SurveyEntryError,
+/// nothing has changed. Returns a warning for a text that is stored but may not count as meant; empty for
+/// none.
 std::string SetSurveyText(CResultMQSA& survey, std::string_view address, std::string_view text);
 /// Throws SurveyEntryError for a whole date that the calendar does not have: its parts are entered one by
 /// one.

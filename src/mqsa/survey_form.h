@@ -6,14 +6,14 @@
 
 #include "foundation/host_contract.h"
 
-/// What the printed survey is drawn with. Widths are parts of the printable width that the report gives.
+/// The drawing of the printed survey. Widths are fractions of the report's printable width.
 namespace vorex::survey_form {
 
 /// One rule from the left to the right edge of the page, at the present height.
 void DrawRule(IReportDocument& report);
 /// Columns of the same width, framed.
 std::string EqualColumns(const IReportDocument& report, int32_t count);
-/// Framed columns whose widths are told in thousandths: a text to the left, and what belongs to it centred.
+/// Framed columns with widths in thousandths: a text at the left, its values centred.
 std::string FramedColumns(const IReportDocument& report, std::span<const int32_t> thousandths);
 /// A text between margins, without a frame.
 std::string CommentColumns(const IReportDocument& report);

@@ -370,7 +370,7 @@ constexpr std::size_t kAcrSummaryRows[] = {11, 31, 32};
 constexpr std::size_t kAcrPreliminaryRow = 12;
 // clang-format on
 
-/// Items of one prefix, numbered on from the items of that prefix before them.
+/// Items of one prefix, with numbers that continue those of the earlier items of that prefix.
 struct ItemBlock {
     std::string_view prefix;
     int32_t firstNumber;

@@ -58,7 +58,7 @@ struct FixedCell {
     std::string_view text;
 };
 
-/// What is known of a grid apart from its cells.
+/// The properties of a grid apart from its cells.
 struct GridRow {
     int32_t rows;
     int32_t columns;
@@ -74,8 +74,8 @@ struct GridRow {
 
 const GridRow& GridRowOf(GridId grid);
 bool IsIn(std::span<const CellArea> areas, int32_t row, int32_t column);
-/// Key of the text that a cell has in a new survey; empty when it has none. A cell that a person can type in
-/// keeps it only until then.
+/// Key of the text that a cell has in a new survey; empty when it has none. In a cell that a person can type
+/// in it is only a proposal.
 std::string_view LabelOf(GridId grid, int32_t row, int32_t column);
 /// The text of a page in the list of pages, as its key.
 std::string_view PageText(SurveyPage page);
@@ -87,7 +87,7 @@ std::size_t FieldIndex(const SurveyGroupRow& group, const SurveyFieldRow& field)
 std::size_t FieldIndex(std::string_view group, std::string_view field);
 
 struct SurveyRecord {
-    /// A new survey: grids with their texts in today's language, dates of today.
+    /// A new survey: grids with their texts in the present language, dates of today.
     SurveyRecord();
 
     SurveyGrid& Grid(GridId grid) { return grids[static_cast<std::size_t>(grid)]; }
@@ -98,7 +98,7 @@ struct SurveyRecord {
     const std::string& Field(std::string_view group, std::string_view key) const {
         return fields[FieldIndex(group, key)];
     }
-    /// Writes the labels of a grid in today's language, and the proposals that nobody has changed.
+    /// Writes the labels of a grid, and the proposals that are unchanged, in the present language.
     void WriteLabels(GridId grid);
     /// Builds the three date texts from their parts.
     void BuildDates();
@@ -129,7 +129,7 @@ inline constexpr std::size_t kPreliminaryRows = 13;
 inline constexpr std::size_t kSummaryRows = 33;
 inline constexpr std::size_t kAcrColumn = 0;
 inline constexpr std::size_t kMqsaColumn = 1;
-/// What is in both columns of a heading.
+/// The text in both columns of a heading.
 inline constexpr std::string_view kHeadingMark = "-";
 
 using VerdictRow = std::array<std::string, 2>;

@@ -78,7 +78,7 @@ constexpr int32_t kEightCentimeterRow = 7;
 constexpr int32_t kArtifactAnswerRows[] = {5, 8, 11};
 constexpr std::string_view kArtifactClause = "21 CFR 900.12(e)(5)(ix)";
 
-/// Evaluates one table. What fails is collected once, however many rows it fails.
+/// Evaluates one table. A cell that fails several rows is collected once.
 class Judging {
   public:
     Judging(const SurveyRecord& surveyRecord, const ItemStatuses& statuses, SurveyEvaluation& into)
@@ -93,7 +93,7 @@ class Judging {
             findings.push_back(std::move(finding));
     }
 
-    /// True when a figure excludes a cell, which is noted then.
+    /// True when a figure excludes a cell; notes the cell.
     bool Fails(GridId grid, int32_t row, int32_t column, const VerdictFigure& limit) {
         const SurveyGrid& cells = record.Grid(grid);
         if (!limit.Excludes(cells.Number(row, column))) return false;
@@ -233,8 +233,8 @@ bool StepFails(Judging& judging, int32_t row) {
     return find(kDensityChange, WholeDifference(grid, row, kDensityChange), figure::kDensityStep);
 }
 
-/// The walk ends at the first step that fails. Towards the normal step a filled change of mAs next to an
-/// empty one cannot be judged; beyond it a step with a gap takes no part.
+/// The walk ends at the first step that fails. On the way to the normal step, a filled change of mAs next to
+/// an empty one cannot be judged; beyond the normal step, a step with a gap is left out.
 Verdict DensitySteps(Judging& judging) {
     constexpr GridId kGrid = GridId::kDensityControl;
     constexpr int32_t kFirst = 5;
@@ -255,7 +255,7 @@ Verdict DensitySteps(Judging& judging) {
     return Verdict::kPass;
 }
 
-/// Files hold the answer in today's language, or in the language-neutral form.
+/// Older files hold the answer in the language of their time, newer ones in the language-neutral form.
 bool IsNo(const std::string& answer) {
     return EqualsIgnoringCase(answer, Translate(text::kFalse)) ||
            EqualsIgnoringCase(answer, DefaultText(text::kFalse, {}));
@@ -275,8 +275,8 @@ Verdict Artifacts(Judging& judging) {
     return PassUnless(failed);
 }
 
-/// Which columns of a row a verdict goes to. In a row that only the ACR column judges the other one reads NA,
-/// whatever a file brought.
+/// Which columns of a row a verdict goes to. In a row that only the ACR column judges, the other one reads
+/// NA, whatever a file had.
 enum class Columns : uint8_t { kBoth, kAcr, kMqsa, kAcrOnly };
 
 struct Rule {

@@ -26,13 +26,13 @@ using ItemStatuses = std::array<int32_t, kSurveyItemCount>;
 
 struct SurveyEvaluation {
     std::vector<SurveyFinding> findings;
-    /// A gap that ended the evaluation of a table early: page, step and the missing cell. Empty for none.
+    /// A gap that ended the evaluation of a table early: page, step and missing cell. Empty for none.
     std::string fault;
 };
 
 /// Evaluates the survey into the tables: first the preliminary results, then the summary page, row by row,
 /// then the outcomes of the automatic tests. A gap in the density control steps ends the evaluation of each
-/// table at its row; what is below is left as it was.
+/// table at its row; the rows below stay unchanged.
 SurveyEvaluation EvaluateSurvey(const SurveyRecord& record, const ItemStatuses& items,
                                 const StatusCells& cells, SurveyTables& tables);
 /// Copies the outcomes of the automatic mammography tests into both tables.

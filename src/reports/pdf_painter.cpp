@@ -98,7 +98,7 @@ class PagePainter {
 
     void AddBookmark(const ReportHeading& heading) {
         if (heading.title.empty()) return;
-        // Forms of one title differ in what is below it.
+        // Forms with the same title differ in the line below it.
         std::string title(heading.title);
         if (heading.centred && !heading.outcome.empty()) title.append(" - ").append(heading.outcome);
         mTitles.push_back(std::move(title));
@@ -139,7 +139,7 @@ class PagePainter {
         DrawLine({0, rule}, {right, rule});
     }
 
-    /// Without a rule: the tables of a form bring their own.
+    /// Draws no rule: the tables of a form have their own.
     void DrawFormTitle(const ReportHeading& heading) {
         const int32_t width = mReport.paper.UsableWidth();
         const int32_t lineHeight = heading.points * kLineTwips;
@@ -190,7 +190,7 @@ class PagePainter {
         int32_t top = row.top + row.Padding() / 2 + (row.group ? kGroupGap : 0);
         if (cell.mark != ReportMark::kNone) {
             const int32_t shape = row.points * kTwipsPerPoint + kMarkGapTwips;
-            // In the middle stand shape and words together.
+            // Shape and words are centred together.
             if (column.align == ReportAlign::kCentre)
                 left += std::max(0, end - left - shape - WidestLine(cell)) / 2;
             if (cell.span > 1) left += kMarkApartTwips;

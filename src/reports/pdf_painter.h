@@ -7,8 +7,8 @@
 
 namespace vorex {
 
-/// Draws a report with what a module offers. The bytes of a PDF/A-1b file. Raises std::runtime_error with the
-/// words of the module's fault.
+/// Draws a report with the functions of a module. Returns the bytes of a PDF/A-1b file. Raises
+/// std::runtime_error with the module's message.
 std::string PaintPdf(const ReportModel& report, const VorexPdfModule& module);
 
 }  // namespace vorex

@@ -44,7 +44,7 @@ std::string Row(std::initializer_list<std::string_view> cells) {
 std::string HeadingRow(const ReportDocument& report, std::initializer_list<std::string_view> keys) {
     std::string row;
     for (std::string_view textKey : keys) row += markup::Heading(Translate(textKey, &report));
-    // In front of the first "|" would be the margin.
+    // The part before the first "|" is the margin.
     return row.substr(1) + markup::kRowEnd;
 }
 
@@ -67,7 +67,7 @@ bool Counts(const ITestElement& element) {
     return !element.Filter() || element.Filter()->Evaluate();
 }
 
-/// True when a test that counts has not been performed. A group passes without it; what is signed does not.
+/// True when a test that counts has not been performed. A group passes without it; a signed report must not.
 bool LacksATest(const ITestElement& element) {
     const auto* container = dynamic_cast<const ITestContainer*>(&element);
     if (container == nullptr) return StatusOf(element) == kNotTested;
@@ -76,7 +76,7 @@ bool LacksATest(const ITestElement& element) {
                        [](const auto& child) { return Counts(*child) && LacksATest(*child); });
 }
 
-/// Failed when one failed, passed when one passed and every other passed or does not apply.
+/// Failed when a test failed; passed when at least one passed and all others passed or do not apply.
 int32_t Overall(std::span<const std::shared_ptr<ITestElement>> roots) {
     int32_t overall = roots.empty() ? kNotTested : kNotApplicable;
     for (const auto& root : roots) {
@@ -97,7 +97,7 @@ std::string NameOf(const ITestElement& element, const ReportDocument& report) {
     return ElementTitle(info ? info->Name() : std::string(), element.TestID(), &report);
 }
 
-/// Tests by their status; groups are none.
+/// Numbers of tests by status; groups do not count.
 using Tally = std::array<int32_t, 4>;
 
 void Count(std::span<const std::shared_ptr<ITestElement>> elements, Tally& tally) {

@@ -11,7 +11,7 @@
 
 namespace vorex {
 
-/// A standard that judged, with the clauses that its limits come from, where they are known.
+/// A standard that judged, with the clauses of its limits if they are known.
 struct JudgingStandard {
     std::string name;
     std::string version;
@@ -25,12 +25,12 @@ struct ReportContents {
     std::span<const MtiEntry> instruments;
     std::span<const ReportFact> particulars;  ///< site, room, person: what the file names of them
     ReportSetup::RecordOf recordOf;           ///< may be empty
-    /// What is next to the status of an element; may be empty.
+    /// The text next to the status of an element; may be empty.
     std::function<std::string(const ITestElement& element)> noteOf;
 };
 
-/// Prints a file: the cover, which says what was tested, with what, by which standards and with what
-/// outcome, and after it every element.
+/// Prints a file: a cover (what was tested, with which instruments, by which standards, with which outcome),
+/// then every element.
 void PrintFile(ReportDocument& report, const ReportContents& contents);
 
 }  // namespace vorex

@@ -23,7 +23,7 @@ constexpr int32_t kLeastHeading = 8;
 /// Edge columns of a table, which the width of column 7 leaves out.
 constexpr int32_t kTableMargins = 2 * 560;
 constexpr int32_t kHeadingPadding = 160;
-/// A heading is at the foot of a page only with this much room for what it heads.
+/// A heading needs this much room below it on the page.
 constexpr int32_t kRoomBelowHeading = 1700;
 constexpr int32_t kGapAfterTable = 140;
 
@@ -50,7 +50,7 @@ int32_t RowHeight(const ReportRow& row) {
     return static_cast<int32_t>(lines) * LineHeight(row.points) + row.Padding() + (row.group ? kGroupGap : 0);
 }
 
-/// The outcome of a form's title is in a line of its own.
+/// The outcome next to a form's title has a line of its own.
 int32_t HeadingHeight(const ReportHeading& heading) {
     const std::size_t below = heading.centred && !heading.outcome.empty() ? 1 : 0;
     const std::size_t lines = std::max<std::size_t>(1, heading.lines.size()) + below;
@@ -161,8 +161,8 @@ void ReportDocument::LayCell(ReportCell& cell, ReportFace face, std::size_t free
     };
     const std::string_view words = MarkWord(mSettings.facts, cell.mark, cell.text);
     if (shape > 0 && cell.text.empty() && mWrapper->Width(words, face, mPoints) > room(cell)) {
-        // The word of a mark may use the empty column in front of it, and wrap there. Where that is too
-        // narrow as well, the shape alone says enough.
+        // The word of a mark may use the empty column in front of it, and wrap there. If that is too narrow
+        // as well, the shape alone is enough.
         ReportCell wide = cell;
         if (cell.column <= free || columns[cell.column].ruled) return;
         --wide.column;
@@ -214,7 +214,7 @@ void ReportDocument::RepeatHeadings(const Columns& columns) {
     }
 }
 
-/// On a new page the rows of a block are under its name again.
+/// On a new page a block repeats its name.
 void ReportDocument::GoOnWithGroup(const Columns& columns) {
     if (!mGroup || mHeadingColumns != columns || mGroupPage == mModel.pages.size()) return;
     mGroupPage = mModel.pages.size();
@@ -235,7 +235,7 @@ void ReportDocument::AddRow(ReportRow row, const Columns& columns) {
     table.rows.push_back(std::move(row));
 }
 
-/// Height of the rows that are on one page with the first of them: headings with what they head, and the
+/// Height of the rows that must be on the same page as the first: headings with the row after them, and the
 /// last row of a block with the one before.
 int32_t ReportDocument::HeightKeptTogether(const std::vector<ReportRow>& rows, std::size_t first) const {
     int32_t height = 0;
@@ -250,7 +250,7 @@ int32_t ReportDocument::HeightKeptTogether(const std::vector<ReportRow>& rows, s
     return height;
 }
 
-/// A row that fits no page begins on this one, if a line of it does.
+/// A row that fits no page begins on this one, if a line of it fits.
 bool ReportDocument::BeginsHere(const ReportRow& row) const {
     return row.height > mSettings.paper.UsableHeight() &&
            SpaceLeft() >= LineHeight(row.points) + row.Padding();
@@ -273,7 +273,7 @@ void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool moves)
         AddRow(std::move(row), columns);
 }
 
-/// The one row that does split: a row that is higher than a page.
+/// The only row that splits: one that is higher than a page.
 void ReportDocument::PlaceInPieces(const ReportRow& row, const Columns& columns) {
     std::size_t begin = 0;
     std::size_t count = 0;
@@ -306,7 +306,7 @@ void ReportDocument::PrintTable(std::string_view definition, std::string_view ro
     for (std::size_t i = 0; i < laid.size(); ++i) {
         bool moves = false;
         if (Paged()) {
-            // Rows that fill a page together are not kept together.
+            // Rows that together are higher than a page are not kept together.
             const int32_t kept = HeightKeptTogether(laid, i);
             const bool fits = kept <= mSettings.paper.UsableHeight();
             moves = (fits ? kept : laid[i].height) > SpaceLeft() && !BeginsHere(laid[i]);
@@ -328,7 +328,7 @@ ReportHeading ReportDocument::LaidHeading(std::string_view title, std::string_vi
     heading.points = level == 0        ? kTitlePoints
                      : heading.centred ? kHeadingPoints
                                        : std::max(kHeadingPoints + 1 - level, kLeastHeading);
-    constexpr int32_t kOutcomeShare = 4;  // of the width is kept for the outcome next to the title
+    constexpr int32_t kOutcomeShare = 4;  // the share of the width for the outcome next to the title
     if (mWrapper) {
         const int32_t width = mSettings.paper.UsableWidth();
         const bool beside = !outcome.empty() && !heading.centred;
@@ -345,7 +345,7 @@ void ReportDocument::PlaceHeading(std::string_view title, std::string_view outco
     if (Paged() && mTop > 0 &&
         std::min(heading.height + kRoomBelowHeading, mSettings.paper.UsableHeight()) > SpaceLeft())
         NewPage();
-    // A title that is longer than a page goes on over the pages.
+    // A title that is longer than a page continues on the next one.
     auto rest = std::exchange(heading.lines, {});
     for (bool first = true; first || !rest.empty(); first = false) {
         if (!first) AddPage();

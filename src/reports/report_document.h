@@ -14,7 +14,7 @@
 
 namespace vorex {
 
-/// What a report is made with.
+/// The options of a report.
 struct ReportSettings {
     ReportPaper paper;
     int32_t options = 0;  ///< bits of `IReportDocument::Options`
@@ -25,15 +25,15 @@ struct ReportSettings {
     ReportFacts facts;
 };
 
-/// The paper of a name, "A4" or "Letter"; nothing for any other.
+/// The paper called "A4" or "Letter"; nothing for any other name.
 std::optional<ReportPaper> FindReportPaper(std::string_view name);
-/// Room without end, of the width of A4: for texts and web pages.
+/// An endless page as wide as A4, for texts and web pages.
 ReportPaper EndlessReportPaper();
 
-/// The report engine: takes what the library prints and lays it out on pages.
+/// The report engine: lays out on pages what the library prints.
 class ReportDocument final : public IReportDocument {
   public:
-    /// Paged paper needs metrics, which have to live as long as this; endless paper needs none.
+    /// Paged paper needs metrics, which must outlive this object; endless paper needs none.
     explicit ReportDocument(ReportSettings settings, const ITextMetrics* metrics = nullptr);
 
     int32_t Position() const override { return mTop; }
@@ -75,8 +75,8 @@ class ReportDocument final : public IReportDocument {
     void LayCell(ReportCell& cell, ReportFace face, std::size_t free,
                  const std::vector<ReportColumn>& columns);
     std::vector<ReportRow> LaidRows(std::string_view rows, const Columns& columns);
-    /// The table that a row of these columns continues; a new one where there is none. A heading begins a
-    /// framed table again.
+    /// The table that a row of these columns continues; a new one if there is none. A heading starts a new
+    /// framed table.
     ReportTable& TableFor(const Columns& columns, const ReportRow& row);
     bool BeginsHere(const ReportRow& row) const;
     /// A row that moves goes to the next page.

@@ -91,8 +91,8 @@ void AddEscaped(std::string& html, std::string_view text) {
 /// HTML knows six headings; the first is the title.
 constexpr int32_t kDeepestHeading = 5;
 
-/// True for a text that would make its column wider than a page has room for. All others keep their words
-/// whole: a number that goes on in the next line is read as two.
+/// True for a text that would make its column too wide for a page. All others keep their words whole: a
+/// number that is split over two lines reads as two numbers.
 bool HasLongWord(std::string_view text) {
     constexpr std::size_t kLong = 24;
     std::size_t begin = 0;
@@ -184,7 +184,7 @@ class HtmlWriter {
         if (heading.level == 0) AddContents();
     }
 
-    /// A way to every heading, with what it came to.
+    /// Links to all headings, with their outcomes.
     void AddContents() {
         if (mHasContents) return;
         mHasContents = true;
@@ -211,7 +211,7 @@ class HtmlWriter {
         mHtml += "\">\n";
     }
 
-    /// Opens a list inside the entry before, or ends entry and lists down to the one of a depth.
+    /// Opens a list inside the previous entry, or ends entry and lists down to a depth.
     void GoToDepth(int32_t& depth, int32_t wanted) {
         if (wanted > depth) {
             mHtml += "<ul>\n";
@@ -231,7 +231,7 @@ class HtmlWriter {
 
     // -------------------------------------------------------------------------------------- tables
 
-    /// The columns that something is in, by their place; the others are left out.
+    /// The columns that have content, by position; the others are left out.
     static std::vector<int32_t> UsedColumns(const ReportTable& table) {
         std::vector<int32_t> places(table.columns->size(), -1);
         for (const ReportRow& row : table.rows)
@@ -288,7 +288,7 @@ class HtmlWriter {
 
     void AddRow(const ReportRow& row, const std::vector<ReportColumn>& columns,
                 const std::vector<int32_t>& places, int32_t used) {
-        // A row without a name goes on with the row above.
+        // A row without a name continues the row above.
         const bool more = places[row.cells.front().column] > 0 && !row.heading;
         const std::string_view look = row.failed ? (more ? "failed more" : "failed") : more ? "more" : "";
         mHtml += look.empty() ? "<tr>" : "<tr class=\"" + std::string(look) + "\">";
@@ -337,7 +337,7 @@ class HtmlWriter {
         mHtml += header ? "</th>" : "</td>";
     }
 
-    /// A gap to write into by hand is kept; a browser makes one blank of any other run.
+    /// A gap to write in by hand is kept; a browser reduces any other run of blanks to one.
     void AddWords(std::string_view words) {
         while (!words.empty()) {
             const std::size_t begin = std::min(words.find(kGap), words.size());

@@ -6,7 +6,7 @@
 
 namespace vorex {
 
-/// The report as one web page that needs nothing next to it: no script, no other file.
+/// The report as one self-contained web page: no script, no other file.
 std::string ReportHtml(const ReportModel& report);
 
 }  // namespace vorex

@@ -8,13 +8,13 @@
 #include <variant>
 #include <vector>
 
-/// A report as pages of headings, tables and figures: what the renderers of text, HTML and PDF are made from.
-/// Nothing but data, so that a renderer in a module of its own can read it. Lengths are twips; places are
-/// measured from the upper left corner of the usable area of a page.
+/// A report as pages of headings, tables and figures: the input of the renderers for text, HTML and PDF. It
+/// is plain data, so that a renderer in a separate module can read it. Lengths are twips; places are measured
+/// from the upper left corner of the usable area of a page.
 namespace vorex {
 
 enum class ReportAlign : uint8_t { kLeft, kCentre, kRight };
-/// A shape that is in front of a verdict, so that it needs no colour.
+/// A shape in front of a verdict, so that the verdict needs no colour.
 enum class ReportMark : uint8_t { kNone, kFail, kPass };
 enum class ReportFace : uint8_t { kPlain, kBold, kBoldItalic };
 inline constexpr std::size_t kReportFaces = 3;
@@ -22,20 +22,20 @@ inline constexpr std::size_t kReportFaces = 3;
 inline constexpr int32_t kTwipsPerPoint = 20;
 /// Blank edge of a cell, on each side.
 inline constexpr int32_t kCellPadding = 30;
-/// Height of a line for each point of its text, and what a row adds to its lines, above and below together.
+/// Height of a line per point of its text, and the padding of a row, above and below together.
 inline constexpr int32_t kLineTwips = 24;
 inline constexpr int32_t kRowPadding = 26;
-/// The same of a column and a row with rules around them.
+/// The same for a column and a row with rules around them.
 inline constexpr int32_t kRuledCellPadding = 80;
 inline constexpr int32_t kRuledRowPadding = 56;
 /// Room above a row that heads others.
 inline constexpr int32_t kGroupGap = 60;
 /// Room between a verdict's shape and its word, and the size of the shape, in parts of the text's size.
 inline constexpr int32_t kMarkGapTwips = 40;
-/// What a mark that reaches into the column in front of it keeps clear of the text there.
+/// Distance between a mark that reaches into the column before it and the text there.
 inline constexpr int32_t kMarkApartTwips = 80;
 
-/// Blanks that a name is indented by for each level of the tree of tests.
+/// Indent of a name, in blanks, per level of the tree of tests.
 inline constexpr std::size_t kTreeStep = 6;
 
 /// Keeps texts at one place until the report is written.
@@ -50,7 +50,7 @@ class TextStore {
     char* mNext = nullptr;
 };
 
-/// A piece of a text that fits its place. [paged only]
+/// A line of a wrapped text. [paged only]
 struct ReportLine {
     std::string_view text;
     int32_t indent = 0;
@@ -78,18 +78,18 @@ struct ReportCell {
 };
 
 struct ReportRow {
-    std::vector<ReportCell> cells;  ///< those that hold something, from left to right
+    std::vector<ReportCell> cells;  ///< the non-empty ones, from left to right
     int32_t top = 0;
     int32_t height = 0;
     uint8_t points = 0;
     bool heading = false;   ///< every cell is a heading, and there are several
-    bool group = false;     ///< heads the rows below it in the course of a table
+    bool group = false;     ///< a heading inside a table, for the rows below it
     bool repeated = false;  ///< a heading that is on an earlier page
     bool failed = false;
     bool ruled = false;  ///< is in ruled columns
 
     int32_t Padding() const { return ruled ? kRuledRowPadding : kRowPadding; }
-    /// How a cell of this row is measured and painted.
+    /// How a cell of this row is measured and drawn.
     ReportFace FaceOf(const ReportCell& cell) const {
         if (cell.heading) return ReportFace::kBoldItalic;
         return group || failed || cell.mark != ReportMark::kNone ? ReportFace::kBold : ReportFace::kPlain;
@@ -101,7 +101,7 @@ struct ReportTable {
     std::vector<ReportRow> rows;
 };
 
-/// Line feeds that a cell ends with: lines to write on by hand.
+/// Line feeds at the end of a cell: lines to write on by hand.
 inline std::size_t RoomToWrite(std::string_view text) {
     const std::size_t last = text.find_last_not_of('\n');
     return last == std::string_view::npos ? text.size() : text.size() - last - 1;
@@ -131,13 +131,13 @@ struct ReportLabel {
     std::string_view text;
 };
 
-/// A picture. Its places are measured from its own top.
+/// A picture. Positions in it are measured from its top.
 struct ReportFigure {
     std::string_view caption;
     int32_t top = 0;
     int32_t height = 0;
     std::vector<std::vector<ReportPoint>> lines;   ///< frame, axes, ticks
-    std::vector<std::vector<ReportPoint>> curves;  ///< what is plotted
+    std::vector<std::vector<ReportPoint>> curves;  ///< the plotted data
     std::vector<ReportLabel> labels;
 };
 
@@ -166,7 +166,7 @@ struct ReportPaper {
     bool Paged() const { return height > 0; }
 };
 
-/// What is in the foot of each page and in the description of the file.
+/// The foot of each page, and the metadata of the file.
 struct ReportFacts {
     std::string title;
     std::string fileName;
@@ -186,7 +186,7 @@ struct ReportModel {
     std::vector<ReportPage> pages;
 };
 
-/// The word next to a mark: what the cell says, or the verdict itself.
+/// The word next to a mark: the text of the cell, or the verdict.
 inline std::string_view MarkWord(const ReportFacts& facts, ReportMark mark, std::string_view text) {
     if (!text.empty() || mark == ReportMark::kNone) return text;
     return mark == ReportMark::kFail ? facts.failWord : facts.passWord;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kPdfModule = "vorex_pdf.so";
 
-/// Next to the program's folder once it is installed; below its own in the build.
+/// Next to the program's folder in an installation; below the program's folder in the build tree.
 fs::path ModuleFile() {
     std::error_code error;
     const fs::path folder = os::ProgramFile().parent_path();

@@ -9,7 +9,7 @@
 
 namespace vorex {
 
-/// Makes a PDF of a report. Its fonts measure the texts, so it exists before the report is laid out.
+/// Makes a PDF of a report. It is created before the report is laid out, because its fonts measure the texts.
 class PdfRenderer {
   public:
     /// Starts the fonts of a module. Raises std::runtime_error when one is not installed.
@@ -33,14 +33,14 @@ class PdfRenderer {
     FontMetrics mMetrics;
 };
 
-/// The functions of a module, which stays loaded. Raises FileError when the file is no module that writes
-/// PDF, or one of another version.
+/// The functions of a module, which stays loaded. Raises FileError when the file is not a module that writes
+/// PDF, or has another version.
 const VorexPdfModule& LoadPdfModule(const std::filesystem::path& file);
 
-/// The renderer of the module that is installed with the program. Only it knows fonts and a toolkit, whose
-/// start takes longer than any other report: it is loaded by the first call, and works without a display.
-/// Raises FileError when the module is missing or cannot be used, std::runtime_error when its fonts are
-/// missing.
+/// The renderer of the module that is installed with the program. Only the module uses fonts and a toolkit,
+/// which takes longer to start than any other report takes to write; so the first call loads it. It works
+/// without a display. Raises FileError when the module is missing or cannot be used, std::runtime_error when
+/// its fonts are missing.
 const PdfRenderer& InstalledPdfRenderer();
 
 }  // namespace vorex

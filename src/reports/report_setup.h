@@ -16,11 +16,11 @@ struct ReportFact {
     std::string text;
 };
 
-/// Prints facts one below the other; nothing for none.
+/// Prints facts one below the other.
 void PrintFacts(const std::vector<ReportFact>& facts, IReportDocument& report);
 
-/// The setup of the reports that the host itself makes, handed from element to element: how deep an element
-/// stands, and what the program says about its result under its heading.
+/// The setup of the host's own reports, passed from element to element: the depth of an element, and the
+/// program's remarks on its result under its heading.
 class ReportSetup final : public IReportSetup {
   public:
     using RecordOf = std::function<std::vector<ReportFact>(const IResultData& result)>;
@@ -28,9 +28,9 @@ class ReportSetup final : public IReportSetup {
     explicit ReportSetup(ReportDocument& document, RecordOf recordOf = {})
         : mDocument(document), mRecordOf(std::move(recordOf)) {}
 
-    /// Headings up to `EndHeading` are those of an element.
+    /// Headings up to `EndHeading` belong to an element.
     void BeginHeading() { mDocument.HeadingLevel(mLevel); }
-    /// Headings from here on are of what an element holds; its result is described first.
+    /// Headings from here on belong to the contents of the element; its result is described first.
     void EndHeading(const IResultData* result);
     void BeginChildren() { ++mLevel; }
     void EndChildren() { --mLevel; }

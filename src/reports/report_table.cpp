@@ -17,7 +17,7 @@ constexpr int32_t kLeastColumn = 660;
 constexpr int32_t kTooNarrow = 400;
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// Takes from the columns that have more than the least, in proportion, what the sum is too wide.
+/// Narrows the columns above the least width, in proportion, until the sum fits.
 void Shrink(std::vector<ReportColumn>& columns, int32_t excess) {
     const auto spare = [](const ReportColumn& column) {
         return std::max(0, column.narrow ? 0 : column.width - kLeastColumn);
@@ -96,7 +96,7 @@ class RowReader {
             shared.text = mTexts.Add(std::string(shared.text) + " " + std::string(cell.text));
     }
 
-    /// Up to the separator that ends the cell, which stays unread.
+    /// Up to, but not including, the separator that ends the cell.
     ReportCell ReadCell() {
         ReportCell cell;
         mText.clear();
@@ -132,7 +132,7 @@ class RowReader {
         return cell;
     }
 
-    /// A text to the left that nothing follows may use the columns after it.
+    /// A left-aligned text may use the empty columns after it.
     void Finish(ReportRow& row, std::size_t lastColumn) const {
         row.failed = std::any_of(row.cells.begin(), row.cells.end(),
                                  [](const ReportCell& cell) { return cell.mark == ReportMark::kFail; });
@@ -142,7 +142,8 @@ class RowReader {
             row.cells.size() >= least && std::all_of(row.cells.begin(), row.cells.end(),
                                                      [](const ReportCell& cell) { return cell.heading; });
         if (row.cells.empty() || row.ruled) return;
-        // One cell after the margin, where a row has more, and no label of a value.
+        // A single cell in a table with more columns heads a group; a leading blank makes it the label of a
+        // value.
         row.group = lastColumn == 1 && row.cells.size() == 1 && row.cells.front().column == 1 &&
                     mColumns.size() > 2 && !row.cells.front().text.starts_with(' ');
         ReportCell& last = row.cells.back();

@@ -14,13 +14,13 @@ namespace {
 constexpr std::size_t kWidth = 100;
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kGap = 2;
-/// Numbers may change by a digit without moving what is next to them.
+/// A number may gain or lose a digit without moving its neighbours.
 constexpr std::size_t kLeastColumn = 8;
 constexpr std::size_t kLeastWrapped = 6;
-/// What is in front of a text of a ruled table, and between two.
+/// Characters before the first cell of a ruled row, and between two cells.
 constexpr std::size_t kRuleAndBlank = 2;
 constexpr std::size_t kBlankRuleBlank = 3;
-/// A word that is longer than this breaks before it costs the columns next to it their room.
+/// A word longer than this breaks rather than taking room from the columns next to it.
 constexpr std::size_t kLongestWhole = kWidth / 3;
 constexpr std::string_view kCross = "✗ ";
 constexpr std::string_view kTick = "✓ ";
@@ -30,7 +30,7 @@ std::string_view ShapeOf(ReportMark mark) {
     return mark == ReportMark::kFail ? kCross : kTick;
 }
 
-/// Characters that take the room of two in a terminal.
+/// Characters that take two cells of a terminal.
 bool IsWide(char32_t c) {
     return (c >= 0x1100 && c <= 0x115F) || (c >= 0x2E80 && c <= 0xA4CF) || (c >= 0xAC00 && c <= 0xD7A3) ||
            (c >= 0xF900 && c <= 0xFAFF) || (c >= 0xFE30 && c <= 0xFE6F) || (c >= 0xFF00 && c <= 0xFF60) ||
@@ -40,7 +40,7 @@ bool IsWide(char32_t c) {
 /// A terminal's cells as a measure of texts.
 class TerminalMetrics final : public ITextMetrics {
   public:
-    /// Of a text of one point, whose em is so many twips, a cell is one twip.
+    /// Advance that makes a cell of one-point text one twip wide.
     static constexpr int32_t kCell = 1000 / kTwipsPerPoint;
     int32_t Advance(char32_t character, ReportFace /*face*/) const override {
         if (IsCombining(character)) return 0;
@@ -111,7 +111,7 @@ class TextWriter {
         return std::string(ShapeOf(cell.mark)) + std::string(MarkWord(*mFacts, cell.mark, cell.text));
     }
 
-    /// Has `measure(column, row, cell)` take account of each cell that has to fit into its column.
+    /// Calls `measure(column, row, cell)` for each cell that has to fit into its column.
     template <typename Measure>
     static void ForEachFittedCell(const ReportTable& table, Measure measure) {
         for (const ReportRow& row : table.rows)
@@ -120,7 +120,7 @@ class TextWriter {
                     measure(cell.column, row, cell);
     }
 
-    /// What each column needs for its longest cell; 0 for a column that nothing is in.
+    /// The width of each column's longest cell; 0 for an empty column.
     Widths NaturalWidths(const ReportTable& table, bool wrappedHeadings) {
         Widths widths(table.columns->size(), 0);
         ForEachFittedCell(table, [&](std::size_t column, const ReportRow& row, const ReportCell& cell) {
@@ -139,7 +139,7 @@ class TextWriter {
         return widths;
     }
 
-    /// What is too wide for the line, with the gaps between the columns.
+    /// By how much the columns and the gaps between them exceed the line.
     static std::size_t Excess(const Widths& widths) {
         std::size_t sum = kIndent;
         for (std::size_t width : widths)
@@ -147,7 +147,7 @@ class TextWriter {
         return sum > kWidth + kGap ? sum - kWidth - kGap : 0;
     }
 
-    /// Takes from the widest of the columns that have more than their least until all fit next to each other.
+    /// Narrows the widest of the columns above their least width until all fit next to each other.
     static void Shrink(Widths& widths, const Widths& least) {
         for (std::size_t excess = Excess(widths); excess > 0; excess = Excess(widths)) {
             std::size_t widest = widths.size();
@@ -167,8 +167,8 @@ class TextWriter {
         }
     }
 
-    /// Where not everything has room in a line, the headings wrap first, then the columns stand closer, then
-    /// the longest texts wrap. Words break last.
+    /// If the columns are too wide for a line, the headings wrap first, then the gaps shrink, then the
+    /// longest texts wrap. Words break last.
     Widths FittedWidths(const ReportTable& table) {
         const Widths roomy = WithLeastColumns(NaturalWidths(table, false), table);
         if (Excess(roomy) == 0) return roomy;
@@ -203,7 +203,7 @@ class TextWriter {
         }
     }
 
-    /// The width of a cell with those that it may use after it.
+    /// The width of a cell and of the empty ones after it that it may use.
     static std::size_t Room(const ReportCell& cell, const Widths& widths, std::size_t begin) {
         if (cell.span > 1) return kWidth - begin;
         return widths[cell.column];
@@ -253,8 +253,8 @@ class TextWriter {
         return longest;
     }
 
-    /// Places of the rules: columns as wide as on paper, and no word broken for that where another column
-    /// has room to give.
+    /// Positions of the rules: columns as wide as on paper, unless a word would break while another column
+    /// has room to spare.
     Widths RulesOf(const ReportTable& table) {
         const std::vector<ReportColumn>& columns = *table.columns;
         const auto place = [&](int32_t twips) {
@@ -382,7 +382,7 @@ class TextWriter {
         std::size_t at = column(label.place.x);
         if (label.align == ReportAlign::kRight) at -= std::min(at, width);
         if (label.align == ReportAlign::kCentre) at -= std::min(at, width / 2);
-        // A label is placed by its top, and stands where the middle of its digits does.
+        // A label's position is its top; in characters it goes to the line of the middle of its digits.
         const std::size_t y = row(label.place.y + label.points * kTwipsPerPoint * 4 / 7);
         for (std::string_view rest = label.text; !rest.empty();) {
             const Utf8Character next = FirstCharacter(rest);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int64_t kEm = 1000;
 constexpr int32_t kMostIndentParts = 3;
-/// More blanks in a row are a gap to write into, and part lines only where nothing else does.
+/// More blanks in a row are a gap to write in; a line breaks there only if it cannot break elsewhere.
 constexpr std::size_t kMostBlanks = 3;
 
 /// Ideographs and kana: a line may end after each.
@@ -83,7 +83,7 @@ void TextWrapper::WrapLine(std::string_view text, int64_t room, ReportFace face,
     int64_t width = 0;
     std::size_t blanks = 0;  // in a row
     Place breakAt;           // after the last blank, or where a line may end
-    Place beforeBlanks;      // the break in front of these blanks
+    Place beforeBlanks;      // the break before these blanks
     Place gap;               // after the last gap
     const auto close = [&](const Place& end) {
         std::string_view line = text.substr(begin, end.at - begin);

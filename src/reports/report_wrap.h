@@ -11,7 +11,7 @@
 
 namespace vorex {
 
-/// How wide characters are: whoever paints knows its fonts.
+/// Widths of characters, supplied by the renderer, which knows its fonts.
 class ITextMetrics {
   public:
     virtual ~ITextMetrics() = default;
@@ -25,8 +25,7 @@ class TextWrapper {
     explicit TextWrapper(const ITextMetrics& metrics) : mMetrics(metrics) {}
 
     /// Lines that fit the width: broken at line feeds and between words, and within a word only where it is
-    /// wider than a line. All lines begin where the first one does. Nothing is left out but the blanks of a
-    /// break.
+    /// wider than a line. All lines begin where the first one does. Only the blanks at a break are left out.
     std::vector<ReportLine> Wrap(std::string_view text, int32_t width, ReportFace face, int32_t points);
     int32_t Width(std::string_view text, ReportFace face, int32_t points);
 
@@ -49,7 +48,7 @@ struct Utf8Character {
 Utf8Character FirstCharacter(std::string_view text);
 void AppendUtf8(std::string& text, char32_t character);
 
-/// True for a character that is on the one before it.
+/// True for a character that combines with the one before it.
 bool IsCombining(char32_t character);
 
 }  // namespace vorex

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <system_error>
 
-/// Everything that differs from one operating system to the next. There is one source for each system, and no
-/// other folder includes a header of an operating system.
+/// Everything that depends on the operating system. There is one source per system, and no other folder
+/// includes a header of an operating system.
 ///
-/// Failures are returned as error codes, whose messages are in the system's own words.
+/// Failures are returned as error codes, whose messages are the system's.
 namespace vorex::os {
 
 enum class Access {
@@ -30,15 +30,15 @@ class File {
     File& operator=(File&& other) noexcept;
 
     static File Open(const std::filesystem::path& path, Access access, std::error_code& error);
-    /// A new file with a name of its own in the folder of the target and, where the system allows it, with
-    /// the access rights that the target has or would get.
+    /// A new file with a unique name in the folder of the target, with the access rights that the target has
+    /// or would get, if the system allows it.
     static File OpenTemporary(const std::filesystem::path& target, std::filesystem::path& name,
                               std::error_code& error);
 
     bool IsOpen() const { return mHandle != kClosed; }
-    /// An ordinary file: no folder, device or pipe.
+    /// True for an ordinary file: no folder, device or pipe.
     bool IsRegular() const;
-    /// In bytes; 0 where a size has no meaning.
+    /// In bytes; 0 if the file has no size.
     uint64_t Size() const;
     /// The next bytes, at most so many; 0 at the end of the file.
     std::size_t Read(char* memory, std::size_t size, std::error_code& error);
@@ -47,7 +47,7 @@ class File {
     std::error_code Truncate(uint64_t size);
     /// Returns when the content has reached the disk.
     std::error_code Flush();
-    /// False while another process has the lock. A file system that knows no locks grants it.
+    /// False while another process has the lock. A file system without locks grants it.
     bool Lock();
     std::error_code Close();
 
@@ -60,7 +60,7 @@ class File {
 
 /// Gives a file the name of another, which it replaces in one step.
 std::error_code Replace(const std::filesystem::path& from, const std::filesystem::path& to);
-/// Brings the names in the folder of a file to the disk, where the system needs to be asked.
+/// Flushes the names in the folder of a file to the disk, if the system requires it.
 void FlushFolderOf(const std::filesystem::path& file);
 /// True when the user may write an existing file.
 bool MayWrite(const std::filesystem::path& file, std::error_code& error);
@@ -75,12 +75,12 @@ std::string LocaleName();
 int32_t UtcOffset(std::time_t moment);
 
 enum class Output { kStandard, kError };
-/// True when a person reads the output on a screen.
+/// True when the output is a terminal.
 bool IsTerminal(Output output);
 
 using Function = void (*)();
-/// A function that a module exports. The module stays loaded. Null when either cannot be found; the reason
-/// says why.
+/// A function that a module exports. The module stays loaded. Null when either cannot be found, with the
+/// reason.
 Function LoadFunction(const std::filesystem::path& module, const char* name, std::string& reason);
 
 }  // namespace vorex::os

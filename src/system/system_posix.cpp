@@ -45,7 +45,7 @@ int FlagsOf(Access access) {
     return O_RDONLY;
 }
 
-/// Access rights of the new file: those of the old one, or what the process gives a new file.
+/// Access rights of the new file: those of the old one, or the process's default.
 mode_t ModeFor(const fs::path& target) {
     struct stat status {};
     if (::stat(target.c_str(), &status) == 0) return status.st_mode & 07777U;
@@ -76,7 +76,7 @@ File File::OpenTemporary(const fs::path& target, fs::path& name, std::error_code
     error = descriptor < 0 ? LastError() : std::error_code();
     if (error) return {};
     name = text;
-    // Rights that cannot be given are no reason to lose the work: the file stays the user's alone.
+    // Rights that cannot be set must not lose the work: the file then stays private to the user.
     (void)::fchmod(descriptor, mode);
     return File(descriptor);
 }
@@ -115,7 +115,7 @@ std::error_code File::Truncate(uint64_t size) {
 }
 
 std::error_code File::Flush() {
-    // The size is brought to the disk as well: without it the content could not be read again.
+    // The size is flushed as well: without it the content could not be read again.
     return Checked(::fdatasync(Descriptor(mHandle)));
 }
 

@@ -106,7 +106,7 @@ std::size_t File::Read(char* memory, std::size_t size, std::error_code& error) {
     DWORD count = 0;
     const BOOL done =
         ::ReadFile(Handle(mHandle), memory, static_cast<DWORD>(std::min(size, kMost)), &count, nullptr);
-    // A pipe whose writer has gone is at its end.
+    // When the writer of a pipe is gone, the pipe has ended.
     error = done != FALSE || ::GetLastError() == ERROR_BROKEN_PIPE ? std::error_code() : LastError();
     return count;
 }
@@ -155,7 +155,7 @@ std::error_code Replace(const fs::path& from, const fs::path& to) {
 }
 
 void FlushFolderOf(const fs::path& /*file*/) {
-    // The file system keeps a journal of its names, and Replace waits for it.
+    // The file system journals its names, and Replace waits for that.
 }
 
 bool MayWrite(const fs::path& file, std::error_code& error) {
@@ -182,7 +182,7 @@ std::string LocaleName() {
 }
 
 int32_t UtcOffset(std::time_t moment) {
-    // The local time read as universal time is later by the offset.
+    // Local time read as universal time is later by the offset.
     std::tm local{};
     ::localtime_s(&local, &moment);
     return static_cast<int32_t>(::_mkgmtime(&local) - moment);

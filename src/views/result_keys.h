@@ -5,8 +5,8 @@
 
 #include "results/measurement.h"
 
-/// How the columns of a result view name what they show. Readings are in a column under the key of their
-/// limit, "ER kVp Avg", every other quantity under the key of its measurement.
+/// The keys of the columns of a result view. A reading has the key of its limit, "ER kVp Avg"; every other
+/// quantity has the key of its measurement.
 namespace vorex {
 
 /// Key of the measurement that a column shows for an exposure.
@@ -15,7 +15,7 @@ std::string ValueKeyOf(std::string_view columnKey);
 std::string MeanKeyOf(std::string_view columnKey);
 std::string VariationKeyOf(std::string_view columnKey);
 
-/// True when a key names a measurement, also one that changed its key while the test ran: the maximum
+/// True when a key names a measurement, including one that changed its key during the test: the maximum
 /// exposure rate takes the number of its exposure, the coefficient of linearity the kind of its pair.
 bool NamesMeasurement(std::string_view key, std::string_view measurementKey);
 /// The measurement that a key names, or null.

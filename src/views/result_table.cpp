@@ -207,7 +207,7 @@ void ResultTable::FillRow(std::size_t row, bool marks) {
 }
 
 void ResultTable::FillTestWideColumns(bool marks) {
-    // A statistic of these tests is written into every stored row when it is judged.
+    // Judging writes the statistics of these tests into every stored row.
     if (mTestId != kMammoAccRepro && mTestId != kMammoAec) return;
     for (std::size_t column = 0; column < mColumns.size(); ++column) {
         Source& source = mSources[column].value;

@@ -43,8 +43,8 @@ struct CellPlace {
     bool operator==(const CellPlace&) const = default;
 };
 
-/// The exposures of a measuring test as a table: what is shown in each cell, and what the operator may do
-/// with it. A window draws it and passes on what was pressed and typed.
+/// The exposures of a measuring test as a table: the content of each cell, and what the operator may do with
+/// it. A window draws it and passes on presses and typed texts.
 class ResultTable : public IZRD47500Result, public ICustomControl, public LibraryObject {
   public:
     /// A grid shows the statistics of test 100 in rows below the exposures, a list does not.
@@ -76,10 +76,10 @@ class ResultTable : public IZRD47500Result, public ICustomControl, public Librar
 
     // ICustomControl
     std::shared_ptr<IControlCallback> CallBack() const override { return mCallback; }
-    /// Gets the word "Edited" after each edit of the operator.
+    /// Called with the word "Edited" after each edit by the operator.
     void CallBack(std::shared_ptr<IControlCallback> callback) override { mCallback = std::move(callback); }
     WindowHandle hWnd() const override { return mWindow; }
-    /// The window that draws this table; 0 while there is none.
+    /// The window that draws this table; 0 for none.
     void hWnd(WindowHandle window) { mWindow = window; }
     bool Visible() const override { return mVisible; }
     void Visible(bool visible) override;
@@ -93,34 +93,35 @@ class ResultTable : public IZRD47500Result, public ICustomControl, public Librar
 
     // What is shown.
     const std::vector<ResultColumn>& Columns() const { return mColumns; }
-    /// One row per exposure, stored or still to come.
+    /// One row per exposure, stored or planned.
     const std::vector<ResultRow>& Rows() const { return mRows; }
     /// The mean and the coefficient of variation of each column; empty where the test has none.
     const std::vector<ResultRow>& Statistics() const { return mStatistics; }
     uint8_t SelectedExposure() const { return mSelected; }
     bool HasCheckBoxes() const { return mCheckBoxes; }
-    /// Limits of the element and the standard of them that is shown; its version may be empty.
+    /// Limits of the element, and the one of their standards that is shown; its version may be empty.
     const std::shared_ptr<ILimitData>& ShownLimits() const { return mLimits; }
     const StandardName& ShownStandard() const { return mStandard; }
     bool ShowsCalculatedLimits() const { return mCalculated; }
 
-    // What the operator does. False when the table does not take it.
+    // What the operator does. False when the table refuses it.
     bool Press(CellPlace place);
     /// The right button: selects the row and asks for the menu.
     void PressRight(CellPlace place);
     bool ToggleCheck(CellPlace place);
-    /// Takes what was typed into a cell of the mAs columns of a stored exposure.
+    /// Stores a text that was typed into an mAs column of a stored exposure.
     bool Edit(CellPlace place, std::string_view typed);
-    /// Keys that the cell editor takes: digits, blank, ".", "," and, as 8 and 13, backspace and Enter.
+    /// Keys that the cell editor accepts: digits, blank, ".", "," and, as 8 and 13, backspace and Enter.
     static bool AcceptsKey(int keyCode);
-    /// Where the editor goes on Enter: one column to the right, else to the next row; no cell at the end.
+    /// The next cell of the editor on Enter: one column to the right, else in the next row; no cell at the
+    /// end.
     CellPlace CellAfter(CellPlace place) const;
 
-    /// Something that is shown has changed.
+    /// The shown content has changed.
     Event<> Changed{"ResultTable_Changed"};
 
   private:
-    /// Where the values of a column, or of its statistics, come from.
+    /// The source of the values of a column, or of its statistics.
     struct Source {
         std::string key;
         std::size_t place = 0;  ///< index in a row of measurements, where it was found last

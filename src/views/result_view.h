@@ -11,8 +11,8 @@
 
 namespace vorex {
 
-/// What the operator does in a result view. Exposures and columns count from 1; exposure 0 is a row that is
-/// no exposure.
+/// What the operator does in a result view. Exposures and columns count from 1; exposure 0 is a row without
+/// an exposure.
 struct ResultViewEvents {
     Event<uint8_t, uint8_t, const std::string&> ItemClick{"irvResult_ItemClick"};  ///< exposure, column, key
     Event<bool> ItemClicked{"irvResult_ItemClicked"};

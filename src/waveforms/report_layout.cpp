@@ -7,7 +7,7 @@ namespace vorex {
 
 namespace {
 
-/// A place in twips; far outside the page for what lies far outside the plot.
+/// A position in twips; values far outside the plot map to a position far outside the page.
 int32_t Place(double twips) {
     constexpr double kFarAway = 1e6;
     return static_cast<int32_t>(std::lround(std::clamp(twips, -kFarAway, kFarAway)));

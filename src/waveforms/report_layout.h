@@ -8,7 +8,7 @@
 
 namespace vorex {
 
-/// Four numbers: left, top, right and bottom of a place on the page, in twips.
+/// A rectangle on the page, in twips.
 struct PageArea {
     int32_t left = 0;
     int32_t top = 0;
@@ -16,7 +16,7 @@ struct PageArea {
     int32_t bottom = 0;
 };
 
-/// What a plot shows, in the units of its axes.
+/// The data area of a plot, in the units of its axes.
 struct DataRange {
     double xMinimum = 0;
     double yMinimum = 0;
@@ -24,7 +24,7 @@ struct DataRange {
     double yMaximum = 0;
 };
 
-/// Maps data to the page. The top of the plot area is the place of the smallest y: with a top below its
+/// Maps data to the page. The top of the plot area is the position of the smallest y, so with a top below its
 /// bottom the values grow towards the head of the page.
 class CPrinterXY {
   public:
@@ -36,8 +36,8 @@ class CPrinterXY {
     void SetPlotArea(const PageArea& area);
     void SetDataArea(const DataRange& range) { mData = range; }
     const DataRange& DataArea() const { return mData; }
-    /// Takes the data area from samples that lie an interval apart: x from 0 to one interval after the last
-    /// sample's, y from 0 to the largest sample and a tenth.
+    /// Computes the data area from samples at a fixed interval: x from 0 to one interval after the last
+    /// sample, y from 0 to the largest sample plus a tenth.
     void SetValues(std::span<const float> samples, double interval, double factor);
     /// Computes the scales and draws frame and axes.
     void Prepare(IReportDocument& report);

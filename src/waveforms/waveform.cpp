@@ -38,8 +38,8 @@ void CWaveform::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* 
     if (log != nullptr) log->Position(element->Name(), "");
     const std::string_view samples = element->Text();
     const bool several = samples.find(',') != std::string_view::npos;
-    if (!several && !samples.empty()) return;  // a lone sample is no waveform
-    // What a waveform without samples says of itself is kept, so that files keep their bytes.
+    if (!several && !samples.empty()) return;  // a single sample is no waveform
+    // The other fields of a waveform without samples are kept, so that a file keeps its bytes.
     if (const auto print = element->FindChild(tag::kPrintWaveform); !print.empty())
         mIncludeInReport = print.front()->Text() == kStoredTrue;
     if (const auto interval = element->FindChild(tag::kWaveformResolution); !interval.empty())

@@ -10,7 +10,7 @@ namespace vorex {
 
 namespace {
 
-/// An entry of the outline, or its root, with what is below it so far.
+/// An entry of the outline, or its root, with its entries so far.
 struct Entry {
     QPDFObjectHandle object;
     int level;
@@ -18,7 +18,7 @@ struct Entry {
     long long below = 0;    ///< entries of all depths below it, which are shown open
 };
 
-/// Takes an entry whose children are complete from the path, and counts it above.
+/// Removes a complete entry from the path, and adds its count to the one above.
 void Close(std::vector<Entry>& path) {
     Entry done = std::move(path.back());
     path.pop_back();
@@ -77,7 +77,7 @@ std::string WithBookmarks(std::string_view pdf, const std::vector<Bookmark>& boo
     if (!bookmarks.empty()) AddOutline(file, bookmarks);
     QPDFWriter writer(file);
     writer.setOutputMemory();
-    // Streams of objects came after the version that PDF/A-1 is.
+    // Object streams are newer than the PDF version of PDF/A-1.
     writer.setObjectStreamMode(qpdf_o_disable);
     writer.write();
     const auto buffer = writer.getBufferSharedPointer();

@@ -7,7 +7,7 @@
 
 namespace vorex {
 
-/// Where a heading stands.
+/// The position of a heading.
 struct Bookmark {
     std::string title;
     int level = 0;         ///< depth in the tree of headings
@@ -15,8 +15,8 @@ struct Bookmark {
     int top = 0;           ///< points above the lower edge of the paper
 };
 
-/// The PDF with its headings in the outline and its language told, neither of which the toolkit's writer can.
-/// It stays what PDF/A-1 asks for.
+/// Adds to a PDF the outline of its headings and its language, which the toolkit's writer cannot. The file
+/// stays PDF/A-1.
 std::string WithBookmarks(std::string_view pdf, const std::vector<Bookmark>& bookmarks,
                           const std::string& language);
 

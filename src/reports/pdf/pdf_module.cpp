@@ -17,7 +17,7 @@
 
 #include "reports/pdf/pdf_bookmarks.h"
 
-// The module that writes PDF: the one part of the program that knows fonts and a toolkit.
+// The module that writes PDF: the only part of the program that uses fonts and a toolkit.
 
 struct VorexPdfDrawing {
     explicit VorexPdfDrawing(const VorexPdfPaper& paper) : sheet(paper) {}
@@ -54,7 +54,7 @@ bool IsAscii(VorexPdfText text) {
 }
 
 QFont FontOf(int face, bool shaped) {
-    // Further families for scripts that the first has no letters for.
+    // Fallback families for scripts that the first does not cover.
     static const QStringList families = {kFamily, "DejaVu Sans", "Droid Sans Fallback"};
     QFont font(families);
     font.setBold(face != 0);
@@ -65,7 +65,7 @@ QFont FontOf(int face, bool shaped) {
     return font;
 }
 
-/// Calls a function, whose fault goes to the sink. True when there was none.
+/// Calls a function and sends the message of a failure to the sink. True on success.
 template <typename Function>
 bool Guarded(VorexPdfSink sink, void* context, Function&& function) {
     try {
@@ -92,11 +92,11 @@ int32_t Start(VorexPdfSink fault, void* context) {
             static int argumentCount = 1;
             static char name[] = "vorex";
             static char* arguments[] = {name, nullptr};
-            // The toolkit's remarks on the session that it runs in are nothing that a user could act on.
+            // The toolkit warns about the desktop session, which a user of the program can do nothing about.
             qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-            // A report needs no display, and a display that cannot be reached is no reason to fail.
+            // A report needs no display, so it must not fail when none can be reached.
             qputenv("QT_QPA_PLATFORM", "offscreen");
-            // Never ended: the toolkit's own end needs a program that is still whole.
+            // Never destroyed: by then, parts of the program that the toolkit needs are gone.
             static QGuiApplication* const application = new QGuiApplication(argumentCount, arguments);
             (void)application;
         }

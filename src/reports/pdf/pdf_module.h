@@ -1,19 +1,19 @@
 #pragma once
 
-// C by intent: program and module may come from two compilers, or from two versions of one.
+// Intentionally C: program and module may be built with different compilers or versions.
 #include <stddef.h>
 #include <stdint.h>
 
-/// What the module that writes PDF offers the program, and all that they share. Lengths are twips, from the
-/// upper left corner of the usable area of a page; texts are UTF-8 without a zero at their end; colours are
-/// 0xRRGGBB. No function raises an exception.
+/// The interface between the program and the module that writes PDF; they share nothing else. Lengths are
+/// twips, from the upper left corner of the usable area of a page; texts are UTF-8 without a terminating
+/// zero; colours are 0xRRGGBB. No function raises an exception.
 ///
-/// 1. The program calls VorexPdfModuleEntry, which gives the table, and compares its version.
+/// 1. The program calls VorexPdfModuleEntry, which returns the table, and compares its version.
 /// 2. start, once: toolkit and fonts.
-/// 3. For each report: begin, then what is drawn page by page, then finish, which ends the drawing.
+/// 3. For each report: begin, then the drawing calls page by page, then finish, which ends the drawing.
 extern "C" {
 
-/// Goes up with every change of this file.
+/// Raised with every change of this file.
 enum { kVorexPdfVersion = 1 };
 
 struct VorexPdfText {
@@ -50,26 +50,26 @@ struct VorexPdfBookmark {
 /// A report being drawn.
 struct VorexPdfDrawing;
 
-/// Takes the bytes of the file, or the words of a fault, in one or more pieces.
+/// Takes the bytes of the file, or the message of a failure, in one or more pieces.
 typedef void (*VorexPdfSink)(void* context, const char* bytes, size_t size);
 
 struct VorexPdfModule {
     uint32_t version;  ///< kVorexPdfVersion; first in every version
 
-    /// 1, or 0 after the words of a fault went to the sink.
+    /// 1, or 0 after the message of a failure went to the sink.
     int32_t (*start)(VorexPdfSink fault, void* context);
     /// Advance of a character in thousandths of the text's size.
     int32_t (*advance)(uint32_t character, int32_t face);
 
-    /// The first page of a drawing; null after the words of a fault went to the sink.
+    /// The first page of a drawing; null after the message of a failure went to the sink.
     VorexPdfDrawing* (*begin)(const VorexPdfPaper* paper, VorexPdfText title, VorexPdfText creator,
                               VorexPdfSink fault, void* context);
     void (*newPage)(VorexPdfDrawing* drawing);
-    /// For all that follows, on further pages too.
+    /// For all later calls, on further pages too.
     void (*setPen)(VorexPdfDrawing* drawing, uint32_t colour, int32_t width);
     int32_t (*textWidth)(VorexPdfDrawing* drawing, VorexPdfText text, VorexPdfFont font);
-    /// By its left edge and its top. What is wider than the room is shortened in its middle; a room of 0 has
-    /// no end.
+    /// At its left edge and its top. A text wider than the room is shortened in its middle; a room of 0 is
+    /// unlimited.
     void (*drawText)(VorexPdfDrawing* drawing, VorexPdfPoint place, VorexPdfText text, VorexPdfFont font,
                      int32_t room);
     void (*drawLines)(VorexPdfDrawing* drawing, const VorexPdfPoint* points, size_t count);
@@ -77,12 +77,12 @@ struct VorexPdfModule {
     void (*fill)(VorexPdfDrawing* drawing, VorexPdfPoint place, int32_t width, int32_t height,
                  uint32_t colour);
     /// A PDF/A-1b file with its outline and language. 1 after its bytes went to the sink, or 0 after the
-    /// words of a fault did. The drawing is no more.
+    /// message of a failure. The drawing ends in either case.
     int32_t (*finish)(VorexPdfDrawing* drawing, const VorexPdfBookmark* bookmarks, size_t count,
                       VorexPdfText language, VorexPdfSink sink, void* context);
 };
 
-/// What the module exports, by the name of VOREX_PDF_ENTRY_NAME.
+/// The module's exported function; its name is VOREX_PDF_ENTRY_NAME.
 typedef const VorexPdfModule* (*VorexPdfEntry)(void);
 
 }  // extern "C"
