@@ -79,5 +79,16 @@ TEST_F(ShowTest, OfManyEditedSettingsFourAreShownAndTheOthersCounted) {
     }
 }
 
+TEST_F(ShowTest, ABlankLineIsBetweenTestsAndASurveyListsWhatIsFilledIn) {
+    Write("s.xml", Sequence(Element(1, 100, Exposures(1)) + Element(2, 200, Exposures(1)) +
+                            Element(3, 1300, {}, "<ResultItem><Status>1</Status></ResultItem>")));
+    ASSERT_EQ(Run({"survey", Path("s.xml"), "--set", "Collimation.SID=651", "-o", Path("out.xml")}), 0)
+        << err;
+    ASSERT_EQ(Run({"show", Path("out.xml")}), 0) << err;
+    for (const char* element : {"\n\n2  ", "\n\n3  "}) EXPECT_TRUE(Prints(element)) << out;
+    EXPECT_TRUE(Prints(" 651\n")) << out;
+    EXPECT_FALSE(Prints("Functioning Masks")) << "nothing is filled in there";
+}
+
 }  // namespace
 }  // namespace vorex::test

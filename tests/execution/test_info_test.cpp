@@ -134,5 +134,18 @@ TEST_F(TestInfoTest, TheLinesAreThoseOfTheExposureThatComesAndNeverBehindTheTabl
                                   "    Set Machine kVp to 90 KV."));
 }
 
+TEST_F(TestInfoTest, ATargetAndFilterChosenInARunRedrawTheLine) {
+    const auto element = Make(kRadioRepro, 1);
+    ConfigOf(*element).pTargetFilterName = "Mo/Mo";
+    Lines seen;
+    const auto look = [&](DetectorEvents&) { seen.push_back(Guide().VisibleLines().at(1)); };
+    Queue(look);
+    Queue([&](DetectorEvents&) { ConfigOf(*element).pTargetFilterName = "Rh/Rh"; });
+    Queue(look);
+    Expose("80");
+    Perform(*element, {Start()});
+    EXPECT_THAT(seen, ElementsAre(" Target/Filter: Mo/Mo", " Target/Filter: Rh/Rh"));
+}
+
 }  // namespace
 }  // namespace vorex::test

@@ -1,5 +1,9 @@
 #include "files/element_check.h"
 
+#include <pugixml.hpp>
+#include <set>
+#include <sstream>
+
 #include "files/element_document.h"
 #include "foundation/file_error.h"
 #include "host/host_fixture.h"
@@ -221,6 +225,77 @@ TEST_F(ElementCheckTest, AFaultIsNamedWithItsLineInTheFile) {
             EXPECT_TRUE(std::string_view(error.what()).starts_with(file + std::string(row.place)))
                 << error.what();
         }
+    }
+}
+
+/// A file with every attribute that has a meaning.
+const char* const kEveryAttribute = R"xml(<VorexSequence Version="1">
+<SelectedStandards><Standard Name="Site" Version="1"/></SelectedStandards>
+<MtiList><MTI Number="1" PlugIn="ZRD47500" Name="ZRD" SerialNumber="4711" CalibrationDate="2026-01-15"/></MtiList>
+<TestElement PlugIn="ZRD47500" TestID="0" ID="1" Name="Group"><Filter Save="True" Print="True" Evaluate="True"/>
+<TestElement PlugIn="ZRD47500" TestID="100" ID="2" Name="Test">
+<PlugInData PlugIn="ZRD47500"><NumberOfExposures>1</NumberOfExposures></PlugInData>
+<ExpectedResult><Standard Name="Site" Version="1"><Limit Key="ER kVp Avg" Unit="KV">
+<High Value="5" Expression="X+(X*Y%)"/></Limit></Standard></ExpectedResult>
+<ResultItem MTI="1"><Measurement Key="kVp Avg"><Value Type="1">80</Value><Status Extra="1">1</Status></Measurement>
+<Status>1</Status><ServiceRecord Code="P"/>
+<SupersededExposure Exposure="1" Order="1" Time="10:00"><Measurement Key="HVL" Missing="True"/></SupersededExposure>
+<Run Start="9:00" End="10:00" Ending="Complete" Reason="" Planned="1" Program="1.0" Formulas="1"/>
+<MeasuredBy Name="ZRD" SerialNumber="4711" CalibrationDate="2026-01-15"/>
+<Technique><Setting Key="MachineKV">80</Setting></Technique>
+<JudgedBy Time="10:00" Program="1.0" Formulas="1"/></ResultItem></TestElement></TestElement>
+<TestElement PlugIn="ZRD47500" TestID="1300" ID="3" Name="Survey"><PlugInData PlugIn="ZRD47500"/>
+<ResultItem MTI="1"><Status>1</Status></ResultItem></TestElement></VorexSequence>)xml";
+
+TEST_F(ElementCheckTest, OnlyWhatCannotBeDoneWithoutIsRequiredAndOnlyTextsAreFree) {
+    // "element attribute" of what must be there, and of what may be any text.
+    const std::set<std::string> required = {
+        "Standard Name",      "MTI Number",      "TestElement PlugIn",
+        "TestElement TestID", "TestElement ID",  "PlugInData PlugIn",
+        "Limit Key",          "Measurement Key", "SupersededExposure Exposure",
+        "Run Ending",         "Run Planned",     "Setting Key"};
+    const std::set<std::string> free = {"Standard Name",
+                                        "Standard Version",
+                                        "MTI PlugIn",
+                                        "MTI Name",
+                                        "MTI SerialNumber",
+                                        "MTI CalibrationDate",
+                                        "TestElement Name",
+                                        "Limit Key",
+                                        "Limit Unit",
+                                        "Measurement Key",
+                                        "ServiceRecord Code",
+                                        "SupersededExposure Time",
+                                        "Run Start",
+                                        "Run End",
+                                        "Run Reason",
+                                        "Run Program",
+                                        "MeasuredBy Name",
+                                        "MeasuredBy SerialNumber",
+                                        "MeasuredBy CalibrationDate",
+                                        "Setting Key",
+                                        "JudgedBy Time",
+                                        "JudgedBy Program"};
+    const auto faultWith = [&](const auto& change) {
+        pugi::xml_document file;
+        file.load_string(kEveryAttribute);
+        change(file);
+        std::ostringstream text;
+        file.save(text);
+        return FaultOf(text.str());
+    };
+    EXPECT_EQ(faultWith([](auto&) {}), "");
+    pugi::xml_document file;
+    ASSERT_TRUE(file.load_string(kEveryAttribute));
+    const auto places = file.select_nodes("//@*");
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const std::string name = std::string(places[i].parent().name()) + " " + places[i].attribute().name();
+        const auto at = [&](pugi::xml_document& copy) { return copy.select_nodes("//@*")[i]; };
+        const std::string absent =
+            faultWith([&](auto& copy) { at(copy).parent().remove_attribute(at(copy).attribute().name()); });
+        EXPECT_EQ(absent.empty(), !required.contains(name)) << name << ": " << absent;
+        const std::string strange = faultWith([&](auto& copy) { at(copy).attribute().set_value("?"); });
+        EXPECT_EQ(strange.empty(), free.contains(name)) << name << ": " << strange;
     }
 }
 

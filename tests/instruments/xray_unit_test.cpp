@@ -379,5 +379,22 @@ TEST(RandomSource, ItsNumbersAreTheSameEverywhere) {
     EXPECT_NEAR(squares / kCount, 1, 0.02);
 }
 
+TEST(SimulatedReadings, AShuntReadsWithin01PercentAndAClampWithin05) {
+    for (const bool shunt : {true, false}) {
+        SentSettings sent = Sent("RADIO");
+        sent.masShunt = shunt;
+        RandomSource random(1, 1);
+        const Shot shot = OneRoentgen();
+        double squares = 0;
+        constexpr int kReadings = 400;
+        for (int i = 0; i < kReadings; ++i) {
+            const double mas = std::stod(ReadMas(shot, Quiet(), sent, "1000", random).mas);
+            squares += (mas / shot.mas - 1) * (mas / shot.mas - 1);
+        }
+        const double percent = 100 * std::sqrt(squares / kReadings);
+        EXPECT_NEAR(percent / (shunt ? 0.1 : 0.5), 1, 0.15) << shunt;
+    }
+}
+
 }  // namespace
 }  // namespace vorex

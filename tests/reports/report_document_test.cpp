@@ -269,5 +269,22 @@ TEST_F(ReportDocumentTest, TheTitleOfAFormStandsInTheMiddleWithItsSecondTextBelo
     EXPECT_FALSE(std::get<ReportHeading>(model.pages.back().items.back()).centred);
 }
 
+TEST_F(ReportDocumentTest, NoPageIsEmptyHoweverMuchIsKeptTogether) {
+    // The name of the block and its only row, of twelve lines, fit no page together.
+    std::string words = "x";
+    for (int i = 0; i < 11; ++i) words += "\r\nx";
+    report.PrintTable("<+4000|<+3000|<+3000;", "|Block;|" + words + "|x;");
+    const ReportModel model = report.Finish();
+    for (const ReportPage& page : model.pages) EXPECT_NE(RowsOf(page), "");
+    EXPECT_EQ(RowsOf(model.pages[0]).substr(0, 6), "Block\n");
+}
+
+TEST_F(ReportDocumentTest, CellsBeyondTheLastColumnShareItWithTheirMark) {
+    report.PrintTable(kTwoColumns, "a|b|" + std::string(markup::kFailMark) + "c|d;");
+    const ReportModel model = report.Finish();
+    EXPECT_EQ(RowsOf(model.pages[0]), "a|b c d\n");
+    EXPECT_EQ(std::get<ReportTable>(model.pages[0].items[0]).rows[0].cells[1].mark, ReportMark::kFail);
+}
+
 }  // namespace
 }  // namespace vorex

@@ -179,5 +179,19 @@ TEST_F(ReportHtmlTest, AFormHasFramesOfItsProportionsAndRoomToWrite) {
     EXPECT_EQ(StyledWith("break-before: page"), std::set<std::string>{"section.page"});
 }
 
+TEST_F(ReportHtmlTest, AFigureHasItsLinesCurveAndTexts) {
+    report.BeginFigure("KV Waveform", 1000);
+    report.DrawLine(10, 900, 500, 900);
+    report.PlotPoints(std::vector<int32_t>{10, 200, 500}, std::vector<int32_t>{900, 100, 900});
+    report.DrawText(10, 950, "0.0");
+    report.EndFigure();
+    Load();
+    EXPECT_EQ(At("//figure/svg/title"), "KV Waveform");
+    EXPECT_EQ(Count("//figure//polyline"), 2U);
+    EXPECT_EQ(Count("//figure//polyline[@points='10,900 500,900 ']"), 1U);
+    EXPECT_EQ(Count("//figure//polyline[@points='10,900 200,100 500,900 ']"), 1U);
+    EXPECT_EQ(At("//figure//text"), "0.0");
+}
+
 }  // namespace
 }  // namespace vorex

@@ -170,5 +170,14 @@ TEST(ReportText, AFramedColumnGivesWayToALongWord) {
     EXPECT_EQ(text.find('\n'), 100U);
 }
 
+TEST(ReportText, AShortTextOfSeveralLinesKeepsToItsColumn) {
+    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
+    report.PrintTable("<+3000|<+5000;", "Room|first\r\nsecond;Unit|one;");
+    const std::string text = ReportText(report.Finish());
+    const std::size_t column = text.find("first");
+    ASSERT_NE(column, std::string::npos) << text;
+    EXPECT_NE(text.find("first\n" + Blanks(column) + "second\n  Unit"), std::string::npos) << text;
+}
+
 }  // namespace
 }  // namespace vorex

@@ -110,5 +110,33 @@ TEST_F(WaveformReport, AFigureGoesToANewPageWhenItDoesNotFit) {
     EXPECT_TRUE(Calls("text").starts_with("text 5390,0 KV Waveform\n"));
 }
 
+TEST_F(WaveformReport, TicksAreOneTwoOrFiveTimesAPowerOfTenApart) {
+    struct Case {
+        float interval;  ///< of the five samples: the axis is six intervals long
+        const char* ticks;
+    };
+    const Case cases[] = {
+        {1, "0.0 1.0 2.0 3.0 4.0 5.0 6.0 Time [msec] "},
+        {20, "0.0 20.0 40.0 60.0 80.0 100.0 120.0 Time [msec] "},
+        {100, "0.0 100.0 200.0 300.0 400.0 500.0 600.0 Time [msec] "},
+        {500, "0.0 500.0 1000.0 1500.0 2000.0 2500.0 3000.0 Time [msec] "},
+        {10000, "0.0 10.0 20.0 30.0 40.0 50.0 60.0 Time [sec] "},
+    };
+    for (const Case& c : cases) {
+        report = test::RecordingReport();
+        Waveform("0,80,80,80,0", c.interval, kKvWaveform).PrintReport(&report);
+        std::string ticks;
+        bool axis = false;  // the numbers below the axis come before those beside it
+        for (const std::string& call : report.calls) {
+            if (!call.starts_with("text ")) continue;
+            const std::string words = call.substr(call.find(' ', 5) + 1);
+            if (axis) ticks += words + " ";
+            if (words.starts_with("Time")) break;
+            axis = axis || words == "KV Waveform";
+        }
+        EXPECT_EQ(ticks, c.ticks) << c.interval;
+    }
+}
+
 }  // namespace
 }  // namespace vorex
