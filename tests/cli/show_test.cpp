@@ -90,5 +90,21 @@ TEST_F(ShowTest, ABlankLineIsBetweenTestsAndASurveyListsWhatIsFilledIn) {
     EXPECT_FALSE(Prints("Functioning Masks")) << "nothing is filled in there";
 }
 
+TEST_F(ShowTest, ExposuresThatAreMissingAreCountedNextToTheVerdict) {
+    struct Case {
+        const char* script;
+        const char* words;  ///< empty for none
+    };
+    for (const Case& c :
+         {Case{"start,next", ""}, Case{"na", ""}, Case{"skip", ""}, Case{"start,stop@1,next", "1 of 2"}}) {
+        Write("s.xml", Sequence(Element(1, 100, Exposures(2))));
+        Write("r.jsonl", kHead + Shot("80") + Shot("81"));
+        RunFile("s.xml", "r.jsonl", c.script);
+        ASSERT_EQ(Run({"show", Path("out.xml")}), kExitPassed) << err;
+        EXPECT_EQ(Prints("stored"), *c.words != '\0') << c.script << out;
+        EXPECT_TRUE(Prints(c.words)) << c.script << out;
+    }
+}
+
 }  // namespace
 }  // namespace vorex::test

@@ -241,5 +241,15 @@ TEST_F(TestPerformTest, ARedoTakesOneExposureAndKeepsTheCount) {
     EXPECT_EQ(element->ExposureRow(), 2);
 }
 
+TEST_F(TestPerformTest, AnEarlierVerdictIsShownWhenTheGuideOpens) {
+    const auto element = Make(kRadioRepro, 1);
+    Expose("80");
+    Perform(*element, {Start()});
+    ASSERT_EQ(ResultOf(*element)->Status(), kPassed);
+    int32_t status = kNotTested;
+    Perform(*element, {Step([&](FZRD47500TestGuide& guide) { status = guide.StatusShown(); })});
+    EXPECT_EQ(status, kPassed);
+}
+
 }  // namespace
 }  // namespace vorex::test

@@ -39,6 +39,9 @@ TEST_F(TextServiceTest, ALanguageThatDoesNotExistNamesThoseThatDo) {
     Write("notes.txt", "");
     EXPECT_EQ(FaultOf("xx"), "there is no language \"xx\"; expected one of de, en, fr");
     EXPECT_EQ(FaultOf("../de"), "there is no language \"../de\"; expected one of de, en, fr");
+    Write("pt-BR_2.json", "{}");
+    EXPECT_EQ(FaultOf("pt-BR_2"), "");
+    std::filesystem::remove(folder / "pt-BR_2.json");
     EXPECT_EQ(FaultOf(""), "there is no language \"\"; expected one of de, en, fr");
 }
 

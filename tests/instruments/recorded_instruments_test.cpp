@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "instruments/operation.h"
+#include "support/detector_notes.h"
 
 namespace vorex {
 namespace {
@@ -28,35 +29,12 @@ Recording RecordingOf(const Texts& lines, const std::string& first = kFirst) {
     return ParseRecording(text, "room.jsonl");
 }
 
-/// Writes down what a service announces.
-void Note(IDetectorService& service, Texts& heard) {
-    DetectorEvents& events = service.events;
-    const auto flag = [&heard](const char* name) {
-        return [&heard, name](bool on) { heard.push_back(std::string(name) + (on ? " on" : " off")); };
-    };
-    events.VTI_DataReady.Connect([&heard](const ZrdReading& reading) {
-        heard.push_back("detector " + reading.kvpAvg + " " + reading.hvl);
-    });
-    events.vti_TestSWDataReady.Connect([&heard](const PelomarkReading& reading) {
-        heard.push_back("dosimeter " + reading.temperature + " " + reading.biasVoltage);
-    });
-    events.vti_TestmAsDataReady.Connect([&heard](const MasReading& reading) {
-        heard.push_back("mas " + reading.ma + " " + reading.dosePerMas);
-    });
-    events.vti_CheckExposureWaveform.Connect(
-        [&heard](uint8_t type) { heard.push_back("waveform " + std::to_string(type)); });
-    events.vti_EnableStopButton.Connect(flag("stopButton"));
-    events.vti_DisplaySensorResetMsg.Connect(flag("sensorReset"));
-    events.vti_ZeroingmAs.Connect(flag("zeroing"));
-    events.vti_AddWakeUpButton.Connect(flag("wakeUp"));
-}
-
 /// One room with a running service and an idle one.
 struct Room {
     explicit Room(const Texts& lines, const std::string& first = kFirst)
         : instruments(RecordingOf(lines, first)) {
-        Note(*service, heard);
-        Note(*idle, heardIdle);
+        test::Note(*service, heard);
+        test::Note(*idle, heardIdle);
         service->Armed(true);
         service->BeginRun();
     }
@@ -76,9 +54,8 @@ struct Room {
 };
 
 TEST(RecordedInstruments, QuietLinesTakeAsManyPollsAsTheySay) {
-    Room room({R"({"quiet":0})", R"({"quiet":2})", R"({"stopButton":true})"});
-    EXPECT_TRUE(room.Poll());
-    EXPECT_TRUE(room.Poll());
+    Room room({R"({"quiet":0})", R"({"quiet":2})", R"({"quiet":3})", R"({"stopButton":true})"});
+    for (int poll = 0; poll < 5; ++poll) EXPECT_TRUE(room.Poll());
     EXPECT_THAT(room.heard, IsEmpty());
     EXPECT_TRUE(room.Poll());
     EXPECT_THAT(room.heard, ElementsAre("stopButton on"));
@@ -134,7 +111,7 @@ TEST(RecordedInstruments, OnlyAServiceThatIsArmedAndHasBegunMovesTheRecordingOn)
     RecordedInstruments instruments(RecordingOf({R"({"wakeUp":true})"}));
     const auto service = instruments.CreateService();
     Texts heard;
-    Note(*service, heard);
+    test::Note(*service, heard);
     const std::pair<const char*, std::function<void()>> idleStates[] = {
         {"new", [] {}},
         {"begun, not armed", [&] { service->BeginRun(); }},
