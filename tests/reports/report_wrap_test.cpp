@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 
 #include "reports/report_fixture.h"
@@ -66,6 +67,40 @@ TEST(ReportWrap, AGapStaysInItsLineWhereItCan) {
     EXPECT_EQ(Wrapped("unit      mrad", 8), "unit/mrad");
     EXPECT_EQ(Wrapped("a bcde      fgh ij", 6), "a/bcde/fgh ij");
     EXPECT_EQ(Wrapped("word" + std::string(1000, ' ') + "behind and on", 10), "word/behind and/on");
+}
+
+std::string Utf8(char32_t c) {
+    std::string text;
+    AppendUtf8(text, c);
+    return text;
+}
+
+TEST(ReportWrap, IdeographsBreakAnywhereAndMarksStayOnTheirLetter) {
+    struct Range {
+        char32_t first;
+        char32_t last;
+        std::array<char32_t, 4> Ends() const {
+            return {static_cast<char32_t>(first - 1), first, last, static_cast<char32_t>(last + 1)};
+        }
+    };
+    for (const Range& range : {Range{0x2E80, 0x9FFF}, Range{0xAC00, 0xD7A3}, Range{0xF900, 0xFAFF},
+                               Range{0xFF00, 0xFF60}, Range{0x20000, 0x3FFFD}})
+        for (const char32_t c : range.Ends()) {
+            const std::string two = Utf8(c) + Utf8(c);
+            const bool breaks = c >= range.first && c <= range.last;
+            EXPECT_EQ(Wrapped("aa " + two + two, 5), breaks ? "aa " + two + "/" + two : "aa/" + two + two)
+                << std::hex << static_cast<uint32_t>(c);
+        }
+    for (const Range& range : {Range{0x300, 0x36F}, Range{0x591, 0x5BD}, Range{0x64B, 0x65F},
+                               Range{0x200B, 0x200F}, Range{0x20D0, 0x20FF}, Range{0xFE00, 0xFE0F}})
+        for (const char32_t c : range.Ends()) {
+            const bool marks = c >= range.first && c <= range.last;
+            const host_test::EvenMetrics metrics;
+            TextWrapper wrapper(metrics);
+            const std::string text = "abcde" + Utf8(c);
+            EXPECT_EQ(wrapper.Wrap(text, 500, ReportFace::kPlain, 10).size(), marks ? 1U : 2U)
+                << std::hex << static_cast<uint32_t>(c);
+        }
 }
 
 }  // namespace
