@@ -123,6 +123,23 @@ TEST_F(RunCommandTest, ARedoReplacesItsExposureAndCountsOverAll) {
     EXPECT_EQ(ValuesOf(1, "ER Avg Exposure"), "30.0|15.0|30.0") << "40, 20, 30, in the last as well";
 }
 
+TEST_F(RunCommandTest, ARedoWithAMasMeterReplacesItsReadingsAsWell) {
+    const auto shot = [](const std::string& exposure, const std::string& mas) {
+        return R"({"exposure":{"detector":["80","81","80",")" + exposure +
+               R"(","100","100","10","0","0","3.1"],"mas":["200",")" + mas + R"(","0","0"]}})" + "\n";
+    };
+    Write("s.xml", Sequence(Element(1, 100, "<DetectorName>4</DetectorName>" + Exposures(3))));
+    Write("r.jsonl", "{\"recording\":1,\"kind\":4,\"serialNumbers\":\"4711,88\"}\n" + shot("10", "20") +
+                         shot("20", "20") + shot("30", "20") + shot("40", "10"));
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl", "start,redo 2,next"), kExitPassed) << err;
+    EXPECT_EQ(ValuesOf(1, "Exposure"), "10|40|30");
+    EXPECT_EQ(ValuesOf(1, "ER mAs"), "20|10|20");
+    EXPECT_EQ(ValuesOf(1, "ER DosemAs"), "0.5|4|1.5");
+    // (20 + 10 + 20) / 3 and (0.5 + 4 + 1.5) / 3; the first row keeps what it had.
+    EXPECT_EQ(ValuesOf(1, "ER Avg mAs"), "20.0|16.67|16.67");
+    EXPECT_EQ(ValuesOf(1, "ER Avg DosemAs"), "0.5|2.0|2.0");
+}
+
 TEST_F(RunCommandTest, AStopAtZeroComesBeforeTheFirstExposure) {
     Write("s.xml", Sequence(Element(1, 100, Exposures(2))));
     Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82"));

@@ -104,6 +104,11 @@ TEST(ReportText, AFigureIsDrawnInCharacters) {
     const int32_t y[] = {1000, 1000};
     report.PlotPoints(x, y);
     report.DrawText(0, 2000, "Time");
+    report.Alignment(kAlignCentre);
+    report.DrawText(4850, 2000, "milliseconds");
+    report.Alignment(kAlignRight);
+    report.DrawText(9700, 2000, "100");
+    report.Alignment(kAlignLeft);
     report.EndFigure();
     const std::string text = ReportText(report.Finish());
     // 24 lines for 2,300 twips: the curve is in line 10, the label (placed by its top) in line 21.
@@ -115,7 +120,9 @@ TEST(ReportText, AFigureIsDrawnInCharacters) {
     }
     ASSERT_EQ(lines.size(), 25U);
     EXPECT_EQ(lines[11], "  " + std::string(98, '*'));
-    EXPECT_EQ(lines[22], "  Time");
+    ASSERT_EQ(lines[22].substr(0, 6), "  Time");
+    EXPECT_NEAR(static_cast<double>(lines[22].find("milliseconds")) + 6, 2 + 49, 1) << "its middle";
+    EXPECT_NEAR(static_cast<double>(lines[22].size()), 100, 1) << lines[22];
     EXPECT_EQ(lines[24], "  " + std::string(98, '-'));
 }
 
