@@ -442,6 +442,8 @@ TEST_F(SurveyProgramTest, AnExportEnteredIntoANewSurveyIsTheSurveyAgain) {
     ASSERT_EQ(Set({"--from", Path("all.json")}), 0) << err;
     EXPECT_EQ(Read("out.xml"), entered);
     EXPECT_NE(entered.find("second line &lt;&amp;&gt;"), std::string::npos);
+    EXPECT_NE(Read("all.json").find("\"ThicknesskVpTracking(0,1)\": \"\""), std::string::npos)
+        << "what a new survey proposes and this one has not";
 }
 
 }  // namespace

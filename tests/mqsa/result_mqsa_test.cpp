@@ -50,6 +50,13 @@ TEST_F(ResultMqsa, ANewSurveyPassesButForWhatTheTablesStartWith) {
     EXPECT_EQ(survey->GetDescriptions()[13], survey->GetDescriptions()[24]);  // PR1 and PR12
 }
 
+TEST_F(ResultMqsa, ItsMeasurementsAreItsItemsAndNoMore) {
+    ASSERT_EQ(survey->MeasurementCount(), static_cast<int32_t>(survey->Items().size()));
+    EXPECT_NE(survey->Measurement(0), nullptr);
+    EXPECT_NE(survey->Measurement(survey->MeasurementCount() - 1), nullptr);
+    for (const int32_t none : {-1, survey->MeasurementCount()}) EXPECT_EQ(survey->Measurement(none), nullptr);
+}
+
 TEST_F(ResultMqsa, SavedAndLoadedItIsTheSameButForTheTwoRowsThatAreCalculatedAnew) {
     SetSurveyText(*survey, "GeneralInformation.Site", "  North Clinic ");
     SetSurveyText(*survey, "Collimation.SID", "650");

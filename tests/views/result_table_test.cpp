@@ -144,6 +144,8 @@ TEST_F(ResultTableTest, AnExposureRefreshesItsOwnRowWithoutTranslatingAgain) {
     table.UpdateTestResult(true, 0);
     EXPECT_EQ(Cell(1, 2).text, "99.0 KV");
     EXPECT_EQ(table.SelectedExposure(), 0);
+    table.ShowTestResult(element, 2);
+    EXPECT_EQ(table.SelectedExposure(), 2);
 }
 
 TEST_F(ResultTableTest, MarksFollowTheStatusUnlessTheyAreToStay) {
