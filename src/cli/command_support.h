@@ -9,11 +9,11 @@
 #include "app/open_file.h"
 #include "cli/commands.h"
 
-// What several commands do.
+// Helpers of several commands.
 
 namespace vorex {
 
-/// The language that was asked for, else that of the system.
+/// The language that was requested, else that of the system.
 std::string LanguageOf(const CommonOptions& common);
 
 /// Prints the messages and the progress of a run for a person.
@@ -34,9 +34,9 @@ class TerminalListener : public IAppListener {
 void CheckOutput(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output);
 /// Writes the file, or its text to standard output without one.
 void WriteResult(OpenFile& file, const std::filesystem::path& output, Terminal& terminal);
-/// The tree with its statuses, where standard output does not carry the file itself.
+/// Prints the tree with its statuses, unless standard output receives the file itself.
 void PrintSummary(const OpenFile& file, const std::filesystem::path& output, Terminal& terminal);
-/// The exit code that the verdicts of a file come to; a survey that could not be judged to its end is named.
+/// The exit code for the verdicts of a file. Names a survey that could not be judged completely.
 int VerdictCode(const OpenFile& file, Terminal& terminal);
 
 }  // namespace vorex

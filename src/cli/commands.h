@@ -11,16 +11,16 @@
 
 namespace vorex {
 
-/// How a command ends.
+/// Exit codes of the commands.
 enum ExitCode {
     kExitPassed = 0,   ///< passed, or not judged
     kExitFailed = 1,   ///< a test failed
-    kExitUsage = 2,    ///< wrong use, or an input that cannot be read
+    kExitUsage = 2,    ///< wrong usage, or an input that cannot be read
     kExitAborted = 3,  ///< aborted by the operator
     kExitFault = 4,    ///< an instrument or a file failed; what was measured is saved
 };
 
-/// Where a command writes, and how.
+/// The streams that a command writes to, and their style.
 struct Terminal {
     std::ostream& out;
     std::ostream& err;
@@ -41,7 +41,7 @@ struct NewOptions {
 struct RunOptions {
     std::filesystem::path input;
     std::string instruments;
-    std::filesystem::path room;  ///< of simulated instruments; empty: a good one
+    std::filesystem::path room;  ///< of simulated instruments; empty: a good room
     std::string operatorScript;
     std::filesystem::path output;  ///< empty: standard output
     std::filesystem::path report;  ///< empty: none
@@ -50,10 +50,10 @@ struct RunOptions {
 };
 
 struct ResumeOptions {
-    std::filesystem::path file;    ///< output of the run that was interrupted, or its journal
+    std::filesystem::path file;    ///< output of the interrupted run, or its journal
     std::string instruments;       ///< empty: those of the run
     std::filesystem::path room;    ///< of simulated instruments; empty: that of the run
-    std::string operatorScript;    ///< empty: what is left of the run's
+    std::string operatorScript;    ///< empty: the rest of the run's script
     std::filesystem::path report;  ///< empty: that of the run
     std::optional<std::string> reportLanguage;
 };
@@ -65,7 +65,7 @@ struct JudgeOptions {
 
 struct ShowOptions {
     std::filesystem::path input;
-    bool all = false;  ///< with the readings that a redo replaced
+    bool all = false;  ///< includes the readings that a redo replaced
 };
 
 struct StandardsAddOptions {
@@ -88,18 +88,18 @@ struct SurveyOptions {
     std::filesystem::path from;
     std::filesystem::path exported;
     bool list = false;
-    std::optional<int32_t> id;     ///< of the survey, where a file has several
+    std::optional<int32_t> id;     ///< of the survey, if a file has several
     std::filesystem::path output;  ///< empty: standard output
 };
 
-// Each command raises an exception derived from std::exception for wrong use and unreadable input.
+// Each command raises an exception derived from std::exception for wrong usage and unreadable input.
 int NewCommand(const NewOptions& options, const CommonOptions& common, Terminal& terminal);
 int RunCommand(const RunOptions& options, const CommonOptions& common, Terminal& terminal);
 /// The language is that of the run.
 int ResumeCommand(const ResumeOptions& options, Terminal& terminal);
 int JudgeCommand(const JudgeOptions& options, const CommonOptions& common, Terminal& terminal);
 int SurveyCommand(const SurveyOptions& options, const CommonOptions& common, Terminal& terminal);
-/// Ends with 0 when the report was written, whatever the result.
+/// Returns 0 when the report was written, whatever the verdict.
 int ReportCommand(const ReportOptions& options, const CommonOptions& common, Terminal& terminal);
 int ShowCommand(const ShowOptions& options, const CommonOptions& common, Terminal& terminal);
 int StandardsCommand(const CommonOptions& common, Terminal& terminal);

@@ -50,7 +50,7 @@ bool HeadlessOperator::Faulty() const {
 }
 
 void HeadlessOperator::Fail(const OperatorStep& step, std::string_view reason) {
-    // What an instrument has broken is no fault of the script.
+    // A run that an instrument broke is not the script's fault.
     if (Faulty()) {
         mRunBroken = true;
         return;
@@ -85,7 +85,7 @@ bool HeadlessOperator::OnIdle(IModalWindow& window) {
     return true;
 }
 
-/// After a fault the guide is left by Next where something was taken, so that it is kept.
+/// After a fault, Next keeps the exposures, if there are any.
 void HeadlessOperator::LeaveGuide(FZRD47500TestGuide& guide) {
     if (!mScriptError.empty() || !guide.PressButton(guide_button::kNext)) guide.Visible(false);
 }
@@ -104,7 +104,7 @@ void HeadlessOperator::TakeStep(FZRD47500TestGuide& guide) {
         if (row.kind == step.kind && !guide.PressButton(row.button)) Fail(step, "the button is not enabled");
 }
 
-/// Start and redo return when the run has ended; a stop that belongs to it is pressed meanwhile.
+/// Start and redo return when the run has ended; a stop that belongs to the run is pressed during it.
 void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bool()>& press,
                                const OperatorStep& step) {
     const bool stops = mNext < mSteps.size() && mSteps[mNext].kind == StepKind::kStop;
@@ -125,22 +125,22 @@ void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bo
         Fail(stop, "the run ended after " + PlainText(StoredExposures(guide)) + " exposures");
         return;
     }
-    // A run that ended early without a stop was broken by an instrument, or never began.
+    // A run that ended early without a stop was ended by an instrument fault, or never began.
     const bool began = !judgedBefore || guide.Element()->Result() != resultBefore;
     const bool complete = began && StoredExposures(guide) >= PlannedExposures(guide);
     if (!stops && !redo && !complete && (Faulty() || mMessages > messages)) mRunBroken = true;
 }
 
 void HeadlessOperator::AfterEvent() {
-    // A detector that has gone to sleep sees nothing: whoever sits here wakes it.
+    // A sleeping detector sees nothing, so the operator wakes it.
     if (mGuide != nullptr) mGuide->PressButton(guide_button::kWakeUp);
     if (mPendingStop != nullptr && !mStopTaken && mGuide != nullptr &&
         StoredExposures(*mGuide) >= mPendingStop->number)
         PressStop();
 }
 
-/// A stop before the first exposure has to come before the first poll, which may bring that exposure. In
-/// fluoroscopy it comes after that poll: it is meant for an exposure that is held.
+/// A stop before the first exposure must precede the first poll, which may deliver that exposure. In
+/// fluoroscopy it follows that poll, because it ends the held exposure.
 bool HeadlessOperator::BeforeWait() {
     if (mPendingStop == nullptr || mStopTaken || mGuide == nullptr || mPendingStop->number != 0) return false;
     const auto element = mGuide->Element();

@@ -17,11 +17,11 @@
 
 namespace vorex {
 
-/// Drives the test guide as an operator script says: one element of the script for each guide that opens, a
-/// step whenever the guide is idle. A guide that the script does not drive gets "start,next".
+/// Drives the test guide by an operator script: one element of the script for each guide that opens, one step
+/// whenever the guide is idle. A guide beyond the script gets "start,next".
 ///
-/// A step that cannot be taken is an error of the script, and the run is broken off; unless an instrument
-/// has failed, for then the guide is left as far as it came.
+/// A step that cannot be taken is an error of the script and breaks the run off. But after an instrument
+/// fault, the guide is left with what was measured so far.
 class HeadlessOperator : public IOperator, public IHeadlessOperator {
   public:
     HeadlessOperator(std::vector<ElementSteps> script, const IInstruments& instruments);
@@ -30,12 +30,12 @@ class HeadlessOperator : public IOperator, public IHeadlessOperator {
     bool BeforeWait() override;
     void AfterEvent() override;
     void Message(std::string_view title, std::string_view message) override;
-    /// Abort is meant when the script says so.
+    /// Confirms Abort if the script asks for it.
     bool Confirm(std::string_view /*question*/) override { return true; }
 
-    /// What was wrong with the script; empty when it could be followed.
+    /// The error of the script; empty when it could be followed.
     std::string Error() const override { return mScriptError; }
-    /// No further element may begin.
+    /// True when no further element may begin.
     bool Ended() const override { return mRunBroken || !mScriptError.empty() || mInstruments.Ended(); }
     std::size_t StepsTaken() const override { return mNext; }
 
@@ -57,10 +57,10 @@ class HeadlessOperator : public IOperator, public IHeadlessOperator {
     FZRD47500TestGuide* mGuide = nullptr;
     const OperatorStep* mPendingStop = nullptr;
     bool mStopTaken = false;
-    bool mRunBroken = false;  ///< an instrument fault ended a run before its exposures were taken
+    bool mRunBroken = false;  ///< an instrument fault ended a run early
     int32_t mElementId = 0;
     std::string mScriptError;
-    int32_t mMessages = 0;  ///< that the guide showed
+    int32_t mMessages = 0;  ///< shown by the guide
 };
 
 }  // namespace vorex

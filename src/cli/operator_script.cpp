@@ -38,7 +38,7 @@ std::string ListOfSteps() {
     return list;
 }
 
-/// A step that is being read: what stands there, and where.
+/// The step that is being read, and its position.
 struct Place {
     std::string_view text;
     std::size_t element;  ///< from 1

@@ -18,26 +18,26 @@ struct OperatorStep {
     std::string text;    ///< as it was written, for messages
 };
 
-/// What the operator does at one element; empty leaves the element to the default drive.
+/// What the operator does at one element; empty for the default steps.
 using ElementSteps = std::vector<OperatorStep>;
 
-/// A script that cannot be followed. The message names the step, its place and what could stand there.
+/// A script that cannot be followed. The message names the step, its position and what was expected.
 class OperatorScriptError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads an operator script: elements between ";", steps between ",", blanks around them without meaning.
-/// "stop@n" belongs to the run that the step before it starts, so it follows "start" or "redo n".
-/// Throws OperatorScriptError. The empty script has one element, left to the default drive.
+/// Reads an operator script: elements separated by ";", steps by ","; blanks around them are ignored.
+/// "stop@n" belongs to the run that the step before it starts, so it follows "start" or "redo n". Throws
+/// OperatorScriptError. The empty script has one element with the default steps.
 std::vector<ElementSteps> ParseOperatorScript(std::string_view script);
 
 /// The steps at an element, counted from 0: those of the script, or "start,next", or "next" at a survey,
 /// which has nothing to start.
 ElementSteps StepsOf(const std::vector<ElementSteps>& script, std::size_t element, bool survey);
 
-/// The script of a run that goes on by another one: the first up to the steps taken at the last of the opened
-/// elements, from there on the second, whose first element goes on with that one.
+/// The script of a run that another script continues: the first one up to the steps already taken at the last
+/// opened element, then the second one, whose first element continues that element.
 std::vector<ElementSteps> JoinedScript(const std::vector<ElementSteps>& before, std::size_t opened,
                                        std::size_t steps, const std::vector<ElementSteps>& after);
 

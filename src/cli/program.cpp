@@ -14,10 +14,10 @@ namespace {
 
 constexpr const char* kAbout =
     "vorex proves that an X-ray unit does what it should: it guides the exposures of a test, takes the\n"
-    "instruments' readings, derives and judges, and keeps the result.";
+    "instruments' readings, calculates and judges the results, and saves them.";
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 passed or not judged, 1 a test failed, 2 wrong use or unreadable input,\n"
+    "Exit codes: 0 passed or not judged, 1 a test failed, 2 wrong usage or unreadable input,\n"
     "3 aborted by the operator, 4 an instrument or file failed (what was measured is saved).\n"
     "`vorex COMMAND --help` shows an example of each command.";
 
@@ -138,7 +138,7 @@ void AddRunCommands(CLI::App& app, Arguments& arguments) {
     run->add_option("FILE", arguments.run.input, "Element file")->required();
     run->add_option(
         "--instruments", arguments.run.instruments,
-        "simulated[:SEED] or recording:FILE: a simulated X-ray room, or what instruments once said. A file "
+        "simulated[:SEED] or recording:FILE: a simulated X-ray room, or recorded instruments. A file "
         "that holds nothing but surveys needs none");
     run->add_option("--room", arguments.run.room,
                     "Room file of simulated instruments; without it a good room");
@@ -149,11 +149,11 @@ void AddRunCommands(CLI::App& app, Arguments& arguments) {
     run->add_flag("--real-time", arguments.run.realTime, "Paces the run by the clock");
     run->footer(kRunExample);
 
-    CLI::App* resume = app.add_subcommand("resume", "Goes on with a run that was interrupted");
+    CLI::App* resume = app.add_subcommand("resume", "Continues an interrupted run");
     resume->add_option("FILE", arguments.resume.file, "Output file of the run, or its journal")->required();
     resume->add_option("--instruments", arguments.resume.instruments, "Instruments to continue with");
     resume->add_option("--room", arguments.resume.room, "Room of simulated instruments");
-    resume->add_option("--operator", arguments.resume.operatorScript, "What the operator does from there on");
+    resume->add_option("--operator", arguments.resume.operatorScript, "What the operator does from then on");
     resume->add_option("--report", arguments.resume.report,
                        "Report to write as well; without it the one that the run was asked for, if any");
     AddReportLanguage(*resume, arguments.resume.reportLanguage);
@@ -215,8 +215,8 @@ void AddCommands(CLI::App& app, Arguments& arguments) {
     AddStandardsCommands(app, arguments);
 }
 
-/// What is wrong with the command that was asked for; empty when nothing is. The parser itself would only say
-/// that a command is missing.
+/// What is wrong with the given command; empty when nothing is. The parser itself would only say that a
+/// command is missing.
 std::string CommandFault(const CLI::App& app, const std::vector<std::string>& arguments) {
     if (arguments.empty())
         return "no command was given; expected new, run, resume, judge, survey, report, show or standards "
@@ -248,7 +248,7 @@ int Dispatch(const CLI::App& app, const Arguments& arguments, Terminal& terminal
     return ShowCommand(arguments.show, arguments.common, terminal);
 }
 
-/// Runs a command without a look at whether its output arrived.
+/// Runs a command without checking that its output was written.
 int Execute(const std::vector<std::string>& arguments, Terminal& terminal) {
     CLI::App app(kAbout, "vorex");
     Arguments parsed;
@@ -261,7 +261,7 @@ int Execute(const std::vector<std::string>& arguments, Terminal& terminal) {
         return kExitUsage;
     }
     try {
-        // The parser takes its arguments last first.
+        // The parser takes its arguments in reverse order.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0)
@@ -286,7 +286,7 @@ int RunProgram(const std::vector<std::string>& arguments, Terminal& terminal) {
     const int code = Execute(arguments, terminal);
     if (terminal.out.flush()) return code;
     terminal.err << "vorex: standard output could not be written\n";
-    // What could not be printed may be the result itself, so a verdict does not stand.
+    // The missing output may be the result itself, so this overrides the verdict.
     return code == kExitPassed || code == kExitFailed ? kExitFault : code;
 }
 

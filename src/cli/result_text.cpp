@@ -78,7 +78,8 @@ std::string LabelOf(const CMeasurement& item) {
     return item.Description() + (unit.empty() ? "" : " [" + unit + "]");
 }
 
-/// Why a value failed: the limits of the selected standards that exclude it, or that it is no reading.
+/// Why a value failed: the limits of the selected standards that it violates, or that it is no usable
+/// reading.
 std::string FailureReason(const ITestElement& element, const CMeasurement& item,
                           const ISelectedStandards* selected) {
     if (!item.HasValidReading()) return Translate(text::kShowNoReading);
@@ -130,7 +131,7 @@ class TestText {
                        {Count(config.pNoOfExposures)}));
     }
 
-    /// A verdict on fewer exposures than planned must not look like one on all of them.
+    /// The count of exposures: a verdict on fewer than planned must not look like one on all of them.
     void AddTaken(const CConfigCommon& config, const CResultCommon& result) {
         const std::size_t taken = result.Rows().size();
         if (result.Status() == kNotApplicable || taken == config.pNoOfExposures) return;
@@ -157,7 +158,7 @@ class TestText {
         return item.Status() == kFailed ? Coloured(words, kRed, mColour) : words;
     }
 
-    /// Exposures side by side, a line per quantity, in as many blocks as the width asks for.
+    /// Exposures side by side, a line per quantity, in as many blocks as the width needs.
     void AddExposures(const CResultCommon& result) {
         const auto& rows = result.Rows();
         std::size_t width = kLeastCellWidth;
@@ -239,7 +240,7 @@ class TestText {
         Line(Translate(text::kShowWaveforms, {words}));
     }
 
-    /// What a redo has replaced: without a mark of failure, because no verdict uses it.
+    /// The readings that a redo replaced, without failure marks, because no verdict uses them.
     void AddSuperseded(const CResultCommon& result) {
         const auto& all = result.Superseded();
         if (all.empty()) return;
@@ -310,7 +311,8 @@ std::string ElementLine(const ITestElement& element, int depth, bool colour) {
     if (IsOwnName(name, element.TestID())) left += ": " + name;
     const auto result = element.Result();
     const int32_t status = result ? result->Status() : kNotTested;
-    // A run that did not go as planned says so next to its verdict, which must not look like any other.
+    // The verdict of a run that did not end as planned has a note, so that it does not look like a normal
+    // one.
     std::string note = EndingNote(element);
     if (!note.empty()) note = "  " + Cut(note, kMostNote);
     const std::string words = RightAligned(StatusWords(element), kStatusWidth);

@@ -9,13 +9,13 @@
 
 namespace vorex {
 
-/// What `show` prints of a file.
+/// Options of `show`.
 struct ShownFile {
     std::string name;
     std::vector<std::shared_ptr<ITestElement>> roots;
     std::shared_ptr<ISelectedStandards> selected;
     std::span<const MtiEntry> instruments;
-    bool superseded = false;  ///< shows the readings that a redo has replaced as well
+    bool superseded = false;  ///< includes the readings that a redo replaced
 };
 
 /// The tree of a file with its statuses, and for each test the table of its exposures, for a person: at most

@@ -21,7 +21,7 @@
 #include "host/headless_platform.h"
 #include "version.h"
 
-// Running the tests of a file, and going on with a run that was interrupted.
+// The commands that run the tests of a file and continue an interrupted run.
 
 namespace vorex {
 
@@ -50,7 +50,7 @@ fs::path RecordingOf(const InstrumentChoice& choice) {
     return bench == nullptr ? fs::path() : bench->file;
 }
 
-/// Without instruments a file can be run that measures nothing: one that holds surveys only.
+/// Only a file that measures nothing, that is, with surveys only, can be run without instruments.
 void CheckInstruments(const InstrumentChoice& choice, const OpenFile& file) {
     if (!std::holds_alternative<std::monostate>(choice)) return;
     if (const std::optional<int32_t> element = file.FirstMeasuring())
@@ -59,7 +59,7 @@ void CheckInstruments(const InstrumentChoice& choice, const OpenFile& file) {
             " measures; expected --instruments simulated or --instruments recording:FILE");
 }
 
-/// A measured result must not be lost with a file that cannot be written.
+/// A measured result must not be lost because its file cannot be written.
 int RescueResult(OpenFile& file, const std::string& reason, Terminal& terminal) {
     terminal.err << "vorex: " << reason << "\n"
                  << "vorex: the result could not be saved; it follows on standard output\n";
@@ -74,15 +74,15 @@ bool HasJournal(const fs::path& output) {
     return !output.empty() && (!fs::exists(status) || fs::is_regular_file(status));
 }
 
-/// A journal that stays is named: it is the way back to what was measured.
+/// Names a journal that remains, because the measured exposures are in it.
 std::string JournalHint(const Run& run, const fs::path& output) {
     const std::string path = run.JournalNeeded();
     return path.empty() ? std::string()
                         : "; what was measured is kept in " + path + ", and \"vorex resume " +
-                              output.string() + "\" goes on from there";
+                              output.string() + "\" continues the run";
 }
 
-/// Saves what a run has left and prints its verdicts.
+/// Saves the result of a run and prints its verdicts.
 int Conclude(Run& run, const RunOutcome& outcome, OpenFile& file, const fs::path& output,
              Terminal& terminal) {
     if (outcome.end == RunEnd::kWayLost) throw std::runtime_error(outcome.reason);
@@ -115,7 +115,7 @@ ReportOptions ReportOfRun(const RunOptions& options) {
     return report;
 }
 
-/// What is wrong with the report that a run is asked for is told before anything is measured.
+/// Errors in the report options are reported before anything is measured.
 void CheckRunReport(const std::vector<fs::path>& inputs, const ReportOptions& report) {
     if (report.output.empty()) {
         if (report.language)
@@ -126,8 +126,8 @@ void CheckRunReport(const std::vector<fs::path>& inputs, const ReportOptions& re
     CheckReport(report);
 }
 
-/// Writes the report of a run, if one is wanted, and returns how the run ends with it. What was measured is
-/// saved by now; a report can be made of it later as well, and is the same: it shows what the file holds.
+/// Writes the report of a run, if requested, and returns the exit code of the run. The result is already
+/// saved, and the same report can be made from it later.
 int WithReport(int code, OpenFile& file, const ReportOptions& report, Session& session, Terminal& terminal) {
     if (report.output.empty()) return code;
     try {
@@ -142,7 +142,7 @@ int WithReport(int code, OpenFile& file, const ReportOptions& report, Session& s
     }
 }
 
-/// Lets a resumed run in real time go by the clock from where its journal ends.
+/// Makes a resumed run with --real-time follow the clock from the end of its journal.
 class RunListener final : public TerminalListener {
   public:
     RunListener(Terminal& terminal, HeadlessPlatform* paced) : TerminalListener(terminal), mPaced(paced) {}
@@ -154,7 +154,7 @@ class RunListener final : public TerminalListener {
     HeadlessPlatform* mPaced;
 };
 
-/// The script of a run that was interrupted; another one takes over where it stopped.
+/// The script of an interrupted run; a new one takes over at the point of the interruption.
 std::vector<ElementSteps> ResumedScript(const JournalContent& content, const std::string& other) {
     auto script = ParseOperatorScript(content.head.operatorScript);
     if (other.empty()) return script;
@@ -224,7 +224,7 @@ int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
     if (!run.reportLanguage && !head.reportLanguage.empty()) run.reportLanguage = head.reportLanguage;
     const InstrumentChoice choice = ChosenInstruments(run);
     const ReportOptions report = ReportOfRun(run);
-    // A report that the run was asked for and that cannot be written any more must not keep its result away.
+    // A report that can no longer be written must not prevent the result from being saved.
     if (!options.report.empty() || options.reportLanguage)
         CheckRunReport({output, journal->Path(), RecordingOf(choice), run.room}, report);
     const auto platform = std::make_shared<HeadlessPlatform>();  // it catches up in virtual time

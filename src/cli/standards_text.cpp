@@ -32,7 +32,7 @@ std::string Wrapped(std::string_view words, std::size_t indent) {
     return text + std::string(indent, ' ') + line + "\n";
 }
 
-/// A number of a limit in words, after its form; X is what is set.
+/// A number of a limit in words, according to its form; X is the set value.
 std::string NumberWords(const StandardSide& side, double value, const std::string& unit) {
     std::string words = PlainText(std::abs(value)) + (unit.empty() ? "" : " " + unit);
     const std::string sign = value < 0 ? "-" : "+";

@@ -12,7 +12,7 @@
 #include "files/survey_exchange.h"
 #include "foundation/vocabulary.h"
 
-// Entering a survey without a window.
+// Entry of a survey without a window.
 
 namespace vorex {
 
@@ -26,7 +26,7 @@ std::pair<std::string, std::string> SplitAssignment(const std::string& option, c
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
-/// What a survey is given, from the file first.
+/// The entries for a survey, those from the file first.
 SurveyExchange EnteredBy(const SurveyOptions& options) {
     SurveyExchange entered;
     if (!options.from.empty()) entered = ReadSurveyExchange(options.from);

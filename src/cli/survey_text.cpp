@@ -36,7 +36,7 @@ std::string OneLine(std::string words) {
     return words;
 }
 
-/// The words in lines that are no wider, those after the first set in by two more blanks than it.
+/// The words in lines up to a width; lines after the first are indented by two more blanks.
 std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
     std::vector<std::string> lines;
     const std::size_t begin = words.find_first_not_of(' ');
@@ -55,7 +55,7 @@ std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
     return lines;
 }
 
-/// What a failed outcome of a mammography test means; the figures are those of the tests.
+/// The meaning of a failed outcome of a mammography test; the figures are those of the tests.
 struct OutcomeRow {
     std::string_view key;
     std::string_view words;  ///< text key; its second argument is the figure, or else the column
@@ -102,7 +102,7 @@ std::size_t VerdictWidth() {
     return width;
 }
 
-/// Words in one column and what belongs to them in the next.
+/// Words in one column, and their values in the next.
 std::string TwoColumns(const std::string& words, std::size_t width, const std::string& indent,
                        const std::string& value) {
     const std::vector<std::string> lines = Wrapped(OneLine(words), width);

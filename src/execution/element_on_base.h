@@ -13,8 +13,8 @@
 
 namespace vorex {
 
-/// What every element leaves to the helper that the host gives it (`ITestElementBase`, for a group
-/// `ITestContainerBase`): its properties, its file and its printing.
+/// What every element leaves to its helper from the host (`ITestElementBase`, for a group
+/// `ITestContainerBase`): properties, file and printing.
 template <typename Base>
 class ElementOnBase : public ITestElement {
   public:
@@ -56,7 +56,7 @@ class ElementOnBase : public ITestElement {
     std::shared_ptr<Base> mBase;
 
   private:
-    mutable std::shared_ptr<SequenceState> mSequence;  ///< of a root; made when it is first asked for
+    mutable std::shared_ptr<SequenceState> mSequence;  ///< of a root; created on first use
 };
 
 enum class PassedOver : uint8_t { kNo, kSkipped, kMarkedNA };

@@ -24,7 +24,7 @@ constexpr Transition kTransitions[] = {
     {RunState::kRedoing,  RunStep::kHold,    RunState::kRedoHeld},
     {RunState::kRedoHeld, RunStep::kHold,    RunState::kRedoHeld},
     {RunState::kRedoHeld, RunStep::kRelease, RunState::kRedoing},
-    // A run that ended under an open menu is idle when its loop goes on, and ends once more.
+    // A run that ended under an open menu is already idle when its loop continues, and ends once more.
     {RunState::kIdle,     RunStep::kEnd,     RunState::kIdle},
     {RunState::kRunning,  RunStep::kEnd,     RunState::kIdle},
     {RunState::kRunHeld,  RunStep::kEnd,     RunState::kIdle},

@@ -5,13 +5,13 @@
 
 namespace vorex {
 
-/// How far an element is with its exposures. Held: a fluoroscopy exposure goes on until Stop.
+/// The state of an element's exposures. Held: a fluoroscopy exposure lasts until Stop.
 enum class RunState : uint8_t { kClosed, kIdle, kRunning, kRunHeld, kRedoing, kRedoHeld };
 
-/// What takes an element from one state to the next.
+/// The transitions between the states.
 enum class RunStep : uint8_t { kOpen, kStart, kRedo, kHold, kRelease, kEnd, kClose };
 
-/// State after a step; nothing when the step is not possible in this state.
+/// The state after a step; nothing when the step is not allowed.
 std::optional<RunState> StateAfter(RunState state, RunStep step);
 
 /// True while exposures are taken: in a run or a redo.
@@ -25,9 +25,9 @@ constexpr bool IsHeld(RunState state) {
     return state == RunState::kRunHeld || state == RunState::kRedoHeld;
 }
 
-/// What becomes of the result when the element is left.
+/// What happens to the result when the element is left.
 enum class Outcome : uint8_t {
-    kUnchanged,  ///< nothing was started: as it was before
+    kUnchanged,  ///< nothing was started
     kKept,       ///< judged and kept
     kMarkedNA,   ///< kept as not applicable
     kDiscarded,  ///< dropped, an earlier one too

@@ -25,7 +25,7 @@ struct LineRow {
     TestSet tests;
     std::string_view text;
     LineValue value;
-    int32_t setup = 0;  ///< generator setup that the line belongs to, 0 for every one
+    int32_t setup = 0;  ///< generator setup that the line belongs to, 0 for all
 };
 
 template <float ConfigFields::*Field>
@@ -133,7 +133,7 @@ constexpr LineRow kLines[] = {
 static_assert(CoversEveryMeasuringTest(kLines));
 // clang-format on
 
-/// The lines of a test, in order. A test without lines has been forgotten in the table.
+/// The lines of a test, in order. A test without lines is missing from the table.
 std::vector<const LineRow*> LinesOf(int32_t testId, int32_t generatorSetup) {
     std::vector<const LineRow*> lines;
     const int32_t setup = generatorSetup == kSetupMaTime ? kSetupMaTime : kSetupMas;

@@ -9,8 +9,8 @@
 namespace vorex {
 
 /// What to set on the X-ray unit before an exposure, one line per setting. Rows of the exposure table count
-/// from 0. A setting without a value leaves its line empty, so that the lines keep their numbers. The lines
-/// together are step 1. Raises std::logic_error for a test that has no lines.
+/// from 0. A setting without a value leaves its line empty, so that the lines keep their numbers. Together
+/// the lines are step 1. Raises std::logic_error for a test that has no lines.
 std::vector<std::string> BuildSetupLines(const CConfigCommon& configuration, uint8_t row);
 
 /// The numbers of the setup lines of a test, from 1.

@@ -28,7 +28,7 @@ void AddSurveysBelow(const Elements& elements, Surveys& surveys) {
     for (const auto& element : elements) AddSurveysBelow(ChildrenOf(element), surveys);
 }
 
-/// The roots of the test's sequence; for a test that is in no file, the top of its own tree.
+/// The roots of the test's sequence; for a test that is in no file, the root of its own tree.
 Elements RootsOf(const ITestElement& test) {
     Elements roots = test.Sequence()->Roots();
     if (!roots.empty()) return roots;

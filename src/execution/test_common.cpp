@@ -24,7 +24,7 @@ void CTestCommon::Class_Initialize() {
     FollowExposures();
 }
 
-/// Limits of a test may belong to its exposures: they follow when the setup adds or removes one.
+/// Limits may belong to exposures: they follow when the setup adds or removes an exposure.
 void CTestCommon::FollowExposures() {
     const auto config = Config();
     if (!config) return;
@@ -63,7 +63,7 @@ void CTestCommon::CreateResult(bool force) {
     if (mResult) mResult->TestId = TestID();
 }
 
-/// The set of instruments chosen in the setup is the one in use.
+/// The instruments chosen in the setup are the ones in use.
 void CTestCommon::AdoptDetectorOption() {
     const auto config = Config();
     if (config && config->DetectorOption != kNoDetector) config->DetectorName = config->DetectorOption;
@@ -108,7 +108,7 @@ void CTestCommon::FinishTest(const CMtiData2* first, const CMtiData2* second) {
         return;
     }
     const auto result = std::dynamic_pointer_cast<CResultCommon>(mBase->Result());
-    // A run that was stopped leaves its result in place, but is not stored as a finished one.
+    // A stopped run keeps its result, but is not stored as a finished run.
     if (mOutcome == Outcome::kUnchanged || mStopped || !result) return;
     FeedSurveys(*this, result->UpdateAllStatus(*this, mPipe->SelectedStandards().get(),
                                                mOutcome == Outcome::kMarkedNA));

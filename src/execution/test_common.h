@@ -21,15 +21,15 @@
 
 namespace vorex {
 
-/// The element of the eight measuring tests. What a test does differs by its identifier only.
+/// The element of the eight measuring tests, which differ by their identifier only.
 ///
-/// `Perform` shows the guide modally; Start runs the exposure loop inside the guide's event, the loop waits
-/// for events, and the poll timer's tick and all events of the instruments arrive nested in that wait.
+/// `Perform` shows the guide modally; Start runs the exposure loop inside the guide's event; the loop waits
+/// for events; the poll timer's ticks and all events of the instruments arrive nested in that wait.
 class CTestCommon : public ElementOnBase<ITestElementBase>,
                     public LibraryObject,
                     public std::enable_shared_from_this<CTestCommon> {
   public:
-    /// A constructed element with its helper, configuration and limits.
+    /// A new element with helper, configuration and limits.
     static std::shared_ptr<CTestCommon> Create();
     ~CTestCommon() override;
 
@@ -37,7 +37,7 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     void Class_Initialize();
     /// The operator pressed Start: takes all exposures of the test. Ignored while a run is active.
     void mfrmTestGuide_StartTest();
-    /// Row of the exposure table that the next exposure belongs to, from 0; in a redo the row that is redone.
+    /// Row of the exposure table for the next exposure, from 0; in a redo, the row that is redone.
     uint8_t ExposureRow() const { return mExposureNo; }
 
     // ITestElement
@@ -132,11 +132,11 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     RunState mState = RunState::kClosed;
     Outcome mOutcome = Outcome::kUnchanged;
     bool mStopped = false;
-    bool mRan = false;       ///< exposures were asked for since `Perform` began
-    bool mLogTaken = false;  ///< the log of edited values waits in the configuration
+    bool mRan = false;       ///< a run was started since `Perform` began
+    bool mLogTaken = false;  ///< the configuration holds the log of edited values
     std::vector<CMtiData2> mInstrumentsAtStart;
     RunEnding mEnding = RunEnding::kComplete;
-    std::string mFault;  ///< of the instruments, the first of the run
+    std::string mFault;  ///< the run's first fault of the instruments
     uint8_t mExposureNo = 0;
     bool mDataReady = false;
     int32_t mSleepTimeOut = 0;
@@ -157,7 +157,7 @@ class CTestCommon : public ElementOnBase<ITestElementBase>,
     std::unique_ptr<FrmTimer> mFrmTimer;
     std::shared_ptr<ITestGuide> mfrmTestGuide;
     std::vector<Connection>
-        mListening;  ///< to the instruments, during `Perform`; last, so that they end first
+        mListening;  ///< to the instruments, during `Perform`; last, so that they are disconnected first
 };
 
 }  // namespace vorex

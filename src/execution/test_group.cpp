@@ -126,13 +126,13 @@ void CTestGroup::PassOver(const std::shared_ptr<IExecutionPipe>& pipe, int32_t f
         flag = true;
         child->Perform(pipe);
     }
-    flag = false;  // an empty group among the children leaves it set
+    flag = false;  // an empty child group leaves it set
 }
 
 void CTestGroup::PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe) {
     const auto sequence = Sequence();
     SequenceState& state = *sequence;
-    // A group that is itself passed over hands the flag on to all of its children.
+    // A group that is itself passed over passes the flag on to all its children.
     const bool skipAll = state.gSkipRemaining;
     const bool notApplicableAll = state.gNARemaining;
     state.gNARemaining = state.gSkipRemaining = false;
@@ -147,7 +147,7 @@ void CTestGroup::PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe) {
             case kGoPrevious:
                 --index;
                 if (index > 0) break;
-                pipe->NextAction(kGoPrevious);  // on the first child: the outer level goes back
+                pipe->NextAction(kGoPrevious);  // on the first child, the outer level goes back
                 return;
             case kGoAbort:
                 return;

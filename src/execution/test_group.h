@@ -12,7 +12,7 @@
 
 namespace vorex {
 
-/// The result of a group: no measurements of its own, only the status that the children come to.
+/// The result of a group: only the status of its children together, no measurements of its own.
 class CResultTestGroup : public IResultData, public LibraryObject {
   public:
     std::string Comment() const override { return {}; }
@@ -30,7 +30,7 @@ class CResultTestGroup : public IResultData, public LibraryObject {
     /// Prints nothing: the children print themselves.
     void PrintReport(IReportDocument* /*report*/, const std::shared_ptr<IReportSetup>& /*setup*/) override {}
 
-    /// Rolls up the children, then asks the group's own limits.
+    /// Combines the children's statuses, then asks the group's own limits.
     void Update(const ITestElement& group, const std::vector<std::shared_ptr<ITestElement>>& children,
                 const ISelectedStandards* selected);
 
@@ -41,8 +41,8 @@ class CResultTestGroup : public IResultData, public LibraryObject {
     int32_t mStatusExtra = 0;
 };
 
-/// An element that holds other elements and performs them in order, as the navigation code that each child
-/// leaves in the pipe says.
+/// An element that holds other elements and performs them in order, guided by the navigation code that each
+/// child leaves in the pipe.
 class CTestGroup : public ElementOnBase<ITestContainerBase>,
                    public ITestContainer,
                    public LibraryObject,
@@ -77,7 +77,7 @@ class CTestGroup : public ElementOnBase<ITestContainerBase>,
     /// Gives this group, and the groups inside it, a result when a child has one. [before
     /// `UpdateGroupStatus`]
     void CreateMissingResults();
-    /// Rolls up this group's status, the groups inside it first.
+    /// Computes this group's status, those of the groups inside it first.
     void UpdateGroupStatus(const ISelectedStandards* selected);
 
   private:
@@ -85,7 +85,7 @@ class CTestGroup : public ElementOnBase<ITestContainerBase>,
     void AttachLimits();
     void CreateResult();
     void PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe);
-    /// Performs every child from an index on with a sequence flag set, so that each ends at once.
+    /// Performs every child from an index on with a sequence flag set, which ends each child at once.
     void PassOver(const std::shared_ptr<IExecutionPipe>& pipe, int32_t firstIndex, bool& flag);
 };
 

@@ -62,12 +62,11 @@ inline constexpr int32_t kManual = 1503;
 /// Class name under which elements ask for their guide.
 inline constexpr std::string_view kTestGuideClass = "VorexZRD47500Test.FZRD47500TestGuide";
 
-/// The window through which the operator runs an element: a running element says what to show, and the
-/// events by which it says what the operator did. Exists during `Perform` only:
-/// `Load`, `Initialize`, shown modally, `Unload`.
+/// The window in which the operator runs an element: the element sets what is shown, and events report what
+/// the operator does. It exists during `Perform` only: `Load`, `Initialize`, shown modally, `Unload`.
 class ITestGuide : public IModalWindow, public LibraryObject {
   public:
-    /// Creates the guide's own detector service and starts the connection watch.
+    /// Creates the guide's own detector service and starts to watch the link.
     virtual void Load() = 0;
     virtual void Initialize(const std::shared_ptr<ITestElement>& element,
                             const std::shared_ptr<IExecutionPipe>& pipe,

@@ -6,18 +6,18 @@
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 
-// The lines that the operator reads: the state of the detector, then what to set before the exposure.
+// The lines for the operator: the state of the detector, then the settings for the exposure.
 
 namespace vorex {
 
 namespace {
 
-/// Lines are numbered as after two header lines. A combined detector kind has one more.
+/// Lines are numbered as if there were two header lines. A combined detector kind has three.
 constexpr int32_t kUsualHeaderLines = 2;
 /// After the setup lines: press Start, take the exposure.
 constexpr int32_t kClosingLines = 2;
 
-/// The ion chamber is noted whether or not the instruments give serial numbers. Returns its name.
+/// Notes the ion chamber, even if the instruments give no serial numbers. Returns its name.
 std::string TakeIonChamber(IDetectorService& service, CConfigCommon& config) {
     config.IonChamberName = service.IonChamberName();
     if (!config.IonChamberName.empty()) {
@@ -87,7 +87,7 @@ void CTestCommon::AddHeader(std::vector<std::string>& lines) {
         mCharging = false;
         mTargetFilter.clear();
     }
-    // The lists of rows count from a header of at least two lines.
+    // The lists of rows assume a header of at least two lines.
     if (header.size() < std::size_t{kUsualHeaderLines}) header.push_back(Translate(text::kEmptyLine, {""}));
     for (std::string& line : header) lines.push_back(std::move(line));
 }
@@ -111,7 +111,7 @@ void CTestCommon::ShowRows(std::vector<int32_t> rows) {
     mfrmTestGuide->ShowRows(rows);
 }
 
-/// While exposures run: the header, what changes from exposure to exposure, and "Take exposure".
+/// While exposures run: the header, the settings that change from exposure to exposure, and "Take exposure".
 void CTestCommon::ShowLiveRows() {
     const SetupLineNumbers lines = NumberSetupLines(TestID(), mLimitsFlag ? kSetupMas : kSetupMaTime);
     std::vector<int32_t> rows = {1, kUsualHeaderLines};

@@ -8,8 +8,8 @@
 #include "foundation/sequence_state.h"
 #include "foundation/utilities.h"
 
-// What the element does with the events of the instruments. The row of exposure n is stored while n - 1
-// exposures are counted: the counter advances in the tick that polled.
+// The element's handlers for the events of the instruments. The row of exposure n is stored while n - 1
+// exposures are counted, because the counter advances later in the same tick.
 
 namespace vorex {
 
@@ -88,18 +88,18 @@ void CTestCommon::vti_CheckExposureWaveform(uint8_t type) {
     if (!mStopDone) FetchWaveforms(type);
 }
 
-/// Runs with the timer stopped; the timer is started again whatever happened.
+/// Runs with the timer stopped; the timer is always started again.
 void CTestCommon::FetchWaveforms(uint8_t type) {
     if (mFrmTimer) mFrmTimer->StopTimer();
     std::string failure;
-    // Instruments that cannot be armed again would be waited for in vain.
+    // If the instruments cannot be armed again, waiting for them would never end.
     if (!Guarded(
             "FetchWaveforms", [&] { TransferWaveform(type); }, &failure))
         BreakOff(failure);
     if (mFrmTimer && Sequence()->gRunActive) mFrmTimer->StartTimer();
 }
 
-/// The instrument gives the time in the unit of its column, which in fluoroscopy is the second.
+/// The instrument gives the time in the unit of its column: seconds in fluoroscopy.
 float CTestCommon::ExposureTimeMs() const {
     constexpr double kMsASecond = 1000;
     const bool seconds = TimeUnitKey(Config()->pMeasurementMode) == text::kUnitSec;

@@ -12,7 +12,7 @@ namespace vorex {
 
 namespace {
 
-/// Headings of the groups that the survey is in leave it on their page.
+/// The survey starts on the page of its groups' headings.
 constexpr int32_t kRoomForGroups = 1800;
 
 }  // namespace
@@ -91,7 +91,7 @@ void CTestMQSA::PrintReport(IReportDocument* report, const std::shared_ptr<IRepo
     if (!survey || (report->Options() & kReportComments) == 0) return;
     const auto config = std::dynamic_pointer_cast<CConfigMQSA>(mBase->Configuration());
     survey->PrintComment(*report);
-    // Without a word, the first form is on the page that names the element.
+    // Without comments, the first form is on the page with the element's heading.
     if (!survey->Comment().empty() || survey->HasPageComments()) report->NewPage();
     survey->GetPreliminaryResultsData(*report, config.get());
     report->NewPage();
@@ -126,7 +126,7 @@ void CTestMQSA::RunGuide(bool earlierResult) {
     Guarded("Load", [&] { mfrmTestGuide->Load(); });
     mResult->pUpdateMQSATestStatus();
     SplitComment();
-    // A survey that is not complete can be left and is kept.
+    // An incomplete survey can be left, and is kept.
     mfrmTestGuide->ToolbarState(GuideState::kIdle, true);
     mfrmTestGuide->ShowStatus(mResult.get());
     mfrmTestGuide->Initialize(shared_from_this(), mPipe, {Translate(survey_text::kPleaseSelectPassFailOrNa)});

@@ -21,14 +21,14 @@ class CTestMQSA : public ElementOnBase<ITestElementBase>,
                   public LibraryObject,
                   public std::enable_shared_from_this<CTestMQSA> {
   public:
-    /// A constructed element with its helper, configuration and limits.
+    /// A new element with helper, configuration and limits.
     static std::shared_ptr<CTestMQSA> Create();
 
     /// Builds helper, configuration and limits. [once, by `Create`]
     void Class_Initialize();
-    /// The result that is entered into; made when there is none yet.
+    /// The result that holds the entries; created if there is none.
     std::shared_ptr<CResultMQSA> Survey();
-    /// Keeps what a mammography test came to, for the result of today and for one that is made later.
+    /// Keeps the outcome of a mammography test, for the present result and any later one.
     void TakeOutcomes(const SurveyOutcomes& outcomes);
 
     // ITestElement

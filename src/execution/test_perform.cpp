@@ -10,7 +10,7 @@
 #include "foundation/utilities.h"
 
 // The exposure cycle: what `Perform` does, how the guide's events drive it, how exposures are polled and
-// counted. An instrument that fails stops the run as a lost link does: what was taken stays and is judged.
+// counted. A failing instrument stops the run like a lost link: the exposures so far are kept and judged.
 
 namespace vorex {
 
@@ -123,7 +123,7 @@ bool CTestCommon::Take(RunStep step) {
     return next.has_value();
 }
 
-/// The operator's words stay with the result; the log of its edited values waits in the configuration.
+/// The operator's words stay with the result; the log of its edited values moves to the configuration.
 void CTestCommon::TakeLog() {
     const std::string comment = mResult->Comment();
     Config()->PrintTheComment = CommentLog(comment);
@@ -131,7 +131,7 @@ void CTestCommon::TakeLog() {
     if (!comment.empty()) mResult->Comment(CommentWords(comment));
 }
 
-/// A new log goes to a judged result; one that was taken from the result returns to it in any case.
+/// A new log goes to a judged result only; a log that was taken from the result always returns to it.
 void CTestCommon::ReturnLog() {
     const auto config = Config();
     const std::string log = config ? std::exchange(config->PrintTheComment, {}) : std::string();
@@ -163,8 +163,8 @@ IDetectorService& CTestCommon::Vti() {
     return *vti;
 }
 
-/// An entry without a serial number keeps its place and stays empty. What one of the instruments cannot
-/// answer costs no other answer.
+/// An entry without a serial number stays empty but keeps its position. If an instrument fails to answer one
+/// question, the other answers are kept.
 std::vector<CMtiData2> CTestCommon::ReadInstruments() {
     std::string serials;
     std::string dates;
@@ -225,7 +225,7 @@ void CTestCommon::mfrmTestGuide_StartTest() {
     ShowIdle();
 }
 
-/// The log of edited values goes with the result that it describes.
+/// The log of edited values is discarded together with the result that it describes.
 void CTestCommon::BeginResult() {
     CreateResult(true);
     Config()->PrintTheComment.clear();
@@ -239,7 +239,7 @@ void CTestCommon::BeginRecord() {
     mFault.clear();
 }
 
-/// What the instruments could not do ends the run; what came first is the reason.
+/// A failure of the instruments ends the run; the first one is the reason.
 void CTestCommon::BreakOff(std::string_view reason) {
     mStopped = true;
     if (mEnding == RunEnding::kBroken) return;
@@ -259,7 +259,7 @@ void CTestCommon::NoteRun(const std::string& start) {
     mResult->Run(std::move(run));
 }
 
-/// A redo belongs to the run that it mends; only one that failed changes how the run ended.
+/// A redo belongs to the run that it corrects; only a failed redo changes how the run ended.
 void CTestCommon::NoteRedo(uint8_t exposureNumber) {
     const bool failed = mEnding != RunEnding::kComplete || !mFault.empty();
     if (!mResult->Run() && !failed) return;
@@ -350,7 +350,7 @@ void CTestCommon::RunExposures() {
     ShowLiveRows();
     SendSettings();
     StartPolling();
-    // The count is asked on every turn: the exposure table may change while the test runs.
+    // The count is read on every turn, because the exposure table may change while the test runs.
     while (MoreExposures() && !mStopped)
         if (!Services().platform->WaitForEvent()) BreakOff(text::kReasonNothingToCome);
 }
@@ -398,7 +398,7 @@ void CTestCommon::CountExposure() {
     ShowLiveRows();
 }
 
-/// The guide's menu keeps the run's own loop from going on, so the last tick does what follows the loop.
+/// An open menu of the guide blocks the run's own loop, so the last tick does what follows the loop.
 void CTestCommon::FinishFromTimer() {
     StopPolling();
     JudgeAll();
@@ -418,12 +418,13 @@ void CTestCommon::mfrmTestGuide_StopTest() {
     if (mEnding == RunEnding::kComplete) mEnding = RunEnding::kStopped;
 }
 
-/// Stop ends the exposure that is held, and counts it.
+/// Stop ends the held exposure and counts it.
 void CTestCommon::EndHeldExposure() {
     mStopDone = mFetchWaveforms = mSkipCount = true;
     Take(RunStep::kRelease);
     const auto exposure = static_cast<uint8_t>(std::min(mExposureNo + 1, 255));
-    // It counts without a reading as well; an exposure that has one keeps it. After the last one none is due.
+    // It counts even without a reading; a reading that it already has is kept. After the last exposure none
+    // is due.
     if (MoreExposures()) mResult->StoreMissing(exposure);
     const int32_t kind = mfrmTestGuide->DetectorType();
     if (HasZrd(kind)) FetchWaveforms(kKvWaveform);

@@ -13,15 +13,15 @@ class LibraryObject {
     virtual ~LibraryObject() = default;
 };
 
-/// One row of the registry: the class name without the project name, and its maker. A name with a "." is the
-/// full name of a class of the host.
+/// One row of the registry: the class name without the project name, and the function that makes it. A name
+/// with a "." is the full name of a host class.
 struct ClassEntry {
     std::string_view name;
     std::shared_ptr<LibraryObject> (*make)();
 };
 
-/// Installs the list of classes, which must outlive the program. Throws std::invalid_argument when a name
-/// occurs twice, and changes nothing then.
+/// Installs the list of classes, which must exist until the program ends. Throws std::invalid_argument, and
+/// changes nothing, when a name occurs twice.
 void InstallClasses(std::span<const ClassEntry> classes);
 
 /// A new object of a class named "VorexZRD47500Test.CTestCommon"; empty when the name is unknown.

@@ -8,11 +8,11 @@
 
 #include "foundation/event.h"
 
-/// What the library requires of the instruments. It never speaks to hardware: one detector service finds the
-/// instruments, applies the settings, arms them, reports exposures by events and hands out waveforms.
+/// What the library requires of the instruments. It never talks to hardware: one detector service finds the
+/// instruments, applies the settings, arms them, reports exposures by events and returns waveforms.
 ///
-/// The life of a run: settings, `ApplySettings`, `Armed(true)`, `BeginRun`; then, each tick, `ExposureDone`
-/// and `Poll`, which raises the events of what happened; `Armed(false)`; at the end `Disconnect`.
+/// A run: settings, `ApplySettings`, `Armed(true)`, `BeginRun`; then, each tick, `ExposureDone` and `Poll`,
+/// which raises the events; `Armed(false)`; at the end `Disconnect`.
 ///
 /// Values are texts in the instrument's own number format; a decimal comma may appear. Everything arrives on
 /// the user-interface thread, events from inside `Poll` only. Any operation may raise an exception when the
@@ -35,7 +35,7 @@ struct MasReading {
     std::string ma, mas, masPerPulse, dosePerMas;
 };
 
-/// Settings of the dosimeter as the instrument counts them: selections from 1.
+/// Settings of the dosimeter in the instrument's own codes: selections count from 1.
 struct DosimeterSettings {
     int32_t airDensityCorrection = 1;  ///< 1 on, 2 off
     int32_t userSetTemperature = 0;    ///< 1 yes
@@ -65,7 +65,7 @@ struct DetectorEvents {
     Event<bool> vti_ZeroingmAs{"vti_ZeroingmAs"};
 };
 
-/// Every instance reaches the same instruments; each has its own session and its own events.
+/// All instances use the same instruments; each has its own session and its own events.
 class IDetectorService {
   public:
     virtual ~IDetectorService() = default;
@@ -83,7 +83,7 @@ class IDetectorService {
     virtual bool Poll(int32_t sleepTimeOut, int32_t shutdownTimeOut) = 0;
     /// Samples of the last exposure joined by ","; empty on failure. Length in ms.
     virtual std::string GetWaveform(int32_t start, float length, int32_t points, uint8_t type) = 0;
-    /// A finished exposure is waiting; reset by reading.
+    /// True when a finished exposure is waiting; reading resets it.
     virtual bool ExposureDone() = 0;
     virtual void WakeUp() = 0;
     virtual void Armed(bool armed) = 0;
@@ -101,7 +101,7 @@ class IDetectorService {
     virtual void Delay(int16_t milliseconds) = 0;
     virtual void IncludeDelay(bool include) = 0;
     virtual void TargetFilter(const std::string& name) = 0;
-    /// Comma separated; reads as a number above zero when a detector answers.
+    /// Comma separated; a number above zero when a detector answers.
     virtual std::string SerialNumbers() = 0;
     virtual std::string CalibrationDates() = 0;
     virtual int32_t DosimeterConnected() = 0;
@@ -109,12 +109,13 @@ class IDetectorService {
     virtual int32_t LinkState() = 0;
     virtual void Disconnect() = 0;
     virtual void ResetDetector() = 0;
-    /// Detector kind that is connected, as text.
+    /// The connected detector kind, as text.
     virtual std::string DetectorKind() = 0;
     virtual int32_t FirmwareVersion() = 0;
     virtual std::string DosimeterAttached() = 0;
     virtual void ShowIonChamberDialog() = 0;
-    /// Writes and reads the dosimeter settings. 0: accepted, and the argument holds what the instrument uses.
+    /// Writes the dosimeter settings and reads them back. 0: accepted, and the argument holds what the
+    /// instrument uses.
     virtual int32_t SyncDosimeter(DosimeterSettings& settings) = 0;
     /// True shunt, false clamp.
     virtual void MASInput(bool shunt) = 0;
@@ -126,7 +127,7 @@ class IDetectorService {
     DetectorEvents events;
 };
 
-/// The link to the detectors, held by the plug-in's registration and by the test guide.
+/// The link to the detectors, owned by the plug-in's registration and by the test guide.
 class IDetectorLink {
   public:
     virtual ~IDetectorLink() = default;

@@ -10,16 +10,16 @@
 
 namespace vorex {
 
-/// Runs a handler and lets no exception out: the cause goes to the diagnostic log under the handler's name.
-/// Returns true when the handler ended normally; the words of a failure are also put where asked for.
+/// Runs a handler and catches every exception: its message goes to the diagnostic log under the handler's
+/// name, and to the argument for it, if given. Returns true when the handler ended normally.
 bool Guarded(std::string_view name, const std::function<void()>& handler, std::string* failure = nullptr);
 
-/// One connected handler; empty once it was disconnected.
+/// One connected handler; empty once disconnected.
 struct EventSlot {
     std::shared_ptr<const void> handler;
 };
 
-/// Keeps a handler connected for as long as it lives. It may outlive the event.
+/// Keeps a handler connected during its lifetime. It may outlive the event.
 class Connection {
   public:
     Connection() = default;
@@ -44,9 +44,9 @@ class Connection {
     std::weak_ptr<EventSlot> mSlot;
 };
 
-/// A typed announcement. Handlers run in the order of connection, each guarded, so that a failing handler
-/// neither ends the program nor keeps the others from running. A handler may connect and disconnect while
-/// the event is being raised: a new handler is called from the next raise on, a disconnected one no more.
+/// A typed event. Handlers run in the order of connection, each guarded, so that a failing handler neither
+/// ends the program nor stops the others. A handler may connect and disconnect while the event is being
+/// raised: a new handler is called from the next raise on, a disconnected one not any more.
 template <typename... Args>
 class Event {
   public:
@@ -54,13 +54,13 @@ class Event {
 
     explicit Event(std::string_view name = "Event") : mName(name) {}
     ~Event() = default;
-    /// A copied object has listeners of its own: the copy begins with none, and an assignment changes none.
+    /// Listeners are not copied: a copy begins with none, and an assignment changes none.
     Event(const Event& other) : mName(other.mName) {}
     Event& operator=(const Event& /*other*/) { return *this; }
 
-    /// Connects a handler for the life of the event: what it refers to must live as long.
+    /// Connects a handler for the lifetime of the event: the objects that it uses must live as long.
     void Connect(Handler handler) { Add(std::move(handler)); }
-    /// Connects a handler for the life of the connection, which its listener keeps.
+    /// Connects a handler for the lifetime of the connection, which the listener keeps.
     [[nodiscard]] Connection Listen(Handler handler) { return Connection(Add(std::move(handler))); }
     /// Disconnects all handlers.
     void Clear() {
@@ -72,7 +72,7 @@ class Event {
     void Raise(Args... args) const {
         const std::vector<std::shared_ptr<EventSlot>> slots = mSlots;
         for (const auto& slot : slots) {
-            // A handler may disconnect itself, and lives until its call ends.
+            // A handler may disconnect itself; it lives until its call ends.
             const std::shared_ptr<const void> handler = slot->handler;
             if (handler) Guarded(mName, [&] { (*static_cast<const Handler*>(handler.get()))(args...); });
         }

@@ -7,7 +7,7 @@
 
 namespace vorex {
 
-/// Where in a file something is wrong. What is not known stays at its construction value.
+/// The place of a fault in a file. Unknown parts keep their construction value.
 struct FilePlace {
     std::string file;
     int32_t line = 0;     ///< from 1

@@ -78,8 +78,8 @@ class IXmlElement {
     virtual std::shared_ptr<IXmlElement> AddValue(std::string_view name, std::string_view value) = 0;
     /// Text of the first child of a name, or the default when there is none.
     virtual std::string ReadValue(std::string_view name, std::string_view defaultValue) const = 0;
-    /// Hands over the child elements in document order. A child is good for its visit only, so a host can do
-    /// with one for all of them.
+    /// Hands over the child elements in document order. A child is valid during its visit only, so that a
+    /// host can reuse one object for all of them.
     virtual void VisitChildren(IXmlVisitor& visitor) const {
         for (const auto& child : Children()) visitor.Visit(*child);
     }
@@ -118,8 +118,8 @@ class ICaptions {
 class ITextService {
   public:
     virtual ~ITextService() = default;
-    /// The text of a key in the present language; the default after "::" where the tables have none.
-    /// Arguments fill "%%1", "%%2".
+    /// The text of a key in the present language; the default after "::" if the tables have none. Arguments
+    /// fill "%%1", "%%2".
     virtual std::string Translate(std::string_view section, std::string_view key,
                                   TextArguments args) const = 0;
     /// Replaces every caption of a form or control, which is a text key, by its text.
@@ -138,7 +138,7 @@ inline constexpr int32_t kReportLimits = 2;
 inline constexpr int32_t kReportComments = 4;
 inline constexpr int32_t kReportWaveforms = 8;
 inline constexpr int32_t kReportFailuresOnly = 16;
-/// The one kind of report that has room for waveforms.
+/// The only kind of report that prints waveforms.
 inline constexpr int32_t kFullReport = 3;
 
 /// Selectors of `IReportDocument::Metric`, in twips.
@@ -154,11 +154,11 @@ inline constexpr int32_t kAlignRight = 2;
 /// usable width and from the top of the usable height of the page. Operations are declared in slot order.
 ///
 /// Tables are written in the mark-up of `report_markup.h`. Each call of `PrintTable` prints below what was
-/// printed before, and calls with the same columns are rows of one table to a reader. Rows never split. A
-/// table of several rows that does not fit continues on the next page, under the heading rows that it begins
-/// with (every cell that holds something is a heading). A caller that prints row by row asks `TableHeight`
-/// and `SpaceLeft` first, and prints its headings again after `NewPage`. A renderer without pages has room
-/// for everything.
+/// printed before, and successive calls with the same columns form one table. Rows never split. A table of
+/// several rows that does not fit continues on the next page, below a copy of its first heading rows (rows in
+/// which every non-empty cell is a heading). A caller that prints row by row asks `TableHeight` and
+/// `SpaceLeft` first, and prints its headings again after `NewPage`. A renderer without pages has room for
+/// everything.
 class IReportDocument {
   public:
     virtual ~IReportDocument() = default;
@@ -167,11 +167,11 @@ class IReportDocument {
     virtual void Position(int32_t top) = 0;
     virtual int32_t Options() const = 0;
     virtual int32_t Kind() const = 0;
-    /// The standards whose limits are printed next to the results; null for all that an element has.
+    /// The standards whose limits are printed next to the results; null for all standards of an element.
     virtual const ISelectedStandards* SelectedStandards() const = 0;
     /// Decimal sign of the language of the report, "." or ",".
     virtual char DecimalSign() const = 0;
-    /// What is left of the page below the position.
+    /// Height left on the page below the position.
     virtual int32_t SpaceLeft() const = 0;
     /// Height that `PrintTable` with these arguments would take.
     virtual int32_t TableHeight(std::string_view columns, std::string_view rows) = 0;
@@ -180,7 +180,7 @@ class IReportDocument {
     /// Size of the following text, 5 to 9 points.
     virtual void Style(int32_t points) = 0;
     virtual int32_t Metric(int32_t selector) const = 0;
-    /// How `DrawText` aligns its text to its place, up to the end of the figure; outside a figure, whether
+    /// How `DrawText` aligns its text to its position, until the end of the figure; outside a figure, whether
     /// headings are centred.
     virtual void Alignment(int32_t alignment) = 0;
     /// A column definition, and rows. A width may reach beyond the page; rows may have fewer cells than
@@ -204,11 +204,11 @@ class IReportDocument {
                                   TextArguments args) const = 0;
 
     /// The standards whose limits are printed next to the results of the element that is being printed: its
-    /// limits write them, its result reads them.
+    /// limits set them, its result reads them.
     std::vector<std::shared_ptr<IStandard>> SelectedStandardsForReport;
 };
 
-/// The host's report setup, passed along without being looked at.
+/// The host's report setup, which the library only passes on.
 class IReportSetup {
   public:
     virtual ~IReportSetup() = default;
@@ -233,7 +233,7 @@ struct OwnedLimits {
     bool operator==(const OwnedLimits&) const = default;
 };
 
-/// What a control is initialised with: the object that it edits.
+/// The object that a control edits, with which it is initialised.
 using ControlArgument = std::variant<std::monostate, std::shared_ptr<IConfigData>, OwnedLimits,
                                      std::shared_ptr<IResultData>, std::shared_ptr<ITestElement>>;
 
@@ -282,7 +282,7 @@ class IExpectedResult {
     virtual ~IExpectedResult() = default;
     virtual std::string Key() const = 0;
     virtual void Key(std::string_view limitKey) = 0;
-    /// The number Y of a side; 0 where the side is not set.
+    /// The number Y of a side; 0 if the side is not set.
     virtual float Value(int32_t side) const = 0;
     virtual bool IsSet(int32_t side) const = 0;
     virtual void Setup(std::string_view limitKey, std::string_view unit, std::string_view high,
@@ -303,8 +303,8 @@ class IExpectedResult2 {
 
 using ExpectedResults = std::vector<std::shared_ptr<IExpectedResult>>;
 
-/// Which quantity a value is when it is judged: a coefficient of variation is judged by the sides whose
-/// expression is "CV" and by no other; every other value by the sides whose expression is another.
+/// Which quantity a judged value is. Sides with the expression "CV" judge coefficients of variation, and all
+/// other sides judge all other values.
 enum class JudgedAs { kValue, kVariation };
 
 class IStandard {
@@ -314,10 +314,10 @@ class IStandard {
     virtual std::string Version() const = 0;
     virtual const ExpectedResults& Results() const = 0;
     virtual void AddExpectedResult(std::shared_ptr<IExpectedResult> limit) = 0;
-    /// Takes every limit of a key out.
+    /// Removes every limit of a key.
     virtual void RemoveExpectedResults(std::string_view limitKey) = 0;
-    /// 2 when a limit of the key fails the value, else 0: a value equal to a limit passes, a side that is
-    /// not set is not tested, a standard without the key reports no failure.
+    /// 2 when a limit of the key fails the value, else 0. A value equal to a limit passes; a side that is not
+    /// set is not tested; a standard without the key fails nothing.
     virtual int32_t Evaluate(std::string_view limitKey, float value, const TaggedValue& preset,
                              JudgedAs judgedAs) const = 0;
 };
@@ -328,11 +328,11 @@ class IStandardCollection {
     virtual int32_t Count() const = 0;
     /// Index counts from 0; empty beyond the end.
     virtual std::shared_ptr<IStandard> Item(int32_t index) const = 0;
-    /// The standard of a name and version; empty when there is none.
+    /// The standard with a name and version; empty when there is none.
     virtual std::shared_ptr<IStandard> FindExpectedResult(int32_t flags, std::string_view name,
                                                           std::string_view version) const = 0;
     virtual void Add(std::shared_ptr<IStandard> standard) = 0;
-    /// Takes the standard of a name and version out, if it is there.
+    /// Removes the standard with a name and version, if there is one.
     virtual void Remove(std::string_view name, std::string_view version) = 0;
     virtual void Load(const std::shared_ptr<IXmlElement>& element) = 0;
     virtual std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) = 0;
@@ -348,7 +348,7 @@ struct StandardName {
     bool operator==(const StandardName&) const = default;
 };
 
-/// The standards that the operator chose to judge by.
+/// The standards that the operator chose.
 class ISelectedStandards {
   public:
     virtual ~ISelectedStandards() = default;
@@ -433,7 +433,7 @@ class ILimitData {
         const IMeasurement* measurement, const ISelectedStandards* selected) const = 0;
 };
 
-/// What a service technician reads about a failed or not applicable test.
+/// A note for the service technician about a failed or not applicable test.
 class IServiceRecord {
   public:
     virtual ~IServiceRecord() = default;
@@ -480,7 +480,7 @@ class IElementInfo {
     virtual int32_t ServiceFlags() const = 0;
 };
 
-/// Which of the host's passes an element takes part in.
+/// The passes of the host (save, print, evaluate) in which an element takes part.
 class IElementFilter {
   public:
     virtual ~IElementFilter() = default;
@@ -506,7 +506,7 @@ class IMtiList {
     virtual void Add(MtiEntry entry) = 0;
 };
 
-/// What connects a running element to the sequencer.
+/// The connection of a running element to the sequencer.
 class IExecutionPipe {
   public:
     virtual ~IExecutionPipe() = default;
@@ -550,10 +550,10 @@ class ITestElement {
     virtual void Terminate() = 0;
     virtual void UpdateReferences() = 0;
     virtual std::vector<std::string> GetMeasurementList() const = 0;
-    /// What the elements of the open sequence share; never empty. An element with a parent has that of its
-    /// parent; one without has what it was given, or else one of its own.
+    /// The state that the elements of the open sequence share; never empty. An element with a parent has the
+    /// parent's; a root has the one that it was given, or its own.
     virtual std::shared_ptr<SequenceState> Sequence() const = 0;
-    /// Makes a root part of a sequence; empty leaves it on its own.
+    /// Makes a root part of a sequence; empty gives it a state of its own.
     virtual void Sequence(std::shared_ptr<SequenceState> state) = 0;
 };
 
@@ -569,13 +569,13 @@ class ITestContainer {
     virtual std::shared_ptr<ITestElement> Item(int32_t index) const = 0;
     virtual void Add(const std::shared_ptr<ITestElement>& child,
                      const std::shared_ptr<ITestElement>& relative, int32_t relation) = 0;
-    /// The element of an id, at any depth; empty when there is none.
+    /// The element with an id, at any depth; empty when there is none.
     virtual std::shared_ptr<ITestElement> FindElement(int32_t elementId) const = 0;
     virtual void Remove(const std::shared_ptr<ITestElement>& element) = 0;
     virtual std::vector<std::shared_ptr<ITestElement>> NewEnum() const = 0;
 };
 
-/// The host's standard element: one per element of the library, which leaves all bookkeeping to it.
+/// The host's element helper: each element of the library has one and leaves all bookkeeping to it.
 class ITestElementBase {
   public:
     virtual ~ITestElementBase() = default;
@@ -636,7 +636,7 @@ class ITestGuideConfig {
 
 // -------------------------------------------------------------------------------------- value services
 
-/// Stored form of values and statuses.
+/// The stored form of values and statuses.
 class IMeasurementCodec {
   public:
     virtual ~IMeasurementCodec() = default;
@@ -654,7 +654,7 @@ class IValueFormatter {
     virtual std::string ToText(const TaggedValue& value) const = 0;
 };
 
-/// The machine-wide settings: a path has named values. Reading never fails: what is missing is empty.
+/// The machine-wide settings: a path has named values. Reading never fails: a missing value is empty.
 class ISettingsRegistry {
   public:
     virtual ~ISettingsRegistry() = default;
@@ -673,8 +673,8 @@ class IPlugIn {
 /// The plug-in object of the sister library.
 class IZRD47500PlugIn : public virtual IPlugIn {
   public:
-    /// A standard with the limits of a test; empty when the plug-in has none of that name. Name and version
-    /// may come back completed.
+    /// A standard with the limits of a test; empty when the plug-in has none of that name. It may complete
+    /// name and version.
     virtual std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& alphaName,
                                                     std::string& completeName) = 0;
 };

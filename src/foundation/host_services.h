@@ -14,7 +14,7 @@
 
 namespace vorex {
 
-/// What a result has stored of an exposure: the row of one instrument, or a waveform.
+/// A part of an exposure that a result has stored: the row of one instrument, or a waveform.
 struct StoredExposure {
     const ITestElement& element;
     uint8_t exposure = 0;  ///< from 1
@@ -23,8 +23,8 @@ struct StoredExposure {
     uint8_t waveform = 0;  ///< type of the waveform; 0 for a row
 };
 
-/// What the host provides, installed once at start. Members left empty make the feature unavailable: texts
-/// fall back on their defaults, settings on theirs, the diagnostic log is off.
+/// What the host provides, installed once at start. An empty member turns its feature off: texts and settings
+/// fall back to their defaults, the diagnostic log is off.
 struct HostServices {
     std::shared_ptr<ITextService> text;
     std::shared_ptr<IMeasurementCodec> codec;
@@ -44,10 +44,10 @@ struct HostServices {
     std::function<std::shared_ptr<IDetectorService>()> createDetectorService;
     std::function<std::shared_ptr<IDetectorLink>()> createDetectorLink;
 
-    /// Told of everything that a result stores of an exposure, before the guide shows it: whoever keeps it
-    /// safe does so here.
+    /// Called for every part of an exposure that a result stores, before the guide shows it, so that it can
+    /// be saved first.
     std::function<void(const StoredExposure&)> exposureStored;
-    /// What ended the instruments, in words; asked when a run finds their link dead.
+    /// Why the instruments stopped, in words; asked when a run finds the link lost.
     std::function<std::string()> instrumentFault;
     /// Name and version of the program, for the origin that results keep.
     std::string program;
@@ -58,16 +58,16 @@ struct HostServices {
     /// Decimal sign of the system, "." or ",".
     char decimalSign = '.';
 
-    /// Caption of an exposure: a text key, or a text of nine characters for one version of the host.
+    /// Caption of an exposure: a text key, or, for one version of the host, a text of nine characters.
     std::string exposureCaption = std::string(text::kExposureCaption);
-    /// The plug-in object that has introduced itself; standards are loaded from it.
+    /// The registered plug-in object; standards are loaded from it.
     std::shared_ptr<IZRD47500PlugIn> plugIn;
 };
 
 const HostServices& Services();
 /// [before any object of the library is created]
 void InstallServices(HostServices services);
-/// The two services that the plug-in object brings when the application starts.
+/// The two services that the plug-in object supplies when the application starts.
 void InstallPlugIn(std::shared_ptr<IZRD47500PlugIn> plugIn);
 void InstallExposureCaption(std::string caption);
 

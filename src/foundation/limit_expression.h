@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-/// The expressions of limits: how each is spelled, what it computes, what it judges, and the unit of its
-/// number. Judging, fitting, converting and printing a limit all use this module.
+/// The expressions of limits: spelling, computation, what they judge, and the unit of their number. Judging,
+/// fitting, converting and printing a limit all use this module.
 namespace vorex {
 
 /// How a side of a limit follows from its number Y and the preset X of the measurement.
@@ -51,13 +51,13 @@ static_assert(
     }(),
     "every expression has its row, in the order of the enumeration");
 
-/// The expression of a text such as "X+Y"; nothing for a text that is none.
+/// The expression of a text such as "X+Y"; nothing for any other text.
 std::optional<LimitExpression> FindLimitExpression(std::string_view text);
 /// The same for a text of a limit, where no text means "Y".
 LimitExpression LimitExpressionOf(std::string_view text);
 /// True when a side with this expression judges a coefficient of variation.
 bool JudgesVariation(std::string_view text);
-/// Unit in which the number of a limit is typed, from that of the values it judges.
+/// Unit in which the number of a limit is typed, from the unit of the values it judges.
 std::string LimitNumberUnitOf(LimitExpression expression, std::string_view columnUnit);
 /// All expressions, for a message: "Y, X+Y, X+(X*Y%), CV".
 std::string LimitExpressionList();

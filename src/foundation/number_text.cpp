@@ -51,14 +51,14 @@ std::string_view SkipBlanks(std::string_view text) {
     return text.substr(at);
 }
 
-/// The text from its number on; a "+" in front of the number is passed over.
+/// The text from its number on, without a leading "+".
 std::string_view AtNumber(std::string_view text) {
     text = SkipBlanks(text);
     if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
     return text;
 }
 
-/// Reads a text that is a short decimal and nothing else, as almost all numbers are: up to 15 digits are a
+/// Reads a text that is a short decimal and nothing else, as almost all numbers are. Up to 15 digits are a
 /// whole number divided by a power of ten, both exact, so the quotient is the nearest double.
 bool ReadShort(std::string_view text, double& value) {
     constexpr std::array<double, 16> kPowers = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
@@ -67,7 +67,7 @@ bool ReadShort(std::string_view text, double& value) {
     if (negative) text.remove_prefix(1);
     uint64_t digits = 0;
     std::size_t count = 0;
-    std::size_t whole = std::string_view::npos;  // digits in front of the point, once it was met
+    std::size_t whole = std::string_view::npos;  // digits before the point, once it is found
     for (char c : text) {
         if (c == '.' && whole == std::string_view::npos) {
             whole = count;
@@ -92,8 +92,8 @@ double ReadPlain(std::string_view text) {
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + length, value);
     if (error != std::errc::result_out_of_range) return value;
-    // Out of range means too small as well as too large, and leaves the value as it was: a stream reports
-    // them apart.
+    // Here "out of range" means too small or too large, and the value is unchanged; a stream distinguishes
+    // the two.
     std::istringstream stream(std::string(text.substr(0, length)));
     stream.imbue(std::locale::classic());
     stream >> value;
@@ -133,8 +133,8 @@ Decimal RoundedDecimal(double value, int significant) {
 }
 
 /// The shortest text in scientific form that reads as the same double, without its sign; empty when it has
-/// more than 15 digits. It is found faster than the rounded one, and where it is not empty it is the one that
-/// rounding to 15 digits gives; only subnormal numbers differ.
+/// more than 15 digits. It is faster than rounding to 15 digits and gives the same text, except for subnormal
+/// numbers.
 std::string_view ShortText(double value, std::array<char, 64>& buffer) {
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
                                    std::chars_format::scientific);
@@ -160,15 +160,16 @@ struct Scaled {
     std::size_t decimals = 0;
 };
 
-/// The size of an ordinary number, rounded to 15 digits, without its text. Scaling by an exact power of ten
-/// errs by half a unit in the last place, a sixteenth here: only next to a tie that leaves a doubt.
+/// The absolute value of an ordinary number, rounded to 15 digits without its text. Scaling by an exact power
+/// of ten errs by half a unit in the last place, a sixteenth here, so the rounding is uncertain only next to
+/// a tie.
 std::optional<Scaled> Scale(double size) {
     constexpr double kLeast = 1e-5;
     constexpr double kMost = 1e9;
     constexpr double kDoubt = 0.2;
     constexpr std::size_t kLast = kDoubleDigits - 1;
     if (size < kLeast || size >= kMost) return std::nullopt;
-    std::size_t before = 0;  // digits in front of the point but one
+    std::size_t before = 0;  // digits before the point, less one
     std::size_t zeros = 0;   // places from the point to the first digit
     while (size >= kExactPowers[before + 1]) ++before;
     while (size * kExactPowers[zeros] < 1) ++zeros;
@@ -180,7 +181,7 @@ std::optional<Scaled> Scale(double size) {
     return Scaled{static_cast<int64_t>(whole), decimals};
 }
 
-/// An ordinary number in a picture of one digit and some decimals; empty where the long way is needed.
+/// An ordinary number in a picture of one digit and some decimals; empty when the general method is needed.
 std::string ShortPicture(double value, std::size_t places, std::size_t least) {
     constexpr std::size_t kMostPlaces = 4;
     if (places == 0 || places > kMostPlaces) return {};
@@ -208,7 +209,7 @@ std::string ShortPicture(double value, std::size_t places, std::size_t least) {
 }
 
 /// As `RoundedDecimal` with 7 digits, for a single. An ordinary one is scaled to a whole number of 7 digits;
-/// double precision leaves no doubt about its rounding unless it lies next to a tie.
+/// in double precision its rounding is certain unless it is next to a tie.
 Decimal SingleDecimal(float value) {
     constexpr std::array<double, 13> kPowers = {1,   1e1, 1e2, 1e3,  1e4,  1e5, 1e6,
                                                 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
@@ -217,7 +218,7 @@ Decimal SingleDecimal(float value) {
     constexpr double kDoubt = 1e-6;
     const double size = std::abs(static_cast<double>(value));
     if (size < kLeast || size >= kMost) return RoundedDecimal(static_cast<double>(value), kSingleDigits);
-    std::size_t before = 0;  // digits in front of the point but one
+    std::size_t before = 0;  // digits before the point, less one
     std::size_t zeros = 0;   // places from the point to the first digit
     while (size >= kPowers[before + 1]) ++before;
     while (size * kPowers[zeros] < 1) ++zeros;
@@ -308,7 +309,7 @@ double StdDevOf(std::size_t count, Read&& read) {
     return std::sqrt(squares / static_cast<double>(count - 1));
 }
 
-/// Characters after the point. A text without one counts them all: more decimals than it has do no harm.
+/// Characters after the point; of a text without a point, all: too many decimals do no harm.
 int DecimalsOf(std::string_view text) {
     const std::size_t point = text.find('.');
     return static_cast<int>(point == std::string_view::npos ? text.size() : text.size() - point - 1);
@@ -492,7 +493,7 @@ std::string TextOf(const TaggedValue& value) {
 
 double NumberOf(const TaggedValue& value) {
     if (const auto* textValue = std::get_if<std::string>(&value)) return ReadNumber(*textValue);
-    // A single counts as the number that a person would read from it.
+    // A single counts as the number that its plain text shows.
     if (const auto* single = std::get_if<float>(&value)) {
         constexpr float kSevenDigits = 1e7F;
         const bool whole = *single == std::trunc(*single) && std::abs(*single) < kSevenDigits;

@@ -10,15 +10,16 @@
 namespace vorex {
 
 /// Reads the leading decimal number of a text: "," counts as ".", "%" is dropped, leading blanks, a sign and
-/// an exponent are taken. No leading number reads as 0, so do "inf", "nan" and hexadecimal forms. A number
-/// beyond the range of a double reads as the largest one, so that it cannot pass a limit as 0.
+/// an exponent are taken. A text without a leading number reads as 0, and so do "inf", "nan" and hexadecimal
+/// forms. A number beyond the range of a double reads as the largest double, so that it cannot pass a limit
+/// as 0.
 double ReadNumber(std::string_view text);
 /// As `ReadNumber`, cut to a whole number within 32 bits.
 int32_t ReadInteger(std::string_view text);
 /// The nearest single; a number beyond its range becomes the largest one.
 float ToSingle(double value);
-/// True when the text holds a number and nothing else (blanks around it aside): the test for files, where a
-/// word in the place of a number is an error.
+/// True when the text holds a number and nothing else (blanks around it aside). Files are checked with it:
+/// there a word instead of a number is an error.
 bool IsNumber(std::string_view text);
 
 /// Plain text of a double: up to 15 significant digits, no trailing zeros, no exponent between 1e-15 and
@@ -31,11 +32,11 @@ std::string PlainText(int32_t value);
 double PlainValue(double value);
 
 /// A number in a picture such as "0.0#": at least as many decimals as zeros after the point, at most as
-/// many as places. Rounds the plain decimal text half away from zero; never shows "-0.0". Empty for a value
-/// that is not finite. A picture without a point shows whole numbers, padded with zeros to its length.
+/// many as characters. Rounds the plain decimal text half away from zero; never shows "-0.0". Empty for a
+/// value that is not finite. A picture without a point shows whole numbers, padded with zeros to its length.
 std::string FormatPicture(double value, std::string_view picture);
-/// True for a text that is written in a picture such as "0.0#" already, or as plain text when the picture is
-/// empty: reading the number and writing it again would give the same, which is so for nearly all readings.
+/// True for a text that already has the form of a picture such as "0.0#", or of plain text when the picture
+/// is empty: reading and writing the number would give the same text, as for nearly all readings.
 bool IsWritten(std::string_view text, std::string_view picture);
 
 /// Rounds the plain decimal text of a value to so many decimals, half to even (0.125 gives 0.12).
@@ -58,7 +59,7 @@ bool SystemHasDecimalComma();
 std::string LocaleText(double value);
 std::string LocaleText(float value);
 
-/// Key filter of a numeric edit box: takes digits, 8 (backspace), 46 (".") and, where the system writes a
+/// Key filter of a numeric edit box: accepts digits, 8 (backspace), 46 (".") and, if the system writes a
 /// decimal comma, 44 (",").
 bool FilterNumericKey(int keyCode);
 

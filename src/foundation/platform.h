@@ -9,7 +9,7 @@
 
 #include "foundation/host_contract.h"
 
-/// What the library needs of a window system. A wait for the next event blocks; nothing spins.
+/// What the library needs from a window system. Waiting for an event blocks; nothing polls in a loop.
 namespace vorex {
 
 struct CalendarDate {
@@ -51,11 +51,12 @@ class IPlatform {
     virtual std::unique_ptr<IPlatformTimer> CreateTimer(std::function<void()> onTick) = 0;
     /// Handles what is pending, without waiting.
     virtual void PumpMessages() = 0;
-    /// Blocks until something happens and handles it. False when nothing will ever happen.
+    /// Blocks until the next event and handles it. False when no event can ever come.
     virtual bool WaitForEvent() = 0;
     /// Shows a window and returns when it is hidden.
     virtual void ShowModal(IModalWindow& window) = 0;
-    /// How many modal windows were closed because nothing would ever have happened. None where a person sits.
+    /// How many modal windows were closed because no event could ever come. Always 0 with a person at the
+    /// screen.
     virtual int32_t Stalls() const { return 0; }
     /// Shows a pop-up menu and returns the chosen id, 0 for none.
     virtual int32_t ShowPopupMenu(const std::vector<MenuItem>& items) = 0;

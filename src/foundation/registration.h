@@ -8,7 +8,7 @@
 
 namespace vorex {
 
-/// The entry through which the host's plug-in object introduces itself.
+/// The entry through which the host's plug-in object registers.
 class GGlobals : public LibraryObject {
   public:
     /// Keeps the plug-in of this library; any other is ignored.

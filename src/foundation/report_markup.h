@@ -27,15 +27,15 @@ inline constexpr std::string_view kHeadingEnd = "}";
 /// A cross of the Wingdings symbol font at 9 points.
 inline constexpr std::string_view kFailMark = "{{\\fonttbl{\\f0\\fcharset2 Wingdings}}\\f0\\fs18 û}";
 
-/// A text as the content of a cell.
+/// A text, escaped as the content of a cell.
 std::string Text(std::string_view text);
 /// A heading cell, with the "|" in front.
 std::string Heading(std::string_view text);
-/// A row of one cell after the margin: a heading in the course of a table.
+/// A row of one cell after the margin: a heading inside a table.
 std::string Line(std::string_view text);
 
-/// A number as the report shows it: a text that is a number, also one with a star after it, gets the decimal
-/// sign of the report's language; any other text stays.
+/// A number as the report shows it: a text that is a number, with or without a star after it, gets the
+/// decimal sign of the report's language; any other text stays unchanged.
 std::string Number(std::string_view number, const IReportDocument& report);
 
 }  // namespace vorex::markup

@@ -6,8 +6,8 @@
 
 namespace vorex {
 
-/// What an instrument, or the clock, once answered: the operation, which call of it this was, and the answer
-/// in texts. Calls that answered the ordinary leave no note.
+/// A recorded answer of an instrument or the clock: the operation, the number of the call, and the answer as
+/// texts. A call with the ordinary answer has no note.
 struct RunNote {
     std::string operation;
     int64_t call = 0;  ///< from 1, counted over the whole run

@@ -8,7 +8,8 @@ namespace vorex {
 
 class ITestElement;
 
-/// What the elements of one open sequence share. Each element reaches it with `ITestElement::Sequence`.
+/// The state that the elements of one open sequence share. Each element gets it from
+/// `ITestElement::Sequence`.
 class SequenceState {
   public:
     // Navigation between a group and its children, and between a run and the guide.
@@ -16,13 +17,13 @@ class SequenceState {
     bool gNARemaining = false;
     bool gRunActive = false;
     bool gMenuOpen = false;
-    /// Polls of the idle guide that failed in a row.
+    /// Consecutive failed polls of the idle guide.
     int32_t watchFailures = 0;
 
-    /// Clears the flags and counts of a run; the roots stay.
+    /// Clears the flags and counts of a run, but not the roots.
     void Reset();
 
-    /// The elements that have no parent, in their order. Empty for an element that is in no file.
+    /// The elements without a parent, in order. Empty for an element that is in no file.
     std::vector<std::shared_ptr<ITestElement>> Roots() const;
     void SetRoots(const std::vector<std::shared_ptr<ITestElement>>& roots);
 

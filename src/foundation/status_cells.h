@@ -19,8 +19,8 @@ struct StatusCells {
     bool operator==(const StatusCells&) const = default;
 };
 
-/// What one reading or judgement of a mammography test means for the survey; empty for a cell that it says
-/// nothing about.
+/// The outcomes of one reading or judgement of a mammography test for the survey; empty for a cell that it
+/// does not decide.
 struct SurveyOutcomes {
     std::optional<int32_t> kVpL36;
     std::optional<int32_t> kVpL38;

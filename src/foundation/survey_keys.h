@@ -10,11 +10,11 @@
 #include "foundation/survey_text_keys.h"
 #include "foundation/text_keys.h"
 
-/// The survey as the element file keeps it: which groups a result has, which fields and grids are in each,
-/// in the order in which they are written. Names are part of the format, the odd spelling included.
+/// The survey in the element file: the groups of a result, with the fields and grids of each, in the order in
+/// which they are written. Names are part of the format, misspellings included.
 namespace vorex {
 
-/// How a field of the survey is treated, apart from being kept as text.
+/// A field of the survey, and how it is treated apart from being kept as text.
 enum class FieldKind : uint8_t { kText, kTrimmed, kNumber, kDay, kMonth, kYear };
 
 struct SurveyFieldRow {
@@ -71,7 +71,7 @@ struct SurveyDateKeys {
 };
 
 namespace survey {
-// Fields that more than the form names.
+// Fields that are used outside the form too.
 inline constexpr std::string_view kSite = "Site";
 inline constexpr std::string_view kRoomId = "RoomID";
 inline constexpr std::string_view kTechnologist = "Technologist";

@@ -253,7 +253,7 @@ inline constexpr std::string_view kFormRoomId                                   
 inline constexpr std::string_view kFormUnitManufacturer                          = "23137::X-Ray Unit Manufacturer: ";
 inline constexpr std::string_view kFormUnitModel                                 = "23138::Model: ";
 
-// What the survey is found to be, and what its places mean: for a person at a terminal.
+// Findings of the survey and meanings of its places, for a person at a terminal.
 inline constexpr std::string_view kFigureLightField                            = "31301::deviation of the X-ray field from the light field, one edge";
 inline constexpr std::string_view kFigureReceptor                              = "31302::X-ray field beyond the edge of the image receptor";
 inline constexpr std::string_view kFigurePaddle                                = "31303::compression paddle beyond the edge of the image receptor";

@@ -7,11 +7,11 @@
 
 #include "foundation/vocabulary.h"
 
-/// Sets of tests and of detector kinds, as table rows name what they serve, and the proofs that a table
-/// forgets none of them. Every set that more than one file needs is here.
+/// Sets of tests and of detector kinds for the rows of tables, and the proofs that a table covers all of
+/// them. Every set that more than one file needs is here.
 namespace vorex {
 
-/// A set of measuring tests. Made of anything but measuring tests it does not compile.
+/// A set of measuring tests. A set with anything else does not compile.
 class TestSet {
   public:
     constexpr TestSet() = default;
@@ -21,8 +21,8 @@ class TestSet {
         for (int32_t id : ids) mBits |= BitOf(id);
     }
 
-    /// The set that holds every identifier, now and later, also one that is no measuring test. It differs
-    /// from the set that lists all present tests.
+    /// The set of every identifier, including future ones and those of no measuring test. It differs from the
+    /// set that lists all present tests.
     static constexpr TestSet All() {
         TestSet set;
         set.mAll = true;
@@ -75,11 +75,11 @@ inline constexpr TestSet kRadiography = TestSet::OfMode(kRadio);
 inline constexpr TestSet kFluoroscopy = TestSet::OfMode(kFluoro);
 inline constexpr TestSet kMammography = TestSet::OfMode(kMammo);
 
-// The sets below list their tests: a new test is in none of them until somebody puts it there.
+// The sets below list their tests: a new test is in none of them until it is added.
 
 /// Tests with a generator setup: mAs, or mA and time.
 inline constexpr TestSet kWithGeneratorSetup = {kRadioRepro, kRadioAccuracy, kRadioLinearity};
-/// Tests whose distance to the detector has a unit of its own.
+/// Tests that choose the unit of the distance to the detector.
 inline constexpr TestSet kWithDistanceUnit = {kRadioRepro, kRadioAccuracy, kRadioLinearity, kFluoroAccuracy,
                                               kFluoroExposure};
 /// Tests with one focal spot, and with one kV and time, for all exposures.

@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-/// Every text that a person sees, as its language-table key: number, "::", default English text. The key as
-/// a whole is what is looked up, so two keys may share a number, and every blank and odd spelling is part of
-/// the key. Placeholders are "%%1", "%%2".
+/// Every text that a person sees, as its language-table key: number, "::", default English text. The whole
+/// key is looked up, so two keys may share a number, and every blank and odd spelling is part of the key.
+/// Placeholders are "%%1", "%%2".
 namespace vorex::text {
 
 // clang-format off
@@ -201,7 +201,7 @@ inline constexpr std::string_view kUnitMbar              = "25107::mbar";
 inline constexpr std::string_view kUnitHpa               = "25108::hPa";
 inline constexpr std::string_view kUnitFeet              = "25109::feet";
 inline constexpr std::string_view kUnitMeter             = "25110::meter";
-/// A percent sign is the same in every language: a unit that is no table key.
+/// The percent sign is the same in every language, so this unit is no table key.
 inline constexpr std::string_view kUnitPercent           = "%";
 
 // The test guide: header and instruction lines.
@@ -369,7 +369,7 @@ inline constexpr std::string_view kReportGroup           = "31016::Group";
 inline constexpr std::string_view kReportStatus          = "31017::Status";
 inline constexpr std::string_view kReportNotTested       = "31018::Not tested";
 inline constexpr std::string_view kReportNoTests         = "31019::This file holds no tests.";
-inline constexpr std::string_view kReportFailuresOnly    = "31020::Shown are failed values only.";
+inline constexpr std::string_view kReportFailuresOnly    = "31020::Only failed values are shown.";
 inline constexpr std::string_view kReportClauses         = "31022::Clauses";
 inline constexpr std::string_view kReportContinued       = "31030::%%1 (continued)";
 inline constexpr std::string_view kReportTally           = "31031::Tests";
@@ -440,12 +440,12 @@ inline constexpr std::string_view kShowStopped           = "31135::stopped after
 inline constexpr std::string_view kShowBroken            = "31136::broke off";
 inline constexpr std::string_view kShowWithFault         = "31137::with a fault";
 
-// Why a run broke off or what failed on the way, as it is saved: see StoredMessage.
+// Why a run broke off or what failed during it, as it is saved: see StoredMessage.
 inline constexpr std::string_view kReasonLinkLost        = "31480::the link to the instruments was lost";
 inline constexpr std::string_view kReasonLinkLostAfter   = "31481::the link to the instruments was lost after exposure %%1";
 inline constexpr std::string_view kReasonNothingToCome   = "31482::nothing more came from the instruments";
 inline constexpr std::string_view kReasonUsedUp          = "31483::the recording is used up; exposures delivered: %%1";
-inline constexpr std::string_view kReasonNobody          = "31484::nobody stands at the X-ray unit";
+inline constexpr std::string_view kReasonNobody          = "31484::there is no operator at the X-ray unit";
 inline constexpr std::string_view kReasonBatteryEmpty    = "31485::the battery of the detector is empty";
 inline constexpr std::string_view kReasonRedo            = "31486::redo of exposure %%1";
 inline constexpr std::string_view kReasonInRedo          = "31487::redo of exposure %%1: %%2";
@@ -456,10 +456,10 @@ inline constexpr std::string_view kShowRun               = "31139::The run %%1";
 inline constexpr std::string_view kShowRunEnded          = "31140::The run ended %%1";
 inline constexpr std::string_view kShowSettingsEdited    = "31141::Settings edited since:";
 inline constexpr std::string_view kShowJudged            = "31142::Judged %%1 by %%2";
-inline constexpr std::string_view kShowOtherLimits       = "31143::Limits that are not those it was judged by:";
+inline constexpr std::string_view kShowOtherLimits       = "31143::Limits changed since it was judged:";
 inline constexpr std::string_view kShowElementChange     = "31144::element %%1: %%2 -> %%3: %%4";
 inline constexpr std::string_view kShowValueChange       = "31145::%%1 exposure %%2, %%3";
-inline constexpr std::string_view kShowOtherSettings     = "31146::the settings that judge it are others";
+inline constexpr std::string_view kShowOtherSettings     = "31146::the settings that decide have changed";
 inline constexpr std::string_view kShowNoLimit           = "31147::no limit";
 inline constexpr std::string_view kShowBefore            = "31148::%%1, before %%2";
 inline constexpr std::string_view kSavedAs               = "31149::Saved as %%1";

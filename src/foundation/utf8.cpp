@@ -10,7 +10,7 @@ std::size_t Utf8Length(std::string_view text) {
     if (lead < 0xC2U || lead > 0xF4U || text.size() < length) return 0;
     for (std::size_t i = 1; i < length; ++i)
         if ((byte(i) & 0xC0U) != 0x80U) return 0;
-    // Forms that are too long, halves of pairs, and what lies beyond the last character.
+    // Overlong forms, surrogates, and code points beyond the last one.
     if ((lead == 0xE0U && byte(1) < 0xA0U) || (lead == 0xEDU && byte(1) > 0x9FU)) return 0;
     if ((lead == 0xF0U && byte(1) < 0x90U) || (lead == 0xF4U && byte(1) > 0x8FU)) return 0;
     return length;

@@ -27,7 +27,7 @@ int32_t ReadTimeOut(std::string_view name, int32_t defaultMs) {
     return result == 0 ? defaultMs : result;
 }
 
-/// Calls with the key and the arguments of a stored message, the last of them in words.
+/// Calls `fill` with the key and the arguments of a stored message, the last argument already in words.
 template <typename Fill>
 std::string FilledMessage(std::string_view stored, Fill&& fill) {
     constexpr char kSeparator = '|';
@@ -97,7 +97,7 @@ std::string DefaultText(std::string_view textKey, TextArguments arguments) {
 std::string FillPlaceholders(std::string_view text, TextArguments arguments) {
     constexpr std::string_view kMark = "%%";
     std::string filled;
-    // In one go: a placeholder within an argument is a text of its user.
+    // In one pass, so that a placeholder inside an argument is not filled.
     for (std::size_t at = text.find(kMark); at != std::string_view::npos; at = text.find(kMark)) {
         const std::size_t digit = at + kMark.size();
         const std::size_t index =
@@ -150,7 +150,7 @@ std::string StatusText(int32_t status, const IReportDocument* report) {
 }
 
 bool IsValidReading(std::string_view reading) {
-    // Readings are numbers but for two words; the words are looked up only when the text is none.
+    // Readings are numbers except for two words, which are looked up only when the text is no number.
     const auto digit = [](char c) { return c >= '0' && c <= '9'; };
     if (!reading.empty() && digit(reading.back()) &&
         std::all_of(reading.begin(), reading.end(), [&](char c) { return digit(c) || c == '.' || c == '-'; }))
@@ -239,7 +239,7 @@ void FixExposureCaption() {
     if (!EqualsIgnoringCase(version, kVersionWithFixedCaption)) return;
     std::string caption = Translate(text::kExposureCaption);
     while (CodePoints(caption) > kWidth) {
-        // A character of several bytes goes as a whole.
+        // A multi-byte character is removed as a whole.
         while (!caption.empty() && (static_cast<unsigned char>(caption.back()) & 0xC0U) == 0x80U)
             caption.pop_back();
         caption.pop_back();

@@ -11,7 +11,7 @@
 
 namespace vorex {
 
-/// The text of a key in the language of the report, when there is one, or of the program.
+/// The text of a key in the language of the report, if given, or of the program.
 std::string Translate(std::string_view textKey, const IReportDocument* report = nullptr);
 /// The same with "%%1", "%%2" filled.
 std::string Translate(std::string_view textKey, std::initializer_list<std::string> arguments,
@@ -25,16 +25,15 @@ std::string FillPlaceholders(std::string_view text, TextArguments arguments);
 
 /// Text of a choice for a person; an unknown value shows the fallback of its enumeration.
 std::string DisplayText(const Choice& choice, int32_t value, const IReportDocument* report = nullptr);
-/// Stored form of a choice: its code in decimal, or, with a report at hand, its text in the report's
-/// language.
+/// Stored form of a choice: its code in decimal, or, with a report, its text in the report's language.
 std::string StoredText(const Choice& choice, int32_t value, const IReportDocument* report = nullptr);
 
 /// Text key of the name of a test for a person; that of a group for any other identifier.
 std::string_view TitleKey(int32_t testId);
-/// True for a name that somebody gave an element: a new element is named after its test, in English.
+/// True for a name that a person gave an element: a new element has the English name of its test.
 bool IsOwnName(std::string_view name, int32_t testId);
-/// A message as a file keeps it, so that each reader sees it in a language of their own: its key and what
-/// fills the key's placeholders, separated by "|". Only the last argument may hold a "|", and may be such a
+/// A message as a file keeps it, so that each reader sees it in their own language: its key and the arguments
+/// for the key's placeholders, separated by "|". Only the last argument may hold a "|", and may be such a
 /// message itself.
 std::string StoredMessage(std::string_view textKey, std::initializer_list<std::string> arguments = {});
 /// A stored message in words; any other text as it is.
@@ -42,13 +41,13 @@ std::string MessageText(std::string_view stored, const IReportDocument* report =
 /// The same in the default English.
 std::string DefaultMessageText(std::string_view stored);
 
-/// What an element is called: its own name, or that of its test.
+/// The name of an element: its own, or that of its test.
 std::string ElementTitle(std::string_view name, int32_t testId, const IReportDocument* report = nullptr);
 
 /// The text of a status: "Pass", "Fail", "NA"; empty for not tested.
 std::string StatusText(int32_t status, const IReportDocument* report = nullptr);
 
-/// False exactly when the text is, ignoring case, the over-range or the under-range mark of the detector.
+/// False only when the text is, ignoring case, the over-range or the under-range mark of the detector.
 bool IsValidReading(std::string_view reading);
 
 /// Dose and dose rate units of the Pelomark in words; charge is measured in amperes as a rate.
@@ -58,7 +57,7 @@ std::string DosimeterRateUnit(int32_t doseUnit, int32_t rateUnit, const IReportD
 std::string DosimeterRateUnitKey(int32_t doseUnit, int32_t rateUnit);
 /// A saved unit in words: the texts of its parts, joined. A unit without a key is shown as it is.
 std::string UnitText(std::string_view unit, const IReportDocument* report = nullptr);
-/// The same in the default English, which knows no language table.
+/// The same in the default English, without a language table.
 std::string DefaultUnitText(std::string_view unit);
 
 /// A comment holds at most one marker: the operator's words are before it, the log of edited values, a
@@ -73,11 +72,11 @@ int32_t SleepTimeOut();
 int32_t ShutdownTimeOut();
 /// An integer of the plug-in's settings; the default when the value is missing or no number.
 int32_t ReadSetting(std::string_view name, int32_t defaultValue);
-/// Fixes the exposure caption at the start of the application. One version of the host lays its columns out
-/// for captions of nine characters.
+/// Fixes the exposure caption at the start of the application. One version of the host needs captions of nine
+/// characters.
 void FixExposureCaption();
 
-/// Introduces the plug-in object; any other plug-in than this library's is ignored.
+/// Registers the plug-in object; any plug-in other than this library's is ignored.
 void SetPlugIn(const std::shared_ptr<IPlugIn>& plugIn);
 /// A standard of the plug-in; empty without a plug-in or when it has none of that name.
 std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name, std::string& version);

@@ -7,8 +7,8 @@
 #include "foundation/survey_text_keys.h"
 #include "foundation/text_keys.h"
 
-/// The figures that are part of the system: what the survey and the mammography tests pass or fail by, in
-/// the place of a limit that a person sets. Each is here and nowhere else, with its unit and its clause.
+/// The built-in figures by which the survey and the mammography tests pass or fail, instead of limits that a
+/// person sets. Each is only here, with its unit and its clause.
 namespace vorex {
 
 enum class Bound : uint8_t { kAtMost, kAtLeast, kBelow };
@@ -54,7 +54,8 @@ inline constexpr VerdictFigure kAcrOutput{
 inline constexpr VerdictFigure kMqsaOutput{
     text::kExposureRate, Bound::kAtLeast, 513, "mR/s", "21 CFR 900.12(e)(5)(x)(A)"};
 
-/// Part of the nominal voltage by which the mean may differ from it. Test 900 shows it; a limit judges.
+/// Fraction of the nominal voltage by which the mean may differ from it. Test 900 only shows it; limits
+/// judge.
 inline constexpr double kVoltagePart = 0.05;
 
 // --------------------------------------------------------------------------------------- the survey

@@ -10,7 +10,7 @@ namespace {
 // clang-format off
 constexpr ChoiceRow kDetectorModeRows[] = {
     {kRadio,  text::kModeRadio,  1},
-    {kMammo,  text::kModeMammo,  3},  // the file swaps these two codes
+    {kMammo,  text::kModeMammo,  3},  // these two codes are swapped in the file
     {kFluoro, text::kModeFluoro, 2},
     {kDental, text::kModeDental, 4},
 };
@@ -28,7 +28,7 @@ constexpr ChoiceRow kGeneratorSetupRows[] = {
     {kSetupMas, text::kMas, 1}, {kSetupMaTime, text::kMa, 2, text::kTime},
 };
 constexpr ChoiceRow kSddUnitRows[] = {
-    {kInch,       text::kInches,      2},  // the file counts the other way round
+    {kInch,       text::kInches,      2},  // reversed in the file
     {kCentimeter, text::kCentimeters, 1},
 };
 constexpr ChoiceRow kFocalSpotRows[] = {{kLargeSpot, text::kFocalSpotLarge, 1}, {kSmallSpot, text::kFocalSpotSmall, 2}};
@@ -54,7 +54,7 @@ bool Holds(const std::string_view (&list)[N], std::string_view word) {
     return std::find(std::begin(list), std::end(list), word) != std::end(list);
 }
 
-/// A choice whose values and codes are unique: anything else does not compile.
+/// Checks that the values and codes of a choice are unique; otherwise it does not compile.
 template <std::size_t N>
 constexpr Choice ChoiceOf(const ChoiceRow (&rows)[N], std::string_view fallbackText, int32_t fallbackStored,
                           int32_t fallbackValue) {
@@ -94,7 +94,7 @@ constexpr UnitPair kFluoroPerMasKeys = {text::kUnitRPerMas, text::kUnitMilligray
 
 }  // namespace
 
-// An unknown value takes the first row; an unknown code reads as 1. The exceptions are spelled out.
+// An unknown value takes the first row; an unknown code reads as 1, except where a row says otherwise.
 constinit const Choice kDetectorModes = FirstRowFallback(kDetectorModeRows);
 constinit const Choice kDetectorSettings = FirstRowFallback(kDetectorSettingRows);
 constinit const Choice kExposureUnits = FirstRowFallback(kExposureUnitRows);

@@ -10,8 +10,8 @@
 
 #include "foundation/text_keys.h"
 
-/// The words that every file of the library speaks: tests, detector kinds, choices with their stored codes,
-/// keys of measurements and of the element file. Constant data; the few functions pick a row of it.
+/// The vocabulary of the library: tests, detector kinds, choices with their stored codes, keys of
+/// measurements and of the element file. Constant data, and a few functions that look a row up.
 namespace vorex {
 
 /// Plug-in identifier of every element, section of every text look-up, attribute of saved configurations.
@@ -35,7 +35,7 @@ inline constexpr int32_t kMammoAccRepro = 900;
 inline constexpr int32_t kMammoAec = 1100;
 inline constexpr int32_t kMammoRadiation = 1200;
 inline constexpr int32_t kMqsaSurvey = 1300;
-// Known to the limit tables only; no element has them.
+// Only in the limit tables; no element has them.
 inline constexpr int32_t kOldRadioHvl = 400;
 inline constexpr int32_t kOldFluoroHvl = 600;
 inline constexpr int32_t kOldMammoHvl = 1000;
@@ -126,7 +126,7 @@ inline constexpr int32_t kPassed = 1;
 inline constexpr int32_t kFailed = 2;
 inline constexpr int32_t kNotApplicable = 3;
 
-/// What an element leaves in the pipe when it is done.
+/// The navigation code that an element leaves in the pipe when it is done.
 inline constexpr int32_t kGoNext = 0;
 inline constexpr int32_t kGoPrevious = 1;
 inline constexpr int32_t kGoAbort = 2;
@@ -149,7 +149,7 @@ inline constexpr int32_t kLargeSpot = 1;
 inline constexpr int32_t kSmallSpot = 2;
 inline constexpr int32_t kDoseInCoulomb = 2;  ///< `PKDoseUnit` of the Pelomark
 
-/// How the two kVp errors of test 200 decide, by `PassFailCriterion` of the exposure.
+/// Which of the two kVp errors of test 200 decide, by `PassFailCriterion` of the exposure.
 inline constexpr int32_t kJudgePercent = 1;
 inline constexpr int32_t kJudgeAbsolute = 2;
 inline constexpr int32_t kJudgeEither = 3;
@@ -163,8 +163,8 @@ struct ChoiceRow {
     std::string_view secondText = {};  ///< joined to the first by "*"
 };
 
-/// An enumeration. A value that no row has takes the fallback text and code; a code that no row has reads
-/// as the fallback value.
+/// An enumeration. A value without a row takes the fallback text and code; a code without a row reads as the
+/// fallback value.
 struct Choice {
     std::span<const ChoiceRow> rows;
     std::string_view fallbackText;
@@ -412,8 +412,8 @@ inline constexpr std::string_view kPkDoseRateUnit        = "PKDoseRateUnit";
 inline constexpr std::string_view kPkFrameRate           = "PKFrameRate";
 inline constexpr std::string_view kPkTempUnit            = "PKTempUnit";
 inline constexpr std::string_view kPkPresUnit            = "PKPresUnit";
-// The next four are crossed: "Temp" holds the pressure offset, "CalFactor" the constant, and the reverse.
-// Files in the field carry them so, and both directions agree.
+// The next four are swapped: "Temp" holds the pressure offset, "CalFactor" the constant, and vice versa.
+// Existing files have them so, and saving and loading agree.
 inline constexpr std::string_view kPkPressureOffset      = "PKOffsetTemp";
 inline constexpr std::string_view kPkTemperatureOffset   = "PKOffsetPres";
 inline constexpr std::string_view kPkIonChamberName      = "PKIonChamName";

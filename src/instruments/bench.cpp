@@ -106,7 +106,7 @@ class BenchService : public IDetectorService {
         mBench->Enter(operation);
         return *mBench;
     }
-    /// A waveform transfer disarms for its length and does not begin the run again.
+    /// A waveform transfer disarms the instruments meanwhile and does not begin a new run.
     bool Running() const { return mArmed && mBegun; }
     static int32_t HasDosimeter(Bench& bench) {
         return bench.Alive() && HasPelomark(bench.Identity().kind) ? 1 : 0;

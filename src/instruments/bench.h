@@ -14,10 +14,10 @@
 
 namespace vorex {
 
-/// Who the instruments say they are.
+/// The identity of the instruments.
 struct InstrumentIdentity {
     int32_t kind = kNoDetector;
-    std::string serialNumbers;  ///< empty: nothing says which instruments these were, so none is noted
+    std::string serialNumbers;  ///< empty: the instruments are unknown, so none is noted
     std::string calibrationDates;
     std::vector<std::string> instrumentNames;
     uint8_t battery = 100;  ///< percent
@@ -31,15 +31,15 @@ struct InstrumentIdentity {
     int32_t syncStatus = 0;
 };
 
-/// What a run of the instruments is: all services and links of a program reach one bench.
+/// The instruments behind a service: all services and links of a program use one bench.
 ///
 /// A service passes on `Poll` and `ExposureDone` only while it is armed and has begun a run; at any other
-/// time it answers for itself whether the link is alive.
+/// time it only answers whether the link is alive.
 class Bench {
   public:
     virtual ~Bench() = default;
 
-    /// Every operation of a service comes through here first, and may fail here.
+    /// Every operation of a service calls this first, and may fail here.
     virtual void Enter(Operation operation) = 0;
     virtual const InstrumentIdentity& Identity() = 0;
     virtual bool Alive() const = 0;
@@ -54,7 +54,7 @@ class Bench {
     SentSettings sent;
     bool linkOpen = false;
     float waveformResolution = 0;
-    /// Notes a fault, which may be a stored message; the place says where in the file of the instruments.
+    /// Notes a fault, which may be a stored message, and its place in the file of the instruments.
     void NoteFault(const std::string& place, const std::string& text) {
         faults.push_back(place + ": " + DefaultMessageText(text));
         latestFault = text;
@@ -65,7 +65,7 @@ class Bench {
     bool ended = false;       ///< nothing more can be measured
 };
 
-/// A service, and a link, that reach a bench and keep it alive.
+/// A service and a link that use a bench and keep it alive.
 std::shared_ptr<IDetectorService> MakeService(std::shared_ptr<Bench> bench);
 std::shared_ptr<IDetectorLink> MakeLink(std::shared_ptr<Bench> bench);
 

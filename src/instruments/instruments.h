@@ -10,7 +10,7 @@
 
 namespace vorex {
 
-/// What was last sent to the instruments.
+/// The settings last sent to the instruments.
 struct SentSettings {
     std::string mode;
     std::string settings;
@@ -27,19 +27,19 @@ struct SentSettings {
     int32_t selectedKind = 0;                    ///< of the link
 };
 
-/// Instruments that a program runs with. However many services and links are made, all reach these.
+/// The instruments of a program. All services and links that are made use these.
 class IInstruments {
   public:
     virtual ~IInstruments() = default;
     virtual std::shared_ptr<IDetectorService> CreateService() = 0;
     virtual std::shared_ptr<IDetectorLink> CreateLink() = 0;
     virtual const SentSettings& Sent() const = 0;
-    /// What went wrong, a text each, for the operator.
+    /// The faults, one text each, for the operator.
     virtual const std::vector<std::string>& Faults() const = 0;
-    /// The latest of them without its place; empty when nothing went wrong.
+    /// The latest fault without its place; empty when there was none.
     virtual std::string LatestFault() const = 0;
-    /// Nothing more can be measured: the link was lost, or the recording is used up, while exposures were
-    /// awaited. An operation that failed once can be tried again.
+    /// True when nothing more can be measured: the link was lost, or the recording is used up, while
+    /// exposures were awaited. After a single failed operation the run can be tried again.
     virtual bool Ended() const = 0;
 };
 

@@ -9,7 +9,7 @@
 
 namespace vorex {
 
-/// The operations of the detector service by name: what a recording may let fail.
+/// The operations of the detector service that a recording can make fail, by name.
 // clang-format off
 inline constexpr auto kOperationNames = std::to_array<std::string_view>({
     "IsCharging",          "BatteryLevel",       "WaveformResolution", "Mode",                "Settings",
@@ -39,7 +39,7 @@ constexpr std::string_view NameOf(Operation operation) {
     return kOperationNames[IndexOf(operation)];
 }
 
-/// The operation of a name; a name that the table does not have fails to compile.
+/// The operation with a name; an unknown name does not compile.
 consteval Operation Op(std::string_view name) {
     return FindOperation(name).value();
 }

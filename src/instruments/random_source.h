@@ -12,7 +12,7 @@ class RandomSource {
     /// Streams of one seed with different numbers are independent.
     RandomSource(uint64_t seed, uint64_t stream) : mState(Mixed(seed) ^ Mixed(~stream)) {}
 
-    /// From 0 up to and without 1.
+    /// From 0 to below 1.
     double Uniform() {
         constexpr double kStep = 1.0 / (uint64_t{1} << 53);
         return static_cast<double>(Next() >> 11) * kStep;
@@ -22,7 +22,7 @@ class RandomSource {
         for (int i = 0; i < 12; ++i) sum += Uniform();
         return sum;
     }
-    /// 1 with a relative standard deviation.
+    /// A factor around 1 with a relative standard deviation.
     double Around(double relativeDeviation) { return 1 + relativeDeviation * Normal(); }
 
   private:

@@ -30,12 +30,12 @@ constexpr SignalRow kSignals[] = {
 
 }  // namespace
 
-/// What all services and links share: the recording, how far it has come, and what was sent.
+/// What all services and links share: the recording, the position in it, and the settings that were sent.
 class RecordedRoom : public Bench {
   public:
     explicit RecordedRoom(Recording given) : recording(std::move(given)) { TakeFreeLines(); }
 
-    /// A "throws" of the recording fails the operation here.
+    /// Here a "throws" line of the recording makes an operation fail.
     void Enter(Operation operation) override {
         if (logCalls) calls.push_back(NameOf(operation));
         std::deque<int32_t>& lines = mThrows[IndexOf(operation)];
@@ -49,7 +49,7 @@ class RecordedRoom : public Bench {
     const InstrumentIdentity& Identity() override { return recording; }
     bool Alive() const override { return mAlive; }
     bool Poll(DetectorEvents& events, int32_t sleepTimeOut) override;
-    /// Announces the exposure that is next, once.
+    /// Announces the next exposure, once.
     bool ExposureDone() override;
     void BeginRun() override {
         mAnnounced = false;
@@ -73,12 +73,13 @@ class RecordedRoom : public Bench {
         mQuietPolls = 0;
         mAnnounced = false;
     }
-    /// Takes the lines that cost no poll, so that a "throws" holds as soon as the line before it is done.
+    /// Processes the lines that take no poll, so that a "throws" applies as soon as the line before it is
+    /// done.
     void TakeFreeLines();
     void Happen(const RecordedLine& line, DetectorEvents& events);
     void Deliver(const RecordedExposure& exposure, DetectorEvents& events);
     void ChangeLink(const RecordedLine& line);
-    /// Nothing more can be measured.
+    /// Ends the measurement: nothing more can be measured.
     void End(const std::string& text, int32_t line) {
         ended = true;
         Fault(text, line);
@@ -88,8 +89,8 @@ class RecordedRoom : public Bench {
     }
 
     std::size_t mNext = 0;
-    int32_t mQuietPolls = 0;                          // of the line that is next
-    bool mAnnounced = false;                          // the exposure that is next was read as done
+    int32_t mQuietPolls = 0;                          // of the next line
+    bool mAnnounced = false;                          // ExposureDone has reported the next exposure
     const RecordedExposure* mLastExposure = nullptr;  // whose waveforms can be fetched
     bool mAlive = true;
     bool mUsedUp = false;
@@ -122,7 +123,8 @@ bool RecordedRoom::Poll(DetectorEvents& events, int32_t) {
     }
     if (head->event == RecordedEvent::kQuiet && ++mQuietPolls < head->number) return mAlive;
     if (head->event == RecordedEvent::kExposure && mAlive && !mAnnounced) return true;
-    // Taken before it happens: a handler may let the program go on and so come here again.
+    // The line is taken before its events are raised, because a handler may pump events and so call this
+    // again.
     TakeHead();
     Happen(*head, events);
     TakeFreeLines();
@@ -135,7 +137,7 @@ void RecordedRoom::Happen(const RecordedLine& line, DetectorEvents& events) {
     if (line.event == RecordedEvent::kExposure)
         return Deliver(recording.exposures[static_cast<std::size_t>(line.number)], events);
     const bool on = line.number != 0;
-    // An exposure begins: the waveforms of the one before it are gone.
+    // An exposure begins: the waveforms of the previous one are no longer available.
     if (line.event == RecordedEvent::kStopButton && on) mLastExposure = nullptr;
     for (const SignalRow& row : kSignals)
         if (row.event == line.event) (events.*row.signal).Raise(on);

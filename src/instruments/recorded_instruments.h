@@ -13,17 +13,16 @@ namespace vorex {
 
 class RecordedRoom;
 
-/// Instruments that answer what a recording says.
+/// Instruments that answer from a recording.
 ///
-/// The recording goes on in the polls of a service that is armed and has begun a run, a line a poll; the
-/// polls of any other service answer only whether the link is alive. An exposure waits until its service has
-/// read `ExposureDone`; the poll after that raises its readings, then announces its waveforms. "throws"
-/// costs no poll: it holds from the moment the line before it is done, the first lines of a file from the
-/// start.
+/// The polls of a service that is armed and has begun a run advance the recording, one line per poll; the
+/// polls of any other service only answer whether the link is alive. An exposure waits until its service has
+/// read `ExposureDone`; the next poll raises its readings, then announces its waveforms. "throws" takes no
+/// poll: it applies as soon as the line before it is done, at the beginning of a file from the start.
 ///
-/// While the link is down nothing is heard: lines pass, a poll each, until the link is back. It comes back by
-/// a poll, or by opening the link again when that is the next line. Where the lines are used up, the poll of
-/// an armed service answers as after a lost link.
+/// While the link is down, lines pass without events, one per poll, until the link is back. It comes back in
+/// a poll, or when the link is opened again and that is the next line. After the last line, the poll of an
+/// armed service answers as after a lost link.
 class RecordedInstruments : public IInstruments {
   public:
     explicit RecordedInstruments(Recording recording);
@@ -36,7 +35,7 @@ class RecordedInstruments : public IInstruments {
     bool Ended() const override;
 
     int32_t ExposuresDelivered() const;
-    /// From now on keeps the names of the operations as they are called, those that fail included.
+    /// From now on records the names of the called operations, including failed ones.
     void LogCalls();
     const std::vector<std::string_view>& Calls() const;
 

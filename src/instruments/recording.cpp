@@ -170,7 +170,8 @@ constexpr MemberRow<RecordedExposure> kExposureMembers[] = {
 };
 // clang-format on
 
-/// A reader of events gives the number of the line and puts into the recording what does not fit into one.
+/// A reader of an event returns the event's number and stores in the recording what does not fit into a
+/// number.
 int32_t ReadQuiet(In in, Name name, const Json& value, Recording&) {
     return in.Whole(name, value, 0, kMaxPolls);
 }
@@ -232,7 +233,7 @@ void ReadEventLine(In in, std::string_view text, Recording& recording) {
 
 // --------------------------------------------------------------------------------------------- lines
 
-/// The next line and its line break are taken off the text.
+/// Removes the next line and its line break from the text.
 std::string_view TakeLine(std::string_view& text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);

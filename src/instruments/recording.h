@@ -11,27 +11,27 @@
 #include "foundation/vocabulary.h"
 #include "instruments/bench.h"
 
-/// A recording: what instruments answer, one JSON object a line. It is read whole and strictly before a run,
-/// so that a mistake in it shows as a message and never as a measured value.
+/// A recording: the answers of instruments, one JSON object per line. It is read completely and strictly
+/// before a run, so that a mistake in it causes a message and never a measured value.
 ///
 /// The first line describes the instruments. "recording" (the version, 1) and "kind" (1 to 5) are required;
-/// what else is absent takes the value that its field below starts with. "syncStatus" other than 0 makes the
-/// dosimeter refuse its settings.
+/// any other missing member takes the initial value of its field below. With a "syncStatus" other than 0 the
+/// dosimeter refuses its settings.
 ///
-/// Each further line is one thing that happens: "quiet", "exposure", "stopButton", "link", "sensorReset",
-/// "zeroing", "wakeUp" or "throws". An exposure has at least one of "detector", "dosimeter" and "mas".
-/// Measured values are texts, as instruments send them; they may have a decimal comma. Blank lines count
-/// as lines and say nothing.
+/// Each further line is one event: "quiet", "exposure", "stopButton", "link", "sensorReset", "zeroing",
+/// "wakeUp" or "throws". An exposure has at least one of "detector", "dosimeter" and "mas". Measured values
+/// are texts, as instruments send them; they may have a decimal comma. Blank lines count as lines and have no
+/// effect.
 namespace vorex {
 
-/// Nothing larger is read: far beyond any test, and a file that is no recording cannot fill the memory.
+/// Limit far above any test, so that a file that is no recording cannot fill the memory.
 inline constexpr std::size_t kMaxRecordingBytes = std::size_t{256} << 20;
 inline constexpr int32_t kMaxRecordingLines = 1'000'000;
 
 struct RecordedWaveform {
     uint8_t type = kKvWaveform;
     float resolution = 0;  ///< points per ms
-    std::string samples;   ///< as `GetWaveform` answers; empty is a transfer that failed
+    std::string samples;   ///< the answer of `GetWaveform`; empty for a failed transfer
 };
 
 struct RecordedExposure {
@@ -52,7 +52,7 @@ enum class RecordedEvent : uint8_t {
     kThrows
 };
 
-/// One thing that happens.
+/// One event of the recording.
 struct RecordedLine {
     int32_t line = 0;  ///< in the file, from 1
     RecordedEvent event = RecordedEvent::kQuiet;
@@ -61,7 +61,7 @@ struct RecordedLine {
 };
 
 struct Recording : InstrumentIdentity {
-    std::string file;  ///< as it was named, for messages
+    std::string file;  ///< the name as given, for messages
 
     std::vector<RecordedExposure> exposures;
     std::vector<RecordedLine> lines;

@@ -12,18 +12,18 @@ constexpr int32_t kVersion = 1;
 constexpr std::string_view kExpected = R"(a room such as {"room":1,"radiography":{"kvpErrorPercent":8}})";
 constexpr std::string_view kRule = "a room with few values, nested at most 8 deep";
 
-/// Reads a number into a field of the target; the bounds are those that make sense of it.
+/// Reads a number into a field of the target, within its sensible bounds.
 template <auto Field, int Lowest, int Highest, typename Target>
 void ReadNumberInto(In in, Name name, const Json& value, Target& to) {
     to.*Field = in.Number(name, value, Lowest, Highest);
 }
-/// As above, for a quantity that is divided by: more than 0.
+/// The same for a divisor: more than 0.
 template <auto Field, int Highest, typename Target>
 void ReadPositiveInto(In in, Name name, const Json& value, Target& to) {
     constexpr double kLowest = 0.01;
     to.*Field = in.Number(name, value, kLowest, Highest);
 }
-/// A coefficient of variation. Six deviations, the most that is drawn, leave a tenth of the quantity.
+/// A coefficient of variation. Six deviations, the largest random value, still leave a tenth of the quantity.
 template <auto Field, typename Target>
 void ReadVariationInto(In in, Name name, const Json& value, Target& to) {
     constexpr double kHighest = 0.15;
@@ -75,7 +75,7 @@ using U = UnitSettings;
 using I = InstrumentSettings;
 using C = ChamberSettings;
 
-/// Keys of one X-ray unit. All three have the same, so that a key is never refused for the wrong reason.
+/// Keys of one X-ray unit. All three units have the same keys, so that no key is refused because of its unit.
 constexpr MemberRow<U> kUnitMembers[] = {
     {"lowestKv", ReadPositiveInto<&U::lowestKv, 200>},
     {"highestKv", ReadPositiveInto<&U::highestKv, 200>},

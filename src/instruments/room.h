@@ -10,15 +10,15 @@
 #include "foundation/vocabulary.h"
 
 /// A simulated X-ray room: three units and the instruments that measure them. The construction values are a
-/// good room; a room file says what is otherwise. Values without a published source are estimates, as
-/// docs/PHYSICS.md says of each.
+/// good room; a room file lists the differences. Values without a published source are estimates, marked in
+/// docs/PHYSICS.md.
 namespace vorex {
 
 inline constexpr std::size_t kMaxRoomBytes = std::size_t{1} << 20;
 
 enum class Generator : uint8_t { kSinglePhase, kSixPulse, kTwelvePulse, kHighFrequency };
 
-/// An mA station that delivers something else than it says.
+/// An mA station that does not deliver the mA that it shows.
 struct MaStation {
     double ma = 0;
     double errorPercent = 0;
@@ -29,7 +29,7 @@ struct UnitSettings {
     double lowestKv = 40;
     double highestKv = 150;
     Generator generator = Generator::kHighFrequency;
-    std::optional<double> ripplePercent;  ///< absent: what is usual for the generator
+    std::optional<double> ripplePercent;  ///< absent: usual value of the generator
     double kvpErrorPercent = 0.5;
     double kvpVariation = 0.002;      ///< coefficient of variation
     double outputVariation = 0.004;   ///< coefficient of variation of the output at one mAs
@@ -40,9 +40,9 @@ struct UnitSettings {
     double fallMs = 1;
     double timerErrorMs = 0.2;
     double timerErrorPercent = 0.5;
-    double timerDriftPercent = 0;  ///< more with each exposure that the timer ends
+    double timerDriftPercent = 0;  ///< added with each exposure that the timer ends
     double addedFiltrationMm = 1.5;
-    double distanceCm = 100;  ///< of the detector, where a test does not set it
+    double distanceCm = 100;  ///< of the detector, if the test does not set it
 
     // Automatic exposure control of the mammographic unit.
     double aecMas = 80;  ///< for the accepted phantom at 28 kV, Mo/Mo
@@ -50,12 +50,11 @@ struct UnitSettings {
     double aecSwingPercent = 0;  ///< too much and too little in turn
 
     // Brightness control and pulses of the fluoroscopic unit.
-    double entranceRate = 43;  ///< mGy/min behind the reference phantom of 20 cm PMMA
+    double entranceRate = 43;  ///< mGy/min with the reference phantom of 20 cm PMMA
     double highestRate = 80;   ///< mGy/min at which the control stops
     double highestRateHighLevel = 160;
-    double phantomCm =
-        30;  ///< PMMA in the beam where the test does not set it: the control reaches its maximum
-    double phantomDoublingCm = 3.5;  ///< so much more PMMA doubles the rate
+    double phantomCm = 30;  ///< PMMA in the beam if the test does not set it: the control reaches its maximum
+    double phantomDoublingCm = 3.5;  ///< additional PMMA that doubles the rate
     double pulseRate = 15;           ///< per second
     double pulseWidthMs = 8;
 };
@@ -72,7 +71,7 @@ struct ChamberSettings {
 
 /// The detector, the dosimeter and the mAs meter.
 struct InstrumentSettings {
-    int32_t kind = kNoDetector;  ///< detector kind that is connected; 0: what the test asks for
+    int32_t kind = kNoDetector;  ///< connected detector kind; 0: the one that the test asks for
     bool decimalComma = false;
     double battery = 80;  ///< percent
     double batteryPerExposure = 0.05;
@@ -81,7 +80,7 @@ struct InstrumentSettings {
     double doseNoisePercent = 0.2;
     double hvlNoisePercent = 0.3;
     double timeNoiseMs = 0.02;
-    int32_t pollsBeforeExposure = 2;  ///< the operator sets the unit and steps out
+    int32_t pollsBeforeExposure = 2;  ///< while the operator sets the unit and leaves the room
     int32_t fluoroscopySeconds = 5;   ///< how long the operator holds the pedal
     double temperatureC = 22;         ///< of the room
     double pressureKpa = 101.325;     ///< of the room

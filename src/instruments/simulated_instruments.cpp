@@ -22,7 +22,7 @@ constexpr int32_t kFirmware = 12;
 constexpr int32_t kPollMs = 500;
 constexpr int32_t kFluoroscopyPollMs = 1000;
 
-/// Purposes that random numbers are drawn for: each has a stream of its own for each exposure.
+/// The uses of random numbers: each has its own stream for each exposure.
 enum Stream : uint64_t { kUnitStream, kReadingStream, kKvStream, kMaStream, kStreamCount };
 
 struct InstrumentRow {
@@ -37,7 +37,7 @@ constexpr InstrumentRow kInstruments[] = {
     {HasMasMeter, "mAs meter", "88", "2026-02-01"},
 };
 
-/// What a poll lets happen.
+/// What happens in a poll.
 enum class Step : uint8_t { kQuiet, kZeroing, kZeroed, kResetting, kReset, kBeamOn, kBeamOff, kExposure };
 
 struct SignalRow {
@@ -56,7 +56,7 @@ constexpr SignalRow kSignals[] = {
 
 }  // namespace
 
-/// What all services and links share: the units, what is to happen next, and the last exposure.
+/// What all services and links share: the units, the next events, and the last exposure.
 class SimulatedBench : public Bench {
   public:
     SimulatedBench(Room room, uint64_t seed, Console console)
@@ -94,7 +94,7 @@ class SimulatedBench : public Bench {
     void Happen(Step step, DetectorEvents& events);
     void MakeExposure();
     void Deliver(DetectorEvents& events);
-    /// Nothing more can be measured.
+    /// Ends the measurement: nothing more can be measured.
     void End(const std::string& text) {
         if (std::exchange(ended, true)) return;
         NoteFault(mRoom.file, text);
@@ -108,9 +108,9 @@ class SimulatedBench : public Bench {
     XrayUnit mMammography;
     InstrumentIdentity mIdentity;
     std::deque<Step> mSteps;
-    std::optional<Shot> mShot;  ///< made and not yet delivered, or the last one
+    std::optional<Shot> mShot;  ///< the exposure to deliver, or the last one
     bool mAnnounced = false;
-    bool mDelivered = false;  ///< the shot was
+    bool mDelivered = false;  ///< mShot was delivered
     bool mAlive = true;
     bool mAsleep = false;
     int32_t mIdleMs = 0;
@@ -119,7 +119,7 @@ class SimulatedBench : public Bench {
     std::map<uint64_t, uint64_t> mRepeats;  ///< how often each exposure was made
 };
 
-/// Instruments that the test asks for are connected, unless the room has others.
+/// The connected instruments are those that the test asks for, unless the room has others.
 int32_t SimulatedBench::Kind() {
     if (mRoom.instruments.kind != kNoDetector) return mRoom.instruments.kind;
     const std::optional<Technique> technique = mConsole();
@@ -179,7 +179,7 @@ void SimulatedBench::PlanExposure() {
     mSteps.push_back(Step::kExposure);
 }
 
-/// A detector that nobody exposes for the time-out goes to sleep, and sees nothing until it is woken.
+/// A detector that is not exposed within the time-out goes to sleep, and sees nothing until it is woken.
 bool SimulatedBench::FallAsleep(DetectorEvents& events, int32_t sleepTimeOut) {
     mIdleMs += InFluoroscopy() ? kFluoroscopyPollMs : kPollMs;
     if (mAsleep || sleepTimeOut <= 0 || mIdleMs <= sleepTimeOut || !HasZrd(Kind())) return mAsleep;
@@ -199,7 +199,8 @@ bool SimulatedBench::Poll(DetectorEvents& events, int32_t sleepTimeOut) {
     if (FallAsleep(events, sleepTimeOut)) return true;
     const Step step = mSteps.front();
     if (step == Step::kExposure && !mAnnounced) return true;
-    // Taken before it happens: a handler may let the program go on and so come here again.
+    // The step is taken before its events are raised, because a handler may pump events and so call this
+    // again.
     mSteps.pop_front();
     Happen(step, events);
     return !ended;
@@ -213,7 +214,7 @@ void SimulatedBench::Happen(Step step, DetectorEvents& events) {
         if (row.step == step) (events.*row.signal).Raise(row.on);
 }
 
-/// The unit does what its console says. In fluoroscopy it has begun when the beam is on.
+/// Makes the exposure that the console has set. In fluoroscopy it begins when the beam goes on.
 void SimulatedBench::MakeExposure() {
     const std::optional<Technique> technique = mConsole();
     if (!technique) return End(std::string(text::kReasonNobody));

@@ -15,15 +15,14 @@ class SimulatedBench;
 
 /// Instruments in a simulated X-ray room.
 ///
-/// While a service runs, exposure follows exposure: the operator gets ready for some polls, sets the X-ray
-/// unit as the console says, and the unit makes the exposure. It is ready when `ExposureDone` reads so, and
-/// the poll after that delivers it. In fluoroscopy the pedal is held for some seconds, with the stop button
-/// enabled.
+/// During a run, exposure follows exposure: the operator prepares for some polls and sets the X-ray unit as
+/// the console says, and the unit makes the exposure. `ExposureDone` reports it, and the next poll delivers
+/// it. In fluoroscopy the pedal is held for some seconds, with the stop button enabled.
 ///
-/// The same seed gives the same readings on every machine. What is random about an exposure depends on the
-/// seed, on which exposure of which test it is, and on how often that was taken: neither a waveform that is
-/// fetched nor a test that is skipped changes another reading. Only what a fault of the room accumulates (a
-/// timer that drifts, a control that swings) goes on from exposure to exposure.
+/// The same seed gives the same readings on every machine. The random part of an exposure depends on the
+/// seed, on the test and the number of the exposure, and on how often it was repeated; so fetching a waveform
+/// or skipping a test changes no other reading. Only the accumulating faults of a room (a drifting timer, a
+/// swinging control) carry over from exposure to exposure.
 class SimulatedInstruments : public IInstruments {
   public:
     SimulatedInstruments(Room room, uint64_t seed, Console console);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kMsPerSecond = 1000;
 
-/// What an instrument can measure. Beyond it says so in words. (estimates)
+/// The range of an instrument. Beyond it the reading is an over-range or under-range mark. (estimates)
 struct Range {
     double lowest;
     double highest;
@@ -40,7 +40,7 @@ std::string Decimals(double value, std::string_view picture, const InstrumentSet
     return text;
 }
 
-/// Four digits, as an instrument shows that chooses its range by itself.
+/// Four digits, like an instrument that chooses its range itself.
 std::string FourDigits(double value, const InstrumentSettings& instruments) {
     struct PictureRow {
         double below;
@@ -54,7 +54,7 @@ std::string FourDigits(double value, const InstrumentSettings& instruments) {
     return Decimals(value, row == std::end(kPictures) ? "0" : row->picture, instruments);
 }
 
-/// The detector mode by the text that was sent for it.
+/// The detector mode, from the text that was sent.
 bool InMode(const SentSettings& sent, int32_t mode) {
     return EqualsIgnoringCase(sent.mode, DisplayText(kDetectorModes, mode));
 }
@@ -75,7 +75,7 @@ double PulsesOf(const Shot& shot) {
                                             : 0;
 }
 
-/// Rate in a time base of a dose that took so many seconds.
+/// The rate of a dose over some seconds, in a time base.
 double RateOf(double dose, double seconds, int32_t base, const Shot& shot) {
     if (base == kPerPulse) return PulsesOf(shot) > 0 ? dose / PulsesOf(shot) : 0;
     const auto row = std::find_if(std::begin(kTimeBases), std::end(kTimeBases),
@@ -89,8 +89,8 @@ struct Window {
     double share = 0;  ///< of the air kerma
 };
 
-/// The timer of the unit counts between 75 % of the voltage; the detector between the percentage it is set
-/// to, and after its delay. (the slopes are taken as straight lines)
+/// The unit's timer counts while the voltage is above 75 %; the detector while it is above the percentage
+/// that is set, and after its delay. (the slopes are taken as straight lines)
 Window MeasuredWindow(const Shot& shot, const SentSettings& sent) {
     constexpr double kUsualPercent = 75;
     const double percent = sent.percentKV > 0 ? sent.percentKV : kUsualPercent;
@@ -102,7 +102,7 @@ Window MeasuredWindow(const Shot& shot, const SentSettings& sent) {
     return {rest, whole > 0 ? rest / whole : 0};
 }
 
-/// What the detector makes of an exposure before it shows it.
+/// The values that the detector measures, before they become texts.
 struct Measured {
     double kv;
     double kvMax;
@@ -113,7 +113,7 @@ struct Measured {
 
 Measured MeasuredOf(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
                     RandomSource& random) {
-    constexpr double kRinging = 0.002;  // of the voltage at its front (estimate)
+    constexpr double kRinging = 0.002;  // fraction of the voltage at its front (estimate)
     const Window window = MeasuredWindow(shot, sent);
     Measured measured{};
     measured.kv = shot.kv * random.Around(instruments.kvNoisePercent / 100);
@@ -135,11 +135,11 @@ ZrdReading ReadZrd(const Shot& shot, const InstrumentSettings& instruments, cons
     const Measured measured = MeasuredOf(shot, instruments, sent, random);
     const bool fluoroscopy = InMode(sent, kFluoro);
     const Range& kvRange = InMode(sent, kMammo) ? kMammographyKv : kGeneralKv;
-    // Without enough radiation there is nothing to see at all.
+    // Without enough radiation the detector sees nothing.
     const std::string noDose = RangeWord(kDetectorMgy, measured.mGy);
     const std::string noKv = Either(noDose, RangeWord(kvRange, measured.kv));
     const std::string noTime = Either(noDose, RangeWord(kTimeMs, measured.timeMs));
-    // In fluoroscopy R, mGy and seconds, elsewhere mR, microgray and ms.
+    // Units: in fluoroscopy R, mGy and s; otherwise mR, µGy and ms.
     const double seconds = measured.timeMs / kMsPerSecond;
     const double inUnit = sent.exposureUnit == kUnitGy ? measured.mGy : measured.mGy / kMgyPerR;
     const double dose = fluoroscopy ? inUnit : inUnit * 1000;
@@ -237,15 +237,15 @@ double KpaOf(double shown, int32_t unit) {
     }
 }
 
-/// What the dosimeter takes for the air in its chamber: its sensors with their trim, or what the user set.
+/// The dosimeter's values for the air in its chamber: from its sensors with their trim, or set by the user.
 struct Air {
-    double temperature;  ///< in the unit that is shown
+    double temperature;  ///< in the displayed unit
     double pressure;
-    double factor;  ///< that the reading is corrected by
+    double factor;  ///< that corrects the reading
 };
 
 Air AirOf(const InstrumentSettings& instruments, const DosimeterSettings& settings) {
-    constexpr float kTrim = 1.2F;  // of the sensors when they left the factory
+    constexpr float kTrim = 1.2F;  // factory trim of the sensors
     constexpr int32_t kOn = 1;
     const auto sensorT = ShownTemperature(instruments.temperatureC, settings.temperatureUnit) +
                          static_cast<double>(settings.internalTemperatureOffset - kTrim);
@@ -272,7 +272,7 @@ double InDoseUnit(double coulomb, double coulombPerR, int32_t unit) {
 std::string DoseText(double value, int32_t unit, const InstrumentSettings& instruments) {
     constexpr int32_t kCoulomb = 3;
     if (unit != kCoulomb) return FourDigits(value, instruments);
-    std::string text = PlainText(value);  // far below what four digits after the point can show
+    std::string text = PlainText(value);  // too small for four digits after the point
     if (instruments.decimalComma) std::replace(text.begin(), text.end(), '.', ',');
     return text;
 }
@@ -286,7 +286,7 @@ PelomarkReading ReadPelomark(const Shot& shot, const InstrumentSettings& instrum
     const ChamberSettings& chamber = instruments.chamber;
     const double perR = ChamberChargePerR(chamber.volumeCm3, chamber.referenceTemperature);
     const double seconds = shot.timeMs / kMsPerSecond;
-    // Thinner air holds less charge; the leakage adds its own.
+    // Thinner air gives less charge; the leakage adds to it.
     const double charge = shot.airKermaMgy / kMgyPerR * perR /
                               AirDensityFactor(instruments.temperatureC, instruments.pressureKpa,
                                                chamber.referenceTemperature) *
@@ -353,7 +353,7 @@ std::string SampleWaveform(const Shot& shot, uint8_t type, double lengthMs, int3
     const bool current = type == kMaWaveform;
     const double level = current ? shot.ma : shot.kv;
     const double samplesPerSecond = points / lengthMs * kMsPerSecond;
-    // Ripple faster than the samples is seen as scatter between its ends.
+    // Ripple faster than the samples appears as scatter between its extremes.
     const bool scatter = shot.pulsesPerSecond * 2 > samplesPerSecond;
     constexpr double kNoise = 0.002;
     std::string text;

@@ -11,17 +11,17 @@
 
 namespace vorex {
 
-/// The readings of an exposure, in the units that were sent to them, with their noise and their
-/// resolution. What an instrument cannot measure reads over or under range.
+/// The readings of an exposure in the instruments' units, with their noise and resolution. A value outside an
+/// instrument's range reads over or under range.
 ZrdReading ReadZrd(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
                    RandomSource& random);
 PelomarkReading ReadPelomark(const Shot& shot, const InstrumentSettings& instruments,
                              const SentSettings& sent, RandomSource& random);
-/// `dose` is what the dose instrument next to the meter reads; empty without one.
+/// `dose` is the reading of the dose instrument used with the meter; empty without one.
 MasReading ReadMas(const Shot& shot, const InstrumentSettings& instruments, const SentSettings& sent,
                    const std::string& dose, RandomSource& random);
 
-/// So many samples over a length in ms, joined by ","; kV in tenths, mA in the meter's resolution.
+/// Samples over a length in ms, joined by ","; kV in tenths, mA in the meter's resolution.
 std::string SampleWaveform(const Shot& shot, uint8_t type, double lengthMs, int32_t points,
                            RandomSource& random);
 

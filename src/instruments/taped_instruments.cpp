@@ -33,7 +33,7 @@ Texts ToTexts(bool value) {
 Texts ToTexts(const std::string& value) {
     return {value};
 }
-/// Enough digits that the same number is read again.
+/// Enough digits to read back the same number.
 Texts ToTexts(float value) {
     std::array<char, 32> text{};
     const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
@@ -104,7 +104,7 @@ Reading ReadingFrom(const Texts& texts) {
 
 // -------------------------------------------------------------------------------------------- events
 
-/// An event of the service: how it is passed on from the instruments to the tape, and raised from the tape.
+/// An event of the service: how it goes from the instruments to the tape, and how it is raised from the tape.
 template <typename Argument, typename Value>
 struct EventRow {
     std::string_view name;
@@ -152,7 +152,7 @@ void ThrowIfFailed(const Texts& answer) {
 
 // ------------------------------------------------------------------------------------------- service
 
-/// A service whose measurements go over the tape; everything else goes to the instruments as it is.
+/// A service whose measurements go through the tape; all other calls go directly to the instruments.
 class TapedService final : public IDetectorService {
   public:
     TapedService(std::shared_ptr<IDetectorService> service, RunTape& tape)
@@ -222,7 +222,7 @@ class TapedService final : public IDetectorService {
     std::shared_ptr<IDetectorService> mService;
     RunTape& mTape;
     int64_t mPoll = 0;  ///< number of the poll that raises events
-    // Last, so that it goes first: the instruments' own session may live longer.
+    // Last, so that it is destroyed first: the instruments' session may live longer.
     std::vector<Connection> mConnections;
 };
 
@@ -244,8 +244,8 @@ void TapedService::RaiseFromTape(const RunNote& note) {
     });
 }
 
-/// A call whose answer is measured. While the tape is read it is made all the same, so that the instruments
-/// come along.
+/// A call whose answer is measured. It is made even while the tape is read, so that the instruments advance
+/// with the run.
 template <typename Value, typename Call>
 Value TapedService::Ask(std::string_view operation, const Value& ordinary, Call&& call) {
     const int64_t number = mTape.Count(operation);
@@ -280,7 +280,7 @@ bool TapedService::Poll(int32_t sleepTimeOut, int32_t shutdownTimeOut) {
     } catch (const std::exception& error) {
         failure = error.what();
     }
-    // Instruments that stay silent now: the tape alone says what they said.
+    // The instruments' own events are dropped: while the tape is read, all events come from it.
     while (mTape.Reading()) {
         const auto note = mTape.NextEvent(number);
         if (!note) break;
@@ -292,7 +292,7 @@ bool TapedService::Poll(int32_t sleepTimeOut, int32_t shutdownTimeOut) {
         ThrowIfFailed(answer);
         return answer.empty();
     }
-    // Where the tape was used up inside this poll, the rest of it is the instruments' again.
+    // If the tape ended in this poll, the rest of the poll comes from the instruments.
     if (failure) {
         mTape.Note(kPoll, number, {std::string(kFailed), *failure});
         throw std::runtime_error(*failure);

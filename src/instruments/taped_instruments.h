@@ -16,38 +16,37 @@
 
 namespace vorex {
 
-/// What was measured in a run, call by call. A run that is new writes it; a run that is resumed reads it
-/// until it is used up, and writes from there on.
+/// The measurements of a run, call by call. A new run writes them; a resumed run reads them to the end and
+/// then writes on.
 ///
-/// A run asks its instruments in the same order whenever it starts from the same file and the same operator.
-/// So the count of the calls is a place in the run, and nothing else need be kept of the program.
+/// A run that starts with the same file and the same operator makes the same calls in the same order. So the
+/// number of calls identifies a point in the run, and no other state of the program has to be kept.
 class RunTape {
   public:
-    /// Answers with these notes first; the last of them was written in the poll of that number. [before the
-    /// run]
+    /// Answers with these notes first; the last of them was written in that poll. [before the run]
     void Rewind(std::vector<RunNote> notes, int64_t lastPoll);
     bool Reading() const { return mReading; }
-    /// The notes are used up: instruments and clock answer from now on.
+    /// Ends the replay: instruments and clock answer from now on.
     void GoOn() { mReading = false; }
 
     /// Number of the last poll: how far the run has come.
     int64_t Polls() const;
-    /// A run that polls again after its last note has left the tape.
+    /// A run that polls beyond the last recorded poll during the replay has left the tape.
     void BreakBehind(int64_t poll) { mBroken = mBroken || (mReading && poll > mLastPoll); }
-    /// The number of the call that begins now.
+    /// The number of the present call.
     int64_t Count(std::string_view operation);
     void Note(std::string_view operation, int64_t call, std::vector<std::string> values);
-    /// Takes the note of a call; an empty list when the call answered the ordinary.
+    /// Takes the note of a call; an empty list when the call had the ordinary answer.
     std::vector<std::string> Read(std::string_view operation, int64_t call);
-    /// Takes the event that is next, when this poll raised it; nothing when it did not.
+    /// Takes the next event if it belongs to this poll; otherwise nothing.
     std::optional<RunNote> NextEvent(int64_t poll);
-    /// What was written since it was asked last.
+    /// The notes written since the last call.
     std::vector<RunNote> TakeNotes() { return std::exchange(mWritten, {}); }
 
-    /// Tells, or reads, what the clock says.
+    /// Records the time of the clock, or reads it from the tape.
     std::string Clock(std::string now);
 
-    /// The run has left the tape: its instruments answer no more.
+    /// Called when the run has left the tape: its instruments do not answer any more.
     void Break() { mBroken = true; }
     bool Broken() const { return mBroken; }
 
@@ -62,8 +61,8 @@ class RunTape {
 };
 
 /// Instruments with a tape. While the tape is read, its answers replace those of the instruments, which get
-/// the same calls. So deterministic instruments are in the right state when the tape ends; others, which have
-/// no exposure to measure during the replay, are ready for the next one.
+/// the same calls. So deterministic instruments are in the right state when the tape ends; others have
+/// nothing to measure during the replay and are ready for the next exposure.
 class TapedInstruments final : public IInstruments {
   public:
     /// The tape must outlive the services.

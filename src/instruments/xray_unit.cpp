@@ -25,7 +25,7 @@ struct Point {
     double y;
 };
 
-/// The line through the two points of a table next to x; beyond the table its end lines go on.
+/// Linear interpolation between the two points of a table next to x; beyond the table, extrapolation.
 template <std::size_t N>
 double Interpolated(const Point (&table)[N], double x) {
     const auto last = std::prev(std::end(table));
@@ -36,7 +36,7 @@ double Interpolated(const Point (&table)[N], double x) {
     return a.y + (upper->y - a.y) * (x - a.x) / (upper->x - a.x);
 }
 
-/// Output of tungsten behind added aluminium: factor * kVp^exponent, mR/mAs at 1 m. (computed)
+/// Output of tungsten with added aluminium: factor * kVp^exponent, mR/mAs at 1 m. (computed)
 struct OutputRow {
     double filtrationMm;
     double factor;
@@ -45,7 +45,7 @@ struct OutputRow {
 constexpr OutputRow kTungstenOutput[] = {
     {1.0, 1.097e-3, 1.986}, {1.5, 6.04e-4, 2.090}, {2.5, 2.10e-4, 2.273}};
 
-/// Half-value layer behind +1.5 mm Al against kVp. (computed)
+/// Half-value layer with +1.5 mm Al against kVp. (computed)
 constexpr Point kTungstenHvl[] = {{50, 2.05}, {60, 2.48},  {70, 2.87},  {80, 3.28},
                                   {90, 3.67}, {100, 4.06}, {110, 4.43}, {120, 4.79}};
 constexpr double kHvlFiltrationMm = 1.5;
@@ -68,7 +68,7 @@ struct MammographyRow {
 };
 constexpr double kMammographyCm = 50;
 // Output of Mo/Mo and Mo/Rh published, of Rh/Rh an estimate; exponents computed; half-value layer published.
-// The two published outputs of Mo/Rh, 0.1540 at 29 kV and 0.1830 at 31 kV, are met at their mean.
+// Mo/Rh uses the mean of the two published outputs, 0.1540 at 29 kV and 0.1830 at 31 kV.
 constexpr MammographyRow kMammography[] = {
     {"Mo/Mo", 0.172, 28, 3.2, 0.01, 0.08},
     {"Mo/Rh", 0.1679, 29.98, 3.5, 0.0067, 0.2333},
@@ -85,7 +85,7 @@ const MammographyRow* FindBeam(std::string_view targetFilter) {
     return row == std::end(kMammography) ? nullptr : row;
 }
 
-/// Ripple that is usual, and pulses per second at 60 Hz. (published; the inverter's pulses are not counted)
+/// Usual ripple, and pulses per second at 60 Hz. (published; the inverter's pulses are not counted)
 struct GeneratorRow {
     Generator generator;
     double ripple;
@@ -103,7 +103,7 @@ const GeneratorRow& RowOf(Generator generator) {
                          [&](const GeneratorRow& row) { return row.generator == generator; });
 }
 
-// The abdomen phantom that the published entrance rate belongs to, in PMMA.
+// The abdomen phantom of the published entrance rate, in PMMA.
 constexpr double kReferencePhantomCm = 20;
 
 // The accepted phantom of mammography, and how much more of it doubles the mAs. (estimate)
@@ -160,8 +160,7 @@ double RippleShape(double ripple, double phase) {
 }
 
 double PracticalPeakFactor(double ripple) {
-    // The mean of the voltage, weighted with what it contributes to the air kerma, about its square.
-    // (estimate)
+    // The mean of the voltage, weighted by its contribution to the air kerma, about its square. (estimate)
     constexpr int kSteps = 64;
     double weights = 0;
     double sum = 0;
@@ -197,7 +196,7 @@ std::string XrayUnit::Refusal(const Technique& technique) const {
     return {};
 }
 
-/// What a station delivers of the mA that it shows: a scatter that stays, and the faults of the room.
+/// The actual mA of a station: with a fixed random deviation, and the faults of the room.
 double XrayUnit::StationFactor(double ma) const {
     RandomSource station(mSeed, static_cast<uint64_t>(std::llround(ma * kMsPerSecond)));
     double factor = station.Around(mSettings.maVariationPercent / 100);
@@ -217,8 +216,8 @@ double XrayUnit::TimerMs(double setMs) {
     return time;
 }
 
-/// The control holds the dose behind the phantom, so a weaker or harder beam changes the mAs and not the
-/// dose.
+/// The control keeps the dose after the phantom constant, so a weaker or harder beam changes the mAs and not
+/// the dose.
 double XrayUnit::AecMas(const Technique& technique, RandomSource& random) {
     const std::string_view beam =
         technique.targetFilter.empty() ? kMammographyNames[0] : std::string_view(technique.targetFilter);
@@ -231,7 +230,7 @@ double XrayUnit::AecMas(const Technique& technique, RandomSource& random) {
 }
 
 void XrayUnit::ExposeOnce(const Technique& technique, RandomSource& random, Shot& shot) {
-    constexpr double kUsualMa = 100;  // where only the mAs is told
+    constexpr double kUsualMa = 100;  // if only the mAs is given
     const double setMa = technique.ma > 0 ? technique.ma : kUsualMa;
     shot.ma = setMa * StationFactor(setMa);
     if (technique.timed) {
@@ -239,7 +238,7 @@ void XrayUnit::ExposeOnce(const Technique& technique, RandomSource& random, Shot
         shot.mas = shot.ma * shot.timeMs / kMsPerSecond;
         return;
     }
-    // The unit integrates what the tube draws, and ends the exposure at the mAs.
+    // The unit integrates the tube current, and ends the exposure at the mAs.
     shot.mas = technique.automatic ? AecMas(technique, random) : technique.mas;
     shot.timeMs = shot.mas / shot.ma * kMsPerSecond;
 }
@@ -279,7 +278,7 @@ Shot XrayUnit::Expose(const Technique& technique, double heldSeconds, RandomSour
 
     double output = 0;
     if (mKind == UnitKind::kMammographic) {
-        // Measured outputs: the ripple of their generators is in them.
+        // These outputs were measured, so they include the ripple of their generators.
         const std::string_view beam =
             technique.targetFilter.empty() ? kMammographyNames[0] : std::string_view(technique.targetFilter);
         output = MammographyOutput(beam, shot.kv);

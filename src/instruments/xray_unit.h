@@ -11,7 +11,7 @@
 
 namespace vorex {
 
-/// What an exposure was in truth, before any instrument looked at it.
+/// The true values of an exposure, before any instrument measures it.
 struct Shot {
     UnitKind unit = UnitKind::kRadiographic;
     double kv = 0;               ///< peak voltage
@@ -31,12 +31,12 @@ struct Shot {
 /// A virtual X-ray unit.
 class XrayUnit {
   public:
-    /// The seed settles what is fixed for the life of the unit: how its mA stations differ.
+    /// The seed determines how the unit's mA stations differ, which never changes.
     XrayUnit(const UnitSettings& settings, UnitKind kind, uint64_t seed);
 
-    /// Why the unit would not make the exposure; empty when it would.
+    /// Why the unit refuses the exposure; empty when it does not.
     std::string Refusal(const Technique& technique) const;
-    /// Makes an exposure; `heldSeconds` is how long the pedal of fluoroscopy is held.
+    /// Makes an exposure; in fluoroscopy, `heldSeconds` is how long the pedal is held.
     Shot Expose(const Technique& technique, double heldSeconds, RandomSource& random);
 
   private:
@@ -56,24 +56,24 @@ class XrayUnit {
 /// mGy in air of 1 R: 2.58e-4 C/kg times 33.97 J/C.
 inline constexpr double kMgyPerR = 8.76;
 
-/// Targets and filters of a unit, "Mo/Mo" the first of a mammographic one.
+/// Targets and filters of a unit; the first of a mammographic unit is "Mo/Mo".
 std::span<const std::string_view> TargetFiltersOf(UnitKind kind);
 
 // Each of these is a line of docs/PHYSICS.md.
 
-/// Air kerma in mGy per mAs at 1 m behind tungsten and so much added aluminium, constant potential.
+/// Air kerma in mGy per mAs at 1 m, tungsten with added aluminium, constant potential.
 double TungstenOutput(double kv, double addedFiltrationMm);
 /// Half-value layer in mm Al of the same beam.
 double TungstenHvl(double kv, double addedFiltrationMm);
 /// Air kerma in mGy per mAs at 1 m of a mammographic tube; 0 for a target/filter without data.
 double MammographyOutput(std::string_view targetFilter, double kv);
 double MammographyHvl(std::string_view targetFilter, double kv);
-/// Output and half-value layer against those of constant potential at the same peak voltage.
+/// Output and half-value layer relative to constant potential at the same peak voltage.
 double RippleOutputFactor(double ripple);
 double RippleHvlFactor(double ripple);
-/// Practical peak voltage against the peak voltage.
+/// Practical peak voltage relative to the peak voltage.
 double PracticalPeakFactor(double ripple);
-/// Voltage against its peak at a phase of the ripple, which has a period of 1.
+/// Voltage relative to its peak, at a phase of the ripple with period 1.
 double RippleShape(double ripple, double phase);
 
 }  // namespace vorex

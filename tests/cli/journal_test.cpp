@@ -268,7 +268,7 @@ TEST_F(JournalTest, AScriptThatCannotBeFollowedLosesNoExposure) {
     EXPECT_EQ(RunFile("s.xml", "r.jsonl", "redo 1"), kExitUsage);
     EXPECT_FALSE(Exists("out.xml.journal")) << "nothing was measured";
     EXPECT_EQ(RunFile("s.xml", "r.jsonl", "start,redo 7"), kExitUsage);
-    EXPECT_NE(err.find("goes on from there"), std::string::npos) << err;
+    EXPECT_NE(err.find("continues the run"), std::string::npos) << err;
     EXPECT_EQ(Resume("next"), kExitPassed) << err;
     result.load_file(Path("out.xml").c_str());
     EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81");
