@@ -27,7 +27,7 @@ std::string Joined(const std::string& target, const std::string& filter) {
     return target.empty() && filter.empty() ? std::string() : target + "/" + filter;
 }
 
-/// A thickness is told in cm; any other text describes the phantom, and leaves it to the room.
+/// A thickness in cm; with any other text the phantom is the room's.
 std::optional<double> ThicknessCm(const std::string& text) {
     constexpr std::string_view kUnit = "cm";
     const std::string_view words = Trimmed(text);
@@ -37,7 +37,7 @@ std::optional<double> ThicknessCm(const std::string& text) {
     return ReadNumber(number);
 }
 
-/// Tests whose table leaves the machine settings alone: one setting for all exposures.
+/// Tests without machine settings in their table: one setting for all exposures.
 void SetOnce(const CConfigCommon& config, uint8_t, Technique& to) {
     to.kv = static_cast<double>(config.pMachineKV);
     to.ma = static_cast<double>(config.pMachineMA);
@@ -73,7 +73,7 @@ void SetFluoroscopy(const CConfigCommon& config, uint8_t row, Technique& to) {
     to.pulsed = config.pMeasurementFluoroType == kPulsed;
 }
 
-/// The brightness control drives the rate; the phantom is in the beam.
+/// The brightness control sets the rate, with the phantom in the beam.
 void SetEntranceRate(const CConfigCommon& config, uint8_t row, Technique& to) {
     SetFluoroscopy(config, row, to);
     to.automatic = true;
@@ -103,7 +103,7 @@ void SetOutput(const CConfigCommon& config, uint8_t row, Technique& to) {
     SetOnce(config, row, to);
     to.unit = UnitKind::kMammographic;
     to.mas = CellNumber(config.machineMas, row);
-    // The mAs in the time that the test asks for.
+    // The mA that gives the mAs in the time of the test.
     to.ma = to.timeMs > 0 ? to.mas * kMsPerSecond / to.timeMs : 0;
     to.distanceCm = static_cast<double>(config.pMachineSDD);
     to.targetFilter = Joined(config.pMachineAnode, config.pMachineFilter);

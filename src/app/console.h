@@ -7,8 +7,8 @@
 
 namespace vorex {
 
-/// What an operator sets on the X-ray unit for an exposure of a test, as the guide's lines ask for it. Rows
-/// of the exposure table count from 0.
+/// The settings of the X-ray unit for an exposure of a test, as the guide's lines request them. Rows of the
+/// exposure table count from 0.
 Technique TechniqueOf(const CConfigCommon& config, uint8_t row);
 
 }  // namespace vorex

@@ -9,7 +9,7 @@ namespace vorex {
 inline constexpr std::string_view kStandards = "standards";
 inline constexpr std::string_view kLanguages = "languages";
 
-/// Folders that hold the data of a kind, as installed with the running program.
+/// Folders with a kind of data that is installed with the running program.
 std::vector<std::filesystem::path> DataFolders(std::string_view kind);
 
 }  // namespace vorex

@@ -7,17 +7,17 @@
 #include "execution/test_mqsa.h"
 #include "foundation/host_contract.h"
 
-// Walks over the elements of a file.
+// Traversal of the elements of a file.
 
 namespace vorex {
 
-/// Visits elements and everything below them, each group before its children.
+/// Visits elements and all elements below them, each group before its children.
 void ForEachElement(const std::vector<std::shared_ptr<ITestElement>>& elements,
                     const std::function<void(const std::shared_ptr<ITestElement>&)>& visit);
 
 std::vector<std::shared_ptr<CTestMQSA>> SurveysOf(const std::vector<std::shared_ptr<ITestElement>>& elements);
 
-/// Gives each group the status that its children come to.
+/// Gives each group the combined status of its children.
 void RollUpGroups(const std::vector<std::shared_ptr<ITestElement>>& elements,
                   const ISelectedStandards* selected);
 

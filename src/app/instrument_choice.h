@@ -15,26 +15,26 @@ namespace vorex {
 /// A simulated X-ray room.
 struct SimulatedRoom {
     uint64_t seed = 1;
-    std::filesystem::path room;  ///< empty: a good one
+    std::filesystem::path room;  ///< empty: a good room
     bool operator==(const SimulatedRoom&) const = default;
 };
 
-/// What instruments once answered.
+/// A recording of instruments.
 struct RecordedBench {
     std::filesystem::path file;
     bool operator==(const RecordedBench&) const = default;
 };
 
-/// The instruments of a run; none suffice for a file that measures nothing.
+/// The instruments of a run; a file that measures nothing needs none.
 using InstrumentChoice = std::variant<std::monostate, SimulatedRoom, RecordedBench>;
 
 /// Reads "simulated", "simulated:SEED", "recording:FILE" or "". Raises std::runtime_error.
 InstrumentChoice ReadInstruments(std::string_view text);
-/// The same text, with a name of the file that holds in every folder.
+/// The same text, with an absolute file name.
 std::string InstrumentText(const InstrumentChoice& choice);
 
-/// Raises FileError for a room or recording that cannot be read. Simulated instruments ask the console what
-/// is set for an exposure.
+/// Raises FileError for a room or recording that cannot be read. Simulated instruments get the settings of an
+/// exposure from the console.
 std::unique_ptr<IInstruments> MakeInstruments(const InstrumentChoice& choice, Console console);
 
 }  // namespace vorex

@@ -7,7 +7,7 @@ namespace vorex {
 
 namespace {
 
-/// The statuses of the row that was stored last, a digit each.
+/// The statuses of the last stored row, a digit each.
 std::string StatusesOf(const ITestElement& element) {
     std::string statuses;
     const auto result = element.Result();
@@ -60,7 +60,7 @@ void JournalKeeper::Stored(const StoredExposure& stored, const OperatorPlace& pl
     try {
         mJournal->Append(record);
     } catch (const std::exception& error) {
-        // The measurement goes on: what follows is as safe as it was without a journal.
+        // The measurement continues without the journal.
         mFault = std::string(error.what()) + "; the exposures from " + NameOf(record) + " on are not in it";
     }
 }
@@ -70,7 +70,7 @@ void JournalKeeper::Follow(const JournalRecord& record) {
     kept.notes.clear();
     if (record != kept) {
         mTape.Break();
-        mFault = "the readings, statuses or steps of " + NameOf(kept) + " are others now";
+        mFault = "the readings, statuses or steps of " + NameOf(kept) + " have changed";
         return;
     }
     if (++mNext == mRecords.size()) mTape.GoOn();
@@ -84,7 +84,7 @@ std::string JournalKeeper::WayLost() const {
         what = "it ended before " + NameOf(mRecords[mNext]);
     else
         return {};
-    return mJournal->Path().string() + ": the run does not come again as it was: " + what +
+    return mJournal->Path().string() + ": the run could not be repeated as it was: " + what +
            "; the journal stays. Were the settings, the script or the program changed?";
 }
 

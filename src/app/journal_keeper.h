@@ -12,22 +12,24 @@
 
 namespace vorex {
 
-/// How far the operator of a run has come.
+/// The progress of the operator in a run.
 struct OperatorPlace {
     std::size_t opened = 0;  ///< guides so far
     std::size_t steps = 0;   ///< at the last of them
 };
 
-/// Keeps the journal of a run, and leads a resumed run through what its journal holds: the run begins again
-/// on the tape of the journal, is compared with it exposure by exposure, and goes on where it ends.
+/// Keeps the journal of a run, and leads a resumed run through its journal: the run starts again with the
+/// recorded answers, each exposure is compared with the journal, and the run continues where the journal
+/// ends.
 class JournalKeeper {
   public:
     explicit JournalKeeper(RunTape& tape) : mTape(tape) {}
 
-    /// From now on what is stored goes to the journal. The platform must outlive the keeper. [before the run]
+    /// From now on everything that is stored goes to the journal. The platform must outlive the keeper.
+    /// [before the run]
     void Keep(std::unique_ptr<RunJournal> journal, IPlatform& platform);
     bool Keeping() const { return mJournal != nullptr; }
-    /// Begins with the records of a journal. [after `Keep`]
+    /// Replays the records of a journal first. [after `Keep`]
     void Replay(const JournalContent& content);
 
     /// Called with everything that is stored, before it is shown.
@@ -35,9 +37,9 @@ class JournalKeeper {
 
     /// Why the journal could not be kept to the end; empty when it could.
     const std::string& Fault() const { return mFault; }
-    /// How the run left its journal, which ended it; empty when it did not.
+    /// How the run differed from its journal, which ended it; empty when it did not differ.
     std::string WayLost() const;
-    /// The result is saved. Raises FileError.
+    /// Call when the result is saved. Raises FileError.
     void Finish();
     /// The journal that would be lost with the run; empty when there is none.
     std::string Needed() const;

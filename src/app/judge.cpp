@@ -9,13 +9,13 @@
 #include "mqsa/result_mqsa.h"
 #include "results/result_common.h"
 
-// Judging stored results again.
+// Judges stored results again.
 
 namespace vorex {
 
 namespace {
 
-/// A result whose statuses all stay keeps its note of who judged it, and when.
+/// A result whose statuses do not change keeps its record of who judged it, and when.
 void JudgeResult(ITestElement& element, CResultCommon& result, const ISelectedStandards* selected,
                  IAppListener& listener) {
     const Statuses before = StatusesOf(result);
@@ -49,7 +49,7 @@ void JudgeSurvey(const std::shared_ptr<ITestElement>& element, const ISelectedSt
 
 void OpenFile::Judge(IAppListener& listener) {
     const auto selected = mFile->Selected();
-    // The surveys come last: one may precede the tests that count for it.
+    // The surveys are last, because a survey may precede the tests that count for it.
     ForEachElement(Elements(), [&](const auto& element) { JudgeTest(element, selected.get(), listener); });
     ForEachElement(Elements(), [&](const auto& element) { JudgeSurvey(element, selected.get()); });
     for (const auto& element : Elements())

@@ -16,14 +16,14 @@ namespace vorex {
 
 namespace {
 
-/// The expression of a limit: both sides have the same, which `FormFault` checks.
+/// The expression of a limit; `FormFault` checks that both sides have the same.
 LimitExpression FormOf(const StandardLimit& limit) {
     return LimitExpressionOf((limit.low.IsSet() ? limit.low : limit.high).expression);
 }
 
 /// True when a limit judges the numbers of a column.
 bool Judges(const StandardLimit& limit, const CMeasurement& column) {
-    // The adjacent marking becomes part of the key only while a test is judged.
+    // The adjacent mark becomes part of the key only while a test is judged.
     const std::string_view wanted = limit.key == key::kErAdjacent ? key::kErNonAdjacent : limit.key;
     return IsVariationRow(column.RawKey()) == RowOf(FormOf(limit)).judgesVariation &&
            LimitKeyOf(column.RawKey()) == wanted;
@@ -34,7 +34,7 @@ std::string UnitOf(const CMeasurement& column) {
     return DefaultUnitText(column.RawUnit());
 }
 
-/// What a column's number has to be multiplied by where only the time base of the units differs.
+/// The factor for a column's number when the units differ only in their time base.
 struct TimeBase {
     std::string_view name;
     double seconds;
@@ -55,12 +55,12 @@ std::optional<double> Conversion(std::string_view from, std::string_view to) {
     return *toSeconds / *fromSeconds;
 }
 
-/// The unit that the numbers of a limit are in, as its form asks for.
+/// The unit of a limit's numbers, according to its form.
 std::string UnitOfNumbers(const StandardLimit& limit, const CMeasurement& column) {
     return LimitNumberUnitOf(FormOf(limit), UnitOf(column));
 }
 
-/// Voltage of all exposures of a test; nothing where each has its own.
+/// Voltage of all exposures of a test; nothing if each has its own.
 std::optional<double> VoltageOf(const CConfigCommon& config) {
     if (kWithOneKv.Has(config.pTestID)) return NumberOf(config.pMachineKV);
     if (config.pTestID == kMammoAec) return ReadNumber(config.pNominalKV);
@@ -78,7 +78,7 @@ std::optional<double> ValueAt(const std::vector<VoltagePoint>& points, double kv
     return std::nullopt;
 }
 
-/// The columns that a test can have, each once for every unit that it can be in.
+/// The columns that a test can have, each once per possible unit.
 MeasurementRow PossibleColumns(int32_t testId) {
     constexpr int32_t kRateBases = 4;
     MeasurementRow columns;
@@ -143,7 +143,7 @@ class Fitting {
   public:
     Fitting(const StandardLimit& limit, const CConfigCommon& config) : mConfig(config), mFitted(limit) {}
 
-    /// Why the limit cannot judge the element; empty when it can, and then `Result` has it.
+    /// Why the limit cannot judge the element; empty when it can, then `Result` returns the fitted limit.
     std::string Fault() {
         const MeasurementRow columns = BuildColumns(mConfig);
         const auto at = std::find_if(columns.begin(), columns.end(),
@@ -161,7 +161,7 @@ class Fitting {
             if (std::string fault = TakeValue(*side, kv); !fault.empty()) return fault;
             if (side->value) side->value = PlainValue(*side->value * *factor);
         }
-        // A person who sets another voltage later sees which one the number is for.
+        // The unit names the voltage, so that the number is not mistaken after the voltage changes.
         if (byVoltage) mFitted.unit += " at " + PlainText(kv) + " kV";
         return {};
     }
@@ -177,13 +177,13 @@ class Fitting {
     }
 
   private:
-    /// The unit of the detector's exposures; empty for instruments whose unit the derived values do not see.
+    /// The unit of the detector's exposures; empty for instruments whose unit the derived values do not use.
     std::string Readings() const {
         if (!HasZrd(mConfig.DetectorName)) return {};
         return mConfig.pMeasurementExposure == kUnitR ? "R" : "Gy";
     }
 
-    /// Takes a number by voltage at the voltage; why there is none.
+    /// Looks a number up by the voltage; returns why there is none.
     static std::string TakeValue(StandardSide& side, double kv) {
         if (side.byVoltage.empty()) return {};
         side.value = ValueAt(side.byVoltage, kv);

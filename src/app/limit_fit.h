@@ -11,12 +11,12 @@
 
 namespace vorex {
 
-/// Why no element of a test could be judged by a limit as it is stated; empty when one could.
+/// Why a limit cannot judge any element of a test; empty when it can judge some.
 std::string LimitFault(int32_t testId, const StandardLimit& limit);
 
-/// The limit as an element with this configuration has it: converted to the unit of the column, a number by
-/// voltage taken at the voltage that is set, and for test 700 one for each exposure. Nothing for a limit that
-/// cannot judge the element; the reason goes to `report`.
+/// The limit fitted to an element with this configuration: converted to the unit of the column, with a number
+/// by voltage for the set voltage, and for test 700 one limit per exposure. Nothing for a limit that cannot
+/// judge the element; the reason goes to `report`.
 std::vector<StandardLimit> FitLimit(const StandardLimit& limit, const CConfigCommon& config,
                                     const std::function<void(const std::string&)>& report);
 

@@ -13,35 +13,35 @@ namespace vorex {
 
 enum class FaultSource {
     kGuide,        ///< a message that the guide showed to the person
-    kInstruments,  ///< what an instrument did wrong
-    kPlatform,     ///< a window waited for nothing and was closed
+    kInstruments,  ///< a fault of an instrument
+    kPlatform,     ///< a window was closed because no event could come
     kJournal,      ///< the journal of the run is not complete
-    kStandard,     ///< a standard that cannot be read, or a limit that has no place
-    kSurvey,       ///< a survey that cannot be judged to its end
+    kStandard,     ///< a standard that cannot be read, or a limit that fits no element
+    kSurvey,       ///< a survey that cannot be judged completely
 };
 
-/// Something that went wrong and did not end the work on the file.
+/// A fault that did not end the work on the file.
 struct AppFault {
     FaultSource source;
     int32_t element = 0;  ///< ID of the element that it is about; 0 for none
     std::string text;
 };
 
-/// What a program learns while it works on a file. The defaults do nothing.
+/// Notifications for a program that works on a file. The defaults do nothing.
 class IAppListener {
   public:
     virtual ~IAppListener() = default;
     virtual void ElementBegins(const ITestElement& /*element*/) {}
     /// The result of the element is stored.
     virtual void ElementEnded(const ITestElement& /*element*/) {}
-    /// An instrument's row or a waveform is stored, and is in the journal if there is one. The guide does not
+    /// An instrument's row or a waveform is stored, and is in the journal if there is one; the guide does not
     /// show it yet.
     virtual void ExposureStored(const StoredExposure& /*stored*/) {}
     virtual void VerdictChanged(const VerdictChange& /*change*/) {}
     virtual void Faulted(const AppFault& /*fault*/) {}
-    /// A resumed run has reached the end of its journal: what follows is new.
+    /// A resumed run has reached the end of its journal: from now on everything is new.
     virtual void CaughtUp() {}
-    /// The person's answer to a question of the guide; nothing leaves the question to the platform.
+    /// The answer to a question of the guide; nothing lets the platform ask the person.
     virtual std::optional<bool> Asked(std::string_view /*question*/) { return std::nullopt; }
 };
 

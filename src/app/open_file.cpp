@@ -18,7 +18,7 @@ std::unique_ptr<OpenFile> OpenFile::New(int32_t testId) {
     const auto element = CreateTestElement(testId);
     if (const auto config = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()))
         config->DefaultValues(testId);
-    // A clone, as every new test is one of its template: cloning takes the site's defaults.
+    // Cloned, like every new test, because cloning takes the site's defaults.
     const auto test = element->Clone();
     element->Terminate();
     test->ID(1);

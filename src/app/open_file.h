@@ -22,7 +22,7 @@ enum class FileVerdict {
 
 struct AddedStandard {
     StandardName name;
-    bool selected = false;  ///< the file lets it judge
+    bool selected = false;  ///< the file selects it
 };
 
 /// An element file that is open in a session. Several can be open at once. The session must outlive it.
@@ -35,33 +35,33 @@ class OpenFile {
     /// The same from a text; the name is for messages.
     static std::unique_ptr<OpenFile> FromText(std::string_view text, const std::string& name);
 
-    /// As it was opened; for messages.
+    /// The name it was opened with, for messages.
     const std::string& Name() const { return mName; }
     ElementFile& File() { return *mFile; }
     const ElementFile& File() const { return *mFile; }
     const std::vector<std::shared_ptr<ITestElement>>& Elements() const { return mFile->Elements(); }
 
-    /// Raises FileError; the file on disk is as before then.
+    /// Raises FileError; then the file on disk is unchanged.
     void Save(const std::filesystem::path& path) { mFile->Save(path); }
-    /// What `Save` would write.
+    /// The text that `Save` would write.
     std::string Text() { return mFile->Text(); }
 
     /// ID of the first element that measures; nothing when a run of the file needs no instruments.
     std::optional<int32_t> FirstMeasuring() const;
     FileVerdict Verdict() const;
-    /// The surveys that could not be judged to their end, and why.
+    /// The surveys that could not be judged completely, and why.
     std::vector<AppFault> SurveyFaults() const;
 
-    /// Judges stored results again against the limits of the file: surveys are recalculated, groups rolled
-    /// up. A group without a result gets one when a child has one.
+    /// Judges stored results again by the limits of the file, recalculates surveys, and updates groups. A
+    /// group without a result gets one when a child has one.
     void Judge(IAppListener& listener);
 
-    /// Puts a standard, NAME or NAME:VERSION, into the elements that it has limits for, in place of what they
-    /// have of it; with IDs, into these elements and those below them only. Limits without a place are
+    /// Puts a standard, NAME or NAME:VERSION, into the elements that it has limits for, replacing its earlier
+    /// limits; with IDs, only into these elements and those below them. Limits that fit no element are
     /// faults. Raises std::runtime_error when there is no such standard or it fits no element.
     AddedStandard AddStandard(StandardsLibrary& library, const std::string& wanted,
                               std::span<const int32_t> ids, IAppListener& listener);
-    /// Chooses the standards that judge. Raises std::runtime_error for one that no element has.
+    /// Chooses the standards that judge. Raises std::runtime_error for a standard that no element has.
     void SelectStandards(std::span<const std::string> wanted);
 
   private:

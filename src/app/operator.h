@@ -5,16 +5,16 @@
 
 namespace vorex {
 
-/// Who operates the guides of a run: a script, or a person. The platform brings both to the guide; a run only
-/// asks how far they have come. The defaults are those of a person at a window.
+/// The operator of the guides of a run: a script, or a person. The platform connects either to the guide; a
+/// run only asks for their progress. The defaults are for a person at a window.
 class IOperator {
   public:
     virtual ~IOperator() = default;
-    /// Steps taken at the guide that was opened last.
+    /// Steps taken at the last opened guide.
     virtual std::size_t StepsTaken() const { return 0; }
     /// True when no further element may begin.
     virtual bool Ended() const { return false; }
-    /// Why the operator could not go on; empty when nothing was wrong.
+    /// Why the operator could not continue; empty for no fault.
     virtual std::string Error() const { return {}; }
 };
 

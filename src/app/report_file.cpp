@@ -74,7 +74,7 @@ std::string Today() {
     return PlainText(static_cast<int32_t>(date.year)) + "-" + two(date.month) + "-" + two(date.day);
 }
 
-/// What is tested gives the report its title.
+/// The title of a report, from the tested elements.
 std::string TitleOf(const ElementFile& file, const ITextService& texts) {
     const auto& roots = file.Elements();
     if (roots.size() == 1 && roots.front()->Info()) {
@@ -110,7 +110,7 @@ void AddTests(const std::vector<std::shared_ptr<ITestElement>>& elements, std::s
     }
 }
 
-/// The clauses of a standard that speak of these tests, each once.
+/// The clauses of a standard for these tests, each once.
 std::string ClausesOf(const StandardFile& standard, const std::set<int32_t>& tests) {
     std::set<std::string> clauses;
     for (const StandardLimit& limit : standard.limits)
@@ -165,7 +165,7 @@ void WriteReport(const ElementFile& file, const StandardsLibrary& library, const
     const auto instruments = file.Instruments();
     const auto standards = StandardsOf(file, library);
     const auto particulars = Particulars(file, report);
-    // Results are told of by whoever prints them, and know nothing of their elements.
+    // Results do not know their elements, so they are found here.
     std::unordered_map<const IResultData*, const ITestElement*> elements;
     ForEachElement(file.Elements(),
                    [&](const auto& element) { elements[element->Result().get()] = element.get(); });

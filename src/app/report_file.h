@@ -16,15 +16,14 @@ struct ReportOptions {
     bool failuresOnly = false;
     bool waveforms = false;
     std::string paper = "A4";
-    std::optional<std::string> language;  ///< without one: that of the program
+    std::optional<std::string> language;  ///< default: that of the program
 };
 
-/// Raises std::runtime_error for a report whose form its name does not tell, and for paper or a language that
-/// is not known.
+/// Raises std::runtime_error for a report name with an unknown ending, and for an unknown paper or language.
 void CheckReport(const ReportOptions& options);
 
-/// Writes the report of a file that is in memory; the library knows the clauses of its standards. Raises
-/// std::exception; what stood there before stays then.
+/// Writes the report of an open file; the library supplies the clauses of its standards. Raises
+/// std::exception; then an earlier report stays.
 void WriteReport(const ElementFile& file, const StandardsLibrary& library, const ReportOptions& options,
                  const std::string& programLanguage);
 

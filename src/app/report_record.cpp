@@ -58,7 +58,7 @@ std::string SurveyField(const SurveyRecord& record, std::string_view field) {
     return std::string(Trimmed(record.Field(survey::kGeneralInformation, field)));
 }
 
-/// A date of the survey as its parts are in the file; empty while one is missing.
+/// A date of the survey, from its parts in the file; empty while one is missing.
 std::string SurveyDate(const SurveyRecord& record) {
     std::string date;
     const SurveyDateKeys& keys = survey::kSurveyDate;
@@ -101,7 +101,7 @@ std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCo
         AddUnlessEmpty(facts, text::kReportStandards, StandardNames(*judged), report);
         const std::vector<std::string> others = ChangedSides(element, *judged, selected, &report);
         changes.insert(changes.end(), others.begin(), others.end());
-        // Where the limits are next to the values, and are the same, they need no list.
+        // Limits that are printed next to the values, and have not changed, need no list.
         if ((report.Options() & kReportLimits) == 0 || !others.empty()) {
             const std::string limits = LimitLines(result, *judged, report);
             AddUnlessEmpty(facts, text::kReportLimits,
@@ -129,7 +129,7 @@ std::vector<ReportFact> Particulars(const ElementFile& file, const IReportDocume
         add(text::kReportRoom, SurveyField(record, survey::kRoomId));
         add(text::kReportUnit, UnitWords(record));
         add(text::kReportTechnologist, SurveyField(record, survey::kTechnologist));
-        // A survey that nobody has filled in bears the day on which it was made.
+        // The date of a survey without entries is only the day on which the file was made.
         if (survey->Status() != kNotTested) add(text::kReportSurveyDate, SurveyDate(record));
     }
     return facts;

@@ -9,7 +9,7 @@ namespace vorex {
 
 namespace {
 
-/// Attaches a run to its session for as long as it performs.
+/// Attaches a run to its session while it performs.
 class Attachment {
   public:
     Attachment(Session& session, IRunUnderWay& run) : mSession(session) { mSession.Attach(&run); }
@@ -43,7 +43,7 @@ void Run::Resume(std::unique_ptr<RunJournal> journal, const JournalContent& cont
     GoOverTape();
 }
 
-/// Without a journal nobody would take the notes off the tape.
+/// Without a journal, nothing would remove the notes from the tape.
 void Run::GoOverTape() {
     mInstruments = std::make_unique<TapedInstruments>(std::move(mInstruments), mTape);
 }

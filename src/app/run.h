@@ -24,9 +24,9 @@ enum class RunEnd {
     kFinished,       ///< every element was performed or passed over
     kLeftBackwards,  ///< Previous on the first element
     kAborted,        ///< by the operator
-    kBroken,         ///< instruments, platform or operator ended it; what was measured is in the file
-    kOperatorError,  ///< the operator could not go on as intended; what was measured is in the file
-    kWayLost,        ///< a resumed run that does not repeat its journal; the file must not be saved
+    kBroken,         ///< ended by instruments, platform or operator; what was measured is in the file
+    kOperatorError,  ///< the operator could not continue; what was measured is in the file
+    kWayLost,        ///< a resumed run that differs from its journal; the file must not be saved
 };
 
 struct RunOutcome {
@@ -34,8 +34,8 @@ struct RunOutcome {
     std::string reason;  ///< of kOperatorError and kWayLost
 };
 
-/// One run of the elements of a file. In order: `Keep` or `Resume` for a run with a journal, `Perform`, the
-/// result is saved, `Saved`.
+/// One run of the elements of a file. Order of calls: `Keep` or `Resume` for a run with a journal, `Perform`,
+/// then, after the result is saved, `Saved`.
 class Run final : private IRunUnderWay {
   public:
     /// The session must outlive the run.
@@ -44,22 +44,22 @@ class Run final : private IRunUnderWay {
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
 
-    /// They change with `Keep` and `Resume`.
+    /// `Keep` and `Resume` change them.
     IInstruments& Instruments() override { return *mInstruments; }
 
-    /// Keeps a journal next to the output. Program, start and language of the head are filled in. Raises
-    /// FileError, as when the journal of another run is there. [before `Perform`]
+    /// Keeps a journal next to the output. Fills in program, start and language of the head. Raises
+    /// FileError, for example when the journal of another run exists. [before `Perform`]
     void Keep(const std::filesystem::path& output, JournalHead head);
-    /// Repeats what the journal holds and goes on from there. The operator must take the same steps, and the
-    /// platform's clock start at the same time. [before `Perform`]
+    /// Repeats the run of the journal and continues it. The operator must take the same steps, and the
+    /// platform's clock must start at the same time. [before `Perform`]
     void Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content);
 
     /// Performs the elements. Faults go to the listener when the run has ended.
     RunOutcome Perform(OpenFile& file, const IOperator& person, IAppListener& listener);
 
-    /// The result is on the disk: the journal is not needed any more. Raises FileError.
+    /// Call when the result is on the disk and the journal is no longer needed. Raises FileError.
     void Saved() { mKeeper.Finish(); }
-    /// The journal that holds what was measured and is not saved; empty when there is none.
+    /// The journal with measured exposures that are not saved yet; empty when there is none.
     std::string JournalNeeded() const { return mKeeper.Needed(); }
 
   private:

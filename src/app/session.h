@@ -15,7 +15,7 @@ namespace vorex {
 
 class IAppListener;
 
-/// The run that is under way, as the services of its session reach it.
+/// The run that is under way, for the services of its session.
 class IRunUnderWay : public IPlatformWatcher {
   public:
     virtual IInstruments& Instruments() = 0;
@@ -27,8 +27,8 @@ struct SessionOptions {
     std::shared_ptr<IPlatform> platform;  ///< empty: without a window, in virtual time
 };
 
-/// A program's use of the library: installs library and reference host once, for all files that it opens. One
-/// at a time in a process; its end takes everything back.
+/// A program's session with the library: installs library and reference host once, for all files that it
+/// opens. Only one at a time in a process; its destructor uninstalls everything.
 class Session {
   public:
     /// Raises FileError for a language that does not exist and for a log that cannot be written.
@@ -37,15 +37,15 @@ class Session {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Code of the language of its texts.
+    /// Code of the session's language.
     const std::string& Language() const { return mLanguage; }
     SessionPlatform& Platform() { return *mPlatform; }
 
-    /// The shipped standards and the user's own, read at the first call. What cannot be read is a fault.
+    /// The shipped standards and the user's own, read at the first call. One that cannot be read is a fault.
     StandardsLibrary& Standards(IAppListener& listener);
 
-    /// What is set on the X-ray unit for the exposure that comes next: what the open guide asks for; empty
-    /// while none is open.
+    /// The settings of the X-ray unit for the next exposure, as the open guide requests them; empty while
+    /// none is open.
     std::optional<Technique> AtConsole() const;
 
     /// Not owned; null for none.

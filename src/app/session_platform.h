@@ -13,24 +13,24 @@
 
 namespace vorex {
 
-/// What a run sees and answers of its platform.
+/// What a run observes and answers of its platform's calls.
 class IPlatformWatcher {
   public:
     virtual ~IPlatformWatcher() = default;
     virtual void GuideOpened() = 0;
-    /// The time that the run goes by, when the clock says `now`.
+    /// The run's time, when the clock has `now`.
     virtual std::string TimeStamp(std::string now) = 0;
     virtual void Message(std::string_view title, std::string_view message) = 0;
-    /// An answer, or nothing to let the platform ask.
+    /// An answer, or nothing, and then the platform asks.
     virtual std::optional<bool> Asked(std::string_view question) = 0;
 };
 
-/// The platform of a program, with its run as the watcher. Remembers the guide that is open.
+/// The platform of a program, watched by its run. Remembers the open guide.
 class SessionPlatform final : public IPlatform {
   public:
     explicit SessionPlatform(std::shared_ptr<IPlatform> platform) : mPlatform(std::move(platform)) {}
 
-    /// Not owned; null for nobody.
+    /// Not owned; null for none.
     void Watch(IPlatformWatcher* watcher) { mWatcher = watcher; }
     /// Null while none is open.
     const FZRD47500TestGuide* Guide() const { return mGuide; }

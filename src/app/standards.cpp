@@ -13,7 +13,7 @@
 #include "host/standards.h"
 #include "results/limit_data.h"
 
-// Putting standards into a file, and choosing those that judge.
+// Puts standards into a file, and chooses the ones that judge.
 
 namespace vorex {
 
@@ -25,7 +25,7 @@ std::string FullName(const StandardName& standard) {
     return standard.name + ":" + standard.version;
 }
 
-/// The standard that is meant by NAME or NAME:VERSION; raises an error that lists what there is.
+/// The standard meant by NAME or NAME:VERSION; raises an error that lists the known ones.
 StandardName FindStandard(const std::string& wanted, const std::vector<StandardName>& known,
                           const std::string& where) {
     std::vector<StandardName> found;
@@ -44,7 +44,7 @@ StandardName FindStandard(const std::string& wanted, const std::vector<StandardN
                              (list.empty() ? "a standard, but there is none" : "one of " + list));
 }
 
-/// True when a standard has a limit of a key, with or without the number of an exposure after it.
+/// True when a standard has a limit for a key, with or without an exposure number after it.
 bool HasLimit(const IStandard& standard, std::string_view limitKey) {
     const bool numbered = IsMaxExposureRate(limitKey);
     return std::any_of(standard.Results().begin(), standard.Results().end(), [&](const auto& limit) {
@@ -87,7 +87,7 @@ class Addition {
         const auto limits = std::dynamic_pointer_cast<CLimitData>(element.Limits());
         if (!config || !limits || !file.HasTest(element.TestID())) return;
         if (const auto standards = limits->Standards()) standards->Remove(mName.name, mName.version);
-        // A key may be stated in several units: one that fits is enough.
+        // A key may have limits in several units: one that fits is enough.
         std::multimap<std::string, std::string> leftOut;
         const auto standard =
             StandardsLibrary::Build(file, element.TestID(), [&](const StandardLimit& limit) {

@@ -16,12 +16,12 @@ namespace vorex {
 /// and no ID.
 std::shared_ptr<CTestMQSA> FindSurvey(const OpenFile& file, std::optional<int32_t> id);
 
-/// Enters texts and answers, judges the survey again and rolls up its groups. Returns what a person should
-/// know of what was entered. Raises std::runtime_error for an address, item or answer that does not exist.
+/// Enters texts and answers, judges the survey again and updates its groups. Returns warnings about the
+/// entries. Raises std::runtime_error for an address, item or answer that does not exist.
 std::vector<std::string> EnterSurvey(OpenFile& file, const std::shared_ptr<CTestMQSA>& element,
                                      const SurveyExchange& entered);
 
-/// What is filled, and the cells that were emptied: a new survey has proposals in some of them.
+/// The filled places, and cells that were cleared of the proposal of a new survey.
 SurveyExchange ExportSurvey(const CResultMQSA& survey);
 
 }  // namespace vorex

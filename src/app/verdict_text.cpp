@@ -21,7 +21,7 @@ std::string SideName(int32_t side, Report report) {
     return Translate(side == kHighSide ? text::kShowAtMost : text::kShowAtLeast, report);
 }
 
-/// A number as a report shows it in its language, and the screen with a point.
+/// A number: with the decimal sign of the report's language, or on the screen with a point.
 std::string NumberText(float number, Report report) {
     return report != nullptr ? markup::Number(PlainText(number), *report) : PlainText(number);
 }
@@ -47,7 +47,7 @@ std::string InstrumentWords(const std::string& name, const std::string& serial, 
 
 using Texts = std::map<std::string, std::string>;
 
-/// Every set side of the limits, "Site 1, ER kVp Avg, at most" by its number and expression.
+/// Every set side of the limits, such as "Site 1, ER kVp Avg, at most", with its number and expression.
 Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards, Report report) {
     Texts sides;
     for (int32_t i = 0; standards && i < standards->Count(); ++i) {
@@ -68,8 +68,7 @@ Texts SidesOf(const std::shared_ptr<IStandardCollection>& standards, Report repo
     return sides;
 }
 
-/// Lines on the keys whose texts differ, "key: now 84, 88 then"; a text that only one of the two has reads
-/// "none" in the other.
+/// Lines for the keys whose texts differ, "key: now 84, then 88"; a missing text reads "none".
 std::vector<std::string> Differences(const Texts& now, const Texts& then, Report report) {
     const std::string none = Translate(text::kShowNone, report);
     std::vector<std::string> lines;
@@ -95,7 +94,7 @@ Texts ByKey(const SettingTexts& settings) {
     return {settings.begin(), settings.end()};
 }
 
-/// A few of the lines under a heading that says how many there are.
+/// The first few lines under a heading, then the number of the others.
 void AddFew(const std::string& heading, const std::vector<std::string>& all,
             std::vector<std::string>& lines) {
     constexpr std::size_t kFew = 4;
@@ -217,7 +216,7 @@ Statuses StatusesOf(const CResultCommon& result) {
 
 namespace {
 
-/// The limits that fail a value now or did before, those of each standard with what they were.
+/// The limits that fail a value now or failed it before, those of each standard with their earlier form.
 std::string ChangedLimits(const ITestElement& element, const CResultCommon& result, const CMeasurement& item,
                           const ISelectedStandards* selected) {
     const auto present = PresentJudgement(element, selected).limits;

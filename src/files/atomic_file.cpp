@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The file after a symbolic link, also when it does not exist yet.
+/// The target of a symbolic link, even if it does not exist yet.
 fs::path BehindLinks(fs::path path) {
     constexpr int kMostLinks = 40;
     std::error_code error;
@@ -59,7 +59,7 @@ void AtomicFile::Commit() {
     if (direct) return;
     if (const std::error_code error = os::Replace(mTemporary, mTarget)) Fail("cannot be replaced", error);
     mTemporary.clear();
-    // The new name itself shall survive a power failure; the file is whole either way.
+    // This makes the new name survive a power failure; the file is complete either way.
     os::FlushFolderOf(mTarget);
 }
 

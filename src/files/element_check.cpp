@@ -20,7 +20,7 @@ namespace vorex {
 
 namespace {
 
-/// A text of the file in quotes, fit for a message of one line: without its control characters, and not long.
+/// A text of the file in quotes, for a one-line message: without control characters, and shortened.
 std::string Quoted(std::string_view text) {
     constexpr std::size_t kMost = 60;
     std::size_t size = std::min(text.size(), kMost);
@@ -32,7 +32,7 @@ std::string Quoted(std::string_view text) {
     return "\"" + shown + (size < text.size() ? "..." : "") + "\"";
 }
 
-/// Tests that an element can be, for messages.
+/// The known tests, for messages.
 std::string KnownTests() {
     std::string names;
     for (const TestRow& row : kTestCatalogue) names += (names.empty() ? "" : ", ") + std::to_string(row.id);
@@ -77,11 +77,11 @@ class FileCheck {
 
     const XmlSource& mSource;
     std::unordered_set<int32_t> mIds;
-    std::size_t mForeign = 0;  ///< pieces of content met so far that this system does not write
+    std::size_t mForeign = 0;  ///< pieces of content so far that this system does not write
     std::set<int32_t> mPlainResults;
 };
 
-/// An element in words, with the measurement, limit or instrument that it is in.
+/// An element in words, with the measurement, limit or instrument that contains it.
 std::string NameOf(pugi::xml_node element) {
     std::string name = Quoted(element.name());
     for (pugi::xml_node at = element; at && !SameText(at.name(), tag::kTestElement); at = at.parent()) {
@@ -93,7 +93,7 @@ std::string NameOf(pugi::xml_node element) {
     return name;
 }
 
-/// ID of the test that an element is in, as the file has it.
+/// ID of the test that contains an element, as in the file.
 std::string TestOf(pugi::xml_node element) {
     while (element && !SameText(element.name(), tag::kTestElement)) element = element.parent();
     if (!element) return {};
@@ -230,7 +230,7 @@ void FileCheck::CheckConfigBlock(Node block) const {
     }
 }
 
-/// A comment or an element between two pieces of a value would hide the second piece.
+/// A comment or an element inside a value would hide the part after it.
 void FileCheck::CheckOnePiece(Node element) const {
     int pieces = *element.value() == '\0' ? 0 : 1;
     for (Node child = element.first_child(); child; child = child.next_sibling())

@@ -20,13 +20,13 @@ constexpr unsigned kParseFlags = pugi::parse_default | pugi::parse_comments | pu
                                  pugi::parse_declaration | pugi::parse_doctype | pugi::parse_embed_pcdata |
                                  pugi::parse_ws_pcdata_single | pugi::parse_fragment;
 
-/// An element of a document that was read.
+/// An element of a loaded document.
 class SourceElement final : public IXmlElement {
   public:
     SourceElement(pugi::xml_node node, std::pmr::memory_resource& memory) : mNode(node), mMemory(memory) {}
 
     static std::shared_ptr<IXmlElement> Make(pugi::xml_node node, std::pmr::memory_resource& memory) {
-        // Nobody counts who uses an element: it goes with the memory.
+        // Elements are not reference counted: they are released with their memory.
         return {std::shared_ptr<void>(), new (memory.allocate(sizeof(SourceElement), alignof(SourceElement)))
                                              SourceElement(node, memory)};
     }
@@ -77,7 +77,7 @@ class SourceElement final : public IXmlElement {
         return elements;
     }
 
-    [[noreturn]] static void Refuse() { throw std::logic_error("a document that was read is not changed"); }
+    [[noreturn]] static void Refuse() { throw std::logic_error("a loaded document cannot be changed"); }
 
     pugi::xml_node mNode;
     std::pmr::memory_resource& mMemory;
@@ -87,7 +87,7 @@ bool IsText(pugi::xml_node node) {
     return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-/// Index of the first byte that is not part of UTF-8 text, or of a zero byte; the size when there is none.
+/// Index of the first zero byte or byte that is not UTF-8 text; the size when there is none.
 std::size_t FirstBadByte(const char* text, std::size_t size) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(text);
     std::size_t at = 0;
@@ -113,7 +113,7 @@ std::size_t FirstBadByte(const char* text, std::size_t size) {
 }  // namespace
 
 bool SameText(const char* text, std::string_view other) {
-    // An empty text may have no place in memory at all.
+    // The pointer of an empty text may be null.
     if (other.empty()) return *text == '\0';
     return std::strncmp(text, other.data(), other.size()) == 0 && text[other.size()] == '\0';
 }
@@ -175,7 +175,7 @@ void XmlSource::ReadFile() {
     os::File file = os::File::Open(mName, os::Access::kRead, error);
     check();
     constexpr std::size_t kFirstRead = std::size_t{1} << 16U;
-    // Asking for one byte more than the file has shows its end without another round.
+    // Reading one byte more than the file has finds its end without another call.
     std::size_t capacity = std::max(kFirstRead, static_cast<std::size_t>(file.Size()) + 1);
     mSize = 0;
     for (;;) {
@@ -216,7 +216,7 @@ int32_t XmlSource::LineOf(pugi::xml_node node) const {
 }
 
 int32_t XmlSource::LineAt(std::size_t offset) const {
-    // The parser works in the buffer, so lines are counted in the file itself.
+    // The parser changes the buffer, so lines are counted in the file itself.
     if (!mIsFile) return 0;
     XmlSource again;
     again.mName = mName;

@@ -12,21 +12,20 @@
 
 #include "foundation/host_contract.h"
 
-/// The document of an element file that was read.
+/// The loaded document of an element file.
 namespace vorex {
 
-/// Limits of a file: what lies beyond was not written by this system.
+/// Limits of a file: this system writes nothing larger.
 inline constexpr int32_t kMostLevels = 200;
 inline constexpr std::size_t kLargestFile = std::size_t{512} << 20U;
 
-/// A document that was read and is kept as it is, comments and all. Entities other than the five of XML
-/// and numeric ones are not expanded. Raises FileError for what cannot be read or is no well-formed UTF-8
-/// document of ordinary size.
+/// A loaded document, unchanged, with its comments. Only numeric entities and the five of XML are expanded.
+/// Raises FileError for a file that cannot be read or is not a well-formed UTF-8 document of ordinary size.
 class XmlSource {
   public:
-    /// The bytes of the file go to the content, if one is given.
+    /// Stores the bytes of the file in the content, if given.
     static std::unique_ptr<XmlSource> Read(const std::filesystem::path& path, std::string* content = nullptr);
-    /// The name stands for the file in messages.
+    /// The name is used as the file name in messages.
     static std::unique_ptr<XmlSource> FromText(std::string_view text, std::string name);
 
     const std::string& FileName() const { return mName; }
@@ -34,10 +33,10 @@ class XmlSource {
     /// Line of an element in the file, from 1; 0 when it is not known. Reads the file again.
     int32_t LineOf(pugi::xml_node node) const;
 
-    /// An element as the library sees it; it cannot be changed. It and those below it live until the next
+    /// An element for the library, which cannot change it. It and the elements below it live until the next
     /// ReleaseElements.
     std::shared_ptr<IXmlElement> Element(pugi::xml_node node);
-    /// To be called between two elements of a large file: their memory is used again.
+    /// Call between two elements of a large file, to reuse their memory.
     void ReleaseElements() { mElements.release(); }
 
   private:
@@ -52,7 +51,7 @@ class XmlSource {
 
     std::string mName;
     bool mIsFile = false;
-    std::unique_ptr<char, Free> mBuffer;  ///< names and texts of the document lie in it
+    std::unique_ptr<char, Free> mBuffer;  ///< holds the names and texts of the document
     std::size_t mSize = 0;
     pugi::xml_document mDocument;
     static constexpr std::size_t kUsualRoom = std::size_t{1} << 19U;
@@ -60,9 +59,9 @@ class XmlSource {
     std::pmr::monotonic_buffer_resource mElements{mRoom.get(), kUsualRoom};
 };
 
-/// True when a text of the document equals another, without measuring it first.
+/// True when a text of the document equals another; does not compute its length first.
 bool SameText(const char* text, std::string_view other);
-/// Text of an element: of its first piece of character data.
+/// Text of an element: its first piece of character data.
 const char* NodeText(pugi::xml_node element);
 /// First child element of a name; empty when there is none.
 pugi::xml_node ChildNamed(pugi::xml_node parent, std::string_view name);

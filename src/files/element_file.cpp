@@ -24,7 +24,7 @@ constexpr std::string_view kFileVersion = "1";
 
 using Elements = std::vector<std::shared_ptr<ITestElement>>;
 
-/// Visits elements and all below them, each before its children.
+/// Visits elements and all elements below them, parents first.
 void ForEachElement(const Elements& elements,
                     const std::function<void(const std::shared_ptr<ITestElement>&)>& visit) {
     for (const auto& element : elements) {

@@ -19,43 +19,43 @@ class OutputDocument;
 class SequenceState;
 class XmlSource;
 
-/// An element file in memory: the elements, the instruments and the choice of standards. What the file holds
-/// apart from these stays with it and is written back in its place.
+/// An element file in memory: the elements, the instruments and the choice of standards. Any other content of
+/// the file is kept and written back in its place.
 class ElementFile {
   public:
-    /// A new file without elements.
+    /// An empty new file.
     ElementFile();
     /// Ends the elements.
     ~ElementFile();
     ElementFile(const ElementFile&) = delete;
     ElementFile& operator=(const ElementFile&) = delete;
 
-    /// Raises FileError for a file that cannot be read as a whole; nothing has changed then.
-    /// The bytes of the file go to the content, if one is given.
+    /// Raises FileError, and changes nothing, for a file that cannot be read completely. Stores the bytes of
+    /// the file in the content, if given.
     static std::unique_ptr<ElementFile> Load(const std::filesystem::path& path, IProgressLog* log = nullptr,
                                              std::string* content = nullptr);
-    /// The same from a text; the name stands for the file in messages.
+    /// The same from a text; the name is used as the file name in messages.
     static std::unique_ptr<ElementFile> FromText(std::string_view text, std::string name,
                                                  IProgressLog* log = nullptr);
 
-    /// Writes the file as a whole or not at all. Raises FileError. An element without an ID, or with one
-    /// that an earlier element has, is given a new one.
+    /// Writes the file completely or not at all. Raises FileError. An element without an ID, or with the ID
+    /// of an earlier element, gets a new one.
     void Save(const std::filesystem::path& path);
-    /// What `Save` would write.
+    /// The text that `Save` would write.
     std::string Text();
 
     const std::vector<std::shared_ptr<ITestElement>>& Elements() const { return mElements; }
-    /// Puts an element at the end; one without an ID gets one.
+    /// Adds a root at the end; an element without an ID gets one.
     void Add(const std::shared_ptr<ITestElement>& element);
-    /// Takes a root out and ends it.
+    /// Removes a root and terminates it.
     void Remove(const std::shared_ptr<ITestElement>& element);
-    /// The element of an ID, at any depth; empty when there is none.
+    /// The element with an ID, at any depth; empty when there is none.
     std::shared_ptr<ITestElement> FindElement(int32_t id) const;
 
     std::shared_ptr<IMtiList> Instruments() const;
     /// The standards chosen in the file; without a choice, all that the elements have.
     std::shared_ptr<ISelectedStandards> Selected() const;
-    /// Chooses standards; nothing leaves the choice to what the elements have.
+    /// Chooses standards; nothing means all that the elements have.
     void Select(std::optional<std::vector<StandardName>> standards) { mChosen = std::move(standards); }
 
   private:
@@ -64,7 +64,7 @@ class ElementFile {
     void LoadElements(XmlSource& source, IProgressLog* log);
     void NumberElements();
     void AddRoot(std::shared_ptr<ITestElement> element);
-    /// IDs of the elements whose results have nothing to take over from those of the file.
+    /// IDs of the elements whose results have no foreign content to take over from the file.
     std::set<int32_t> UnmergedResults() const;
     std::shared_ptr<OutputDocument> Written(const std::string& name);
 

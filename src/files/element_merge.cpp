@@ -19,7 +19,7 @@ namespace {
 
 using Node = pugi::xml_node;
 
-/// Attributes that tell elements of one name apart; a missing one is empty.
+/// Attributes that distinguish elements of the same name; a missing one is empty.
 using IdentityNames = std::array<std::string_view, 2>;
 
 IdentityNames IdentityAttributes(const ElementRow* row) {
@@ -54,8 +54,8 @@ std::string IdentityOf(std::string_view name, const ElementRow* row, GetAttribut
     return identity;
 }
 
-/// Finds the counterparts of one parent's children. Mostly both sides have the same order and the next
-/// child is the one; from the first that is not, the rest is looked up by identity.
+/// Finds the counterparts of one parent's children. Usually both sides have the same order, so the next child
+/// is the counterpart; from the first mismatch on, the rest is looked up by identity.
 class Counterparts {
   public:
     Counterparts(const OutputElement& parent, Place place) : mPlace(place), mNext(parent.First()) {}
@@ -79,7 +79,7 @@ class Counterparts {
         mIndexed = true;
         std::vector<OutputElement*> rest;
         for (OutputElement* at = mNext; at != nullptr; at = at->Next()) rest.push_back(at);
-        // From the back, so that the first of several alike is taken first.
+        // From the back, so that the first of several equal ones is taken first.
         for (auto at = rest.rbegin(); at != rest.rend(); ++at) {
             const OutputElement& element = **at;
             mRest[IdentityOf(element.Name(), FindElementRow(mPlace, element.Name()),
@@ -96,7 +96,7 @@ class Counterparts {
 
 class Merge {
   public:
-    /// The document is that of the deferred elements; without one there are none.
+    /// The document makes the deferred elements; without one there are none.
     Merge(OutputDocument* document, const std::set<int32_t>& skippedResults)
         : mDocument(document), mSkippedResults(skippedResults) {}
 
@@ -110,18 +110,18 @@ class Merge {
     const std::set<int32_t>& mSkippedResults;
 };
 
-/// True where a text between the known elements belongs to nobody here. A written element without a row of
-/// its own is a single value.
+/// True where a text between the known elements is foreign. A written element without a row of its own is a
+/// single value.
 bool IsTextForeign(Place place) {
     return place != Place::kForeign && !OwnsText(place);
 }
 
-/// True for what is kept although nothing in the new tree stands for it.
+/// True for content that is kept although the new tree has no counterpart.
 bool IsForeign(Node child, const ElementRow* row, Place place) {
     switch (child.type()) {
         case pugi::node_element:
             if (row != nullptr) return false;
-            // A row of the exposure table that went away; a key of another test stays.
+            // A removed row of the exposure table is dropped; a key of another test is kept.
             return place != Place::kPlugInData || FindConfigKey(child.name()).row < 0;
         case pugi::node_pcdata:
         case pugi::node_cdata:
@@ -141,7 +141,7 @@ void MergeAttributes(OutputElement& into, Node from, Place place) {
         now = now->next;
     }
     if (!old) return;
-    // Something is foreign, gone or in another order: the old order, then what is new.
+    // Foreign, removed or reordered content: the old order, then the new elements.
     std::vector<std::pair<std::string_view, std::string_view>> attributes;
     for (old = from.first_attribute(); old; old = old.next_attribute()) {
         if (const auto* written = into.FindAttribute(old.name()))

@@ -158,7 +158,7 @@ namespace {
 
 enum class In : uint8_t { kText = 1, kAttribute = 2 };
 
-/// Which bytes of a text, or of an attribute, cannot be written as they are.
+/// The bytes of a text, or of an attribute, that must be escaped.
 constexpr auto kSpecial = [] {
     constexpr uint8_t kBoth = static_cast<uint8_t>(In::kText) | static_cast<uint8_t>(In::kAttribute);
     std::array<uint8_t, 256> table{};
@@ -192,7 +192,7 @@ class DocumentWriter {
     }
 
   private:
-    /// Most bytes that one call of Mark writes.
+    /// The most bytes that one call of Mark writes.
     static constexpr std::size_t kLongestMark = 8;
 
     void Element(const OutputElement& element, std::size_t depth);
@@ -200,7 +200,7 @@ class DocumentWriter {
     void Foreign(pugi::xml_node node, std::size_t depth);
     void Escaped(std::string_view text, In place);
     void Special(unsigned char byte);
-    /// A few characters that are known when this is compiled.
+    /// A few characters that are constants at compile time.
     template <std::size_t size>
     void Mark(const char (&text)[size]) {
         static_assert(size <= kLongestMark);
@@ -223,8 +223,7 @@ class DocumentWriter {
     std::shared_ptr<OutputDocument> mScratch;  ///< of the deferred element being written
 };
 
-/// Children are on lines of their own, except what follows a text: there a line break would become part of
-/// the text.
+/// Each child is on its own line, except after a text: there a line break would become part of the text.
 void DocumentWriter::Children(const OutputElement& parent, std::size_t depth, bool inlined) {
     for (const OutputElement* child = parent.First(); child != nullptr; child = child->Next()) {
         if (child->IsDeferred()) {
@@ -290,7 +289,7 @@ void DocumentWriter::Foreign(pugi::xml_node node, std::size_t depth) {
                static_cast<unsigned>(depth));
     std::string_view text = collector.text;
     if (node.type() != pugi::node_pcdata && node.type() != pugi::node_cdata) {
-        // The print indents the node and ends its line; both are this writer's.
+        // The library's print adds indent and line end, which this writer writes itself.
         text.remove_prefix(std::min(text.size(), kIndent.size() * depth));
         if (text.ends_with('\n')) text.remove_suffix(1);
     }

@@ -11,13 +11,13 @@
 
 #include "foundation/host_contract.h"
 
-/// The tree that is written as an element file.
+/// The tree of an element file that will be written.
 namespace vorex {
 
 class OutputDocument;
 
-/// An element of the tree, or a node of a document that was read and stands here unchanged. Elements live as
-/// long as their document.
+/// An element of the tree, or an unchanged node of a loaded document. Elements live as long as their
+/// document.
 class OutputElement final : public IXmlElement {
   public:
     struct Attribute {
@@ -36,7 +36,7 @@ class OutputElement final : public IXmlElement {
     std::string_view GetAttribute(std::string_view name) const override;
     void SetAttribute(std::string_view name, std::string_view value) override;
     XmlElements Children() const override;
-    /// Throws std::logic_error for an element that has a place already.
+    /// Throws std::logic_error for an element that already has a parent.
     std::shared_ptr<IXmlElement> AddChild(const std::shared_ptr<IXmlElement>& child) override;
     XmlElements FindChild(std::string_view name) const override;
     std::string_view Text() const override { return mText; }
@@ -44,7 +44,7 @@ class OutputElement final : public IXmlElement {
     std::shared_ptr<IXmlElement> AddValue(std::string_view name, std::string_view value) override;
     std::string ReadValue(std::string_view name, std::string_view defaultValue) const override;
 
-    // What the merge and the writer walk.
+    // Access for the merge and the writer.
     OutputElement* First() const { return mFirst; }
     OutputElement* Next() const { return mNext; }
     pugi::xml_node Foreign() const { return mForeign; }
@@ -53,7 +53,8 @@ class OutputElement final : public IXmlElement {
     void ClearAttributes() { mFirstAttribute = nullptr; }
     /// Its content is made when it is written.
     bool IsDeferred() const { return mDeferred; }
-    /// Puts a node of a read document, which has to outlive this one, after a child, or in front of all.
+    /// Inserts a node of a loaded document, which must outlive this one, after a child, or before all
+    /// children.
     OutputElement* InsertForeign(OutputElement* behind, pugi::xml_node node);
 
   private:
@@ -75,35 +76,35 @@ class OutputElement final : public IXmlElement {
     pugi::xml_node mForeign;
 };
 
-/// A document that is built to be written. What was never placed is not written.
+/// A document to be written. An element that was never placed is not written.
 class OutputDocument final : public IXmlDocument {
   public:
-    /// A room that is taken at once and kept, in bytes; a document that outgrows it takes more.
+    /// Bytes that are allocated at once and kept; a larger document allocates more.
     explicit OutputDocument(std::size_t room = 0);
     OutputDocument(const OutputDocument&) = delete;
     OutputDocument& operator=(const OutputDocument&) = delete;
 
-    /// Empty for a text that is no name of an element.
+    /// Empty for a text that is no element name.
     std::shared_ptr<IXmlElement> CreateElement(std::string_view name) override;
-    /// What is in the document itself: the root element, and comments around it.
+    /// The document's own children: the root element, and comments around it.
     OutputElement& Top() { return *mTop; }
 
-    /// Makes the content of a deferred element in a document of its own, with what its counterpart in the
-    /// document that was read holds and this system does not know; the counterpart may be empty. Gives an
-    /// empty reference for an element that is not written.
+    /// Makes the content of a deferred element in a document of its own, with the foreign content of its
+    /// counterpart in the loaded document, which may be empty. Returns an empty reference for an element that
+    /// is not written.
     using Maker = std::function<std::shared_ptr<IXmlElement>(const std::shared_ptr<OutputDocument>& document,
                                                              pugi::xml_node counterpart)>;
-    /// An element whose content is made when it is written, and then released: a large document needs room
-    /// for one element at a time, which stays in the processor's cache. Known by its name and identifier
-    /// until then.
+    /// An element whose content is made when it is written, and then released: a large document needs memory
+    /// for one element at a time, which stays in the processor's cache. Until then it has only its name and
+    /// identifier.
     std::shared_ptr<IXmlElement> Defer(std::string_view name, std::string_view id, Maker maker);
     void SetCounterpart(const OutputElement& deferred, pugi::xml_node counterpart) {
         mDeferred.at(&deferred).counterpart = counterpart;
     }
 
     using Sink = std::function<void(std::string_view text)>;
-    /// Writes UTF-8 with an XML declaration, indented by two blanks, in pieces. What a text holds apart from
-    /// characters becomes the replacement character, so that the file can always be read again.
+    /// Writes UTF-8 with an XML declaration, indented by two blanks, in pieces. Invalid characters become the
+    /// replacement character, so that the file can always be read again.
     void Write(const Sink& sink) const;
     std::string Text() const;
 

@@ -81,7 +81,7 @@ constexpr auto kPlainElements = std::to_array<ElementRow>({
     {Place::kSurveyResult,      survey::kResultComment,    Place::kText,              Identity::kOnly,           Form::kAny},
 });
 
-/// What the tables of the survey say of its groups, fields, grids and status cells.
+/// The survey's groups, fields, grids and status cells, from the survey's own tables.
 constexpr std::size_t kSurveyElements =
     std::size(survey::kStatusCells) + std::size(survey::kGroups) + kSurveyFieldCount + kGridCount - 2;
 static_assert(static_cast<std::size_t>(Place::kLastSurveyGroup) - static_cast<std::size_t>(Place::kSurveyGroup) + 1 ==
@@ -236,7 +236,7 @@ static_assert(std::adjacent_find(kConfigKeys.begin(), kConfigKeys.end(), [](cons
                   return a.name == b.name;
               }) == kConfigKeys.end());
 
-/// Where the rows of each place begin and end: tables keep the rows of a place together.
+/// Begin and end of the rows of each place: tables keep the rows of a place together.
 struct RowRange {
     std::size_t begin = 0;
     std::size_t end = 0;
@@ -264,7 +264,7 @@ constexpr auto RowsOf(const Table& table, const RowRanges& ranges, Place place) 
     return std::span(table).subspan(range.begin, range.end - range.begin);
 }
 
-/// Rows of other places inside the ranges would be taken for theirs.
+/// Checks that the ranges contain no rows of other places.
 template <typename Table, typename PlaceOf>
 constexpr bool AreTogether(const Table& table, PlaceOf placeOf) {
     for (std::size_t i = 1, changes = 0; i < std::size(table); ++i) {
@@ -278,8 +278,8 @@ constexpr bool AreTogether(const Table& table, PlaceOf placeOf) {
 static_assert(AreTogether(kElements, [](const ElementRow& row) { return row.parent; }));
 static_assert(AreTogether(kAttributes, [](const AttributeRow& row) { return row.place; }));
 
-// A result that holds nothing foreign is written as it was read: one attribute has no order to keep. (A
-// measurement has a second one only in place of everything else.)
+// A result without foreign content is written as it was read, because a single attribute has no order to
+// keep. (A measurement with a second attribute has nothing else.)
 static_assert([] {
     for (Place place : {Place::kResultItem, Place::kSurveyResult, Place::kServiceRecord,
                         Place::kMeasuredValue, Place::kStatus, Place::kWaveform, Place::kText}) {
@@ -289,7 +289,7 @@ static_assert([] {
     return true;
 }());
 
-// A bit of a word stands for each row, and a fixed number of bits for each configuration key.
+// Each row has one bit of a word, and each configuration key a fixed number of bits.
 static_assert(std::size(kElements) <= kMostElementRows && kConfigKeys.size() <= 96);
 
 /// Index of a configuration key's name; below 0 when it is not known.
@@ -301,7 +301,7 @@ int32_t ConfigIndex(std::string_view name) {
     return static_cast<int32_t>(row - kConfigKeys.begin());
 }
 
-/// The whole number of 32 bits that a text is; not a number for any other text.
+/// The 32-bit whole number of a text; not a number for any other text.
 double WholeNumber(std::string_view text) {
     constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
     if (!IsNumber(text)) return kNone;

@@ -5,13 +5,13 @@
 #include <span>
 #include <string_view>
 
-/// What this system knows of the element file: which elements are allowed where, what must be a number, what
-/// tells two elements of a name apart. Everything else in a file is foreign, and is kept as it is.
+/// The known content of the element file: which elements are allowed where, what must be a number, what
+/// distinguishes two elements of the same name. Everything else in a file is foreign and is kept unchanged.
 namespace vorex {
 
-/// Kinds of elements, by where they stand.
+/// Kinds of elements, by their position.
 enum class Place : uint8_t {
-    kForeign,  ///< not known, or below something that is not
+    kForeign,  ///< unknown, or below an unknown element
     kDocument,
     kSequence,
     kSelectedStandards,
@@ -50,7 +50,7 @@ enum class Place : uint8_t {
     kText,  ///< holds a text and nothing else
 };
 
-/// What a text of the file must be.
+/// The form that a text of the file must have.
 enum class Form : uint8_t {
     kAny,
     kNotEmpty,
@@ -72,7 +72,7 @@ enum class Form : uint8_t {
     kEnding,  ///< how a run ended
 };
 
-/// What distinguishes elements of one name.
+/// What distinguishes elements of the same name.
 enum class Identity : uint8_t { kOrder, kOnly, kId, kKey, kNumber, kNameAndVersion };
 
 /// An element that this system writes.
@@ -92,11 +92,11 @@ struct AttributeRow {
     bool required;
 };
 
-/// So many rows the table of elements has at most: a reader keeps a bit for each.
+/// The table of elements has at most this many rows, because a reader keeps a bit for each.
 inline constexpr std::size_t kMostElementRows = 192;
 
-/// The row of an element below a place; null for one that is not known. A group and a test are told apart by
-/// `PlaceOfTest`.
+/// The row of an element below a place; null for an unknown one. `PlaceOfTest` distinguishes groups and
+/// tests.
 const ElementRow* FindElementRow(Place parent, std::string_view name);
 const AttributeRow* FindAttributeRow(Place place, std::string_view name);
 std::span<const ElementRow> ElementRows();
@@ -104,18 +104,18 @@ std::span<const ElementRow> ElementRows();
 std::span<const AttributeRow> AttributeRows(Place place);
 /// Group, survey or measuring test, by the text of the attribute "TestID".
 Place PlaceOfTest(std::string_view testId);
-/// True where the text of an element belongs to the class that writes it.
+/// True if the class that writes an element also writes its text.
 bool OwnsText(Place place);
 
-/// A key of the configuration block: of the whole test, and, with a row number after it, of an exposure.
+/// A key of the configuration block: of the whole test or, with a row number after it, of an exposure.
 struct ConfigKey {
-    int32_t index = -1;  ///< of the key's name; below 0 for a key that is not known
+    int32_t index = -1;  ///< of the key's name; below 0 for an unknown key
     int32_t row = -1;    ///< from 0; below 0 for a key of the whole test
     Form form = Form::kAny;
 };
 ConfigKey FindConfigKey(std::string_view key);
 
-/// True when a text has a form.
+/// True when a text has the form.
 bool Has(Form form, std::string_view text);
 /// A form in words, for messages.
 std::string_view InWords(Form form);

@@ -28,7 +28,7 @@ constexpr std::string_view kAJournal = "a journal of an interrupted run";
 
 // ------------------------------------------------------------------------------------------ checksum
 
-/// CRC-32 of IEEE 802.3, going on from an earlier one.
+/// CRC-32 of IEEE 802.3, continued from an earlier one.
 uint32_t Checksum(uint32_t checksum, std::string_view bytes) {
     static constexpr auto kTable = [] {
         constexpr uint32_t kPolynomial = 0xEDB88320U;
@@ -46,7 +46,7 @@ uint32_t Checksum(uint32_t checksum, std::string_view bytes) {
     return ~checksum;
 }
 
-/// The object of a line whose checksum fits; nothing of any other line.
+/// The object of a line with a correct checksum; nothing for any other line.
 std::string_view ObjectOf(std::string_view line, uint32_t& checksum) {
     if (line.size() <= kChecksumDigits || line[kChecksumDigits] != ' ') return {};
     uint32_t told = 0;
@@ -79,7 +79,7 @@ constexpr TextRow<JournalHead> kHeadTexts[] = {
     {"room", &JournalHead::room},         {"operator", &JournalHead::operatorScript},
     {"language", &JournalHead::language}, {"document", &JournalHead::document},
 };
-/// Written where they hold something: journals of earlier versions have none.
+/// Written only if not empty: journals of earlier versions do not have them.
 constexpr TextRow<JournalHead> kReportTexts[] = {
     {"report", &JournalHead::report},
     {"reportLanguage", &JournalHead::reportLanguage},
@@ -99,7 +99,7 @@ constexpr TextRow<JournalRecord> kRecordTexts[] = {
 };
 constexpr std::string_view kNotes = "notes";
 
-/// Text of an object; what is no UTF-8 is replaced, so that the journal can always be read.
+/// Text of an object; invalid UTF-8 is replaced, so that the journal can always be read.
 std::string Dumped(const Json& object) {
     return object.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -122,7 +122,7 @@ std::string RecordObject(const JournalRecord& record) {
     return Dumped(object);
 }
 
-/// Reads the object of one line; what is missing or of another kind is an error of that line.
+/// Reads the object of one line; a missing member or one of the wrong kind is an error of that line.
 class ObjectReader {
   public:
     ObjectReader(std::string_view text, const std::string& name, int32_t line)
@@ -206,8 +206,8 @@ std::string WholeText(os::File& file, const std::string& name) {
     return text;
 }
 
-/// What a run leaves that died before its first line was whole: nothing, a part of that line, or the zero
-/// bytes that some file systems put in place of what a power failure kept from the disk.
+/// The journal of a run that died before its first line was complete: empty, a part of that line, or zero
+/// bytes, which some file systems leave after a power failure.
 bool IsUnbegun(std::string_view text) {
     if (text.find_first_not_of('\0') == std::string_view::npos) return true;
     if (text.find('\n') != std::string_view::npos) return false;
@@ -322,7 +322,7 @@ std::unique_ptr<RunJournal> RunJournal::Begin(std::unique_ptr<RunJournal> journa
     return journal;
 }
 
-/// In the journal of a run that was killed before its first line was whole there is nothing to lose.
+/// Nothing is lost with the journal of a run that was killed before its first line was complete.
 bool RunJournal::TakeUnbegun() {
     std::error_code error;
     mFile = os::File::Open(mPath, os::Access::kAppend, error);

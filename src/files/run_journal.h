@@ -13,21 +13,21 @@
 #include "foundation/run_note.h"
 #include "system/system.h"
 
-/// The journal of a run: what it started from, and every exposure as soon as it is stored. A line each, which
-/// is on the disk before the guide shows what it holds. A run that was killed is taken up from it.
+/// The journal of a run: its input, and every exposure as soon as it is stored. Each is a line, which is on
+/// the disk before the guide shows the exposure. A run that was killed is resumed from it.
 ///
-/// Each line is a checksum of eight hexadecimal digits, a blank and one JSON object. The checksum goes on
-/// from line to line, so a line that is damaged, missing or moved is found. A last line that is damaged was
-/// being written when the program died: it is dropped.
+/// Each line is a checksum of eight hexadecimal digits, a blank and one JSON object. The checksum continues
+/// from line to line, so a damaged, missing or moved line is found. A damaged last line was being written
+/// when the program died: it is dropped.
 namespace vorex {
 
-/// What the run started from: enough to start again without the files of the user as they were.
+/// The input of the run: enough to start again even if the user's files have changed.
 struct JournalHead {
     std::string program;      ///< version of the program
     std::string started;      ///< date and time of the clock at the start
     std::string input;        ///< name of the element file
     std::string document;     ///< its content
-    std::string instruments;  ///< as the command line has them
+    std::string instruments;  ///< as on the command line
     std::string room;         ///< file of the simulated room
     std::string operatorScript;
     std::string language;
@@ -46,10 +46,10 @@ struct JournalRecord {
     std::string row;
     std::string statuses;  ///< a digit for each measurement of the exposure
     std::string time;
-    int32_t opened = 0;          ///< elements that the operator had opened
-    int32_t steps = 0;           ///< steps that were taken at the last of them
+    int32_t opened = 0;          ///< elements opened by the operator
+    int32_t steps = 0;           ///< steps taken at the last of them
     int32_t polls = 0;           ///< of the instruments, so far
-    std::vector<RunNote> notes;  ///< what the instruments said since the record before
+    std::vector<RunNote> notes;  ///< answers of the instruments since the previous record
     bool operator==(const JournalRecord&) const = default;
 };
 
@@ -61,39 +61,39 @@ struct JournalContent {
     bool torn = false;           ///< a last line was dropped
 };
 
-/// Reads a journal. Raises FileError for a text that is none, for another version and for a damaged line that
-/// is not the last. The name is for messages.
+/// Reads a journal. Raises FileError for a text that is no journal, for another version, and for a damaged
+/// line other than the last. The name is for messages.
 JournalContent ParseJournal(std::string_view text, const std::string& name);
-/// A line of a journal with its checksum, which goes on from the one of the line before (0 for the first).
+/// A line of a journal with its checksum, which continues that of the line before (0 for the first).
 std::string JournalLine(std::string_view object, uint32_t& checksum);
 
 /// The journal file of a run that writes an output file.
 class RunJournal {
   public:
-    /// Place of the journal of an output file: next to it, with ".journal" after its name.
+    /// Path of the journal of an output file: next to it, with ".journal" after its name.
     static std::filesystem::path PathFor(const std::filesystem::path& output);
-    /// The output file, where either it or its journal is named.
+    /// The output file, from its own name or that of its journal.
     static std::filesystem::path OutputOf(const std::filesystem::path& file);
-    /// Begins a journal. Raises FileError when there is one already, whatever it holds, or none can be
+    /// Begins a journal. Raises FileError when one exists already, whatever it holds, or when it cannot be
     /// written.
     static std::unique_ptr<RunJournal> Create(const std::filesystem::path& output, const JournalHead& head);
-    /// Takes up the journal of a run that was interrupted; what it holds goes to the content. Raises
-    /// FileError when there is none, when it cannot be read, and while the run is still under way.
+    /// Opens the journal of an interrupted run and stores its content. Raises FileError when there is none,
+    /// when it cannot be read, and while the run is still under way.
     static std::unique_ptr<RunJournal> Open(const std::filesystem::path& output, JournalContent& content);
 
-    /// A journal that was begun and holds no exposure goes with its object: nothing is lost with it.
+    /// A new journal without exposures is deleted together with its object, because nothing is lost with it.
     ~RunJournal();
     RunJournal(const RunJournal&) = delete;
     RunJournal& operator=(const RunJournal&) = delete;
 
-    /// Returns when the record has reached the disk. Raises FileError; the file then ends with the record
-    /// before.
+    /// Returns when the record has reached the disk. Raises FileError; the file then ends with the previous
+    /// record.
     void Append(const JournalRecord& record);
-    /// The result is saved: the journal is not needed any more.
+    /// Call when the result is saved and the journal is no longer needed.
     void Remove();
 
     const std::filesystem::path& Path() const { return mPath; }
-    /// Something would be lost without the file.
+    /// True when something would be lost without the file.
     bool Needed() const { return mNeeded; }
 
   private:
@@ -107,7 +107,7 @@ class RunJournal {
     os::File mFile;
     std::size_t mSize = 0;  ///< of the whole lines
     uint32_t mChecksum = 0;
-    bool mTorn = false;  ///< there is more after the whole lines
+    bool mTorn = false;  ///< the file has more after the complete lines
     bool mNeeded = true;
 };
 

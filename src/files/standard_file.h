@@ -10,13 +10,13 @@
 
 namespace vorex {
 
-/// What a limit is at a tube voltage.
+/// The number of a limit at a tube voltage.
 struct VoltagePoint {
     double kv = 0;
     double value = 0;
 };
 
-/// A side of a limit: a number, or numbers by tube voltage; not set without either.
+/// A side of a limit: a number, or numbers by tube voltage; not set if it has neither.
 struct StandardSide {
     std::optional<double> value;
     std::vector<VoltagePoint> byVoltage;  ///< rising; a line between two points, nothing beyond them
@@ -25,14 +25,14 @@ struct StandardSide {
     bool IsSet() const { return value || !byVoltage.empty(); }
 };
 
-/// A limit with where it comes from.
+/// A limit and its source.
 struct StandardLimit {
     std::vector<int32_t> tests;
     std::string key;
     std::string unit;  ///< of the numbers
     StandardSide low;
     StandardSide high;
-    std::string readings;  ///< unit that the instrument has to read exposures in; empty for any
+    std::string readings;  ///< unit in which the instrument must read exposures; empty for any
     std::string authority;
     std::string clause;
     std::string note;
@@ -53,7 +53,7 @@ struct StandardFile {
 /// Why no element of a test can be judged by a limit; empty when one can.
 using LimitCheck = std::function<std::string(int32_t testId, const StandardLimit& limit)>;
 
-/// Raises FileError, naming the file and the limit. The check is asked for each test of each limit.
+/// Raises FileError that names the file and the limit. The check is called for each test of each limit.
 StandardFile ParseStandard(std::string_view text, std::string_view fileName, const LimitCheck& check);
 StandardFile ReadStandard(const std::filesystem::path& path, const LimitCheck& check);
 

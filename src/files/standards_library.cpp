@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view kSuffix = ".json";
 
-/// The files of a folder that may hold standards, in order of their names.
+/// The possible standard files of a folder, in order of their names.
 std::vector<fs::path> FilesOf(const fs::path& folder, std::error_code& error) {
     std::vector<fs::path> files;
     for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
@@ -41,7 +41,7 @@ std::shared_ptr<IExpectedResult> MakeLimit(const StandardLimit& limit) {
     return made;
 }
 
-/// The limit itself; nothing for one that depends on the element.
+/// The limit itself; nothing for a limit that depends on the element.
 std::vector<StandardLimit> PlainLimit(const StandardLimit& limit) {
     const bool plain = limit.low.byVoltage.empty() && limit.high.byVoltage.empty() && limit.readings.empty();
     return plain ? std::vector{limit} : std::vector<StandardLimit>();

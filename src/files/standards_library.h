@@ -17,10 +17,10 @@ namespace vorex {
 /// exists; empty otherwise.
 std::filesystem::path UserStandardsFolder();
 
-/// Standards from files, handed out as the plug-in object of the sister library does.
+/// Standards from files, supplied in the role of the sister library's plug-in object.
 class StandardsLibrary final : public IZRD47500PlugIn {
   public:
-    /// A limit as one element has it, with plain numbers; nothing when the element cannot be judged by it.
+    /// A limit for one element, with plain numbers; nothing when the element cannot be judged by it.
     using Fit = std::function<std::vector<StandardLimit>(const StandardLimit& limit)>;
 
     /// Reads the standards of the folders, first to last. A file with a fault, a second file of the same
@@ -33,7 +33,8 @@ class StandardsLibrary final : public IZRD47500PlugIn {
     /// Null when there is none.
     const StandardFile* Find(std::string_view name, std::string_view version) const;
 
-    /// A standard with the limits of a test as they fit one element, the first of each key.
+    /// A standard with the limits of a test, fitted to one element; of several for a key, the first that
+    /// fits.
     static std::shared_ptr<IStandard> Build(const StandardFile& file, int32_t testId, const Fit& fit);
 
     std::string PlugInID() const override;

@@ -33,7 +33,7 @@ std::vector<std::pair<std::string, std::string>> ReadPairs(const Json& file, con
     return pairs;
 }
 
-/// The parser would keep the last of two values for one name, and the other would be lost unseen.
+/// The parser would silently keep only the last of two values for one name.
 Json::parser_callback_t RefuseTwice(const std::string& path) {
     return [&path, open = std::vector<std::set<std::string>>()](int /*depth*/, Json::parse_event_t event,
                                                                 const Json& value) mutable {

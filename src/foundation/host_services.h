@@ -44,8 +44,8 @@ struct HostServices {
     std::function<std::shared_ptr<IDetectorService>()> createDetectorService;
     std::function<std::shared_ptr<IDetectorLink>()> createDetectorLink;
 
-    /// Called for every part of an exposure that a result stores, before the guide shows it, so that it can
-    /// be saved first.
+    /// Called for each part of an exposure that a result stores, before the guide shows it, so that it can be
+    /// saved first.
     std::function<void(const StoredExposure&)> exposureStored;
     /// Why the instruments stopped, in words; asked when a run finds the link lost.
     std::function<std::string()> instrumentFault;

@@ -7,7 +7,7 @@ namespace vorex {
 
 namespace {
 
-/// Selections that count from 0 in the configuration and from 1 in the instrument.
+/// Selections count from 0 in the configuration and from 1 in the instrument.
 struct SelectionRow {
     int32_t ConfigFields::*configured;
     int32_t DosimeterSettings::*sent;
@@ -72,7 +72,7 @@ void TakeDosimeterSettings(const DosimeterSettings& settings, CConfigCommon& con
     for (const NumberRow& row : kNumbers) configuration.*row.configured = settings.*row.sent;
     for (const FlagRow& row : kFlagRows) configuration.*row.configured = settings.*row.sent == kOn;
     configuration.ReferenceTemperature = settings.referenceTemperature;
-    // A rate that the instrument did not change stays as it was typed.
+    // A rate that the instrument did not change stays as typed.
     if (settings.frameRate != ReadInteger(configuration.PKFrameRate))
         configuration.PKFrameRate = PlainText(settings.frameRate);
 }

@@ -7,17 +7,17 @@
 
 namespace vorex {
 
-/// False when the configured instruments and the connected ones are of different families: a ZRD 47500 where
-/// a Pelomark is asked for, or the reverse. A kind that is not known fits everything.
+/// False when the configured instruments and the connected ones are of different families: a ZRD 47500
+/// instead of a Pelomark, or the reverse. An unknown kind fits everything.
 bool DetectorFits(int32_t connected, int32_t configured);
 
-/// Detector kind that a test runs with. What is connected extends what is configured, and an mAs meter that
-/// is configured alone joins the detector that is found.
+/// Detector kind that a test runs with: the configured kind, extended by connected instruments. A configured
+/// mAs meter joins the detector that is found.
 int32_t EffectiveKind(int32_t connected, int32_t configured);
 
-/// The dosimeter settings of a configuration, as the instrument counts them.
+/// The dosimeter settings of a configuration, in the instrument's codes.
 DosimeterSettings DosimeterSettingsOf(const CConfigCommon& configuration);
-/// Takes over what the instrument uses.
+/// Stores the settings that the instrument uses in the configuration.
 void TakeDosimeterSettings(const DosimeterSettings& settings, CConfigCommon& configuration);
 
 }  // namespace vorex

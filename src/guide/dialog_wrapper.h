@@ -8,11 +8,11 @@
 
 namespace vorex {
 
-/// Puts a control into a dialog that the host can dock into a window of its own. Without a control every
-/// operation does nothing and every getter answers empty.
+/// A dialog around a control, which the host can dock into one of its windows. Without a control every
+/// operation does nothing and every getter returns an empty value.
 class FDialogWrapper : public IDialog, public LibraryObject {
   public:
-    /// What the dialog says of itself when somebody shows it stand-alone.
+    /// The message of a dialog that is shown stand-alone.
     static constexpr std::string_view kNote =
         "This dialog should always be docked in another window, and should never be shown stand-alone. This "
         "window is used along with the CTest classes, to show custom test element configuration for ZRD47500 "
@@ -37,11 +37,11 @@ class FDialogWrapper : public IDialog, public LibraryObject {
     void Initialize(ControlArgument argument) override;
     void Hide() override { mVisible = false; }
     void Show() override { mVisible = true; }
-    /// Nothing for window 0.
+    /// Does nothing for window 0.
     void Dock(WindowHandle parent) override;
     void UnDock() override;
     void Unload() override;
-    /// Moves the control when docked, else the dialog. Nothing for a width that is not above 0.
+    /// Moves the control when docked, else the dialog. Does nothing unless the width is above 0.
     void Move(int32_t left, int32_t top, int32_t width, int32_t height) override;
     void Refresh() override;
     void SetFocus() override;

@@ -10,18 +10,18 @@
 
 namespace vorex {
 
-/// A timer and a date for classes that have no window of their own.
+/// A timer and a date for classes without a window.
 class FrmTimer {
   public:
     FrmTimer();
 
     int32_t Interval() const { return mInterval; }
-    /// In ms; holds from the next start on.
+    /// In ms; applies from the next start on.
     void Interval(int32_t milliseconds) { mInterval = milliseconds; }
     void StartTimer();
     void StopTimer();
 
-    /// Selects a date; an empty part takes today's.
+    /// Selects a date; an empty part is today's.
     void SetDTPicketDate(std::string_view day, std::string_view month, std::string_view year);
     /// The selected date as year-month-day.
     std::string GetDTPicketDate() const;

@@ -11,11 +11,11 @@ namespace vorex {
 
 namespace {
 
-/// What the guide shows otherwise than the result.
+/// Differences between the guide's columns and the result's.
 struct Difference {
     int32_t kind;  ///< detector kind, 0 for every kind
     std::string_view key;
-    std::string_view caption;  ///< empty for that of the result
+    std::string_view caption;  ///< empty: that of the result
     int16_t width;
 };
 
@@ -35,7 +35,7 @@ constexpr int16_t kVerdictWidth = 80;
 bool KnowsLimit(const IStandard& standard, const std::string& limitKey) {
     const ExpectedResults& limits = standard.Results();
     return std::any_of(limits.begin(), limits.end(), [&](const auto& limit) {
-        // Each exposure of the maximum rate has a limit of its own.
+        // For the maximum rate, each exposure has its own limit.
         return limit->Key() == limitKey || (IsMaxExposureRate(limitKey) && IsMaxExposureRate(limit->Key()));
     });
 }

@@ -12,7 +12,7 @@ namespace vorex {
 
 namespace {
 
-constexpr std::size_t kNarrowTable = 6;  ///< columns below which all of them are told
+constexpr std::size_t kNarrowTable = 6;  ///< a table with fewer columns is shown completely
 constexpr std::string_view kMasKeys[] = {key::kMa, key::kMas, key::kMasPulse, key::kDoseMas};
 
 void AppendUnit(std::string& text, const std::string& unitKey) {
@@ -54,7 +54,7 @@ void AddMeasurement(std::vector<std::string>& lines, const CMeasurement& measure
             lines.push_back(std::move(limit));
 }
 
-std::vector<std::string> KeysToTell(const PressedCell& cell) {
+std::vector<std::string> KeysToShow(const PressedCell& cell) {
     std::vector<std::string> keys;
     if (IsMasFamily(cell.columnKey))
         keys.assign(std::begin(kMasKeys), std::end(kMasKeys));
@@ -73,8 +73,8 @@ std::vector<std::string> CellDetails(const CResultCommon& result, const PressedC
                                      const Standards& chosen) {
     std::vector<std::string> lines;
     std::vector<std::string> values;
-    const std::vector<std::string> keys = KeysToTell(cell);
-    const auto tell = [&](const MeasurementRow& row, KeyOf keyOf) {
+    const std::vector<std::string> keys = KeysToShow(cell);
+    const auto show = [&](const MeasurementRow& row, KeyOf keyOf) {
         for (const std::string& columnKey : keys) {
             const CMeasurement* measurement = FindNamed(row, keyOf(columnKey));
             if (measurement == nullptr || measurement->RawKey() == key::kImportWaveform) continue;
@@ -85,10 +85,10 @@ std::vector<std::string> CellDetails(const CResultCommon& result, const PressedC
     };
     const auto& rows = result.Rows();
     if (cell.exposure >= 1 && cell.exposure <= rows.size() && rows[cell.exposure - 1U])
-        tell(*rows[cell.exposure - 1U], ValueKeyOf);
+        show(*rows[cell.exposure - 1U], ValueKeyOf);
     if (const MeasurementRow* last = result.LastReading(); last != nullptr && result.TestId == kRadioRepro) {
-        tell(*last, MeanKeyOf);
-        tell(*last, VariationKeyOf);
+        show(*last, MeanKeyOf);
+        show(*last, VariationKeyOf);
     }
     if (lines.empty()) return lines;
     std::string heading;

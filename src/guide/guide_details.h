@@ -17,8 +17,8 @@ struct PressedCell {
     std::vector<std::string> columnKeys;  ///< of the whole table
 };
 
-/// What a pressed cell says: the value, its verdict and the limits that judge it, a line each. The four mAs
-/// columns are told together, as are the columns of a narrow table; test 100 adds the mean and the
+/// The details of a pressed cell: the value, its verdict and the limits that judge it, a line each. The four
+/// mAs columns are shown together, and so are the columns of a narrow table; test 100 adds the mean and the
 /// coefficient of variation.
 std::vector<std::string> CellDetails(const CResultCommon& result, const PressedCell& cell,
                                      const Standards& chosen);

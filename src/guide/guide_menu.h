@@ -8,13 +8,13 @@
 
 namespace vorex {
 
-/// Ids of the guide's pop-up menu; a target/filter has the key of its button.
+/// Ids of the guide's pop-up menu; the id of a target/filter is the key of its button.
 namespace guide_menu {
 inline constexpr int32_t kRedo = 100;
 inline constexpr int32_t kShowAll = 200;
 }  // namespace guide_menu
 
-/// What the guide's pop-up menu depends on.
+/// The state that the guide's pop-up menu depends on.
 struct GuideMenuState {
     bool canRedo = false;
     std::vector<std::string> targetFilters;
@@ -25,7 +25,7 @@ struct GuideMenuState {
 
 std::vector<MenuItem> BuildGuideMenu(const GuideMenuState& state);
 
-/// True when the menu has an item of an id that can be chosen.
+/// True when the menu has an enabled item with an id.
 bool CanChoose(const std::vector<MenuItem>& items, int32_t id);
 
 }  // namespace vorex

@@ -20,7 +20,7 @@ struct GuideButton {
     bool panel = false;  ///< a field of the bar that cannot be pressed
 };
 
-/// The buttons of the guide: what each shows, and which of them can be pressed.
+/// The buttons of the guide: their captions, and which of them can be pressed.
 class GuideToolbar : public ICaptions {
   public:
     GuideToolbar();
@@ -29,14 +29,14 @@ class GuideToolbar : public ICaptions {
 
     /// In the order of the bar: the fixed buttons, then the target/filters.
     const std::vector<GuideButton>& Buttons() const { return mButtons; }
-    /// The button of a key; null when there is none.
+    /// The button with a key; null when there is none.
     const GuideButton* Find(int32_t key) const;
     bool Takes(int32_t key) const;
     bool Enabled(int32_t key) const;
     void Enable(int32_t key, bool enable);
     void Show(int32_t key, bool show);
     bool Checked(int32_t key) const;
-    /// Checks one of a group of buttons, and no other; a key outside the group leaves none checked.
+    /// Checks one button of a group and unchecks the others; a key outside the group leaves none checked.
     void CheckOnly(std::span<const int32_t> group, int32_t key);
 
     /// Replaces the buttons of the target/filters; the index of the checked one counts from 0, -1 is none.
@@ -54,7 +54,7 @@ class GuideToolbar : public ICaptions {
     std::vector<std::string> mTargetFilters;
 };
 
-/// The three ways to enter mAs values, of which one is chosen.
+/// The three ways to enter mAs values; one is chosen.
 inline constexpr int32_t kMasButtons[] = {guide_button::kShunt, guide_button::kClamp, guide_button::kManual};
 
 }  // namespace vorex

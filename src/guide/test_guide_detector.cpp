@@ -15,7 +15,7 @@ namespace vorex {
 
 namespace {
 
-/// Failed polls in a row after which the watch gives up.
+/// Consecutive failed polls after which the watch gives up.
 constexpr int32_t kGivesUpAfter = 100;
 
 }  // namespace
@@ -34,7 +34,7 @@ void FZRD47500TestGuide::StartWatch() {
 
 void FZRD47500TestGuide::WatchTick() {
     mWatch->Stop();
-    // A press may come in while the tick polls: it leaves the timer to the tick.
+    // A press during the tick's poll leaves the timer to the tick.
     ++mPauses;
     bool goesOn = true;
     if (!mSequence->gRunActive) goesOn = WatchGoesOn();
@@ -61,7 +61,7 @@ bool FZRD47500TestGuide::WatchGoesOn() {
         if (std::exchange(mLinkLost, false)) events.ConnectionFound.Raise();
         return true;
     }
-    // The first failure is announced; the watch goes on, so that a link that comes back is noticed.
+    // The first failure is announced; the watch continues, so that it notices when the link is back.
     if (++failures == 1) LoseConnection();
     if (failures < kGivesUpAfter) return true;
     failures = 1;
@@ -88,13 +88,13 @@ bool FZRD47500TestGuide::AdaptToDetector() {
         return false;
     }
     const int32_t kind = EffectiveKind(mConnectedKind, configured);
-    if (kind == kNoDetector) return true;  // nothing answers and nothing is asked for
+    if (kind == kNoDetector) return true;  // no instrument connected, none requested
     const int32_t kindBefore = mKind;
     const int32_t nameBefore = mConfig->DetectorName;
     try {
         AdaptTo(kind, configured);
     } catch (...) {
-        // The instruments failed half-way: the test stays what its columns show.
+        // The instruments failed half-way: the test keeps the kind that its columns show.
         mKind = kindBefore;
         mConfig->DetectorName = nameBefore;
         ShowOptionalButtons();
@@ -128,7 +128,7 @@ void FZRD47500TestGuide::AdaptTo(int32_t kind, int32_t configured) {
     Report(GuidePart::kToolbar);
     Report(GuidePart::kMenu);
     BuildColumns(mConfig, true);
-    // The setup asks for an mAs meter that is not there: its values are typed in, where that is allowed.
+    // The configured mAs meter is missing: its values are typed in, if that is allowed.
     const bool meterMissing = mConnectedKind == kZrd || mConnectedKind == kPelomark;
     if (meterMissing && HasMasMeter(configured) && mConfig->MASInputOverride) PressManual();
 }
@@ -164,7 +164,7 @@ void FZRD47500TestGuide::AdaptTargetFilters() {
     mToolbar.SetTargetFilters(names, index);
 }
 
-/// A result without exposures follows the detector; one with exposures is replaced when the run starts.
+/// A result without exposures follows the detector; the start of a run replaces one with exposures.
 void FZRD47500TestGuide::InitializeResultAgain() {
     const auto result = Result();
     if (!result || !result->Rows().empty()) return;

@@ -49,13 +49,13 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
     mPipe = pipe;
     mConfig = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
     if (mConfig) {
-        // Before the first run the guide follows what is connected, where anything is.
+        // Before the first run the guide follows the connected instruments, if there are any.
         const auto result = Result();
         const bool measured = result && (result->Status() == kPassed || result->Status() == kFailed);
         mKind = measured || mConnectedKind == kNoDetector ? mConfig->DetectorName : mConnectedKind;
         std::string_view input = mConfig->MASInput ? text::kShunt : text::kClamp;
         if (mConfig->ManualSelectedInTestGuide) input = text::kManual;
-        mConfig->TestGuideMASInput = input;  // a key: the file reads in every language
+        mConfig->TestGuideMASInput = input;  // a key, so that the file is language-neutral
     }
     SetInfoLines(lines);
     CreateView(element);
@@ -64,7 +64,7 @@ void FZRD47500TestGuide::Initialize(const std::shared_ptr<ITestElement>& element
     ReportAll();
 }
 
-/// Buttons that are there for some tests, kinds or settings only.
+/// Buttons that only some tests, kinds or settings have.
 void FZRD47500TestGuide::ShowOptionalButtons() {
     const auto element = mElement.lock();
     const auto survey = element ? std::dynamic_pointer_cast<CConfigMQSA>(element->Configuration()) : nullptr;

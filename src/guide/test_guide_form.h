@@ -27,7 +27,7 @@ struct GuideTab {
     uint8_t type = kKvWaveform;
     std::string caption;
     bool visible = false;
-    std::shared_ptr<IWaveform> waveform;  ///< empty while the pane is clear
+    std::shared_ptr<IWaveform> waveform;  ///< empty for a clear pane
 };
 
 /// A part of the guide that a window draws on its own.
@@ -51,9 +51,9 @@ struct GuideChange {
     uint8_t number = 0;  ///< `kTableRow`: exposure, from 1; `kWaveform`: type
 };
 
-/// The window through which the operator runs a test, without its widgets: what is shown, what can be
-/// pressed, and what a press brings about. It measures nothing itself. While no exposures are taken it
-/// watches the link to the detector, and on Start it adapts the test to the detector that answers.
+/// The window in which the operator runs a test, without its widgets: what is shown, what can be pressed, and
+/// what a press does. It measures nothing itself. While no exposures are taken it watches the link to the
+/// detector, and on Start it adapts the test to the connected detector.
 class FZRD47500TestGuide : public ITestGuide {
   public:
     FZRD47500TestGuide();
@@ -94,12 +94,12 @@ class FZRD47500TestGuide : public ITestGuide {
     /// False when the button cannot be pressed now. A shortcut press of Start stops a run that is active; a
     /// plain press always starts.
     bool PressButton(int32_t key, bool shortcut = false);
-    /// Selects a stored exposure and chooses "Redo Exposure" of the menu; false when the menu would not
-    /// offer it.
+    /// Selects a stored exposure and chooses "Redo Exposure" in the menu; false when the menu would not offer
+    /// it.
     bool RedoExposure(uint8_t exposure);
     /// The right button over the table.
     void OpenMenu();
-    /// Index counts from 0; any other than that of an offered target/filter is ignored.
+    /// Index counts from 0; an index without a target/filter is ignored.
     void SelectTargetFilter(int32_t index);
 
     /// The element under test; empty before `Initialize` and after `Unload`.
@@ -110,11 +110,10 @@ class FZRD47500TestGuide : public ITestGuide {
     const GuideButton* Button(int32_t key) const { return mToolbar.Find(key); }
     const std::vector<GuideTab>& Tabs() const { return mTabs; }
     const std::vector<std::string>& InfoLines() const { return mLines; }
-    /// The instruction lines that are not hidden at present. An empty line keeps its number, and is never
-    /// shown.
+    /// The visible instruction lines. An empty line keeps its number, and is never shown.
     std::vector<std::string> VisibleLines() const;
     const std::string& StatusLine() const { return mStatusLine; }
-    /// Status of the result that is shown.
+    /// Status of the shown result.
     int32_t StatusShown() const { return mStatusShown; }
     GuideState RunState() const { return mState; }
     uint8_t CurrentExposure() const { return mCurrentExposure; }
@@ -124,17 +123,18 @@ class FZRD47500TestGuide : public ITestGuide {
     const std::vector<std::string>& Details() const { return mDetails; }
     /// The pop-up menu as it would open now.
     std::vector<MenuItem> MenuItems() const;
-    /// Firmware of the dosimeter, 0 until it was asked.
+    /// Firmware of the dosimeter, 0 until it is known.
     int32_t FirmwareVersion() const { return mFirmwareVersion; }
     bool Watching() const { return mWatch && mWatch->Running(); }
 
-    /// What is shown has changed in one part: what redraws the reported parts shows all that there is.
+    /// One part of the shown content has changed. A window that redraws the reported parts is always up to
+    /// date.
     Event<GuideChange> Changed{"FZRD47500TestGuide_Changed"};
 
   private:
     static constexpr int32_t kWatchInterval = 2000;  ///< ms
 
-    /// Keeps the watch from polling between what the operator's press sends; nested presses count.
+    /// Pauses the watch while a press sends its commands; nested presses count.
     class WatchPause {
       public:
         explicit WatchPause(FZRD47500TestGuide& guide);
@@ -214,7 +214,7 @@ class FZRD47500TestGuide : public ITestGuide {
     GuideState mState = GuideState::kIdle;
     std::vector<GuideTab> mTabs;
     std::vector<std::string> mLines;
-    std::optional<std::vector<int32_t>> mVisibleRows;  ///< from 1; all lines when it was never set
+    std::optional<std::vector<int32_t>> mVisibleRows;  ///< from 1; not set: all lines
     std::vector<std::string> mDetails;
     std::string mStatusLine;
     int32_t mStatusShown = kNotTested;
@@ -229,9 +229,10 @@ class FZRD47500TestGuide : public ITestGuide {
     std::string mHiddenColumns;
     bool mAllShown = false;
     bool mManualNote = false;
-    bool mLinkLost = false;  ///< and announced
+    bool mLinkLost = false;  ///< and the loss was announced
     int32_t mFirmwareVersion = 0;
-    std::vector<Connection> mListening;  ///< to the view and the detector; last, so that they end first
+    std::vector<Connection>
+        mListening;  ///< to the view and the detector; last, so that they are disconnected first
 };
 
 }  // namespace vorex

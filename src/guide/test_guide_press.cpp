@@ -4,7 +4,7 @@
 #include "foundation/vocabulary.h"
 #include "guide/test_guide_form.h"
 
-// What the buttons of the guide do.
+// The actions of the guide's buttons.
 
 namespace vorex {
 
@@ -12,10 +12,10 @@ using namespace guide_button;  // NOLINT(google-build-using-namespace): the keys
 
 namespace {
 
-/// What ends the test or leaves it, and is locked while exposures are taken.
+/// Buttons that end or leave the test, locked while exposures are taken.
 constexpr int32_t kNavigation[] = {kAbort, kPrevious, kSkip, kNa};
 
-/// Buttons that only tell that they were pressed.
+/// Buttons that only raise their event.
 struct PlainButton {
     int32_t key;
     Event<> TestGuideEvents::*event;
@@ -45,7 +45,7 @@ void FZRD47500TestGuide::ToolbarState(GuideState state, bool enableNext) {
     Report(GuidePart::kMenu);
 }
 
-/// A test of the mAs meter alone whose values are typed in has nothing to start.
+/// A test with only the mAs meter and typed values has nothing to start.
 void FZRD47500TestGuide::EnableStartButton() {
     const bool typedOnly = mToolbar.Checked(kManual) && mConnectedKind == kMasMeter && mConfig &&
                            mConfig->DetectorOption == kMasMeter;
@@ -72,7 +72,7 @@ void FZRD47500TestGuide::SetWakeUpButton(bool enable) {
     SetToolBarButtonStatus(kWakeUp, enable);
 }
 
-/// A run that ended by a failing handler must not leave the bar locked.
+/// A run that ended because a handler failed must not leave the bar locked.
 void FZRD47500TestGuide::LeaveRunningState() {
     if (mState != GuideState::kRunning) return;
     mSequence->gRunActive = false;

@@ -19,7 +19,7 @@ namespace vorex {
 
 namespace {
 
-/// Check marks of the table, and where the configuration keeps them.
+/// The check-mark columns, and their columns in the configuration.
 struct FlagColumn {
     std::string_view key;
     ExposureColumn configured;
@@ -27,7 +27,7 @@ struct FlagColumn {
 constexpr FlagColumn kFlagColumns[] = {{key::kImportWaveform, ExposureColumn::kImport},
                                        {key::kAdjacent, ExposureColumn::kAdjacent}};
 
-/// True from construction to the end of the menu.
+/// True while the menu is open.
 class MenuOpen {
   public:
     explicit MenuOpen(SequenceState& state) : mState(state) { mState.gMenuOpen = true; }
@@ -102,7 +102,7 @@ void FZRD47500TestGuide::BuildColumns(const std::shared_ptr<CConfigCommon>& conf
     for (GuidePart part : {GuidePart::kColumns, GuidePart::kTable, GuidePart::kMenu}) Report(part);
 }
 
-/// What the setup says of each exposure before it is taken.
+/// Values from the setup for each exposure before it is taken.
 void FZRD47500TestGuide::FillColumnSettings() {
     if (!mView || !mConfig) return;
     mView->pNoOfExposures(mConfig->pNoOfExposures);
@@ -119,7 +119,7 @@ void FZRD47500TestGuide::ShowResult(const std::shared_ptr<ITestElement>& element
     mCurrentExposure = exposure;
     if (!mView) return;
     const auto result = element->Result();
-    // The statistics of these tests are in each row; a table that takes up another result fills all rows.
+    // Each row has the statistics of these tests, and a table with a new result fills all rows.
     const int32_t test = element->TestID();
     const bool allRows =
         exposure == 0 || test == kMammoAccRepro || test == kMammoAec || mTableResult.lock() != result;
@@ -136,7 +136,7 @@ void FZRD47500TestGuide::ToggleAllColumns() {
     if (!mView) return;
     mAllShown = !mAllShown;
     mView->DisplayAllColumns(mAllShown, mHiddenColumns);
-    // With both instruments the mAs columns may be among the hidden ones: they are typed into when shown.
+    // With both instruments the mAs columns may be hidden; when they are shown, they can be typed into.
     if (mKind == kZrdAndMas) mToolbar.Enable(guide_button::kManual, mAllShown);
     for (GuidePart part : {GuidePart::kColumns, GuidePart::kToolbar, GuidePart::kMenu}) Report(part);
 }
@@ -189,7 +189,7 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
         Report(GuidePart::kTableRow, exposure);
         return;
     }
-    // Judging again would interfere with the exposures of a run.
+    // Judging now would interfere with the exposures of a run.
     if (!mSequence->gRunActive) {
         if (columnKey == key::kAdjacent) {
             mConfig->SetValue(row, ExposureColumn::kAdjacent, text);
@@ -199,7 +199,7 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
         }
         ShowStatus(result.get());
     }
-    // A typed value has its part in the statistics, which other rows may hold.
+    // A typed value changes the statistics, which may be in other rows.
     mView->UpdateTestResult(true, 0);
     mView->UpdateTestResult(true, exposure);
     Report(GuidePart::kTable);
@@ -219,7 +219,7 @@ void FZRD47500TestGuide::StoreTypedValue(uint8_t exposure, const std::string& co
     LogTypedValue(exposure, *stored[number - 1U]);
 }
 
-/// Typed values are told in the printed comment, a line each.
+/// The printed comment lists typed values, a line each.
 void FZRD47500TestGuide::LogTypedValue(uint8_t exposure, const CMeasurement& measurement) {
     std::string& log = mConfig->PrintTheComment;
     if (!log.empty()) log += "\n";
@@ -257,7 +257,7 @@ void FZRD47500TestGuide::OpenMenu() {
         const MenuOpen open(*mSequence);
         chosen = platform->ShowPopupMenu(MenuItems());
     });
-    // A run may have ended under the open menu: Redo is available then.
+    // A run may have ended while the menu was open; then Redo is available.
     if (!CanChoose(MenuItems(), chosen)) return;
     const WatchPause pause(*this);
     Guarded("mnuPopup_Click", [&] {

@@ -6,13 +6,13 @@
 
 namespace vorex {
 
-/// The message that covers the result view of the guide while an instrument cannot answer.
+/// The message over the guide's result view while an instrument is busy.
 class XTransparent {
   public:
     bool Visible() const { return mVisible; }
     void Visible(bool visible) { mVisible = visible; }
     const std::string& LabelCaption() const { return mCaption; }
-    /// Takes a text key; a text that is no key is shown as it is.
+    /// Shows the text of a key; any other text is shown unchanged.
     void LabelCaption(std::string_view textKey);
 
     struct Box {
@@ -22,8 +22,8 @@ class XTransparent {
         int32_t height = 0;
         bool operator==(const Box&) const = default;
     };
-    /// Fits the label to the size that the caption takes in the window's font, and centres it in the control;
-    /// a caption larger than the control begins at its edge.
+    /// Fits the label to the size of the caption in the window's font, and centres it in the control; a
+    /// caption larger than the control begins at its edge.
     void ResizeTheLabel(int32_t controlWidth, int32_t controlHeight, int32_t captionWidth,
                         int32_t captionHeight);
     const Box& Label() const { return mLabel; }

@@ -18,7 +18,8 @@ struct RowField {
 /// The reading of one instrument with the values derived from it.
 struct DerivedRow {
     std::vector<RowField> fields;
-    /// Fields of the next exposure with a reading, which is compared with this one; empty without one.
+    /// Fields of the next exposure with a reading that change because they compare it with this one; empty if
+    /// there is none.
     std::vector<RowField> next;
     SurveyOutcomes outcomes;
 };

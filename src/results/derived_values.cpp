@@ -31,7 +31,7 @@ class RowBuilder {
         mRow.fields.push_back({columnKey, std::move(text)});
         return *this;
     }
-    /// A number of an instrument or of the table: its decimal sign is a point.
+    /// A number from an instrument or the table, with a decimal point.
     RowBuilder& AddReading(std::string_view columnKey, std::string_view reading) {
         std::string& text = mRow.fields.emplace_back(RowField{columnKey, std::string(reading)}).text;
         std::replace(text.begin(), text.end(), ',', '.');
@@ -54,7 +54,7 @@ class RowBuilder {
     DerivedRow mRow;
 };
 
-/// A named quantity keeps what a person would read of it: 15 significant digits.
+/// A named quantity is rounded to the 15 significant digits that its text shows.
 double Named(double value) {
     return PlainValue(value);
 }
@@ -94,14 +94,14 @@ struct ColumnReading {
     std::string_view reading;
 };
 
-/// The readings of a column over the test; not usable as soon as one of them is a mark.
+/// The readings of a column over the test; unusable if any is an over-range or under-range mark.
 struct History {
     std::vector<double> values;
     bool usable = true;
 };
 
-/// The cell of a column in a stored row, or null. Mostly it stands where the working row has it, and is
-/// labelled by it.
+/// The cell of a column in a stored row, or null. It is usually at the same index as in the working row, and
+/// shares its labels.
 const CMeasurement* FindStored(const MeasurementRow& row, std::string_view columnKey,
                                const MeasurementRow& working, std::size_t place) {
     const bool same =
@@ -109,7 +109,7 @@ const CMeasurement* FindStored(const MeasurementRow& row, std::string_view colum
     return same ? row[place].get() : FindMeasurement(row, columnKey);
 }
 
-/// Takes the reading of a stored row into the history of its column, if the row has it.
+/// Adds the reading of a stored row to the history of its column, if the row has one.
 void TakeStored(History& history, const CMeasurement* cell) {
     if (cell == nullptr || !history.usable) return;
     const std::optional<double> reading = cell->Reading();
@@ -122,7 +122,8 @@ void TakeNew(History& history, std::string_view reading) {
     history.values.push_back(ReadNumber(reading));
 }
 
-/// Visits the stored rows that count next to the new reading, and the place of that reading among them.
+/// Visits the stored rows that count together with the new reading, and the position of that reading among
+/// them.
 template <typename Stored, typename New>
 void ForEachExposure(const ReadingContext& context, const Stored& stored, const New& taken) {
     const auto& rows = context.result.Rows();
@@ -135,8 +136,8 @@ void ForEachExposure(const ReadingContext& context, const Stored& stored, const 
         if (context.result.HasReading(row)) stored(*rows[row]);
 }
 
-/// Readings of columns over the test, the new ones in their place; empty for a column as soon as one of its
-/// readings is an over-range or under-range mark. An exposure without a reading takes no part.
+/// Readings of columns over the test, with the new ones in their positions; empty for a column if any of its
+/// readings is an over-range or under-range mark. Exposures without a reading are left out.
 std::vector<History> ColumnHistories(const ReadingContext& context, std::span<const ColumnReading> columns) {
     std::vector<History> histories(columns.size());
     for (History& history : histories) history.values.reserve(context.result.Rows().size() + 1);
@@ -147,7 +148,7 @@ std::vector<History> ColumnHistories(const ReadingContext& context, std::span<co
         const bool there = column.place < working.size() && working[column.place]->RawKey() == column.key;
         places.push_back(there ? column.place : ColumnNumber(working, column.key) - std::size_t{1});
     }
-    // Row by row, as the readings lie in memory: long tests are read as a whole with each exposure.
+    // Row by row, the order in memory: each exposure of a long test reads all rows.
     ForEachExposure(
         context,
         [&](const MeasurementRow& row) {
@@ -227,7 +228,7 @@ void AddVoltages(RowBuilder& row, const ZrdReading& r) {
         .AddReading(key::kExposure, r.exposure);
 }
 
-/// The flags and the readings that most tests begin with.
+/// The flags and readings at the beginning of the rows of most tests.
 RowBuilder BaseRow(const ReadingContext& context, const ZrdReading& r) {
     RowBuilder row = BeginRow(context);
     AddAdjacentFlag(row, context);
@@ -267,7 +268,7 @@ DerivedRow RadiographyAccuracy(const ReadingContext& context, const ZrdReading& 
     return row.Take();
 }
 
-/// Exposure per mAs; the charge is the set mAs, or the set mA times the measured time.
+/// Exposure per mAs: the set mAs, or the set mA times the measured time.
 std::string ExposurePerMas(const ReadingContext& context, const ZrdReading& r) {
     const double exposure = ReadNumber(r.exposure);
     const double set = TableNumber(context, ExposureColumn::kMasOrMa);
@@ -307,8 +308,7 @@ DerivedRow RadiographyLinearity(const ReadingContext& context, const ZrdReading&
     return row.Take();
 }
 
-/// Tests 500 and 700: readings with the pulse columns where the mode has them. The time is shown whatever
-/// it is measured in.
+/// Tests 500 and 700: readings, with the pulse columns if the mode has them. The time is shown in any unit.
 RowBuilder FluoroscopyRow(const ReadingContext& context, const ZrdReading& r, std::string_view rateColumn) {
     const CConfigCommon& config = context.config;
     RowBuilder row = BeginRow(context);
@@ -333,7 +333,7 @@ DerivedRow FluoroscopyExposure(const ReadingContext& context, const ZrdReading& 
         .Take();
 }
 
-/// Tube voltages of the test so far. Marks among earlier readings count as 0: only the new reading decides
+/// Tube voltages of the test so far. Marks among earlier readings count as 0; only the new reading decides
 /// whether the statistics are shown.
 std::vector<double> VoltagesSoFar(const ReadingContext& context, std::string_view reading) {
     std::vector<double> values;
@@ -376,12 +376,12 @@ DerivedRow MammographyAccuracy(const ReadingContext& context, const ZrdReading& 
     return row.Add(key::kCv, std::move(cv)).Take();
 }
 
-/// What a formatted value comes to in the survey. An empty one reads as 0.
+/// The number of a formatted value for the survey; 0 if it is empty.
 int32_t OutcomeBy(const VerdictFigure& figure, std::string_view shown) {
     return figure.Excludes(ReadNumber(shown)) ? kFailed : kPassed;
 }
 
-/// The six derived values of test 1100, formatted; empty where a value cannot be had.
+/// The six derived values of test 1100, formatted; empty for a value that cannot be computed.
 struct GlandularDose {
     std::string energyCorrectedMean;
     std::string standardDeviation;
@@ -435,7 +435,7 @@ void AddMeanAndVariation(RowBuilder& row, const GlandularDose& dose) {
         .Add(key::kCvExposure, dose.cv);
 }
 
-/// Adds the rest of the chain, and what it leaves for the survey: a value that cannot be had reads as 0.
+/// Adds the rest of the chain, and its outcomes for the survey: a value that cannot be computed reads as 0.
 void AddDose(RowBuilder& row, const GlandularDose& dose) {
     row.Add(key::kSkinExposure, dose.skinExposure)
         .Add(key::kDoseConversionFactor, dose.factor)

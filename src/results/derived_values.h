@@ -14,8 +14,8 @@
 /// instrument fills, readings first, then the derived values of the test. A value that cannot be computed
 /// is an empty text, never an error.
 ///
-/// Readings are texts. Each named quantity passes through its plain text; inside one formula doubles are
-/// used, and rounding happens only where a picture ("0.0#") is applied.
+/// Readings are texts. Each named quantity is rounded to its plain text; within a formula numbers are
+/// doubles, and only a picture ("0.0#") rounds.
 namespace vorex {
 
 /// The exposure that a reading belongs to.
@@ -33,9 +33,10 @@ DerivedRow BuildDosimeterResult(const ReadingContext& context, const PelomarkRea
 /// Row of an mAs meter reading.
 DerivedRow BuildMasResult(const ReadingContext& context, const MasReading& reading);
 
-/// Dose per mAs of an exposure and its charge; empty unless both are usable and the charge is above 0.
+/// Dose per mAs from an exposure and its mAs; empty unless both are usable and the mAs is above 0.
 std::string DosePerMas(const std::string& exposure, const std::string& mas);
-/// Mean and coefficient of variation of a column over the stored exposures; none for a column without.
+/// Mean and coefficient of variation of a column over the stored exposures; none for a column without
+/// statistics.
 std::vector<RowField> StatisticsOfColumn(const CResultCommon& result, std::string_view columnKey);
 
 }  // namespace vorex

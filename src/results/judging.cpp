@@ -54,7 +54,7 @@ int32_t Judging::Criterion(std::size_t row) const {
     return ReadInteger(mConfig->GetValue(static_cast<uint8_t>(row), ExposureColumn::kCriterion));
 }
 
-/// True for the two errors of an exposure of which one has to pass.
+/// True for a kVp error of an exposure for which it is enough that one of its two errors passes.
 bool Judging::MayPassByEither(const CMeasurement& measurement, std::size_t row) const {
     return mTestId == kRadioAccuracy && IsKvpErrorKey(measurement.RawKey()) && Criterion(row) == kJudgeEither;
 }
@@ -74,8 +74,8 @@ bool Judging::IsHeldAgainstLimits(const CMeasurement& measurement, std::size_t r
     return criterion >= kJudgePercent && criterion <= kJudgeBoth && criterion != leftAlone;
 }
 
-/// Judges an error of the accuracy test, if it is held against limits at all; true when it was. One that is
-/// left alone passes, but a kVp error keeps its status while the criterion of the exposure is unknown.
+/// Judges an error of the accuracy test, if limits apply to it; true when it was judged. An excluded error
+/// passes, but a kVp error keeps its status while the criterion of the exposure is unknown.
 bool Judging::JudgeAccuracyError(CMeasurement& measurement, std::size_t row) const {
     const bool judged = IsHeldAgainstLimits(measurement, row);
     const int32_t criterion = Criterion(row);
@@ -126,8 +126,8 @@ RowsVerdict Judging::JudgeExposure(const MeasurementRow& row, uint8_t exposureNu
             else
                 item->Status(kFailed);
         }
-        // "Either error may pass" is not settled while a test runs: the absolute error alone fails the test
-        // for now, and the judgement of all rows at the end decides.
+        // "Either error may pass" is not decided during a run: for now only the absolute error fails the
+        // test; the judgement of all rows at the end decides.
         const bool fails = MayPassByEither(*item, index) ? item->RawKey() == key::kAbsoluteKvpError
                                                          : item->Status() == kFailed;
         if (fails) verdict.status = kFailed;
@@ -157,7 +157,7 @@ void Judging::JudgeStored(CMeasurement& measurement, std::size_t row, Walk& walk
         return;
     }
     if (mTestId == kRadioLinearity && IsLinearityKey(measurementKey)) {
-        // Only the judgement after an exposure, and the edit of the flag, can fail a coefficient.
+        // A coefficient can fail only right after its exposure, and when its flag is edited.
         measurement.Key(walk.adjacent ? key::kErAdjacent : key::kErNonAdjacent);
         measurement.Status(kPassed);
         return;

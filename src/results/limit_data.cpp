@@ -15,7 +15,7 @@
 
 namespace vorex {
 
-/// How the unit of a limit row is made up.
+/// How the unit of a limit row is formed.
 enum class LimitUnit { kNone, kPercent, kMmAl, kKv, kMa, kMas, kRatePerTime, kDose, kOutput, kAirKerma };
 
 /// A row of the limit editor, and a limit of a new standard.
@@ -23,7 +23,7 @@ struct LimitRow {
     std::string_view key;
     std::string_view description;
     LimitUnit unit;
-    std::span<const LimitExpression> forms;  ///< that the editor offers, in its order
+    std::span<const LimitExpression> forms;  ///< offered by the editor, in its order
     bool renewsUnit = false;                 ///< old standards take the present unit
 };
 
@@ -140,8 +140,8 @@ std::string DescriptionOf(const LimitRow& row, int32_t exposure) {
     return words;
 }
 
-/// The form that a new limit starts with: the first of its row that judges in the test. Only one test has
-/// rows of coefficients of variation.
+/// The form of a new limit: the first of its row that judges in the test. Only one test has rows of
+/// coefficients of variation.
 LimitExpression FirstForm(const LimitRow& row, int32_t testId) {
     const auto judges = [&](LimitExpression form) {
         return !RowOf(form).judgesVariation || testId == kRadioRepro;
@@ -223,7 +223,7 @@ std::shared_ptr<IXmlElement> CLimitData::Save(const std::shared_ptr<IXmlDocument
 void CLimitData::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
     if (report == nullptr) return;
     auto& shown = report->SelectedStandardsForReport;
-    // The limits of the previous element must not be printed next to the results of this one.
+    // Otherwise the limits of the previous element would be printed next to these results.
     shown.clear();
     const ISelectedStandards* selected = report->SelectedStandards();
     for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i) {
@@ -253,7 +253,7 @@ std::vector<std::shared_ptr<IStandard>> CLimitData::FindFailedStandards(
 void CLimitData::AddLimit(IStandard& standard, const LimitRow& row, int32_t exposure, int32_t testId) const {
     auto limit = Services().createExpectedResult();
     limit->Setup(KeyOf(row, exposure), UnitOf(row), "", "");
-    // Both sides: a number that is typed into either then judges as the editor shows it.
+    // On both sides, so that a number typed into either is judged as the editor shows it.
     for (const int32_t side : {kHighSide, kLowSide})
         limit->Expression(side, RowOf(FirstForm(row, testId)).text);
     standard.AddExpectedResult(std::move(limit));

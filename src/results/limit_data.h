@@ -14,8 +14,8 @@ namespace vorex {
 
 class CConfigCommon;
 
-/// The limits of a test element: the host's standards of the element, and what the host's limit editor has to
-/// know about the test.
+/// The limits of a test element: the host's standards of the element, and the rows of the test for the host's
+/// limit editor.
 class CLimitData : public ILimitData, public LibraryObject, public std::enable_shared_from_this<CLimitData> {
   public:
     // ILimitData. The description is not kept.
@@ -26,15 +26,15 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
     void Owner(const std::shared_ptr<ITestElement>& element) override { mOwner = element; }
     /// A clone of the standards, without the owner.
     std::shared_ptr<ILimitData> Clone() const override;
-    /// Hosts the host's limit editor; empty when there is none, or no dialog is wanted.
+    /// A dialog with the host's limit editor; empty when there is none, or when no dialog is wanted.
     std::shared_ptr<IDialog> CreateDialog() override;
-    /// The plug-in's standard of that name, or an empty one with the rows of the test. A standard that is
-    /// there already is not added twice.
+    /// The plug-in's standard of that name, or an empty one with the rows of the test. An existing standard
+    /// is not added twice.
     std::shared_ptr<IStandard> CreateStandard(std::string_view name, std::string_view version) override;
     /// Raises 0x8004A4EE for another element; the standards are empty when their load fails.
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
-    /// Prints nothing: puts the standards that the report shows where the result's report finds them.
+    /// Prints nothing: sets the standards that the report of the result shows.
     void PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& setup) override;
     void UpdateLimits(const std::shared_ptr<ITestElement>& /*owner*/) override {}
     std::vector<std::shared_ptr<IStandard>> FindFailedStandards(
@@ -43,17 +43,17 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
     void HasDialogFlag(bool hasDialog) { mHasDialog = hasDialog; }
     void SetOwner(const std::shared_ptr<ITestElement>& element, bool hasDialog);
     void SetStandardsFrom(const ILimitData& source);
-    /// Adds a standard, unless one of its name and version is there.
+    /// Adds a standard, unless one with its name and version exists.
     void AddStandard(const std::shared_ptr<IStandard>& standard);
     /// Test 700 has gained an exposure, counted from 1: every standard gets its limits, without numbers.
     void AppendExposureLimit(int32_t exposure);
-    /// Test 700 has lost an exposure: every standard loses its limits, and those of the later exposures
-    /// follow them with their numbers.
+    /// Test 700 has lost an exposure: every standard loses its limits, and those of later exposures are
+    /// renumbered.
     void ReorderLimits(int32_t exposure);
     /// Adds the empty limits of a test to a standard; nothing for the survey.
     void CreateTestLimits(IStandard& standard, int32_t testId) const;
-    /// Fills the host's limit editor with the rows of a test, and brings old standards up to the present
-    /// units and exposures.
+    /// Fills the host's limit editor with the rows of a test, and updates old standards to the present units
+    /// and exposures.
     void PrepareLimitDialog(ILimitView& view, int32_t testId);
     /// The same for the editor that is open.
     void RefreshDialog();

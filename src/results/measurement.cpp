@@ -16,16 +16,16 @@ namespace {
 constexpr std::string_view kClassName = "CMeasurement";
 
 // clang-format off
-/// Statistics of files of older versions that have no column today.
+/// Statistics in files of older versions that no longer have a column.
 constexpr std::string_view kFormerStatistics[] = {key::kCriterionHvl, key::kCalculatedHvl};
-/// Texts that are stored as their keys, so that a file reads in every language. The first that is found in a
-/// value wins.
+/// Texts that are stored as their keys, so that files are language-neutral. The first one found in a value
+/// wins.
 constexpr std::string_view kNeutralTexts[] = {
     text::kPass, text::kFail, text::kNotApplicable, text::kOverRange, text::kUnderRange, text::kTrue, text::kFalse,
 };
 // clang-format on
 
-/// An empty one is stored as text, and it is a number again when loaded.
+/// Values that are stored as text when empty, and are numbers again when loaded.
 bool IsStatistic(const CMeasurement& measurement) {
     return measurement.Facts().Is(kLoadsAsNumber | kCvOfReadings) ||
            std::find(std::begin(kFormerStatistics), std::end(kFormerStatistics), measurement.RawKey()) !=
@@ -126,7 +126,7 @@ CMeasurement::FoundLimit CMeasurement::GetLimit(int32_t side, const IStandard& s
     for (const auto& limit : limits) {
         if (!IsJudgedBy(*limit, side)) continue;
         const float number = read(*limit);
-        // High: the smallest of several. Low: the last that differs, whichever is larger.
+        // High: the smallest of several. Low: the last one that differs, even if it is smaller.
         const bool takes =
             !found.found || (side == kHighSide ? number < found.number : number != found.number);
         if (takes) found.number = number;
@@ -180,7 +180,7 @@ std::string CMeasurement::GetDisplayText() const {
                                ? kStoredTrue
                                : kStoredFalse);
     if (!SupportsLimit(kHighSide) || !formatter) return ValueText();
-    // A number that was loaded reads as it did before it was saved: in the picture of its column.
+    // A loaded number reads as before it was saved: in the picture of its column.
     return std::holds_alternative<double>(mValue) ? FormatValue(mValue) : formatter->ToText(mValue);
 }
 

@@ -13,7 +13,7 @@
 
 namespace vorex {
 
-/// How a value is to be taken.
+/// How a value is treated.
 inline constexpr int32_t kPlainValue = 0;
 inline constexpr int32_t kJudgedNumber = 1;
 inline constexpr int32_t kOtherJudgedNumber = 2;
@@ -24,7 +24,7 @@ inline constexpr int32_t kTextOnly = 5;
 inline constexpr std::string_view kFourDecimals = "0.0###";
 inline constexpr std::string_view kTwoDecimals = "0.0#";
 
-/// What the measurements of a column have in common.
+/// The common properties of the measurements of a column.
 struct MeasurementLabels {
     std::string key;
     ColumnFacts facts;  ///< of the key
@@ -52,10 +52,10 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     std::string ValueFormat() const override { return mLabels->format; }
     int32_t Flags() const override { return 0; }
     std::string ToolTipText() const override { return {}; }
-    /// Raises 0x8004A3FF for another element (severity 4) or one without a key (severity 2). A description or
-    /// a unit that is absent reads as empty.
+    /// Raises 0x8004A3FF for another element (severity 4) or one without a key (severity 2). A missing
+    /// description or unit reads as empty.
     void Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) override;
-    /// Empty without a key. Normalises type and value to their stored form. Raises 0x8004A400.
+    /// Returns nothing without a key. Normalises type and value to their stored form. Raises 0x8004A400.
     std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>& owner) override;
 
     // IMeasurement2
@@ -68,7 +68,7 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     // Raw access inside the library.
     const std::string& RawKey() const { return mLabels->key; }
     void Key(std::string_view key);
-    /// What the column of the measurement is.
+    /// The properties of the measurement's column.
     const ColumnFacts& Facts() const { return mLabels->facts; }
     const std::string& RawDescription() const { return mLabels->description; }
     void Description(std::string_view text) { SetLabel(&MeasurementLabels::description, text); }
@@ -76,8 +76,8 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     void ValueType(int32_t type) { mValueType = type; }
     void ValueFormat(std::string_view picture) { SetLabel(&MeasurementLabels::format, picture); }
     const std::string& RawValueFormat() const { return mLabels->format; }
-    /// Takes key, description, unit and picture of a measurement of the same column, and shares them with it
-    /// until one of the two is changed.
+    /// Takes key, description, unit and picture of a measurement of the same column, and shares them until
+    /// one of the two changes.
     void ShareLabels(const CMeasurement& other) {
         if (mLabels != other.mLabels) mLabels = other.mLabels;
     }
@@ -89,7 +89,7 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
         mValue = std::move(newValue);
         mReadingState = ReadingState::kUnknown;
     }
-    /// Takes value, preset and status of another measurement.
+    /// Copies value, preset and status of another measurement.
     void CopyReading(const CMeasurement& other) {
         mValue = other.mValue;
         mReading = other.mReading;
@@ -106,29 +106,28 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
         const auto* words = std::get_if<std::string>(&mValue);
         return words == nullptr ? std::holds_alternative<std::monostate>(mValue) : words->empty();
     }
-    /// The value as a number; empty for the over-range and under-range marks. Read once and kept: with each
-    /// exposure the statistics of a test read all of its cells.
+    /// The value as a number; empty for the over-range and under-range marks. Read once and kept, because
+    /// with each exposure the statistics of a test read all cells.
     std::optional<double> Reading() const {
         if (mReadingState == ReadingState::kUnknown) ReadValue();
         return mReadingState == ReadingState::kNumber ? std::optional(mReading) : std::nullopt;
     }
-    /// True when the file that it was loaded from had it as a number that limits judge.
+    /// True when its file had it as a number that limits judge.
     bool WasStoredAsNumber() const { return mStoredAsNumber; }
     /// False for the over-range and under-range marks.
     bool HasValidReading() const { return Reading().has_value(); }
 
-    /// Judges the value against the selected standards: 1, or 2 when any of them fails it. Nothing else.
+    /// Judges the value against the selected standards: 1, or 2 when any of them fails it. Changes nothing.
     void UpdateStatus(const ILimitData* limits, const ISelectedStandards* selected);
 
-    /// 2 when a side of the limit that is set excludes the value, else 0. Single precision; equal passes.
+    /// 2 when a side that is set excludes the value, else 0. Single precision; an equal value passes.
     int32_t CheckLimit(const IExpectedResult& limit) const;
-    /// A value as this measurement shows it: in its picture; words of the detector and the verdicts as they
-    /// are; a hand-typed number with its star.
+    /// A value as this measurement shows it: numbers in its picture; words of the detector and verdicts
+    /// unchanged; a typed number with its star.
     std::string FormatValue(const TaggedValue& shown) const;
     /// The text of the value as it is shown.
     std::string ShownText() const { return FormatValue(mValue); }
-    /// The text of the value as it was read or derived, with all its digits; a judged number as the host
-    /// writes it.
+    /// The text of the value as read or derived, with all digits; a judged number as the host writes it.
     std::string GetDisplayText() const;
 
     struct FoundLimit {
@@ -137,12 +136,11 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
         std::string unit;
     };
     /// Reads one side of the limit of this measurement. With several matching limits the high side keeps
-    /// the smallest, the low side the last that differs. Ordinal above 0 looks at the limit of that position
-    /// only.
+    /// the smallest, the low side the last that differs. An ordinal above 0 selects the limit at that
+    /// position only.
     FoundLimit GetLimit(int32_t side, const IStandard& standard, bool calculate, int32_t ordinal) const;
-    /// The rows of this measurement in a report, in table mark-up: one, and one more for each further
-    /// standard that has a limit for it, where it is held against limits at all. Empty for what a
-    /// failures-only report leaves out.
+    /// The rows of this measurement in a report, in table mark-up: one, and, if limits apply to it, one more
+    /// for each further standard that has a limit for it. Empty when a failures-only report leaves it out.
     std::string BuildReportLine(const IReportDocument& report, bool heldAgainstLimits = true) const;
 
   private:
@@ -156,7 +154,7 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     void SetLabel(std::string MeasurementLabels::*label, std::string_view text);
 
     std::shared_ptr<MeasurementLabels> mLabels;  ///< never empty; a result has thousands of cells
-    mutable double mReading = 0;                 ///< of `mValue`, once it is known
+    mutable double mReading = 0;                 ///< the number of `mValue`, once read
     mutable ReadingState mReadingState = ReadingState::kUnknown;
     bool mStoredAsNumber = false;
     int32_t mValueType = kPlainValue;
@@ -171,7 +169,7 @@ using MeasurementRow = std::vector<std::shared_ptr<CMeasurement>>;
 
 /// The measurement of a key, or null.
 CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key);
-/// The same, looked for at an index first.
+/// The same; looks at an index first.
 CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key, std::size_t hint);
 
 }  // namespace vorex

@@ -23,8 +23,8 @@ class CMtiData2 {
     std::string mCalibrationDate;
 };
 
-/// Enters an instrument in the host's list and returns its number; an entry of the same name and serial
-/// number is reused. 0, and nothing is entered, for a record whose serial number does not read above 0.
+/// Enters an instrument in the host's list and returns its number; an entry with the same name and serial
+/// number is reused. Returns 0 and enters nothing if the serial number is not a number above 0.
 int32_t MergeMti(IMtiList& list, const CMtiData2& record);
 
 }  // namespace vorex

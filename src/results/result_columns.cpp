@@ -42,7 +42,7 @@ enum class UnitRule {
     kAirKermaRate,
 };
 
-/// When a column is there at all.
+/// The condition for a column to exist.
 enum class When { kAlways, kTimeBase, kPulseBase, kPulsedFluoro, kDoseMode, kMaTimeSetup };
 
 struct ColumnRow {
@@ -170,7 +170,7 @@ constexpr ColumnRow kTestColumns[] = {
     {kRepro,                   kPelomarkKinds,             key::kErExposureRate,        text::kCvDoseRate,             UnitRule::kNone,           kNumber, kCvOfReadings,                           kFourDecimals, When::kAlways,      key::kExposureRate},
 };
 
-/// Statistics of the mAs meter for the kinds that do not have them among the test's columns.
+/// Statistics of the mAs meter for the detector kinds whose test columns do not include them.
 constexpr KindSet kMasStatisticsKinds = {kMasMeter, kPelomarkAndMas};
 constexpr ColumnRow kMasStatistics[] = {
     {kRepro, kMasStatisticsKinds, key::kAvgMa,       text::kAvgMa,          UnitRule::kMa,   kNumber, kOfMasMeter | kMean,        kFourDecimals, When::kAlways, key::kMa},

@@ -15,7 +15,7 @@ namespace vorex {
 bool IsVariationRow(std::string_view measurementKey);
 /// The twelve columns of the mAs meter: four readings, their means and their coefficients of variation.
 bool IsMasFamily(std::string_view measurementKey);
-/// The quantities of an exposure that a limit judges as they were read: "kVp Avg" to "HVL".
+/// The quantities of an exposure whose readings a limit judges: "kVp Avg" to "HVL".
 bool IsWaveformQuantity(std::string_view measurementKey);
 
 /// The columns of a result for the test, detector kind, mode and units of a configuration, in order, as the

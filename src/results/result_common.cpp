@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kWaveformDisplay = "VorexZRD47500Test.XDischargeWaveform";
 
-/// The fields of a row by the keys of their columns. Mostly they come in the order of the columns.
+/// The fields of a row by the keys of their columns. Usually they are in the order of the columns.
 class FieldFinder {
   public:
     explicit FieldFinder(const std::vector<RowField>& fields) : mFields(fields), mTaken(fields.size()) {}
@@ -34,7 +34,7 @@ class FieldFinder {
         mTaken[mNext] = true;
         return &mFields[mNext++];
     }
-    /// The first field that no column has taken, or null.
+    /// The first field without a column, or null.
     const RowField* Left() const {
         const auto at = std::find(mTaken.begin(), mTaken.end(), false);
         return at == mTaken.end() ? nullptr : &mFields[static_cast<std::size_t>(at - mTaken.begin())];
@@ -246,7 +246,7 @@ void CResultCommon::BeginRedo(uint8_t exposureNumber) {
     redo.former.maWaveform = mMaWaveforms[index];
     redo.workingRow = mCurrent;
     if (HasReading(index)) return;
-    // An exposure without a reading has no row to work on.
+    // An exposure without a reading has no row that could become the working row.
     auto working = std::make_shared<MeasurementRow>();
     for (const auto& item : *mCurrent) working->push_back(EmptyCell(*item));
     mCurrent = std::move(working);
@@ -266,8 +266,8 @@ void CResultCommon::EndRedo() {
     mRedo.reset();
 }
 
-/// Only a reading supersedes: a redo that was stopped before it leaves the exposure as it was. A second
-/// instrument adds to the new readings.
+/// Only a reading supersedes: a redo that was stopped before its reading leaves the exposure unchanged. A
+/// second instrument adds to the new readings.
 void CResultCommon::KeepSuperseded(uint8_t exposureNumber) {
     if (!mRedo || mRedo->former.exposure != exposureNumber) return;
     SupersededExposure& former = mRedo->former;
@@ -352,7 +352,7 @@ bool CResultCommon::HasDialog() const {
     SelectLastWaveform();
     const auto hasSamples = [](const auto& waveform) { return waveform && waveform->ValueCount() > 0; };
     if (hasSamples(mCurrentWaveform) || hasSamples(mCurrentMaWaveform)) return true;
-    // A host that names the viewer opens it for a result without waveforms, too.
+    // A host with a viewer opens it even for a result without waveforms.
     return Services().text && !Services().text->Translate(kPlugInId, text::kKvWaveform, {}).empty();
 }
 
@@ -393,7 +393,7 @@ std::shared_ptr<IMeasurement> CResultCommon::Heading(std::string_view caption) c
     return heading;
 }
 
-/// The host sees an exposure without a reading as a row of empty values.
+/// For the host, an exposure without a reading is a row of empty values.
 std::shared_ptr<IMeasurement> CResultCommon::CellOfHost(std::size_t row, std::size_t column) const {
     if (!HasReading(row)) return EmptyCell(*(*mCurrent)[column]);
     return column < mRows[row]->size() ? (*mRows[row])[column] : nullptr;
@@ -408,7 +408,7 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
         const std::size_t row = at / mCurrent->size();
         return row < mRows.size() ? CellOfHost(row, at % mCurrent->size()) : nullptr;
     }
-    // A heading is in the place of each row's import flag; the statistics follow once, at the end.
+    // A heading takes the place of each row's import flag; the statistics follow once, at the end.
     const auto perRow = static_cast<std::size_t>(GetColumnCounts().row);
     if (at < mRows.size() * perRow) {
         const std::size_t row = at / perRow;

@@ -20,18 +20,18 @@ namespace vorex {
 
 class Judging;
 
-/// How many columns of a row are exposure values, and how many are statistics of the whole test.
+/// Numbers of the columns of a row: values of the exposure, and statistics of the whole test.
 struct ColumnCounts {
     int32_t total = 0;
     int32_t calculated = 0;
     int32_t row = 0;
 };
 
-/// What an exposure had measured before it was redone. It is kept to be seen; no verdict uses it.
+/// The measurements of an exposure before its redo. They are kept for information; no verdict uses them.
 struct SupersededExposure {
     uint8_t exposure = 0;  ///< from 1
-    int32_t order = 0;     ///< 1 for the first readings of the exposure, 2 for those that replaced them, ...
-    std::string time;      ///< when its readings were replaced
+    int32_t order = 0;     ///< 1 for the first readings of the exposure, 2 for the next ones, ...
+    std::string time;      ///< when the readings were replaced
     MeasurementRow row;
     std::shared_ptr<CWaveform> kvWaveform;
     std::shared_ptr<CWaveform> maWaveform;
@@ -48,34 +48,35 @@ class CResultCommon : public IResultData,
   public:
     CResultCommon();
 
-    /// Sampling interval of the waveforms to come.
+    /// Sampling interval for the next waveforms.
     void Resolution(float interval) { mResolution = interval; }
     /// Builds the working row for the test, detector kind and units of a configuration.
     void Initialize(const std::shared_ptr<CConfigCommon>& configuration);
 
-    /// Value of a column of an exposure; exposures and columns count from 1. Empty when there is none.
+    /// Value of a column of an exposure, both counted from 1. Empty when there is none.
     std::string GetMeasurementValue(uint8_t exposureNumber, uint8_t column) const;
-    /// Values of a column over all stored exposures, one text a row; unchanged when nothing is stored or
+    /// Values of a column over all stored exposures, one text per row; unchanged when nothing is stored or
     /// the column does not exist.
     void GetMeasurementColumn(uint8_t column, std::vector<std::string>& values) const;
     /// Value of a column of a row; rows count from 0, columns from 1. Empty when there is none.
     std::string GetValue(uint8_t row, uint8_t column) const;
-    /// Stores a typed value in a cell of that address. The statistics of its column, which belong to the last
-    /// exposure with a reading, are computed again.
+    /// Stores a typed value in a cell. Recomputes the statistics of its column, which belong to the last
+    /// exposure with a reading.
     void SetValue(uint8_t row, uint8_t column, std::string_view text);
     /// Fills the columns of the working row that a source fills: 1 ZRD 47500, 2 Pelomark, 3 mAs meter. A
-    /// column without a field keeps its value. The fault of a row that does not fit its columns, in words for
-    /// a person; empty when it fits. A row without fields does nothing.
+    /// column without a field keeps its value. Returns the fault of a row that does not fit its columns, in
+    /// words for a person; empty when it fits. A row without fields does nothing.
     std::string StoreResult(const DerivedRow& row, int32_t source);
 
-    /// Judges the working row and stores it as an exposure; a number already stored is replaced.
+    /// Judges the working row and stores it as an exposure, replacing an earlier one with its number.
     /// Exposure 0 only judges. Returns what the judgement means for the survey.
     SurveyOutcomes UpdateStatus(ITestElement& owner, const ISelectedStandards* selected,
                                 uint8_t exposureNumber, bool notApplicable = false);
     /// Judges every stored row again. Returns what the judgement means for the survey.
     SurveyOutcomes UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
                                    bool notApplicable = false);
-    /// A view's edit of the adjacent flag of a row, counted from 0: -1 nothing done, 0 failed, 1 passed.
+    /// A view's edit of the adjacent flag of a row, counted from 0. Returns -1 when nothing was done, 0
+    /// failed, 1 passed.
     int32_t UpdateAdjacentResult(ITestElement& owner, const ISelectedStandards* selected, uint8_t row,
                                  uint8_t flag);
     /// A view's edit of the adjacent flag of an exposure, counted from 1: judges all rows, then makes the
@@ -84,30 +85,30 @@ class CResultCommon : public IResultData,
                       uint8_t flag);
     /// Status at the start of a run: 1, or 0.
     void InitResultStatus(bool passed) { mStatus = passed ? kPassed : kNotTested; }
-    /// Nothing: the overall status follows from judging.
+    /// Does nothing: the overall status follows from judging.
     void UpdateOverallStatus() {}
 
     /// Stores an exposure that ended before any reading of it arrived. It keeps its number, has no
-    /// measurements and no verdict; a later reading fills it. Nothing for an exposure that is stored.
+    /// measurements and no verdict; a later reading fills it. Does nothing for a stored exposure.
     void StoreMissing(uint8_t exposureNumber);
-    /// False for an exposure, counted from 0, that no instrument has answered for.
+    /// False for an exposure, counted from 0, without a reading from any instrument.
     bool HasReading(std::size_t row) const { return row < mRows.size() && !mRows[row]->empty(); }
-    /// The last exposure with a reading, which holds the statistics of the test; null without one.
+    /// The last exposure with a reading, which holds the statistics of the test; null when there is none.
     const MeasurementRow* LastReading() const;
 
-    /// Until `EndRedo` the next readings and waveforms of the exposure replace what is stored of it: with the
-    /// first reading, its row and both waveforms are kept as superseded. Without a reading everything stays
-    /// as it was.
+    /// Until `EndRedo` the next readings and waveforms of the exposure replace the stored ones: with the
+    /// first reading, its row and both waveforms become superseded. Without a reading nothing changes.
     void BeginRedo(uint8_t exposureNumber);
     void EndRedo();
 
-    /// Stores samples as the waveform of the selected type of an exposure, counted from 1. One of an exposure
-    /// that is not stored is shown, but not kept; one of a redo waits for the first reading of that redo.
+    /// Stores samples as the waveform of the selected type of an exposure, counted from 1. The waveform of an
+    /// exposure that is not stored is shown, but not kept; that of a redo waits for the first reading of the
+    /// redo.
     void StoreWaveForm(std::string_view data, uint8_t exposureNumber);
-    /// Makes a stored row, counted from 0, the working row, if it has a reading, and with the flag its
-    /// waveforms the shown ones. False when there is no such row.
+    /// Makes a stored row with a reading, counted from 0, the working row and, with the flag, shows its
+    /// waveforms. False when there is no such row.
     bool ShowResultInTestguide(int32_t row, bool withWaveforms = false);
-    /// Clears the judged readings of a combined kind before the next exposure.
+    /// Clears the judged readings of a combined detector kind before the next exposure.
     void ResetTheMeasurements();
 
     std::shared_ptr<IWaveform> CurrentWaveformObject() const;
@@ -141,30 +142,30 @@ class CResultCommon : public IResultData,
     void MTIID(int32_t id) { mMtiId = id; }
     const MeasurementRow& Current() const { return *mCurrent; }
     const std::vector<std::shared_ptr<MeasurementRow>>& Rows() const { return mRows; }
-    /// What redone exposures had measured before, in the order of the redos.
+    /// The superseded measurements of redone exposures, in the order of the redos.
     const std::vector<SupersededExposure>& Superseded() const { return mSuperseded; }
-    /// The run that took the exposures; empty for a result of a file that does not tell.
+    /// The run that took the exposures; empty if the file does not have it.
     const std::optional<RunRecord>& Run() const { return mRun; }
     void Run(RunRecord record) { mRun = std::move(record); }
-    /// By what the result was judged; empty for a result of a file that does not tell.
+    /// When, by which program and by which limits the result was judged; empty if the file does not say.
     const std::optional<Judgement>& JudgedBy() const { return mJudgedBy; }
-    /// The statuses follow from the present limits.
+    /// Call when the statuses follow from the present limits.
     void NoteJudgement(const ITestElement& owner, const ISelectedStandards* selected) {
         mJudgedBy = PresentJudgement(owner, selected);
     }
     /// Highest exposure number stored.
     uint8_t ExposureCount() const { return mExposureCount; }
-    /// Exposure number judged last.
+    /// Number of the exposure judged last.
     uint8_t LastExposure() const { return mLastExposure; }
     const std::string& LastColumnKey() const { return mLastColumnKey; }
     ColumnCounts GetColumnCounts() const;
     /// True for a column that is a statistic of the whole test: tests 100, 900 and 1100.
     bool IsTestWideColumn(std::string_view measurementKey) const;
-    /// False for a value of a row, counted from 0, that limits are never held against: the adjacent flag, and
-    /// the errors that the criterion of the exposure or the generator setup leaves alone.
+    /// False for a value of a row, counted from 0, that is never judged: the adjacent flag, and the errors
+    /// that the criterion of the exposure or the generator setup excludes.
     bool IsHeldAgainstLimits(const CMeasurement& measurement, std::size_t row) const;
 
-    bool pTestGuide = false;  ///< the guide owns the display: the host sees the working row only
+    bool pTestGuide = false;  ///< while the guide owns the display, the host sees the working row only
     int32_t DetectorName = kZrd;
     int32_t PKMode = 0;
     int32_t TestId = 0;
@@ -174,9 +175,9 @@ class CResultCommon : public IResultData,
     using Waveforms = std::vector<std::shared_ptr<CWaveform>>;
     struct Redo {
         SupersededExposure former;
-        std::shared_ptr<CWaveform> kvWaveform;  ///< taken since, or empty
+        std::shared_ptr<CWaveform> kvWaveform;  ///< new since the redo began, or empty
         std::shared_ptr<CWaveform> maWaveform;
-        std::shared_ptr<MeasurementRow> workingRow;  ///< as it was before
+        std::shared_ptr<MeasurementRow> workingRow;  ///< before the redo
     };
 
     const CMeasurement* Cell(std::size_t row, uint8_t column) const;
@@ -190,7 +191,7 @@ class CResultCommon : public IResultData,
     void ShowWaveform(std::shared_ptr<CWaveform> waveform) const;
     std::shared_ptr<IMeasurement> Heading(std::string_view caption) const;
     std::shared_ptr<IMeasurement> CellOfHost(std::size_t row, std::size_t column) const;
-    /// Row that the settings store selects for the result dialog; -1 for none.
+    /// Row for the result dialog, from the settings store; -1 for none.
     int32_t SelectedRowOfSettings() const;
 
     // Verdicts (result_status.cpp).
@@ -226,8 +227,8 @@ class CResultCommon : public IResultData,
     Waveforms mWaveforms;
     std::vector<SupersededExposure> mSuperseded;
     std::optional<Redo> mRedo;
-    std::vector<std::size_t> mNewStatistics;  ///< columns that the latest reading computed for the whole test
-    std::vector<RowField> mNextFields;        ///< of the exposure after that of the latest reading
+    std::vector<std::size_t> mNewStatistics;  ///< columns of the whole test that the latest reading computed
+    std::vector<RowField> mNextFields;        ///< of the exposure after the latest reading
     std::optional<RunRecord> mRun;
     std::optional<Judgement> mJudgedBy;
     uint8_t mExposureCount = 0;

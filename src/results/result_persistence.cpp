@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::string_view kClassName = "CResultCommon";
 
-/// The cell above the next one of the last row, when it is of the same column: it knows what its column is
-/// like. Null when it is not.
+/// The cell above the next one of the last row, when it is in the same column, whose properties it has. Null
+/// otherwise.
 const CMeasurement* CellAbove(const std::vector<std::shared_ptr<MeasurementRow>>& rows,
                               std::string_view measurementKey) {
     if (rows.empty()) return nullptr;
@@ -39,7 +39,7 @@ std::shared_ptr<IXmlElement> SaveMissing(std::string_view firstKey,
     return element;
 }
 
-/// What a redo replaced is saved in an element of its own, which older versions pass over.
+/// Superseded readings are saved in a separate element, which older versions ignore.
 std::shared_ptr<IXmlElement> SaveSuperseded(const SupersededExposure& superseded,
                                             const std::shared_ptr<IXmlDocument>& owner) {
     const auto element = owner->CreateElement(tag::kSupersededExposure);
@@ -72,7 +72,7 @@ std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocum
     if (mServiceRecord) add(mServiceRecord->Save(owner));
     // A result that was not tested, or is not applicable, keeps no measurements.
     if (mStatus == kNotTested || mStatus == kNotApplicable) {
-        // A run that broke off before its first exposure says why.
+        // The reason is saved even for a run that broke off before its first exposure.
         if (mRun && mStatus == kNotTested) mRun->Save(*element, owner);
         return element;
     }
@@ -115,8 +115,8 @@ std::shared_ptr<CMeasurement> CResultCommon::LoadCell(const std::shared_ptr<IXml
     if (above == nullptr) item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
     const bool linearity = item->RawKey() == key::kErAdjacent || item->RawKey() == key::kErNonAdjacent;
     if (TestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
-    // A number stays one; else the type of a stored cell follows from its column, so that a result saves
-    // alike before and after a load.
+    // A number stays a number; otherwise the type of a stored cell follows from its column, so that a result
+    // saves the same before and after a load.
     const bool number =
         item->WasStoredAsNumber() || (IsJudgedColumn(TestId, *item) && TestId != kFluoroExposure);
     item->ValueType(number ? kJudgedNumber : kTextOnly);
@@ -151,7 +151,7 @@ void CResultCommon::LoadWaveform(const std::shared_ptr<IXmlElement>& element, IP
     waveforms[slot++] = waveform;
 }
 
-/// What the verdict was made with; anything else is not of this version.
+/// Reads the record of the verdict; ignores other elements.
 void CResultCommon::LoadRecord(const std::shared_ptr<IXmlElement>& child) {
     const std::string_view name = child->Name();
     if (name == tag::kJudgedBy) return mJudgedBy.emplace().Load(child);

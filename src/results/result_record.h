@@ -9,15 +9,15 @@
 #include "foundation/host_contract.h"
 #include "results/mti_data.h"
 
-/// What a verdict was made with, kept in the result so that a later reader need not guess.
+/// The record of how a verdict was made, kept in the result so that later readers know it.
 namespace vorex {
 
 /// Version of the formulas: `derived_values.cpp`, the rules of `result_status.cpp` and
-/// the dose conversion factors. Goes up by one with every change of a formula that can change a number or a
+/// the dose conversion factors. Raised by one with every change of a formula that can change a number or a
 /// verdict.
 inline constexpr int32_t kFormulaVersion = 2;
 
-/// Who computed: the program and the formulas that it had.
+/// The program that computed, and its version of the formulas.
 struct Origin {
     std::string program;
     int32_t formulas = 0;
@@ -28,8 +28,7 @@ Origin PresentOrigin();
 /// The time of the platform's clock with its offset from UTC; empty without a platform.
 std::string PresentTime();
 
-/// The persisted settings of a test, their numbers with a point on every system, so that they can be
-/// compared.
+/// The persisted settings of a test, with decimal points on every system, so that they can be compared.
 SettingTexts TechniqueOf(const CConfigCommon& config);
 
 enum class RunEnding { kComplete, kStopped, kBroken };
@@ -39,7 +38,7 @@ struct RunRecord {
     std::string start;
     std::string end;
     RunEnding ending = RunEnding::kComplete;
-    std::string reason;   ///< why it broke off, or what failed on the way
+    std::string reason;   ///< why it broke off, or what failed during it
     int32_t planned = 0;  ///< exposures
     Origin origin;
     std::vector<CMtiData2> instruments;
@@ -52,7 +51,7 @@ struct RunRecord {
     void LoadTechnique(const IXmlElement& element);
 };
 
-/// What the statuses of a result follow from.
+/// The basis of the statuses of a result.
 struct Judgement {
     std::string time;
     Origin origin;

@@ -17,7 +17,7 @@ constexpr std::string_view kNameTail = "      ";
 /// Cells between unit and fail mark, and between standard and fail mark.
 constexpr std::string_view kUnitToMark = "|||||";
 constexpr std::string_view kStandardToMark = "||";
-/// Margin, name, preset, value and unit of a row that goes on with a further standard.
+/// Empty margin, name, preset, value and unit of a row for a further standard.
 constexpr std::string_view kContinuation = "|||||";
 
 constexpr std::string_view kWords[] = {
@@ -36,7 +36,7 @@ bool ShowsLimits(const IReportDocument& report) {
     return Shows(report, kReportLimits) && !report.SelectedStandardsForReport.empty();
 }
 
-/// A value in the language of the report: a loaded word is in that of the program.
+/// A value in the language of the report; loaded words are in the program's language.
 std::string ReportValue(const std::string& shown, const IReportDocument& report) {
     if (shown.empty() || IsNumber(shown)) return markup::Number(shown, report);
     const auto* word = std::find_if(std::begin(kWords), std::end(kWords), [&](std::string_view textKey) {
@@ -50,8 +50,8 @@ std::string LimitText(const CMeasurement::FoundLimit& limit, const IReportDocume
     return limit.found ? markup::Number(PlainText(limit.number), report) : std::string();
 }
 
-/// Limits and name of a standard as the last cells of a row; empty when the standard has limits, but none
-/// that judges the measurement.
+/// Limits and name of a standard as the last cells of a row; empty when none of the standard's limits judges
+/// the measurement.
 std::string StandardCells(const CMeasurement& measurement, const IStandard& standard,
                           const IReportDocument& report) {
     const auto high = measurement.GetLimit(kHighSide, standard, true, 0);
@@ -79,14 +79,14 @@ std::string BuildReportColumns(const IReportDocument& report) {
     return columns + "|<+!554|<+560;";
 }
 
-/// Writes row after row, with the headings on top of each page that has one.
+/// Writes row after row, and repeats the headings on each page.
 class ResultTable {
   public:
     explicit ResultTable(IReportDocument& report)
         : mReport(report), mColumns(BuildReportColumns(report)), mHeading(BuildReportHeader(report)) {}
 
-    /// A block heading and the lines under it. The heading never stands alone at the end of a page, nor the
-    /// last line alone at the beginning of one.
+    /// A block heading and the lines under it. The heading is never alone at the end of a page, nor the last
+    /// line alone at the beginning of one.
     void PrintBlock(std::string_view caption, const std::vector<std::string>& lines) {
         const std::string first = markup::Line(caption);
         Print(first, first + KeptTogether(lines, 0));
@@ -134,7 +134,7 @@ std::vector<std::string> ExposureLines(const CResultCommon& result, std::size_t 
     return lines;
 }
 
-/// Lines of the statistics, which the last exposure with a reading holds.
+/// Lines of the statistics, from the last exposure with a reading.
 std::vector<std::string> CalculationLines(const CResultCommon& result, const IReportDocument& report) {
     std::vector<std::string> lines;
     const MeasurementRow* last = result.LastReading();

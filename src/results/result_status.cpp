@@ -7,7 +7,7 @@
 #include "results/result_columns.h"
 #include "results/result_common.h"
 
-// The verdicts of a result: `results/judging.h` judges its rows, and the result stores what comes of it.
+// The verdicts of a result: `results/judging.h` judges its rows, and the result stores the outcome.
 
 namespace vorex {
 
@@ -19,7 +19,7 @@ bool CResultCommon::IsHeldAgainstLimits(const CMeasurement& measurement, std::si
     return Judging(TestId, mConfig).IsHeldAgainstLimits(measurement, row);
 }
 
-/// The judged statistics of tests 900 and 1100 hold for the whole test: every stored row shows the latest.
+/// The judged statistics of tests 900 and 1100 belong to the whole test: every stored row shows the latest.
 void CResultCommon::CopyStatisticsToRows() {
     if (TestId != kMammoAccRepro && TestId != kMammoAec) return;
     for (const auto& item : *mCurrent)
@@ -73,7 +73,7 @@ void CResultCommon::StoreWorkingRow(uint8_t exposureNumber) {
     KeepSuperseded(exposureNumber);
     AddRowsUpTo(exposureNumber);
     MeasurementRow& row = *mRows[index];
-    // The guide may show this row: then it is its own copy.
+    // The guide may show this row, so it gets its own copy.
     if (&row != mCurrent.get()) {
         row.reserve(mCurrent->size());
         for (std::size_t column = 0; column < mCurrent->size(); ++column) {
@@ -84,8 +84,8 @@ void CResultCommon::StoreWorkingRow(uint8_t exposureNumber) {
     TakeStatistics(index);
 }
 
-/// An exposure in mid-test that was taken again changes the statistics, which belong to the last reading, and
-/// what the next exposure computed from it.
+/// A redo in the middle of a test changes the statistics, which belong to the last reading, and the values
+/// that the next exposure computed from it.
 void CResultCommon::TakeStatistics(std::size_t row) {
     const std::size_t last = LastReadingIndex();
     for (std::size_t column : mNewStatistics) {
@@ -108,8 +108,8 @@ void CResultCommon::TakeStatistics(std::size_t row) {
     mNextFields.clear();
 }
 
-/// The working row of a loaded result is a copy that no exposure has judged: it takes over how its row is
-/// judged now, so that judging once more comes to the same service record.
+/// The working row of a loaded result is an unjudged copy: it takes over the statuses of its row, so that
+/// judging again gives the same service record.
 void CResultCommon::TakeLatestStatuses() {
     const MeasurementRow& latest = *LastReading();
     for (std::size_t column = 0; column < mCurrent->size() && column < latest.size(); ++column)

@@ -238,9 +238,9 @@ TEST_F(JournalTest, AJournalThatCannotBeFollowedStays) {
         {journal.substr(0, 60) + "\n" + journal.substr(60), "is no journal"},
         // Readings and row do not belong together, or the exposure is not one of this run.
         {Sealed(journal, "\"VTI_DataReady\",1,[\"80\"", "\"VTI_DataReady\",1,[\"99\""),
-         "steps of exposure 1 of element 1 are others now"},
+         "steps of exposure 1 of element 1 have changed"},
         {Sealed(journal, "\"exposure\":2", "\"exposure\":7"),
-         "steps of exposure 7 of element 1 are others now"},
+         "steps of exposure 7 of element 1 have changed"},
         // Nothing stands at that poll: the run passes it by, and would wait for ever.
         {Sealed(journal, "\"VTI_DataReady\",2", "\"VTI_DataReady\",9000"),
          "it has passed exposure 2 of element 1"},

@@ -143,7 +143,7 @@ TEST_F(ReportTest, FailuresOnlyLeavesTheRestOut) {
     const std::string text = Read("r.txt");
     EXPECT_NE(text.find("95.5"), std::string::npos);
     EXPECT_EQ(text.find("80.125"), std::string::npos);
-    EXPECT_NE(text.find("failed values only"), std::string::npos);
+    EXPECT_NE(text.find("Only failed values"), std::string::npos);
 }
 
 TEST_F(ReportTest, ThePdfIsAnArchiveFileWithBookmarksAndItsOwnFonts) {
