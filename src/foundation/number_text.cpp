@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <limits>
 #include <locale>
+#include <numeric>
 #include <optional>
 #include <sstream>
 
@@ -166,7 +167,7 @@ struct Scaled {
 std::optional<Scaled> Scale(double size) {
     constexpr double kLeast = 1e-5;
     constexpr double kMost = 1e9;
-    constexpr double kDoubt = 0.2;
+    constexpr double kDoubt = 0.1;
     constexpr std::size_t kLast = kDoubleDigits - 1;
     if (size < kLeast || size >= kMost) return std::nullopt;
     std::size_t before = 0;  // digits before the point, less one
@@ -295,20 +296,6 @@ std::string PlainDecimal(const Decimal& decimal) {
     return text + std::to_string(std::abs(decimal.exponent));
 }
 
-template <typename Read>
-double StdDevOf(std::size_t count, Read&& read) {
-    if (count < 2) return 0;
-    double sum = 0;
-    for (std::size_t i = 0; i < count; ++i) sum += read(i);
-    const double mean = sum / static_cast<double>(count);
-    double squares = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double deviation = read(i) - mean;
-        squares += deviation * deviation;
-    }
-    return std::sqrt(squares / static_cast<double>(count - 1));
-}
-
 /// Characters after the point; of a text without a point, all: too many decimals do no harm.
 int DecimalsOf(std::string_view text) {
     const std::size_t point = text.find('.');
@@ -421,11 +408,24 @@ std::string DifferenceRounded(std::string_view a, std::string_view b) {
 }
 
 double SampleStdDev(std::span<const double> values) {
-    return StdDevOf(values.size(), [&](std::size_t i) { return values[i]; });
+    return SampleStdDev(values, std::accumulate(values.begin(), values.end(), 0.0));
+}
+
+double SampleStdDev(std::span<const double> values, double sum) {
+    if (values.size() < 2) return 0;
+    const double mean = sum / static_cast<double>(values.size());
+    double squares = 0;
+    for (double value : values) {
+        const double deviation = value - mean;
+        squares += deviation * deviation;
+    }
+    return std::sqrt(squares / static_cast<double>(values.size() - 1));
 }
 
 double SampleStdDev(std::span<const std::string> values) {
-    return StdDevOf(values.size(), [&](std::size_t i) { return ReadNumber(values[i]); });
+    std::vector<double> numbers(values.size());
+    std::transform(values.begin(), values.end(), numbers.begin(), ReadNumber);
+    return SampleStdDev(numbers);
 }
 
 std::string WithPoint(std::string_view text) {

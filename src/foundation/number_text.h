@@ -47,6 +47,8 @@ std::string DifferenceRounded(std::string_view a, std::string_view b);
 /// Sample standard deviation: the root of the squared deviations from the mean divided by n - 1; 0 for
 /// fewer than two values. Two passes, so that close readings keep their digits.
 double SampleStdDev(std::span<const double> values);
+/// The same, given the sum of the values.
+double SampleStdDev(std::span<const double> values, double sum);
 double SampleStdDev(std::span<const std::string> values);
 
 /// The text with every "," as ".".

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -89,37 +90,37 @@ void AddAdjacentFlag(RowBuilder& row, const ReadingContext& context) {
 
 /// A column and its new reading.
 struct ColumnReading {
-    std::size_t place = 0;  ///< where the column most likely is in a row
     std::string_view key;
     std::string_view reading;
+    const CMeasurement* working = nullptr;  ///< cell of the working row; null for a column that it lacks
+    std::size_t place = 0;                  ///< of that cell
 };
 
 /// The readings of a column over the test; unusable if any is an over-range or under-range mark.
 struct History {
     std::vector<double> values;
     bool usable = true;
+
+    void Take(std::optional<double> reading) {
+        usable = usable && reading.has_value();
+        if (usable) values.push_back(*reading);
+    }
 };
 
 /// The cell of a column in a stored row, or null. It is usually at the same index as in the working row, and
 /// shares its labels.
-const CMeasurement* FindStored(const MeasurementRow& row, std::string_view columnKey,
-                               const MeasurementRow& working, std::size_t place) {
-    const bool same =
-        place < std::min(row.size(), working.size()) && row[place]->SharesLabels(*working[place]);
-    return same ? row[place].get() : FindMeasurement(row, columnKey);
+const CMeasurement* FindStored(const MeasurementRow& row, const ColumnReading& column) {
+    const bool same = column.working != nullptr && column.place < row.size() &&
+                      row[column.place]->SharesLabels(*column.working);
+    return same ? row[column.place].get() : FindMeasurement(row, column.key);
 }
 
-/// Adds the reading of a stored row to the history of its column, if the row has one.
-void TakeStored(History& history, const CMeasurement* cell) {
-    if (cell == nullptr || !history.usable) return;
-    const std::optional<double> reading = cell->Reading();
-    history.usable = reading.has_value();
-    history.values.push_back(reading.value_or(0));
-}
-
-void TakeNew(History& history, std::string_view reading) {
-    history.usable = history.usable && IsValidReading(reading);
-    history.values.push_back(ReadNumber(reading));
+ColumnReading MakeColumnReading(const ReadingContext& context, std::string_view columnKey,
+                                std::string_view reading, std::size_t likelyPlace) {
+    const MeasurementRow& working = context.result.Current();
+    const bool there = likelyPlace < working.size() && working[likelyPlace]->RawKey() == columnKey;
+    const std::size_t place = there ? likelyPlace : ColumnNumber(working, columnKey) - std::size_t{1};
+    return {columnKey, reading, place < working.size() ? working[place].get() : nullptr, place};
 }
 
 /// Visits the stored rows that count together with the new reading, and the position of that reading among
@@ -136,35 +137,34 @@ void ForEachExposure(const ReadingContext& context, const Stored& stored, const 
         if (context.result.HasReading(row)) stored(*rows[row]);
 }
 
-/// Readings of columns over the test, with the new ones in their positions; empty for a column if any of its
-/// readings is an over-range or under-range mark. Exposures without a reading are left out.
+/// Readings of columns over the test, with the new ones in their positions. Exposures without a reading are
+/// left out.
 std::vector<History> ColumnHistories(const ReadingContext& context, std::span<const ColumnReading> columns) {
     std::vector<History> histories(columns.size());
     for (History& history : histories) history.values.reserve(context.result.Rows().size() + 1);
-    const MeasurementRow& working = context.result.Current();
-    std::vector<std::size_t> places;
-    places.reserve(columns.size());
-    for (const ColumnReading& column : columns) {
-        const bool there = column.place < working.size() && working[column.place]->RawKey() == column.key;
-        places.push_back(there ? column.place : ColumnNumber(working, column.key) - std::size_t{1});
-    }
     // Row by row, the order in memory: each exposure of a long test reads all rows.
     ForEachExposure(
         context,
         [&](const MeasurementRow& row) {
             for (std::size_t i = 0; i < columns.size(); ++i)
-                TakeStored(histories[i], FindStored(row, columns[i].key, working, places[i]));
+                if (const CMeasurement* cell = FindStored(row, columns[i]))
+                    histories[i].Take(cell->Reading());
         },
         [&] {
-            for (std::size_t i = 0; i < columns.size(); ++i) TakeNew(histories[i], columns[i].reading);
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                const std::string_view reading = columns[i].reading;
+                histories[i].Take(IsValidReading(reading) ? std::optional(ReadNumber(reading))
+                                                          : std::nullopt);
+            }
         });
     return histories;
 }
 
+double PlainSumOf(const std::vector<double>& values) {
+    return std::accumulate(values.begin(), values.end(), 0.0);
+}
 double SumOf(const std::vector<double>& values) {
-    double sum = 0;
-    for (double value : values) sum += value;
-    return Named(sum);
+    return Named(PlainSumOf(values));
 }
 
 struct MeanAndCv {
@@ -174,9 +174,10 @@ struct MeanAndCv {
 
 MeanAndCv MeanAndVariation(const History& history) {
     if (!history.usable || history.values.empty()) return {};
-    const double mean = Named(SumOf(history.values) / static_cast<double>(history.values.size()));
+    const double sum = PlainSumOf(history.values);
+    const double mean = Named(Named(sum) / static_cast<double>(history.values.size()));
     if (mean <= 0) return {PlainText(mean), {}};
-    return {Shown(mean), Shown(SampleStdDev(history.values) / mean)};
+    return {Shown(mean), Shown(SampleStdDev(history.values, sum) / mean)};
 }
 
 /// The Dose/mAs that the result stores when this reading of the mAs meter arrives.
@@ -196,14 +197,14 @@ void AddStatistics(RowBuilder& row, const ReadingContext& context) {
     readings.reserve(row.Fields().size());
     std::string dosePerMas;
     for (const RowField& field : row.Fields()) {
-        const StatisticColumns& columns = FactsOf(field.key).statistics;
-        if (columns.mean.empty()) continue;
+        const auto place = static_cast<std::size_t>(&field - row.Fields().data());
+        ColumnReading reading = MakeColumnReading(context, field.key, field.text, place);
+        const ColumnFacts& facts = reading.working != nullptr ? reading.working->Facts() : FactsOf(field.key);
+        if (facts.statistics.mean.empty()) continue;
         if (field.key == key::kDoseMas) dosePerMas = StoredDosePerMas(context, row);
-        statistics.push_back(columns);
-        const bool computed = field.key == key::kDoseMas && !dosePerMas.empty();
-        readings.push_back({.place = static_cast<std::size_t>(&field - row.Fields().data()),
-                            .key = field.key,
-                            .reading = computed ? std::string_view(dosePerMas) : field.text});
+        if (field.key == key::kDoseMas && !dosePerMas.empty()) reading.reading = dosePerMas;
+        statistics.push_back(facts.statistics);
+        readings.push_back(reading);
     }
     std::vector<MeanAndCv> values;
     for (const History& history : ColumnHistories(context, readings))
@@ -405,7 +406,7 @@ std::optional<double> SkinExposure(const CConfigCommon& config, double exposure)
 GlandularDose ComputeGlandularDose(const ReadingContext& context, std::string_view reading,
                                    double unitFactor) {
     GlandularDose result;
-    const ColumnReading column{0, key::kExposure, reading};
+    const ColumnReading column = MakeColumnReading(context, key::kExposure, reading, 0);
     History history = ColumnHistories(context, {&column, 1}).front();
     std::vector<double>& exposures = history.values;
     if (history.usable) {
@@ -553,7 +554,8 @@ std::vector<RowField> StatisticsOfColumn(const CResultCommon& result, std::strin
     const StatisticColumns& columns = FactsOf(columnKey).statistics;
     if (columns.mean.empty() || result.TestId != kRadioRepro) return {};
     History history;
-    for (const auto& row : result.Rows()) TakeStored(history, FindMeasurement(*row, columnKey));
+    for (const auto& row : result.Rows())
+        if (const CMeasurement* cell = FindMeasurement(*row, columnKey)) history.Take(cell->Reading());
     MeanAndCv statistics = MeanAndVariation(history);
     return {{columns.mean, std::move(statistics.mean)}, {columns.variation, std::move(statistics.cv)}};
 }

@@ -236,15 +236,26 @@ void CLimitData::PrintReport(IReportDocument* report, const std::shared_ptr<IRep
 std::vector<std::shared_ptr<IStandard>> CLimitData::FindFailedStandards(
     const IMeasurement* measurement, const ISelectedStandards* selected) const {
     if (!mStandards || measurement == nullptr || selected == nullptr || mStandards->Count() == 0) return {};
+    // A test judges thousands of its own measurements: what each knows of itself is not worked out again.
+    if (const auto* own = dynamic_cast<const CMeasurement*>(measurement)) {
+        const std::optional<double> reading = own->Reading();
+        return FindFailed({own->RawLimitKey(), ToSingle(reading ? *reading : NumberOf(own->RawValue())),
+                           own->RawPresetValue(), own->Facts()},
+                          *selected);
+    }
     const std::string measurementKey = measurement->Key();
-    const std::string limitKey = LimitKeyOf(measurementKey);
-    const float value = ToSingle(NumberOf(measurement->value()));
-    const TaggedValue preset = measurement->PresetValue();
-    const JudgedAs judgedAs = IsVariationRow(measurementKey) ? JudgedAs::kVariation : JudgedAs::kValue;
+    return FindFailed({LimitKeyOf(measurementKey), ToSingle(NumberOf(measurement->value())),
+                       measurement->PresetValue(), FactsOf(measurementKey)},
+                      *selected);
+}
+
+std::vector<std::shared_ptr<IStandard>> CLimitData::FindFailed(const Judged& judged,
+                                                               const ISelectedStandards& selected) const {
+    const JudgedAs judgedAs = judged.facts.Is(kCvOfReadings) ? JudgedAs::kVariation : JudgedAs::kValue;
     std::vector<std::shared_ptr<IStandard>> failed;
-    for (const StandardName& name : selected->Standards()) {
+    for (const StandardName& name : selected.Standards()) {
         auto standard = mStandards->FindExpectedResult(0, name.name, name.version);
-        if (standard && standard->Evaluate(limitKey, value, preset, judgedAs) == kFailed)
+        if (standard && standard->Evaluate(judged.limitKey, judged.value, judged.preset, judgedAs) == kFailed)
             failed.push_back(std::move(standard));
     }
     return failed;

@@ -9,6 +9,7 @@
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
 #include "foundation/limit_expression.h"
+#include "results/column_facts.h"
 
 namespace vorex {
 
@@ -59,6 +60,15 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
     void RefreshDialog();
 
   private:
+    /// What a limit is held against.
+    struct Judged {
+        const std::string& limitKey;
+        float value;
+        const TaggedValue& preset;
+        const ColumnFacts& facts;
+    };
+    std::vector<std::shared_ptr<IStandard>> FindFailed(const Judged& judged,
+                                                       const ISelectedStandards& selected) const;
     std::shared_ptr<CConfigCommon> OwnerConfiguration() const;
     int32_t OwnerTestId() const;
     void AddLimit(IStandard& standard, const struct LimitRow& row, int32_t exposure, int32_t testId) const;

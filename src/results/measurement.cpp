@@ -62,6 +62,7 @@ void CMeasurement::Initialize(std::string_view key, std::string_view description
 void CMeasurement::Key(std::string_view key) {
     if (mLabels->key == key) return;
     SetLabel(&MeasurementLabels::key, key);
+    mLabels->limitKey = LimitKeyOf(key);
     mLabels->facts = FactsOf(key);
 }
 
@@ -83,7 +84,7 @@ void CMeasurement::UpdateStatus(const ILimitData* limits, const ISelectedStandar
 }
 
 bool CMeasurement::IsJudgedBy(const IExpectedResult& limit, int32_t side) const {
-    return limit.IsSet(side) && limit.Key() == LimitKeyOf(mLabels->key) &&
+    return limit.IsSet(side) && limit.Key() == mLabels->limitKey &&
            JudgesVariation(limit.Expression(side)) == Facts().Is(kCvOfReadings);
 }
 
@@ -255,6 +256,12 @@ void CMeasurement::Load(const std::shared_ptr<IXmlElement>& element, IProgressLo
     Description(description);
     SetLabel(&MeasurementLabels::unit, unit);
     if (log != nullptr) log->Advance(1);
+}
+
+void AddCells(MeasurementRow& row, std::size_t count) {
+    row.reserve(row.size() + count);
+    const auto cells = std::make_shared<CMeasurement[]>(count);
+    for (std::size_t i = 0; i < count; ++i) row.emplace_back(cells, &cells[i]);
 }
 
 CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key, std::size_t hint) {

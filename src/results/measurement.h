@@ -27,7 +27,8 @@ inline constexpr std::string_view kTwoDecimals = "0.0#";
 /// The common properties of the measurements of a column.
 struct MeasurementLabels {
     std::string key;
-    ColumnFacts facts;  ///< of the key
+    std::string limitKey;  ///< of the key
+    ColumnFacts facts;     ///< of the key
     std::string description;
     std::string unit;
     std::string format;
@@ -68,6 +69,8 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     // Raw access inside the library.
     const std::string& RawKey() const { return mLabels->key; }
     void Key(std::string_view key);
+    /// The key under which limits are looked up.
+    const std::string& RawLimitKey() const { return mLabels->limitKey; }
     /// The properties of the measurement's column.
     const ColumnFacts& Facts() const { return mLabels->facts; }
     const std::string& RawDescription() const { return mLabels->description; }
@@ -167,6 +170,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
 /// The measurements of one exposure, in column order.
 using MeasurementRow = std::vector<std::shared_ptr<CMeasurement>>;
 
+/// Adds cells without a key and a value. They lie side by side in memory: with each exposure the statistics
+/// read all rows of a long test.
+void AddCells(MeasurementRow& row, std::size_t count);
 /// The measurement of a key, or null.
 CMeasurement* FindMeasurement(const MeasurementRow& row, std::string_view key);
 /// The same; looks at an index first.

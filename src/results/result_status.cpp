@@ -60,11 +60,8 @@ void CResultCommon::CopyToRow(const CMeasurement& from, CMeasurement& to) const 
 
 MeasurementRow CResultCommon::CopyOf(const MeasurementRow& row) const {
     MeasurementRow copy;
-    copy.reserve(row.size());
-    for (const auto& item : row) {
-        copy.push_back(std::make_shared<CMeasurement>());
-        CopyToRow(*item, *copy.back());
-    }
+    AddCells(copy, row.size());
+    for (std::size_t column = 0; column < row.size(); ++column) CopyToRow(*row[column], *copy[column]);
     return copy;
 }
 
@@ -75,11 +72,9 @@ void CResultCommon::StoreWorkingRow(uint8_t exposureNumber) {
     MeasurementRow& row = *mRows[index];
     // The guide may show this row, so it gets its own copy.
     if (&row != mCurrent.get()) {
-        row.reserve(mCurrent->size());
-        for (std::size_t column = 0; column < mCurrent->size(); ++column) {
-            if (column == row.size()) row.push_back(std::make_shared<CMeasurement>());
+        if (row.size() < mCurrent->size()) AddCells(row, mCurrent->size() - row.size());
+        for (std::size_t column = 0; column < mCurrent->size(); ++column)
             CopyToRow(*(*mCurrent)[column], *row[column]);
-        }
     }
     TakeStatistics(index);
 }
