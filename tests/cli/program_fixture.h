@@ -25,10 +25,11 @@ class ProgramTest : public ::testing::Test {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
         setenv("LC_ALL", "C", 1);
+        setenv("VOREX_NOW", "2026-01-15T09:00:00Z", 1);
         setenv("VOREX_SETTINGS", Path("settings.ini").c_str(), 1);
     }
     void TearDown() override {
-        unsetenv("VOREX_SETTINGS");
+        for (const char* name : {"VOREX_NOW", "VOREX_SETTINGS", "VOREX_STANDARDS"}) unsetenv(name);
         std::filesystem::remove_all(folder);
     }
 

@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include "cli/program_fixture.h"
 #include "test_paths.h"
@@ -19,11 +13,6 @@ class StandardsCommandTest : public ProgramTest {
         ProgramTest::SetUp();
         setenv("VOREX_STANDARDS", (std::string(kSourceDir) + "/standards").c_str(), 1);
     }
-    void TearDown() override {
-        unsetenv("VOREX_STANDARDS");
-        ProgramTest::TearDown();
-    }
-
     /// Has a folder of the user's own in place of the shipped one.
     void UseOwn(const std::string& name, const std::string& text) {
         std::filesystem::create_directories(folder / "own");
@@ -84,10 +73,7 @@ TEST_F(StandardsCommandTest, ShippedLimitsStandInTheElementsOfTheirTests) {
     const std::string rate = "[ER Maxi. Exposure Rate";
     struct Case {
         int test;
-        std::string settings;
-        std::string name;
-        std::string version;
-        std::string limits;
+        std::string settings, name, version, limits;
     };
     const Case cases[] = {
         {100, Exposures(2), "FDA radiography", "21 CFR 1020.31", "[ER Exposure|||0.05 CV]"},
@@ -134,9 +120,7 @@ TEST_F(StandardsCommandTest, ALimitWithoutAPlaceIsLeftOutWithAWord) {
     const std::string gray = Exposures(2) + "<MeasurementExposure>2</MeasurementExposure>";
     struct Case {
         int test;
-        std::string settings;
-        std::string standard;
-        std::string word;
+        std::string settings, standard, word;
     };
     const Case cases[] = {
         // In Gy the dose reads far too low: a limit on it would pass whatever the unit gives.
@@ -226,10 +210,7 @@ TEST_F(StandardsCommandTest, ShippedLimitsJudgeWhereTheirClausesSay) {
     const std::string hvl = "FDA half-value layer:above 70 kV, made from 2006-06-10";
     struct Case {
         int test;
-        std::string settings;
-        std::string standard;
-        std::string at;
-        std::string beyond;
+        std::string settings, standard, at, beyond;
     };
     const Case cases[] = {
         // Standard deviation over mean: 5 / 100 of 96.465 and 103.535; 6 / 100 of 95.757 and 104.243.
@@ -336,8 +317,7 @@ TEST_F(StandardsCommandTest, AWrongNameIsAnErrorThatListsWhatThereIs) {
     Write("unit.xml", Sequence(Element(1, 100, Exposures(2), Limit("ER HVL", R"(<Low Value="3"/>)"))));
     const std::string in = Path("unit.xml");
     struct Case {
-        std::vector<std::string> arguments;
-        std::vector<std::string> message;
+        std::vector<std::string> arguments, message;
     };
     const Case cases[] = {
         {{"add", in, "Foo"}, {"\"Foo\"", "\"FDA mammography:21 CFR 900.12\"", "\"Utah radiography:"}},
@@ -370,8 +350,7 @@ TEST_F(StandardsCommandTest, TheListNamesLimitsAndClausesInAHundredColumns) {
 
 TEST_F(StandardsCommandTest, AnOwnFileWithAFaultIsNamedAndTheOthersAreThere) {
     struct Case {
-        std::string limit;
-        std::string word;
+        std::string limit, word;
     };
     const std::string high = R"(,"high":{"value":5})";
     const Case cases[] = {

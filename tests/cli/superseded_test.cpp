@@ -1,24 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <iterator>
-#include <string>
 
 #include "cli/program_fixture.h"
 
 namespace vorex::test {
 namespace {
 
-class SupersededTest : public ProgramTest {
-  protected:
-    void SetUp() override {
-        ProgramTest::SetUp();
-        setenv("VOREX_NOW", "2026-01-15T09:00:00Z", 1);
-    }
-    void TearDown() override {
-        unsetenv("VOREX_NOW");
-        ProgramTest::TearDown();
-    }
-};
+using SupersededTest = ProgramTest;
 
 TEST_F(SupersededTest, ARedoKeepsWhatItReplacesAndNoVerdictUsesIt) {
     Write("s.xml", Sequence(Element(1, 500, Exposures(2), Limit("ER kVp Avg", R"(<High Value="90"/>)"))));

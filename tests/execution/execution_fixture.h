@@ -11,20 +11,18 @@
 
 #include "config/config_common.h"
 #include "execution/test_common.h"
-#include "foundation/host_services.h"
 #include "foundation/sequence_state.h"
 #include "guide/test_guide_form.h"
 #include "host/execution_pipe.h"
-#include "host/reference_host.h"
-#include "library.h"
 #include "support/fake_detector.h"
 #include "support/fake_platform.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 
 /// Elements in the reference host, performed with instruments that answer what a test sets, and operated by
 /// steps that a test gives: one for each time that a guide is idle.
-class ExecutionTest : public ::testing::Test {
+class ExecutionTest : public LibraryTest {
   protected:
     using Step = std::function<void(FZRD47500TestGuide&)>;
 
@@ -33,11 +31,13 @@ class ExecutionTest : public ::testing::Test {
         options.platform = platform;
         options.createDetectorService = [room = room] { return std::make_shared<FakeDetector>(room); };
         options.createDetectorLink = [room = room] { return std::make_shared<FakeLink>(room); };
-        InstallLibrary(MakeReferenceHost(options));
+        options.exposureStored = [this](const StoredExposure& stored) {
+            if (onStored) onStored(stored);
+        };
+        InstallReferenceHost(options);
         room->onPoll = [this](DetectorEvents& events) { OnPoll(events); };
         platform->onIdle = [this] { OnIdle(); };
     }
-    ~ExecutionTest() override { InstallServices({}); }
 
     std::shared_ptr<CTestCommon> Make(int32_t testId, uint8_t exposures, int32_t kind = kZrd) {
         auto element = CTestCommon::Create();
@@ -66,8 +66,8 @@ class ExecutionTest : public ::testing::Test {
     }
     static Step Start() { return Press(guide_button::kStart); }
 
-    /// A reading of the ZRD 47500 for the next tick of a run.
-    void Expose(const std::string& kvp, const std::string& time = "100") {
+    /// A reading of the ZRD 47500 for the next tick of a run, and a waveform of a type.
+    void Expose(const std::string& kvp, const std::string& time = "100", uint8_t waveform = 0) {
         ZrdReading reading;
         reading.kvpAvg = kvp;
         reading.kvpMax = reading.kvPpv = kvp;
@@ -75,7 +75,12 @@ class ExecutionTest : public ::testing::Test {
         reading.exposureRate = "100";
         reading.exposureTime = time;
         reading.hvl = "3.1";
-        Queue([reading](DetectorEvents& events) { events.VTI_DataReady.Raise(reading); }, true);
+        Queue(
+            [reading, waveform](DetectorEvents& events) {
+                events.VTI_DataReady.Raise(reading);
+                if (waveform != 0) events.vti_CheckExposureWaveform.Raise(waveform);
+            },
+            true);
     }
     /// Something that a tick of a run brings.
     void Queue(std::function<void(DetectorEvents&)> happening, bool done = false) {
@@ -90,6 +95,7 @@ class ExecutionTest : public ::testing::Test {
     std::shared_ptr<class MtiList> instruments = std::make_shared<class MtiList>();
     std::shared_ptr<ExecutionPipe> pipe =
         std::make_shared<ExecutionPipe>(instruments, std::make_shared<class SelectedStandards>());
+    std::function<void(const StoredExposure&)> onStored;
     std::deque<Step> steps;
     std::deque<std::pair<std::function<void(DetectorEvents&)>, bool>> polls;
     DetectorEvents* runEvents = nullptr;  ///< of the service that the latest run polled

@@ -1,9 +1,5 @@
 #include "execution/test_common.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "host/host_fixture.h"
 #include "host/standards.h"
 #include "results/limit_data.h"

@@ -1,7 +1,5 @@
 #include "execution/test_group.h"
 
-#include <gtest/gtest.h>
-
 #include "execution/execution_fixture.h"
 
 namespace vorex::test {

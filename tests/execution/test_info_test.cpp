@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -64,9 +63,8 @@ TEST_F(TestInfoTest, ABatteryThatChangesInARunRedrawsTheLines) {
 TEST_F(TestInfoTest, ARunShowsTheHeaderAndItsOwnLinesAndThenAllOfThem) {
     // 100, 1 and 2: header; 8 or 9: "Take exposure", by the generator setup.
     struct Case {
-        int32_t kind;
-        int32_t setup;
-        Lines live;
+        int32_t kind, setup;
+        Lines lines;
         std::size_t all;
     };
     const Case cases[] = {
@@ -82,14 +80,14 @@ TEST_F(TestInfoTest, ARunShowsTheHeaderAndItsOwnLinesAndThenAllOfThem) {
         ConfigOf(*element).pGeneratorSetup = c.setup;
         ConfigOf(*element).pTargetFilterName.clear();
         ConfigOf(*element).MASInput = false;
-        Lines live;
-        Queue([&](DetectorEvents&) { live = Guide().VisibleLines(); });
+        Lines seen;
+        Queue([&](DetectorEvents&) { seen = Guide().VisibleLines(); });
         Expose("80");
         const auto all = [&](FZRD47500TestGuide& guide) {
             EXPECT_EQ(guide.VisibleLines().size(), c.all) << c.kind << " " << c.setup;
         };
         Perform(*element, {Step(all), Start(), Step(all)});
-        EXPECT_EQ(live, c.live) << c.kind << " " << c.setup;
+        EXPECT_EQ(seen, c.lines) << c.kind << " " << c.setup;
     }
 }
 
@@ -105,12 +103,12 @@ TEST_F(TestInfoTest, ALineWithoutAValueKeepsItsNumberAndIsNotShown) {
             EXPECT_EQ(shown.back(), "3. Take exposure.");
         });
     };
-    Lines live;
-    Queue([&](DetectorEvents&) { live = Guide().VisibleLines(); });
+    Lines seen;
+    Queue([&](DetectorEvents&) { seen = Guide().VisibleLines(); });
     Expose("28");
     Perform(*element, {look(23), Start(), look(23)});
-    ASSERT_FALSE(live.empty());
-    EXPECT_EQ(live.back(), "3. Take exposure.");
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen.back(), "3. Take exposure.");
 }
 
 TEST_F(TestInfoTest, TheLinesAreThoseOfTheExposureThatComesAndNeverBehindTheTable) {

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "execution/execution_fixture.h"
 
 namespace vorex::test {
@@ -10,8 +8,7 @@ using TestIntakeTest = ExecutionTest;
 TEST_F(TestIntakeTest, TheLengthOfAKvWaveformIsInMilliseconds) {
     struct Case {
         int32_t testId;
-        const char* time;
-        const char* call;
+        const char *time, *call;
     };
     // In fluoroscopy the instrument measures the time in seconds.
     const Case cases[] = {{kRadioRepro, "120", "GetWaveform 1 120"},
@@ -20,12 +17,7 @@ TEST_F(TestIntakeTest, TheLengthOfAKvWaveformIsInMilliseconds) {
         room->calls.clear();
         const auto element = Make(c.testId, 1);
         ConfigOf(*element).SetValue(0, 1, "1");
-        Expose("80", c.time);
-        const auto reading = polls.back().first;
-        polls.back().first = [reading](DetectorEvents& events) {
-            reading(events);
-            events.vti_CheckExposureWaveform.Raise(kKvWaveform);
-        };
+        Expose("80", c.time, kKvWaveform);
         room->waveform = "0,40,80";
         Perform(*element, {Start()});
         EXPECT_EQ(room->Count(c.call), 1) << c.testId;
@@ -33,19 +25,29 @@ TEST_F(TestIntakeTest, TheLengthOfAKvWaveformIsInMilliseconds) {
     }
 }
 
-TEST_F(TestIntakeTest, AWaveformThatFailsCostsTheRunNothingElse) {
-    const auto element = Make(kRadioRepro, 1);
-    ConfigOf(*element).SetValue(0, 1, "1");
-    room->failing = {"GetWaveform"};
-    Expose("80");
-    const auto reading = polls.back().first;
-    polls.back().first = [reading](DetectorEvents& events) {
-        reading(events);
-        events.vti_CheckExposureWaveform.Raise(kKvWaveform);
+TEST_F(TestIntakeTest, AnExposureIsAnnouncedBeforeTheGuideShowsIt) {
+    const auto element = Make(kRadioRepro, 1, kZrdAndMas);
+    ConfigOf(*element).SetValue(0, ExposureColumn::kImport, "1");
+    room->waveform = "0,80,0";
+    std::vector<std::string> announced;
+    onStored = [&](const StoredExposure& stored) {
+        // What the guide shows now, and what is announced.
+        int32_t samples = 0;
+        for (const GuideTab& tab : Guide().Tabs())
+            if (tab.waveform) samples += tab.waveform->ValueCount();
+        announced.push_back(std::to_string(Guide().CurrentExposure()) + "/" + std::to_string(samples) +
+                            " then " + std::to_string(stored.exposure) + "." + std::to_string(stored.source) +
+                            "." + std::to_string(stored.waveform));
     };
+    Queue(
+        [](DetectorEvents& events) {
+            events.VTI_DataReady.Raise({"80", "81", "80", "10", "100", "100", "10", "0", "0", "3"});
+            events.vti_TestmAsDataReady.Raise({"200", "20", "0", "1"});
+            events.vti_CheckExposureWaveform.Raise(kKvWaveform);
+        },
+        true);
     Perform(*element, {Start()});
-    EXPECT_EQ(element->Result()->Status(), kPassed);
-    EXPECT_EQ(ResultOf(*element)->Run()->reason, "GetWaveform fails");
+    EXPECT_EQ(announced, (std::vector<std::string>{"0/0 then 1.1.0", "1/0 then 1.3.0", "1/0 then 1.0.1"}));
 }
 
 TEST_F(TestIntakeTest, OverlayAndWakeUpButtonStayUntilTheirEventTakesThemBack) {

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "execution/execution_fixture.h"
 #include "foundation/utilities.h"
@@ -7,7 +6,12 @@
 namespace vorex::test {
 namespace {
 
+using testing::AnyOf;
+using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
+using testing::Not;
+using testing::StartsWith;
 using TestPerformTest = ExecutionTest;
 
 /// The instruments in the host's list, "name/serial/date".
@@ -128,24 +132,49 @@ TEST_F(TestPerformTest, TheLogOfEditedValuesBelongsToItsResult) {
     EXPECT_EQ(ResultOf(*element)->Comment(), "");
 }
 
-TEST_F(TestPerformTest, HowTheGuideIsLeftDecidesWhatBecomesOfTheResult) {
+TEST_F(TestPerformTest, AnInstrumentFaultEndsInASafeState) {
     struct Case {
-        int32_t button;
-        int32_t navigation;
-        int32_t status;  ///< -1 for no result
+        const char* failing;  ///< an operation; empty for the link
+        std::string_view reason;
+        std::vector<std::string> taken;  ///< before the fault
     };
-    const Case cases[] = {{guide_button::kNext, kGoNext, kPassed},
-                          {guide_button::kPrevious, kGoPrevious, kPassed},
-                          {guide_button::kSkip, kGoSkip, -1},
-                          {guide_button::kNa, kGoNext, kNotApplicable},
-                          {guide_button::kAbort, kGoAbort, -1}};
+    const Case cases[] = {{"ApplySettings", "ApplySettings fails", {}},
+                          {"Poll", "Poll fails", {"80"}},
+                          {"Armed", "Armed fails", {"80"}},
+                          {"", text::kReasonLinkLost, {"80"}}};
     for (const Case& c : cases) {
-        const auto element = Make(kRadioRepro, 1);
-        ConfigOf(*element).TestGuideConfig()->Buttons(kSkipButtonBit | kNaButtonBit);
+        SCOPED_TRACE(c.reason);
+        const auto element = Make(kRadioRepro, 3);
+        ConfigOf(*element).SetValue(0, ExposureColumn::kImport, "1");
+        room->failing.clear();
+        room->calls.clear();
+        const auto fail = [&] {
+            room->alive = *c.failing != '\0';
+            if (room->alive) room->failing.insert(c.failing);
+        };
+        if (c.taken.empty()) fail();
+        // The fault comes with the waveform of the first exposure, or at the poll after it.
         Expose("80");
-        Perform(*element, {Start(), Press(c.button)});
-        EXPECT_EQ(pipe->NextAction(), c.navigation) << c.button;
-        EXPECT_EQ(element->Result() ? element->Result()->Status() : -1, c.status) << c.button;
+        polls.back().first = [fail, reading = polls.back().first](DetectorEvents& events) {
+            reading(events);
+            fail();
+            events.vti_CheckExposureWaveform.Raise(kKvWaveform);
+        };
+        Perform(*element, {Step([](FZRD47500TestGuide& guide) {
+            guide.PressButton(guide_button::kStart);
+            if (!guide.PressButton(guide_button::kNext)) guide.Visible(false);
+        })});
+        polls.clear();
+        EXPECT_EQ(ResultOf(*element)->Run()->ending, RunEnding::kBroken);
+        EXPECT_EQ(ResultOf(*element)->Run()->reason, c.reason);
+        EXPECT_EQ(element->Result()->Status(), c.taken.empty() ? kNotTested : kPassed) << "judged";
+        EXPECT_EQ(Voltages(*ResultOf(*element)), c.taken);
+        // After the last disarming nothing is armed or polled, and the instruments are left.
+        const auto disarmed = std::find(room->calls.rbegin(), room->calls.rend(), "Armed 0");
+        ASSERT_NE(disarmed, room->calls.rend());
+        const std::vector<std::string> after(disarmed.base(), room->calls.end());
+        EXPECT_THAT(after, Contains("Disconnect"));
+        EXPECT_THAT(after, Each(Not(AnyOf("Armed 1", StartsWith("Poll")))));
     }
 }
 
@@ -207,14 +236,7 @@ TEST_F(TestPerformTest, StopInAHoldOfARedoLeavesTheWaveformsOfTheOthers) {
     const auto element = Make(kFluoroExposure, 2);
     room->waveform = "0,40,80";
     for (uint8_t row : {0, 1}) ConfigOf(*element).SetValue(row, ExposureColumn::kImport, "1");
-    for (const char* voltage : {"80", "81"}) {
-        Expose(voltage, "0.5");
-        const auto reading = polls.back().first;
-        polls.back().first = [reading](DetectorEvents& events) {
-            reading(events);
-            events.vti_CheckExposureWaveform.Raise(kKvWaveform);
-        };
-    }
+    for (const char* voltage : {"80", "81"}) Expose(voltage, "0.5", kKvWaveform);
     Perform(*element, {Start(), Step([this](FZRD47500TestGuide& guide) {
                            room->waveform.clear();
                            Queue([](DetectorEvents& events) { events.vti_EnableStopButton.Raise(true); });
