@@ -1,6 +1,7 @@
 #include "config/config_common.h"
 
 #include "config/config_fixture.h"
+#include "support/fake_control.h"
 
 namespace vorex {
 namespace {
@@ -40,8 +41,7 @@ TEST_F(ConfigCommon, ANewObjectHasTheValuesOfItsConstruction) {
 
 TEST_F(ConfigCommon, AColumnNumberMeansAnArrayOfTheTest) {
     struct Row {
-        int32_t testId;
-        int32_t setup;
+        int32_t testId, setup;
         Texts columns;  ///< of columns 1 to 7; "0" where the test has none
     };
     const Row kRows[] = {{100, 1, {"flag", "0", "0", "0", "0", "0", "0"}},
@@ -301,28 +301,13 @@ TEST_F(ConfigCommon, ACloneHasItsOwnCopyOfEverythingButTheManualChoice) {
 
 // ----------------------------------------------------------------------------------------------- dialog
 
-/// A setup control that keeps what it was given.
-class FakeSetup : public ICustomControl, public LibraryObject {
-  public:
-    static inline ControlArgument given;
-    static inline std::string made;
-
-    std::shared_ptr<IControlCallback> CallBack() const override { return nullptr; }
-    void CallBack(std::shared_ptr<IControlCallback>) override {}
-    WindowHandle hWnd() const override { return 0; }
-    bool Visible() const override { return false; }
-    void Visible(bool) override {}
-    bool Locked() const override { return false; }
-    void Locked(bool) override {}
-    void Initialize(ControlArgument argument) override { given = std::move(argument); }
-    void Refresh() override {}
-    void SetFocus() override {}
-};
+std::shared_ptr<test::FakeControl> setup;
+std::string made;
 
 template <int32_t id>
 std::shared_ptr<LibraryObject> MakeSetup() {
-    FakeSetup::made += std::to_string(id) + " ";
-    return std::make_shared<FakeSetup>();
+    made += std::to_string(id) + " ";
+    return setup = std::make_shared<test::FakeControl>();
 }
 
 TEST_F(ConfigCommon, TheDialogHostsTheSetupControlOfTheTest) {
@@ -332,17 +317,17 @@ TEST_F(ConfigCommon, TheDialogHostsTheSetupControlOfTheTest) {
         {"XFluoroExposureConfig", MakeSetup<700>}, {"XMammoAccReproConfig", MakeSetup<900>},
         {"XMammoAECConfig", MakeSetup<1100>},      {"XMammoRadiationConfig", MakeSetup<1200>}};
     InstallClasses(kControls);
-    FakeSetup::made.clear();
+    made.clear();
     for (int32_t testId : kMeasuringTests) {
         const auto config = New(testId);
         EXPECT_TRUE(config->CreateDialog()) << testId;
-        EXPECT_EQ(FakeSetup::given, ControlArgument(config)) << testId;
+        EXPECT_EQ(setup->given, ControlArgument(config)) << testId;
     }
-    EXPECT_EQ(FakeSetup::made, "100 200 300 500 700 900 1100 1200 ");
+    EXPECT_EQ(made, "100 200 300 500 700 900 1100 1200 ");
     EXPECT_FALSE(New(400)->CreateDialog());
     InstallClasses({});
     EXPECT_FALSE(New(100)->CreateDialog()) << "no control of the class exists";
-    FakeSetup::given = {};
+    setup.reset();
 }
 
 }  // namespace

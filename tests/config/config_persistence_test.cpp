@@ -32,9 +32,7 @@ const std::string kRest =
 TEST_F(ConfigPersistence, ANewTestIsWrittenKeyByKeyInThisOrder) {
     struct Block {
         int32_t testId;
-        std::string table;
-        std::string measurement;
-        std::string settings;
+        std::string table, measurement, settings;
     };
     // clang-format off
     const Block kBlocks[] = {

@@ -1,7 +1,3 @@
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "config_fixture.h"
 #include "support/recording_report.h"
 
@@ -121,8 +117,7 @@ TEST_F(ConfigReport, TheAecTestPrintsWhatWasTypedAndNoUnitWithoutANumber) {
 
 TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsStand) {
     struct Case {
-        int32_t mode;
-        int32_t settings;
+        int32_t mode, settings;
         std::string rows;
     };
     const std::string unit = V("Exposure Unit", "Gy");
@@ -221,8 +216,7 @@ TEST_F(ConfigReport, TheMasMeterAloneAndAConfigurationKeptOutPrintNothing) {
 
 TEST_F(ConfigReport, EachTestPrintsItsPlannedExposures) {
     struct Case {
-        int32_t test;
-        int32_t setup;
+        int32_t test, setup;
         std::string expected;
     };
     const Case cases[] = {

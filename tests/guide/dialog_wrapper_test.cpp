@@ -1,37 +1,13 @@
 #include "guide/dialog_wrapper.h"
 
-#include <gtest/gtest.h>
-
 #include "config/config_common.h"
-#include "foundation/host_services.h"
 #include "results/limit_data.h"
+#include "support/fake_control.h"
 #include "support/fake_platform.h"
 #include "support/library_test.h"
 
 namespace vorex::test {
 namespace {
-
-class FakeControl : public ICustomControl, public LibraryObject {
-  public:
-    std::shared_ptr<IControlCallback> CallBack() const override { return mCallback; }
-    void CallBack(std::shared_ptr<IControlCallback> callback) override { mCallback = std::move(callback); }
-    WindowHandle hWnd() const override { return 7; }
-    bool Visible() const override { return true; }
-    void Visible(bool) override {}
-    bool Locked() const override { return mLocked; }
-    void Locked(bool locked) override { mLocked = locked; }
-    void Initialize(ControlArgument argument) override { initialized = std::move(argument); }
-    void Refresh() override { ++refreshed; }
-    void SetFocus() override { ++focused; }
-
-    ControlArgument initialized;
-    int refreshed = 0;
-    int focused = 0;
-
-  private:
-    std::shared_ptr<IControlCallback> mCallback;
-    bool mLocked = false;
-};
 
 class Callback : public IControlCallback {
   public:
@@ -81,7 +57,7 @@ TEST_F(DialogWrapper, ForwardsToItsControl) {
     dialog.Refresh();
     dialog.SetFocus();
     dialog.GotFocus();
-    EXPECT_EQ(control.initialized, argument);
+    EXPECT_EQ(control.given, argument);
     EXPECT_EQ(dialog.CallBack(), callback);
     EXPECT_TRUE(control.Locked() && dialog.Locked());
     EXPECT_EQ(control.refreshed, 1);
@@ -131,7 +107,7 @@ TEST_F(DialogWrapper, IsMadeWithItsControlInitialised) {
     const auto made = CreateControlDialog(ClassName("Control"), argument);
     ASSERT_TRUE(made);
     const auto& wrapper = dynamic_cast<FDialogWrapper&>(*made);
-    EXPECT_EQ(dynamic_cast<FakeControl&>(*wrapper.Control()).initialized, argument);
+    EXPECT_EQ(dynamic_cast<FakeControl&>(*wrapper.Control()).given, argument);
 }
 
 }  // namespace

@@ -16,8 +16,7 @@ namespace {
 
 /// A limit as its two numbers, empty for a side that is not set, and the expression of both.
 struct Sides {
-    const char* high;
-    const char* low;
+    const char *high, *low;
     const char* expression = "Y";
 };
 
@@ -53,8 +52,7 @@ std::string Shown(const CMeasurement& measurement, const IStandard& standard, in
 
 TEST(Measurement, OfSeveralLimitsTheSmallestHighAndTheLastOtherLowAreShown) {
     struct Case {
-        const char* measurementKey;
-        const char* limitKey;
+        const char *measurementKey, *limitKey;
         std::vector<Sides> limits;
         const char* shown;
     };
@@ -93,8 +91,7 @@ TEST(Measurement, EachStandardShowsItsOwnLimits) {
 
 TEST(Measurement, ALimitIsShownCalculatedOrAsItWasTypedWithItsUnit) {
     struct Case {
-        const char* expression;
-        const char* calculated;
+        const char *expression, *calculated;
         const char* typed;
     };
     const Case cases[] = {{"Y", "5 KV | -5 KV", "5 KV | -5 KV"},
@@ -110,8 +107,7 @@ TEST(Measurement, ALimitIsShownCalculatedOrAsItWasTypedWithItsUnit) {
 
 TEST(Measurement, AValueBeyondAnyLimitOfAStandardFailsIt) {
     struct Case {
-        const char* measurementKey;
-        const char* value;
+        const char *measurementKey, *value;
         std::vector<Sides> limits;
         bool fails;
     };

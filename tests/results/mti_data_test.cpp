@@ -1,10 +1,5 @@
 #include "results/mti_data.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
-#include "foundation/host_services.h"
 #include "support/library_test.h"
 
 namespace vorex {

@@ -1,12 +1,5 @@
 #include "results/result_columns.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "foundation/host_services.h"
 #include "support/library_test.h"
 
 namespace vorex {
@@ -34,9 +27,7 @@ class ResultColumns : public test::LibraryTest {
 
 TEST_F(ResultColumns, EveryTestAndKindHasItsColumnCount) {
     struct Case {
-        int32_t test;
-        int32_t kind;
-        int32_t pkMode;
+        int32_t test, kind, pkMode;
         std::size_t count;
     };
     // Counted by hand: 8 readings of the ZRD 47500 (9 with the adjacent flag), 8 of the Pelomark (7 as a
@@ -72,12 +63,8 @@ TEST_F(ResultColumns, StatisticsStandBehindTheMasColumnsOfACombinedKind) {
 
 TEST_F(ResultColumns, UnitsFollowModeUnitAndTimeBase) {
     struct Case {
-        int32_t mode;
-        int32_t unit;
-        int32_t base;
-        std::string_view exposure;
-        std::string_view rate;
-        std::string_view time;
+        int32_t mode, unit, base;
+        std::string_view exposure, rate, time;
     };
     const Case cases[] = {
         {kRadio, kUnitR, 4, "23012::mR", "23169::mR/sec", "22012::ms"},
@@ -126,10 +113,8 @@ TEST_F(ResultColumns, PulsedFluoroscopyAddsThePulseColumnsBeforeTheHalfValueLaye
 
 TEST_F(ResultColumns, DosimeterUnitsAreTheKeysOfTheirParts) {
     struct Case {
-        int32_t doseUnit;
-        int32_t rateUnit;
-        std::string_view dose;
-        std::string_view rate;
+        int32_t doseUnit, rateUnit;
+        std::string_view dose, rate;
     };
     const Case cases[] = {
         {0, 0, "25114::R", "25114::R/25116::/Sec"},

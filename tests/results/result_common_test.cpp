@@ -1,38 +1,13 @@
 #include "results/result_common.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "foundation/host_services.h"
-#include "results/result_columns.h"
-#include "support/fake_element.h"
-#include "support/fake_host.h"
-#include "support/library_test.h"
-#include "support/result_row.h"
+#include "results/result_fixture.h"
 
 namespace vorex {
 namespace {
 
-class ResultStore : public test::LibraryTest {
+class ResultStore : public test::ResultTest {
   protected:
-    void Begin(int32_t test, int32_t kind, int32_t pkMode = 0) {
-        config = std::make_shared<CConfigCommon>();
-        config->DefaultValues(test);
-        config->pMeasurementExposure = kUnitR;
-        config->pMeasurementTimeUnit = kMilliseconds;
-        config->DetectorName = kind;
-        config->PKMode = pkMode;
-        config->pNoOfExposures = 3;
-        result = std::make_shared<CResultCommon>();
-        result->Initialize(config);
-    }
-
-    void Store(const std::string& texts, int32_t source) {
-        result->StoreResult(test::RowInOrder(*result, texts, source), source);
-    }
+    using ResultTest::Working;
     /// The working row as its texts joined by "|".
     std::string Working() const {
         std::string values;
@@ -40,20 +15,12 @@ class ResultStore : public test::LibraryTest {
         values.pop_back();
         return values;
     }
-    std::string Working(std::string_view measurementKey) const {
-        return FindMeasurement(result->Current(), measurementKey)->ValueText();
-    }
     void Keep(uint8_t number) { result->UpdateStatus(owner, &selected, number); }
-
-    std::shared_ptr<CConfigCommon> config;
-    std::shared_ptr<CResultCommon> result;
-    test::FakeElement owner;
-    test::NoSelection selected;
 };
 
 TEST_F(ResultStore, FieldsFillTheColumnsOfTheirSource) {
     Begin(kMammoRadiation, kZrdAndMas);
-    Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73", kSourceZrd);
+    Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73");
     EXPECT_EQ(Working(), "1|28|28.5|28.2|100|1000|100|0.33|1000.0|8.73||||");
     Store("1,80.5,8.05,0,12.4", kSourceMas);
     EXPECT_EQ(Working(key::kMa), "80.5");
@@ -66,8 +33,7 @@ TEST_F(ResultStore, ARowThatDoesNotFitFillsTheColumnsThatItNames) {
     struct Case {
         int32_t source;
         std::vector<RowField> fields;
-        const char* fault;
-        const char* working;
+        const char *fault, *working;
     };
     const Case cases[] = {
         {kSourceZrd,
@@ -86,7 +52,7 @@ TEST_F(ResultStore, ARowThatDoesNotFitFillsTheColumnsThatItNames) {
     InstallServices(services);
     for (const Case& c : cases) {
         Begin(kMammoRadiation, kZrd);
-        Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73", kSourceZrd);
+        Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73");
         log.clear();
         EXPECT_EQ(result->StoreResult({c.fields, {}, {}}, c.source), c.fault);
         EXPECT_EQ(Working(), c.working);
@@ -99,8 +65,7 @@ TEST_F(ResultStore, DosePerMasFollowsFromTheExposureOfTheOtherInstrument) {
         int32_t kind;
         const char* detectorRow;
         int32_t detectorSource;
-        const char* masRow;
-        const char* expected;
+        const char *masRow, *expected;
     };
     const char* zrd = "0,80,81,80,12.5,1,100,3,0.0,0.0";
     const char* zrdOverRange = "0,80,81,80,OL,1,100,3,0.0,0.0";
@@ -123,17 +88,16 @@ TEST_F(ResultStore, DosePerMasFollowsFromTheExposureOfTheOtherInstrument) {
 TEST_F(ResultStore, ALaterDetectorReadingRenewsDosePerMas) {
     Begin(kRadioAccuracy, kZrdAndMas);
     Store("0,100,10,0,0.7", kSourceMas);
-    Store("0,80,81,80,20,1,100,3,0.0,0.0", kSourceZrd);
+    Store("0,80,81,80,20,1,100,3,0.0,0.0");
     EXPECT_EQ(Working(key::kDoseMas), "2");
-    Store("0,80,81,80,UL,1,100,3,0.0,0.0", kSourceZrd);
+    Store("0,80,81,80,UL,1,100,3,0.0,0.0");
     EXPECT_EQ(Working(key::kDoseMas), "2") << "an unusable exposure keeps the stored value";
 }
 
 TEST_F(ResultStore, ResetClearsJudgedReadingsOfCombinedKindsOnly) {
     for (int32_t kind : {kZrd, kZrdAndMas}) {
         Begin(kRadioAccuracy, kind);
-        Store("0,80,81,80,12,1,100,3,1.0,2.0", kSourceZrd);
-        Keep(1);
+        Expose(1, "0,80,81,80,12,1,100,3,1.0,2.0");
         result->ResetTheMeasurements();
         EXPECT_EQ(Working(key::kKvpAvg), kind == kZrd ? "80" : "");
         EXPECT_EQ(Working(key::kPercentKvpError), "1.0");
@@ -148,8 +112,7 @@ TEST_F(ResultStore, ReadersAnswerEmptyOutsideTheStoredRows) {
     result->GetMeasurementColumn(2, values);
     EXPECT_EQ(values, std::vector<std::string>{"kept"});
     for (uint8_t n = 1; n <= 2; ++n) {
-        Store("0,8" + std::to_string(n) + ",81,80,12,1,100,3", kSourceZrd);
-        Keep(n);
+        Expose(n, "0,8" + std::to_string(n) + ",81,80,12,1,100,3");
     }
     EXPECT_EQ(result->GetValue(0, 2), "81");
     EXPECT_EQ(result->GetValue(1, 2), "82");
@@ -167,8 +130,7 @@ TEST_F(ResultStore, ReadersAnswerEmptyOutsideTheStoredRows) {
 TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
     Begin(kMammoRadiation, kZrd);
     for (uint8_t n = 1; n <= 2; ++n) {
-        Store("0,2" + std::to_string(n) + ",28,28,100,1,100,0.3,1000.0,8.73", kSourceZrd);
-        Keep(n);
+        Expose(n, "0,2" + std::to_string(n) + ",28,28,100,1,100,0.3,1000.0,8.73");
     }
     result->pTestGuide = true;
     EXPECT_EQ(result->MeasurementCount(), 10);
@@ -183,8 +145,7 @@ TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
 
 TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
     Begin(kRadioRepro, kZrdAndMas);
-    Store("0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0.1,0,0,0,0,0,0", kSourceZrd);
-    Keep(1);
+    Expose(1, "0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0.1,0,0,0,0,0,0");
     Keep(2);
     const ColumnCounts counts = result->GetColumnCounts();
     EXPECT_EQ(counts.total, 34);
@@ -204,8 +165,7 @@ TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
 TEST_F(ResultStore, HeadingsStandAlsoWhereAnInstrumentGivesNoStatistics) {
     Begin(kMammoAccRepro, kPelomark);
     for (uint8_t n = 1; n <= 2; ++n) {
-        Store("0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
-        Keep(n);
+        Expose(n, "0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
     }
     EXPECT_EQ(result->MeasurementCount(), 17);
     EXPECT_EQ(TextOf(result->Measurement(0)->value()), "++Exposure #1++");
@@ -229,8 +189,7 @@ TEST_F(ResultStore, AResultHasADialogForWaveformsOrForAHostThatNamesTheViewer) {
 
 TEST_F(ResultStore, AnExposureWithoutAReadingIsARowOfEmptyValuesForTheHost) {
     Begin(kMammoRadiation, kZrd);
-    Store("0,21,28,28,100,1,100,0.3,1000.0,8.73", kSourceZrd);
-    Keep(1);
+    Expose(1, "0,21,28,28,100,1,100,0.3,1000.0,8.73");
     result->StoreMissing(2);
     result->StoreMissing(1);
     EXPECT_TRUE(result->HasReading(0));
@@ -250,8 +209,7 @@ TEST_F(ResultStore, AnExposureWithoutAReadingIsARowOfEmptyValuesForTheHost) {
 TEST_F(ResultStore, TheFirstReadingOfARedoTakesTheWaveformsOfTheFormerAway) {
     Begin(kRadioRepro, kZrdAndMas);
     for (uint8_t n = 1; n <= 2; ++n) {
-        Store("0,8" + std::to_string(n) + ",81", kSourceZrd);
-        Keep(n);
+        Expose(n, "0,8" + std::to_string(n) + ",81");
         for (uint8_t type : {kKvWaveform, kMaWaveform}) {
             result->WaveformType = type;
             result->StoreWaveForm("1,2", n);
@@ -268,8 +226,7 @@ TEST_F(ResultStore, TheFirstReadingOfARedoTakesTheWaveformsOfTheFormerAway) {
     EXPECT_TRUE(result->Superseded().empty());
     result->BeginRedo(1);
     result->ShowResultInTestguide(0, true);
-    Store("0,90,91", kSourceZrd);
-    Keep(1);
+    Expose(1, "0,90,91");
     result->StoreWaveForm("7,8,9", 1);
     result->EndRedo();
     EXPECT_EQ(result->KvWaveform(1)->ValueCount(), 3);

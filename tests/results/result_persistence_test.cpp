@@ -1,47 +1,23 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
-#include "files/element_output.h"
-#include "foundation/host_services.h"
 #include "host/measurement_codec.h"
-#include "results/result_columns.h"
-#include "results/result_common.h"
-#include "support/fake_element.h"
-#include "support/fake_host.h"
-#include "support/result_row.h"
+#include "results/result_fixture.h"
 
 namespace vorex {
 namespace {
 
-class ResultPersistence : public ::testing::Test {
+class ResultPersistence : public test::ResultTest {
   protected:
     void SetUp() override {
         HostServices services;
         services.text = std::make_shared<test::FakeTexts>();
         services.codec = std::make_shared<MeasurementCodec>();
-        InstallServices(services);
+        Install(services);
     }
-    void TearDown() override { InstallServices({}); }
 
     static std::shared_ptr<CResultCommon> Fresh(int32_t testId) {
         auto result = std::make_shared<CResultCommon>();
         result->TestId = testId;
         result->DetectorName = kZrd;
         return result;
-    }
-    void Begin(int32_t testId) {
-        auto config = std::make_shared<CConfigCommon>();
-        config->DefaultValues(testId);
-        config->pMeasurementTimeUnit = kMilliseconds;
-        config->DetectorName = kZrd;
-        result = Fresh(testId);
-        result->Initialize(config);
-    }
-    void Expose(uint8_t number, const std::string& texts) {
-        result->StoreResult(test::RowInOrder(*result, texts, kSourceZrd), kSourceZrd);
-        result->UpdateStatus(owner, &selected, number);
     }
     static std::string Saved(CResultCommon& result) {
         const auto document = std::make_shared<OutputDocument>();
@@ -53,10 +29,6 @@ class ResultPersistence : public ::testing::Test {
         loaded->Load(test::XmlText(text).Root(), nullptr);
         return loaded;
     }
-
-    std::shared_ptr<CResultCommon> result;
-    test::FakeElement owner;
-    test::NoSelection selected;
 };
 
 TEST_F(ResultPersistence, AnExposureWithoutAReadingKeepsItsNumber) {
@@ -90,8 +62,7 @@ std::string OneMeasurement(const std::string& key, const std::string& value) {
 TEST_F(ResultPersistence, AMeasurementKeepsItsTypeThroughLoadAndSave) {
     struct Case {
         int32_t test;
-        const char* key;
-        const char* value;
+        const char *key, *value;
     };
     const Case cases[] = {
         {kRadioRepro, "kVp Avg", R"(<Value Type="1">80.1</Value>)"},

@@ -1,18 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "foundation/host_services.h"
 #include "host/execution_pipe.h"
 #include "host/standards.h"
 #include "results/limit_data.h"
-#include "results/result_common.h"
-#include "support/fake_element.h"
-#include "support/fake_host.h"
-#include "support/library_test.h"
+#include "results/result_fixture.h"
 #include "support/recording_report.h"
 
 namespace vorex {
@@ -30,7 +19,7 @@ std::string Row(const std::string& name, const std::string& preset, const std::s
     return "|" + name + "      |" + preset + "|" + value + "|" + unit + ";\n";
 }
 
-class ResultReport : public test::LibraryTest {
+class ResultReport : public test::ResultTest {
   protected:
     void SetUp() override {
         HostServices services;
@@ -38,17 +27,6 @@ class ResultReport : public test::LibraryTest {
         Install(services);
     }
 
-    void Begin(int32_t test, int32_t kind, int32_t pkMode = 0) {
-        config = std::make_shared<CConfigCommon>();
-        config->DefaultValues(test);
-        config->pMeasurementExposure = kUnitR;
-        config->pMeasurementExposureRateUnit = 1;
-        config->pMeasurementTimeUnit = kMilliseconds;
-        config->DetectorName = kind;
-        config->PKMode = pkMode;
-        result = std::make_shared<CResultCommon>();
-        result->Initialize(config);
-    }
     /// Stores an exposure with one text in every column.
     void Expose(uint8_t number, const std::string& value = "7") {
         for (const auto& item : result->Current()) item->Value(value);
@@ -90,81 +68,75 @@ class ResultReport : public test::LibraryTest {
     }
 
     std::shared_ptr<test::FakeTexts> texts = std::make_shared<test::FakeTexts>();
-    std::shared_ptr<CConfigCommon> config;
-    std::shared_ptr<CResultCommon> result;
-    test::FakeElement owner;
     test::RecordingReport report;
     std::vector<std::shared_ptr<IStandard>> standards;  ///< printed next to the results
 };
 
 // ------------------------------------------------------------------- rows of every test and detector kind
 
+/// Rows of "name|unit|preset", all with the value 7 or, where a "." follows, 7.0.
+std::string RowsOf(std::string_view list) {
+    std::string rows;
+    for (const std::string_view row : SplitText(list, ';')) {
+        const auto cells = SplitText(row, '|');
+        const bool picture = cells[0].ends_with('.');
+        const std::string name(cells[0].substr(0, cells[0].size() - (picture ? 1 : 0)));
+        rows += Row(name, std::string(cells.size() > 2 ? cells[2] : ""), picture ? "7.0" : "7",
+                    std::string(cells.size() > 1 ? cells[1] : ""));
+    }
+    return rows;
+}
+
 std::string ZrdRows(const std::string& kv, bool fluoro) {
-    return Row("kVp Avg", kv, "7", "KV") + Row("kVp Max", kv, "7", "KV") + Row("kV PPV", kv, "7", "KV") +
-           Row("Exposure", "", "7", fluoro ? "R" : "mR") +
-           Row("Exposure Rate", "", "7", fluoro ? "R/sec" : "mR/sec") +
-           Row("Exposure Time", "", "7", fluoro ? "sec" : "ms") + Row("HVL", "", "7", "mm Al");
+    return RowsOf("kVp Avg|KV|" + kv + ";kVp Max|KV|" + kv + ";kV PPV|KV|" + kv +
+                  (fluoro ? ";Exposure|R;Exposure Rate|R/sec;Exposure Time|sec"
+                          : ";Exposure|mR;Exposure Rate|mR/sec;Exposure Time|ms") +
+                  ";HVL|mm Al");
 }
 std::string PelomarkRows(bool dose) {
-    return (dose ? Row("Dose", "", "7", "R") : "") + Row("Dose Rate", "", "7", "R/Sec") +
-           Row("Temperature", "", "7.0", "°C") + Row("Pressure", "", "7.0", "mmHg") +
-           Row("ADCF", "", "7.0", "") + Row("Bias Voltage", "", "7.0", "V") +
-           Row("Leak Current", "", "7.0", "pA");
+    return RowsOf(std::string(dose ? "Dose|R;" : "") +
+                  "Dose Rate|R/Sec;Temperature.|°C;Pressure.|mmHg;ADCF.;Bias Voltage.|V;Leak Current.|pA");
 }
-const std::string kMasRows = Row("mA", "", "7.0", "mA") + Row("mAs", "", "7.0", "mAs") +
-                             Row("mAs/Pulse", "", "7.0", "") + Row("Dose/mAs", "", "7.0", "");
-const std::string kMasMeans = Row("Avg mA", "", "7.0", "mA") + Row("Avg mAs", "", "7.0", "mAs") +
-                              Row("Avg mAs/Pulse", "", "7.0", "") + Row("Avg Dose/mAs", "", "7.0", "");
-const std::string kMasVariations = Row("CV mA", "", "7.0", "mA") + Row("CV mAs", "", "7.0", "mAs") +
-                                   Row("CV mAs/Pulse", "", "7.0", "") + Row("CV Dose/mAs", "", "7.0", "");
-const std::string kZrdMeans = Row("Avg. kVp Avg", "", "7", "KV") + Row("Avg. kVp Max", "", "7", "KV") +
-                              Row("Avg. kV PPV", "", "7", "KV") + Row("Avg. Exposure", "", "7", "mR") +
-                              Row("Avg. Exposure Rate", "", "7", "mR/sec") +
-                              Row("Avg. Exposure Time", "", "7", "ms") + Row("Avg. HVL", "", "7", "mm Al");
-const std::string kZrdVariations = Row("CV kVp Avg", "", "7.0", "") + Row("CV kVp Max", "", "7.0", "") +
-                                   Row("CV kV PPV", "", "7.0", "") + Row("CV Exposure", "", "7.0", "") +
-                                   Row("CV Exposure Rate", "", "7.0", "") +
-                                   Row("CV Exposure Time", "", "7.0", "") + Row("CV HVL", "", "7.0", "");
-const std::string kDoseRows = Row("Inverse Square Corrected Skin Exposure", "", "7", "") +
-                              Row("Dose Conversion Factor", "", "7", "mrad/R") +
-                              Row("Computed Average Glandular Dose", "", "7.0", "mrad");
+const std::string kMasRows = RowsOf("mA.|mA;mAs.|mAs;mAs/Pulse.;Dose/mAs.");
+const std::string kMasMeans = RowsOf("Avg mA.|mA;Avg mAs.|mAs;Avg mAs/Pulse.;Avg Dose/mAs.");
+const std::string kMasVariations = RowsOf("CV mA.|mA;CV mAs.|mAs;CV mAs/Pulse.;CV Dose/mAs.");
+const std::string kZrdMeans = RowsOf(
+    "Avg. kVp Avg|KV;Avg. kVp Max|KV;Avg. kV PPV|KV;Avg. Exposure|mR;Avg. Exposure Rate|mR/sec;"
+    "Avg. Exposure Time|ms;Avg. HVL|mm Al");
+const std::string kZrdVariations =
+    RowsOf("CV kVp Avg.;CV kVp Max.;CV kV PPV.;CV Exposure.;CV Exposure Rate.;CV Exposure Time.;CV HVL.");
+const std::string kDoseRows = RowsOf(
+    "Inverse Square Corrected Skin Exposure;Dose Conversion Factor|mrad/R;"
+    "Computed Average Glandular Dose.|mrad");
 
 struct TestRows {
     int32_t test;
     std::string kv;            ///< preset of the voltages
     std::string first;         ///< in front of the readings
-    std::string zrd;           ///< behind the readings of the ZRD 47500
+    std::string zrd;           ///< after the readings of the ZRD 47500
     std::string calculations;  ///< of kind 1
     std::string pelomark;      ///< calculations of kind 3 in dose mode
 };
 
 const TestRows kTestRows[] = {
     {kRadioRepro, "80", "", "", kZrdMeans + kZrdVariations,
-     Row("AVG Dose", "", "7", "R") + Row("AVG Dose Rate", "", "7", "R/Sec") + Row("CV Dose", "", "7.0", "") +
-         Row("CV Dose Rate", "", "7.0", "")},
-    {kRadioAccuracy, "80", "",
-     Row("%kVp Avg. Error", "", "7.0", "%") + Row("Absolute kVp Avg. Error", "", "7.0", "KV"), "", ""},
-    {kRadioLinearity, "80", Row("Adjacent", "", "7", ""),
-     Row("Exposure/mAs", "", "7", "mR/mAs") + Row("CL", "", "7.0", ""), "", ""},
-    {kFluoroAccuracy, "80", "", Row("%kVp Avg. Error", "", "7.0", "%"), "", ""},
-    {kFluoroExposure, "80", "", Row("Phantom Thickness", "", "7", "") + Row("Mode", "", "7", ""), "", ""},
+     RowsOf("AVG Dose|R;AVG Dose Rate|R/Sec;CV Dose.;CV Dose Rate.")},
+    {kRadioAccuracy, "80", "", RowsOf("%kVp Avg. Error.|%;Absolute kVp Avg. Error.|KV"), "", ""},
+    {kRadioLinearity, "80", RowsOf("Adjacent"), RowsOf("Exposure/mAs|mR/mAs;CL."), "", ""},
+    {kFluoroAccuracy, "80", "", RowsOf("%kVp Avg. Error.|%"), "", ""},
+    {kFluoroExposure, "80", "", RowsOf("Phantom Thickness;Mode"), "", ""},
     {kMammoAccRepro, "25", "", "",
-     Row("Mean kVp(4)", "", "7", "KV") + Row("SD(4)", "", "7", "") + Row("Mean kVp", "", "7", "KV") +
-         Row("Standard deviation", "", "7", "") + Row("Mean kVp - Nominal kVp", "", "7", "KV") +
-         Row("0.05 X Nominal kVp", "", "7", "KV") + Row("%Error", "", "7.0", "%") + Row("CV", "", "7.0", ""),
+     RowsOf("Mean kVp(4)|KV;SD(4);Mean kVp|KV;Standard deviation;Mean kVp - Nominal kVp|KV;"
+            "0.05 X Nominal kVp|KV;%Error.|%;CV."),
      ""},
     {kMammoAec, "80", "", "",
-     Row("Energy Corrected Mean Values", "", "7", "R") + Row("SD Exposure", "", "7", "") +
-         Row("CV Exposure", "", "7.0", "") + Row("CV mAs", "", "7.0", "") + kDoseRows,
-     Row("Energy Corrected Mean Values", "", "7", "R") + Row("SD Dose", "", "7", "") +
-         Row("CV Dose", "", "7.0", "") + kDoseRows},
-    {kMammoRadiation, "28", "",
-     Row("Exposure Rate", "", "7.0", "mR/sec") + Row("Air Kerma Rate", "", "7.0", "mGy/sec"), "", ""},
+     RowsOf("Energy Corrected Mean Values|R;SD Exposure;CV Exposure.;CV mAs.") + kDoseRows,
+     RowsOf("Energy Corrected Mean Values|R;SD Dose;CV Dose.") + kDoseRows},
+    {kMammoRadiation, "28", "", RowsOf("Exposure Rate.|mR/sec;Air Kerma Rate.|mGy/sec"), "", ""},
 };
 
 struct Blocks {
-    std::string exposure;
-    std::string calculations;
+    std::string exposure, calculations;
 };
 
 /// What an exposure and the calculations of a test and kind print.
@@ -203,7 +175,9 @@ TEST_F(ResultReport, EveryTestAndKindPrintsItsExposuresAndThenItsCalculationsOnc
 }
 
 TEST_F(ResultReport, RateModeOfThePelomarkPrintsNoDose) {
-    Begin(kMammoAec, kPelomark, 1);
+    Begin(kMammoAec, kPelomark);
+    config->PKMode = 1;
+    result->Initialize(config);
     Expose(1);
     EXPECT_EQ(Printed(), kHeading + "|Exposure 1;\n" + PelomarkRows(false));
 }
@@ -335,8 +309,7 @@ TEST_F(ResultReport, LimitsOfEachStandardStandBesideTheRowThatTheyJudge) {
 TEST_F(ResultReport, NoLimitStandsBesideAValueThatTheCriterionLeavesAlone) {
     struct Case {
         std::string_view criterion;
-        bool percent;
-        bool absolute;
+        bool percent, absolute;
     };
     const Case cases[] = {{"1", true, false}, {"2", false, true}, {"3", true, true}, {"4", true, true}};
     for (const Case& c : cases) {
@@ -401,14 +374,16 @@ TEST_F(ResultReport, OnlyTheSelectedStandardsAreShown) {
                               "Version=\"2\"/><Standard Name=\"B\" Version=\"1\"/></ExpectedResult>")
                     .Root(),
                 nullptr);
-    const SelectedStandards selected({{"B", "1"}, {"A", "2"}, {"C", "1"}});
-    report.selected = &selected;
+    const SelectedStandards chosen({{"B", "1"}, {"A", "2"}, {"C", "1"}});
+    report.selected = &chosen;
     limits.PrintReport(&report, nullptr);
     const auto& shown = report.SelectedStandardsForReport;
     ASSERT_EQ(shown.size(), 2U);
     EXPECT_EQ(shown[0]->Version(), "2");
     EXPECT_EQ(shown[1]->Name(), "B");
     EXPECT_TRUE(report.calls.empty());
+    CLimitData().PrintReport(&report, nullptr);
+    EXPECT_TRUE(shown.empty()) << "the limits of the element before are gone";
 }
 
 // --------------------------------------------------------------------------------------- failures only

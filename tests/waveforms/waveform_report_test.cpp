@@ -1,9 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
-#include "foundation/host_services.h"
 #include "support/library_test.h"
 #include "support/recording_report.h"
 #include "waveforms/report_layout.h"

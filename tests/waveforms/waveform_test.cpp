@@ -1,10 +1,6 @@
 #include "waveforms/waveform.h"
 
-#include <gtest/gtest.h>
-
 #include "foundation/host_error.h"
-#include "foundation/host_services.h"
-#include "support/fake_host.h"
 #include "support/library_test.h"
 
 namespace vorex {
