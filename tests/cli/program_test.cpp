@@ -1,11 +1,6 @@
 #include "cli/program.h"
 
-#include <gtest/gtest.h>
-
 #include <ostream>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include "cli/program_fixture.h"
 
@@ -33,10 +28,6 @@ TEST_F(ProgramMainTest, TheExitCodeSaysHowACommandEnded) {
         {{"show", failed}, kExitPassed},
         {{"report", failed, "-o", Path("r.txt")}, kExitPassed},
         {{}, kExitUsage},
-        {{"measure"}, kExitUsage},
-        {{"run", Path("good.xml"), "--instruments", "simulated:x"}, kExitUsage},
-        {{"run", Path("good.xml"), "--instruments", two, "--room", "good.json"}, kExitUsage},
-        {{"run", Path("good.xml"), "--instruments", two, "-o", Path("good.xml")}, kExitUsage},
         {{"run", Path("good.xml"), "--instruments", two, "--operator", "redo 1"}, kExitUsage},
         {{"judge", Path("absent.xml")}, kExitUsage},
         {{"resume", Path("passed.xml")}, kExitUsage},
@@ -54,16 +45,6 @@ TEST_F(ProgramMainTest, TheExitCodeSaysHowACommandEnded) {
             EXPECT_NE(err, "") << command;
         }
     }
-}
-
-TEST_F(ProgramMainTest, AResultThatCannotBePrintedIsNoVerdict) {
-    Write("s.xml", Sequence(Element(1, 100, Exposures(1))));
-    std::ostringstream broken;
-    broken.setstate(std::ios::badbit);
-    std::ostringstream messages;
-    Terminal terminal{broken, messages};
-    EXPECT_EQ(RunProgram({"show", Path("s.xml")}, terminal), kExitFault);
-    EXPECT_NE(messages.str().find("standard output could not be written"), std::string::npos);
 }
 
 TEST_F(ProgramMainTest, APersonSeesEachElementBeginAndEnd) {

@@ -30,13 +30,6 @@ class ReportTest : public ProgramTest {
     std::string Printed(const std::string& tool, const std::string& name, const std::string& end = {}) const {
         return PrintedBy(tool + " '" + Path(name) + "' " + end);
     }
-    /// Every number that the results of out.xml hold and a report shows.
-    std::set<std::string> MeasuredNumbers() const {
-        std::set<std::string> numbers;
-        for (pugi::xpath_node at : result.select_nodes("//Measurement[@Key!='Import Waveform']/Value"))
-            if (const std::string value = at.node().child_value(); !value.empty()) numbers.insert(value);
-        return numbers;
-    }
     /// The numbers of out.xml that a report shows: statistics of a test stand in every exposure, and those of
     /// the last one count.
     std::vector<std::string> PrintedNumbers() const {
@@ -61,26 +54,8 @@ class ReportTest : public ProgramTest {
     }
 };
 
-TEST_F(ReportTest, EveryFormShowsEveryNumberOfTheFile) {
-    // A test without statistics: those of the exposures before the last one stand in no report.
-    Write("in.xml", Sequence(Element(1, 200, Exposures(2), Limit("ER kVp Avg", "<High Value=\"81\"/>"))));
-    ASSERT_EQ(RunFile("in.xml", "in.jsonl"), kExitFailed) << err;
-    const std::set<std::string> numbers = MeasuredNumbers();
-    ASSERT_GE(numbers.size(), 8U);
-    for (const std::string name : {"r.txt", "r.html", "r.pdf"}) {
-        // A failed test is no failed report.
-        EXPECT_EQ(Report(name, {"--limits"}), kExitPassed) << err;
-        const std::string text = name == "r.pdf" ? Printed("pdftotext -layout", name, "-") : Read(name);
-        for (const std::string& number : numbers)
-            EXPECT_NE(text.find(number), std::string::npos) << name << number;
-        EXPECT_NE(text.find("95.5"), std::string::npos) << name;
-        EXPECT_NE(text.find("Fail"), std::string::npos) << name;
-        EXPECT_NE(text.find("4711"), std::string::npos) << name;
-    }
-}
-
 /// Numbers are printed in the picture of their column: whole, or rounded to some decimals.
-TEST_F(ReportTest, ThePdfTextHasEveryNumberOfTheExamples) {
+TEST_F(ReportTest, EveryFormShowsEveryNumberOfTheExamples) {
     const std::regex number("[-+]?[0-9]+(\\.[0-9]+)?");
     for (const std::string example :
          {"radio_reproducibility", "radio_accuracy", "radio_linearity", "fluoro_accuracy", "fluoro_exposure",
@@ -91,25 +66,26 @@ TEST_F(ReportTest, ThePdfTextHasEveryNumberOfTheExamples) {
                                        std::filesystem::copy_options::overwrite_existing);
         std::filesystem::remove(Path("out.xml"));
         ASSERT_LE(RunFile("e.xml", "e.jsonl"), kExitFailed) << err;
-        ASSERT_EQ(Report("r.pdf", {"--limits"}), kExitPassed) << err;
-        const std::string text = Printed("pdftotext -layout", "r.pdf", "-");
-        std::set<std::string> exact;
-        std::vector<std::pair<double, double>> rounded;  // with what rounding takes at most
-        for (std::sregex_iterator at(text.begin(), text.end(), number), end; at != end; ++at) {
-            exact.insert(PlainText(ReadNumber(at->str())));
-            if (const auto decimals = (*at)[1].length() - 1; decimals >= 2)
-                rounded.emplace_back(ReadNumber(at->str()), 0.5000001 * std::pow(10.0, -decimals));
+        const std::vector<std::string> printed = PrintedNumbers();
+        EXPECT_GE(printed.size(), 10U) << example;
+        for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
+            ASSERT_EQ(Report(form, {"--limits"}), kExitPassed) << err;
+            const std::string text = form == "r.pdf" ? Printed("pdftotext -layout", form, "-") : Read(form);
+            std::set<std::string> exact;
+            std::vector<std::pair<double, double>> rounded;  // with what rounding takes at most
+            for (std::sregex_iterator at(text.begin(), text.end(), number), end; at != end; ++at) {
+                exact.insert(PlainText(ReadNumber(at->str())));
+                if (const auto decimals = (*at)[1].length() - 1; decimals >= 2)
+                    rounded.emplace_back(ReadNumber(at->str()), 0.5000001 * std::pow(10.0, -decimals));
+            }
+            for (const std::string& value : printed) {
+                const bool found = exact.contains(PlainText(ReadNumber(value))) ||
+                                   std::any_of(rounded.begin(), rounded.end(), [&](const auto& shown) {
+                                       return std::abs(shown.first - ReadNumber(value)) <= shown.second;
+                                   });
+                EXPECT_TRUE(found) << example << ", " << form << ": " << value << "\n" << text;
+            }
         }
-        std::size_t checked = 0;
-        for (const std::string& value : PrintedNumbers()) {
-            const bool found = exact.contains(PlainText(ReadNumber(value))) ||
-                               std::any_of(rounded.begin(), rounded.end(), [&](const auto& shown) {
-                                   return std::abs(shown.first - ReadNumber(value)) <= shown.second;
-                               });
-            EXPECT_TRUE(found) << example << ": " << value << "\n" << text;
-            ++checked;
-        }
-        EXPECT_GE(checked, 10U) << example;
     }
 }
 
@@ -277,30 +253,6 @@ TEST_F(ReportTest, TheCoverNamesSiteRoomAndPersonOfASurvey) {
         EXPECT_TRUE(std::regex_search(Read("r.txt"), std::regex(line))) << line << Read("r.txt");
 }
 
-TEST_F(ReportTest, TextsOfUsersBreakNoForm) {
-    const std::string hostile = "a|b;c{d}e\\f 测试 مرحبا ";
-    std::string name;
-    for (int i = 0; i < 400; ++i) name += hostile;
-    ASSERT_GE(name.size(), 10000U);
-    std::string file = Read("out.xml");
-    const std::string_view old = "Name=\"T\"";
-    file.replace(file.find(old), old.size(), "Name=\"" + name + "\"");
-    Write("out.xml", file);
-    for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
-        EXPECT_EQ(Report(form), kExitPassed) << err;
-        const std::string text = form == "r.pdf" ? Printed("pdftotext", form, "-") : Read(form);
-        EXPECT_NE(text.find("95.5"), std::string::npos) << form;
-        EXPECT_NE(text.find("a|b;c{d}e\\f"), std::string::npos) << form;
-    }
-    // The tree, the heading of the test and the title: each whole.
-    const std::string text = Read("r.txt");
-    std::size_t count = 0;
-    for (std::size_t at = text.find("a|b;c{d}e\\f"); at != std::string::npos;
-         at = text.find("a|b;c{d}e\\f", at + 1))
-        ++count;
-    EXPECT_EQ(count, 3U * 400U);
-}
-
 /// Marks of the report's mark-up, of HTML and of placeholders, scripts from right to left and without blanks.
 TEST_F(ReportTest, TextsOfUsersBreakNoFormWhereverTheyAreTyped) {
     const std::string hostile = "x|y;{\\i\\b z}\\ <b>&%%1 %%2 测试 مرحبا";
@@ -361,9 +313,6 @@ TEST_F(ReportTest, EmptyFilesAndFullDisksAreTold) {
     Write("none.xml", Sequence(""));
     EXPECT_EQ(Run({"report", Path("none.xml"), "-o", Path("r2.txt")}), kExitUsage);
     EXPECT_NE(err.find("holds no test"), std::string::npos) << err;
-    Write("empty.xml", "");
-    EXPECT_EQ(Run({"report", Path("empty.xml"), "-o", Path("r2.txt")}), kExitUsage);
-    EXPECT_NE(err.find("empty.xml"), std::string::npos) << err;
     EXPECT_FALSE(Exists("r2.txt"));
     for (const std::string form : {"full.txt", "full.html", "full.pdf"}) {
         std::filesystem::create_symlink("/dev/full", Path(form));
@@ -371,8 +320,6 @@ TEST_F(ReportTest, EmptyFilesAndFullDisksAreTold) {
         EXPECT_NE(err.find(Path(form)), std::string::npos) << err;
         EXPECT_NE(err.find("No space left"), std::string::npos) << err;
     }
-    EXPECT_EQ(Run({"report", Path("out.xml"), "-o", Path("nowhere/r.pdf")}), kExitUsage);
-    EXPECT_NE(err.find("there is no folder " + Path("nowhere")), std::string::npos) << err;
 }
 
 TEST_F(ReportTest, ATestThatWasNeverRunHasAReport) {
@@ -408,15 +355,6 @@ TEST_F(ReportTest, ALanguageThatThereIsNotIsToldBeforeAnythingRuns) {
     EXPECT_NE(err.find("there is no language \"xx\""), std::string::npos) << err;
     EXPECT_FALSE(Exists("second.xml"));
     EXPECT_FALSE(Exists("second.xml.journal"));
-}
-
-TEST_F(ReportTest, ARunWritesItsReportBesideItsResult) {
-    const std::vector<std::string> run = {
-        "run", Path("in.xml"),     "--instruments", "recording:" + Path("in.jsonl"),
-        "-o",  Path("second.xml"), "--report",      Path("r.html")};
-    EXPECT_EQ(Run(run), kExitFailed) << err;
-    EXPECT_NE(Read("r.html").find("second.xml"), std::string::npos);
-    EXPECT_NE(Read("r.html").find("95.5"), std::string::npos);
 }
 
 }  // namespace

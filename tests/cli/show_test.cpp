@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "cli/program_fixture.h"
 
 namespace vorex::test {
@@ -27,8 +23,7 @@ TEST_F(ShowTest, WaveformsAreListedInOneLineByExposureAndKind) {
     const std::string head = R"({"recording":1,"kind":4,"serialNumbers":"4711,88"})"
                              "\n";
     struct Case {
-        std::string first;
-        std::string second;
+        std::string first, second;
         const char* line;  ///< empty for none
     };
     const Case cases[] = {

@@ -1,12 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <map>
-#include <string>
-#include <vector>
 
 #include "cli/program_fixture.h"
 #include "foundation/number_text.h"
@@ -60,8 +54,7 @@ class SimulatedRoomTest : public ProgramTest {
 
 TEST_F(SimulatedRoomTest, ThePracticalPeakVoltageFollowsTheRipple) {
     struct Case {
-        const char* ripple;
-        const char* ppv;
+        const char *ripple, *ppv;
     };
     // The mean of U weighted with U^2: the peak of 80 kV itself without ripple, and for a rectified sine
     // 80 * (4 / 3) / (pi / 2) = 67.9.

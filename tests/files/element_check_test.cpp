@@ -4,7 +4,6 @@
 #include <set>
 #include <sstream>
 
-#include "files/element_document.h"
 #include "foundation/file_error.h"
 #include "host/host_fixture.h"
 
@@ -59,8 +58,7 @@ TEST_F(ElementCheckTest, AMessageStaysOneShortLineWhateverTheFileHolds) {
 
 TEST_F(ElementCheckTest, AFaultIsNamedWithFileElementKeyAndWhatWasExpected) {
     struct Case {
-        std::string text;
-        std::string message;
+        std::string text, message;
     };
     const std::string number = "\"; expected a number";
     const Case cases[] = {
@@ -122,8 +120,7 @@ TEST_F(ElementCheckTest, AFaultIsNamedWithFileElementKeyAndWhatWasExpected) {
 
 TEST_F(ElementCheckTest, AnElementIsAKnownTestWithItsConfiguration) {
     struct Case {
-        std::string attributes;
-        std::string message;
+        std::string attributes, message;
     };
     const Case cases[] = {
         {"PlugIn='ZRD47500' TestID='400' ID='3'",
@@ -202,9 +199,7 @@ TEST_F(ElementCheckTest, AFaultIsNamedWithItsLineInTheFile) {
         "  </TestElement>\n"
         "</VorexSequence>\n";
     const struct {
-        std::string_view part;
-        std::string_view instead;
-        std::string_view place;
+        std::string_view part, instead, place;
     } cases[] = {
         {"Version=\"1\">", "Version=\"2\">", ":2: attribute"},
         {"ID=\"7\"", "ID=\"x\"", ":3: element \"x\": attribute"},

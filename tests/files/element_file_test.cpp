@@ -84,9 +84,7 @@ TEST_F(ElementFileTest, WithoutAChoiceEveryStandardOfTheFileIsSelectedOnce) {
 TEST_F(ElementFileTest, ForeignContentIsWrittenBackWhereItStood) {
     // Each foreign line stands behind the line that it is expected behind afterwards.
     struct Case {
-        std::string content;
-        std::string before;
-        std::string foreign;
+        std::string content, before, foreign;
     };
     const std::string standard = "<Standard Name=\"Site\" Version=\"1\">";
     const Case cases[] = {

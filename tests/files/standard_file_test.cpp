@@ -1,10 +1,5 @@
 #include "files/standard_file.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "files/standards_library.h"
 #include "foundation/file_error.h"
 #include "host/host_fixture.h"

@@ -1,14 +1,7 @@
 #include "foundation/event.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "foundation/host_services.h"
 #include "support/library_test.h"
 
 namespace vorex {

@@ -1,14 +1,8 @@
 #include "foundation/host_contract.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "config/config_common.h"
-#include "files/element_output.h"
 #include "guide/test_guide_form.h"
 #include "host/execution_pipe.h"
 #include "support/fake_detector.h"

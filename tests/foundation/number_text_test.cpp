@@ -1,7 +1,5 @@
 #include "foundation/number_text.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <bit>
 #include <cmath>
@@ -10,7 +8,6 @@
 #include <limits>
 #include <random>
 
-#include "foundation/host_services.h"
 #include "foundation/tagged_value.h"
 #include "support/library_test.h"
 
@@ -142,8 +139,7 @@ TEST_F(NumberText, PlainTextsAndReadingsAgreeWithTheCLibraryOverManyNumbers) {
 TEST_F(NumberText, PicturesRoundTheDecimalTextHalfAwayFromZero) {
     struct Row {
         double number;
-        const char* picture;
-        const char* text;
+        const char *picture, *text;
     };
     // clang-format off
     const Row kRows[] = {
@@ -185,8 +181,7 @@ TEST_F(NumberText, RoundingHalfToEvenWorksOnTheDecimalText) {
 
 TEST_F(NumberText, ADifferenceKeepsTheDecimalsOfItsTexts) {
     struct Row {
-        const char* a;
-        const char* b;
+        const char *a, *b;
         const char* difference;
     };
     constexpr Row kRows[] = {

@@ -16,8 +16,7 @@ TEST(ReportMarkup, TextsCannotBreakTheMarkUp) {
 
 TEST(ReportMarkup, NumbersTakeTheDecimalSignOfTheReportAndOtherTextsStay) {
     struct Case {
-        const char* number;
-        const char* point;
+        const char *number, *point;
         const char* comma;
     };
     const Case cases[] = {

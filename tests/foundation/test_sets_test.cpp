@@ -27,8 +27,7 @@ TEST(TestSets, AllTestsIsMoreThanAListOfThePresentOnes) {
 TEST(TestSets, TheNamedSetsHoldTheTestsOfTheirKind) {
     struct Row {
         const char* name;
-        TestSet set;
-        TestSet expected;
+        TestSet set, expected;
     };
     const Row rows[] = {
         {"radiography", kRadiography, {100, 200, 300}},

@@ -1,11 +1,7 @@
 #include "foundation/utilities.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/registration.h"
-#include "support/fake_host.h"
 #include "support/fake_standards.h"
 #include "support/library_test.h"
 #include "support/recording_report.h"
@@ -175,8 +171,7 @@ TEST_F(Utilities, TimeOutsAreMinutesWithADefaultForZeroAndForWords) {
 
 TEST_F(Utilities, TheExposureCaptionHasNineCharactersForOneVersionOfTheHost) {
     struct Row {
-        const char* version;
-        const char* translation;
+        const char *version, *translation;
         const char* caption;
     };
     const Row kRows[] = {{"2.7.0", "Exposure ", "Exposure "},

@@ -9,8 +9,7 @@ namespace {
 
 struct StoredRow {
     const Choice& choice;
-    int32_t value;
-    int32_t stored;
+    int32_t value, stored;
     std::string_view text;
 };
 
@@ -43,8 +42,7 @@ TEST(Vocabulary, UnknownChoicesFallBack) {
     struct Fallback {
         const Choice& choice;
         std::string_view text;
-        int32_t stored;
-        int32_t value;
+        int32_t stored, value;
     };
     const Fallback kFallbacks[] = {
         {kDetectorModes, "22465::RADIO", 1, 1}, {kDetectorSettings, "22469::AUTO", 1, 1},

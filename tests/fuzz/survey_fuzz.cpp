@@ -1,19 +1,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "app/open_file.h"
+#include "app/session.h"
 #include "execution/test_mqsa.h"
-#include "files/element_file.h"
 #include "files/survey_exchange.h"
 #include "foundation/file_error.h"
 #include "foundation/vocabulary.h"
-#include "host/headless_platform.h"
-#include "host/reference_host.h"
-#include "library.h"
 #include "mqsa/survey_entry.h"
 
 namespace {
@@ -44,44 +41,25 @@ void Enter(const SurveyExchange& entered, CResultMQSA& survey) {
     }
 }
 
-void Judge(CTestMQSA& element) {
-    const auto survey = element.Survey();
-    survey->RecalculatePages();
-    survey->pUpdateMQSATestStatus();
-    survey->UpdateStatus(element, nullptr, survey->Status() == kNotApplicable);
-}
-
-CTestMQSA& SurveyOf(const ElementFile& file) {
-    return dynamic_cast<CTestMQSA&>(*file.Elements().front());
-}
-
 }  // namespace
 
 /// Any answers are entered or refused. What is entered is judged, and lost neither by a file nor by entering
 /// it once more.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-    static const bool installed = [] {
-        ReferenceHostOptions options;
-        options.platform = std::make_shared<HeadlessPlatform>();
-        InstallLibrary(MakeReferenceHost(options));
-        return true;
-    }();
-    (void)installed;
+    static const Session session;
+    IAppListener listener;
     const auto entered = Parsed({reinterpret_cast<const char*>(data), size});
     if (!entered) return 0;
-    ElementFile file;
-    const auto element = CTestMQSA::Create();
-    element->Initialize(nullptr, kPlugInId, kMqsaSurvey);
-    element->ID(1);
-    file.Add(element);
-    Enter(*entered, *element->Survey());
+    const auto file = OpenFile::New(kMqsaSurvey);
+    CResultMQSA& survey = *dynamic_cast<CTestMQSA&>(*file->Elements().front()).Survey();
+    Enter(*entered, survey);
     // A list that names a typed place names one that takes its own value back.
-    for (const SurveyPlace& place : ListSurvey(*element->Survey()))
-        if (place.kind == PlaceKind::kTyped) SetSurveyText(*element->Survey(), place.address, place.value);
-    Judge(*element);
-    const std::string first = file.Text();
-    const auto again = ElementFile::FromText(first, "written");
-    Judge(SurveyOf(*again));
+    for (const SurveyPlace& place : ListSurvey(survey))
+        if (place.kind == PlaceKind::kTyped) SetSurveyText(survey, place.address, place.value);
+    file->Judge(listener);
+    const std::string first = file->Text();
+    const auto again = OpenFile::FromText(first, "written");
+    again->Judge(listener);
     if (again->Text() != first) std::abort();
     return 0;
 }

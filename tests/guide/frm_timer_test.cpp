@@ -1,8 +1,5 @@
 #include "guide/frm_timer.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
 #include "support/fake_platform.h"
 #include "support/library_test.h"
 
@@ -39,10 +36,8 @@ TEST_F(Timer, TicksOncePerIntervalUntilItIsStopped) {
 
 TEST_F(Timer, EmptyPartsOfADateTakeTodays) {
     struct Case {
-        const char* day;
-        const char* month;
-        const char* year;
-        const char* date;
+        const char *day, *month;
+        const char *year, *date;
     };
     platform->today = {31, 3, 2026};
     const Case cases[] = {

@@ -1,8 +1,5 @@
 #include "guide/guide_columns.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
 #include "foundation/vocabulary.h"
 #include "guide/guide_fixture.h"
 
@@ -37,8 +34,7 @@ const std::string kAccReproKeys =
 
 TEST(GuideColumns, EachTestAndKindHasItsColumnsInOrder) {
     struct Case {
-        int32_t test;
-        int32_t kind;
+        int32_t test, kind;
         std::string keys;
     };
     const std::string import = "Import Waveform|";
@@ -87,8 +83,7 @@ TEST(GuideColumns, PulsedFluoroscopyShowsThePulseColumns) {
 
 TEST(GuideColumns, WidthsAndCaptionsDifferWhereTheGuideSaysSo) {
     struct Case {
-        int32_t test;
-        int32_t kind;
+        int32_t test, kind;
         std::size_t index;
         std::string_view caption;
         int16_t width;

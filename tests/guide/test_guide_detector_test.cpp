@@ -148,8 +148,7 @@ TEST_F(Adaption, EveryPairOfKindsStartsAdaptedOrIsRefused) {
 
 TEST_F(Adaption, ARefusedDetectorIsNamed) {
     struct Case {
-        int32_t configured;
-        int32_t connected;
+        int32_t configured, connected;
         const char* name;
     };
     for (const Case& c : {Case{kZrd, kPelomark, "ZRD47500"}, {kPelomarkAndMas, kZrdAndMas, "Pelomark"}}) {
@@ -231,15 +230,6 @@ TEST_F(Adaption, AnAcceptedDosimeterSettingIsTakenOver) {
     // Rate mode has no dose column: result and table follow.
     EXPECT_EQ(element->result->PKMode, 1);
     EXPECT_EQ(Table().Columns()[1].key, "ER Exposure Rate");
-}
-
-TEST_F(Adaption, ARefusedDosimeterSettingLeavesTheConfiguration) {
-    Open(kRadioRepro, kPelomark, kPelomark);
-    room->kind = kPelomark;
-    room->dosimeterStatus = 5;
-    room->answerDosimeter = [](DosimeterSettings& settings) { settings.mode = 2; };
-    guide->PressButton(kStart);
-    EXPECT_EQ(config->PKMode, 0);
 }
 
 TEST_F(Adaption, AResultWithExposuresIsLeftToTheStartOfTheRun) {

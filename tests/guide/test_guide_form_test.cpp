@@ -61,8 +61,7 @@ TEST_F(Form, ShowsTheStatusOfAResult) {
 TEST_F(Form, ATabShowsWhenTheKindHasItsChannelAndThereAreSamples) {
     struct Case {
         int32_t kind;
-        bool kv;
-        bool ma;
+        bool kv, ma;
     };
     for (const Case& c :
          {Case{1, true, false}, {2, false, true}, {3, false, false}, {4, true, true}, {5, false, true}}) {
@@ -93,8 +92,7 @@ TEST_F(Form, AnEmptyWaveformClearsThePaneOfItsTypeOnly) {
 
 TEST_F(Form, TakesTheMasInputFromTheConfiguration) {
     struct Case {
-        bool shunt;
-        bool manual;
+        bool shunt, manual;
         std::string_view textKey;
     };
     for (const Case& c :

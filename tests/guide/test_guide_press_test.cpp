@@ -32,8 +32,7 @@ TEST_F(Press, ButtonsRaiseTheirEvents) {
 TEST_F(Press, SkipAndNaShowByTheSettingsBits) {
     struct Case {
         int32_t bits;
-        bool skip;
-        bool na;
+        bool skip, na;
     };
     for (const Case& c : {Case{0, false, false}, {1, true, false}, {2, false, true}, {3, true, true}}) {
         Configure(kRadioRepro, kZrd, kNoDetector);
@@ -201,8 +200,7 @@ TEST_F(Press, MasButtonsShowForKindsWithTheMeter) {
 TEST_F(Press, TheChosenMasInputIsCheckedStoredAndSent) {
     struct Case {
         int32_t key;
-        bool shunt;
-        bool manual;
+        bool shunt, manual;
         std::string_view textKey;
     };
     Open(kRadioRepro, kZrdAndMas, kZrdAndMas);

@@ -1,7 +1,5 @@
 #include "host/element_base.h"
 
-#include "files/element_document.h"
-#include "files/element_output.h"
 #include "foundation/host_error.h"
 #include "foundation/vocabulary.h"
 #include "host/host_fixture.h"

@@ -1,7 +1,5 @@
 #include <algorithm>
-#include <cstdlib>
 #include <map>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <set>

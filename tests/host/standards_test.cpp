@@ -1,10 +1,7 @@
 #include "host/standards.h"
 
 #include <stdexcept>
-#include <utility>
 
-#include "files/element_document.h"
-#include "files/element_output.h"
 #include "foundation/vocabulary.h"
 #include "host/host_fixture.h"
 
@@ -30,10 +27,8 @@ class StandardsTest : public HostTest {
 
 TEST_F(StandardsTest, EachExpressionGivesItsLimit) {
     struct Case {
-        const char* expression;
-        const char* number;
-        float preset;
-        float limit;
+        const char *expression, *number;
+        float preset, limit;
     };
     const Case cases[] = {
         {"", "5", 80, 5},          {"Y", "5", 80, 5},          {"X+Y", "5", 80, 85},

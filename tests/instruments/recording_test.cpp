@@ -29,30 +29,6 @@ std::string Refusal(const std::string& text) {
     }
 }
 
-TEST(Recording, EveryMemberOfTheFirstLineIsRead) {
-    const Recording recording = ParseRecording(
-        R"({"recording":1,"kind":5,"serialNumbers":"4711,88","calibrationDates":"2026-01-15,2026-02-01",)"
-        R"("instrumentNames":["Pelomark","mAs meter"],"battery":80,"charging":true,"targetFilters":["Mo/Mo","Mo/Rh"],)"
-        R"("defaultTargetFilter":"Mo/Rh","ionChamber":{"name":"6 cc","factor":"1.02","constant":"-3,5"},)"
-        R"("firmware":12,"syncStatus":-2})",
-        "room.jsonl");
-    EXPECT_EQ(recording.file, "room.jsonl");
-    EXPECT_EQ(recording.kind, 5);
-    EXPECT_EQ(recording.serialNumbers, "4711,88");
-    EXPECT_EQ(recording.calibrationDates, "2026-01-15,2026-02-01");
-    EXPECT_EQ(recording.instrumentNames, (std::vector<std::string>{"Pelomark", "mAs meter"}));
-    EXPECT_EQ(recording.battery, 80);
-    EXPECT_TRUE(recording.charging);
-    EXPECT_EQ(recording.targetFilters, (std::vector<std::string>{"Mo/Mo", "Mo/Rh"}));
-    EXPECT_EQ(recording.defaultTargetFilter, "Mo/Rh");
-    EXPECT_EQ(recording.ionChamberName, "6 cc");
-    EXPECT_EQ(recording.ionChamberFactor, "1.02");
-    EXPECT_EQ(recording.ionChamberConstant, "-3,5");
-    EXPECT_EQ(recording.firmware, 12);
-    EXPECT_EQ(recording.syncStatus, -2);
-    EXPECT_TRUE(recording.lines.empty());
-}
-
 TEST(Recording, WhatTheFirstLineLeavesOutHasADefault) {
     const Recording recording = ParseRecording(R"({"recording":1,"kind":1})", "room.jsonl");
     EXPECT_EQ(recording.serialNumbers, "");
@@ -134,8 +110,7 @@ TEST(Recording, ReadingsKeepTheirTextsInTheOrderOfTheirEvents) {
 
 TEST(Recording, AFaultOfTheFirstLineNamesWhatWasFoundAndWhatWasExpected) {
     struct Row {
-        const char* text;
-        const char* found;
+        const char *text, *found;
         const char* expected;
     };
     const Row rows[] = {
@@ -177,8 +152,7 @@ TEST(Recording, AFaultOfTheFirstLineNamesWhatWasFoundAndWhatWasExpected) {
 
 TEST(Recording, AFaultOfALineNamesTheLineWhatWasFoundAndWhatWasExpected) {
     struct Row {
-        const char* line;
-        const char* found;
+        const char *line, *found;
         const char* expected;
     };
     const Row rows[] = {
@@ -274,14 +248,6 @@ class RecordingFile : public testing::Test {
 
     std::filesystem::path mPath;
 };
-
-TEST_F(RecordingFile, IsReadFromDisk) {
-    std::ofstream(mPath) << kFirst << "\n{\"quiet\":7}\n";
-    const Recording recording = LoadRecording(mPath.string());
-    EXPECT_EQ(recording.file, mPath.string());
-    ASSERT_EQ(recording.lines.size(), 1U);
-    EXPECT_EQ(recording.lines[0].number, 7);
-}
 
 TEST_F(RecordingFile, ThatIsMissingIsNamed) {
     EXPECT_EQ(LoadRefusal(), mPath.string() + ": found no such file; expected a recording");

@@ -15,9 +15,7 @@ template <typename Group, typename Number>
 struct Bounds {
     const char* key;
     Number Group::*field;
-    Number good;
-    Number lowest;
-    Number highest;
+    Number good, lowest, highest;
 };
 
 constexpr double kAboveZero = 0.01;

@@ -49,8 +49,7 @@ TEST(XrayPhysics, TheHalfValueLayerOfTungstenIsThatOfTheTable) {
 TEST(XrayPhysics, MammographicBeamsAreThoseOfTheTable) {
     struct Row {
         const char* beam;
-        double kv;
-        double hvl;
+        double kv, hvl;
     };
     const Row hvl[] = {{"Mo/Mo", 25, 0.33}, {"Mo/Mo", 28, 0.36}, {"Mo/Mo", 31, 0.39},
                        {"Mo/Rh", 25, 0.40}, {"Mo/Rh", 28, 0.42}, {"Mo/Rh", 31, 0.44},
@@ -202,8 +201,7 @@ Shot OneRoentgen() {
 TEST(SimulatedReadings, StandInTheUnitsThatWereSent) {
     struct Row {
         SentSettings sent;
-        const char* exposure;
-        const char* rate;
+        const char *exposure, *rate;
         const char* time;
     };
     const Row rows[] = {
@@ -229,10 +227,8 @@ TEST(SimulatedReadings, StandInTheUnitsThatWereSent) {
 TEST(SimulatedReadings, WhatIsOutOfRangeIsSaidInWords) {
     struct Row {
         const char* mode;
-        double kv;
-        double mGy;
-        const char* kvp;
-        const char* exposure;
+        double kv, mGy;
+        const char *kvp, *exposure;
     };
     const Row rows[] = {
         {"RADIO", 80, 8.76, "80.0", "1000"}, {"RADIO", 28, 8.76, "UL", "1000"},
@@ -256,8 +252,7 @@ TEST(SimulatedReadings, TheDelayAndThePercentageSetTheMeasuredTime) {
         uint8_t percent;
         int16_t delay;
         bool include;
-        const char* time;
-        const char* exposure;
+        const char *time, *exposure;
     };
     // Rise and fall of 1 ms each: at 25 % of the voltage one more ms is counted than at 75 %.
     const Row rows[] = {{75, 0, false, "100.0", "1000"},

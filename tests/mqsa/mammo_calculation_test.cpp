@@ -1,9 +1,5 @@
 #include "mqsa/mammo_calculation.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
-#include "support/fake_host.h"
 #include "support/library_test.h"
 
 namespace vorex {
@@ -14,8 +10,7 @@ class DoseConversion : public test::LibraryTest {
 };
 
 struct Reference {
-    const char* target;
-    const char* filter;
+    const char *target, *filter;
     double kv, hvl, thickness, fraction;
     double factor;  ///< mrad/R, from an evaluation of the formulas apart from this program
 };

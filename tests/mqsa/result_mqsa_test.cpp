@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include "config/config_mqsa.h"
-#include "files/element_output.h"
 #include "foundation/host_error.h"
 #include "foundation/survey_cells.h"
 #include "foundation/survey_text_keys.h"
@@ -104,27 +103,6 @@ TEST_F(ResultMqsa, OutcomesOfTheAutomaticTestsAreKeptAndComeBack) {
     survey->Cells({});
     Load(saved);
     EXPECT_EQ(survey->Cells(), cells);
-}
-
-TEST_F(ResultMqsa, AnotherLanguageHasItsLabelsAndTheSameVerdict) {
-    SetSurveyText(*survey, "ArtifactEvaluation(5,2)", "False");
-    SetSurveyText(*survey, "DensityControlFunction(0,1)", "own words");
-    const std::string saved = Saved();
-    auto texts = std::make_shared<test::FakeTexts>();
-    texts->words["22236::False"] = "Falsch";
-    texts->words["22827::Acceptable"] = "Annehmbar";
-    texts->words["22128::Imaging mode"] = "Modus";
-    HostServices services = Services();
-    services.text = texts;
-    services.decimalSign = ',';
-    InstallServices(services);
-    Load(saved);
-    EXPECT_EQ(Cell(GridId::kArtifacts, 5, 0), "Annehmbar");
-    EXPECT_EQ(Cell(GridId::kArtifacts, 5, 2), "Falsch");
-    EXPECT_EQ(Cell(GridId::kDensityControl, 0, 0), "Modus");
-    EXPECT_EQ(Cell(GridId::kDensityControl, 0, 1), "own words");
-    EXPECT_EQ(Preliminary(5), "Fail/Fail");
-    EXPECT_EQ(Saved().find("Falsch"), std::string::npos);
 }
 
 TEST_F(ResultMqsa, WhatIsSavedInGermanOpensInEnglishWithTheSameNumbers) {
@@ -242,13 +220,6 @@ TEST_F(ResultMqsa, AnEmptyGridOrTableIsReadAsAnAbsentOne) {
     EXPECT_EQ(survey->Record().Field("Collimation", "SID"), "650");
 }
 
-TEST_F(ResultMqsa, AnEmptyMtiReadsAsNone) {
-    Load("<ResultItem MTI=\"\"/>");
-    EXPECT_EQ(survey->MTIID(), 0);
-    Load("<ResultItem MTI=\"7\"/>");
-    EXPECT_EQ(survey->MTIID(), 7);
-}
-
 TEST_F(ResultMqsa, AnItemLoadsItsOwnDescriptionValueAndType) {
     Load(
         "<ResultItem><Status>1</Status><Measurement Key=\"PR1\"><Description>Own words</Description>"
@@ -274,10 +245,8 @@ TEST_F(ResultMqsa, TheServiceRecordNamesTheAnswersInAnyLanguageAlike) {
     survey->UpdateStatus(*element, nullptr);
     EXPECT_FALSE(survey->ServiceRecord()) << "nothing was answered";
     const struct {
-        const char* item;
-        const char* answer;
-        const char* code;
-        const char* text;
+        const char *item, *answer;
+        const char *code, *text;
     } cases[] = {{"Evaluation1", "Pass", "", "/Pass"},
                  {"Evaluation3", "NA", "", "/Pass/NA"},
                  {"ALog14", "Fail", "F", "/Pass/NA/Fail"}};
@@ -302,8 +271,7 @@ TEST_F(ResultMqsa, ADelimiterInACellMovesNoOther) {
 
 TEST_F(ResultMqsa, WhatCannotBeEnteredIsRefused) {
     const struct {
-        const char* address;
-        const char* text;
+        const char *address, *text;
         const char* reason;
     } cases[] = {
         {"Viewbox(3,9)", "1", "column from 0 to 4"},

@@ -9,10 +9,8 @@ class SurveyCalculations : public test::SurveyTest {};
 
 TEST_F(SurveyCalculations, EdgesAreSummedAndToldInPercentOfTheDistance) {
     struct Case {
-        const char* sid;
-        const char* left;
-        const char* right;
-        const char* sum;
+        const char *sid, *left;
+        const char *right, *sum;
         const char* percent;
     };
     const Case cases[] = {
@@ -105,8 +103,7 @@ TEST_F(SurveyCalculations, DensityStepsAreRelativeToTheNormalStep) {
 TEST_F(SurveyCalculations, ControlCassetteReadingsGiveMeanAndDeviation) {
     struct Case {
         const char* readings[3];
-        const char* mean;
-        const char* deviation;
+        const char *mean, *deviation;
     };
     const Case cases[] = {
         {{"1.60", "1.62", "1.64"}, "1.62", "0.02"},  // root of (0.0004 + 0.0004) / 2
@@ -141,8 +138,7 @@ TEST_F(SurveyCalculations, ImageQualityTellsTheChangeFromThePreviousFilm) {
     SurveyGrid& grid = survey->Record().Grid(GridId::kImageQuality);
     const struct {
         int32_t row;
-        const char* previous;
-        const char* current;
+        const char *previous, *current;
     } typed[] = {{4, "80", "84"},  {7, "1.45", "1.5"}, {9, "1.6", "1.62"}, {10, "1.2", "1.25"},
                  {14, "5", "4.5"}, {17, "3.5", "4"},   {20, "4", ""}};
     for (const auto& row : typed) {
@@ -151,8 +147,7 @@ TEST_F(SurveyCalculations, ImageQualityTellsTheChangeFromThePreviousFilm) {
     }
     CalculateImageQuality(grid);
     const struct {
-        int32_t row;
-        int32_t column;
+        int32_t row, column;
         const char* text;
     } expected[] = {{5, 2, "4"},      {6, 2, "5.0%"}, {8, 2, "0.05"},  {11, 1, "0.4"}, {11, 2, "0.37"},
                     {12, 2, "-0.03"}, {15, 2, "0.5"}, {18, 2, "-0.5"}, {21, 2, ""}};

@@ -1,12 +1,7 @@
 #include "mqsa/survey_record.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <charconv>
-#include <memory>
-#include <string>
-#include <string_view>
 
 #include "host/headless_platform.h"
 #include "mqsa/survey_fixture.h"

@@ -10,10 +10,8 @@ class SurveyVerdict : public test::SurveyTest {};
 TEST_F(SurveyVerdict, EachFigureDecidesAtJustBelowAndJustAboveIt) {
     struct Case {
         GridId grid;
-        int32_t row;
-        int32_t column;
-        const char* passes;
-        const char* fails;
+        int32_t row, column;
+        const char *passes, *fails;
         std::size_t preliminary;  ///< row, 99 for none
         std::size_t summary;
         const char* failed;
@@ -92,8 +90,7 @@ TEST_F(SurveyVerdict, TheMeasuredRangeMustLieInTheAllowedOne) {
     }
     const struct {
         int32_t column;
-        const char* text;
-        const char* verdict;
+        const char *text, *verdict;
     } cases[] = {{5, "  1.5", "Pass/Pass"},
                  {5, "  1.51", "Pass/Fail"},
                  {5, "  1.2", "Pass/Pass"},

@@ -58,8 +58,7 @@ TEST(ReportTable, NoDefinitionReachesBeyondThePaper) {
 TEST(ReportTable, RowsAreReadCellByCell) {
     const std::string mark(markup::kFailMark);
     const struct {
-        std::string rows;
-        std::string told;
+        std::string rows, told;
     } cases[] = {
         {"|{\\i\\b Result:}|{\\i\\b Value};", "H: 1*=Result: 2*=Value\n"},
         {"|Exposure 1;|kVp      |80.6;", "G: 1=Exposure 1\nR: 1=kVp 2=80.6\n"},

@@ -1,8 +1,5 @@
 #include "views/result_table.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
 #include "foundation/utilities.h"
 #include "support/fake_element.h"
 #include "support/library_test.h"
@@ -66,8 +63,7 @@ class ResultTableTest : public LibraryTest {
 
 TEST_F(ResultTableTest, ShowsValuesWithOneOrTwoDecimalsAndTheUnit) {
     struct Case {
-        const char* reading;
-        const char* shown;
+        const char *reading, *shown;
     };
     const Case cases[] = {
         {"80.1", "80.1 KV"},    {"80.12", "80.12 KV"}, {"80", "80.0 KV"},  {"80.10", "80.1 KV"},
@@ -86,8 +82,7 @@ TEST_F(ResultTableTest, ShowsValuesWithOneOrTwoDecimalsAndTheUnit) {
 
 TEST_F(ResultTableTest, ShowsReadingsOfTheDosimeterWithAllTheirDigits) {
     struct Case {
-        const char* reading;
-        const char* shown;
+        const char *reading, *shown;
     };
     Make(kRadioAccuracy, kPelomark, {key::kImportWaveform, key::kErExposure, key::kTemperature});
     for (const Case& c : {Case{"0.00125", "0.00125 R"},
