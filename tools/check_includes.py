@@ -55,7 +55,7 @@ PROGRAMS = ("cli", "desktop")
 # Outside libraries: how their includes begin, and the folders that may use them.
 OUTSIDE_LIBRARIES = (
     (re.compile(r"pugi"), ("files",)),
-    (re.compile(r"nlohmann/"), ("host", "files", "instruments")),
+    (re.compile(r"nlohmann/"), ("files",)),
     (re.compile(r"CLI/"), ("cli",)),
     (re.compile(r"Q[A-Z]|Qt|qpdf/"), ("reports/pdf", "desktop")),
 )

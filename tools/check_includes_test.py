@@ -33,7 +33,7 @@ SOUND_TREE = {
     "files/element_file.cpp": "#include <pugixml.hpp>\n#include <filesystem>\n"
                              '#include "foundation/event.h"\n#include "system/system.h"\n#include "version.h"\n',
     "reports/pdf/module.cpp": "#include <QPainter>\n#include <qpdf/QPDF.hh>\n",
-    "instruments/recording.cpp": '#include <nlohmann/json.hpp>\n#include "foundation/event.h"\n',
+    "instruments/recording.cpp": '#include "files/tree.h"\n#include "foundation/event.h"\n',
     "app/session.h": '#include "library.h"\n#include "results/measurement.h"\n#include "host/tree.h"\n',
     "host/tree.h": "",
     "cli/commands.h": '#include "app/session.h"\n#include "setup/page.h"\n',

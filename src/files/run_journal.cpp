@@ -6,8 +6,11 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <system_error>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
+#include "files/json_reader.h"
 #include "foundation/file_error.h"
 
 namespace vorex {
@@ -22,6 +25,7 @@ constexpr int32_t kVersion = 1;
 constexpr std::string_view kVersionName = "vorexJournal";
 constexpr std::string_view kSuffix = ".journal";
 constexpr std::size_t kChecksumDigits = 8;
+constexpr int32_t kMostValues = 1'000'000;  // of a line: a long exposure has many notes
 constexpr std::size_t kLargestJournal = std::size_t{1} << 30U;
 constexpr std::string_view kUnderWay = "belongs to a run that is still under way";
 constexpr std::string_view kAJournal = "a journal of an interrupted run";
@@ -62,131 +66,119 @@ std::string_view ObjectOf(std::string_view line, uint32_t& checksum) {
 
 // ------------------------------------------------------------------------------------------- objects
 
+/// The version of the format: no field of an object.
+struct FormatVersion {};
+
+/// A member of an object of the journal, for writing and reading.
 template <typename Object>
-struct TextRow {
+struct JournalRow {
     std::string_view name;
-    std::string Object::*text;
+    std::variant<FormatVersion, bool Object::*, int32_t Object::*, std::string Object::*,
+                 std::vector<RunNote> Object::*>
+        field;
+    bool required = kRequired;  ///< a member that is not is written where it holds something
+
+    void read(In in, const JsonValue& value, Object& to) const;
 };
+
+constexpr JournalRow<JournalHead> kHeadRows[] = {
+    {kVersionName, FormatVersion{}},
+    {"realTime", &JournalHead::realTime},
+    {"program", &JournalHead::program},
+    {"started", &JournalHead::started},
+    {"input", &JournalHead::input},
+    {"instruments", &JournalHead::instruments},
+    {"room", &JournalHead::room},
+    {"operator", &JournalHead::operatorScript},
+    {"language", &JournalHead::language},
+    {"document", &JournalHead::document},
+    // Journals of earlier versions have none.
+    {"report", &JournalHead::report, false},
+    {"reportLanguage", &JournalHead::reportLanguage, false},
+};
+
+constexpr JournalRow<JournalRecord> kRecordRows[] = {
+    {"element", &JournalRecord::element},   {"exposure", &JournalRecord::exposure},
+    {"source", &JournalRecord::source},     {"waveform", &JournalRecord::waveform},
+    {"opened", &JournalRecord::opened},     {"steps", &JournalRecord::steps},
+    {"polls", &JournalRecord::polls},       {"row", &JournalRecord::row},
+    {"statuses", &JournalRecord::statuses}, {"time", &JournalRecord::time},
+    {"notes", &JournalRecord::notes},
+};
+
+void ReadField(In in, const JsonValue& value, FormatVersion& /*field*/) {
+    in.Version(value, kVersion);
+}
+void ReadField(In in, const JsonValue& value, bool& field) {
+    field = in.Flag(value);
+}
+void ReadField(In in, const JsonValue& value, int32_t& field) {
+    field = in.Whole(value, 0, INT32_MAX);
+}
+void ReadField(In in, const JsonValue& value, std::string& field) {
+    field = in.AnyText(value);
+}
+void ReadField(In in, const JsonValue& value, std::vector<RunNote>& field) {
+    for (const JsonValue& item : in.List(value)) {
+        constexpr std::size_t kParts = 3;
+        if (in.List(item).size() != kParts) in.Refuse(item, "[operation, call, [values]]");
+        RunNote& note = field.emplace_back();
+        note.operation = in.AnyText(item.items[0]);
+        note.call = in.Whole(item.items[1], 0, INT32_MAX);
+        for (const JsonValue& text : in.List(item.items[2])) note.values.push_back(in.AnyText(text));
+    }
+}
+
 template <typename Object>
-struct NumberRow {
-    std::string_view name;
-    int32_t Object::*number;
-};
-
-constexpr TextRow<JournalHead> kHeadTexts[] = {
-    {"program", &JournalHead::program},   {"started", &JournalHead::started},
-    {"input", &JournalHead::input},       {"instruments", &JournalHead::instruments},
-    {"room", &JournalHead::room},         {"operator", &JournalHead::operatorScript},
-    {"language", &JournalHead::language}, {"document", &JournalHead::document},
-};
-/// Written only if not empty: journals of earlier versions do not have them.
-constexpr TextRow<JournalHead> kReportTexts[] = {
-    {"report", &JournalHead::report},
-    {"reportLanguage", &JournalHead::reportLanguage},
-};
-constexpr std::string_view kRealTime = "realTime";
-
-constexpr NumberRow<JournalRecord> kRecordNumbers[] = {
-    {"element", &JournalRecord::element}, {"exposure", &JournalRecord::exposure},
-    {"source", &JournalRecord::source},   {"waveform", &JournalRecord::waveform},
-    {"opened", &JournalRecord::opened},   {"steps", &JournalRecord::steps},
-    {"polls", &JournalRecord::polls},
-};
-constexpr TextRow<JournalRecord> kRecordTexts[] = {
-    {"row", &JournalRecord::row},
-    {"statuses", &JournalRecord::statuses},
-    {"time", &JournalRecord::time},
-};
-constexpr std::string_view kNotes = "notes";
-
-/// Text of an object; invalid UTF-8 is replaced, so that the journal can always be read.
-std::string Dumped(const Json& object) {
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace);
+void JournalRow<Object>::read(In in, const JsonValue& value, Object& to) const {
+    std::visit(
+        [&](auto member) {
+            if constexpr (std::is_same_v<decltype(member), FormatVersion>)
+                ReadField(in, value, member);
+            else
+                ReadField(in, value, to.*member);
+        },
+        field);
 }
 
-std::string HeadObject(const JournalHead& head) {
-    Json object{{kVersionName, kVersion}, {kRealTime, head.realTime}};
-    for (const auto& row : kHeadTexts) object[std::string(row.name)] = head.*row.text;
-    for (const auto& row : kReportTexts)
-        if (!(head.*row.text).empty()) object[std::string(row.name)] = head.*row.text;
-    return Dumped(object);
+template <typename Value>
+Json WrittenField(const Value& field) {
+    if constexpr (std::is_same_v<Value, FormatVersion>) {
+        return kVersion;
+    } else if constexpr (std::is_same_v<Value, std::vector<RunNote>>) {
+        Json notes = Json::array();
+        for (const RunNote& note : field) notes.push_back({note.operation, note.call, note.values});
+        return notes;
+    } else {
+        return field;
+    }
 }
 
-std::string RecordObject(const JournalRecord& record) {
-    Json object;
-    for (const auto& row : kRecordNumbers) object[std::string(row.name)] = record.*row.number;
-    for (const auto& row : kRecordTexts) object[std::string(row.name)] = record.*row.text;
-    Json notes = Json::array();
-    for (const RunNote& note : record.notes) notes.push_back({note.operation, note.call, note.values});
-    object[std::string(kNotes)] = std::move(notes);
-    return Dumped(object);
+/// Text of an object; what is no UTF-8 is replaced, so that the journal can always be read.
+template <typename Object, std::size_t Count>
+std::string Written(const Object& object, const JournalRow<Object> (&rows)[Count]) {
+    Json written;
+    for (const JournalRow<Object>& row : rows) {
+        Json value = std::visit(
+            [&](auto member) {
+                if constexpr (std::is_same_v<decltype(member), FormatVersion>)
+                    return WrittenField(member);
+                else
+                    return WrittenField(object.*member);
+            },
+            row.field);
+        if (row.required || value != "") written[std::string(row.name)] = std::move(value);
+    }
+    return written.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// Reads the object of one line; a missing member or one of the wrong kind is an error of that line.
-class ObjectReader {
-  public:
-    ObjectReader(std::string_view text, const std::string& name, int32_t line)
-        : mObject(Json::parse(text.begin(), text.end(), nullptr, false)), mName(name), mLine(line) {
-        if (!mObject.is_object()) Fail("no JSON object", std::string(kAJournal));
-    }
-
-    [[noreturn]] void Fail(const std::string& fault, const std::string& expected) const {
-        throw FileError({mName, mLine, {}}, fault, expected);
-    }
-    const Json& Member(std::string_view name, bool (Json::*is)() const noexcept, const char* kind) const {
-        const auto at = mObject.find(std::string(name));
-        if (at == mObject.end() || !((*at).*is)())
-            Fail('"' + std::string(name) + "\" is missing or something else", kind);
-        return *at;
-    }
-    std::string Text(std::string_view name) const { return Member(name, &Json::is_string, "a text"); }
-    int32_t Number(std::string_view name) const {
-        const Json& member = Member(name, &Json::is_number_integer, "a whole number");
-        const auto number = member.get<int64_t>();
-        if (number < 0 || number > INT32_MAX) Fail('"' + std::string(name) + "\" is out of range", "a count");
-        return static_cast<int32_t>(number);
-    }
-    bool Has(std::string_view name) const { return mObject.contains(std::string(name)); }
-
-    RunNote Note(const Json& item) const {
-        if (!item.is_array() || item.size() != 3 || !item[0].is_string() || !item[1].is_number_integer() ||
-            !item[2].is_array())
-            Fail("a note is something else", "[operation, call, [values]]");
-        RunNote note{item[0], item[1], {}};
-        for (const Json& value : item[2]) {
-            if (!value.is_string()) Fail("a value of a note is something else", "a text");
-            note.values.push_back(value);
-        }
-        return note;
-    }
-
-  private:
-    Json mObject;
-    const std::string& mName;
-    int32_t mLine;
-};
-
-JournalHead ReadHead(std::string_view text, const std::string& name) {
-    const ObjectReader in(text, name, 1);
-    if (!in.Has(kVersionName)) in.Fail("is no journal", std::string(kAJournal));
-    if (const int32_t version = in.Number(kVersionName); version != kVersion)
-        in.Fail("is a journal of version " + std::to_string(version), "version " + std::to_string(kVersion));
-    JournalHead head;
-    for (const auto& row : kHeadTexts) head.*row.text = in.Text(row.name);
-    for (const auto& row : kReportTexts)
-        if (in.Has(row.name)) head.*row.text = in.Text(row.name);
-    head.realTime = in.Member(kRealTime, &Json::is_boolean, "true or false").get<bool>();
-    return head;
-}
-
-JournalRecord ReadRecord(std::string_view text, const std::string& name, int32_t line) {
-    const ObjectReader in(text, name, line);
-    JournalRecord record;
-    for (const auto& row : kRecordNumbers) record.*row.number = in.Number(row.name);
-    for (const auto& row : kRecordTexts) record.*row.text = in.Text(row.name);
-    for (const Json& note : in.Member(kNotes, &Json::is_array, "a list"))
-        record.notes.push_back(in.Note(note));
-    return record;
+/// Reads the object of one line; what is missing or of another kind is an error of that line.
+template <typename Object, std::size_t Count>
+Object ReadLine(const JsonReader& in, std::string_view text, std::string_view what,
+                const JournalRow<Object> (&rows)[Count]) {
+    Object object;
+    in.Members(in.Parse(text, kAJournal, kMostValues), what, rows, object);
+    return object;
 }
 
 std::string WholeText(os::File& file, const std::string& name) {
@@ -247,10 +239,11 @@ JournalContent ParseJournal(std::string_view text, const std::string& name) {
             content.torn = true;
             break;
         }
+        const JsonReader in(name, number);
         if (number == 1)
-            content.head = ReadHead(object, name);
+            content.head = ReadLine(in, object, "the first line", kHeadRows);
         else
-            content.records.push_back(ReadRecord(object, name, number));
+            content.records.push_back(ReadLine(in, object, "the line", kRecordRows));
         at = end + 1;
         content.wholeBytes = at;
         content.checksum = checksum;
@@ -317,7 +310,7 @@ std::unique_ptr<RunJournal> RunJournal::Create(const fs::path& output, const Jou
 std::unique_ptr<RunJournal> RunJournal::Begin(std::unique_ptr<RunJournal> journal, const JournalHead& head) {
     if (!journal->mFile.Lock()) throw FileError({journal->mPath.string(), 0, {}}, std::string(kUnderWay));
     journal->mNeeded = false;
-    journal->AppendLine(HeadObject(head));
+    journal->AppendLine(Written(head, kHeadRows));
     os::FlushFolderOf(journal->mPath);
     return journal;
 }
@@ -376,7 +369,7 @@ void RunJournal::AppendLine(const std::string& object) {
 }
 
 void RunJournal::Append(const JournalRecord& record) {
-    AppendLine(RecordObject(record));
+    AppendLine(Written(record, kRecordRows));
     mNeeded = true;
 }
 

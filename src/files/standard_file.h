@@ -36,6 +36,7 @@ struct StandardLimit {
     std::string authority;
     std::string clause;
     std::string note;
+    int32_t line = 0;  ///< of the file
 
     bool IsFor(int32_t testId) const;
 };

@@ -1,11 +1,11 @@
 #include "host/text_service.h"
 
 #include <algorithm>
-#include <fstream>
-#include <nlohmann/json.hpp>
+#include <cstddef>
 #include <set>
 #include <system_error>
 
+#include "files/json_reader.h"
 #include "foundation/file_error.h"
 #include "foundation/utilities.h"
 #include "system/system.h"
@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::string_view kBuiltIn = "en";
 constexpr std::string_view kTableSuffix = ".json";
+constexpr std::string_view kTable = "an object of text keys and texts";
+constexpr std::size_t kLargestTable = std::size_t{4} << 20U;
 
 bool IsLanguageCode(std::string_view code) {
     return !code.empty() && std::all_of(code.begin(), code.end(), [](char c) {
@@ -69,19 +71,9 @@ std::shared_ptr<TextService> TextService::ForLanguage(std::string_view code,
         throw FileError({}, "there is no language \"" + std::string(code) + "\"",
                         "one of " + Listed(Languages(folders)));
     }
-    try {
-        std::ifstream stream(table);
-        const auto texts = nlohmann::json::parse(stream);
-        if (!texts.is_object())
-            throw FileError({table.string(), 0, {}}, "is no object", "text keys and texts");
-        for (const auto& [key, text] : texts.items()) {
-            if (!text.is_string())
-                throw FileError({table.string(), 0, {}}, "\"" + key + "\" is no text", "a text in quotes");
-            service->mTexts.emplace(key, text.get<std::string>());
-        }
-    } catch (const nlohmann::json::exception& error) {
-        throw FileError({table.string(), 0, {}}, error.what(), "a JSON object of text keys and texts");
-    }
+    const JsonReader in(table.string());
+    const JsonValue texts = in.Parse(ReadWholeFile(table, "a language table", kLargestTable), kTable);
+    for (const JsonValue& text : in.Object(texts, kTable)) service->mTexts.emplace(text.name, in.Text(text));
     return service;
 }
 

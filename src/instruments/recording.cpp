@@ -11,7 +11,6 @@ namespace {
 
 constexpr int32_t kVersion = 1;
 constexpr int32_t kMaxPolls = 1'000'000'000;
-constexpr std::string_view kOneEvent = "one event in a line";
 constexpr std::string_view kFirstLine =
     R"(a first line such as {"recording":1,"kind":1,"serialNumbers":"4711"})";
 
@@ -19,62 +18,62 @@ constexpr std::string_view kFirstLine =
 
 // clang-format off
 constexpr MemberRow<Recording> kIonChamberMembers[] = {
-    {"name", [](In in, Name name, const Json& value, Recording& to) {
-         to.ionChamberName = in.Text(name, value);
+    {"name", [](In in, const JsonValue& value, Recording& to) {
+         to.ionChamberName = in.Text(value);
      }},
-    {"factor", [](In in, Name name, const Json& value, Recording& to) {
-         to.ionChamberFactor = in.Text(name, value);
+    {"factor", [](In in, const JsonValue& value, Recording& to) {
+         to.ionChamberFactor = in.Text(value);
      }},
-    {"constant", [](In in, Name name, const Json& value, Recording& to) {
-         to.ionChamberConstant = in.Text(name, value);
+    {"constant", [](In in, const JsonValue& value, Recording& to) {
+         to.ionChamberConstant = in.Text(value);
      }},
 };
 
 constexpr MemberRow<Recording> kFirstLineMembers[] = {
-    {"recording", [](In in, Name name, const Json& value, Recording&) {
-         if (value != kVersion) in.Fail(Named(name, value), "version " + std::to_string(kVersion));
+    {"recording", [](In in, const JsonValue& value, Recording&) {
+         in.Version(value, kVersion);
      }},
-    {"kind", [](In in, Name name, const Json& value, Recording& to) {
-         to.kind = in.Whole(name, value, kZrd, kPelomarkAndMas);
+    {"kind", [](In in, const JsonValue& value, Recording& to) {
+         to.kind = in.Whole(value, kZrd, kPelomarkAndMas);
      }},
-    {"serialNumbers", [](In in, Name name, const Json& value, Recording& to) {
-         to.serialNumbers = in.Text(name, value);
+    {"serialNumbers", [](In in, const JsonValue& value, Recording& to) {
+         to.serialNumbers = in.Text(value);
      }},
-    {"calibrationDates", [](In in, Name name, const Json& value, Recording& to) {
-         to.calibrationDates = in.Text(name, value);
+    {"calibrationDates", [](In in, const JsonValue& value, Recording& to) {
+         to.calibrationDates = in.Text(value);
      }},
-    {"instrumentNames", [](In in, Name name, const Json& value, Recording& to) {
-         to.instrumentNames = in.Texts(name, value);
+    {"instrumentNames", [](In in, const JsonValue& value, Recording& to) {
+         to.instrumentNames = in.Texts(value);
      }},
-    {"battery", [](In in, Name name, const Json& value, Recording& to) {
+    {"battery", [](In in, const JsonValue& value, Recording& to) {
          constexpr int32_t kFull = 100;
-         to.battery = static_cast<uint8_t>(in.Whole(name, value, 0, kFull));
+         to.battery = static_cast<uint8_t>(in.Whole(value, 0, kFull));
      }},
-    {"charging", [](In in, Name name, const Json& value, Recording& to) { to.charging = in.Flag(name, value); }},
-    {"targetFilters", [](In in, Name name, const Json& value, Recording& to) {
-         to.targetFilters = in.Texts(name, value);
+    {"charging", [](In in, const JsonValue& value, Recording& to) { to.charging = in.Flag(value); }},
+    {"targetFilters", [](In in, const JsonValue& value, Recording& to) {
+         to.targetFilters = in.Texts(value);
      }},
-    {"defaultTargetFilter", [](In in, Name name, const Json& value, Recording& to) {
-         to.defaultTargetFilter = in.Text(name, value);
+    {"defaultTargetFilter", [](In in, const JsonValue& value, Recording& to) {
+         to.defaultTargetFilter = in.Text(value);
      }},
-    {"ionChamber", [](In in, Name name, const Json& value, Recording& to) {
-         in.Members(name, value, kIonChamberMembers, to);
+    {"ionChamber", [](In in, const JsonValue& value, Recording& to) {
+         in.Members(value, value.name, kIonChamberMembers, to);
      }},
-    {"firmware", [](In in, Name name, const Json& value, Recording& to) {
-         to.firmware = in.Whole(name, value, 0, INT32_MAX);
+    {"firmware", [](In in, const JsonValue& value, Recording& to) {
+         to.firmware = in.Whole(value, 0, INT32_MAX);
      }},
-    {"syncStatus", [](In in, Name name, const Json& value, Recording& to) {
-         to.syncStatus = in.Whole(name, value, INT32_MIN, INT32_MAX);
+    {"syncStatus", [](In in, const JsonValue& value, Recording& to) {
+         to.syncStatus = in.Whole(value, INT32_MIN, INT32_MAX);
      }},
 };
 // clang-format on
 
 void ReadFirstLine(const JsonReader& in, std::string_view text, Recording& recording) {
-    const Json line = in.Parse(text, kFirstLine, kOneEvent);
+    const JsonValue line = in.Parse(text, kFirstLine);
     for (const char* required : {"recording", "kind"})
-        if (!line.is_object() || !line.contains(required)) in.Fail(ShownText(text), kFirstLine);
-    in.Members("the first line", line, kFirstLineMembers, recording);
-    if (!line.contains("defaultTargetFilter") && !recording.targetFilters.empty())
+        if (!line.Find(required)) in.Fail("found " + ShownText(text), kFirstLine);
+    in.Members(line, "the first line", kFirstLineMembers, recording);
+    if (!line.Find("defaultTargetFilter") && !recording.targetFilters.empty())
         recording.defaultTargetFilter = recording.targetFilters.front();
 }
 
@@ -115,86 +114,88 @@ constexpr FieldRow<MasReading> kMasFields[] = {
 };
 
 template <typename Reading, std::size_t Count>
-Reading ReadFields(In in, Name name, const Json& value, const FieldRow<Reading> (&fields)[Count]) {
-    if (in.Array(name, value).size() != Count)
-        in.Fail('"' + std::string(name) + "\" with " + std::to_string(value.size()) + " values",
+Reading ReadFields(In in, const JsonValue& value, const FieldRow<Reading> (&fields)[Count]) {
+    if (in.List(value).size() != Count)
+        in.Fail(value, "found \"" + value.name + "\" with " + std::to_string(value.items.size()) + " values",
                 std::to_string(Count) + ": " + ListOfNames(fields));
     Reading reading;
-    for (std::size_t i = 0; i < Count; ++i)
-        reading.*fields[i].field = in.Text(std::string(name) + " " + std::string(fields[i].name), value[i]);
+    for (std::size_t i = 0; i < Count; ++i) {
+        JsonValue field = value.items[i];
+        field.name += ' ' + std::string(fields[i].name);
+        reading.*fields[i].field = in.Text(field);
+    }
     return reading;
 }
 
 // clang-format off
 constexpr MemberRow<RecordedWaveform> kWaveformMembers[] = {
-    {"type", [](In in, Name name, const Json& value, RecordedWaveform& to) {
-         if (value != kKvWaveform && value != kMaWaveform) in.Fail(Named(name, value), "1 (kV) or 3 (mA)");
-         to.type = value.get<uint8_t>();
-     }},
-    {"resolution", [](In in, Name name, const Json& value, RecordedWaveform& to) {
+    {"type", [](In in, const JsonValue& value, RecordedWaveform& to) {
+         const int32_t type = in.Whole(value, 0, UINT8_MAX);
+         if (type != kKvWaveform && type != kMaWaveform) in.Refuse(value, "1 (kV) or 3 (mA)");
+         to.type = static_cast<uint8_t>(type);
+     }, kRequired},
+    {"resolution", [](In in, const JsonValue& value, RecordedWaveform& to) {
          constexpr double kLowest = 0.001;
          constexpr double kHighest = 1'000'000;
-         to.resolution = static_cast<float>(in.Number(name, value, kLowest, kHighest));
-     }},
-    {"samples", [](In in, Name name, const Json& value, RecordedWaveform& to) {
-         to.samples = in.Text(name, value);
-     }},
+         to.resolution = static_cast<float>(in.Number(value, kLowest, kHighest));
+     }, kRequired},
+    {"samples", [](In in, const JsonValue& value, RecordedWaveform& to) {
+         to.samples = in.Text(value);
+     }, kRequired},
 };
 // clang-format on
 
-void ReadWaveforms(In in, Name name, const Json& value, RecordedExposure& exposure) {
-    for (const Json& item : in.Array(name, value)) {
+void ReadWaveforms(In in, const JsonValue& value, RecordedExposure& exposure) {
+    for (const JsonValue& item : in.List(value)) {
         RecordedWaveform waveform;
-        in.Members("a waveform", item, kWaveformMembers, waveform);
-        if (item.size() != std::size(kWaveformMembers))
-            in.Fail("a waveform " + Shown(item), "an object with " + ListOfNames(kWaveformMembers));
+        in.Members(item, "a waveform", kWaveformMembers, waveform);
         for (const RecordedWaveform& earlier : exposure.waveforms)
             if (earlier.type == waveform.type)
-                in.Fail("two waveforms of type " + std::to_string(waveform.type), "one of each type");
+                in.Fail(item, "found two waveforms of type " + std::to_string(waveform.type),
+                        "one of each type");
         exposure.waveforms.push_back(std::move(waveform));
     }
 }
 
 // clang-format off
 constexpr MemberRow<RecordedExposure> kExposureMembers[] = {
-    {"detector", [](In in, Name name, const Json& value, RecordedExposure& to) {
-         to.detector = ReadFields(in, name, value, kDetectorFields);
+    {"detector", [](In in, const JsonValue& value, RecordedExposure& to) {
+         to.detector = ReadFields(in, value, kDetectorFields);
      }},
-    {"dosimeter", [](In in, Name name, const Json& value, RecordedExposure& to) {
-         to.dosimeter = ReadFields(in, name, value, kDosimeterFields);
+    {"dosimeter", [](In in, const JsonValue& value, RecordedExposure& to) {
+         to.dosimeter = ReadFields(in, value, kDosimeterFields);
      }},
-    {"mas", [](In in, Name name, const Json& value, RecordedExposure& to) {
-         to.mas = ReadFields(in, name, value, kMasFields);
+    {"mas", [](In in, const JsonValue& value, RecordedExposure& to) {
+         to.mas = ReadFields(in, value, kMasFields);
      }},
     {"waveforms", ReadWaveforms},
 };
 // clang-format on
 
-/// A reader of an event returns the event's number and stores in the recording what does not fit into a
-/// number.
-int32_t ReadQuiet(In in, Name name, const Json& value, Recording&) {
-    return in.Whole(name, value, 0, kMaxPolls);
+/// A reader of events gives the number of the line and puts into the recording what does not fit into one.
+int32_t ReadQuiet(In in, const JsonValue& value, Recording&) {
+    return in.Whole(value, 0, kMaxPolls);
 }
-int32_t ReadFlag(In in, Name name, const Json& value, Recording&) {
-    return in.Flag(name, value) ? 1 : 0;
+int32_t ReadFlag(In in, const JsonValue& value, Recording&) {
+    return in.Flag(value) ? 1 : 0;
 }
 
-int32_t ReadExposure(In in, Name name, const Json& value, Recording& recording) {
+int32_t ReadExposure(In in, const JsonValue& value, Recording& recording) {
     RecordedExposure exposure;
-    in.Members(name, value, kExposureMembers, exposure);
+    in.Members(value, value.name, kExposureMembers, exposure);
     if (!exposure.detector && !exposure.dosimeter && !exposure.mas)
-        in.Fail("an exposure without a reading", R"("detector", "dosimeter" or "mas" in it)");
+        in.Fail(value, "found an exposure without a reading", R"("detector", "dosimeter" or "mas" in it)");
     recording.exposures.push_back(std::move(exposure));
     return static_cast<int32_t>(recording.exposures.size() - 1);
 }
 
-int32_t ReadThrows(In in, Name name, const Json& value, Recording&) {
-    const std::optional<Operation> operation = FindOperation(in.Text(name, value));
+int32_t ReadThrows(In in, const JsonValue& value, Recording&) {
+    const std::optional<Operation> operation = FindOperation(in.Text(value));
     if (!operation) {
         std::string known;
         for (std::string_view operationName : kOperationNames)
             known += (known.empty() ? "" : ", ") + std::string(operationName);
-        in.Fail("no operation " + Shown(value), "one of " + known);
+        in.Fail(value, "found no operation " + Shown(value), "one of " + known);
     }
     return static_cast<int32_t>(IndexOf(*operation));
 }
@@ -202,7 +203,7 @@ int32_t ReadThrows(In in, Name name, const Json& value, Recording&) {
 struct EventRow {
     std::string_view name;
     RecordedEvent event;
-    int32_t (*read)(In in, Name name, const Json& value, Recording& recording);
+    int32_t (*read)(In in, const JsonValue& value, Recording& recording);
 };
 
 constexpr EventRow kEvents[] = {
@@ -218,16 +219,15 @@ constexpr EventRow kEvents[] = {
 
 void ReadEventLine(In in, std::string_view text, Recording& recording) {
     static const std::string expected = "an object with one of " + ListOfNames(kEvents);
-    const Json line = in.Parse(text, expected, kOneEvent);
-    if (!line.is_object() || line.size() != 1) {
-        const bool several = line.is_object() && line.size() > 1;
-        in.Fail(several ? std::to_string(line.size()) + " events in a line" : Shown(line),
-                several ? "one event in a line" : expected);
-    }
-    const auto happening = line.begin();
-    const EventRow* row = FindNamed(kEvents, happening.key());
-    if (!row) in.Fail("unknown event " + Shown(happening.key()), "one of " + ListOfNames(kEvents));
-    const int32_t number = row->read(in, row->name, happening.value(), recording);
+    const JsonValue line = in.Parse(text, expected);
+    const std::vector<JsonValue>& events = in.Object(line, expected);
+    if (events.empty()) in.Refuse(line, expected);
+    if (events.size() > 1)
+        in.Fail("found " + std::to_string(events.size()) + " events in a line", "one event in a line");
+    const JsonValue& event = events.front();
+    const EventRow* row = FindNamed(kEvents, event.name);
+    if (!row) in.Fail("found unknown event " + ShownText(event.name), "one of " + ListOfNames(kEvents));
+    const int32_t number = row->read(in, event, recording);
     recording.lines.push_back({in.Line(), row->event, number});
 }
 
@@ -249,8 +249,9 @@ Recording ParseRecording(std::string_view text, std::string_view file) {
     bool first = true;
     for (int32_t number = 1; !text.empty(); ++number) {
         if (number > kMaxRecordingLines)
-            throw InstrumentFileError(file, number, "more lines than " + std::to_string(kMaxRecordingLines),
-                                      "a recording of at most that");
+            JsonReader(file, number)
+                .Fail("found more lines than " + std::to_string(kMaxRecordingLines),
+                      "a recording of at most that");
         const std::string_view line = TakeLine(text);
         if (line.find_first_not_of(" \t\r") == std::string_view::npos) continue;
         const JsonReader reader(file, number);
@@ -260,7 +261,7 @@ Recording ParseRecording(std::string_view text, std::string_view file) {
             ReadEventLine(reader, line, recording);
         }
     }
-    if (first) throw InstrumentFileError(file, 0, "an empty file", kFirstLine);
+    if (first) JsonReader(file).Fail("found an empty file", kFirstLine);
     return recording;
 }
 

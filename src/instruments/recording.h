@@ -67,9 +67,9 @@ struct Recording : InstrumentIdentity {
     std::vector<RecordedLine> lines;
 };
 
-/// Reads a recording file. Throws InstrumentFileError and nothing else, also when the file cannot be read.
+/// Reads a recording file. Throws FileError and nothing else, also when the file cannot be read.
 Recording LoadRecording(const std::string& path);
-/// Reads a recording from memory; the file name is for messages. Throws InstrumentFileError and nothing else.
+/// Reads a recording from memory; the file name is for messages. Throws FileError and nothing else.
 Recording ParseRecording(std::string_view text, std::string_view file);
 
 }  // namespace vorex

@@ -10,32 +10,31 @@ namespace {
 
 constexpr int32_t kVersion = 1;
 constexpr std::string_view kExpected = R"(a room such as {"room":1,"radiography":{"kvpErrorPercent":8}})";
-constexpr std::string_view kRule = "a room with few values, nested at most 8 deep";
 
 /// Reads a number into a field of the target, within its sensible bounds.
 template <auto Field, int Lowest, int Highest, typename Target>
-void ReadNumberInto(In in, Name name, const Json& value, Target& to) {
-    to.*Field = in.Number(name, value, Lowest, Highest);
+void ReadNumberInto(In in, const JsonValue& value, Target& to) {
+    to.*Field = in.Number(value, Lowest, Highest);
 }
 /// The same for a divisor: more than 0.
 template <auto Field, int Highest, typename Target>
-void ReadPositiveInto(In in, Name name, const Json& value, Target& to) {
+void ReadPositiveInto(In in, const JsonValue& value, Target& to) {
     constexpr double kLowest = 0.01;
-    to.*Field = in.Number(name, value, kLowest, Highest);
+    to.*Field = in.Number(value, kLowest, Highest);
 }
 /// A coefficient of variation. Six deviations, the largest random value, still leave a tenth of the quantity.
 template <auto Field, typename Target>
-void ReadVariationInto(In in, Name name, const Json& value, Target& to) {
+void ReadVariationInto(In in, const JsonValue& value, Target& to) {
     constexpr double kHighest = 0.15;
-    to.*Field = in.Number(name, value, 0, kHighest);
+    to.*Field = in.Number(value, 0, kHighest);
 }
 template <auto Field, int Lowest, int Highest, typename Target>
-void ReadWholeInto(In in, Name name, const Json& value, Target& to) {
-    to.*Field = in.Whole(name, value, Lowest, Highest);
+void ReadWholeInto(In in, const JsonValue& value, Target& to) {
+    to.*Field = in.Whole(value, Lowest, Highest);
 }
 template <auto Field, typename Target>
-void ReadFlagInto(In in, Name name, const Json& value, Target& to) {
-    to.*Field = in.Flag(name, value);
+void ReadFlagInto(In in, const JsonValue& value, Target& to) {
+    to.*Field = in.Flag(value);
 }
 
 struct GeneratorName {
@@ -49,24 +48,22 @@ constexpr GeneratorName kGenerators[] = {
     {"high frequency", Generator::kHighFrequency},
 };
 
-void ReadGenerator(In in, Name name, const Json& value, UnitSettings& to) {
-    const GeneratorName* row = FindNamed(kGenerators, in.Text(name, value));
-    if (!row) in.Fail(Named(name, value), "one of " + ListOfNames(kGenerators));
+void ReadGenerator(In in, const JsonValue& value, UnitSettings& to) {
+    const GeneratorName* row = FindNamed(kGenerators, in.Text(value));
+    if (!row) in.Refuse(value, "one of " + ListOfNames(kGenerators));
     to.generator = row->generator;
 }
 
 constexpr MemberRow<MaStation> kStationMembers[] = {
-    {"mA", ReadPositiveInto<&MaStation::ma, 2000>},
-    {"errorPercent", ReadNumberInto<&MaStation::errorPercent, -90, 900>},
+    {"mA", ReadPositiveInto<&MaStation::ma, 2000>, kRequired},
+    {"errorPercent", ReadNumberInto<&MaStation::errorPercent, -90, 900>, kRequired},
 };
 
-void ReadStations(In in, Name name, const Json& value, UnitSettings& to) {
+void ReadStations(In in, const JsonValue& value, UnitSettings& to) {
     to.maStations.clear();
-    for (const Json& item : in.Array(name, value)) {
+    for (const JsonValue& item : in.List(value)) {
         MaStation station;
-        in.Members("an mA station", item, kStationMembers, station);
-        if (item.size() != std::size(kStationMembers))
-            in.Fail("an mA station " + Shown(item), "an object with " + ListOfNames(kStationMembers));
+        in.Members(item, "an mA station", kStationMembers, station);
         to.maStations.push_back(station);
     }
 }
@@ -107,7 +104,7 @@ constexpr MemberRow<U> kUnitMembers[] = {
 };
 
 constexpr MemberRow<C> kChamberMembers[] = {
-    {"name", [](In in, Name name, const Json& value, C& to) { to.name = in.Text(name, value); }},
+    {"name", [](In in, const JsonValue& value, C& to) { to.name = in.Text(value); }},
     {"volumeCm3", ReadPositiveInto<&C::volumeCm3, 2000>},
     {"factor", ReadPositiveInto<&C::factor, 100>},
     {"referenceTemperature", ReadNumberInto<&C::referenceTemperature, 0, 40>},
@@ -129,8 +126,8 @@ constexpr MemberRow<I> kInstrumentMembers[] = {
     {"fluoroscopySeconds", ReadWholeInto<&I::fluoroscopySeconds, 1, 600>},
     {"temperatureC", ReadNumberInto<&I::temperatureC, 0, 50>},
     {"pressureKpa", ReadNumberInto<&I::pressureKpa, 50, 120>},
-    {"chamber", [](In in, Name name, const Json& value,
-                   I& to) { in.Members(name, value, kChamberMembers, to.chamber); }},
+    {"chamber", [](In in, const JsonValue& value,
+                   I& to) { in.Members(value, value.name, kChamberMembers, to.chamber); }},
 };
 
 constexpr MemberRow<LinkSettings> kLinkMembers[] = {
@@ -139,26 +136,23 @@ constexpr MemberRow<LinkSettings> kLinkMembers[] = {
 };
 
 template <auto Unit>
-void ReadUnit(In in, Name name, const Json& value, Room& to) {
+void ReadUnit(In in, const JsonValue& value, Room& to) {
     UnitSettings& unit = to.*Unit;
-    in.Members(name, value, kUnitMembers, unit);
+    in.Members(value, value.name, kUnitMembers, unit);
     if (unit.lowestKv > unit.highestKv)
-        in.Fail(std::string(name) + " with \"lowestKv\" above \"highestKv\"", "at most the same");
+        in.Fail(value, "found " + value.name + " with \"lowestKv\" above \"highestKv\"", "at most the same");
 }
 
 constexpr MemberRow<Room> kRoomMembers[] = {
-    {"room",
-     [](In in, Name name, const Json& value, Room&) {
-         if (value != kVersion) in.Fail(Named(name, value), "version " + std::to_string(kVersion));
-     }},
-    {"description", [](In in, Name name, const Json& value, Room&) { in.Text(name, value); }},
+    {"room", [](In in, const JsonValue& value, Room&) { in.Version(value, kVersion); }},
+    {"description", [](In in, const JsonValue& value, Room&) { in.Text(value); }},
     {"radiography", ReadUnit<&Room::radiography>},
     {"fluoroscopy", ReadUnit<&Room::fluoroscopy>},
     {"mammography", ReadUnit<&Room::mammography>},
-    {"instruments", [](In in, Name name, const Json& value,
-                       Room& to) { in.Members(name, value, kInstrumentMembers, to.instruments); }},
+    {"instruments", [](In in, const JsonValue& value,
+                       Room& to) { in.Members(value, value.name, kInstrumentMembers, to.instruments); }},
     {"link",
-     [](In in, Name name, const Json& value, Room& to) { in.Members(name, value, kLinkMembers, to.link); }},
+     [](In in, const JsonValue& value, Room& to) { in.Members(value, value.name, kLinkMembers, to.link); }},
 };
 
 }  // namespace
@@ -181,11 +175,10 @@ UnitSettings Room::DefaultMammography() {
 Room ParseRoom(std::string_view text, std::string_view file) {
     Room room;
     room.file = file;
-    const JsonReader in(file, 0);
-    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) in.Fail("an empty file", kExpected);
-    const Json content = in.Parse(text, kExpected, kRule);
-    if (!content.is_object() || !content.contains("room")) in.Fail(Shown(content), kExpected);
-    in.Members("the room", content, kRoomMembers, room);
+    const JsonReader in(file);
+    const JsonValue content = in.Parse(text, kExpected);
+    if (!content.Find("room")) in.Refuse(content, kExpected);
+    in.Members(content, "the room", kRoomMembers, room);
     return room;
 }
 

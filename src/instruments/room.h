@@ -104,9 +104,9 @@ struct Room {
     static UnitSettings DefaultMammography();
 };
 
-/// Reads a room file. Throws InstrumentFileError and nothing else, also when the file cannot be read.
+/// Reads a room file. Throws FileError and nothing else, also when the file cannot be read.
 Room LoadRoom(const std::string& path);
-/// Reads a room from memory; the file name is for messages. Throws InstrumentFileError and nothing else.
+/// Reads a room from memory; the file name is for messages. Throws FileError and nothing else.
 Room ParseRoom(std::string_view text, std::string_view file);
 
 }  // namespace vorex

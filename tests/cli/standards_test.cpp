@@ -368,7 +368,7 @@ TEST_F(StandardsCommandTest, AnOwnFileWithAFaultIsNamedAndTheOthersAreThere) {
     for (const Case& c : cases) {
         Write("own/wrong.json", OwnStandard(OwnLimit("[200]", c.limit)));
         EXPECT_EQ(Run({"standards"}), kExitPassed);
-        EXPECT_NE(err.find("wrong.json: limit 1"), std::string::npos) << c.limit << err;
+        EXPECT_NE(err.find("wrong.json:1: limit 1"), std::string::npos) << c.limit << err;
         EXPECT_NE(err.find("test 200: " + c.word), std::string::npos) << c.limit << err;
         EXPECT_NE(out.find("Own:1"), std::string::npos) << err;
     }

@@ -71,7 +71,7 @@ TEST_F(SurveyProgramTest, WrongEntriesAreNamedAndWriteNothing) {
         {{"--id", "5", "--list"}, "--id"},
         {{"--answer", "PR1"}, "ITEM=Pass, Fail or NA"},
         {{"--from", Path("bad.json"), "--export", Path("bad.json")}, "the output is the input"},
-        {{"--from", Path("twice.json")}, "\"Comment(0)\" is given twice"},
+        {{"--from", Path("twice.json")}, "\"Comment(0)\" twice"},
         {{"--set", "Collimation.SID=65 cm"}, "\"65 cm\" is no number"},
         {{"--set", "ImageQuality(1,2)=2026-02-31"}, "is no date"},
         {{"--set", "GeneralInformation.Day=31", "--set", "GeneralInformation.Month=2"}, "-2-31 is no date"},

@@ -51,7 +51,7 @@ TEST(StandardFileTest, AFaultIsNamedWithItsPlaceAndWhatWasExpected) {
         std::vector<std::string> message;
     };
     const Case cases[] = {
-        {"empty", "", {"broken JSON"}},
+        {"empty", "", {"an empty file"}},
         {"half written", OneLimit(high).substr(0, 50), {":1:", "broken JSON"}},
         {"not JSON, third line", "{\n\nx}", {":3:", "broken JSON"}},
         {"a list", "[]", {"[]", "object"}},
@@ -80,9 +80,8 @@ TEST(StandardFileTest, AFaultIsNamedWithItsPlaceAndWhatWasExpected) {
         {"other readings", OneLimit(high + R"(,"readings":"rad")"), {"rad", "\"Gy\""}},
         {"control character", OneLimit(high + ",\"note\":\"a\\u001b[2J\""), {"note", "control"}},
         {"name twice", OneLimit(high + R"(,"high":{"value":2})"), {"high", "twice"}},
-        {"deep", deep, {"16 deep"}},
+        {"deep", deep, {"8 deep"}},
         {"not UTF-8", OneLimit(high + ",\"note\":\"\xff\""), {"broken JSON"}},
-        {"too large", std::string((1U << 20U) + 1, ' '), {"1 MB"}},
     };
     for (const Case& c : cases) {
         try {
@@ -142,7 +141,7 @@ TEST_F(StandardsLibraryTest, ABadFileAndASecondOfANameArePassedOverByName) {
     EXPECT_NE(faults[0].find("b.json"), std::string::npos) << faults[0];
     EXPECT_NE(faults[1].find("c.json"), std::string::npos) << faults[1];
     EXPECT_NE(faults[1].find("a.json already"), std::string::npos) << faults[1];
-    EXPECT_NE(faults[2].find("d.json: is no file"), std::string::npos) << faults[2];
+    EXPECT_NE(faults[2].find("d.json: found a folder"), std::string::npos) << faults[2];
 }
 
 TEST_F(StandardsLibraryTest, HandsOutTheLimitsOfATestAndNothingForOthers) {

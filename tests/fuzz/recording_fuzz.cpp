@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "files/json_reader.h"
+#include "foundation/file_error.h"
 #include "instruments/recorded_instruments.h"
 #include "instruments/recording.h"
 
@@ -30,7 +30,7 @@ void Allowed(Call&& call) {
 std::optional<vorex::Recording> Parsed(std::string_view text) {
     try {
         return vorex::ParseRecording(text, "room.jsonl");
-    } catch (const vorex::InstrumentFileError& error) {
+    } catch (const vorex::FileError& error) {
         // A message goes to a terminal: whatever stood in the file, it is plain and has a place.
         const std::string_view message = error.what();
         if (!message.starts_with("room.jsonl:")) std::abort();

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "files/json_reader.h"
+#include "foundation/file_error.h"
 #include "instruments/room.h"
 #include "instruments/simulated_instruments.h"
 
@@ -14,7 +14,7 @@ namespace {
 std::optional<vorex::Room> Parsed(std::string_view text) {
     try {
         return vorex::ParseRoom(text, "room.json");
-    } catch (const vorex::InstrumentFileError& error) {
+    } catch (const vorex::FileError& error) {
         // A message goes to a terminal: whatever stood in the file, it is plain and has a place.
         const std::string_view message = error.what();
         if (!message.starts_with("room.json:")) std::abort();

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "files/json_reader.h"
+#include "foundation/file_error.h"
 #include "test_paths.h"
 
 namespace vorex {
@@ -24,7 +24,7 @@ std::string Refusal(const std::string& text) {
     try {
         ParseRecording(text, "room.jsonl");
         return {};
-    } catch (const InstrumentFileError& error) {
+    } catch (const FileError& error) {
         return error.what();
     }
 }
@@ -163,7 +163,7 @@ TEST(Recording, AFaultOfALineNamesTheLineWhatWasFoundAndWhatWasExpected) {
         {"\"quiet\"", "found \"quiet\"", "an object with one of \"quiet\""},
         {"{}", "found {}", "an object with one of \"quiet\""},
         {R"({"quiet":1,"link":false})", "2 events in a line", "one event in a line"},
-        {R"({"quiet":1,"quiet":1})", "\"quiet\" twice", "one event in a line"},
+        {R"({"quiet":1,"quiet":1})", "\"quiet\" twice", "each name once"},
         {R"({"recording":1})", "unknown event \"recording\"", "\"zeroing\", \"wakeUp\", \"throws\""},
         {R"({"Quiet":1})", "unknown event \"Quiet\"", "one of \"quiet\""},
         {R"({"quiet":-1})", "\"quiet\":-1", "a whole number from 0"},
@@ -184,7 +184,7 @@ TEST(Recording, AFaultOfALineNamesTheLineWhatWasFoundAndWhatWasExpected) {
         {R"({"exposure":{"mas":["1","2",3.5,"4"]}})", "\"mas masPerPulse\":3.5", "a text in quotes"},
         {R"({"exposure":{"mas":{}}})", "\"mas\":{}", "a list"},
         {R"({"exposure":{"mas":["","","",""],"waveforms":{}}})", "\"waveforms\":{}", "a list"},
-        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1}]}})", "a waveform {",
+        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1}]}})", "a waveform without",
          "\"samples\""},
         {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":2,"resolution":1,"samples":""}]}})",
          "\"type\":2", "1 (kV) or 3 (mA)"},
@@ -194,7 +194,7 @@ TEST(Recording, AFaultOfALineNamesTheLineWhatWasFoundAndWhatWasExpected) {
          "\"samples\":[0,1]", "a text"},
         {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1,"samples":"1"},{"type":3,"resolution":1,"samples":"2"}]}})",
          "two waveforms of type 3", "one of each type"},
-        {R"({"exposure":{"mas":[[[[[[[]]]]]]]}})", "brackets nested more than 8 deep", "one event in a line"},
+        {R"({"exposure":{"mas":[[[[[[[]]]]]]]}})", "brackets nested more than 8 deep", "an object with one of"},
     };
     for (const Row& row : rows) {
         const std::string message =
@@ -241,7 +241,7 @@ class RecordingFile : public testing::Test {
         try {
             LoadRecording(mPath.string());
             return {};
-        } catch (const InstrumentFileError& error) {
+        } catch (const FileError& error) {
             return error.what();
         }
     }

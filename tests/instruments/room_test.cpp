@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "files/json_reader.h"
+#include "foundation/file_error.h"
 #include "foundation/number_text.h"
 
 namespace vorex {
@@ -93,7 +93,7 @@ void ExpectBounds(const Bounds<Group, Number> (&rows)[N], const std::string& aro
             try {
                 room(row, beyond);
                 ADD_FAILURE() << row.key << " " << beyond;
-            } catch (const InstrumentFileError& error) {
+            } catch (const FileError& error) {
                 EXPECT_NE(std::string(error.what()).find(row.key), std::string::npos) << error.what();
             }
         }
