@@ -184,8 +184,8 @@ TEST(Recording, AFaultOfALineNamesTheLineWhatWasFoundAndWhatWasExpected) {
         {R"({"exposure":{"mas":["1","2",3.5,"4"]}})", "\"mas masPerPulse\":3.5", "a text in quotes"},
         {R"({"exposure":{"mas":{}}})", "\"mas\":{}", "a list"},
         {R"({"exposure":{"mas":["","","",""],"waveforms":{}}})", "\"waveforms\":{}", "a list"},
-        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1}]}})", "a waveform without",
-         "\"samples\""},
+        {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1}]}})",
+         "a waveform without", "\"samples\""},
         {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":2,"resolution":1,"samples":""}]}})",
          "\"type\":2", "1 (kV) or 3 (mA)"},
         {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":1,"resolution":0,"samples":""}]}})",
@@ -194,7 +194,8 @@ TEST(Recording, AFaultOfALineNamesTheLineWhatWasFoundAndWhatWasExpected) {
          "\"samples\":[0,1]", "a text"},
         {R"({"exposure":{"mas":["","","",""],"waveforms":[{"type":3,"resolution":1,"samples":"1"},{"type":3,"resolution":1,"samples":"2"}]}})",
          "two waveforms of type 3", "one of each type"},
-        {R"({"exposure":{"mas":[[[[[[[]]]]]]]}})", "brackets nested more than 8 deep", "an object with one of"},
+        {R"({"exposure":{"mas":[[[[[[[]]]]]]]}})", "brackets nested more than 8 deep",
+         "an object with one of"},
     };
     for (const Row& row : rows) {
         const std::string message =
