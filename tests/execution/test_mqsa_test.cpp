@@ -34,14 +34,10 @@ TEST_F(TestMqsaTest, OutcomesOutliveADiscardedResult) {
     EXPECT_EQ(element->Survey()->Cells(), expected);
 }
 
-TEST_F(TestMqsa, TheWordsOfACommentAreApartFromItsLogWhileTheGuideIsOpen) {
+TEST_F(TestMqsaTest, TheWordsOfACommentAreApartFromItsLogWhileTheGuideIsOpen) {
     element->Survey()->Comment("my words[¤]override[¤]mAs of exposure 1");
-    std::string words;
-    Perform([&](FZRD47500TestGuide& guide) {
-        words = element->Survey()->Comment();
-        return guide.PressButton(guide_button::kNext);
-    });
-    EXPECT_EQ(words, "my words");
+    Perform(*element,
+            {Step([&](FZRD47500TestGuide&) { EXPECT_EQ(element->Survey()->Comment(), "my words"); })});
     const auto config = std::dynamic_pointer_cast<CConfigMQSA>(element->Configuration());
     EXPECT_EQ(config->PrintTheComment, "mAs of exposure 1");
 }
