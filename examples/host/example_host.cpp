@@ -10,7 +10,6 @@
 #include "execution/test_common.h"
 #include "foundation/registration.h"
 #include "foundation/utilities.h"
-#include "guide/test_guide_form.h"
 #include "library.h"
 #include "own_document.h"
 #include "own_element.h"
@@ -40,8 +39,7 @@ std::vector<vorex::ZrdReading> Readings() {
 }
 
 /// Presses Start once, then Next.
-bool Press(vorex::IModalWindow& window, bool& started) {
-    auto& guide = dynamic_cast<vorex::FZRD47500TestGuide&>(window);
+bool Press(vorex::IModalWindow& guide, bool& started) {
     if (started) return guide.PressButton(vorex::guide_button::kNext);
     started = true;
     return guide.PressButton(vorex::guide_button::kStart);

@@ -34,10 +34,14 @@ class OwnPlatform final : public vorex::IPlatform {
         timer.onTick();
         return true;
     }
-    void ShowModal(vorex::IModalWindow& window) override {
+    vorex::ModalEnd ShowModal(vorex::IModalWindow& window) override {
         window.Visible(true);
-        while (window.Visible())
-            if (!person(window) && !WaitForEvent()) window.Visible(false);
+        while (window.Visible()) {
+            if (person(window) || WaitForEvent()) continue;
+            window.Visible(false);
+            return vorex::ModalEnd::kNothingToCome;
+        }
+        return vorex::ModalEnd::kHidden;
     }
     int32_t ShowPopupMenu(const std::vector<vorex::MenuItem>& /*items*/) override { return 0; }
     void ShowMessage(std::string_view title, std::string_view message) override {

@@ -15,8 +15,7 @@
 
 /// Presses Start, then Next. If Next is not enabled, the guide is closed.
 class Presser : public vorex::IOperator, public vorex::IHeadlessOperator {
-    bool OnIdle(vorex::IModalWindow& window) override {
-        auto& guide = dynamic_cast<vorex::FZRD47500TestGuide&>(window);
+    bool OnIdle(vorex::IModalWindow& guide) override {
         if (guide.PressButton(vorex::guide_button::kNext)) return true;
         if (mStarted == guide.Element() || !guide.PressButton(vorex::guide_button::kStart))
             guide.Visible(false);

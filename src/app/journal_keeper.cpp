@@ -16,10 +16,6 @@ std::string StatusesOf(const ITestElement& element) {
     return statuses;
 }
 
-std::string NameOf(const JournalRecord& record) {
-    return "exposure " + std::to_string(record.exposure) + " of element " + std::to_string(record.element);
-}
-
 }  // namespace
 
 void JournalKeeper::Keep(std::unique_ptr<RunJournal> journal, IPlatform& platform) {
@@ -33,7 +29,12 @@ void JournalKeeper::Replay(const JournalContent& content) {
     for (const JournalRecord& record : mRecords)
         notes.insert(notes.end(), record.notes.begin(), record.notes.end());
     mTape.Rewind(std::move(notes), mRecords.empty() ? 0 : mRecords.back().polls);
+    mKeepsActs = content.ByHand();
     if (mRecords.empty()) mTape.GoOn();
+}
+
+void JournalKeeper::KeepActs(bool keep) {
+    if (mRecords.empty()) mKeepsActs = keep;
 }
 
 JournalRecord JournalKeeper::RecordOf(const StoredExposure& stored, const OperatorPlace& place) const {
@@ -47,7 +48,8 @@ JournalRecord JournalKeeper::RecordOf(const StoredExposure& stored, const Operat
     record.time = mPlatform->TimeStamp();
     record.opened = static_cast<int32_t>(place.opened);
     record.polls = static_cast<int32_t>(mTape.Polls());
-    record.steps = static_cast<int32_t>(place.steps);
+    // Another operator may have gone on: the acts alone say how far the run is.
+    if (!mKeepsActs) record.steps = static_cast<int32_t>(place.steps);
     return record;
 }
 
@@ -55,6 +57,19 @@ void JournalKeeper::Stored(const StoredExposure& stored, const OperatorPlace& pl
     if (!mJournal || mTape.Broken()) return;
     JournalRecord record = RecordOf(stored, place);
     if (mTape.Reading()) return Follow(record);
+    Append(std::move(record));
+}
+
+void JournalKeeper::Acted(const OperatorAct& act, int32_t element) {
+    if (!mJournal || !mKeepsActs || mTape.Broken()) return;
+    JournalRecord record;
+    record.element = element;
+    record.act = act;
+    record.polls = static_cast<int32_t>(mTape.Polls());
+    Append(std::move(record));
+}
+
+void JournalKeeper::Append(JournalRecord record) {
     record.notes = mTape.TakeNotes();
     if (!mFault.empty()) return;
     try {
@@ -70,10 +85,35 @@ void JournalKeeper::Follow(const JournalRecord& record) {
     kept.notes.clear();
     if (record != kept) {
         mTape.Break();
-        mFault = "the readings, statuses or steps of " + NameOf(kept) + " have changed";
+        mFault = kept.act ? NameOf(record) + " comes before " + NameOf(kept)
+                          : "the readings, statuses or steps of " + NameOf(kept) + " have changed";
         return;
     }
+    Advance();
+}
+
+void JournalKeeper::Advance() {
     if (++mNext == mRecords.size()) mTape.GoOn();
+}
+
+const OperatorAct* JournalKeeper::DueAct() const {
+    if (!Repeating() || mTape.Broken() || mNext == mRecords.size()) return nullptr;
+    const JournalRecord& next = mRecords[mNext];
+    return next.act && next.polls <= mTape.Polls() ? &*next.act : nullptr;
+}
+
+OperatorAct JournalKeeper::TakeAct() {
+    OperatorAct act = *mRecords[mNext].act;
+    Advance();
+    return act;
+}
+
+void JournalKeeper::Refused(const OperatorAct& act, int32_t element) {
+    mTape.Break();
+    JournalRecord record;
+    record.element = element;
+    record.act = act;
+    mFault = NameOf(record) + " is not possible now";
 }
 
 std::string JournalKeeper::WayLost() const {

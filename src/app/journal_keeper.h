@@ -19,8 +19,8 @@ struct OperatorPlace {
 };
 
 /// Keeps the journal of a run, and leads a resumed run through its journal: the run starts again with the
-/// recorded answers, each exposure is compared with the journal, and the run continues where the journal
-/// ends.
+/// recorded answers, a person's acts are repeated, each exposure is compared with the journal, and the run
+/// continues where the journal ends.
 class JournalKeeper {
   public:
     explicit JournalKeeper(RunTape& tape) : mTape(tape) {}
@@ -31,9 +31,23 @@ class JournalKeeper {
     bool Keeping() const { return mJournal != nullptr; }
     /// Replays the records of a journal first. [after `Keep`]
     void Replay(const JournalContent& content);
+    /// Whether the acts of the operator go to the journal as well. A journal that already holds records
+    /// continues as it began. [before the run]
+    void KeepActs(bool keep);
 
     /// Called with everything that is stored, before it is shown.
     void Stored(const StoredExposure& stored, const OperatorPlace& place);
+    /// Called with everything that a person does at an element, before it takes effect.
+    void Acted(const OperatorAct& act, int32_t element);
+
+    /// True while the acts of the journal are repeated.
+    bool Repeating() const { return mKeepsActs && mTape.Reading(); }
+    /// The act that comes next, when the run has come to its place; else null.
+    const OperatorAct* DueAct() const;
+    /// Takes it. [when one is due]
+    OperatorAct TakeAct();
+    /// The window did not take the act: the run cannot be repeated.
+    void Refused(const OperatorAct& act, int32_t element);
 
     /// Why the journal could not be kept to the end; empty when it could.
     const std::string& Fault() const { return mFault; }
@@ -47,12 +61,15 @@ class JournalKeeper {
   private:
     JournalRecord RecordOf(const StoredExposure& stored, const OperatorPlace& place) const;
     void Follow(const JournalRecord& record);
+    void Append(JournalRecord record);
+    void Advance();
 
     RunTape& mTape;
     std::unique_ptr<RunJournal> mJournal;
     IPlatform* mPlatform = nullptr;
     std::vector<JournalRecord> mRecords;  ///< to follow
     std::size_t mNext = 0;
+    bool mKeepsActs = false;
     std::string mFault;
 };
 

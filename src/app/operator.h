@@ -14,6 +14,8 @@ class IOperator {
     virtual std::size_t StepsTaken() const { return 0; }
     /// True when no further element may begin.
     virtual bool Ended() const { return false; }
+    /// True for a person, whose acts go to the journal one by one. A script takes its steps again by itself.
+    virtual bool ByHand() const { return true; }
     /// Why the operator could not continue; empty for no fault.
     virtual std::string Error() const { return {}; }
 };

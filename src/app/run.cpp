@@ -51,6 +51,7 @@ void Run::GoOverTape() {
 RunOutcome Run::Perform(OpenFile& file, const IOperator& person, IAppListener& listener) {
     mPerson = &person;
     mListener = &listener;
+    mKeeper.KeepActs(person.ByHand());
     const Attachment attachment(mSession, *this);
     if (mResumed && !mTape.Reading()) listener.CaughtUp();
     ExecutionHooks hooks;
@@ -68,7 +69,7 @@ RunOutcome Run::Perform(OpenFile& file, const IOperator& person, IAppListener& l
 RunOutcome Run::OutcomeOf(SequenceEnd end) const {
     if (std::string error = mPerson->Error(); !error.empty())
         return {RunEnd::kOperatorError, std::move(error)};
-    if (mPerson->Ended() || mInstruments->Ended() || mSession.Platform().Stalls() > 0)
+    if (mPerson->Ended() || mInstruments->Ended() || mStall != ModalEnd::kHidden)
         return {RunEnd::kBroken, {}};
     if (end == SequenceEnd::kAborted) return {RunEnd::kAborted, {}};
     return {end == SequenceEnd::kLeftBackwards ? RunEnd::kLeftBackwards : RunEnd::kFinished, {}};
@@ -81,8 +82,33 @@ void Run::ReportFaults() {
     for (const std::string& message : mMessages) report(FaultSource::kGuide, message);
     for (const std::string& fault : mInstruments->Faults()) report(FaultSource::kInstruments, fault);
     if (!mKeeper.Fault().empty()) report(FaultSource::kJournal, mKeeper.Fault());
-    if (mSession.Platform().Stalls() > 0)
+    if (mStall == ModalEnd::kNothingToCome)
         report(FaultSource::kPlatform, "the instruments sent nothing more, and the run was ended");
+    if (mStall == ModalEnd::kEndlessActs)
+        report(FaultSource::kPlatform,
+               "the operator went on acting while no time passed, and the run was ended");
+}
+
+void Run::WindowClosed(ModalEnd end) {
+    if (end != ModalEnd::kHidden) mStall = end;
+}
+
+int32_t Run::ElementAtWork() const {
+    const IModalWindow* const window = mSession.Platform().Window();
+    const auto element = window == nullptr ? nullptr : window->Element();
+    return element ? element->ID() : 0;
+}
+
+bool Run::Acted(const OperatorAct& act) {
+    if (mKeeper.Repeating()) return false;
+    mKeeper.Acted(act, ElementAtWork());
+    return true;
+}
+
+OperatorAct Run::TakeAct() {
+    OperatorAct act = mKeeper.TakeAct();
+    if (!mTape.Reading()) mListener->CaughtUp();
+    return act;
 }
 
 void Run::Stored(const StoredExposure& stored) {

@@ -50,8 +50,9 @@ class Run final : private IRunUnderWay {
     /// Keeps a journal next to the output. Fills in program, start and language of the head. Raises
     /// FileError, for example when the journal of another run exists. [before `Perform`]
     void Keep(const std::filesystem::path& output, JournalHead head);
-    /// Repeats the run of the journal and continues it. The operator must take the same steps, and the
-    /// platform's clock must start at the same time. [before `Perform`]
+    /// Repeats the run of the journal and continues it. The platform's clock must start at the same time, and
+    /// a script must take the same steps. A person's acts are repeated; until `CaughtUp` the windows take no
+    /// others. [before `Perform`]
     void Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content);
 
     /// Performs the elements. Faults go to the listener when the run has ended.
@@ -64,11 +65,19 @@ class Run final : private IRunUnderWay {
 
   private:
     void Stored(const StoredExposure& stored) override;
-    void GuideOpened() override { ++mOpened; }
+    void WindowOpened() override { ++mOpened; }
+    void WindowClosed(ModalEnd end) override;
     std::string TimeStamp(std::string now) override;
     void Message(std::string_view title, std::string_view message) override;
     std::optional<bool> Asked(std::string_view question) override;
+    bool Acted(const OperatorAct& act) override;
+    bool Repeating() const override { return mKeeper.Repeating(); }
+    bool WayIsLost() const override { return mTape.Broken(); }
+    const OperatorAct* DueAct() const override { return mKeeper.DueAct(); }
+    OperatorAct TakeAct() override;
+    void Refused(const OperatorAct& act) override { mKeeper.Refused(act, ElementAtWork()); }
 
+    int32_t ElementAtWork() const;
     void GoOverTape();
     void ReportFaults();
     RunOutcome OutcomeOf(SequenceEnd end) const;
@@ -81,6 +90,7 @@ class Run final : private IRunUnderWay {
     IAppListener* mListener = nullptr;
     bool mResumed = false;
     std::size_t mOpened = 0;  ///< guides
+    ModalEnd mStall = ModalEnd::kHidden;
     std::vector<std::string> mMessages;
 };
 

@@ -61,7 +61,7 @@ StandardsLibrary& Session::Standards(IAppListener& listener) {
 }
 
 std::optional<Technique> Session::AtConsole() const {
-    const FZRD47500TestGuide* const guide = mPlatform->Guide();
+    const IModalWindow* const guide = mPlatform->Window();
     if (guide == nullptr) return std::nullopt;
     const auto test = std::dynamic_pointer_cast<CTestCommon>(guide->Element());
     const auto config = test ? std::dynamic_pointer_cast<CConfigCommon>(test->Configuration()) : nullptr;

@@ -1,27 +1,105 @@
 #include "app/session_platform.h"
 
+#include "foundation/event.h"
+
 namespace vorex {
 
-void SessionPlatform::ShowModal(IModalWindow& window) {
-    auto* guide = dynamic_cast<FZRD47500TestGuide*>(&window);
-    if (guide != nullptr) {
-        mGuide = guide;
-        if (mWatcher != nullptr) mWatcher->GuideOpened();
-    }
-    mPlatform->ShowModal(window);
-    if (guide != nullptr) mGuide = nullptr;
+ModalEnd SessionPlatform::ShowModal(IModalWindow& window) {
+    IModalWindow* const below = std::exchange(mWindow, &window);
+    window.Gate([this](const OperatorAct& act) { return Admits(act); });
+    if (mWatcher != nullptr) mWatcher->WindowOpened();
+    ScheduleAct();
+    const ModalEnd end = mPlatform->ShowModal(window);
+    window.Gate({});
+    mWindow = below;
+    if (mWatcher != nullptr) mWatcher->WindowClosed(end);
+    return end;
 }
 
+/// What a tick of the library brings may be the place of the next act.
+std::unique_ptr<IPlatformTimer> SessionPlatform::CreateTimer(std::function<void()> onTick) {
+    return mPlatform->CreateTimer([this, tick = std::move(onTick)] {
+        Guarded("timer", tick);
+        ScheduleAct();
+    });
+}
+
+/// A person's act may have come in the middle of a tick.
+void SessionPlatform::PumpMessages() {
+    RepeatAct();
+    mPlatform->PumpMessages();
+}
+
+int32_t SessionPlatform::ShowPopupMenu(const std::vector<MenuItem>& items) {
+    if (const auto answer = RepeatedAnswer(OperatorAct::Kind::kChoose)) return *answer;
+    const int32_t chosen = mPlatform->ShowPopupMenu(items);
+    if (mWatcher != nullptr) mWatcher->Acted({OperatorAct::Kind::kChoose, chosen});
+    return chosen;
+}
+
+/// A message was read when it came first.
 void SessionPlatform::ShowMessage(std::string_view title, std::string_view message) {
-    mPlatform->ShowMessage(title, message);
+    if (mWatcher == nullptr || !mWatcher->Repeating()) mPlatform->ShowMessage(title, message);
     if (mWatcher != nullptr) mWatcher->Message(title, message);
 }
 
 bool SessionPlatform::Confirm(std::string_view question) {
-    if (mWatcher != nullptr)
-        if (const std::optional<bool> answer = mWatcher->Asked(question)) return *answer;
-    return mPlatform->Confirm(question);
+    if (const auto answer = RepeatedAnswer(OperatorAct::Kind::kConfirm)) return *answer != 0;
+    const std::optional<bool> own = mWatcher == nullptr ? std::nullopt : mWatcher->Asked(question);
+    const bool yes = own ? *own : mPlatform->Confirm(question);
+    if (mWatcher != nullptr) mWatcher->Acted({OperatorAct::Kind::kConfirm, yes ? 1 : 0});
+    return yes;
 }
+
+// ------------------------------------------------------------------------------------- repeated acts
+
+bool SessionPlatform::Admits(const OperatorAct& act) {
+    if (std::exchange(mRepeats, false)) return true;
+    return mWatcher == nullptr || mWatcher->Acted(act);
+}
+
+/// A repeated act is an event of its own, as it was at first. It may take long: Start returns when the run
+/// has ended, and further acts come meanwhile.
+void SessionPlatform::ScheduleAct() {
+    if (mWatcher == nullptr || mWindow == nullptr || !mWatcher->Repeating()) return;
+    if (mWatcher->WayIsLost()) return mWindow->Visible(false);
+    const OperatorAct* const due = mWatcher->DueAct();
+    if (due == nullptr || IsAnswer(due->kind) || mActTimer) return;
+    mActTimer = mPlatform->CreateTimer([this] {
+        const auto timer = std::move(mActTimer);
+        timer->Stop();
+        RepeatAct();
+    });
+    mActTimer->Start(1);
+}
+
+void SessionPlatform::RepeatAct() {
+    const OperatorAct* const due = mWatcher == nullptr ? nullptr : mWatcher->DueAct();
+    if (due == nullptr || mWindow == nullptr || IsAnswer(due->kind)) return;
+    const OperatorAct act = mWatcher->TakeAct();
+    mRepeats = true;
+    if (!mWindow->Act(act)) mWatcher->Refused(act);
+    mRepeats = false;
+    ScheduleAct();
+}
+
+/// What a person answered before the run was interrupted. Nothing when the question is new.
+std::optional<int32_t> SessionPlatform::RepeatedAnswer(OperatorAct::Kind kind) {
+    while (mWatcher != nullptr && mWatcher->Repeating()) {
+        const OperatorAct* const due = mWatcher->WayIsLost() ? nullptr : mWatcher->DueAct();
+        if (due != nullptr && IsAnswer(due->kind)) {
+            const OperatorAct act = mWatcher->TakeAct();
+            if (act.kind != kind) mWatcher->Refused(act);
+            return act.number;
+        }
+        ScheduleAct();
+        // Exposures may come while a question is open.
+        if (mWatcher->WayIsLost() || !mPlatform->WaitForEvent()) return 0;
+    }
+    return std::nullopt;
+}
+
+// -------------------------------------------------------------------------------------------- clock
 
 std::string SessionPlatform::TimeStamp() {
     std::string now = mPlatform->TimeStamp();

@@ -22,13 +22,13 @@ constexpr ButtonRow kButtons[] = {
     {StepKind::kAbort, guide_button::kAbort},
 };
 
-int32_t StoredExposures(const FZRD47500TestGuide& guide) {
+int32_t StoredExposures(const IModalWindow& guide) {
     const auto element = guide.Element();
     const auto result = element ? std::dynamic_pointer_cast<CResultCommon>(element->Result()) : nullptr;
     return result ? result->ExposureCount() : 0;
 }
 
-int32_t PlannedExposures(const FZRD47500TestGuide& guide) {
+int32_t PlannedExposures(const IModalWindow& guide) {
     const auto element = guide.Element();
     const auto config =
         element ? std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()) : nullptr;
@@ -59,53 +59,51 @@ void HeadlessOperator::Fail(const OperatorStep& step, std::string_view reason) {
         "operator script: step \"" + step.text + "\" at " + ElementName() + ": " + std::string(reason);
 }
 
-void HeadlessOperator::OpenElement(FZRD47500TestGuide& guide) {
+void HeadlessOperator::OpenElement(IModalWindow& guide) {
     mGuide = &guide;
     mElementId = guide.Element() ? guide.Element()->ID() : 0;
     const auto element = guide.Element();
-    mSteps = StepsOf(mScript, mElementNumber, element && element->TestID() == kMqsaSurvey);
+    const bool survey = element && element->TestID() == kMqsaSurvey;
+    const bool begun = element && element == mTakenOver && StoredExposures(guide) > 0;
+    mSteps = StepsOf(mScript, mElementNumber, survey || begun);
     ++mElementNumber;
     mNext = 0;
 }
 
 bool HeadlessOperator::OnIdle(IModalWindow& window) {
-    auto* guide = dynamic_cast<FZRD47500TestGuide*>(&window);
-    if (guide == nullptr) return false;
-    if (guide != mGuide) OpenElement(*guide);
+    if (&window != mGuide) OpenElement(window);
     if (Ended()) {
-        LeaveGuide(*guide);
+        LeaveGuide(window);
     } else if (mNext < mSteps.size()) {
-        TakeStep(*guide);
+        TakeStep(window);
     } else {
         const OperatorStep next{StepKind::kNext, 0, "next"};
-        if (!guide->PressButton(guide_button::kNext))
+        if (!window.PressButton(guide_button::kNext))
             Fail(next, "the steps of the element are used up, and Next is not enabled");
     }
-    if (!guide->Visible()) mGuide = nullptr;
+    if (!window.Visible()) mGuide = nullptr;
     return true;
 }
 
 /// After a fault, Next keeps the exposures, if there are any.
-void HeadlessOperator::LeaveGuide(FZRD47500TestGuide& guide) {
+void HeadlessOperator::LeaveGuide(IModalWindow& guide) {
     if (!mScriptError.empty() || !guide.PressButton(guide_button::kNext)) guide.Visible(false);
 }
 
-void HeadlessOperator::TakeStep(FZRD47500TestGuide& guide) {
+void HeadlessOperator::TakeStep(IModalWindow& guide) {
     const OperatorStep step = mSteps[mNext++];
     if (step.kind == StepKind::kStart)
         return TakeRun(
             guide, [&] { return guide.PressButton(guide_button::kStart); }, step);
-    if (step.kind == StepKind::kRedo) {
-        const auto exposure = static_cast<uint8_t>(step.number);
+    if (step.kind == StepKind::kRedo)
         return TakeRun(
-            guide, [&] { return guide.RedoExposure(exposure); }, step);
-    }
+            guide, [&] { return guide.RedoExposure(step.number); }, step);
     for (const ButtonRow& row : kButtons)
         if (row.kind == step.kind && !guide.PressButton(row.button)) Fail(step, "the button is not enabled");
 }
 
 /// Start and redo return when the run has ended; a stop that belongs to the run is pressed during it.
-void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bool()>& press,
+void HeadlessOperator::TakeRun(IModalWindow& guide, const std::function<bool()>& press,
                                const OperatorStep& step) {
     const bool stops = mNext < mSteps.size() && mSteps[mNext].kind == StepKind::kStop;
     const OperatorStep stop = stops ? mSteps[mNext++] : OperatorStep{};
@@ -131,29 +129,33 @@ void HeadlessOperator::TakeRun(FZRD47500TestGuide& guide, const std::function<bo
     if (!stops && !redo && !complete && (Faulty() || mMessages > messages)) mRunBroken = true;
 }
 
-void HeadlessOperator::AfterEvent() {
+void HeadlessOperator::AfterEvent(IModalWindow* shown) {
+    if (shown == nullptr) return;
     // A sleeping detector sees nothing, so the operator wakes it.
-    if (mGuide != nullptr) mGuide->PressButton(guide_button::kWakeUp);
-    if (mPendingStop != nullptr && !mStopTaken && mGuide != nullptr &&
-        StoredExposures(*mGuide) >= mPendingStop->number)
-        PressStop();
+    shown->PressButton(guide_button::kWakeUp);
+    if (mPendingStop != nullptr && !mStopTaken && StoredExposures(*shown) >= mPendingStop->number)
+        PressStop(*shown);
 }
 
 /// A stop before the first exposure must precede the first poll, which may deliver that exposure. In
 /// fluoroscopy it follows that poll, because it ends the held exposure.
-bool HeadlessOperator::BeforeWait() {
-    if (mPendingStop == nullptr || mStopTaken || mGuide == nullptr || mPendingStop->number != 0) return false;
-    const auto element = mGuide->Element();
+bool HeadlessOperator::BeforeWait(IModalWindow* shown) {
+    if (mPendingStop == nullptr || mStopTaken || shown == nullptr || mPendingStop->number != 0) return false;
+    const auto element = shown->Element();
     const auto config =
         element ? std::dynamic_pointer_cast<CConfigCommon>(element->Configuration()) : nullptr;
     if (!config || config->pMeasurementMode == kFluoro || !element->Sequence()->gRunActive) return false;
-    PressStop();
+    PressStop(*shown);
     return true;
 }
 
-void HeadlessOperator::PressStop() {
+void HeadlessOperator::PressStop(IModalWindow& guide) {
     mStopTaken = true;
-    if (!mGuide->PressButton(guide_button::kStop)) Fail(*mPendingStop, "the button is not enabled");
+    if (!guide.PressButton(guide_button::kStop)) Fail(*mPendingStop, "the button is not enabled");
+}
+
+bool HeadlessOperator::Confirm(std::string_view /*question*/) {
+    return mNext > 0 && mSteps[mNext - 1].kind == StepKind::kAbort;
 }
 
 void HeadlessOperator::Message(std::string_view /*title*/, std::string_view /*message*/) {

@@ -6,12 +6,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/operator.h"
 #include "cli/operator_script.h"
 #include "foundation/platform.h"
-#include "guide/test_guide_form.h"
 #include "host/headless_platform.h"
 #include "instruments/instruments.h"
 
@@ -26,12 +26,17 @@ class HeadlessOperator : public IOperator, public IHeadlessOperator {
   public:
     HeadlessOperator(std::vector<ElementSteps> script, const IInstruments& instruments);
 
+    /// Continues at an element that a person has operated. Stored exposures stay: without steps in the script
+    /// the operator leaves the element by Next.
+    void TakeOver(std::shared_ptr<ITestElement> element) { mTakenOver = std::move(element); }
+
     bool OnIdle(IModalWindow& window) override;
-    bool BeforeWait() override;
-    void AfterEvent() override;
+    bool BeforeWait(IModalWindow* shown) override;
+    void AfterEvent(IModalWindow* shown) override;
     void Message(std::string_view title, std::string_view message) override;
     /// Confirms Abort if the script asks for it.
-    bool Confirm(std::string_view /*question*/) override { return true; }
+    bool Confirm(std::string_view question) override;
+    bool ByHand() const override { return false; }
 
     /// The error of the script; empty when it could be followed.
     std::string Error() const override { return mScriptError; }
@@ -40,13 +45,13 @@ class HeadlessOperator : public IOperator, public IHeadlessOperator {
     std::size_t StepsTaken() const override { return mNext; }
 
   private:
-    void OpenElement(FZRD47500TestGuide& guide);
-    void TakeStep(FZRD47500TestGuide& guide);
-    void TakeRun(FZRD47500TestGuide& guide, const std::function<bool()>& press, const OperatorStep& step);
+    void OpenElement(IModalWindow& guide);
+    void TakeStep(IModalWindow& guide);
+    void TakeRun(IModalWindow& guide, const std::function<bool()>& press, const OperatorStep& step);
     bool Faulty() const;
     void Fail(const OperatorStep& step, std::string_view reason);
-    void PressStop();
-    void LeaveGuide(FZRD47500TestGuide& guide);
+    void PressStop(IModalWindow& guide);
+    void LeaveGuide(IModalWindow& guide);
     std::string ElementName() const;
 
     std::vector<ElementSteps> mScript;
@@ -54,7 +59,8 @@ class HeadlessOperator : public IOperator, public IHeadlessOperator {
     std::size_t mElementNumber = 0;  ///< guides opened so far
     ElementSteps mSteps;
     std::size_t mNext = 0;
-    FZRD47500TestGuide* mGuide = nullptr;
+    IModalWindow* mGuide = nullptr;  ///< of the steps
+    std::shared_ptr<ITestElement> mTakenOver;
     const OperatorStep* mPendingStop = nullptr;
     bool mStopTaken = false;
     bool mRunBroken = false;  ///< an instrument fault ended a run early

@@ -92,10 +92,10 @@ std::vector<ElementSteps> ParseOperatorScript(std::string_view script) {
     return elements;
 }
 
-ElementSteps StepsOf(const std::vector<ElementSteps>& script, std::size_t element, bool survey) {
+ElementSteps StepsOf(const std::vector<ElementSteps>& script, std::size_t element, bool nothingToStart) {
     if (element < script.size() && !script[element].empty()) return script[element];
     const OperatorStep next{StepKind::kNext, 0, "next"};
-    if (survey) return {next};
+    if (nothingToStart) return {next};
     return {{StepKind::kStart, 0, "start"}, next};
 }
 

@@ -32,9 +32,9 @@ class OperatorScriptError : public std::runtime_error {
 /// OperatorScriptError. The empty script has one element with the default steps.
 std::vector<ElementSteps> ParseOperatorScript(std::string_view script);
 
-/// The steps at an element, counted from 0: those of the script, or "start,next", or "next" at a survey,
-/// which has nothing to start.
-ElementSteps StepsOf(const std::vector<ElementSteps>& script, std::size_t element, bool survey);
+/// The steps at an element, counted from 0: those of the script, or "start,next", or "next" where there is
+/// nothing to start, as at a survey.
+ElementSteps StepsOf(const std::vector<ElementSteps>& script, std::size_t element, bool nothingToStart);
 
 /// The script of a run that another script continues: the first one up to the steps already taken at the last
 /// opened element, then the second one, whose first element continues that element.

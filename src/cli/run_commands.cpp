@@ -142,20 +142,40 @@ int WithReport(int code, OpenFile& file, const ReportOptions& report, Session& s
     }
 }
 
-/// Makes a resumed run with --real-time follow the clock from the end of its journal.
+/// At the end of the journal, makes a resumed run with --real-time follow the clock, and lets the script take
+/// over from a person whose acts were repeated.
 class RunListener final : public TerminalListener {
   public:
-    RunListener(Terminal& terminal, HeadlessPlatform* paced) : TerminalListener(terminal), mPaced(paced) {}
+    RunListener(Terminal& terminal, Session& session, HeadlessPlatform& platform, HeadlessOperator& person,
+                const JournalContent& content)
+        : TerminalListener(terminal),
+          mSession(session),
+          mPlatform(platform),
+          mPerson(person),
+          mRealTime(content.head.realTime),
+          mByHand(content.ByHand()) {
+        if (!mByHand) mPlatform.Operator(&mPerson);
+    }
     void CaughtUp() override {
-        if (mPaced != nullptr) mPaced->GoRealTime();
+        if (mRealTime) mPlatform.GoRealTime();
+        if (!mByHand) return;
+        if (const IModalWindow* const window = mSession.Platform().Window())
+            mPerson.TakeOver(window->Element());
+        mPlatform.Operator(&mPerson);
     }
 
   private:
-    HeadlessPlatform* mPaced;
+    Session& mSession;
+    HeadlessPlatform& mPlatform;
+    HeadlessOperator& mPerson;
+    bool mRealTime;
+    bool mByHand;
 };
 
-/// The script of an interrupted run; a new one takes over at the point of the interruption.
+/// The script of an interrupted run; a new one takes over at the point of the interruption. After a person, a
+/// script starts there.
 std::vector<ElementSteps> ResumedScript(const JournalContent& content, const std::string& other) {
+    if (content.ByHand()) return ParseOperatorScript(other);
     auto script = ParseOperatorScript(content.head.operatorScript);
     if (other.empty()) return script;
     const JournalRecord last = content.records.empty() ? JournalRecord() : content.records.back();
@@ -235,8 +255,7 @@ int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
     PrintResumed(*journal, content, terminal);
     resumed.Resume(std::move(journal), content);
     HeadlessOperator person(std::move(script), resumed.Instruments());
-    platform->Operator(&person);
-    RunListener listener(terminal, head.realTime ? platform.get() : nullptr);
+    RunListener listener(terminal, session, *platform, person, content);
     const RunOutcome outcome = resumed.Perform(*file, person, listener);
     return WithReport(Conclude(resumed, outcome, *file, output, terminal), *file, report, session, terminal);
 }

@@ -1,8 +1,10 @@
 #include "files/run_journal.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <system_error>
@@ -106,6 +108,50 @@ constexpr JournalRow<JournalRecord> kRecordRows[] = {
     {"notes", &JournalRecord::notes},
 };
 
+/// The line of a person's act.
+struct ActLine {
+    std::string word;
+    int32_t number = 0;
+    int32_t column = 0;
+    std::string text;
+    int32_t element = 0;
+    int32_t polls = 0;
+    std::vector<RunNote> notes;
+};
+constexpr std::string_view kAct = "act";
+constexpr JournalRow<ActLine> kActRows[] = {
+    {kAct, &ActLine::word},     {"number", &ActLine::number},   {"column", &ActLine::column},
+    {"text", &ActLine::text},   {"element", &ActLine::element}, {"polls", &ActLine::polls},
+    {"notes", &ActLine::notes},
+};
+
+struct ActWord {
+    OperatorAct::Kind kind;
+    std::string_view name;
+};
+constexpr ActWord kActWords[] = {
+    {OperatorAct::Kind::kPress, "press"},     {OperatorAct::Kind::kShortcut, "shortcut"},
+    {OperatorAct::Kind::kClick, "click"},     {OperatorAct::Kind::kCheck, "check"},
+    {OperatorAct::Kind::kType, "type"},       {OperatorAct::Kind::kMenu, "menu"},
+    {OperatorAct::Kind::kRedo, "redo"},       {OperatorAct::Kind::kChoose, "choose"},
+    {OperatorAct::Kind::kConfirm, "confirm"},
+};
+constexpr std::size_t PlaceOf(OperatorAct::Kind kind) {
+    return static_cast<std::size_t>(kind);
+}
+static_assert(std::size(kActWords) == PlaceOf(OperatorAct::Kind::kConfirm) + 1, "an act has no word");
+static_assert(
+    [] {
+        for (std::size_t i = 0; i < std::size(kActWords); ++i)
+            if (PlaceOf(kActWords[i].kind) != i) return false;
+        return true;
+    }(),
+    "the words are in the order of the kinds");
+
+std::string_view WordOf(const OperatorAct& act) {
+    return kActWords[PlaceOf(act.kind)].name;
+}
+
 void ReadField(In in, const JsonValue& value, FormatVersion& /*field*/) {
     in.Version(value, kVersion);
 }
@@ -172,13 +218,39 @@ std::string Written(const Object& object, const JournalRow<Object> (&rows)[Count
     return written.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// Reads the object of one line; what is missing or of another kind is an error of that line.
-template <typename Object, std::size_t Count>
-Object ReadLine(const JsonReader& in, std::string_view text, std::string_view what,
-                const JournalRow<Object> (&rows)[Count]) {
-    Object object;
-    in.Members(in.Parse(text, kAJournal, kMostValues), what, rows, object);
-    return object;
+std::string RecordObject(const JournalRecord& record) {
+    if (!record.act) return Written(record, kRecordRows);
+    const OperatorAct& act = *record.act;
+    return Written(ActLine{std::string(WordOf(act)), act.number, act.column, act.text, record.element,
+                           record.polls, record.notes},
+                   kActRows);
+}
+
+// What is missing in a line or of another kind is an error of that line.
+
+JournalHead ReadHead(const JsonReader& in, std::string_view text) {
+    JournalHead head;
+    in.Members(in.Parse(text, kAJournal, kMostValues), "the first line", kHeadRows, head);
+    return head;
+}
+
+JournalRecord ReadRecord(const JsonReader& in, std::string_view text) {
+    const JsonValue value = in.Parse(text, kAJournal, kMostValues);
+    JournalRecord record;
+    const JsonValue* const act = value.Find(kAct);
+    if (act == nullptr) {
+        in.Members(value, "the line", kRecordRows, record);
+        return record;
+    }
+    ActLine line;
+    in.Members(value, "the line", kActRows, line);
+    const ActWord* const word = FindNamed(kActWords, line.word);
+    if (word == nullptr) in.Refuse(*act, "an act: " + ListOfNames(kActWords));
+    record.element = line.element;
+    record.polls = line.polls;
+    record.notes = std::move(line.notes);
+    record.act = OperatorAct{word->kind, line.number, line.column, std::move(line.text)};
+    return record;
 }
 
 std::string WholeText(os::File& file, const std::string& name) {
@@ -241,9 +313,9 @@ JournalContent ParseJournal(std::string_view text, const std::string& name) {
         }
         const JsonReader in(name, number);
         if (number == 1)
-            content.head = ReadLine(in, object, "the first line", kHeadRows);
+            content.head = ReadHead(in, object);
         else
-            content.records.push_back(ReadLine(in, object, "the line", kRecordRows));
+            content.records.push_back(ReadRecord(in, object));
         at = end + 1;
         content.wholeBytes = at;
         content.checksum = checksum;
@@ -255,13 +327,27 @@ JournalContent ParseJournal(std::string_view text, const std::string& name) {
 }
 
 std::string JournalSummary(const JournalContent& content) {
-    if (content.records.empty()) return "no exposure";
     std::set<std::pair<int32_t, int32_t>> exposures;
-    for (const JournalRecord& record : content.records) exposures.insert({record.element, record.exposure});
-    const JournalRecord& last = content.records.back();
+    const JournalRecord* last = nullptr;
+    for (const JournalRecord& record : content.records) {
+        if (record.act) continue;
+        exposures.insert({record.element, record.exposure});
+        last = &record;
+    }
+    if (last == nullptr) return "no exposure";
     return std::to_string(exposures.size()) + (exposures.size() == 1 ? " exposure" : " exposures") +
-           "; the last is exposure " + std::to_string(last.exposure) + " of element " +
-           std::to_string(last.element) + " at " + last.time;
+           "; the last is " + NameOf(*last) + " at " + last->time;
+}
+
+std::string NameOf(const JournalRecord& record) {
+    const std::string element = " element " + std::to_string(record.element);
+    if (!record.act) return "exposure " + std::to_string(record.exposure) + " of" + element;
+    return std::string(WordOf(*record.act)) + " " + std::to_string(record.act->number) + " at" + element;
+}
+
+bool JournalContent::ByHand() const {
+    return std::any_of(records.begin(), records.end(),
+                       [](const JournalRecord& record) { return record.act.has_value(); });
 }
 
 // ---------------------------------------------------------------------------------------------- file
@@ -369,8 +455,8 @@ void RunJournal::AppendLine(const std::string& object) {
 }
 
 void RunJournal::Append(const JournalRecord& record) {
-    AppendLine(Written(record, kRecordRows));
-    mNeeded = true;
+    AppendLine(RecordObject(record));
+    mNeeded = mNeeded || !record.act;
 }
 
 void RunJournal::Remove() {

@@ -4,17 +4,20 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
 
+#include "foundation/operator_act.h"
 #include "foundation/run_note.h"
 #include "system/system.h"
 
-/// The journal of a run: its input, and every exposure as soon as it is stored. Each is a line, which is on
-/// the disk before the guide shows the exposure. A run that was killed is resumed from it.
+/// The journal of a run: its input, every exposure as soon as it is stored, and every act of a person. Each
+/// is a line, which is on the disk before the guide shows the exposure or does the act. A run that was killed
+/// is resumed from it.
 ///
 /// Each line is a checksum of eight hexadecimal digits, a blank and one JSON object. The checksum continues
 /// from line to line, so a damaged, missing or moved line is found. A damaged last line was being written
@@ -37,10 +40,10 @@ struct JournalHead {
     bool operator==(const JournalHead&) const = default;
 };
 
-/// A stored exposure: the row of one instrument, or a waveform.
+/// A stored exposure (the row of one instrument, or a waveform), or an act of a person.
 struct JournalRecord {
     int32_t element = 0;
-    int32_t exposure = 0;  ///< from 1
+    int32_t exposure = 0;  ///< from 1; 0 for an act
     int32_t source = 0;    ///< instrument of the row; 0 for a waveform
     int32_t waveform = 0;  ///< type of the waveform; 0 for a row
     std::string row;
@@ -50,6 +53,7 @@ struct JournalRecord {
     int32_t steps = 0;           ///< steps taken at the last of them
     int32_t polls = 0;           ///< of the instruments, so far
     std::vector<RunNote> notes;  ///< answers of the instruments since the previous record
+    std::optional<OperatorAct> act = {};
     bool operator==(const JournalRecord&) const = default;
 };
 
@@ -59,6 +63,9 @@ struct JournalContent {
     std::size_t wholeBytes = 0;  ///< up to the last whole line
     uint32_t checksum = 0;       ///< of that line
     bool torn = false;           ///< a last line was dropped
+
+    /// True when a person operated the run: its acts are in the records.
+    bool ByHand() const;
 };
 
 /// Reads a journal. Raises FileError for a text that is no journal, for another version, and for a damaged
@@ -113,5 +120,7 @@ class RunJournal {
 
 /// What a journal holds, in words for a person: "7 exposures; the last is exposure 2 of element 4 at ...".
 std::string JournalSummary(const JournalContent& content);
+/// A record in words: "exposure 2 of element 4", "press 202 at element 4".
+std::string NameOf(const JournalRecord& record);
 
 }  // namespace vorex

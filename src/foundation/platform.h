@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "foundation/host_contract.h"
+#include "foundation/modal_window.h"
 
 /// What the library needs from a window system. Waiting for an event blocks; nothing polls in a loop.
 namespace vorex {
@@ -19,7 +20,7 @@ struct CalendarDate {
     bool operator==(const CalendarDate&) const = default;
 };
 
-/// A timer that fires again and again until it is stopped.
+/// A timer that fires again and again until it is stopped. It may be stopped and destroyed by its own tick.
 class IPlatformTimer {
   public:
     virtual ~IPlatformTimer() = default;
@@ -29,20 +30,11 @@ class IPlatformTimer {
     virtual bool Running() const = 0;
 };
 
-/// A window that is shown modally until it hides itself.
-class IModalWindow {
-  public:
-    virtual ~IModalWindow() = default;
-    virtual bool Visible() const = 0;
-    virtual void Visible(bool visible) = 0;
-};
-
-struct MenuItem {
-    int32_t id = 0;  ///< 0 is a separator, or a submenu when there are items below it
-    std::string caption;
-    bool enabled = true;
-    bool checked = false;
-    std::vector<MenuItem> items = {};
+/// How a modal window came to be hidden.
+enum class ModalEnd : uint8_t {
+    kHidden,         ///< by itself
+    kNothingToCome,  ///< by the platform: nothing would ever have happened
+    kEndlessActs,    ///< by the platform: its operator went on acting, and no time passed
 };
 
 class IPlatform {
@@ -54,10 +46,7 @@ class IPlatform {
     /// Blocks until the next event and handles it. False when no event can ever come.
     virtual bool WaitForEvent() = 0;
     /// Shows a window and returns when it is hidden.
-    virtual void ShowModal(IModalWindow& window) = 0;
-    /// How many modal windows were closed because no event could ever come. Always 0 with a person at the
-    /// screen.
-    virtual int32_t Stalls() const { return 0; }
+    virtual ModalEnd ShowModal(IModalWindow& window) = 0;
     /// Shows a pop-up menu and returns the chosen id, 0 for none.
     virtual int32_t ShowPopupMenu(const std::vector<MenuItem>& items) = 0;
     virtual void ShowMessage(std::string_view title, std::string_view message) = 0;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/platform.h"
+#include "foundation/modal_window.h"
 
 namespace vorex {
 

@@ -51,50 +51,50 @@ GuideToolbar::GuideToolbar() {
 }
 
 void GuideToolbar::ForEachCaption(const std::function<void(std::string&)>& function) {
-    for (GuideButton& button : mButtons)
+    for (WindowButton& button : mButtons)
         if (!button.panel) function(button.caption);
 }
 
-GuideButton* GuideToolbar::FindButton(int32_t key) {
+WindowButton* GuideToolbar::FindButton(int32_t key) {
     const auto at = std::find_if(mButtons.begin(), mButtons.end(),
-                                 [&](const GuideButton& button) { return button.key == key; });
+                                 [&](const WindowButton& button) { return button.key == key; });
     return at == mButtons.end() ? nullptr : &*at;
 }
 
-const GuideButton* GuideToolbar::Find(int32_t key) const {
+const WindowButton* GuideToolbar::Find(int32_t key) const {
     return const_cast<GuideToolbar*>(this)->FindButton(key);
 }
 
 bool GuideToolbar::Takes(int32_t key) const {
-    const GuideButton* button = Find(key);
+    const WindowButton* button = Find(key);
     return button != nullptr && button->visible && button->enabled && !button->panel;
 }
 
 bool GuideToolbar::Enabled(int32_t key) const {
-    const GuideButton* button = Find(key);
+    const WindowButton* button = Find(key);
     return button != nullptr && button->enabled;
 }
 
 bool GuideToolbar::Checked(int32_t key) const {
-    const GuideButton* button = Find(key);
+    const WindowButton* button = Find(key);
     return button != nullptr && button->checked;
 }
 
 void GuideToolbar::Enable(int32_t key, bool enable) {
-    if (GuideButton* button = FindButton(key)) button->enabled = enable;
+    if (WindowButton* button = FindButton(key)) button->enabled = enable;
 }
 
 void GuideToolbar::Show(int32_t key, bool show) {
-    if (GuideButton* button = FindButton(key)) button->visible = show;
+    if (WindowButton* button = FindButton(key)) button->visible = show;
 }
 
 void GuideToolbar::CheckOnly(std::span<const int32_t> group, int32_t key) {
     for (int32_t member : group)
-        if (GuideButton* button = FindButton(member)) button->checked = member == key;
+        if (WindowButton* button = FindButton(member)) button->checked = member == key;
 }
 
 void GuideToolbar::SetTargetFilters(const std::vector<std::string>& names, int32_t checkedIndex) {
-    std::erase_if(mButtons, [](const GuideButton& button) { return IsTargetFilter(button.key); });
+    std::erase_if(mButtons, [](const WindowButton& button) { return IsTargetFilter(button.key); });
     constexpr auto kMost = static_cast<std::size_t>(guide_button::kShunt - guide_button::kFirstTargetFilter);
     mTargetFilters.assign(names.begin(),
                           names.begin() + static_cast<std::ptrdiff_t>(std::min(names.size(), kMost)));
@@ -105,13 +105,13 @@ void GuideToolbar::SetTargetFilters(const std::vector<std::string>& names, int32
 }
 
 void GuideToolbar::CheckTargetFilter(int32_t index) {
-    for (GuideButton& button : mButtons)
+    for (WindowButton& button : mButtons)
         if (IsTargetFilter(button.key))
             button.checked = button.key == guide_button::kFirstTargetFilter + index;
 }
 
 int32_t GuideToolbar::CheckedTargetFilter() const {
-    for (const GuideButton& button : mButtons)
+    for (const WindowButton& button : mButtons)
         if (IsTargetFilter(button.key) && button.checked)
             return button.key - guide_button::kFirstTargetFilter;
     return -1;

@@ -8,17 +8,9 @@
 #include <vector>
 
 #include "execution/test_guide_contract.h"
+#include "foundation/modal_window.h"
 
 namespace vorex {
-
-struct GuideButton {
-    int32_t key = 0;
-    std::string caption;
-    bool visible = false;
-    bool enabled = false;
-    bool checked = false;
-    bool panel = false;  ///< a field of the bar that cannot be pressed
-};
 
 /// The buttons of the guide: their captions, and which of them can be pressed.
 class GuideToolbar : public ICaptions {
@@ -28,9 +20,9 @@ class GuideToolbar : public ICaptions {
     void ForEachCaption(const std::function<void(std::string&)>& function) override;
 
     /// In the order of the bar: the fixed buttons, then the target/filters.
-    const std::vector<GuideButton>& Buttons() const { return mButtons; }
+    const std::vector<WindowButton>& Buttons() const { return mButtons; }
     /// The button with a key; null when there is none.
-    const GuideButton* Find(int32_t key) const;
+    const WindowButton* Find(int32_t key) const;
     bool Takes(int32_t key) const;
     bool Enabled(int32_t key) const;
     void Enable(int32_t key, bool enable);
@@ -48,9 +40,9 @@ class GuideToolbar : public ICaptions {
     int32_t CheckedTargetFilter() const;
 
   private:
-    GuideButton* FindButton(int32_t key);
+    WindowButton* FindButton(int32_t key);
 
-    std::vector<GuideButton> mButtons;
+    std::vector<WindowButton> mButtons;
     std::vector<std::string> mTargetFilters;
 };
 

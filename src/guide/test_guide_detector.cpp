@@ -72,8 +72,8 @@ void FZRD47500TestGuide::LoseConnection() {
     if (std::exchange(mLinkLost, true)) return;
     mToolbar.SetTargetFilters({}, -1);
     mToolbar.Enable(guide_button::kWakeUp, false);
-    Report(GuidePart::kToolbar);
-    Report(GuidePart::kMenu);
+    Report(WindowPart::kToolbar);
+    Report(WindowPart::kMenu);
     events.ConnectionLost.Raise();
 }
 
@@ -125,8 +125,8 @@ void FZRD47500TestGuide::AdaptTo(int32_t kind, int32_t configured) {
         mToolbar.SetTargetFilters({}, -1);
     if (HasMasMeter(kind)) vti->MASInput(mConfig->MASInput);
     InitializeResultAgain();
-    Report(GuidePart::kToolbar);
-    Report(GuidePart::kMenu);
+    Report(WindowPart::kToolbar);
+    Report(WindowPart::kMenu);
     BuildColumns(mConfig, true);
     // The configured mAs meter is missing: its values are typed in, if that is allowed.
     const bool meterMissing = mConnectedKind == kZrd || mConnectedKind == kPelomark;
@@ -180,8 +180,8 @@ void FZRD47500TestGuide::SelectTargetFilter(int32_t index) {
     vti->TargetFilter(name);
     vti->ActivateTargetFilter();
     mConfig->pTargetFilterName = name;
-    Report(GuidePart::kToolbar);
-    Report(GuidePart::kMenu);
+    Report(WindowPart::kToolbar);
+    Report(WindowPart::kMenu);
     events.TargetFilterChangedEvent.Raise(name);
 }
 

@@ -18,16 +18,16 @@ FZRD47500TestGuide::FZRD47500TestGuide() {
 FZRD47500TestGuide::~FZRD47500TestGuide() = default;
 
 void FZRD47500TestGuide::ReportAll() const {
-    for (GuidePart part : {GuidePart::kWindow, GuidePart::kToolbar, GuidePart::kStatusText,
-                           GuidePart::kStatus, GuidePart::kLines, GuidePart::kColumns, GuidePart::kTable,
-                           GuidePart::kOverlay, GuidePart::kDetails, GuidePart::kMenu})
+    for (WindowPart part : {WindowPart::kWindow, WindowPart::kToolbar, WindowPart::kStatusText,
+                            WindowPart::kStatus, WindowPart::kLines, WindowPart::kColumns, WindowPart::kTable,
+                            WindowPart::kOverlay, WindowPart::kDetails, WindowPart::kMenu})
         Report(part);
-    for (const GuideTab& tab : mTabs) Report(GuidePart::kWaveform, tab.type);
+    for (const WindowTab& tab : mTabs) Report(WindowPart::kWaveform, tab.type);
 }
 
 void FZRD47500TestGuide::Visible(bool visible) {
     mVisible = visible;
-    Report(GuidePart::kWindow);
+    Report(WindowPart::kWindow);
 }
 
 void FZRD47500TestGuide::Load() {
@@ -76,7 +76,7 @@ void FZRD47500TestGuide::ShowOptionalButtons() {
     mToolbar.Show(guide_button::kDisconnect, !IsSurvey());
     mToolbar.Show(guide_button::kIonChamber, HasPelomark(mKind));
     RefreshMASButtons();
-    Report(GuidePart::kToolbar);
+    Report(WindowPart::kToolbar);
 }
 
 void FZRD47500TestGuide::Unload() {
@@ -110,12 +110,12 @@ const ISelectedStandards* FZRD47500TestGuide::SelectedStandards() const {
 
 void FZRD47500TestGuide::SetInfoLines(const std::vector<std::string>& lines) {
     mLines = lines;
-    Report(GuidePart::kLines);
+    Report(WindowPart::kLines);
 }
 
 void FZRD47500TestGuide::ShowRows(std::span<const int32_t> rows) {
     mVisibleRows.emplace(rows.begin(), rows.end());
-    Report(GuidePart::kLines);
+    Report(WindowPart::kLines);
 }
 
 std::vector<std::string> FZRD47500TestGuide::VisibleLines() const {
@@ -131,36 +131,40 @@ std::vector<std::string> FZRD47500TestGuide::VisibleLines() const {
 
 void FZRD47500TestGuide::SetStatusText(std::string_view text) {
     mStatusLine = text.empty() ? std::string() : Translate(text);
-    Report(GuidePart::kStatusText);
+    Report(WindowPart::kStatusText);
 }
 
 void FZRD47500TestGuide::ShowStatus(const IResultData* result) {
     mStatusShown = result != nullptr ? result->Status() : kNotTested;
-    Report(GuidePart::kStatus);
+    Report(WindowPart::kStatus);
 }
 
 void FZRD47500TestGuide::ShowOverlay(bool show, std::string_view text) {
     if (show) mOverlay.LabelCaption(text);
     mOverlay.Visible(show);
-    Report(GuidePart::kOverlay);
+    Report(WindowPart::kOverlay);
+}
+
+std::string FZRD47500TestGuide::OverlayText() const {
+    return mOverlay.Visible() ? mOverlay.LabelCaption() : std::string();
 }
 
 void FZRD47500TestGuide::DrawWaveform(const std::shared_ptr<IWaveform>& waveform) {
     const bool hasChannel = mWaveformType == kMaWaveform ? HasMasMeter(mKind) : HasZrd(mKind);
-    for (GuideTab& tab : mTabs) {
+    for (WindowTab& tab : mTabs) {
         const bool maTab = tab.type == kMaWaveform;
         if (maTab != (mWaveformType == kMaWaveform)) continue;
         tab.waveform = waveform && waveform->ValueCount() > 0 ? waveform : nullptr;
         tab.visible = hasChannel && tab.waveform != nullptr && !IsSurvey();
     }
-    Report(GuidePart::kWaveform, mWaveformType == kMaWaveform ? kMaWaveform : kKvWaveform);
+    Report(WindowPart::kWaveform, mWaveformType == kMaWaveform ? kMaWaveform : kKvWaveform);
 }
 
 void FZRD47500TestGuide::ClearTabs() {
-    for (GuideTab& tab : mTabs) {
+    for (WindowTab& tab : mTabs) {
         tab.waveform.reset();
         tab.visible = false;
-        Report(GuidePart::kWaveform, tab.type);
+        Report(WindowPart::kWaveform, tab.type);
     }
 }
 
@@ -168,7 +172,7 @@ void FZRD47500TestGuide::ResetSelection() {
     mCurrentExposure = 0;
     mDetails.clear();
     if (mView) mView->UpdateTestResult(true, 0);
-    for (GuidePart part : {GuidePart::kTable, GuidePart::kDetails, GuidePart::kMenu}) Report(part);
+    for (WindowPart part : {WindowPart::kTable, WindowPart::kDetails, WindowPart::kMenu}) Report(part);
 }
 
 void FZRD47500TestGuide::ClearTable() {
@@ -177,7 +181,7 @@ void FZRD47500TestGuide::ClearTable() {
     ClearTabs();
     if (mView) mView->Clear();
     FillColumnSettings();
-    for (GuidePart part : {GuidePart::kTable, GuidePart::kDetails, GuidePart::kMenu}) Report(part);
+    for (WindowPart part : {WindowPart::kTable, WindowPart::kDetails, WindowPart::kMenu}) Report(part);
 }
 
 }  // namespace vorex

@@ -21,36 +21,6 @@
 
 namespace vorex {
 
-/// A pane of the guide with the waveform of one channel.
-struct GuideTab {
-    std::string_view name;
-    uint8_t type = kKvWaveform;
-    std::string caption;
-    bool visible = false;
-    std::shared_ptr<IWaveform> waveform;  ///< empty for a clear pane
-};
-
-/// A part of the guide that a window draws on its own.
-enum class GuidePart : uint8_t {
-    kWindow,  ///< shown or hidden
-    kToolbar,
-    kStatusText,
-    kStatus,
-    kLines,
-    kColumns,   ///< of the table, with their captions
-    kTable,     ///< all rows, the statistics and the selection
-    kTableRow,  ///< a row, the statistics and the selection
-    kWaveform,
-    kOverlay,
-    kDetails,
-    kMenu,  ///< its items, also while it is open
-};
-
-struct GuideChange {
-    GuidePart part;
-    uint8_t number = 0;  ///< `kTableRow`: exposure, from 1; `kWaveform`: type
-};
-
 /// The window in which the operator runs a test, without its widgets: what is shown, what can be pressed, and
 /// what a press does. It measures nothing itself. While no exposures are taken it watches the link to the
 /// detector, and on Start it adapts the test to the connected detector.
@@ -62,6 +32,19 @@ class FZRD47500TestGuide : public ITestGuide {
     // IModalWindow
     bool Visible() const override { return mVisible; }
     void Visible(bool visible) override;
+    std::shared_ptr<ITestElement> Element() const override { return mElement.lock(); }
+    const std::vector<WindowButton>& Buttons() const override { return mToolbar.Buttons(); }
+    /// An empty line keeps its number, and is never shown.
+    std::vector<std::string> VisibleLines() const override;
+    const std::string& StatusLine() const override { return mStatusLine; }
+    int32_t StatusShown() const override { return mStatusShown; }
+    const IResultTable* ShownTable() const override { return mView.get(); }
+    const std::vector<WindowTab>& Tabs() const override { return mTabs; }
+    std::string OverlayText() const override;
+    const std::vector<std::string>& Details() const override { return mDetails; }
+    std::vector<MenuItem> MenuItems() const override;
+    /// A shortcut press of Start stops a run that is active; a plain press always starts.
+    bool Takes(const OperatorAct& act) const override;
 
     // ITestGuide
     void Load() override;
@@ -90,46 +73,19 @@ class FZRD47500TestGuide : public ITestGuide {
     void BuildColumns(const std::shared_ptr<CConfigCommon>& configuration, bool refresh) override;
     void Unload() override;
 
-    // What the operator does.
-    /// False when the button cannot be pressed now. A shortcut press of Start stops a run that is active; a
-    /// plain press always starts.
-    bool PressButton(int32_t key, bool shortcut = false);
-    /// Selects a stored exposure and chooses "Redo Exposure" in the menu; false when the menu would not offer
-    /// it.
-    bool RedoExposure(uint8_t exposure);
-    /// The right button over the table.
-    void OpenMenu();
     /// Index counts from 0; an index without a target/filter is ignored.
     void SelectTargetFilter(int32_t index);
 
-    /// The element under test; empty before `Initialize` and after `Unload`.
-    std::shared_ptr<ITestElement> Element() const { return mElement.lock(); }
-
-    // What is shown.
-    const std::vector<GuideButton>& Buttons() const { return mToolbar.Buttons(); }
-    const GuideButton* Button(int32_t key) const { return mToolbar.Find(key); }
-    const std::vector<GuideTab>& Tabs() const { return mTabs; }
+    const WindowButton* Button(int32_t key) const { return mToolbar.Find(key); }
     const std::vector<std::string>& InfoLines() const { return mLines; }
-    /// The visible instruction lines. An empty line keeps its number, and is never shown.
-    std::vector<std::string> VisibleLines() const;
-    const std::string& StatusLine() const { return mStatusLine; }
-    /// Status of the shown result.
-    int32_t StatusShown() const { return mStatusShown; }
     GuideState RunState() const { return mState; }
     uint8_t CurrentExposure() const { return mCurrentExposure; }
     uint8_t WaveformExposure() const { return mWaveformExposure; }
     const std::shared_ptr<IZRD47500Result>& Table() const { return mView; }
     const XTransparent& Overlay() const { return mOverlay; }
-    const std::vector<std::string>& Details() const { return mDetails; }
-    /// The pop-up menu as it would open now.
-    std::vector<MenuItem> MenuItems() const;
     /// Firmware of the dosimeter, 0 until it is known.
     int32_t FirmwareVersion() const { return mFirmwareVersion; }
     bool Watching() const { return mWatch && mWatch->Running(); }
-
-    /// One part of the shown content has changed. A window that redraws the reported parts is always up to
-    /// date.
-    Event<GuideChange> Changed{"FZRD47500TestGuide_Changed"};
 
   private:
     static constexpr int32_t kWatchInterval = 2000;  ///< ms
@@ -146,7 +102,7 @@ class FZRD47500TestGuide : public ITestGuide {
         FZRD47500TestGuide& mGuide;
     };
 
-    void Report(GuidePart part, uint8_t number = 0) const { Changed.Raise({part, number}); }
+    void Report(WindowPart part, uint8_t number = 0) const { Changed.Raise({part, number}); }
     void ReportAll() const;
 
     // Life (test_guide_form.cpp).
@@ -157,6 +113,8 @@ class FZRD47500TestGuide : public ITestGuide {
     void ClearTabs();
 
     // Presses (test_guide_press.cpp).
+    void Do(const OperatorAct& act) override;
+    void PressKey(int32_t key, bool shortcut);
     void HandleButton(int32_t key, bool shortcut);
     void PressAbort();
     void PressNext();
@@ -192,7 +150,9 @@ class FZRD47500TestGuide : public ITestGuide {
     void StoreTypedValue(uint8_t exposure, const std::string& columnKey, const std::string& text);
     void LogTypedValue(uint8_t exposure, const CMeasurement& measurement);
     void ToggleAllColumns();
-    bool CanRedo(uint8_t exposure) const;
+    bool CanRedo(int32_t exposure) const;
+    void Redo(uint8_t exposure);
+    void ShowMenu();
 
     bool mVisible = false;
     std::shared_ptr<IDetectorService> vti;
@@ -212,7 +172,7 @@ class FZRD47500TestGuide : public ITestGuide {
 
     GuideToolbar mToolbar;
     GuideState mState = GuideState::kIdle;
-    std::vector<GuideTab> mTabs;
+    std::vector<WindowTab> mTabs;
     std::vector<std::string> mLines;
     std::optional<std::vector<int32_t>> mVisibleRows;  ///< from 1; not set: all lines
     std::vector<std::string> mDetails;

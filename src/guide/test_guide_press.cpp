@@ -41,8 +41,8 @@ void FZRD47500TestGuide::ToolbarState(GuideState state, bool enableNext) {
     mToolbar.Enable(kStop, !idle);
     mToolbar.Enable(kStart, false);
     EnableStartButton();
-    Report(GuidePart::kToolbar);
-    Report(GuidePart::kMenu);
+    Report(WindowPart::kToolbar);
+    Report(WindowPart::kMenu);
 }
 
 /// A test with only the mAs meter and typed values has nothing to start.
@@ -64,7 +64,7 @@ void FZRD47500TestGuide::EnableStart(bool enable) {
 
 void FZRD47500TestGuide::SetToolBarButtonStatus(int32_t button, bool enabled) {
     mToolbar.Enable(button, enabled);
-    Report(GuidePart::kToolbar);
+    Report(WindowPart::kToolbar);
 }
 
 void FZRD47500TestGuide::SetWakeUpButton(bool enable) {
@@ -92,13 +92,33 @@ FZRD47500TestGuide::WatchPause::~WatchPause() {
     if (--mGuide.mPauses == 0 && mGuide.mWatch) mGuide.mWatch->Start(kWatchInterval);
 }
 
-bool FZRD47500TestGuide::PressButton(int32_t key, bool shortcut) {
-    const bool stopsRun = key == kStart && shortcut && mToolbar.Takes(kStop);
-    if (!mToolbar.Takes(key) && !stopsRun) return false;
+bool FZRD47500TestGuide::Takes(const OperatorAct& act) const {
+    using Kind = OperatorAct::Kind;
+    if (IsAnswer(act.kind)) return false;
+    if (act.kind == Kind::kPress) return mToolbar.Takes(act.number);
+    if (act.kind == Kind::kShortcut)
+        return mToolbar.Takes(act.number) || (act.number == kStart && mToolbar.Takes(kStop));
+    if (act.kind == Kind::kRedo) return CanRedo(act.number);
+    if (act.kind == Kind::kMenu && act.number == 0) return true;
+    return mView && mView->Takes(act);
+}
+
+void FZRD47500TestGuide::Do(const OperatorAct& act) {
+    using Kind = OperatorAct::Kind;
+    if (act.kind == Kind::kPress || act.kind == Kind::kShortcut)
+        PressKey(act.number, act.kind == Kind::kShortcut);
+    else if (act.kind == Kind::kRedo)
+        Redo(static_cast<uint8_t>(act.number));
+    else if (act.kind == Kind::kMenu && act.number == 0)
+        ShowMenu();
+    else
+        mView->Do(act);
+}
+
+void FZRD47500TestGuide::PressKey(int32_t key, bool shortcut) {
     const WatchPause pause(*this);
     Guarded("xtbToolbar_ButtonClick", [&] { HandleButton(key, shortcut); });
-    Report(GuidePart::kToolbar);
-    return true;
+    Report(WindowPart::kToolbar);
 }
 
 void FZRD47500TestGuide::HandleButton(int32_t key, bool shortcut) {

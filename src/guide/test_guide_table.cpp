@@ -55,9 +55,9 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
     mListening.push_back(view.ItemClicked.Listen([this](bool flag) { events.ItemClicked.Raise(flag); }));
     mListening.push_back(view.MouseDown.Listen([this](bool right, uint8_t exposure) {
         if (exposure != 0) mCurrentExposure = exposure;
-        Report(GuidePart::kTableRow, exposure);
-        Report(GuidePart::kMenu);
-        if (right) OpenMenu();
+        Report(WindowPart::kTableRow, exposure);
+        Report(WindowPart::kMenu);
+        if (right) ShowMenu();
     }));
     mListening.push_back(
         view.CellEdited.Listen([this](uint8_t exposure, uint8_t column, const std::string& text) {
@@ -65,7 +65,7 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
         }));
     mListening.push_back(view.MQSAHelpText.Listen([this](const std::string& text) {
         mDetails = {text};
-        Report(GuidePart::kDetails);
+        Report(WindowPart::kDetails);
     }));
     mListening.push_back(view.MQSAClick.Listen([this](int32_t row, int32_t column) {
         const auto survey = mElement.lock();
@@ -73,7 +73,7 @@ void FZRD47500TestGuide::CreateView(const std::shared_ptr<ITestElement>& element
         if (!result) return;
         result->MQSAClickHandle(static_cast<uint8_t>(row), static_cast<uint8_t>(column));
         events.ItemClicked.Raise(true);
-        Report(GuidePart::kTable);
+        Report(WindowPart::kTable);
         ShowStatus(result.get());
     }));
     mView->Initialize(true, element);
@@ -99,7 +99,7 @@ void FZRD47500TestGuide::BuildColumns(const std::shared_ptr<CConfigCommon>& conf
     mHiddenColumns = HiddenColumns(columns, chosen);
     if (!mHiddenColumns.empty()) mView->DisplayAllColumns(mAllShown, mHiddenColumns);
     if (refresh) mView->ShowTestResult(element, mCurrentExposure);
-    for (GuidePart part : {GuidePart::kColumns, GuidePart::kTable, GuidePart::kMenu}) Report(part);
+    for (WindowPart part : {WindowPart::kColumns, WindowPart::kTable, WindowPart::kMenu}) Report(part);
 }
 
 /// Values from the setup for each exposure before it is taken.
@@ -128,8 +128,8 @@ void FZRD47500TestGuide::ShowResult(const std::shared_ptr<ITestElement>& element
         mView->ShowTestResult(element, exposure);
     else
         mView->UpdateTestResult(true, exposure);
-    Report(allRows ? GuidePart::kTable : GuidePart::kTableRow, exposure);
-    Report(GuidePart::kMenu);
+    Report(allRows ? WindowPart::kTable : WindowPart::kTableRow, exposure);
+    Report(WindowPart::kMenu);
 }
 
 void FZRD47500TestGuide::ToggleAllColumns() {
@@ -138,7 +138,7 @@ void FZRD47500TestGuide::ToggleAllColumns() {
     mView->DisplayAllColumns(mAllShown, mHiddenColumns);
     // With both instruments the mAs columns may be hidden; when they are shown, they can be typed into.
     if (mKind == kZrdAndMas) mToolbar.Enable(guide_button::kManual, mAllShown);
-    for (GuidePart part : {GuidePart::kColumns, GuidePart::kToolbar, GuidePart::kMenu}) Report(part);
+    for (WindowPart part : {WindowPart::kColumns, WindowPart::kToolbar, WindowPart::kMenu}) Report(part);
 }
 
 void FZRD47500TestGuide::TypeMasValues(bool allowed) {
@@ -152,8 +152,8 @@ void FZRD47500TestGuide::TypeMasValues(bool allowed) {
 void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const std::string& columnKey) {
     const auto result = Result();
     if (exposure != 0) mCurrentExposure = exposure;
-    Report(GuidePart::kTableRow, exposure);
-    Report(GuidePart::kMenu);
+    Report(WindowPart::kTableRow, exposure);
+    Report(WindowPart::kMenu);
     if (!result) return;
     const bool stored = exposure >= 1 && exposure <= result->Rows().size();
     if (stored && !mSequence->gRunActive && !IsMasFamily(LimitKeyOf(columnKey))) RequestWaveforms(exposure);
@@ -161,7 +161,7 @@ void FZRD47500TestGuide::ClickItem(uint8_t exposure, uint8_t /*column*/, const s
     const auto limits = element ? element->Limits() : nullptr;
     mDetails = CellDetails(*result, {exposure, columnKey, mColumnKeys},
                            ChosenStandards(limits.get(), SelectedStandards()));
-    Report(GuidePart::kDetails);
+    Report(WindowPart::kDetails);
 }
 
 /// Asks for the waveform of each channel of the detector, so that both panes show the same exposure.
@@ -186,7 +186,7 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
     if (columnKey == key::kImportWaveform) {
         mConfig->SetValue(row, ExposureColumn::kImport, text);
         result->SetValue(row, column, text);
-        Report(GuidePart::kTableRow, exposure);
+        Report(WindowPart::kTableRow, exposure);
         return;
     }
     // Judging now would interfere with the exposures of a run.
@@ -202,7 +202,7 @@ void FZRD47500TestGuide::EditCell(uint8_t exposure, uint8_t column, const std::s
     // A typed value changes the statistics, which may be in other rows.
     mView->UpdateTestResult(true, 0);
     mView->UpdateTestResult(true, exposure);
-    Report(GuidePart::kTable);
+    Report(WindowPart::kTable);
 }
 
 void FZRD47500TestGuide::StoreTypedValue(uint8_t exposure, const std::string& columnKey,
@@ -231,14 +231,14 @@ void FZRD47500TestGuide::LogTypedValue(uint8_t exposure, const CMeasurement& mea
 
 void FZRD47500TestGuide::EnableMenuRedoExposure(bool enable) {
     mRedoAllowed = enable;
-    Report(GuidePart::kMenu);
+    Report(WindowPart::kMenu);
 }
 
-bool FZRD47500TestGuide::CanRedo(uint8_t exposure) const {
+bool FZRD47500TestGuide::CanRedo(int32_t exposure) const {
     const auto result = Result();
     const bool runs = mSequence->gRunActive || mState == GuideState::kRunning;
     if (!result || !vti || !mRedoAllowed || runs) return false;
-    if (exposure == 0 || exposure > result->Rows().size()) return false;
+    if (exposure <= 0 || static_cast<std::size_t>(exposure) > result->Rows().size()) return false;
     bool answers = false;
     Guarded("mnuRedo", [&] { answers = ReadNumber(vti->SerialNumbers()) > 0; });
     return answers;
@@ -249,7 +249,7 @@ std::vector<MenuItem> FZRD47500TestGuide::MenuItems() const {
                            mToolbar.CheckedTargetFilter(), !mHiddenColumns.empty(), mAllShown});
 }
 
-void FZRD47500TestGuide::OpenMenu() {
+void FZRD47500TestGuide::ShowMenu() {
     const auto& platform = Services().platform;
     if (!platform) return;
     int32_t chosen = 0;
@@ -262,7 +262,7 @@ void FZRD47500TestGuide::OpenMenu() {
     const WatchPause pause(*this);
     Guarded("mnuPopup_Click", [&] {
         if (chosen == guide_menu::kRedo)
-            RedoExposure(mCurrentExposure);
+            Redo(mCurrentExposure);
         else if (chosen == guide_menu::kShowAll)
             ToggleAllColumns();
         else
@@ -270,13 +270,11 @@ void FZRD47500TestGuide::OpenMenu() {
     });
 }
 
-bool FZRD47500TestGuide::RedoExposure(uint8_t exposure) {
-    if (!CanRedo(exposure)) return false;
+void FZRD47500TestGuide::Redo(uint8_t exposure) {
     const WatchPause pause(*this);
     mCurrentExposure = exposure;
     events.ReDoExposure.Raise(exposure);
     LeaveRunningState();
-    return true;
 }
 
 }  // namespace vorex

@@ -22,6 +22,8 @@ namespace vorex {
 namespace {
 
 constexpr int64_t kLongestIdle = int64_t{24} * 60 * 60 * 1000;  // ms
+/// Far more than a script has steps.
+constexpr int32_t kMostActsInARow = 100'000;
 
 constexpr int64_t kSecondsADay = int64_t{24} * 60 * 60;
 constexpr std::string_view kNoOffset = "Z";
@@ -183,13 +185,14 @@ std::unique_ptr<IPlatformTimer> HeadlessPlatform::CreateTimer(std::function<void
 
 /// Fires the earliest timer, which is due.
 void HeadlessPlatform::Fire(int64_t due) {
+    mActsInARow = 0;
     const auto entry = mSchedule->Earliest();
     entry->due = due + entry->interval;
     entry->order = ++mSchedule->starts;
     // The timer may be destroyed by its own tick.
     const auto onTick = entry->onTick;
     Guarded("timer", *onTick);
-    if (mOperator != nullptr) mOperator->AfterEvent();
+    if (mOperator != nullptr) mOperator->AfterEvent(mShown);
 }
 
 void HeadlessPlatform::PumpMessages() {
@@ -201,8 +204,13 @@ void HeadlessPlatform::PumpMessages() {
     }
 }
 
+/// An operator who only acts keeps the time from passing.
+bool HeadlessPlatform::ActsInVain() {
+    return ++mActsInARow > kMostActsInARow;
+}
+
 bool HeadlessPlatform::WaitForEvent() {
-    if (mOperator != nullptr && mOperator->BeforeWait()) return true;
+    if (mOperator != nullptr && mOperator->BeforeWait(mShown) && !ActsInVain()) return true;
     const auto entry = mSchedule->Earliest();
     if (entry == mSchedule->entries.end()) return false;
     const int64_t due = entry->due;
@@ -214,18 +222,29 @@ bool HeadlessPlatform::WaitForEvent() {
     return true;
 }
 
-void HeadlessPlatform::ShowModal(IModalWindow& window) {
+ModalEnd HeadlessPlatform::ShowModal(IModalWindow& window) {
+    IModalWindow* const below = std::exchange(mShown, &window);
     window.Visible(true);
+    ModalEnd end = ModalEnd::kHidden;
     int64_t idleSince = Now();
+    int64_t acts = window.Acts();
     while (window.Visible()) {
-        if (mOperator != nullptr && mOperator->OnIdle(window)) {
-            idleSince = Now();
-        } else if (Now() - idleSince > kLongestIdle || !WaitForEvent()) {
-            ++mStalls;
-            LogDiagnostic("a window waited for nothing and was closed");
-            window.Visible(false);
-        }
+        const bool acted = mOperator != nullptr && mOperator->OnIdle(window);
+        // Acts count also when they come from somebody else than the operator.
+        if (acted || acts != window.Acts()) idleSince = Now();
+        acts = window.Acts();
+        if (acted && ActsInVain())
+            end = ModalEnd::kEndlessActs;
+        else if (!acted && (Now() - idleSince > kLongestIdle || !WaitForEvent()))
+            end = ModalEnd::kNothingToCome;
+        if (end == ModalEnd::kHidden) continue;
+        LogDiagnostic(end == ModalEnd::kEndlessActs
+                          ? "the operator of a window acted without end; it was closed"
+                          : "a window waited for nothing and was closed");
+        window.Visible(false);
     }
+    mShown = below;
+    return end;
 }
 
 int32_t HeadlessPlatform::ShowPopupMenu(const std::vector<MenuItem>& items) {

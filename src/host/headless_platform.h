@@ -22,10 +22,10 @@ class IHeadlessOperator {
     /// Asked whenever a modal window waits. True when the operator did something; False lets time pass.
     virtual bool OnIdle(IModalWindow& window) = 0;
     /// Asked before time passes, also inside a run that a step of the operator started. True when the
-    /// operator did something.
-    virtual bool BeforeWait() { return false; }
+    /// operator did something. The window is the one that is shown, null for none.
+    virtual bool BeforeWait(IModalWindow* /*shown*/) { return false; }
     /// Called after each event, also inside such a run.
-    virtual void AfterEvent() {}
+    virtual void AfterEvent(IModalWindow* /*shown*/) {}
     virtual int32_t MenuChoice(const std::vector<MenuItem>& /*items*/) { return 0; }
     virtual void Message(std::string_view /*title*/, std::string_view /*message*/) {}
     virtual bool Confirm(std::string_view /*question*/) { return false; }
@@ -69,9 +69,9 @@ class HeadlessPlatform final : public IPlatform {
     void PumpMessages() override;
     /// Moves the clock to the earliest due timer and fires it. False when no timer runs.
     bool WaitForEvent() override;
-    /// Hides the window itself when nothing will ever happen: no timer runs, or the operator has let a day
-    /// of the clock pass.
-    void ShowModal(IModalWindow& window) override;
+    /// Hides the window itself when nothing will ever happen: no timer runs, or nobody has acted for a day of
+    /// the clock. It does so too when the operator acts again and again and no time passes.
+    ModalEnd ShowModal(IModalWindow& window) override;
     int32_t ShowPopupMenu(const std::vector<MenuItem>& items) override;
     void ShowMessage(std::string_view title, std::string_view message) override;
     bool Confirm(std::string_view question) override;
@@ -87,7 +87,6 @@ class HeadlessPlatform final : public IPlatform {
 
     /// Time since the start, in ms.
     int64_t Now() const;
-    int32_t Stalls() const override { return mStalls; }
     WindowRecord RecordOf(WindowHandle window) const;
 
   private:
@@ -95,6 +94,7 @@ class HeadlessPlatform final : public IPlatform {
     struct Schedule;
 
     void Fire(int64_t due);
+    bool ActsInVain();
 
     Time mTime;
     std::chrono::steady_clock::time_point mStart = std::chrono::steady_clock::now();
@@ -102,7 +102,8 @@ class HeadlessPlatform final : public IPlatform {
     ClockTime mStartTime;
     bool mFixed = false;  ///< the date is given and does not follow the system's
     IHeadlessOperator* mOperator = nullptr;
-    int32_t mStalls = 0;
+    IModalWindow* mShown = nullptr;
+    int32_t mActsInARow = 0;  ///< of the operator, while no time passed
     std::map<WindowHandle, WindowRecord> mWindows;
 };
 

@@ -349,10 +349,14 @@ std::optional<RunNote> RunTape::NextEvent(int64_t poll) {
 std::string RunTape::Clock(std::string now) {
     const int64_t call = Count(kClock);
     if (!mReading) {
+        // A person's waits are repeated shorter than they were: the clock stands still until it has caught
+        // up.
+        if (now < mLatest) now = mLatest;
         Note(kClock, call, {now});
         return now;
     }
     const std::vector<std::string> told = Read(kClock, call);
+    if (!told.empty()) mLatest = told.front();
     return told.empty() ? now : told.front();
 }
 

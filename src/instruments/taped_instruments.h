@@ -43,7 +43,8 @@ class RunTape {
     /// The notes written since the last call.
     std::vector<RunNote> TakeNotes() { return std::exchange(mWritten, {}); }
 
-    /// Records the time of the clock, or reads it from the tape.
+    /// Records the time of the clock, such as "2026-01-15T09:00:04Z", or reads it from the tape. A recorded
+    /// time is never before one that was read.
     std::string Clock(std::string now);
 
     /// Called when the run has left the tape: its instruments do not answer any more.
@@ -58,6 +59,7 @@ class RunTape {
     std::map<std::string, std::deque<RunNote>, std::less<>> mAnswers;  ///< to read, by operation
     std::deque<RunNote> mEvents;                                       ///< to read, in their order
     std::vector<RunNote> mWritten;
+    std::string mLatest;  ///< time that was read
 };
 
 /// Instruments with a tape. While the tape is read, its answers replace those of the instruments, which get

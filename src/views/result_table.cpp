@@ -15,6 +15,13 @@ std::string ExposureCaption(std::size_t index) {
     return Translate(text::kExposureNumber) + PlainText(static_cast<int32_t>(index + 1));
 }
 
+/// No cell for numbers that none can have.
+CellPlace PlaceOf(const OperatorAct& act) {
+    constexpr int32_t kMost = 255;
+    if (act.number < 0 || act.number > kMost || act.column < 0 || act.column > kMost) return {};
+    return {static_cast<uint8_t>(act.number), static_cast<uint8_t>(act.column)};
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------------------------- columns and rows
@@ -300,16 +307,49 @@ bool ResultTable::IsCell(CellPlace place) const {
            place.column <= mColumns.size();
 }
 
+bool ResultTable::IsStatistic(CellPlace place) const {
+    return place.exposure == 0 && place.column >= 1 && place.column <= mColumns.size() &&
+           !mStatistics.empty();
+}
+
+bool ResultTable::IsCheckMark(CellPlace place) const {
+    return !mLocked && IsCell(place) && mColumns[place.column - 1U].checkBox;
+}
+
 bool ResultTable::IsTypable(CellPlace place) const {
-    if (!mTypingAllowed || !IsCell(place) || !mResult->HasReading(place.exposure - 1U)) return false;
+    if (mLocked || !mTypingAllowed || !IsCell(place)) return false;
+    if (mResult == nullptr || !mResult->HasReading(place.exposure - 1U)) return false;
     const std::string& key = mColumns[place.column - 1U].key;
     return std::find(mTypedKeys.begin(), mTypedKeys.end(), key) != mTypedKeys.end();
 }
 
+bool ResultTable::Takes(const OperatorAct& act) const {
+    const CellPlace place = PlaceOf(act);
+    switch (act.kind) {
+        case OperatorAct::Kind::kClick:
+            return IsCell(place) || IsStatistic(place);
+        case OperatorAct::Kind::kMenu:
+            return IsCell(place);
+        case OperatorAct::Kind::kCheck:
+            return IsCheckMark(place);
+        case OperatorAct::Kind::kType:
+            return IsTypable(place);
+        default:
+            return false;
+    }
+}
+
+void ResultTable::Do(const OperatorAct& act) {
+    const CellPlace place = PlaceOf(act);
+    if (act.kind == OperatorAct::Kind::kClick) Press(place);
+    if (act.kind == OperatorAct::Kind::kMenu) PressRight(place);
+    if (act.kind == OperatorAct::Kind::kCheck) ToggleCheck(place);
+    if (act.kind == OperatorAct::Kind::kType) Edit(place, act.text);
+}
+
 bool ResultTable::Press(CellPlace place) {
-    const bool statistic = place.exposure == 0 && place.column >= 1 && place.column <= mColumns.size();
-    if (!IsCell(place) && !(statistic && !mStatistics.empty())) return false;
-    if (!statistic) mSelected = place.exposure;
+    if (!IsCell(place) && !IsStatistic(place)) return false;
+    if (IsCell(place)) mSelected = place.exposure;
     events.ItemClick.Raise(place.exposure, place.column, mColumns[place.column - 1U].key);
     Changed.Raise();
     return true;
@@ -322,7 +362,7 @@ void ResultTable::PressRight(CellPlace place) {
 }
 
 bool ResultTable::ToggleCheck(CellPlace place) {
-    if (mLocked || !IsCell(place) || !mColumns[place.column - 1U].checkBox) return false;
+    if (!IsCheckMark(place)) return false;
     ResultCell& cell = mRows[place.exposure - 1U].cells[place.column - 1U];
     cell.checked = !cell.checked;
     AnnounceEdit(place, cell.checked ? "1" : "0");
@@ -330,7 +370,7 @@ bool ResultTable::ToggleCheck(CellPlace place) {
 }
 
 bool ResultTable::Edit(CellPlace place, std::string_view typed) {
-    if (mLocked || !IsTypable(place)) return false;
+    if (!IsTypable(place)) return false;
     std::string taken;
     for (char c : typed)
         if (AcceptsKey(static_cast<unsigned char>(c))) taken.push_back(c == ',' ? '.' : c);

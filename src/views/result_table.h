@@ -17,25 +17,6 @@
 
 namespace vorex {
 
-struct ResultColumn {
-    std::string key;
-    std::string caption;
-    int16_t width = kColumnWidth;
-    bool hidden = false;
-    bool checkBox = false;  ///< cells are check marks, not texts
-};
-
-struct ResultCell {
-    std::string text;
-    int32_t status = kNotTested;
-    bool checked = false;
-};
-
-struct ResultRow {
-    std::string caption;
-    std::vector<ResultCell> cells;  ///< one per column, hidden ones included
-};
-
 /// Place of a cell: exposure and column count from 1; all 0 is no cell.
 struct CellPlace {
     uint8_t exposure = 0;
@@ -73,6 +54,8 @@ class ResultTable : public IZRD47500Result, public ICustomControl, public Librar
     int32_t NoOfColumnHeaders() const override { return static_cast<int32_t>(mColumns.size()); }
     void ClickedMeasurementColumn(std::string_view maKey, std::string_view masKey,
                                   std::string_view masPulseKey, std::string_view dosePulseKey) override;
+    bool Takes(const OperatorAct& act) const override;
+    void Do(const OperatorAct& act) override;
 
     // ICustomControl
     std::shared_ptr<IControlCallback> CallBack() const override { return mCallback; }
@@ -91,13 +74,13 @@ class ResultTable : public IZRD47500Result, public ICustomControl, public Librar
     void Refresh() override { Changed.Raise(); }
     void SetFocus() override {}
 
-    // What is shown.
-    const std::vector<ResultColumn>& Columns() const { return mColumns; }
-    /// One row per exposure, stored or planned.
-    const std::vector<ResultRow>& Rows() const { return mRows; }
+    // IResultTable
+    const std::vector<ResultColumn>& Columns() const override { return mColumns; }
+    const std::vector<ResultRow>& Rows() const override { return mRows; }
     /// The mean and the coefficient of variation of each column; empty where the test has none.
-    const std::vector<ResultRow>& Statistics() const { return mStatistics; }
-    uint8_t SelectedExposure() const { return mSelected; }
+    const std::vector<ResultRow>& Statistics() const override { return mStatistics; }
+    uint8_t SelectedExposure() const override { return mSelected; }
+
     bool HasCheckBoxes() const { return mCheckBoxes; }
     /// Limits of the element, and the one of their standards that is shown; its version may be empty.
     const std::shared_ptr<ILimitData>& ShownLimits() const { return mLimits; }
@@ -133,6 +116,8 @@ class ResultTable : public IZRD47500Result, public ICustomControl, public Librar
     };
 
     bool IsCell(CellPlace place) const;
+    bool IsStatistic(CellPlace place) const;
+    bool IsCheckMark(CellPlace place) const;
     bool IsTypable(CellPlace place) const;
     bool IsStored(std::size_t row) const;
     bool TakeResult();

@@ -8,6 +8,7 @@
 
 #include "foundation/event.h"
 #include "foundation/host_contract.h"
+#include "foundation/modal_window.h"
 
 namespace vorex {
 
@@ -23,16 +24,13 @@ struct ResultViewEvents {
     Event<int32_t, int32_t> MQSAClick{"irvResult_MQSAClick"};  ///< row, column
 };
 
-inline constexpr int16_t kColumnWidth = 1650;
-
 /// A table with one row per exposure and one column per measurement key, through which the guide shows a
 /// result. Operations are declared in slot order.
 ///
 /// The guide calls `Initialize`, then `RemoveColumns`, `AddColumnHeader` for each column, `pNoOfExposures`,
 /// `SelectStandard`, `Limits`; during the test `UpdateTestResult`; at the end `UnInitialize`.
-class IZRD47500Result {
+class IZRD47500Result : public IResultTable {
   public:
-    virtual ~IZRD47500Result() = default;
     virtual void Limits(const std::shared_ptr<ILimitData>& limits) = 0;
     /// Removes all rows and values; columns stay.
     virtual void Clear() = 0;
@@ -68,6 +66,12 @@ class IZRD47500Result {
     /// The keys of the four mAs columns.
     virtual void ClickedMeasurementColumn(std::string_view maKey, std::string_view masKey,
                                           std::string_view masPulseKey, std::string_view dosePulseKey) = 0;
+
+    /// True when the table takes an act of the operator now: a click, a check mark, a text, the menu of a
+    /// row.
+    virtual bool Takes(const OperatorAct& act) const = 0;
+    /// [when it takes the act]
+    virtual void Do(const OperatorAct& act) = 0;
 
     ResultViewEvents events;
 };

@@ -77,6 +77,24 @@ TEST_F(RunTest, TheOutcomeSaysHowARunEnded) {
     EXPECT_EQ(diary.faults.size(), 2U) << "the lost link, and the recording that is used up";
 }
 
+/// Says that it acts, and does nothing.
+class Idler : public IOperator, public IHeadlessOperator {
+    bool OnIdle(IModalWindow& /*window*/) override { return true; }
+};
+
+TEST_F(RunTest, AnOperatorWhoActsWithoutEndEndsTheRunAndNoneAfterIt) {
+    Session session({"en", platform});
+    const RecordedBench bench{Write("r.jsonl", kHead + Shot("80"))};
+    const auto file = OpenFile::FromText(Sequence(Element(1, 100, Exposures(1))), "s.xml");
+    Idler idler;
+    platform->Operator(&idler);
+    Run run(session, MakeInstruments(bench, {}));
+    EXPECT_EQ(run.Perform(*file, idler, diary).end, RunEnd::kBroken);
+    EXPECT_EQ(diary.faults, (std::vector<std::string>{
+                                "the operator went on acting while no time passed, and the run was ended"}));
+    EXPECT_EQ(Perform(session, *file, bench).end, RunEnd::kFinished);
+}
+
 TEST_F(RunTest, TheListenerFollowsTheRun) {
     Session session({"en", platform});
     const std::string elements = Element(1, 100, Exposures(2)) + Element(2, 500, Exposures(1));

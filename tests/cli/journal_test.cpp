@@ -33,24 +33,6 @@ class JournalTest : public ProgramTest {
         return Sealed(journal, "\"operator\":\"" + brokenScript + "\"", "\"operator\":\"" + script + "\"");
     }
 
-    /// The journal with a text of it replaced, and checksums that fit again.
-    static std::string Sealed(const std::string& journal, const std::string& from, const std::string& to) {
-        std::string sealed;
-        uint32_t checksum = 0;
-        bool found = false;
-        std::istringstream lines(journal);
-        for (std::string line; std::getline(lines, line);) {
-            std::string object = line.substr(9);
-            if (const std::size_t at = object.find(from); !found && at != std::string::npos) {
-                object.replace(at, from.size(), to);
-                found = true;
-            }
-            sealed += JournalLine(object, checksum);
-        }
-        EXPECT_TRUE(found) << from;
-        return sealed;
-    }
-
     /// Three exposures of test 100, and the journal of the first two of them.
     std::string JournalOfTwo() {
         Write("s.xml", Sequence(Element(1, 100, Exposures(3))));

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/program.h"
+#include "files/run_journal.h"
 
 namespace vorex::test {
 
@@ -105,6 +106,23 @@ inline std::string Sequence(const std::string& elements) {
 inline std::string Limit(const std::string& limitKey, const std::string& sides) {
     return "<ExpectedResult><Standard Name=\"Site\" Version=\"1\"><Limit Key=\"" + limitKey + "\">" + sides +
            "</Limit></Standard></ExpectedResult>";
+}
+/// A journal with a text of it replaced, and checksums that fit again.
+inline std::string Sealed(const std::string& journal, const std::string& from, const std::string& to) {
+    std::string sealed;
+    uint32_t checksum = 0;
+    bool found = false;
+    std::istringstream lines(journal);
+    for (std::string line; std::getline(lines, line);) {
+        std::string object = line.substr(9);
+        if (const std::size_t at = object.find(from); !found && at != std::string::npos) {
+            object.replace(at, from.size(), to);
+            found = true;
+        }
+        sealed += JournalLine(object, checksum);
+    }
+    EXPECT_TRUE(found) << from;
+    return sealed;
 }
 inline std::string Exposures(int count) {
     return "<NumberOfExposures>" + std::to_string(count) + "</NumberOfExposures>";

@@ -74,6 +74,26 @@ TEST_F(RunJournalTest, WhatWasWrittenIsReadAgainAndGoesOn) {
     EXPECT_EQ(content.records.size(), 3U);
 }
 
+TEST_F(RunJournalTest, EveryActOfAPersonIsReadAgain) {
+    std::vector<JournalRecord> records;
+    for (int kind = 0; kind <= static_cast<int>(OperatorAct::Kind::kConfirm); ++kind) {
+        JournalRecord record;
+        record.element = 3;
+        record.polls = 14;
+        record.notes = {{"Poll", 7, {"0"}}};
+        record.act = OperatorAct{static_cast<OperatorAct::Kind>(kind), 255, 10, "12,5 \"x\""};
+        records.push_back(record);
+    }
+    auto journal = RunJournal::Create(Output(), Head());
+    for (const JournalRecord& record : records) journal->Append(record);
+    JournalContent content = ParseJournal(Text(), "j");
+    EXPECT_EQ(content.records, records);
+    EXPECT_TRUE(content.ByHand());
+    EXPECT_EQ(JournalSummary(content), "no exposure");
+    journal.reset();
+    EXPECT_FALSE(IsThere()) << "no exposure is lost with it";
+}
+
 // Blocks may reach the disk out of order: a last line of the right length can be wrong as well.
 TEST_F(RunJournalTest, ALastLineThatIsWrongIsTorn) {
     auto journal = RunJournal::Create(Output(), Head());

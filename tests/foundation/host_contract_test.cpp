@@ -18,12 +18,12 @@ using Calls = std::vector<std::string>;
 /// An operator who takes the exposures of a test, where it has any, and goes on.
 class StartAndNext : public FakePlatform {
   public:
-    void ShowModal(IModalWindow& window) override {
-        window.Visible(true);
-        auto& guide = dynamic_cast<FZRD47500TestGuide&>(window);
+    ModalEnd ShowModal(IModalWindow& guide) override {
+        guide.Visible(true);
         guide.PressButton(guide_button::kStart);
         EXPECT_TRUE(guide.PressButton(guide_button::kNext));
-        EXPECT_FALSE(window.Visible());
+        EXPECT_FALSE(guide.Visible());
+        return ModalEnd::kHidden;
     }
 };
 

@@ -12,51 +12,51 @@ namespace {
 /// What a window shows of a guide, part by part, as texts.
 class Drawing {
   public:
-    explicit Drawing(const FZRD47500TestGuide& guide) : mGuide(guide) {}
+    explicit Drawing(const IModalWindow& guide) : mGuide(guide) {}
 
-    void Redraw(GuideChange change) {
-        if (!mGuide.Table()) return;  // the guide is unloaded
+    void Redraw(WindowChange change) {
+        if (mGuide.ShownTable() == nullptr) return;  // the guide is unloaded
         switch (change.part) {
-            case GuidePart::kWindow:
+            case WindowPart::kWindow:
                 parts["window"] = mGuide.Visible() ? "shown" : "hidden";
                 return;
-            case GuidePart::kToolbar:
+            case WindowPart::kToolbar:
                 return DrawToolbar();
-            case GuidePart::kStatusText:
+            case WindowPart::kStatusText:
                 parts["status text"] = mGuide.StatusLine();
                 return;
-            case GuidePart::kStatus:
+            case WindowPart::kStatus:
                 parts["status"] = std::to_string(mGuide.StatusShown());
                 return;
-            case GuidePart::kLines:
+            case WindowPart::kLines:
                 parts["lines"] = Joined(mGuide.VisibleLines());
                 return;
-            case GuidePart::kColumns:
+            case WindowPart::kColumns:
                 return DrawColumns();
-            case GuidePart::kTable:
+            case WindowPart::kTable:
                 return DrawTable();
-            case GuidePart::kTableRow:
+            case WindowPart::kTableRow:
                 return DrawRow(change.number);
-            case GuidePart::kWaveform:
+            case WindowPart::kWaveform:
                 return DrawWaveform(change.number);
-            case GuidePart::kOverlay:
-                parts["overlay"] = mGuide.Overlay().Visible() ? mGuide.Overlay().LabelCaption() : "";
+            case WindowPart::kOverlay:
+                parts["overlay"] = mGuide.OverlayText();
                 return;
-            case GuidePart::kDetails:
+            case WindowPart::kDetails:
                 parts["details"] = Joined(mGuide.Details());
                 return;
-            case GuidePart::kMenu:
+            case WindowPart::kMenu:
                 parts["menu"] = MenuText(mGuide.MenuItems());
                 return;
         }
     }
     void RedrawAll() {
         parts.clear();
-        for (int part = 0; part <= static_cast<int>(GuidePart::kMenu); ++part)
-            if (static_cast<GuidePart>(part) != GuidePart::kTableRow &&
-                static_cast<GuidePart>(part) != GuidePart::kWaveform)
-                Redraw({static_cast<GuidePart>(part)});
-        for (uint8_t type : {kKvWaveform, kMaWaveform}) Redraw({GuidePart::kWaveform, type});
+        for (int part = 0; part <= static_cast<int>(WindowPart::kMenu); ++part)
+            if (static_cast<WindowPart>(part) != WindowPart::kTableRow &&
+                static_cast<WindowPart>(part) != WindowPart::kWaveform)
+                Redraw({static_cast<WindowPart>(part)});
+        for (uint8_t type : {kKvWaveform, kMaWaveform}) Redraw({WindowPart::kWaveform, type});
     }
 
     std::map<std::string, std::string> parts;
@@ -80,12 +80,12 @@ class Drawing {
             text += "|" + cell.text + "/" + std::to_string(cell.status) + (cell.checked ? "x" : "");
         return text;
     }
-    const ResultTable& Table() const { return dynamic_cast<const ResultTable&>(*mGuide.Table()); }
+    const IResultTable& Table() const { return *mGuide.ShownTable(); }
 
     void DrawToolbar() {
         std::string& text = parts["toolbar"];
         text.clear();
-        for (const GuideButton& button : mGuide.Buttons())
+        for (const WindowButton& button : mGuide.Buttons())
             text += std::to_string(button.key) + button.caption + (button.visible ? "v" : "") +
                     (button.enabled ? "e" : "") + (button.checked ? "c" : "") + " ";
     }
@@ -108,14 +108,14 @@ class Drawing {
         for (const ResultRow& statistic : Table().Statistics()) text += RowText(statistic);
     }
     void DrawWaveform(uint8_t type) {
-        for (const GuideTab& tab : mGuide.Tabs())
+        for (const WindowTab& tab : mGuide.Tabs())
             if (tab.type == type)
                 parts["waveform " + std::to_string(type)] =
                     std::string(tab.visible ? "v" : "") +
                     std::to_string(tab.waveform ? tab.waveform->ValueCount() : -1);
     }
 
-    const FZRD47500TestGuide& mGuide;
+    const IModalWindow& mGuide;
 };
 
 /// Compares, after each event of a run and each step, what was redrawn with what there is.
@@ -124,7 +124,7 @@ class GuideChangeTest : public ExecutionTest {
     void Attach(FZRD47500TestGuide& guide) {
         drawn = std::make_unique<Drawing>(guide);
         drawn->RedrawAll();
-        listening = guide.Changed.Listen([this](GuideChange change) {
+        listening = guide.Changed.Listen([this](WindowChange change) {
             seen.insert(static_cast<int>(change.part));
             drawn->Redraw(change);
         });
@@ -245,7 +245,7 @@ TEST_F(GuideChangeTest, WhatIsReportedIsAllThatChanges) {
             }
         }
     }
-    EXPECT_EQ(seen.size(), static_cast<std::size_t>(GuidePart::kMenu) + 1) << "every part was reported";
+    EXPECT_EQ(seen.size(), static_cast<std::size_t>(WindowPart::kMenu) + 1) << "every part was reported";
 }
 
 }  // namespace

@@ -125,7 +125,7 @@ class GuideTest : public LibraryTest {
     }
 
     ResultTable& Table() { return dynamic_cast<ResultTable&>(*guide->Table()); }
-    const GuideButton& Button(int32_t key) { return *guide->Button(key); }
+    const WindowButton& Button(int32_t key) { return *guide->Button(key); }
     /// The events since the last call, joined by blanks.
     std::string Events() {
         std::string all;

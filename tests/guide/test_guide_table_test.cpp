@@ -172,6 +172,37 @@ TEST_F(GuideTable, MasValuesAreTypedOnlyWhileManualInputIsChosen) {
     EXPECT_FALSE(Table().Edit({1, 2}, "220"));
 }
 
+/// What a window may offer, and what it may send.
+TEST_F(GuideTable, TheGuideTakesWhatItsTableTakes) {
+    using Kind = OperatorAct::Kind;
+    Configure(kRadioAccuracy, kMasMeter, kMasMeter);
+    config->ManualSelectedInTestGuide = true;
+    Open();
+    const OperatorAct type{Kind::kType, 1, 2, "210,5"};
+    EXPECT_FALSE(guide->Takes(type)) << "no result is shown yet";
+    Expose(1, "0,200,20.1,,0.61", kSourceMas);
+    const struct {
+        OperatorAct act;
+        bool taken;
+    } cases[] = {
+        {{Kind::kClick, 1, 2}, true},    {{Kind::kClick, 0, 2}, false},     {{Kind::kClick, 1, 99}, false},
+        {{Kind::kClick, 257, 2}, false}, {{Kind::kClick, -1, 2}, false},    {{Kind::kCheck, 1, 1}, true},
+        {{Kind::kCheck, 1, 2}, false},   {{Kind::kType, 1, 1, "1"}, false}, {type, true},
+        {{Kind::kMenu, 1, 2}, true},     {{Kind::kMenu, 99, 2}, false},     {{Kind::kMenu}, true},
+        {{Kind::kChoose, 100}, false},   {{Kind::kConfirm, 1}, false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(guide->Takes(c.act), c.taken) << static_cast<int>(c.act.kind) << " " << c.act.number;
+        const int64_t acts = guide->Acts();
+        EXPECT_EQ(guide->Act(c.act), c.taken);
+        EXPECT_EQ(guide->Acts(), acts + (c.taken ? 1 : 0));
+    }
+    EXPECT_EQ(element->result->GetValue(0, 2), "210.5*");
+    guide->Gate([](const OperatorAct& act) { return act.kind != Kind::kType; });
+    EXPECT_FALSE(guide->Act({Kind::kType, 1, 2, "220"}));
+    EXPECT_EQ(element->result->GetValue(0, 2), "210.5*");
+}
+
 TEST_F(GuideTable, ATypedValueIsJudgedAnew) {
     Open(kRadioAccuracy, kMasMeter, kMasMeter);
     element->guideLimits->AtMost("ER mA", 205);

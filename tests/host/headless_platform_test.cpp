@@ -24,11 +24,32 @@ class HeadlessPlatformTest : public HostTest {
     std::vector<std::string> fired;
 };
 
+/// An empty window that takes each press.
 class Window : public IModalWindow {
   public:
     bool Visible() const override { return visible; }
     void Visible(bool show) override { visible = show; }
+    std::shared_ptr<ITestElement> Element() const override { return nullptr; }
+    const std::vector<WindowButton>& Buttons() const override { return buttons; }
+    std::vector<std::string> VisibleLines() const override { return {}; }
+    const std::string& StatusLine() const override { return text; }
+    int32_t StatusShown() const override { return kNotTested; }
+    const IResultTable* ShownTable() const override { return nullptr; }
+    const std::vector<WindowTab>& Tabs() const override { return tabs; }
+    std::string OverlayText() const override { return {}; }
+    const std::vector<std::string>& Details() const override { return details; }
+    std::vector<MenuItem> MenuItems() const override { return {}; }
+    bool Takes(const OperatorAct& act) const override { return act.kind == OperatorAct::Kind::kPress; }
+
     bool visible = false;
+
+  private:
+    void Do(const OperatorAct& /*act*/) override {}
+
+    std::vector<WindowButton> buttons;
+    std::vector<WindowTab> tabs;
+    std::vector<std::string> details;
+    std::string text;
 };
 
 /// Lets time pass a few times, then closes the window.
@@ -39,9 +60,11 @@ class Person : public IHeadlessOperator {
         if (step) return step(window);
         return false;
     }
-    void AfterEvent() override { ++events; }
+    bool BeforeWait(IModalWindow* /*shown*/) override { return before && before(); }
+    void AfterEvent(IModalWindow* /*shown*/) override { ++events; }
 
     std::function<bool(IModalWindow&)> step;
+    std::function<bool()> before;
     int asked = 0;
     int events = 0;
 };
@@ -162,26 +185,62 @@ TEST_F(HeadlessPlatformTest, AModalWindowAsksTheOperatorFirstAndThenWaits) {
         shown.Visible(false);
         return true;
     };
-    platform.ShowModal(window);
+    EXPECT_EQ(platform.ShowModal(window), ModalEnd::kHidden);
     EXPECT_THAT(fired, ElementsAre("t@500", "t@1000"));
     EXPECT_EQ(person.asked, 3);
     EXPECT_EQ(person.events, 2);
-    EXPECT_EQ(platform.Stalls(), 0);
 }
 
 TEST_F(HeadlessPlatformTest, AWindowThatWaitsForNothingIsClosed) {
     Window window;
-    platform.ShowModal(window);
+    EXPECT_EQ(platform.ShowModal(window), ModalEnd::kNothingToCome);
     EXPECT_FALSE(window.visible);
-    EXPECT_EQ(platform.Stalls(), 1);
     // A clock that ticks for ever without anybody doing anything is nothing, too.
     Person person;
     platform.Operator(&person);
     const auto timer = Noting("t");
     timer->Start(60 * 60 * 1000);
-    platform.ShowModal(window);
-    EXPECT_EQ(platform.Stalls(), 2);
+    EXPECT_EQ(platform.ShowModal(window), ModalEnd::kNothingToCome);
     EXPECT_EQ(fired.size(), 25U) << "a day of hours, and the hour that showed it";
+}
+
+TEST_F(HeadlessPlatformTest, AWindowWhoseOperatorActsWithoutEndIsClosed) {
+    const struct {
+        const char* title;
+        std::function<bool(IModalWindow&)> step;
+        std::function<bool()> before;
+    } cases[] = {
+        {"says so and does nothing", [](IModalWindow&) { return true; }},
+        {"presses the same button", [](IModalWindow& shown) { return shown.PressButton(1); }},
+    };
+    for (const auto& c : cases) {
+        Window window;
+        Person person;
+        person.step = c.step;
+        platform.Operator(&person);
+        const auto timer = Noting("t");
+        timer->Start(500);
+        EXPECT_EQ(platform.ShowModal(window), ModalEnd::kEndlessActs) << c.title;
+        EXPECT_FALSE(window.visible) << c.title;
+        // Inside a run as well: time passes in the end.
+        person.before = [] { return true; };
+        while (fired.empty()) ASSERT_TRUE(platform.WaitForEvent()) << c.title;
+        fired.clear();
+    }
+}
+
+TEST_F(HeadlessPlatformTest, ActsOfAnybodyKeepAWindowOpen) {
+    Window window;
+    Person person;
+    platform.Operator(&person);
+    const auto timer = platform.CreateTimer([&] { window.PressButton(1); });
+    timer->Start(20 * 60 * 60 * 1000);
+    person.step = [&](IModalWindow& shown) {
+        if (person.asked == 5) shown.Visible(false);
+        return false;
+    };
+    EXPECT_EQ(platform.ShowModal(window), ModalEnd::kHidden);
+    EXPECT_EQ(person.asked, 5);
 }
 
 TEST_F(HeadlessPlatformTest, InRealTimeAWaitSleeps) {

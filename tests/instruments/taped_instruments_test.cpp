@@ -140,6 +140,7 @@ TEST(TapedInstrumentsTest, TheClockIsReadFromTheTapeWhileItLasts) {
     second.Rewind(first.TakeNotes(), 0);
     EXPECT_EQ(second.Clock("10:00"), "09:00");
     second.GoOn();
+    EXPECT_EQ(second.Clock("08:59"), "09:00") << "never back";
     EXPECT_EQ(second.Clock("10:01"), "10:01");
 }
 

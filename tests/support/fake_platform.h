@@ -29,13 +29,14 @@ class FakePlatform : public IPlatform {
     }
     void PumpMessages() override { FireNext(mNow); }
     bool WaitForEvent() override { return FireNext(INT64_MAX); }
-    void ShowModal(IModalWindow& window) override {
+    ModalEnd ShowModal(IModalWindow& window) override {
         shown = &window;
         window.Visible(true);
         while (window.Visible()) {
             if (onIdle) onIdle();
-            if (window.Visible() && !WaitForEvent()) break;
+            if (window.Visible() && !WaitForEvent()) return ModalEnd::kNothingToCome;
         }
+        return ModalEnd::kHidden;
     }
     int32_t ShowPopupMenu(const std::vector<MenuItem>& items) override {
         menus.push_back(items);
