@@ -33,7 +33,7 @@ TEST_F(TestIntakeTest, AnExposureIsAnnouncedBeforeTheGuideShowsIt) {
     onStored = [&](const StoredExposure& stored) {
         // What the guide shows now, and what is announced.
         int32_t samples = 0;
-        for (const GuideTab& tab : Guide().Tabs())
+        for (const WindowTab& tab : Guide().Tabs())
             if (tab.waveform) samples += tab.waveform->ValueCount();
         announced.push_back(std::to_string(Guide().CurrentExposure()) + "/" + std::to_string(samples) +
                             " then " + std::to_string(stored.exposure) + "." + std::to_string(stored.source) +
