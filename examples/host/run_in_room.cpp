@@ -10,6 +10,7 @@
 #include "app/instrument_choice.h"
 #include "app/open_file.h"
 #include "app/run.h"
+#include "execution/test_guide_contract.h"
 #include "foundation/utilities.h"
 #include "host/headless_platform.h"
 
