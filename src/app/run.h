@@ -21,7 +21,7 @@
 namespace vorex {
 
 enum class RunEnd {
-    kFinished,       ///< every element was performed or passed over
+    kFinished,       ///< every element was performed or skipped
     kLeftBackwards,  ///< Previous on the first element
     kAborted,        ///< by the operator
     kBroken,         ///< ended by instruments, platform or operator; what was measured is in the file

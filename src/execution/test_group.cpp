@@ -132,7 +132,7 @@ void CTestGroup::PassOver(const std::shared_ptr<IExecutionPipe>& pipe, int32_t f
 void CTestGroup::PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe) {
     const auto sequence = Sequence();
     SequenceState& state = *sequence;
-    // A group that is itself passed over passes the flag on to all its children.
+    // A skipped group passes the flag on to all its children.
     const bool skipAll = state.gSkipRemaining;
     const bool notApplicableAll = state.gNARemaining;
     state.gNARemaining = state.gSkipRemaining = false;

@@ -18,7 +18,7 @@ namespace {
 
 // clang-format off
 constexpr auto kPlainElements = std::to_array<ElementRow>({
-    //  below                     name                       place                      told apart by              text
+    //  below name place identity text
     {Place::kDocument,          tag::kVorexSequence,       Place::kSequence,          Identity::kOnly,           Form::kAny},
     {Place::kSequence,          tag::kSelectedStandards,   Place::kSelectedStandards, Identity::kOnly,           Form::kAny},
     {Place::kSequence,          tag::kMtiList,             Place::kMtiList,           Identity::kOnly,           Form::kAny},

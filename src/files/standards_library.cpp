@@ -80,7 +80,7 @@ void StandardsLibrary::ReadFolder(const fs::path& folder, const LimitCheck& chec
                     "another name or version");
             mStandards.push_back(std::move(file));
         } catch (const FileError& fault) {
-            diagnose(std::string(fault.what()) + " (the file is passed over)");
+            diagnose(std::string(fault.what()) + " (the file is ignored)");
         }
     }
 }

@@ -49,7 +49,7 @@ struct HostServices {
     std::function<void(const StoredExposure&)> exposureStored;
     /// Why the instruments stopped, in words; asked when a run finds the link lost.
     std::function<std::string()> instrumentFault;
-    /// Name and version of the program, for the origin that results keep.
+    /// Name and version of the program, which results record.
     std::string program;
     /// Receives a line of the diagnostic log.
     std::function<void(std::string_view line)> log;

@@ -49,7 +49,7 @@ SettingsRegistry::SettingsRegistry(const std::filesystem::path& file,
         } else if (section != nullptr && sign != std::string_view::npos && sign > 0) {
             (*section)[Lower(Trimmed(line.substr(0, sign)))] = Trimmed(line.substr(sign + 1));
         } else if (diagnose) {
-            diagnose(file.string() + ":" + std::to_string(number) + ": passed over: " + std::string(line));
+            diagnose(file.string() + ":" + std::to_string(number) + ": ignored: " + std::string(line));
         }
     }
 }

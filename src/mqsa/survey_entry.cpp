@@ -130,7 +130,7 @@ std::string SetCell(CResultMQSA& survey, std::string_view address, GridId id, in
                     std::string_view text) {
     const GridRow& grid = GridRowOf(id);
     if (row < 0 || row >= grid.rows || column < 0 || column >= grid.columns)
-        Refuse(address, "lies outside the grid; expected a row from 0 to " + PlainText(grid.rows - 1) +
+        Refuse(address, "is outside the grid; expected a row from 0 to " + PlainText(grid.rows - 1) +
                             " and a column from 0 to " + PlainText(grid.columns - 1));
     if (IsIn(grid.dates, row, column)) {
         SetFilmDate(survey, address, column, text);

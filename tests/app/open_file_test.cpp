@@ -10,7 +10,7 @@
 namespace vorex::test {
 namespace {
 
-/// Remembers what it is told.
+/// Records the notifications.
 class Notebook : public IAppListener {
   public:
     std::vector<VerdictChange> changes;

@@ -12,7 +12,7 @@
 namespace vorex::test {
 namespace {
 
-/// Remembers the order of what it is told.
+/// Records the notifications in order.
 class Diary : public IAppListener {
   public:
     std::vector<std::string> lines;
@@ -121,7 +121,7 @@ std::string SurveyOf(int id, const std::string& cells = {}) {
     return Element(id, 1300, "", "<ResultItem><Status>1</Status>" + cells + "</ResultItem>");
 }
 
-/// A text with the same time in place of each: the clock goes on from one run to the next.
+/// A text with every time replaced by the same one, because the clock advances from run to run.
 std::string Timeless(std::string text) {
     const std::string day = "2026-01-15T";
     for (std::size_t at = text.find(day); at != std::string::npos; at = text.find(day, at + 1))
@@ -129,7 +129,7 @@ std::string Timeless(std::string text) {
     return text;
 }
 
-// A file is run, judged, printed and saved like alone, whatever files are open, or were.
+// A file is run, judged, printed and saved as if it were alone, whatever files are or were open.
 TEST_F(RunTest, FilesDoNotMixInWhateverOrderTheyAreOpenedRunJudgedAndClosed) {
     const std::string mammo =
         Exposures(2) +

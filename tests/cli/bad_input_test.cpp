@@ -4,7 +4,7 @@
 namespace vorex::test {
 namespace {
 
-/// Wrong use and wrong files: one clear message, the right exit code, nothing written.
+/// Wrong usage and wrong files: one clear message, the right exit code, nothing written.
 class BadInputTest : public ProgramTest {
   protected:
     void SetUp() override {
@@ -71,7 +71,7 @@ TEST_F(BadInputTest, AWrongElementFileIsNamedWithItsPlace) {
     }
 }
 
-TEST_F(BadInputTest, WrongUseOfTheProgramSaysWhatIsExpected) {
+TEST_F(BadInputTest, WrongUsageOfTheProgramSaysWhatIsExpected) {
     const std::string good = Path("good.xml");
     const std::string recording = "recording:" + Path("good.jsonl");
     const std::string output = Path("out.xml");
@@ -133,7 +133,7 @@ TEST_F(BadInputTest, ADiskThatIsFullLosesNoReading) {
         << "the result goes to standard output";
 }
 
-TEST_F(BadInputTest, AFileThatCannotBeWrittenIsNoWrongUse) {
+TEST_F(BadInputTest, AFileThatCannotBeWrittenIsNoWrongUsage) {
     for (const std::vector<std::string>& command :
          {std::vector<std::string>{"new", "100"}, {"judge", Path("good.xml")}}) {
         std::vector<std::string> arguments = command;
@@ -182,7 +182,7 @@ TEST_F(BadInputTest, NoInputOfARunIsOverwrittenByItsResult) {
 /// An instrument that fails never ends the program and never takes a stored exposure away.
 class FaultTest : public ProgramTest {};
 
-// A ZRD 47500 whose service also answers for an mAs meter that nobody announced.
+// A ZRD 47500 whose service also answers for an mAs meter that is not configured.
 TEST_F(FaultTest, AReadingThatFitsNoColumnIsReportedNextToTheVerdict) {
     Write("s.xml", Sequence(Element(1, 100, Exposures(1))));
     Write("r.jsonl", kHead + Replaced(Shot("80"), "]}}", R"(],"mas":["200","20","0","0"]}})"));
@@ -239,7 +239,7 @@ TEST_F(FaultTest, ALostLinkKeepsWhatWasTakenAndEndsTheSequence) {
     }
 }
 
-TEST_F(FaultTest, ADosimeterThatRefusesItsSettingsLeavesThemAndTheRunGoesOn) {
+TEST_F(FaultTest, ADosimeterThatRefusesItsSettingsLeavesThemAndTheRunContinues) {
     Write("s.xml", Sequence(Element(1, 100,
                                     "<DetectorName>3</DetectorName>" + Exposures(1) +
                                         "<PKTemperature>23</PKTemperature>")));

@@ -23,8 +23,8 @@ class JournalTest : public ProgramTest {
         return Run(arguments);
     }
 
-    /// A journal of all that a run stores: the run goes by a script that cannot be followed at its end, and
-    /// the journal is then made to tell of another one.
+    /// A complete journal of a run: the end of its script cannot be followed, so the journal stays; then the
+    /// script in it is replaced.
     std::string WholeJournal(const std::string& brokenScript, const std::string& script) {
         std::filesystem::remove(Path("out.xml"));
         EXPECT_EQ(RunFile("s.xml", "r.jsonl", brokenScript), kExitUsage);
@@ -48,7 +48,7 @@ struct Sweep {
     const char* brokenScript;  ///< the same, with an end that cannot be taken
 };
 
-/// Runs of all kinds. A journal only grows, so each moment of a run leaves one of these beginnings.
+/// Runs of all kinds. A journal only grows, so a kill at any moment leaves one of these beginnings.
 TEST_F(JournalTest, FromEveryBeginningOfAJournalTheSameResultComes) {
     const Sweep sweeps[] = {
         {"radio_reproducibility", "radio_reproducibility", "start,redo 5,next", "start,redo 5,redo 99"},
@@ -79,7 +79,7 @@ TEST_F(JournalTest, FromEveryBeginningOfAJournalTheSameResultComes) {
         const auto lines = static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n'));
         EXPECT_GE(lines, 3U) << sweep.elements;
         for (std::size_t end = whole.find('\n'); end != std::string::npos; end = whole.find('\n', end + 1)) {
-            // Killed while it wrote the line that follows; behind the last line, while it saved.
+            // Killed while it wrote the next line; after the last line, while it saved.
             const std::size_t size = std::min(whole.size(), end + 30);
             std::filesystem::remove(Path("out.xml"));
             Write("out.xml.journal", whole.substr(0, size));
@@ -90,7 +90,7 @@ TEST_F(JournalTest, FromEveryBeginningOfAJournalTheSameResultComes) {
     }
 }
 
-TEST_F(JournalTest, ResumeTellsWhatItFound) {
+TEST_F(JournalTest, ResumeReportsWhatItFound) {
     const std::string journal = JournalOfTwo();
     Write("out.xml.journal", journal + "0123");
     ASSERT_EQ(Resume(), kExitPassed) << err;
@@ -102,7 +102,7 @@ TEST_F(JournalTest, ResumeTellsWhatItFound) {
     EXPECT_NE(err.find("its last line was not whole and is dropped"), std::string::npos) << err;
 }
 
-TEST_F(JournalTest, TheJournalItselfMayBeNamedAndAnotherVersionIsTold) {
+TEST_F(JournalTest, TheJournalItselfMayBeNamedAndAnotherVersionIsReported) {
     const std::string journal = JournalOfTwo();
     const std::size_t version = journal.find("\"program\":\"") + 11;
     const std::string present = journal.substr(version, journal.find('"', version) - version);
@@ -113,7 +113,7 @@ TEST_F(JournalTest, TheJournalItselfMayBeNamedAndAnotherVersionIsTold) {
     EXPECT_TRUE(Exists("out.xml"));
 }
 
-TEST_F(JournalTest, WhatWasMeasuredComesFromTheJournalWhateverBecameOfTheFiles) {
+TEST_F(JournalTest, WhatWasMeasuredComesFromTheJournalEvenIfTheFilesHaveChanged) {
     Write("out.xml.journal", JournalOfTwo());
     std::filesystem::remove(Path("s.xml"));
     Write("r.jsonl", kHead + Shot("60") + Shot("61") + Shot("62"));
@@ -122,8 +122,8 @@ TEST_F(JournalTest, WhatWasMeasuredComesFromTheJournalWhateverBecameOfTheFiles) 
     EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81|62");
 }
 
-/// Times of the result come from the clock of the run: it goes on from the start of the run, whatever the
-/// time is.
+/// Times of the result come from the clock of the run, which continues from the start of the run, whatever
+/// the present time is.
 TEST_F(JournalTest, AtAnotherClockTimeTheSameResultComes) {
     const std::string journal = JournalOfTwo();
     ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
@@ -138,7 +138,7 @@ TEST_F(JournalTest, AtAnotherClockTimeTheSameResultComes) {
     }
 }
 
-TEST_F(JournalTest, AnotherOperatorGoesOnWhereTheRunStood) {
+TEST_F(JournalTest, AnotherScriptContinuesTheRun) {
     Write("out.xml.journal", JournalOfTwo());
     Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82") + Shot("83"));
     ASSERT_EQ(Resume("redo 1,next"), kExitPassed) << err;
@@ -199,7 +199,7 @@ TEST_F(JournalTest, AJournalThatCannotBeFollowedStays) {
          "steps of exposure 1 of element 1 have changed"},
         {Sealed(journal, "\"exposure\":2", "\"exposure\":7"),
          "steps of exposure 7 of element 1 have changed"},
-        // Nothing stands at that poll: the run passes it by, and would wait for ever.
+        // That poll has no exposure: the run passes it, and would wait for ever.
         {Sealed(journal, "\"VTI_DataReady\",2", "\"VTI_DataReady\",9000"),
          "it has passed exposure 2 of element 1"},
         {Sealed(journal, "\"operator\":\"\"", "\"operator\":\"skip\""),

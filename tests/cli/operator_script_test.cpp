@@ -47,7 +47,7 @@ TEST(OperatorScript, EveryStepIsRead) {
                     OperatorStep{StepKind::kStop, 255, "stop@255"}));
 }
 
-TEST(OperatorScript, ElementsStandBetweenSemicolonsAndBlanksMeanNothing) {
+TEST(OperatorScript, SemicolonsSeparateElementsAndBlanksAreIgnored) {
     const std::vector<ElementSteps> elements = ParseOperatorScript("  start ,\tstop@2 ; ;redo  255, next;");
     ASSERT_EQ(elements.size(), 4U);
     EXPECT_THAT(elements[0], ElementsAre(OperatorStep{StepKind::kStart, 0, "start"},
@@ -58,11 +58,11 @@ TEST(OperatorScript, ElementsStandBetweenSemicolonsAndBlanksMeanNothing) {
     EXPECT_THAT(elements[3], IsEmpty());
 }
 
-TEST(OperatorScript, TheEmptyScriptLeavesOneElementToTheDefaultDrive) {
+TEST(OperatorScript, TheEmptyScriptHasOneElementWithTheDefaultSteps) {
     EXPECT_THAT(ParseOperatorScript(""), ElementsAre(IsEmpty()));
 }
 
-TEST(OperatorScript, AFaultNamesTheStepItsPlaceAndWhatCouldStandThere) {
+TEST(OperatorScript, AFaultNamesTheStepItsPlaceAndWhatWasExpected) {
     const std::string known = "steps are start, stop@n, next, previous, skip, na, abort, redo n";
     const std::pair<const char*, std::string> rows[] = {
         {"strat", "operator script, element 1, step 1: \"strat\" is no step; " + known},

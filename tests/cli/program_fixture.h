@@ -47,7 +47,7 @@ class ProgramTest : public ::testing::Test {
     }
     bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
 
-    /// Exit code of a command; what it printed stands in `out` and `err`.
+    /// Exit code of a command; its output is in `out` and `err`.
     int Run(const std::vector<std::string>& arguments) {
         std::ostringstream outStream;
         std::ostringstream errStream;
@@ -102,7 +102,7 @@ inline std::string Group(int id, const std::string& children) {
 inline std::string Sequence(const std::string& elements) {
     return "<VorexSequence Version=\"1\">" + elements + "</VorexSequence>";
 }
-/// A standard "Site 1" with one limit; sides are written as they stand, e.g. `<High Value="5"/>`.
+/// A standard "Site 1" with one limit; sides are given as XML, e.g. `<High Value="5"/>`.
 inline std::string Limit(const std::string& limitKey, const std::string& sides) {
     return "<ExpectedResult><Standard Name=\"Site\" Version=\"1\"><Limit Key=\"" + limitKey + "\">" + sides +
            "</Limit></Standard></ExpectedResult>";

@@ -30,8 +30,8 @@ class ReportTest : public ProgramTest {
     std::string Printed(const std::string& tool, const std::string& name, const std::string& end = {}) const {
         return PrintedBy(tool + " '" + Path(name) + "' " + end);
     }
-    /// The numbers of out.xml that a report shows: statistics of a test stand in every exposure, and those of
-    /// the last one count.
+    /// The numbers of out.xml that a report shows: every exposure has the statistics of the test, and those
+    /// of the last one count.
     std::vector<std::string> PrintedNumbers() const {
         std::vector<std::string> numbers;
         for (pugi::xpath_node item : result.select_nodes("//ResultItem[Measurement]")) {
@@ -145,7 +145,7 @@ TEST_F(ReportTest, ThePdfIsAnArchiveFileWithBookmarksAndItsOwnFonts) {
     EXPECT_GE(embedded, 2);
 }
 
-TEST_F(ReportTest, TheFileIsWhatAnArchiveAsksFor) {
+TEST_F(ReportTest, TheFileMeetsTheArchiveFormat) {
     Write("tree.xml", Sequence(Group(7, Element(1, 100, Exposures(1)) + Element(2, 200, Exposures(1))) +
                                Element(3, 300, Exposures(1))));
     ASSERT_EQ(Run({"report", Path("tree.xml"), "-o", Path("r.pdf")}), kExitPassed) << err;
@@ -166,7 +166,7 @@ TEST_F(ReportTest, TheFileIsWhatAnArchiveAsksFor) {
     for (const char* needed : {"/GTS_PDFA1", "/DestOutputProfile", "/ToUnicode", "/FontFile2", "/CIDSet"})
         EXPECT_NE(whole.find(needed), std::string::npos) << needed;
     EXPECT_TRUE(std::regex_search(whole, std::regex("/ID \\[<[0-9a-f]{32}><[0-9a-f]{32}>\\]")));
-    // What the two descriptions of the file tell is the same.
+    // The two descriptions of the file agree.
     const std::string info = Printed("pdfinfo -isodates", "r.pdf");
     const std::string meta = Printed("pdfinfo -meta", "r.pdf");
     for (const auto& [label, told] :
@@ -178,13 +178,15 @@ TEST_F(ReportTest, TheFileIsWhatAnArchiveAsksFor) {
         EXPECT_NE(meta.find(told + std::string(found[2])), std::string::npos) << label << meta;
     }
     const std::string pdf = Read("r.pdf");
-    EXPECT_NE(pdf.find(meta.substr(0, meta.find('\n'))), std::string::npos) << "readable by who knows no PDF";
+    EXPECT_NE(pdf.find(meta.substr(0, meta.find('\n'))), std::string::npos)
+        << "readable without a PDF reader";
 }
 
 TEST_F(ReportTest, BookmarksAreNestedAsTheTests) {
     Write("tree.xml", Sequence(Group(7, Element(1, 100, Exposures(1)) + Element(2, 200, Exposures(1)))));
     ASSERT_EQ(Run({"report", Path("tree.xml"), "-o", Path("r.pdf")}), kExitPassed) << err;
-    // Below the title three parts of the cover and the group, below that its two tests; each behind its own.
+    // Below the title are three parts of the cover and the group, and below the group its two tests; children
+    // come first.
     const std::string outlines = Printed("qpdf --json=1 --json-key=outlines", "r.pdf");
     std::istringstream lines(outlines);
     std::string shape;
@@ -209,7 +211,7 @@ TEST_F(ReportTest, ATestSaysWhenItWasMeasuredWithWhatAndByWhichLimitsItWasJudged
     EXPECT_NE(text.find("Limits         kVp Avg: at most 81 KV (Site 1)\n"), std::string::npos);
     EXPECT_NE(text.find("1: 0 passed, 1 failed, 0 not applicable, 0 not performed"), std::string::npos);
     ASSERT_EQ(Report("r.txt", {"--limits"}), kExitPassed) << err;
-    EXPECT_EQ(Read("r.txt").find("Limits  "), std::string::npos) << "they stand beside the values";
+    EXPECT_EQ(Read("r.txt").find("Limits  "), std::string::npos) << "they are next to the values";
     // The file's limit is another one now.
     std::string file = Read("out.xml");
     const std::string sides = "<High Value=\"81\"";
@@ -222,7 +224,7 @@ TEST_F(ReportTest, ATestSaysWhenItWasMeasuredWithWhatAndByWhichLimitsItWasJudged
     EXPECT_NE(Read("r.txt").find("Limits         kVp Avg: at most 81 KV (Site 1)\n"), std::string::npos);
 }
 
-TEST_F(ReportTest, ARunThatWasStoppedIsToldBesideItsVerdict) {
+TEST_F(ReportTest, AStoppedRunIsNotedNextToItsVerdict) {
     Write("in.xml", Sequence(Element(1, 100, Exposures(3)) + Element(2, 100, Exposures(1))));
     Write("in.jsonl", kHead + Shot("80") + Shot("81"));
     ASSERT_EQ(RunFile("in.xml", "in.jsonl", "start,stop@2,next;skip"), kExitPassed) << err;
@@ -309,7 +311,7 @@ TEST_F(ReportTest, TextsOfUsersBreakNoFormWhereverTheyAreTyped) {
     check(words.substr(0, 60));
 }
 
-TEST_F(ReportTest, EmptyFilesAndFullDisksAreTold) {
+TEST_F(ReportTest, EmptyFilesAndFullDisksAreReported) {
     Write("none.xml", Sequence(""));
     EXPECT_EQ(Run({"report", Path("none.xml"), "-o", Path("r2.txt")}), kExitUsage);
     EXPECT_NE(err.find("holds no test"), std::string::npos) << err;
@@ -340,7 +342,7 @@ TEST_F(ReportTest, AReportThatCannotBeWrittenLeavesWhatWasThere) {
     EXPECT_EQ(Read("old.html"), "old");
 }
 
-TEST_F(ReportTest, ALanguageThatThereIsNotIsToldBeforeAnythingRuns) {
+TEST_F(ReportTest, AnUnknownLanguageIsReportedBeforeAnythingRuns) {
     EXPECT_EQ(Report("r.txt", {"--report-language", "xx"}), kExitUsage);
     EXPECT_NE(err.find("there is no language \"xx\"; expected one of en"), std::string::npos) << err;
     EXPECT_FALSE(Exists("r.txt"));

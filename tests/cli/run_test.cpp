@@ -173,7 +173,7 @@ TEST_F(RunCommandTest, AStoppedRunKeepsWhatWasTakenWithoutItsInstruments) {
     EXPECT_STREQ(ResultOf(1).attribute("MTI").value(), "1");
 }
 
-TEST_F(RunCommandTest, SkipNotApplicableAndAbortLeaveTheResultsTheyTell) {
+TEST_F(RunCommandTest, SkipNotApplicableAndAbortLeaveTheirResults) {
     const std::string earlier =
         R"(<ResultItem><Status>1</Status><Measurement Key="Import Waveform"><Value Type="5">0</Value>)"
         R"(<Status>1</Status></Measurement></ResultItem>)";
@@ -298,7 +298,7 @@ TEST_F(RunCommandTest, ADecimalCommaSystemGivesTheSameNumbers) {
     EXPECT_EQ(Read("back.xml"), point);
 }
 
-TEST_F(RunCommandTest, UnknownContentStaysWhereItStood) {
+TEST_F(RunCommandTest, UnknownContentStaysWhereItWas) {
     Write("s.xml", R"(<VorexSequence Version="1" Owner="me"><Site>North</Site>)" +
                        Element(1, 100, Exposures(1) + "<House>yes</House>", "<Note by=\"x\">keep</Note>") +
                        "<!-- the end --></VorexSequence>");

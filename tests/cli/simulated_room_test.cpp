@@ -166,7 +166,7 @@ TEST_F(SimulatedRoomTest, EveryNewTestRunsInTheRoomWithEveryKindOfInstruments) {
         }
 }
 
-TEST_F(SimulatedRoomTest, ADetectorThatFallsAsleepIsWokenAndTheRunGoesOn) {
+TEST_F(SimulatedRoomTest, ADetectorThatFallsAsleepIsWokenAndTheRunContinues) {
     // Ten minutes, the usual time-out, are 1200 polls.
     EXPECT_EQ(RunUnit(Example(kUnits[0]), Room(R"("instruments":{"pollsBeforeExposure":1500})")), kExitPassed)
         << err;

@@ -13,7 +13,7 @@ class StandardsCommandTest : public ProgramTest {
         ProgramTest::SetUp();
         setenv("VOREX_STANDARDS", (std::string(kSourceDir) + "/standards").c_str(), 1);
     }
-    /// Has a folder of the user's own in place of the shipped one.
+    /// Replaces the shipped folder by the user's own.
     void UseOwn(const std::string& name, const std::string& text) {
         std::filesystem::create_directories(folder / "own");
         setenv("VOREX_STANDARDS", Path("own").c_str(), 1);
@@ -59,8 +59,9 @@ std::string PeakLimit(const std::string& high) {
                                 R"("key":"ER kV PPV","unit":"KV","high":{"value":)" + high + "}"));
 }
 
-// Expected numbers stand in the clauses; those between two voltages, and per second or hour, by hand.
-TEST_F(StandardsCommandTest, ShippedLimitsStandInTheElementsOfTheirTests) {
+// Expected numbers are from the clauses; those between two voltages, and per second or hour, were computed by
+// hand.
+TEST_F(StandardsCommandTest, ShippedLimitsAreAddedToTheElementsOfTheirTests) {
     const std::string fluoro = Exposures(2) + "<MeasurementMode>2</MeasurementMode>";
     const std::string gray = "<MeasurementExposure>2</MeasurementExposure>";
     const auto base = [](const std::string& code) {
@@ -116,7 +117,7 @@ TEST_F(StandardsCommandTest, ShippedLimitsStandInTheElementsOfTheirTests) {
     }
 }
 
-TEST_F(StandardsCommandTest, ALimitWithoutAPlaceIsLeftOutWithAWord) {
+TEST_F(StandardsCommandTest, ALimitThatFitsNoColumnIsLeftOutWithAMessage) {
     const std::string gray = Exposures(2) + "<MeasurementExposure>2</MeasurementExposure>";
     struct Case {
         int test;
@@ -183,7 +184,7 @@ std::string Measured(const std::string& kv, const std::string& exposure, const s
            rate + "\",\"" + time + R"(","0","0","0",")" + hvl + "\"]}}\n";
 }
 
-// What lies at a limit passes, what lies just beyond it fails.
+// A value at a limit passes, one just beyond it fails.
 TEST_F(StandardsCommandTest, ShippedLimitsJudgeWhereTheirClausesSay) {
     const auto twice = [](const std::string& line) { return line + line; };
     const std::string fluoro =
@@ -348,7 +349,7 @@ TEST_F(StandardsCommandTest, TheListNamesLimitsAndClausesInAHundredColumns) {
         EXPECT_NE(out.find(part), std::string::npos) << part;
 }
 
-TEST_F(StandardsCommandTest, AnOwnFileWithAFaultIsNamedAndTheOthersAreThere) {
+TEST_F(StandardsCommandTest, AnOwnFileWithAFaultIsNamedAndTheOthersAreListed) {
     struct Case {
         std::string limit, word;
     };

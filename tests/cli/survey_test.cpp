@@ -50,7 +50,7 @@ TEST_F(SurveyProgramTest, WhatFailsIsNamedEvenWhenAllAnswersAreNotApplicable) {
     EXPECT_EQ(out.find("have no answer"), std::string::npos) << out;
 }
 
-TEST_F(SurveyProgramTest, AGapIsSaidAndTheSurveyIsSavedAllTheSame) {
+TEST_F(SurveyProgramTest, AGapIsReportedAndTheSurveyIsSaved) {
     NewSurvey();
     EXPECT_EQ(Set({"--set", "DensityControlFunction(9,2)=80", "--set", "DensityControlFunction(7,2)=60"}), 4);
     EXPECT_NE(err.find("element 1: AEC page, density control step -2"), std::string::npos) << err;
@@ -89,7 +89,7 @@ TEST_F(SurveyProgramTest, WrongEntriesAreNamedAndWriteNothing) {
     EXPECT_NE(err.find("\"DeviXrayLightField\" has 11 cells, expected 12"), std::string::npos) << err;
 }
 
-TEST_F(SurveyProgramTest, InASequenceTheGuideIsLeftAsTheScriptTells) {
+TEST_F(SurveyProgramTest, InASequenceTheGuideIsLeftAsTheScriptSays) {
     const std::string survey =
         Element(2, 1300, "<TestGuideSettings><Buttons>3</Buttons></TestGuideSettings>");
     const std::string first = Element(3, 1300, "<TestGuideSettings><Buttons>3</Buttons></TestGuideSettings>");
@@ -244,7 +244,7 @@ TEST_F(SurveyProgramTest, AnEntryLeavesEachSurveyItsOwnOutcomes) {
         result.load_file(Path("out.xml").c_str());
         EXPECT_EQ(std::string(ResultOf(10).child_value("Dose80")), "2") << id << err;
         EXPECT_EQ(std::string(ResultOf(20).child_value("Dose80")), "1") << id << err;
-        // Rows 27 and 28 of the summary tell the dose, in two columns each.
+        // Rows 27 and 28 of the summary have the dose, in two columns each.
         std::string verdicts = "22237::Pass[¤]22237::Pass[¤]22237::Pass[¤]22237::Pass";
         if (dose == std::string("2")) verdicts = "22238::Fail[¤]22238::Fail[¤]22238::Fail[¤]22238::Fail";
         const std::string summary = ResultOf(std::stoi(id)).child_value("SummaryPage");
@@ -252,7 +252,7 @@ TEST_F(SurveyProgramTest, AnEntryLeavesEachSurveyItsOwnOutcomes) {
     }
 }
 
-TEST_F(SurveyProgramTest, ASurveyShowsWhatIsMeasuredBehindIt) {
+TEST_F(SurveyProgramTest, ASurveyShowsTheOutcomesOfLaterTests) {
     // A tube without output: 1200 asks for 800 and 513 mR/s. No command but the run measures that.
     const std::string output = Element(2, 1200, Exposures(1) + "<MeasurementMode>3</MeasurementMode>");
     Write("in.xml", Sequence(Element(10, 1300, {}) + output + VoltageTest(3)));

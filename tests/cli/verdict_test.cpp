@@ -16,9 +16,9 @@ class VerdictTest : public ProgramTest {
         ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
     }
     /// out.xml with the first match of a text after a place replaced, as edited.xml.
-    void Edit(const std::string& behind, const std::string& from, const std::string& to) {
+    void Edit(const std::string& after, const std::string& from, const std::string& to) {
         std::string text = Read("out.xml");
-        const std::size_t at = text.find(from, text.find(behind));
+        const std::size_t at = text.find(from, text.find(after));
         ASSERT_NE(at, std::string::npos) << from;
         Write("edited.xml", text.replace(at, from.size(), to));
     }
@@ -64,7 +64,7 @@ TEST_F(VerdictTest, AResultKeepsWhatItsVerdictWasMadeWith) {
     EXPECT_EQ(Read("out.xml"), Read("left.xml")) << "an element that is left as it is";
 }
 
-TEST_F(VerdictTest, AResultThatDoesNotTellItsOriginStaysAsItIs) {
+TEST_F(VerdictTest, AResultWithoutAnOriginStaysAsItIs) {
     Measure();
     ASSERT_TRUE(ResultOf(3).remove_child("Run") && ResultOf(3).remove_child("JudgedBy") &&
                 ResultOf(3).remove_child("Technique") && ResultOf(3).remove_child("MeasuredBy"));
@@ -84,7 +84,7 @@ TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
         std::string recording, script;
         int code;
         std::string ending;
-        std::string line;  ///< behind the name of the test, blanks as one
+        std::string line;  ///< after the name of the test, with single blanks
     } cases[] = {
         {"complete", three, "start,next", kExitPassed, "Complete", "Pass"},
         {"stopped", three, "start,stop@2,next", kExitPassed, "Stopped", "Pass (stopped after 2 of 3)"},
@@ -136,7 +136,7 @@ TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
     }
 }
 
-TEST_F(VerdictTest, AWaveformThatFailedIsTold) {
+TEST_F(VerdictTest, AFailedWaveformIsReported) {
     Write("s.xml", Sequence(Element(1, 100, Exposures(1) + "<NumberOfExposures0>1</NumberOfExposures0>")));
     Write("r.jsonl", kHead + "{\"throws\":\"GetWaveform\"}\n" +
                          R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
@@ -156,7 +156,7 @@ TEST_F(VerdictTest, JudgeSaysWhichVerdictsChangedAndWhy) {
         "vorex: element 3: Pass -> Fail: kVp Avg exposure 2, 84.3 KV, at least 70, at most 84 (Site 1), "
         "before at least 70, at most 88\n");
     ASSERT_EQ(Run({"judge", Path("again.xml"), "-o", Path("third.xml")}), kExitFailed);
-    EXPECT_EQ(err, "") << "its verdict stands now";
+    EXPECT_EQ(err, "") << "its verdict is up to date";
     EXPECT_EQ(Read("third.xml"), Read("again.xml"));
     // And back.
     Write("out.xml", Read("again.xml"));
@@ -168,7 +168,7 @@ TEST_F(VerdictTest, JudgeSaysWhichVerdictsChangedAndWhy) {
         "before at least 70, at most 84\n");
 }
 
-TEST_F(VerdictTest, ShowTellsWhatIsNotAsItWas) {
+TEST_F(VerdictTest, ShowNamesWhatHasChanged) {
     Measure();
     ASSERT_EQ(Run({"show", Path("out.xml")}), kExitPassed);
     EXPECT_TRUE(Prints("Taken 2026-01-15T09:00:00Z to 2026-01-15T09:00:0")) << out;

@@ -124,7 +124,7 @@ TEST_F(ConfigPersistence, EverySettingComesBackFromTheFile) {
     }
 }
 
-TEST_F(ConfigPersistence, FourKeysOfTheDosimeterAreCrossed) {
+TEST_F(ConfigPersistence, FourKeysOfTheDosimeterAreSwapped) {
     const auto config = Loaded(100,
                                "<PKOffsetTemp>5</PKOffsetTemp><PKOffsetPres>6</PKOffsetPres>"
                                "<PKIonCalFactor>c</PKIonCalFactor><PKIonCalConst>f</PKIonCalConst>");

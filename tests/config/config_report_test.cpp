@@ -34,10 +34,10 @@ class ConfigReport : public ConfigTest {
         return report.Calls();
     }
     /// The settings of a detector measuring radiography, then the rows of the machine.
-    static std::string Settings(const std::string& machine, const std::string& behind = "") {
+    static std::string Settings(const std::string& machine, const std::string& after = "") {
         return "style 7\n" + kFormat + kHead + H("Measurement Settings") + V("Detector Mode", "RADIO") +
                V("Detector Settings", "AUTO") + V("Exposure Unit", "R") + H("Machine Settings") + machine +
-               behind;
+               after;
     }
 };
 
@@ -115,7 +115,7 @@ TEST_F(ConfigReport, TheAecTestPrintsWhatWasTypedAndNoUnitWithoutANumber) {
                  V("Target Material", "Mo") + V("Measured HVL", "") + V("Phantom", "ACR")));
 }
 
-TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsStand) {
+TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsArePrinted) {
     struct Case {
         int32_t mode, settings;
         std::string rows;
@@ -157,7 +157,7 @@ TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsStand) {
     }
 }
 
-TEST_F(ConfigReport, ThePelomarkPrintsItsSettingsWithTheOffsetsCrossed) {
+TEST_F(ConfigReport, ThePelomarkPrintsItsSettingsWithTheOffsetsSwapped) {
     const auto config = Config(kRadioRepro, kPelomark);
     config->pNoOfExposures = 3;
     config->TemperatureValue = 22.5F;
@@ -198,7 +198,7 @@ TEST_F(ConfigReport, ThePelomarkPrintsItsSettingsWithTheOffsetsCrossed) {
     EXPECT_EQ(Printed(*config), begin + V("Air Density Correction", "OFF") + mode + charge + units +
                                     V("Ion Chamber Name", "10X6-6") + V("Cal Factor", "1.02") +
                                     V("Cal Constant", "0.5") + V("mAs Input Type", "Manual"))
-        << "the input type behind the chamber, and no exposure table";
+        << "the input type after the chamber, and no exposure table";
 }
 
 TEST_F(ConfigReport, TheMasMeterAloneAndAConfigurationKeptOutPrintNothing) {
@@ -269,7 +269,7 @@ TEST_F(ConfigReport, EachTestPrintsItsPlannedExposures) {
     }
 }
 
-TEST_F(ConfigReport, AnExposureTableGoesOnUnderItsHeadOnTheNextPage) {
+TEST_F(ConfigReport, AnExposureTableContinuesUnderItsHeadOnTheNextPage) {
     const auto config = Config(kMammoAec, kZrd);
     config->pNoOfExposures = 5;
     config->machineMas = {"1", "2", "3", "4", "5"};

@@ -3,8 +3,8 @@
 
     run_doc_examples.py --program build/release/bin/vorex [DOCUMENT.md ...]
 
-In a fenced block marked "console" a line that begins with "$ " is a command; it goes on in the next line where it
-ends with a backslash. The lines behind it are what it prints, standard error included; a line "..." stands for any
+In a fenced block marked "console" a line that begins with "$ " is a command; it continues on the next line if it
+ends with a backslash. The lines after it are its output, standard error included; a line "..." matches any
 lines. A command that ends with another code than 0 is followed by "$ echo $?". A fenced block marked
 "xml file=NAME" (or json, text) is written to that file first. Each document has a folder of its own with a copy of
 the examples in it, and its blocks are run from top to bottom.
@@ -69,7 +69,7 @@ def read_commands(block):
 
 
 def matches(expected, printed):
-    """True when the lines agree; "..." stands for any number of lines."""
+    """True when the lines agree; "..." matches any number of lines."""
     if not expected:
         return not printed
     if expected[0] == "...":

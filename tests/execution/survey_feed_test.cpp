@@ -17,7 +17,7 @@ std::string Voltage(int id) {
            "PlugIn=\"ZRD47500\"><NumberOfExposures>1</NumberOfExposures></PlugInData></TestElement>";
 }
 
-TEST_F(HostTest, AllSurveysOfAGroupAreFedAlikeAlsoInFrontOfTheTest) {
+TEST_F(HostTest, AllSurveysOfAGroupGetTheSameOutcomesEvenBeforeTheTest) {
     const auto file = ElementFile::FromText(
         Sequence(Group(1, Survey(2) + Voltage(3) + Survey(4)) + Group(5, Survey(6))), "file");
     const auto cells = [&](int32_t id) {

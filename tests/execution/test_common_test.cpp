@@ -40,7 +40,7 @@ TEST_F(TestCommon, LimitsFollowTheExposuresThatTheSetupAddsAndRemoves) {
     EXPECT_EQ(Exposures(*element), "1 2 3 ") << "a clone follows its own";
 }
 
-TEST_F(TestCommon, AConfigurationThatOutlivesItsElementIsHeardByNobody) {
+TEST_F(TestCommon, AConfigurationThatOutlivesItsElementHasNoListeners) {
     auto element = FluoroExposures();
     const auto config = std::dynamic_pointer_cast<CConfigCommon>(element->Configuration());
     const auto standard = element->Limits()->Standards()->Item(0);

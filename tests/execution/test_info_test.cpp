@@ -111,7 +111,7 @@ TEST_F(TestInfoTest, ALineWithoutAValueKeepsItsNumberAndIsNotShown) {
     EXPECT_EQ(seen.back(), "3. Take exposure.");
 }
 
-TEST_F(TestInfoTest, TheLinesAreThoseOfTheExposureThatComesAndNeverBehindTheTable) {
+TEST_F(TestInfoTest, TheLinesAreThoseOfTheNextExposureAndNeverBeyondTheTable) {
     const auto element = Make(kFluoroAccuracy, 2);
     ConfigOf(*element).SetValue(0, 2, "70");
     ConfigOf(*element).SetValue(1, 2, "90");

@@ -21,7 +21,7 @@ class AtomicFileTest : public HostTest {
     }
 };
 
-TEST_F(AtomicFileTest, TheOldFileStandsUntilTheNewOneIsComplete) {
+TEST_F(AtomicFileTest, TheOldFileStaysUntilTheNewOneIsComplete) {
     Write("a.xml", "old");
     {
         AtomicFile file(folder / "a.xml");

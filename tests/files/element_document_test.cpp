@@ -8,7 +8,7 @@ namespace {
 
 class ElementDocumentTest : public HostTest {};
 
-TEST_F(ElementDocumentTest, EntitiesAreNotExpandedButForThoseOfXml) {
+TEST_F(ElementDocumentTest, OnlyTheEntitiesOfXmlAreExpanded) {
     const auto source = XmlSource::FromText("<a>&lt;&amp;&#65;&#x42;&foo;</a>", "a.xml");
     EXPECT_EQ(source->Element(source->Document().first_child())->Text(), "<&AB&foo;");
 }

@@ -26,7 +26,7 @@ class ElementFileTest : public HostTest {
     static std::unique_ptr<ElementFile> Loaded(const std::string& text) {
         return ElementFile::FromText(text, "site.xml");
     }
-    /// The text of a file after it was loaded and saved; saving again has to change nothing.
+    /// The text of a file after loading and saving it; saving again must change nothing.
     static std::string Saved(const std::string& text) {
         std::string saved = Loaded(text)->Text();
         EXPECT_EQ(Loaded(saved)->Text(), saved);
@@ -81,8 +81,8 @@ TEST_F(ElementFileTest, WithoutAChoiceEveryStandardOfTheFileIsSelectedOnce) {
         Loaded(Sequence("<SelectedStandards/>" + Test100(3, standards(a))))->Selected()->Standards().empty());
 }
 
-TEST_F(ElementFileTest, ForeignContentIsWrittenBackWhereItStood) {
-    // Each foreign line stands behind the line that it is expected behind afterwards.
+TEST_F(ElementFileTest, ForeignContentIsWrittenBackWhereItWas) {
+    // Each row has a line of the saved file and the foreign line that is expected after it.
     struct Case {
         std::string content, before, foreign;
     };
@@ -190,7 +190,7 @@ class ResultElement : public test::FakeElement, public LibraryObject {
     TestElementBase base;
 };
 
-TEST_F(ElementFileTest, NothingOfAResultThatWasReplacedComesOver) {
+TEST_F(ElementFileTest, NothingOfAReplacedResultIsTakenOver) {
     static constexpr ClassEntry kClasses[] = {
         {"CTestGroup", []() -> std::shared_ptr<LibraryObject> { return std::make_shared<ResultElement>(); }}};
     InstallClasses(kClasses);

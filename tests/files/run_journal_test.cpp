@@ -47,7 +47,7 @@ JournalRecord Record(int32_t exposure) {
             {{"ExposureDone", 4, {"1"}}, {"VTI_DataReady", 4, {"80.1", "", "OL"}}}};
 }
 
-TEST_F(RunJournalTest, ALineBeginsWithTheChecksumThatGoesOnFromTheLineBefore) {
+TEST_F(RunJournalTest, ALineBeginsWithAChecksumThatContinuesThatOfTheLineBefore) {
     uint32_t checksum = 0;
     // The published check value of this CRC.
     EXPECT_EQ(JournalLine("123456789", checksum), "cbf43926 123456789\n");
@@ -58,7 +58,7 @@ TEST_F(RunJournalTest, ALineBeginsWithTheChecksumThatGoesOnFromTheLineBefore) {
     EXPECT_EQ(checksum, whole);
 }
 
-TEST_F(RunJournalTest, WhatWasWrittenIsReadAgainAndGoesOn) {
+TEST_F(RunJournalTest, WhatWasWrittenIsReadAndContinued) {
     auto journal = RunJournal::Create(Output(), Head());
     journal->Append(Record(1));
     journal->Append(Record(2));

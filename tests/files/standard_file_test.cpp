@@ -72,7 +72,7 @@ TEST(StandardFileTest, AFaultIsNamedWithItsPlaceAndWhatWasExpected) {
         {"value and table", OneLimit(R"(,"low":{"value":1,"byVoltage":[[1,1]]})"), {"either"}},
         {"falling voltages", OneLimit(R"(,"low":{"byVoltage":[[70,1],[60,1]]})"), {"rise"}},
         {"one number in a point", OneLimit(R"(,"low":{"byVoltage":[[70]]})"), {"[kV, number]"}},
-        {"low above high", OneLimit(R"(,"low":{"value":2},"high":{"value":1})"), {"\"low\" lies above"}},
+        {"low above high", OneLimit(R"(,"low":{"value":2},"high":{"value":1})"), {"\"low\" is above"}},
         {"unknown test", OneLimit(high, "[400]"), {"400", "1200"}},
         {"a word as test", OneLimit(high, "[\"100\"]"), {"100", "1200"}},
         {"no test", OneLimit(high, "[]"), {"tests", "not empty"}},
@@ -127,7 +127,7 @@ class StandardsLibraryTest : public host_test::HostTest {
     std::vector<std::string> faults;
 };
 
-TEST_F(StandardsLibraryTest, ABadFileAndASecondOfANameArePassedOverByName) {
+TEST_F(StandardsLibraryTest, ABadFileAndASecondOneOfANameAreSkippedAndNamed) {
     Write("a.json", OneLimit(R"(,"high":{"value":1})"));
     Write("b.json", "{");
     Write("c.json", OneLimit(R"(,"high":{"value":2})"));
@@ -177,7 +177,7 @@ TEST_F(StandardsLibraryTest, WithoutAnElementALimitByVoltageStaysOut) {
     EXPECT_TRUE(library.LoadStandard(100, name, version)->Results().empty()) << "the fit is not kept";
 }
 
-TEST_F(StandardsLibraryTest, TheUsersFolderIsNamedOrStandsBesideTheSettings) {
+TEST_F(StandardsLibraryTest, TheUsersFolderIsNamedOrNextToTheSettings) {
     const host_test::ScopedEnvironment settings("VOREX_SETTINGS", (folder / "settings.ini").string());
     const host_test::ScopedEnvironment none("VOREX_STANDARDS", "");
     EXPECT_EQ(UserStandardsFolder(), std::filesystem::path());

@@ -54,7 +54,7 @@ TEST_F(Registry, AnUnknownNameGivesNothing) {
     EXPECT_FALSE(CreateObjectAs<Spoken>(ClassName("Silent"))) << "made, but not of the interface";
 }
 
-TEST_F(Registry, ANameThatStandsTwiceIsRefusedAndChangesNothing) {
+TEST_F(Registry, ANameThatOccursTwiceIsRefusedAndChangesNothing) {
     EXPECT_THROW(InstallClasses(kTwice), std::invalid_argument);
     EXPECT_FALSE(CreateObject(ClassName("Other")));
     EXPECT_TRUE(CreateObject(ClassName("First")));

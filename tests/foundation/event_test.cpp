@@ -32,7 +32,7 @@ TEST_F(Events, HandlersRunInTheOrderOfConnection) {
     EXPECT_EQ(seen, "a7/8");
 }
 
-TEST_F(Events, AFailingHandlerIsLoggedAndKeepsNobodyFromRunning) {
+TEST_F(Events, AFailingHandlerIsLoggedAndDoesNotStopTheOthers) {
     Event<> event("Ready");
     int calls = 0;
     event.Connect([] { throw std::runtime_error("no link"); });
@@ -92,7 +92,7 @@ TEST_F(Events, AHandlerThatADifferentOneDisconnectsIsNotCalledInTheSameRaise) {
     Connection second;
     first = event.Listen([&] {
         second.Disconnect();
-        first.Disconnect();  // its own call goes on
+        first.Disconnect();  // its own call continues
         ++*captured;
     });
     second = event.Listen([captured] { *captured += 100; });
@@ -114,7 +114,7 @@ TEST_F(Events, ACopyHasNoneOfTheListeners) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(Events, AGuardTellsWhetherItsHandlerEnded) {
+TEST_F(Events, AGuardReportsWhetherItsHandlerEnded) {
     EXPECT_TRUE(Guarded("tick", [] {}));
     EXPECT_FALSE(Guarded("tick", [] { throw std::logic_error("late"); }));
     EXPECT_EQ(log, std::vector<std::string>{"tick: late"});

@@ -15,7 +15,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-/// An operator who takes the exposures of a test, where it has any, and goes on.
+/// An operator who takes the exposures of a test, if it has any, and continues.
 class StartAndNext : public FakePlatform {
   public:
     ModalEnd ShowModal(IModalWindow& guide) override {
@@ -53,8 +53,8 @@ INSTANTIATE_TEST_SUITE_P(AllTests, ElementLife, ::testing::ValuesIn([] {
                          }()),
                          ::testing::PrintToStringParamName());
 
-/// All that an element goes through, from its creation to `Terminate`. The helper, the fixture and the
-/// instruments look whether each call comes at its time and whether anything is left.
+/// The whole life of an element, from its creation to `Terminate`. The helper, the fixture and the
+/// instruments check that each call is in order and that nothing is left.
 TEST_P(ElementLife, EachCallComesInOrderAndNothingIsLeft) {
     const bool measures = GetParam() != kMqsaSurvey;
     Calls begun, ended;

@@ -5,7 +5,7 @@
 namespace vorex {
 namespace {
 
-TEST(VerdictFigures, AFigureExcludesWhatLiesBeyondItAndSaysSo) {
+TEST(VerdictFigures, AFigureExcludesValuesBeyondItAndSaysSo) {
     struct Case {
         const VerdictFigure& figure;
         bool below, at, above;  ///< excluded

@@ -103,7 +103,7 @@ TEST(Vocabulary, LimitsAreFoundUnderErAndTheKey) {
     EXPECT_EQ(LimitKeyOf(""), "ER ");
 }
 
-TEST(Vocabulary, EveryTestStandsOnceInTheCatalogue) {
+TEST(Vocabulary, EveryTestIsOnceInTheCatalogue) {
     std::set<int32_t> ids;
     for (const TestRow& row : kTestCatalogue) ids.insert(row.id);
     EXPECT_EQ(ids, (std::set<int32_t>{100, 200, 300, 500, 700, 900, 1100, 1200, 1300}));

@@ -11,8 +11,8 @@
 
 using namespace vorex;
 
-/// Any bytes are an element file or a clear error. A file that was read is written so that it reads as the
-/// same file again, and its results can be judged.
+/// Any bytes are an element file or a clear error. A file that was read is written so that it reads the same
+/// again, and its results can be judged.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     static const Session session;
     IAppListener listener;
@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const auto again = OpenFile::FromText(first, "written");
     const std::string second = again->Text();
     if (OpenFile::FromText(second, "written again")->Text() != second) std::abort();
-    // What is judged is not lost by being saved: judged once more it comes to the same.
+    // Saving does not change the verdicts: judged once more they are the same.
     again->Judge(listener);
     const std::string judged = again->Text();
     const auto reloaded = OpenFile::FromText(judged, "judged");

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// True when the text is a journal; a text that is none is refused with the one error, which names its place.
+/// True when the text is a journal; any other text is refused with one error that names its place.
 bool IsRead(std::string_view text) {
     try {
         const vorex::JournalContent content = vorex::ParseJournal(text, "run.journal");
@@ -23,7 +23,7 @@ bool IsRead(std::string_view text) {
     }
 }
 
-/// The lines as objects of a journal whose checksums are right, so that what lies behind them is reached.
+/// The lines as a journal with correct checksums, so that the code after the check is reached.
 std::string Sealed(std::string_view objects) {
     std::string text;
     uint32_t checksum = 0;
@@ -37,8 +37,8 @@ std::string Sealed(std::string_view objects) {
 
 }  // namespace
 
-/// A journal is read or refused; a beginning of one that can be read can be read as well, once its first line
-/// is whole.
+/// A journal is read or refused. If it can be read, each beginning of it with a complete first line can be
+/// read too.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view input(reinterpret_cast<const char*>(data), size);
     IsRead(input);

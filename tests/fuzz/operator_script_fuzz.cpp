@@ -7,7 +7,7 @@
 
 #include "cli/operator_script.h"
 
-/// A script is refused with its one error, or read; what was read, written again, reads the same.
+/// A script is refused with one error, or read; written again, it reads the same.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view script(reinterpret_cast<const char*>(data), size);
     std::vector<vorex::ElementSteps> elements;

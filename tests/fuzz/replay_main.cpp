@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
-/// The files named, and every file below the folders named, in an order that is the same everywhere.
+/// The named files, and every file below the named folders, in the same order on every machine.
 std::vector<std::filesystem::path> InputsOf(int count, char** names) {
     namespace fs = std::filesystem;
     std::vector<fs::path> inputs;
@@ -32,8 +32,8 @@ std::vector<std::filesystem::path> InputsOf(int count, char** names) {
 
 }  // namespace
 
-/// Gives each stored input to the fuzz target once, as an ordinary program: a fault found earlier stays
-/// found. Ends with 1 when there is nothing to replay or an input cannot be read.
+/// Gives each stored input to the fuzz target once, as an ordinary program, so that faults found earlier do
+/// not return. Ends with 1 when there is nothing to replay or an input cannot be read.
 int main(int argc, char** argv) {
     const std::vector<std::filesystem::path> inputs = InputsOf(argc, argv);
     for (const std::filesystem::path& path : inputs) {

@@ -8,8 +8,8 @@
 #include "files/standard_file.h"
 #include "foundation/file_error.h"
 
-/// A standard is refused with its one error, without control characters and with the file's name, or each of
-/// its limits fits an element or is left out with a word.
+/// A standard is refused with one error, without control characters and with the file's name; or each of its
+/// limits fits an element or is left out with a message.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     try {
         const vorex::StandardFile file =

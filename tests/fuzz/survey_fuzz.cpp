@@ -25,7 +25,7 @@ std::optional<SurveyExchange> Parsed(std::string_view text) {
     }
 }
 
-/// Takes what the survey takes; the rest is refused with its one error.
+/// Enters what the survey accepts; it refuses the rest with one error.
 void Enter(const SurveyExchange& entered, CResultMQSA& survey) {
     for (const auto& [address, text] : entered.texts) try {
             SetSurveyText(survey, address, text);
@@ -43,8 +43,7 @@ void Enter(const SurveyExchange& entered, CResultMQSA& survey) {
 
 }  // namespace
 
-/// Any answers are entered or refused. What is entered is judged, and lost neither by a file nor by entering
-/// it once more.
+/// Any answers are entered or refused. Entries are judged, and survive a file and a second entry.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     static const Session session;
     IAppListener listener;
@@ -53,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const auto file = OpenFile::New(kMqsaSurvey);
     CResultMQSA& survey = *dynamic_cast<CTestMQSA&>(*file->Elements().front()).Survey();
     Enter(*entered, survey);
-    // A list that names a typed place names one that takes its own value back.
+    // Every typed place of the list accepts its own value.
     for (const SurveyPlace& place : ListSurvey(survey))
         if (place.kind == PlaceKind::kTyped) SetSurveyText(survey, place.address, place.value);
     file->Judge(listener);

@@ -134,7 +134,7 @@ class GuideChangeTest : public ExecutionTest {
         Drawing full(Guide());
         full.RedrawAll();
         EXPECT_EQ(drawn->parts, full.parts) << where << ", after " << after;
-        drawn->parts = full.parts;  // a fault is told once
+        drawn->parts = full.parts;  // a fault is reported once
     }
     void ExposeAll(int32_t kind, const std::string& kvp) {
         ZrdReading zrd;

@@ -86,7 +86,7 @@ TEST_F(GuideTable, AClickAsksForTheWaveformsOfAStoredExposure) {
     }
 }
 
-TEST_F(GuideTable, AClickOnAMasColumnOnlyTellsItsValues) {
+TEST_F(GuideTable, AClickOnAMasColumnOnlyShowsItsValues) {
     Open(kRadioAccuracy, kZrdAndMas, kZrdAndMas);
     Expose(1, "0,80.1,81,80.5,12.3,123,100,3.1,0.1,0.1");
     Expose(1, "0,200,20.1,,0.61", kSourceMas);
@@ -96,7 +96,7 @@ TEST_F(GuideTable, AClickOnAMasColumnOnlyTellsItsValues) {
                                        "mAs: 20.1 mAs - Pass", "mAs/Pulse: ", "Dose/mAs: 0.6119 - Pass"}));
 }
 
-TEST_F(GuideTable, ANarrowTableIsToldAsAWhole) {
+TEST_F(GuideTable, ANarrowTableIsShownAsAWhole) {
     Open(kRadioAccuracy, kMasMeter, kMasMeter);
     Expose(1, "0,200,20.1,,0.61", kSourceMas);
     EXPECT_TRUE(Table().Press({1, 1}));
@@ -104,7 +104,7 @@ TEST_F(GuideTable, ANarrowTableIsToldAsAWhole) {
     EXPECT_EQ(guide->Details()[0], "Exposure #1: 200.0, 20.1, , 0.61");
 }
 
-TEST_F(GuideTable, AClickedCellTellsItsLimits) {
+TEST_F(GuideTable, AClickedCellShowsItsLimits) {
     Configure(kRadioAccuracy, kZrd, kNoDetector);
     auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
     standard->AddExpectedResult(std::make_shared<FakeLimit>("ER kVp Avg", 76.0F, 84.0F));
@@ -121,7 +121,7 @@ TEST_F(GuideTable, AClickedCellTellsItsLimits) {
     EXPECT_EQ(guide->CurrentExposure(), 1);
 }
 
-TEST_F(GuideTable, NoLimitIsToldOfAnErrorThatTheCriterionLeavesAlone) {
+TEST_F(GuideTable, NoLimitIsShownForAnErrorThatTheCriterionExcludes) {
     Configure(kRadioAccuracy, kZrd, kNoDetector);
     config->pNoOfExposures = 1;
     config->passFailCriterion = {"1"};
@@ -139,7 +139,7 @@ TEST_F(GuideTable, NoLimitIsToldOfAnErrorThatTheCriterionLeavesAlone) {
     EXPECT_EQ(guide->Details(), (Texts{"Exposure #1", "Absolute kVp Avg. Error: 7.9 KV - Pass"}));
 }
 
-TEST_F(GuideTable, Test100TellsTheMeanAndTheVariationAsWell) {
+TEST_F(GuideTable, Test100AlsoShowsTheMeanAndTheVariation) {
     Open(kRadioRepro);
     Expose(1, ReproRow("80.1"));
     Table().Press({1, 2});
@@ -331,7 +331,7 @@ TEST_F(GuideTable, ARedoThatBreaksOffUnlocksTheBar) {
     });
     EXPECT_TRUE(guide->RedoExposure(1));
     EXPECT_EQ(guide->RunState(), GuideState::kIdle);
-    EXPECT_TRUE(Button(guide_button::kNext).enabled) << "the earlier result stands";
+    EXPECT_TRUE(Button(guide_button::kNext).enabled) << "the earlier result is kept";
     EXPECT_TRUE(guide->Watching());
 }
 

@@ -66,7 +66,7 @@ class XmlTest : public HostTest {
     std::unique_ptr<XmlSource> source;
 };
 
-/// Sets a variable of the environment, or takes it away, for as long as it lives.
+/// Sets or removes an environment variable during its lifetime.
 class ScopedEnvironment {
   public:
     ScopedEnvironment(std::string name, const std::string& value) : mName(std::move(name)) {
@@ -91,7 +91,7 @@ inline std::string Sequence(const std::string& content) {
     return "<VorexSequence Version=\"1\">" + content + "</VorexSequence>";
 }
 
-/// An element of test 100 with two exposures; the extra text goes behind its configuration.
+/// An element of test 100 with two exposures; the extra text follows its configuration.
 inline std::string Test100(int id, const std::string& extra = {}, const std::string& config = {}) {
     return "<TestElement PlugIn=\"ZRD47500\" TestID=\"100\" ID=\"" + std::to_string(id) +
            "\"><PlugInData PlugIn=\"ZRD47500\"><NumberOfExposures>2</NumberOfExposures>" + config +

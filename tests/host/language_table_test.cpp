@@ -37,7 +37,7 @@ Table TableOf(const std::string& code) {
     return nlohmann::json::parse(WholeFile(file)).get<Table>();
 }
 
-/// Every text key that stands in the sources, whichever file spells it.
+/// Every text key in the sources.
 const std::set<std::string>& KeysOfSources() {
     static const std::set<std::string> keys = [] {
         static const std::regex kKey("\"([0-9]+::[^\"\n]*)\"");
@@ -76,7 +76,8 @@ std::size_t TrailingBlanks(const std::string& words) {
 
 class LanguageTableTest : public HostTest, public testing::WithParamInterface<const char*> {
   protected:
-    /// Starts the program as a user does, for it finds the tables beside itself; what it prints is "printed".
+    /// Starts the program as a user does, because it finds the tables next to itself; its output goes to
+    /// "printed".
     void Start(const std::string& language, const std::string& arguments, int codesBelow = 2) {
         const std::string command = "cd '" + folder.string() + "' && '" + std::string(test::kProgramPath) +
                                     "' " + arguments + " --language " + language + " > printed 2>&1";
@@ -177,7 +178,7 @@ TEST_P(LanguageTableTest, CaptionsFitTheirColumns) {
     EXPECT_GT(captions, 100U);
 }
 
-/// What instruments say, what a file holds as text, and the international signs of units.
+/// Words of instruments, texts in files, and the international signs of units.
 TEST_P(LanguageTableTest, LeavesWhatFilesAndInstrumentsHoldAsItIs) {
     const Table table = TableOf(GetParam());
     for (std::string_view key :
@@ -188,7 +189,7 @@ TEST_P(LanguageTableTest, LeavesWhatFilesAndInstrumentsHoldAsItIs) {
         EXPECT_EQ(table.at(std::string(key)), EnglishOf(std::string(key)));
 }
 
-/// A saved verdict is found as the first of these words that the value holds.
+/// A saved verdict is the first of these words found in the value.
 TEST_P(LanguageTableTest, NoStoredWordHoldsAnother) {
     const Table table = TableOf(GetParam());
     const std::string_view keys[] = {text::kPass,       text::kFail, text::kNotApplicable, text::kOverRange,
@@ -257,8 +258,8 @@ TEST_P(LanguageTableTest, AFailedTestIsShownIn100Columns) {
     EXPECT_NE(all.find(TableOf(GetParam()).at(std::string(text::kFail))), std::string::npos);
 }
 
-/// What a survey fails by, and what its places mean, is told in the language as well.
-TEST_P(LanguageTableTest, ASurveyIsListedAndFoundFaultWithInItsLanguage) {
+/// The failures of a survey and the meanings of its places are in the language too.
+TEST_P(LanguageTableTest, ASurveyAndItsFailuresAreListedInItsLanguage) {
     const Table table = TableOf(GetParam());
     Start(GetParam(), "new 1300 -o new.xml");
     Start(GetParam(),
@@ -278,7 +279,7 @@ TEST_P(LanguageTableTest, ASurveyIsListedAndFoundFaultWithInItsLanguage) {
         EXPECT_EQ(english.find(word), std::string::npos) << word;
 }
 
-/// On paper: headings of tables stand on one line, and no text is broken but between its words.
+/// On paper, headings of tables fit on one line, and texts break only between words.
 TEST_P(LanguageTableTest, TextsFitTheColumnsOfThePrintedReport) {
     for (int32_t testId : kMeasuringTests)
         for (int32_t kind = 1; kind <= 5; ++kind)
@@ -288,8 +289,8 @@ TEST_P(LanguageTableTest, TextsFitTheColumnsOfThePrintedReport) {
     EXPECT_GT(cells, 20000U);
 }
 
-/// A user's own name of an element stays; the name that a new element has of its test is none.
-TEST_P(LanguageTableTest, CommandsNameTestsAndTellResultsInTheirLanguage) {
+/// A name from the user is not translated; the default name of a new element is.
+TEST_P(LanguageTableTest, CommandsNameTestsAndShowResultsInTheirLanguage) {
     const Table table = TableOf(GetParam());
     Start(GetParam(), "new 200 -o in.xml");
     EXPECT_NE(Read("printed").find(table.at(std::string(text::kTestRadioAccuracy))), std::string::npos);
@@ -312,7 +313,7 @@ TEST_P(LanguageTableTest, CommandsNameTestsAndTellResultsInTheirLanguage) {
     EXPECT_NE(Read("r.txt").find("Radiography Linearity"), std::string::npos) << "a name of the user";
 }
 
-/// Every text of a report is one of its own language, also where the program speaks another.
+/// All texts of a report are in its own language, even if the program's is another.
 TEST_P(LanguageTableTest, AReportMayHaveAnotherLanguageThanTheProgram) {
     const std::string code = GetParam();
     for (const std::string example : {"radio_accuracy", "dosimeter_mas", "mammo_aec", "fluoro_exposure"}) {
@@ -353,7 +354,7 @@ TEST_P(LanguageTableTest, EachFormOfTheSurveyFitsItsPage) {
     }
 }
 
-TEST_P(LanguageTableTest, ModesAndSettingsStandWholeInTheColumnOfAPrintedReport) {
+TEST_P(LanguageTableTest, ModesAndSettingsFitTheColumnOfAPrintedReport) {
     const Table table = TableOf(GetParam());
     const std::string_view keys[][2] = {{text::kModeRadio, text::kSettingsAuto},
                                         {text::kModeFluoro, text::kSettingsManual},

@@ -30,15 +30,15 @@ TEST_F(SettingsRegistryTest, AMissingFileIsEmpty) {
     EXPECT_EQ(settings.DecimalSign(), '.');
 }
 
-TEST_F(SettingsRegistryTest, BrokenLinesArePassedOverWithAWord) {
+TEST_F(SettingsRegistryTest, BrokenLinesAreSkippedAndReported) {
     Write("settings.ini", "Delay=1\n[Software\\Brenlo\\vorex\\ZRD47500]\nwhat\n=3\nDelay=2\n[open\n");
     std::vector<std::string> words;
     const SettingsRegistry settings(folder / "settings.ini",
                                     [&](std::string_view line) { words.emplace_back(line); });
     EXPECT_EQ(settings.ReadValue(setting::kPlugInPath, "Delay"), TaggedValue(std::string("2")));
     const std::string file = (folder / "settings.ini").string();
-    EXPECT_THAT(words, testing::ElementsAre(file + ":1: passed over: Delay=1", file + ":3: passed over: what",
-                                            file + ":4: passed over: =3", file + ":6: passed over: [open"));
+    EXPECT_THAT(words, testing::ElementsAre(file + ":1: ignored: Delay=1", file + ":3: ignored: what",
+                                            file + ":4: ignored: =3", file + ":6: ignored: [open"));
 }
 
 TEST_F(SettingsRegistryTest, TheFileIsWhereTheEnvironmentSays) {
@@ -53,7 +53,7 @@ TEST_F(SettingsRegistryTest, TheFileIsWhereTheEnvironmentSays) {
 }
 
 /// The host as a whole takes them.
-TEST_F(SettingsRegistryTest, TheHostAsksTheSettingsAndTellsTheLog) {
+TEST_F(SettingsRegistryTest, TheHostReadsTheSettingsAndWritesTheLog) {
     Write("settings.ini",
           "[Software\\Brenlo\\vorex\\ZRD47500]\nShutdownTimeout=2\nbroken\n[Software\\Brenlo\\vorex]"
           "\nDecimalSign=,\n");
@@ -64,7 +64,7 @@ TEST_F(SettingsRegistryTest, TheHostAsksTheSettingsAndTellsTheLog) {
     EXPECT_EQ(Services().decimalSign, ',');
     LogDiagnostic("a cause");
     InstallServices({});
-    EXPECT_EQ(Read("log.txt"), (folder / "settings.ini").string() + ":3: passed over: broken\na cause\n");
+    EXPECT_EQ(Read("log.txt"), (folder / "settings.ini").string() + ":3: ignored: broken\na cause\n");
 }
 
 }  // namespace

@@ -128,7 +128,7 @@ TEST_F(StandardsTest, AVariationIsJudgedByItsLimitAndByNoOther) {
     EXPECT_EQ(other.Evaluate("ER CV", 1, {}, JudgedAs::kValue), 0) << "no coefficient of variation";
 }
 
-TEST_F(StandardsTest, StandardsAreReadAndWrittenAsTheyStand) {
+TEST_F(StandardsTest, StandardsAreReadAndWrittenUnchanged) {
     const std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<ExpectedResult>\n"

@@ -8,7 +8,7 @@ namespace {
 
 using TestGuideConfigTest = XmlTest;
 
-TEST_F(TestGuideConfigTest, TheGuideHasBothButtonsUntilToldOtherwise) {
+TEST_F(TestGuideConfigTest, TheGuideHasBothButtonsByDefault) {
     TestGuideConfig config;
     EXPECT_EQ(config.Buttons(), kSkipButtonBit | kNaButtonBit);
     config.Load(Element("<TestGuideSettings><Buttons>2</Buttons></TestGuideSettings>"));

@@ -33,7 +33,7 @@ TEST_F(TextServiceTest, AKeyAsAWholeIsLookedUpAndTheDefaultIsTheRest) {
     EXPECT_EQ(TextService::ForLanguage("en", {})->Translate("", "22340::Set %%1", kv), "Set 80");
 }
 
-TEST_F(TextServiceTest, ALanguageThatDoesNotExistNamesThoseThatDo) {
+TEST_F(TextServiceTest, AnUnknownLanguageIsRefusedWithTheKnownOnes) {
     Write("de.json", "{}");
     Write("fr.json", "{}");
     Write("notes.txt", "");

@@ -107,7 +107,7 @@ TEST(RecordedInstruments, AnExposureWaitsUntilItWasReadAsDone) {
     EXPECT_THAT(room.heard, ElementsAre("mas 200 0.61"));
 }
 
-TEST(RecordedInstruments, OnlyAServiceThatIsArmedAndHasBegunMovesTheRecordingOn) {
+TEST(RecordedInstruments, OnlyAServiceThatIsArmedAndHasBegunAdvancesTheRecording) {
     RecordedInstruments instruments(RecordingOf({R"({"wakeUp":true})"}));
     const auto service = instruments.CreateService();
     Texts heard;
@@ -149,7 +149,7 @@ TEST(RecordedInstruments, ALostLinkAnswersFalseEverywhereUntilItIsBack) {
     EXPECT_THAT(room.instruments.Faults(), ElementsAre("room.jsonl:2: the link to the instruments was lost"));
 
     EXPECT_FALSE(room.Poll());
-    EXPECT_FALSE(room.Tick()) << "an exposure that nobody hears is not done";
+    EXPECT_FALSE(room.Tick()) << "an exposure during a lost link is not done";
     EXPECT_THAT(room.heard, IsEmpty());
     EXPECT_TRUE(room.Poll());
     EXPECT_TRUE(room.idle->Poll(0, 0));
@@ -186,7 +186,7 @@ TEST(RecordedInstruments, WaveformsAreThoseOfTheLastExposure) {
     EXPECT_EQ(room.service->WaveformResolution(), 2.5F);
     room.Tick();
     EXPECT_EQ(room.service->GetWaveform(0, 1000, 1000, 3), "0,300");
-    EXPECT_EQ(room.service->GetWaveform(0, 1000, 1000, 1), "") << "that of the exposure before is no answer";
+    EXPECT_EQ(room.service->GetWaveform(0, 1000, 1000, 1), "") << "not that of the exposure before";
     room.Tick();
     EXPECT_EQ(room.service->GetWaveform(0, 1000, 1000, 3), "") << "another exposure is under way";
 }
@@ -388,7 +388,7 @@ TEST(RecordedInstruments, EveryOperationFailsOnceWhenTheRecordingSaysSo) {
     }
 }
 
-TEST(RecordedInstruments, ThrowsHoldsAsSoonAsTheLineBeforeItIsDoneAndCostsNoPoll) {
+TEST(RecordedInstruments, ThrowsAppliesAsSoonAsTheLineBeforeItIsDoneAndTakesNoPoll) {
     Room room({R"({"stopButton":true})", R"({"throws":"BatteryLevel"})", R"({"throws":"BatteryLevel"})",
                R"({"throws":"Poll"})", R"({"stopButton":false})"});
     EXPECT_NO_THROW(room.service->BatteryLevel());
@@ -402,7 +402,7 @@ TEST(RecordedInstruments, ThrowsHoldsAsSoonAsTheLineBeforeItIsDoneAndCostsNoPoll
     EXPECT_THAT(room.heard, ElementsAre("stopButton on", "stopButton off"));
 }
 
-TEST(RecordedInstruments, ThrowsBehindAnExposureSparesThatExposure) {
+TEST(RecordedInstruments, ThrowsAfterAnExposureSparesThatExposure) {
     const char* exposure =
         R"({"exposure":{"mas":["1","","",""],"waveforms":[{"type":3,"resolution":1,"samples":"7"}]}})";
     Room room({exposure, R"({"throws":"GetWaveform"})", exposure});

@@ -77,7 +77,7 @@ constexpr Bounds<LinkSettings, int32_t> kWholeLink[] = {
     {"lostAfterExposures", &LinkSettings::lostAfterExposures, 0, 0, 100000},
 };
 
-/// Each number is taken at its bounds and refused beyond them. The text around it has a "#" where it stands.
+/// Each number is accepted at its bounds and refused beyond them. "#" in the text is its place.
 template <typename Group, typename Number, std::size_t N, typename GroupOf>
 void ExpectBounds(const Bounds<Group, Number> (&rows)[N], const std::string& around, GroupOf groupOf) {
     const auto room = [&](const Bounds<Group, Number>& row, double number) {

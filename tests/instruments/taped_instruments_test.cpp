@@ -24,7 +24,7 @@ TapedInstruments Taped(const std::string& lines, RunTape& tape) {
     return {std::make_unique<RecordedInstruments>(ParseRecording(kHead + lines, "r")), tape};
 }
 
-/// Runs a service for some polls; what it said, in words.
+/// Runs a service for some polls and returns its answers in words.
 std::vector<std::string> Say(TapedInstruments& instruments, int polls) {
     std::vector<std::string> said;
     const auto service = instruments.CreateService();
@@ -55,7 +55,7 @@ std::vector<std::string> Say(TapedInstruments& instruments, int polls) {
 const std::vector<std::string> kSaid = {
     "held", "done", "zrd 80 1,5 3.1", "mas 200 1", "wave 3 1,2 0.100000", "Poll failed", "dead"};
 
-TEST(TapedInstrumentsTest, TheTapeSaysAgainWhatInstrumentsSaidThatAreSilentNow) {
+TEST(TapedInstrumentsTest, TheTapeRepeatsTheAnswersOfInstrumentsThatAreSilentNow) {
     RunTape first;
     auto measuring = Taped(kMeasured, first);
     EXPECT_EQ(Say(measuring, 7), kSaid);
@@ -66,7 +66,7 @@ TEST(TapedInstrumentsTest, TheTapeSaysAgainWhatInstrumentsSaidThatAreSilentNow) 
     EXPECT_FALSE(second.Broken());
 }
 
-TEST(TapedInstrumentsTest, TheTapeIsBelievedAndNotTheInstruments) {
+TEST(TapedInstrumentsTest, TheTapeOverridesTheInstruments) {
     RunTape first;
     auto measuring = Taped(kMeasured, first);
     Say(measuring, 7);
@@ -82,7 +82,7 @@ TEST(TapedInstrumentsTest, TheTapeIsBelievedAndNotTheInstruments) {
     EXPECT_TRUE(second.TakeNotes().empty()) << "what is read is not written again";
 }
 
-TEST(TapedInstrumentsTest, WhereTheTapeEndsInsideAPollTheInstrumentsGoOnInIt) {
+TEST(TapedInstrumentsTest, WhenTheTapeEndsInsideAPollTheInstrumentsContinueIt) {
     RunTape first;
     auto measuring = Taped(kMeasured, first);
     Say(measuring, 7);
@@ -122,7 +122,7 @@ TEST(TapedInstrumentsTest, ABrokenTapeEndsTheRun) {
     EXPECT_TRUE(instruments.Ended());
 }
 
-TEST(TapedInstrumentsTest, ARunThatPollsOnBehindTheLastNoteHasLeftTheTape) {
+TEST(TapedInstrumentsTest, ARunThatPollsBeyondTheLastNoteHasLeftTheTape) {
     RunTape tape;
     tape.Rewind({{"VTI_DataReady", 9, {"80"}}}, 2);
     auto instruments = Taped(kMeasured, tape);

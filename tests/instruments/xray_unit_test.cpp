@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kMilliroentgen = kMgyPerR / 1000;
 
-/// A unit without scatter and without errors.
+/// A unit without variation and without errors.
 UnitSettings Exact(UnitSettings settings = {}) {
     settings.kvpErrorPercent = settings.kvpVariation = settings.outputVariation = 0;
     settings.maVariationPercent = settings.timerErrorMs = settings.timerErrorPercent = 0;
@@ -29,7 +29,7 @@ Shot ShotOf(const UnitSettings& settings, UnitKind kind, const Technique& techni
 }
 
 TEST(XrayPhysics, TheOutputOfTungstenIsThatOfTheTable) {
-    // mR/mAs at 1 m and 80 kVp behind +1.0, +1.5 and +2.5 mm Al.
+    // mR/mAs at 1 m and 80 kVp with +1.0, +1.5 and +2.5 mm Al.
     const double published[][2] = {{1.0, 6.72}, {1.5, 5.84}, {2.5, 4.57}};
     for (const auto& row : published)
         EXPECT_NEAR(TungstenOutput(80, row[0]) / kMilliroentgen / row[1], 1, 0.03)
@@ -198,7 +198,7 @@ Shot OneRoentgen() {
     return shot;
 }
 
-TEST(SimulatedReadings, StandInTheUnitsThatWereSent) {
+TEST(SimulatedReadings, AreInTheUnitsThatWereSent) {
     struct Row {
         SentSettings sent;
         const char *exposure, *rate;
@@ -224,7 +224,7 @@ TEST(SimulatedReadings, StandInTheUnitsThatWereSent) {
     }
 }
 
-TEST(SimulatedReadings, WhatIsOutOfRangeIsSaidInWords) {
+TEST(SimulatedReadings, OutOfRangeReadsAsAMark) {
     struct Row {
         const char* mode;
         double kv, mGy;
@@ -332,7 +332,7 @@ TEST(SimulatedReadings, AWaveformRisesHoldsAndFalls) {
     const auto ma = samples(kMaWaveform, 1000);
     ASSERT_EQ(ma.size(), 1000U);
     EXPECT_NEAR(ma[50], 200, 0.5);
-    EXPECT_NEAR(ma[105], 100, 0.5) << "half-way down 5 ms behind the end";
+    EXPECT_NEAR(ma[105], 100, 0.5) << "half-way down 5 ms after the end";
     EXPECT_EQ(ma[200], 0);
 }
 

@@ -230,7 +230,7 @@ TEST_F(SurveyReport, EveryTextIsAskedForInTheLanguageOfTheReport) {
 
 // -------------------------------------------------------------------------------------------- comments
 
-TEST_F(SurveyReport, CommentsStandUnderTheNamesOfTheirPages) {
+TEST_F(SurveyReport, CommentsAreUnderTheNamesOfTheirPages) {
     survey->PrintComment(report);
     EXPECT_EQ(report.Calls(), "");
     for (std::size_t i = 0; i < kPageCount; ++i)
@@ -245,7 +245,7 @@ TEST_F(SurveyReport, CommentsStandUnderTheNamesOfTheirPages) {
         expected += table + "|" + pages[i] + ":;\n|Words\\; of page " + std::to_string(i) + "|;\n";
     EXPECT_EQ(report.Calls(), expected);
 
-    // The element's own comment brings the heading; a page without a word brings nothing.
+    // The element's own comment brings the heading; a page without a comment prints nothing.
     report = RecordingReport();
     survey->Comment("Own");
     survey->Record().comments.fill("");
@@ -272,10 +272,10 @@ TEST_F(SurveyReport, ACommentGoesToANewPageByItsEstimatedHeight) {
         {narrow + "\r\n" + narrow + "\n" + least, 200 + 200 + 590, true},
         {narrow + "\n" + none + "\n" + none + "\n" + narrow, 200 + 200 + 394, false},
         {narrow + "\n" + none + "\n" + none + "\n" + narrow, 200 + 200 + 393, true},
-        // Never less than the row takes: the name would stand alone.
+        // Never less than the height of the row, because the name would be alone.
         {none, 200 + 200 + 200, false},
         {none, 200 + 200 + 199, true},
-        // Longer than any page: below its name, unless that would stand last.
+        // Longer than any page: below its name, unless the name would be the last line of the page.
         {std::string(1000000, 'w'), 200 + 200 + 200, false},
         {std::string(1000000, 'w'), 200 + 200 + 199, true},
     };

@@ -7,7 +7,7 @@ namespace {
 
 class SurveyCalculations : public test::SurveyTest {};
 
-TEST_F(SurveyCalculations, EdgesAreSummedAndToldInPercentOfTheDistance) {
+TEST_F(SurveyCalculations, EdgesAreSummedAndGivenInPercentOfTheDistance) {
     struct Case {
         const char *sid, *left;
         const char *right, *sum;
@@ -50,7 +50,7 @@ TEST_F(SurveyCalculations, AReceptorDeviationKeepsItsSignAndANegativeDistanceCha
     EXPECT_EQ(receptor.At(5, 3), "");
 }
 
-TEST_F(SurveyCalculations, TrackingTellsMeanMeasuredAndAllowedRange) {
+TEST_F(SurveyCalculations, TrackingHasMeanMeasuredAndAllowedRange) {
     SurveyGrid& thickness = survey->Record().Grid(GridId::kThickness);
     SurveyGrid& modes = survey->Record().Grid(GridId::kImageMode);
     thickness.At(4, 7) = "1.50";
@@ -134,7 +134,7 @@ TEST_F(SurveyCalculations, OtherCassettesGiveMeanExtremesAndRange) {
     EXPECT_EQ(grid.At(34, 3), "0.15");  // without the noise of floating point
 }
 
-TEST_F(SurveyCalculations, ImageQualityTellsTheChangeFromThePreviousFilm) {
+TEST_F(SurveyCalculations, ImageQualityShowsTheChangeFromThePreviousFilm) {
     SurveyGrid& grid = survey->Record().Grid(GridId::kImageQuality);
     const struct {
         int32_t row;

@@ -83,7 +83,7 @@ TEST_F(SurveyVerdict, TrackingJudgesTheMqsaColumnOnlyAndAGapInItCountsAsZero) {
     EXPECT_EQ(Summary(10), "Pass/Pass");     // this row leaves it out
 }
 
-TEST_F(SurveyVerdict, TheMeasuredRangeMustLieInTheAllowedOne) {
+TEST_F(SurveyVerdict, TheMeasuredRangeMustBeInTheAllowedOne) {
     for (int32_t row = 4; row <= 6; ++row) {
         Cell(GridId::kThickness, row, 7) = "1.5";
         Cell(GridId::kImageMode, row, 7) = "1.5";
@@ -132,18 +132,18 @@ TEST_F(SurveyVerdict, AGapTowardsTheNormalStepEndsTheEvaluationAtItsRow) {
     survey->Cells({.kVpL36 = kFailed});
     EXPECT_EQ(Preliminary(4), "Pass/Pass");  // not reached
     EXPECT_EQ(Preliminary(2), "Fail/Fail");
-    EXPECT_EQ(Preliminary(7), "Fail/Fail");  // outcomes of other tests are copied all the same
+    EXPECT_EQ(Preliminary(7), "Fail/Fail");  // outcomes of other tests are copied anyway
     EXPECT_NE(survey->Fault().find("AEC page, density control step -2"), std::string::npos)
         << survey->Fault();
     EXPECT_NE(survey->Fault().find("DensityControlFunction(8,4)"), std::string::npos) << survey->Fault();
     Cell(GridId::kDensityControl, 8, 4) = "-13%";
     Cell(GridId::kDensityControl, 9, 4) = "0%";
-    Cell(GridId::kDensityControl, 12, 4) = "40%";  // beyond the normal step a gap takes no part
+    Cell(GridId::kDensityControl, 12, 4) = "40%";  // beyond the normal step a gap is ignored
     EXPECT_EQ(Preliminary(4), "Fail/Fail");
     EXPECT_EQ(survey->Fault(), "");
 }
 
-TEST_F(SurveyVerdict, RowsOfTheAcrColumnReadNotApplicableInTheOtherWhateverAFileBrought) {
+TEST_F(SurveyVerdict, RowsOfTheAcrColumnReadNotApplicableInTheOtherWhateverAFileHas) {
     SurveyTables tables;
     for (VerdictRow& row : tables.summary) row.fill(std::string(text::kPass));
     Cell(GridId::kViewbox, 3, 2) = "2999";

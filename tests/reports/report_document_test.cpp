@@ -33,7 +33,7 @@ class ReportDocumentTest : public testing::Test {
     const std::string heading = markup::Heading("Name").substr(1) + markup::Heading("Value") + ";";
 };
 
-TEST_F(ReportDocumentTest, ATableGoesOnUnderItsHeadingsOnTheNextPage) {
+TEST_F(ReportDocumentTest, ATableContinuesUnderItsHeadingsOnTheNextPage) {
     report.PrintTable(kTwoColumns, heading + Lines(1, 12));
     const ReportModel model = report.Finish();
     ASSERT_EQ(model.pages.size(), 2U);
@@ -41,7 +41,7 @@ TEST_F(ReportDocumentTest, ATableGoesOnUnderItsHeadingsOnTheNextPage) {
     EXPECT_EQ(RowsOf(model.pages[1]), "repeated:Name|Value\n" + Expected(10, 12));
 }
 
-TEST_F(ReportDocumentTest, RowsPrintedOneByOneGoOnUnderTheHeadingsAsWell) {
+TEST_F(ReportDocumentTest, RowsPrintedOneByOneContinueUnderTheHeadingsToo) {
     report.PrintTable(kTwoColumns, heading);
     for (int i = 1; i <= 10; ++i) report.PrintTable(kTwoColumns, Lines(i, i));
     const ReportModel model = report.Finish();
@@ -50,7 +50,7 @@ TEST_F(ReportDocumentTest, RowsPrintedOneByOneGoOnUnderTheHeadingsAsWell) {
 }
 
 /// A block heading is 254 high: 194 and 60 above it.
-TEST_F(ReportDocumentTest, ABlockThatGoesOnIsNamedAgainOnItsNextPage) {
+TEST_F(ReportDocumentTest, ABlockThatContinuesIsNamedAgainOnTheNextPage) {
     const std::string columns = "<+4000|<+3000|<+3000;";
     const std::string head = "|" + heading.substr(0, heading.size());
     const auto line = [](int i) { return "|row " + std::to_string(i) + "|x;"; };
@@ -81,12 +81,12 @@ TEST_F(ReportDocumentTest, NoPageBeginsWithTheLastRowOfABlockAndNoneEndsWithItsN
         for (int i = first; i <= last; ++i) rows += "|row " + std::to_string(i) + "|x;";
         return rows;
     };
-    // 254 + 9 * 194 are the 2,000 of a page: the tenth row would stand alone.
+    // 254 + 9 * 194 are the 2,000 of a page: the tenth row would be alone.
     report.PrintTable(columns, block(1, 10));
     ReportModel model = report.Finish();
     ASSERT_EQ(model.pages.size(), 2U);
     EXPECT_EQ(RowsOf(model.pages[1]), "repeated:Block (continued)\nrow 9|x\nrow 10|x\n");
-    // 254 + 7 * 194 leave room for another name, and not for a row below it.
+    // 254 + 7 * 194 leave room for another name, but not for a row below it.
     report.PrintTable(columns, block(1, 7) + block(8, 10));
     model = report.Finish();
     ASSERT_EQ(model.pages.size(), 2U);
@@ -149,7 +149,7 @@ TEST_F(ReportDocumentTest, HeadingsAreNeverTheLastOfAPage) {
 
 TEST_F(ReportDocumentTest, TheWordOfAMarkUsesTheEmptyColumnInFrontOfIt) {
     // Of 560 twips, 60 are the edges of the cell and 180 the shape: 320 are four characters. With the column
-    // in front, of which 80 are kept clear, it are 794: eleven characters.
+    // in front, of which 80 are kept clear, there are 794: eleven characters.
     const std::string columns = "<+3000|>+900|<+!554|<+560;";
     const std::string mark = std::string(markup::kFailMark) + ";";
     const std::pair<const char*, std::string> words[] = {
@@ -253,7 +253,7 @@ TEST_F(ReportDocumentTest, AFramedTableIsHigherAndAHeadingBeginsItAnew) {
     EXPECT_EQ(RoomToWrite("a\nb"), 0U);
 }
 
-TEST_F(ReportDocumentTest, TheTitleOfAFormStandsInTheMiddleWithItsSecondTextBelow) {
+TEST_F(ReportDocumentTest, TheTitleOfAFormIsCentredWithItsSecondTextBelow) {
     report.Alignment(kAlignCentre);
     report.PrintHeading("Summary", "Log");
     report.BeginFigure("Waveform", 100);

@@ -62,7 +62,7 @@ TEST_F(ReportHtmlTest, TablesSayWhatHeadsWhat) {
     EXPECT_EQ(Count("//tbody/tr/th[@scope='rowgroup'][@colspan='3']"), 2U);
     EXPECT_EQ(At("//tbody[1]/tr[2]/th[@scope='row']"), "kVp");
     EXPECT_EQ(At("//tbody[1]/tr[2]/td[@class='right']"), "80.6");
-    // The failed row says so in a word, beside the shape.
+    // The failed row has a word next to the shape.
     EXPECT_EQ(Count("//tr[@class='failed']"), 1U);
     EXPECT_NE(html.find("✗</span> Fail</span></td></tr>"), std::string::npos);
     for (pugi::xpath_node row : page.select_nodes("//tbody/tr")) {
@@ -97,7 +97,7 @@ TEST_F(ReportHtmlTest, HeadingsAndContentsAreAsDeepAsTheTreeOfTheTests) {
             "");
 }
 
-TEST_F(ReportHtmlTest, ARowThatGoesOnStaysOnThePageOfTheRowAbove) {
+TEST_F(ReportHtmlTest, AContinuationRowStaysOnThePageOfTheRowAbove) {
     const std::string mark(markup::kFailMark);
     report.PrintTable(kColumns, "|Exposure 1;|kVp|84|" + mark + ";||80.5|" + mark + ";|HVL|2.9;||3.5;");
     Load();
@@ -123,8 +123,8 @@ TEST_F(ReportHtmlTest, OnlyAWordThatIsTooLongForAColumnMayBreak) {
     EXPECT_EQ(Count("//th | //td"), 4U);
     EXPECT_EQ(Count("//*[contains(@class,'long')]"), 1U);
     EXPECT_EQ(At("//th[contains(@class,'long')]"), std::string(25, 'c'));
-    // Anywhere else the width of a column is that of its longest word at least: no number goes on in a next
-    // line.
+    // Anywhere else a column is at least as wide as its longest word, so that no number is split over two
+    // lines.
     EXPECT_EQ(StyledWith("overflow-wrap: anywhere"),
               (std::set<std::string>{".long", "h1", "h2", "h3", "h4", "h5", "h6"}));
 }

@@ -63,8 +63,7 @@ TEST(ReportTable, RowsAreReadCellByCell) {
         {"|{\\i\\b Result:}|{\\i\\b Value};", "H: 1*=Result: 2*=Value\n"},
         {"|Exposure 1;|kVp      |80.6;", "G: 1=Exposure 1\nR: 1=kVp 2=80.6\n"},
         {"|kVp|80.6|" + mark + ";", "F: 1=kVp 2=80.6 3x=\n"},
-        // A label without a value heads nothing, whether its value is told empty or it stands under a
-        // heading.
+        // A label without a value heads nothing, whether its value is an empty cell or it is below a heading.
         {"|HVL||;|      Filter;", "R: 1=HVL\nR: 1=      Filter\n"},
         {";", "R:\n"},
         {"|a|b", "R: 1=a 2=b\n"},

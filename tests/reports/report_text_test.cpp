@@ -126,7 +126,7 @@ TEST(ReportText, AFigureIsDrawnInCharacters) {
     EXPECT_EQ(lines[24], "  " + std::string(98, '-'));
 }
 
-/// On this paper the rules of 0.75, 0.125 and 0.125 of the width would stand in columns 0, 74, 87 and 99; the
+/// On this paper the rules of 0.75, 0.125 and 0.125 of the width would be in columns 0, 74, 87 and 99; the
 /// word of eleven letters moves one to the left.
 TEST(ReportText, AFramedTableReadsAsWrittenByHand) {
     ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));

@@ -35,7 +35,7 @@ TEST(ReportWrap, BreaksBetweenWordsAndWithinAWordOnlyWhereItMust) {
         {"abcdefgh", 3, "abc/def/gh"},
         {"ab cdefgh", 4, "ab/cdef/gh"},
         {"a\nb", 20, "a/b"},
-        // A line may end behind each ideograph.
+        // A line may end after each ideograph.
         {"测试标准", 3, "测试标/准"},
     };
     for (const auto& c : cases)

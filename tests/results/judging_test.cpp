@@ -64,7 +64,7 @@ TEST_F(JudgingTest, AnExposureWithoutAReadingHasNoVerdict) {
     EXPECT_EQ(For(kRadioRepro).JudgeAll(std::vector{Row({}), rows[0]}).status, kFailed);
 }
 
-TEST_F(JudgingTest, OnlyTest900ReturnsOutcomesAndAllAreClearedForATestThatIsSetAside) {
+TEST_F(JudgingTest, OnlyTest900ReturnsOutcomesAndAllAreClearedForATestThatIsNotApplicable) {
     limits->AtMost("ER CV", 0.02);
     const std::vector rows = {Row({{key::kPercentError, "1"}, {key::kCv, "0.03"}})};
     for (const int32_t testId : kMeasuringTests) {
@@ -80,7 +80,7 @@ TEST_F(JudgingTest, OnlyTest900ReturnsOutcomesAndAllAreClearedForATestThatIsSetA
     EXPECT_EQ(none.outcomes, (SurveyOutcomes{0, 0, 0, 0, 0, 0, 0}));
 }
 
-TEST_F(JudgingTest, WithoutAConfigurationNoErrorOfTest200IsHeldAgainstLimits) {
+TEST_F(JudgingTest, WithoutAConfigurationNoErrorOfTest200IsJudgedByLimits) {
     limits->AtMost("ER RA Percentage kVp Avg Error", 5);
     const auto row = Row({{key::kPercentKvpError, "9"}, {key::kPercentTimerError, "9"}});
     EXPECT_EQ(Judging(kRadioAccuracy, nullptr, limits, &selected).JudgeExposure(*row, 1).status, kPassed);

@@ -315,7 +315,7 @@ TEST_F(LimitData, AStandardComesFromThePlugInOrIsMadeEmpty) {
     EXPECT_EQ(plugIn->asked, "100 Known 2;100 Own 1;");
     EXPECT_EQ(limits->Standards()->Count(), 2);
     EXPECT_TRUE(limits->CreateStandard("Own", "1"));
-    EXPECT_EQ(limits->Standards()->Count(), 2) << "a name and version stands once";
+    EXPECT_EQ(limits->Standards()->Count(), 2) << "a name and version occurs once";
     limits->CreateStandard("Own", "2");
     EXPECT_EQ(limits->Standards()->Count(), 3);
 }

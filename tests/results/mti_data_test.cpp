@@ -44,7 +44,7 @@ TEST_F(Instruments, AnInstrumentOfTheSameNameAndSerialNumberIsReused) {
     EXPECT_EQ(MergeMti(list, Record("A", "2")), 3);
     EXPECT_EQ(list.entries.size(), 2U);
     EXPECT_EQ(list.entries[1].calibrationDate, "2020-01-01") << "the entry is kept as it is";
-    EXPECT_EQ(MergeMti(list, Record("B", "2")), 8) << "the number behind the largest";
+    EXPECT_EQ(MergeMti(list, Record("B", "2")), 8) << "the number after the largest";
     EXPECT_EQ(MergeMti(list, Record("A", "02")), 9) << "serial numbers are texts";
 }
 

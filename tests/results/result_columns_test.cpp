@@ -48,7 +48,7 @@ TEST_F(ResultColumns, EveryTestAndKindHasItsColumnCount) {
     }
 }
 
-TEST_F(ResultColumns, StatisticsStandBehindTheMasColumnsOfACombinedKind) {
+TEST_F(ResultColumns, StatisticsFollowTheMasColumnsOfACombinedKind) {
     EXPECT_EQ(Keys(BuildColumns(*Config(1200, 4))),
               "Import Waveform|kVp Avg|kVp Max|kV PPV|Exposure|Exposure Rate|Exposure Time|HVL|"
               "ER Exposure Rate(mR/sec)|ER Air Kerma Rate(mGy/sec)|ER mA|ER mAs|ER mAsPulse|ER DosemAs");

@@ -143,7 +143,7 @@ TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
     EXPECT_EQ(result->Measurement(-1), nullptr);
 }
 
-TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
+TEST_F(ResultStore, StatisticsOfTheWholeTestAreListedOnceAfterTheirHeading) {
     Begin(kRadioRepro, kZrdAndMas);
     Expose(1, "0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0.1,0,0,0,0,0,0");
     Keep(2);
@@ -162,7 +162,7 @@ TEST_F(ResultStore, StatisticsOfTheWholeTestStandOnceBehindTheirHeading) {
     EXPECT_EQ(result->Measurement(47), nullptr);
 }
 
-TEST_F(ResultStore, HeadingsStandAlsoWhereAnInstrumentGivesNoStatistics) {
+TEST_F(ResultStore, HeadingsAreListedEvenIfAnInstrumentGivesNoStatistics) {
     Begin(kMammoAccRepro, kPelomark);
     for (uint8_t n = 1; n <= 2; ++n) {
         Expose(n, "0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
@@ -206,7 +206,7 @@ TEST_F(ResultStore, AnExposureWithoutAReadingIsARowOfEmptyValuesForTheHost) {
     EXPECT_EQ(result->Status(), kNotTested) << "nothing was measured";
 }
 
-TEST_F(ResultStore, TheFirstReadingOfARedoTakesTheWaveformsOfTheFormerAway) {
+TEST_F(ResultStore, TheFirstReadingOfARedoRemovesTheFormerWaveforms) {
     Begin(kRadioRepro, kZrdAndMas);
     for (uint8_t n = 1; n <= 2; ++n) {
         Expose(n, "0,8" + std::to_string(n) + ",81");

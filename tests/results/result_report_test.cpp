@@ -112,7 +112,7 @@ const std::string kDoseRows = RowsOf(
 struct TestRows {
     int32_t test;
     std::string kv;            ///< preset of the voltages
-    std::string first;         ///< in front of the readings
+    std::string first;         ///< before the readings
     std::string zrd;           ///< after the readings of the ZRD 47500
     std::string calculations;  ///< of kind 1
     std::string pelomark;      ///< calculations of kind 3 in dose mode
@@ -268,7 +268,7 @@ TEST_F(ResultReport, WordsAndNumbersAreOfTheLanguageOfTheReport) {
 
 // ---------------------------------------------------------------------------------------------- limits
 
-TEST_F(ResultReport, LimitsOfEachStandardStandBesideTheRowThatTheyJudge) {
+TEST_F(ResultReport, LimitsOfEachStandardAreNextToTheRowThatTheyJudge) {
     Begin(kRadioRepro, kZrd);
     Expose(1);
     const auto site = NewStandard("Site");
@@ -306,7 +306,7 @@ TEST_F(ResultReport, LimitsOfEachStandardStandBesideTheRowThatTheyJudge) {
     EXPECT_TRUE(Printed(kReportLimits).starts_with(kHeading + "|Exposure 1;\n")) << "not without a standard";
 }
 
-TEST_F(ResultReport, NoLimitStandsBesideAValueThatTheCriterionLeavesAlone) {
+TEST_F(ResultReport, NoLimitIsNextToAValueThatTheCriterionExcludes) {
     struct Case {
         std::string_view criterion;
         bool percent, absolute;
@@ -418,7 +418,7 @@ TEST_F(ResultReport, AnExposureWithAWaveformKeepsItsHeadingWhenWaveformsArePrint
     StoreWaveform(kKvWaveform, "0,80,0");
     EXPECT_EQ(Printed(kReportFailuresOnly), "");
     EXPECT_EQ(Printed(kReportFailuresOnly | kReportWaveforms), kHeading + "|Exposure 2;\n" + ";\n")
-        << "and the empty row behind the plot";
+        << "and the empty row after the plot";
     report = test::RecordingReport();
     report.options = kReportFailuresOnly | kReportWaveforms;
     report.kind = 2;
@@ -428,12 +428,12 @@ TEST_F(ResultReport, AnExposureWithAWaveformKeepsItsHeadingWhenWaveformsArePrint
 
 // ------------------------------------------------------------------------------------ pages, waveforms
 
-TEST_F(ResultReport, HeadingsComeAgainOnANewPageAndNoBlockHeadingStandsAlone) {
+TEST_F(ResultReport, HeadingsRepeatOnANewPageAndNoBlockHeadingIsAlone) {
     Begin(kMammoRadiation, kZrd);
     Expose(1);
     Expose(2);
-    // Ten rows a page: the heading, "Exposure 1" and seven of its nine rows, for the last of them would begin
-    // the next page alone; and so on.
+    // Ten rows a page: the heading, "Exposure 1" and seven of its nine rows, because the last of them would
+    // begin the next page alone; and so on.
     report.pageHeight = 10 * test::RecordingReport::kRowHeight;
     result->PrintReport(&report, nullptr);
     std::string shape;
@@ -458,7 +458,7 @@ TEST_F(ResultReport, HeadingsComeAgainOnANewPageAndNoBlockHeadingStandsAlone) {
     EXPECT_EQ(shape, ".........../.E.........");
 }
 
-TEST_F(ResultReport, WaveformsComeBehindTheTableExposureByExposureKvBeforeMa) {
+TEST_F(ResultReport, WaveformsFollowTheTableExposureByExposureKvBeforeMa) {
     Begin(kRadioAccuracy, kZrdAndMas);
     for (uint8_t number : {1, 2}) {
         Expose(number);
@@ -475,7 +475,7 @@ TEST_F(ResultReport, WaveformsComeBehindTheTableExposureByExposureKvBeforeMa) {
         for (const std::string& call : full.calls) {
             if (call.starts_with("figure ")) list += call + "\n";
             figureSeen = figureSeen || call.starts_with("figure ");
-            if (figureSeen && call.find("\n|") != std::string::npos) list += "a row behind a figure\n";
+            if (figureSeen && call.find("\n|") != std::string::npos) list += "a row after a figure\n";
         }
         return list;
     };

@@ -126,7 +126,7 @@ TEST_F(ResultStatus, EachExposureRateOfTest700HasALimitOfItsOwn) {
     EXPECT_EQ(result->ExposureCount(), 2);
 }
 
-TEST_F(ResultStatus, LatestStatisticsOfTest900StandInEveryRow) {
+TEST_F(ResultStatus, LatestStatisticsOfTest900AreInEveryRow) {
     owner.limits->AtMost("ER Percentage Error", 5);
     owner.limits->AtMost("ER CV", 0.02);
     Begin(kMammoAccRepro, kZrd, 2);

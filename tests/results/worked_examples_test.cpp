@@ -1,5 +1,5 @@
 // The derived values of every test and detector kind against numbers worked out by hand. docs/CALCULATIONS.md
-// tells the formulas and works out many of the same examples.
+// has the formulas and many of the same examples.
 
 #include <functional>
 #include <optional>
@@ -62,7 +62,7 @@ struct Example {
     int32_t test, kind;
     std::function<void(CConfigCommon&)> set;
     std::vector<Shot> shots;
-    std::vector<Expected> expected;  ///< behind the last shot
+    std::vector<Expected> expected;  ///< after the last shot
 };
 
 class WorkedExamples : public test::ResultTest {
@@ -131,7 +131,7 @@ TEST_F(WorkedExamples, ReproducibilityOfTheDetector) {
     // clang-format off
     Check({
         {"readings of the ZRD 47500", kRadioRepro, kZrd, {}, ThreeBeams(), statistics},
-        {"the same beside the mAs meter", kRadioRepro, kZrdAndMas, {}, ThreeBeams(), statistics},
+        {"the same with the mAs meter", kRadioRepro, kZrdAndMas, {}, ThreeBeams(), statistics},
         {"pulses in place of the time", kRadioRepro, kZrd,
          [](CConfigCommon& c) { c.pMeasurementTimeUnit = kPulses; }, ThreeBeams(),
          {{key::kExposureInPulses, "20"}, {key::kAvgExposureInPulses, "15.0"},
@@ -161,7 +161,7 @@ TEST_F(WorkedExamples, ReproducibilityOfTheMasMeter) {
     };
     const std::vector<Shot> meter = {Mas("200", "10", "1", "1"), Mas("210", "12", "2", "2"),
                                      Mas("220", "14", "3", "3")};
-    // Exposures of 10, 24 and 42 are what the meter's dose per mAs stands for: 10/10, 24/12, 42/14.
+    // Exposures of 10, 24 and 42 give the meter's dose per mAs: 10/10, 24/12, 42/14.
     std::vector<Shot> besideDetector, besideDosimeter;
     const Shot shot = Both(Zrd("80", "100"), Mas("200", "10", "0", "0"));
     const char* exposures[] = {"10", "24", "42"};
@@ -172,11 +172,11 @@ TEST_F(WorkedExamples, ReproducibilityOfTheMasMeter) {
     // clang-format off
     Check({
         {"alone", kRadioRepro, kMasMeter, {}, meter, statistics},
-        {"beside the ZRD 47500", kRadioRepro, kZrdAndMas, {}, besideDetector, statistics},
-        {"beside the Pelomark, dose", kRadioRepro, kPelomarkAndMas, {}, besideDosimeter, statistics},
-        {"beside the Pelomark, rate", kRadioRepro, kPelomarkAndMas, [](CConfigCommon& c) { c.PKMode = 1; },
+        {"with the ZRD 47500", kRadioRepro, kZrdAndMas, {}, besideDetector, statistics},
+        {"with the Pelomark, dose", kRadioRepro, kPelomarkAndMas, {}, besideDosimeter, statistics},
+        {"with the Pelomark, rate", kRadioRepro, kPelomarkAndMas, [](CConfigCommon& c) { c.PKMode = 1; },
          besideDosimeter, {{key::kAvgMa, "210.0"}, {key::kCvMas, "0.17"}, {key::kAvgDoseMas, "2.0"}}},
-        // 100 mR at 10 mAs are 10 mR/mAs, whatever the meter says of a dose that it does not measure.
+        // 100 mR at 10 mAs are 10 mR/mAs, whatever dose the meter reports.
         {"the shown dose per mAs", kRadioRepro, kZrdAndMas, {}, {shot, shot},
          {{key::kDoseMas, "10"}, {key::kAvgDoseMas, "10.0"}, {key::kCvDoseMas, "0.0"}}},
     });
@@ -278,7 +278,7 @@ TEST_F(WorkedExamples, FluoroscopyRowsAndVoltageError) {
         {"pulsed", kFluoroAccuracy, kZrdAndMas, pulsed, {Fluoro("73.5")}, {{key::kFluoroKvpError, "5.0"},
          {key::kPulseRate, "15"}, {key::kPulseWidth, "7.2"}, {key::kHvl, "3.5"}}},
         {"over range", kFluoroAccuracy, kZrd, continuous, {Fluoro("OL")}, {{key::kFluoroKvpError, ""}}},
-        {"exposure rate beside the mAs meter", kFluoroExposure, kZrdAndMas, continuous,
+        {"exposure rate with the mAs meter", kFluoroExposure, kZrdAndMas, continuous,
          {Both(Fluoro("70"), Mas("3", "0.25", "0", "0"))}, {{"ER Maxi. Exposure Rate1", "3"},
          {key::kHvl, "3.5"}, {key::kDoseMas, "2"}}},  // 0.5 / 0.25
         {"commas of the table", kFluoroExposure, kZrd, commas, {Fluoro("70")}, {{key::kImportWaveform, "1.0"},
@@ -306,7 +306,7 @@ TEST_F(WorkedExamples, MammographyVoltage) {
     // clang-format off
     Check({
         {"five exposures", kMammoAccRepro, kZrd, nominal(28), five, statistics},
-        {"beside the mAs meter", kMammoAccRepro, kZrdAndMas, nominal(28), five, statistics},
+        {"with the mAs meter", kMammoAccRepro, kZrdAndMas, nominal(28), five, statistics},
         {"three exposures", kMammoAccRepro, kZrd, nominal(28), {Zrd("28"), Zrd("28.2"), Zrd("28.4")},
          {{key::kHalfMeanKvp, "28.2"}, {key::kHalfStandardDeviation, "0.2"}, {key::kMeanKvp, "28.2"}}},
         {"the new reading is over range", kMammoAccRepro, kZrd, nominal(28), lastOverRange,
@@ -353,7 +353,7 @@ TEST_F(WorkedExamples, AverageGlandularDose) {
     // clang-format off
     Check({
         {"readings in mR", kMammoAec, kZrd, SetAec, three, plain},
-        {"beside the mAs meter", kMammoAec, kZrdAndMas, SetAec, three, plain},
+        {"with the mAs meter", kMammoAec, kZrdAndMas, SetAec, three, plain},
         // E = 1.05 R; 0.1 / 1.05 = 0.0952; (65 / 60)^2 * 1.05 = 1.2323 R; 169.3354 * 1.2323 = 208.67.
         {"corrected for energy and distance", kMammoAec, kZrd, corrected, three,
          {{key::kEnergyCorrectedMean, "1.05"}, {key::kStandardDeviations, "0.1"}, {key::kCvExposure, "0.1"},
@@ -507,7 +507,7 @@ TEST_F(WorkedExamples, TheDosimeterDerivesNothingElsewhere) {
                   "0,7,22,760,1.01,300,0.2")
             << test;
     }
-    // The row of linearity carries the adjacent marker behind the import flag.
+    // The row of linearity has the adjacent marker after the import flag.
     Begin({"", kRadioLinearity, kPelomark, [](CConfigCommon& c) { c.machineAdjacent = {"1"}; }, {{}}, {}});
     EXPECT_EQ(JoinedFields(BuildDosimeterResult({*config, *result, 0, false}, *Pelomark("5", "7").pelomark)),
               "0,1,5,7,22,760,1.01,300,0.2");
@@ -549,7 +549,7 @@ TEST_F(WorkedExamples, ARedoRenewsTheCoefficientOfTheNextExposure) {
     EXPECT_EQ(ValueOf(2, key::kErNonAdjacent), "0.09");
 }
 
-// An exposure that nobody answered for: 80, none, 80 have mean 80 and no deviation.
+// An exposure without a reading: 80, none, 80 have mean 80 and no deviation.
 TEST_F(WorkedExamples, AnExposureWithoutAReadingTakesNoPart) {
     Begin({"", kRadioRepro, kZrd, {}, {{}, {}, {}}, {}});
     Take(Zrd("80"), 1);

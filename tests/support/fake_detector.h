@@ -15,7 +15,7 @@
 
 namespace vorex::test {
 
-/// What all services of a test reach: answers to set, and the calls that were made, "Mode RADIO".
+/// What all services of a test share: answers to set, and the calls that were made, "Mode RADIO".
 struct FakeInstruments {
     int32_t kind = 1;
     std::string serialNumbers = "4711";

@@ -31,7 +31,7 @@ class FakeLimit : public IExpectedResult {
     std::optional<float> mLow, mHigh;
 };
 
-/// A standard that fails no value: what is looked at is which limits it holds.
+/// A standard that fails no value; tests look only at its limits.
 class NamedStandard : public IStandard {
   public:
     explicit NamedStandard(StandardName name, ExpectedResults limits = {})

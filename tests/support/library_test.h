@@ -14,7 +14,7 @@
 
 namespace vorex::test {
 
-/// A test of the library in a fake host: it starts from a fresh state, and nothing that passed between
+/// A test of the library in a fake host: it starts from a fresh state, and no object that was passed between
 /// library and host may outlive it.
 class LibraryTest : public ::testing::Test {
   protected:

@@ -1,6 +1,6 @@
 #include "reports/pdf/pdf_module.h"
 
-// A module that writes PDF as some other version of the program would know it: only its version is there.
+// A PDF module of another version: it has nothing but the version.
 
 extern "C" const VorexPdfModule* VorexPdfModuleEntry();
 

@@ -182,7 +182,7 @@ TEST_F(ResultTableTest, OnlyTheGridOfTest100HasStatistics) {
     EXPECT_TRUE(list.Statistics().empty());
 }
 
-TEST_F(ResultTableTest, StatisticsOfAWholeTestStandInEveryRow) {
+TEST_F(ResultTableTest, StatisticsOfAWholeTestAreInEveryRow) {
     Make(kMammoAccRepro, kZrd, {key::kImportWaveform, key::kErKvpAvg, key::kCv});
     Store(1, "0,28,28,28,10,100,10,0.3,28,0,28,0,0,1.4,0,0.0");
     table.UpdateTestResult(true, 1);
@@ -268,7 +268,7 @@ TEST_F(ResultTableTest, PressesOutsideTheCellsAreIgnored) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(ResultTableTest, TheEditorTakesNumbersOnlyAndGoesOnByRows) {
+TEST_F(ResultTableTest, TheEditorTakesNumbersOnlyAndMovesByRows) {
     for (const int key : std::initializer_list<int>{'0', '9', '.', ',', ' ', 8, 13})
         EXPECT_TRUE(ResultTable::AcceptsKey(key)) << key;
     for (const int key : std::initializer_list<int>{'a', '-', '*', '+', 27, 'e'})

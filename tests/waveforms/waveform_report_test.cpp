@@ -51,7 +51,7 @@ TEST_F(WaveformReport, ScalesMapTheDataAreaOntoThePlotArea) {
     EXPECT_NEAR(xy.DataArea().yMaximum, 220, 1e-9);
     xy.SetValues(std::array<float, 2>{0, 0}, 1, 1);
     xy.Prepare(report);
-    EXPECT_EQ(xy.PageY(0), 3000) << "a flat line lies on the axis";
+    EXPECT_EQ(xy.PageY(0), 3000) << "a flat line is on the axis";
     EXPECT_EQ(xy.PageY(7), 3000);
 }
 
@@ -120,7 +120,7 @@ TEST_F(WaveformReport, TicksAreOneTwoOrFiveTimesAPowerOfTenApart) {
         report = test::RecordingReport();
         Waveform("0,80,80,80,0", c.interval, kKvWaveform).PrintReport(&report);
         std::string ticks;
-        bool axis = false;  // the numbers below the axis come before those beside it
+        bool axis = false;  // the numbers below the axis come before those next to it
         for (const std::string& call : report.calls) {
             if (!call.starts_with("text ")) continue;
             const std::string words = call.substr(call.find(' ', 5) + 1);
