@@ -122,7 +122,7 @@ void ReadLimits(In in, const JsonValue& value, StandardFile& to) {
         if (!limit.low.IsSet() && !limit.high.IsSet()) below.Fail("has no side", R"("low", "high" or both)");
         const bool crossed = limit.low.value && limit.high.value && *limit.low.value > *limit.high.value &&
                              limit.low.expression == limit.high.expression;
-        if (crossed) below.Fail(R"("low" lies above "high")", "a range that a value can lie in");
+        if (crossed) below.Fail(R"("low" is above "high")", R"("low" at most "high")");
     }
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 using vorex::IDetectorService;
 
-/// What a recording may let fail, and nothing else may.
+/// The operations that only a recording may make fail.
 template <typename Call>
 void Allowed(Call&& call) {
     try {
@@ -31,7 +31,7 @@ std::optional<vorex::Recording> Parsed(std::string_view text) {
     try {
         return vorex::ParseRecording(text, "room.jsonl");
     } catch (const vorex::FileError& error) {
-        // A message goes to a terminal: whatever stood in the file, it is plain and has a place.
+        // A message goes to a terminal: whatever is in the file, it is plain text and names a place.
         const std::string_view message = error.what();
         if (!message.starts_with("room.jsonl:")) std::abort();
         for (const char c : message)
@@ -72,7 +72,7 @@ void Drive(vorex::RecordedInstruments& instruments) {
 
 }  // namespace
 
-/// A recording is refused with its one error, or runs: no call of a service fails but as the recording says.
+/// A recording is refused with one error, or runs: a call of a service fails only if the recording says so.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::optional<vorex::Recording> recording = Parsed({reinterpret_cast<const char*>(data), size});
     if (!recording) return 0;

@@ -15,7 +15,7 @@ std::optional<vorex::Room> Parsed(std::string_view text) {
     try {
         return vorex::ParseRoom(text, "room.json");
     } catch (const vorex::FileError& error) {
-        // A message goes to a terminal: whatever stood in the file, it is plain and has a place.
+        // A message goes to a terminal: whatever is in the file, it is plain text and names a place.
         const std::string_view message = error.what();
         if (!message.starts_with("room.json:")) std::abort();
         for (const char c : message)
@@ -50,7 +50,7 @@ void Drive(vorex::Room room) {
 
 }  // namespace
 
-/// A room is refused with its one error, or the instruments run in it.
+/// A room is refused with one error, or the instruments run in it.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::optional<vorex::Room> room = Parsed({reinterpret_cast<const char*>(data), size});
     if (room) Drive(std::move(*room));
