@@ -48,7 +48,7 @@ JournalRecord JournalKeeper::RecordOf(const StoredExposure& stored, const Operat
     record.time = mPlatform->TimeStamp();
     record.opened = static_cast<int32_t>(place.opened);
     record.polls = static_cast<int32_t>(mTape.Polls());
-    // Another operator may have gone on: the acts alone say how far the run is.
+    // Another operator may have continued: only the acts say how far the run is.
     if (!mKeepsActs) record.steps = static_cast<int32_t>(place.steps);
     return record;
 }

@@ -31,22 +31,22 @@ class JournalKeeper {
     bool Keeping() const { return mJournal != nullptr; }
     /// Replays the records of a journal first. [after `Keep`]
     void Replay(const JournalContent& content);
-    /// Whether the acts of the operator go to the journal as well. A journal that already holds records
-    /// continues as it began. [before the run]
+    /// Whether the operator's acts go to the journal too. A journal that already has records continues as it
+    /// began. [before the run]
     void KeepActs(bool keep);
 
     /// Called with everything that is stored, before it is shown.
     void Stored(const StoredExposure& stored, const OperatorPlace& place);
-    /// Called with everything that a person does at an element, before it takes effect.
+    /// Called with every act of a person at an element, before it takes effect.
     void Acted(const OperatorAct& act, int32_t element);
 
     /// True while the acts of the journal are repeated.
     bool Repeating() const { return mKeepsActs && mTape.Reading(); }
-    /// The act that comes next, when the run has come to its place; else null.
+    /// The next act, when the run has reached its place; else null.
     const OperatorAct* DueAct() const;
     /// Takes it. [when one is due]
     OperatorAct TakeAct();
-    /// The window did not take the act: the run cannot be repeated.
+    /// Called when the window refused the act: the run cannot be repeated.
     void Refused(const OperatorAct& act, int32_t element);
 
     /// Why the journal could not be kept to the end; empty when it could.

@@ -51,8 +51,8 @@ class Run final : private IRunUnderWay {
     /// FileError, for example when the journal of another run exists. [before `Perform`]
     void Keep(const std::filesystem::path& output, JournalHead head);
     /// Repeats the run of the journal and continues it. The platform's clock must start at the same time, and
-    /// a script must take the same steps. A person's acts are repeated; until `CaughtUp` the windows take no
-    /// others. [before `Perform`]
+    /// a script must take the same steps. A person's acts are repeated; until `CaughtUp` the windows accept
+    /// no others. [before `Perform`]
     void Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content);
 
     /// Performs the elements. Faults go to the listener when the run has ended.

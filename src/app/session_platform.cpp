@@ -16,7 +16,7 @@ ModalEnd SessionPlatform::ShowModal(IModalWindow& window) {
     return end;
 }
 
-/// What a tick of the library brings may be the place of the next act.
+/// A tick of the library may reach the place of the next act.
 std::unique_ptr<IPlatformTimer> SessionPlatform::CreateTimer(std::function<void()> onTick) {
     return mPlatform->CreateTimer([this, tick = std::move(onTick)] {
         Guarded("timer", tick);
@@ -37,7 +37,7 @@ int32_t SessionPlatform::ShowPopupMenu(const std::vector<MenuItem>& items) {
     return chosen;
 }
 
-/// A message was read when it came first.
+/// The person has already read the message.
 void SessionPlatform::ShowMessage(std::string_view title, std::string_view message) {
     if (mWatcher == nullptr || !mWatcher->Repeating()) mPlatform->ShowMessage(title, message);
     if (mWatcher != nullptr) mWatcher->Message(title, message);
@@ -58,8 +58,8 @@ bool SessionPlatform::Admits(const OperatorAct& act) {
     return mWatcher == nullptr || mWatcher->Acted(act);
 }
 
-/// A repeated act is an event of its own, as it was at first. It may take long: Start returns when the run
-/// has ended, and further acts come meanwhile.
+/// A repeated act is a separate event, as it was originally. It may last: Start returns when the run has
+/// ended, and further acts come meanwhile.
 void SessionPlatform::ScheduleAct() {
     if (mWatcher == nullptr || mWindow == nullptr || !mWatcher->Repeating()) return;
     if (mWatcher->WayIsLost()) return mWindow->Visible(false);
@@ -83,7 +83,7 @@ void SessionPlatform::RepeatAct() {
     ScheduleAct();
 }
 
-/// What a person answered before the run was interrupted. Nothing when the question is new.
+/// The person's answer before the interruption; nothing when the question is new.
 std::optional<int32_t> SessionPlatform::RepeatedAnswer(OperatorAct::Kind kind) {
     while (mWatcher != nullptr && mWatcher->Repeating()) {
         const OperatorAct* const due = mWatcher->WayIsLost() ? nullptr : mWatcher->DueAct();

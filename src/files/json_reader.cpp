@@ -21,7 +21,7 @@ using Kind = JsonValue::Kind;
 
 constexpr std::size_t kMostShown = 60;
 
-/// Goes through a text and notes in `read` how far the parser has come.
+/// An iterator over a text that notes in `read` the position of the parser.
 struct Cursor {
     using iterator_category = std::forward_iterator_tag;
     using value_type = char;
@@ -245,7 +245,7 @@ void JsonReader::FailAsMissing(const JsonValue& object, std::string_view what, s
 
 JsonValue JsonReader::Parse(std::string_view text, std::string_view expected, int32_t mostValues) const {
     if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) Fail("found an empty file", expected);
-    // The parser takes it for the end of the text, and what follows would be lost.
+    // The parser takes it for the end of the text, and would silently drop the rest.
     if (text.find('\0') != std::string_view::npos) Fail("found a zero byte", expected);
     Builder builder(*this, text, expected, mostValues);
     Json::sax_parse(builder.Begin(), builder.End(), &builder);

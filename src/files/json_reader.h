@@ -31,7 +31,7 @@ struct JsonValue {
     bool IsNumber() const { return kind == Kind::kWhole || kind == Kind::kNumber; }
 };
 
-/// What is in a file, for a message: ASCII only and short.
+/// A value of a file, for a message: always ASCII and short.
 std::string Shown(const JsonValue& value);
 std::string ShownText(std::string_view text);
 
@@ -51,7 +51,7 @@ auto FindNamed(const Rows& rows, std::string_view name) {
     return found == std::end(rows) ? nullptr : &*found;
 }
 
-/// Takes values out of JSON. Every operation raises FileError.
+/// Reads values from JSON. Every operation raises FileError.
 class JsonReader {
   public:
     /// Line 0: the text is the whole file. Otherwise it is that line of the file.
@@ -64,10 +64,10 @@ class JsonReader {
     [[noreturn]] void Fail(std::string_view fault, std::string_view expected) const;
     /// As above, at the line of the value.
     [[noreturn]] void Fail(const JsonValue& at, std::string_view fault, std::string_view expected) const;
-    /// The value is not what was expected.
+    /// Raises the error of a value that is not what was expected.
     [[noreturn]] void Refuse(const JsonValue& value, std::string_view expected) const;
 
-    /// Parses a text. Deep nesting and more values than any file needs are refused while it is parsed.
+    /// Parses a text. Deep nesting and more values than any file needs are refused during parsing.
     JsonValue Parse(std::string_view text, std::string_view expected, int32_t mostValues = 10'000) const;
 
     bool Flag(const JsonValue& value) const;
@@ -82,7 +82,7 @@ class JsonReader {
     /// Refuses any other version of a format.
     void Version(const JsonValue& value, int32_t version) const;
 
-    /// Hands each member of an object to its row of the table. `what` names the object in messages.
+    /// Passes each member of an object to its row of the table. `what` names the object in messages.
     template <typename Rows, typename Target>
     void Members(const JsonValue& value, std::string_view what, const Rows& rows, Target& target) const {
         const std::string names = ListOfNames(rows);
@@ -106,7 +106,7 @@ class JsonReader {
     std::string mPlace;
 };
 
-/// A member of an object, and what puts its value where it belongs.
+/// A member of an object, and the function that stores its value.
 template <typename Target>
 struct MemberRow {
     std::string_view name;

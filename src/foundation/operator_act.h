@@ -5,7 +5,7 @@
 
 namespace vorex {
 
-/// One thing that a person does at a window. It can be written down and done again.
+/// One act of a person at a window, which can be recorded and repeated.
 struct OperatorAct {
     enum class Kind : uint8_t {
         kPress,     ///< a button: its key

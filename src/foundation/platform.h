@@ -30,11 +30,11 @@ class IPlatformTimer {
     virtual bool Running() const = 0;
 };
 
-/// How a modal window came to be hidden.
+/// Why a modal window was hidden.
 enum class ModalEnd : uint8_t {
     kHidden,         ///< by itself
-    kNothingToCome,  ///< by the platform: nothing would ever have happened
-    kEndlessActs,    ///< by the platform: its operator went on acting, and no time passed
+    kNothingToCome,  ///< by the platform: no event could come
+    kEndlessActs,    ///< by the platform: its operator kept acting, and no time passed
 };
 
 class IPlatform {

@@ -22,7 +22,7 @@ namespace vorex {
 namespace {
 
 constexpr int64_t kLongestIdle = int64_t{24} * 60 * 60 * 1000;  // ms
-/// Far more than a script has steps.
+/// Far more than the steps of any script.
 constexpr int32_t kMostActsInARow = 100'000;
 
 constexpr int64_t kSecondsADay = int64_t{24} * 60 * 60;
@@ -204,7 +204,7 @@ void HeadlessPlatform::PumpMessages() {
     }
 }
 
-/// An operator who only acts keeps the time from passing.
+/// While an operator only acts, no time passes.
 bool HeadlessPlatform::ActsInVain() {
     return ++mActsInARow > kMostActsInARow;
 }
@@ -230,7 +230,7 @@ ModalEnd HeadlessPlatform::ShowModal(IModalWindow& window) {
     int64_t acts = window.Acts();
     while (window.Visible()) {
         const bool acted = mOperator != nullptr && mOperator->OnIdle(window);
-        // Acts count also when they come from somebody else than the operator.
+        // Acts from others than the operator count too.
         if (acted || acts != window.Acts()) idleSince = Now();
         acts = window.Acts();
         if (acted && ActsInVain())

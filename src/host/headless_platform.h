@@ -69,8 +69,8 @@ class HeadlessPlatform final : public IPlatform {
     void PumpMessages() override;
     /// Moves the clock to the earliest due timer and fires it. False when no timer runs.
     bool WaitForEvent() override;
-    /// Hides the window itself when nothing will ever happen: no timer runs, or nobody has acted for a day of
-    /// the clock. It does so too when the operator acts again and again and no time passes.
+    /// Hides the window itself when no event can come: no timer runs, or nobody has acted for a day of the
+    /// clock. Also hides it when the operator acts again and again while no time passes.
     ModalEnd ShowModal(IModalWindow& window) override;
     int32_t ShowPopupMenu(const std::vector<MenuItem>& items) override;
     void ShowMessage(std::string_view title, std::string_view message) override;

@@ -172,7 +172,8 @@ constexpr MemberRow<RecordedExposure> kExposureMembers[] = {
 };
 // clang-format on
 
-/// A reader of events gives the number of the line and puts into the recording what does not fit into one.
+/// A reader of an event returns the event's number and stores in the recording what does not fit into a
+/// number.
 int32_t ReadQuiet(In in, const JsonValue& value, Recording&) {
     return in.Whole(value, 0, kMaxPolls);
 }

@@ -143,7 +143,7 @@ TEST_F(HeadlessPlatformTest, ATickThatWaitsLetsOthersFire) {
     EXPECT_THAT(fired, ElementsAre("outer", "inner@150"));
 }
 
-TEST_F(HeadlessPlatformTest, ATickThatFailsIsLoggedAndTheTimerGoesOn) {
+TEST_F(HeadlessPlatformTest, ATickThatFailsIsLoggedAndTheTimerContinues) {
     std::vector<std::string> log;
     HostServices services = Services();
     services.log = [&](std::string_view line) { log.emplace_back(line); };
@@ -195,7 +195,7 @@ TEST_F(HeadlessPlatformTest, AWindowThatWaitsForNothingIsClosed) {
     Window window;
     EXPECT_EQ(platform.ShowModal(window), ModalEnd::kNothingToCome);
     EXPECT_FALSE(window.visible);
-    // A clock that ticks for ever without anybody doing anything is nothing, too.
+    // A clock that ticks for ever while the operator does nothing counts as well.
     Person person;
     platform.Operator(&person);
     const auto timer = Noting("t");
@@ -277,7 +277,7 @@ TEST_F(HeadlessPlatformTest, TodayCanBeSet) {
     EXPECT_GE(HeadlessPlatform().Today().year, 2024);
 }
 
-TEST_F(HeadlessPlatformTest, TheClockTellsDateTimeAndOffsetAndGoesWithTheVirtualTime) {
+TEST_F(HeadlessPlatformTest, TheClockHasDateTimeAndOffsetAndFollowsTheVirtualTime) {
     struct Case {
         const char* now;
         const char* told;  ///< 2.5 s later
@@ -309,7 +309,7 @@ TEST_F(HeadlessPlatformTest, TheClockTellsDateTimeAndOffsetAndGoesWithTheVirtual
     EXPECT_THROW(HeadlessPlatform().StartAt("then"), std::invalid_argument);
 }
 
-TEST_F(HeadlessPlatformTest, RealTimeGoesOnFromTheVirtualTimeThatPassed) {
+TEST_F(HeadlessPlatformTest, RealTimeContinuesFromTheVirtualTimeThatPassed) {
     HeadlessPlatform clock;
     int ticks = 0;
     const auto timer = clock.CreateTimer([&] { ++ticks; });
