@@ -13,14 +13,13 @@
 #include "foundation/operator_act.h"
 #include "foundation/vocabulary.h"
 
-/// What a window shows and takes, without its widgets. A platform draws it and passes on what the person
-/// does.
+/// The content and the acts of a window, without its widgets. A platform draws it and passes on what the
+/// person does.
 ///
 /// 1. `IPlatform::ShowModal` gets the window, listens to `Changed`, draws every part and makes it visible.
 /// 2. Each `Changed` names a part: the platform draws that part again, and no other.
-/// 3. What the person does is an `OperatorAct` for `Act`. Questions (menu, message, confirmation) come from
-/// the
-///    window through `IPlatform`.
+/// 3. Each thing that the person does is an `OperatorAct` for `Act`. The window asks its questions (menu,
+///    message, confirmation) through `IPlatform`.
 /// 4. The window hides itself; `ShowModal` returns.
 namespace vorex {
 
