@@ -254,25 +254,28 @@ std::string StoredCell(const CellRow& row, const TextArray& array, std::size_t i
     return row.form == CellForm::kThickness ? LocaleDecimal(cell) : cell;
 }
 
-/// The text of the first child of a name; null when there is none.
+/// The first child of a name; null when there is none. Mostly the children are asked for in their order.
 class ChildTexts {
   public:
-    explicit ChildTexts(const IXmlElement& element) : mChildren(element.Children()) {
-        mByName.reserve(mChildren.size());
-        for (const auto& child : mChildren) mByName.emplace(child->Name(), child.get());
-    }
+    explicit ChildTexts(const IXmlElement& element) : mChildren(element.Children()) {}
 
-    const IXmlElement* Find(std::string_view name) const {
-        const auto found = mByName.find(name);
-        return found == mByName.end() ? nullptr : found->second;
+    const IXmlElement* Find(std::string_view name) {
+        if (mNext < mChildren.size() && mChildren[mNext]->Name() == name) return mChildren[mNext++].get();
+        if (mPlaces.empty())
+            for (std::size_t i = 0; i < mChildren.size(); ++i) mPlaces.emplace(mChildren[i]->Name(), i);
+        const auto found = mPlaces.find(name);
+        if (found == mPlaces.end()) return nullptr;
+        mNext = found->second + 1;
+        return mChildren[found->second].get();
     }
 
   private:
     XmlElements mChildren;
-    std::unordered_map<std::string_view, const IXmlElement*> mByName;  // a long table has thousands of them
+    std::size_t mNext = 0;                                      // place of the child that is likely asked for
+    std::unordered_map<std::string_view, std::size_t> mPlaces;  // a long table has thousands of them
 };
 
-void LoadRow(ConfigFields& config, const ChildTexts& children, std::size_t row) {
+void LoadRow(ConfigFields& config, ChildTexts& children, std::size_t row) {
     const IXmlElement* flag = children.Find(RowKey(tag::kNumberOfExposures, row));
     if (flag == nullptr && kOldImportKey.Has(config.pTestID))
         flag = children.Find(RowKey(tag::kImportWaveformStatus, row));
@@ -353,7 +356,7 @@ void CConfigCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
                        {"found \"" + std::string(element->Name()) + "\" of plug-in \"" +
                         std::string(element->GetAttribute(tag::kPlugIn)) + "\""});
     if (Services().createTestGuideConfig) mTestGuideConfig = Services().createTestGuideConfig();
-    const ChildTexts children(*element);
+    ChildTexts children(*element);
     if (const IXmlElement* kind = children.Find(tag::kDetectorName)) {
         DetectorName = ReadInteger(kind->Text());
         if (DetectorName == kNoDetector) DetectorName = kZrd;

@@ -69,11 +69,13 @@ class SourceElement final : public IXmlElement {
     XmlElements Collect(Select&& select) const {
         constexpr std::size_t kUsualCount = 8;
         XmlElements elements;
-        elements.reserve(kUsualCount);
         pugi::xml_node_type type = pugi::node_null;
         for (pugi::xml_node node = mNode.first_child(); (type = node.type()) != pugi::node_null;
              node = node.next_sibling())
-            if (type == pugi::node_element && select(node)) elements.push_back(Make(node, mMemory));
+            if (type == pugi::node_element && select(node)) {
+                if (elements.empty()) elements.reserve(kUsualCount);
+                elements.push_back(Make(node, mMemory));
+            }
         return elements;
     }
 
@@ -111,12 +113,6 @@ std::size_t FirstBadByte(const char* text, std::size_t size) {
 }
 
 }  // namespace
-
-bool SameText(const char* text, std::string_view other) {
-    // The pointer of an empty text may be null.
-    if (other.empty()) return *text == '\0';
-    return std::strncmp(text, other.data(), other.size()) == 0 && text[other.size()] == '\0';
-}
 
 const char* NodeText(pugi::xml_node element) {
     const char* embedded = element.value();

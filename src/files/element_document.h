@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <memory_resource>
@@ -60,7 +61,11 @@ class XmlSource {
 };
 
 /// True when a text of the document equals another; does not compute its length first.
-bool SameText(const char* text, std::string_view other);
+inline bool SameText(const char* text, std::string_view other) {
+    if (other.empty()) return *text == '\0';
+    return *text == other.front() && std::strncmp(text, other.data(), other.size()) == 0 &&
+           text[other.size()] == '\0';
+}
 /// Text of an element: its first piece of character data.
 const char* NodeText(pugi::xml_node element);
 /// First child element of a name; empty when there is none.

@@ -130,6 +130,7 @@ void ElementFile::LoadElements(XmlSource& source, IProgressLog* log) {
         AddRoot(LoadTestElement(source.Element(child), log));
         source.ReleaseElements();
     }
+    mSequence->SetRoots(mElements);
     ForEachElement(mElements, [this](const auto& element) {
         if (const auto result = element->Result()) mLoadedResults[element->ID()] = result;
     });
@@ -199,13 +200,13 @@ void ElementFile::NumberElements() {
 
 void ElementFile::Add(const std::shared_ptr<ITestElement>& element) {
     AddRoot(element);
+    mSequence->SetRoots(mElements);
     NumberElements();
 }
 
 void ElementFile::AddRoot(std::shared_ptr<ITestElement> element) {
     element->Sequence(mSequence);
     mElements.push_back(std::move(element));
-    mSequence->SetRoots(mElements);
 }
 
 void ElementFile::Remove(const std::shared_ptr<ITestElement>& element) {

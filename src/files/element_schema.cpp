@@ -304,6 +304,13 @@ int32_t ConfigIndex(std::string_view name) {
 /// The 32-bit whole number of a text; not a number for any other text.
 double WholeNumber(std::string_view text) {
     constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    // Almost all are a few digits and nothing else.
+    constexpr std::size_t kFewDigits = 9;
+    int32_t plain = 0;
+    const char* const textEnd = text.data() + text.size();
+    if (text.size() <= kFewDigits && std::from_chars(text.data(), textEnd, plain).ptr == textEnd &&
+        !text.empty())
+        return plain;
     if (!IsNumber(text)) return kNone;
     const double value = ReadNumber(text);
     constexpr double kLargest = 2147483647.0;
@@ -369,8 +376,8 @@ bool OwnsText(Place place) {
 
 ConfigKey FindConfigKey(std::string_view key) {
     constexpr std::size_t kMostDigits = 3;
-    const std::size_t last = key.find_last_not_of("0123456789");
-    const std::size_t nameSize = last == std::string_view::npos ? 0 : last + 1;
+    std::size_t nameSize = key.size();
+    while (nameSize > 0 && key[nameSize - 1] >= '0' && key[nameSize - 1] <= '9') --nameSize;
     const std::string_view digits = key.substr(nameSize);
     const int32_t index = ConfigIndex(key.substr(0, nameSize));
     if (index < 0) return {};
@@ -394,7 +401,7 @@ bool Has(Form form, std::string_view text) {
         case Form::kNumberOrEmpty:
             return Trimmed(text).empty() || IsNumber(text);
         case Form::kSetting:
-            return Trimmed(text).empty() || IsNumber(WithoutPercent(text));
+            return Trimmed(text).empty() || IsNumber(text) || IsNumber(WithoutPercent(text));
         case Form::kWhole:
             return IsWhole(text);
         case Form::kWholeOrEmpty:

@@ -22,7 +22,8 @@ std::shared_ptr<IXmlElement> MeasurementCodec::WriteStatus(const std::shared_ptr
 
 void MeasurementCodec::ReadStatus(const IXmlElement& element, int32_t& status, int32_t& extra) {
     status = ReadInteger(element.Text());
-    extra = ReadInteger(element.GetAttribute(tag::kExtra));
+    const std::string_view text = element.GetAttribute(tag::kExtra);
+    extra = text.empty() ? 0 : ReadInteger(text);
 }
 
 void MeasurementCodec::ReadValue(const IXmlElement& element, TaggedValue& value, int32_t& type) {

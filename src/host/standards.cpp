@@ -88,12 +88,13 @@ int32_t ExpectedResult::Judge(float value, float preset, JudgedAs judgedAs) cons
 
 void ExpectedResult::Load(const IXmlElement& element) {
     Setup(element.GetAttribute(tag::kKey), element.GetAttribute(tag::kUnit), {}, {});
-    for (const auto& [side, name] : kSides) {
-        for (const auto& child : element.FindChild(name)) {
-            SetNumber(side, child->GetAttribute(tag::kValue));
-            Expression(side, child->GetAttribute(tag::kExpression));
+    ForEachChild(element, [this](const IXmlElement& child) {
+        for (const auto& [side, name] : kSides) {
+            if (child.Name() != name) continue;
+            SetNumber(side, child.GetAttribute(tag::kValue));
+            Expression(side, child.GetAttribute(tag::kExpression));
         }
-    }
+    });
 }
 
 std::shared_ptr<IXmlElement> ExpectedResult::Save(IXmlDocument& owner) const {

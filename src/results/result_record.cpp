@@ -105,7 +105,9 @@ void RunRecord::LoadInstrument(const IXmlElement& element) {
 }
 
 void RunRecord::LoadTechnique(const IXmlElement& element) {
-    for (const auto& setting : element.FindChild(tag::kSetting))
+    const XmlElements settings = element.FindChild(tag::kSetting);
+    technique.reserve(technique.size() + settings.size());
+    for (const auto& setting : settings)
         technique.emplace_back(setting->GetAttribute(tag::kKey), setting->Text());
 }
 
