@@ -326,5 +326,25 @@ TEST_F(RunCommandTest, SiteDefaultsReachNewTests) {
     EXPECT_STREQ(data.child_value("MeasurementMode"), "2") << "fluoroscopy is stored as 2";
 }
 
+TEST_F(RunCommandTest, ARedoTakesTheWaveformsOfItsOwnChannels) {
+    const auto shot = [](const std::string& kv, const std::string& ma) {
+        return R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3.1"],)"
+               R"("mas":["200","20","0","0"],"waveforms":[{"type":1,"resolution":1,"samples":")" +
+               kv + R"("},{"type":3,"resolution":1,"samples":")" + ma + "\"}]}}\n";
+    };
+    Write("s.xml", Sequence(Element(1, 100,
+                                    "<DetectorName>4</DetectorName>" + Exposures(2) +
+                                        "<NumberOfExposures0>1</NumberOfExposures0>"
+                                        "<NumberOfExposures1>1</NumberOfExposures1>")));
+    Write("r.jsonl", "{\"recording\":1,\"kind\":4,\"serialNumbers\":\"4711,88\"}\n" +
+                         shot("0,81,0", "0,201,0") + shot("0,82,0", "0,202,0") + shot("0,83,0", "0,203,0"));
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl", "start,redo 1,next"), kExitPassed) << err;
+    std::string samples;
+    for (pugi::xml_node item : ResultOf(1).children())
+        if (std::string(item.name()).ends_with("Waveform"))
+            samples += std::string(item.text().get()).substr(2, 3) + " ";
+    EXPECT_EQ(samples, "83, 203 82, 202 ");
+}
+
 }  // namespace
 }  // namespace vorex::test

@@ -375,5 +375,18 @@ TEST_F(StandardsCommandTest, AnOwnFileWithAFaultIsNamedAndTheOthersAreListed) {
     }
 }
 
+TEST_F(StandardsCommandTest, ALimitOfPulsesNeedsPulsedFluoroscopy) {
+    UseOwn("own.json",
+           OwnStandard(OwnLimit("[500,700]", R"("key":"ER Pulse Rate","unit":"Pps","high":{"value":15})")));
+    for (const bool pulsed : {true, false}) {
+        Write("unit.xml",
+              Sequence(Element(1, 500,
+                               Exposures(2) + "<MeasurementMode>2</MeasurementMode><MeasurementFluoroType>" +
+                                   (pulsed ? "2" : "1") + "</MeasurementFluoroType>")));
+        EXPECT_EQ(Add("unit.xml", "Own", "added.xml"), kExitPassed) << out << err;
+        EXPECT_EQ(Limits("added.xml", 1, "Own"), pulsed ? "[ER Pulse Rate|Pps||15]" : "") << out << err;
+    }
+}
+
 }  // namespace
 }  // namespace vorex::test

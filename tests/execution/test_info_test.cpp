@@ -145,5 +145,19 @@ TEST_F(TestInfoTest, ATargetAndFilterChosenInARunRedrawTheLine) {
     EXPECT_THAT(seen, ElementsAre(" Target/Filter: Mo/Mo", " Target/Filter: Rh/Rh"));
 }
 
+TEST_F(TestInfoTest, TheChamberIsNotedWithItsCalibrationWhenItHasAName) {
+    const auto element = Make(kRadioRepro, 1, kPelomark);
+    ConfigOf(*element).CalFactor = ConfigOf(*element).CalConstant = "earlier";
+    Perform(*element, {});
+    EXPECT_EQ(ConfigOf(*element).IonChamberName, "");
+    EXPECT_EQ(ConfigOf(*element).CalFactor, "earlier");
+    EXPECT_EQ(ConfigOf(*element).CalConstant, "earlier");
+    room->ionChamber = "6 cc";
+    Perform(*element, {});
+    EXPECT_EQ(ConfigOf(*element).IonChamberName, "6 cc");
+    EXPECT_EQ(ConfigOf(*element).CalFactor, "factor of 6 cc");
+    EXPECT_EQ(ConfigOf(*element).CalConstant, "constant of 6 cc");
+}
+
 }  // namespace
 }  // namespace vorex::test

@@ -273,5 +273,39 @@ TEST_F(TestPerformTest, AnEarlierVerdictIsShownWhenTheGuideOpens) {
     EXPECT_EQ(status, kPassed);
 }
 
+TEST_F(TestPerformTest, AnEarlierResultShowsItsWaveformsAndAClickThoseOfItsExposure) {
+    const auto element = Make(kRadioRepro, 2, kZrdAndMas);
+    for (uint8_t row : {0, 1}) ConfigOf(*element).SetValue(row, ExposureColumn::kImport, "1");
+    const auto expose = [this](const char* kv, const char* ma) {
+        Queue(
+            [this, kv, ma](DetectorEvents& events) {
+                ZrdReading reading;
+                reading.kvpAvg = "80";
+                reading.exposureTime = "100";
+                events.VTI_DataReady.Raise(reading);
+                room->waveform = kv;
+                events.vti_CheckExposureWaveform.Raise(kKvWaveform);
+                room->waveform = ma;
+                events.vti_CheckExposureWaveform.Raise(kMaWaveform);
+            },
+            true);
+    };
+    expose("0,81", "0,201,0");
+    expose("0,82,0,0", "0,202,0,0,0");
+    Perform(*element, {Start()});
+    const auto counts = [](const FZRD47500TestGuide& guide) {
+        std::string text;
+        for (const WindowTab& tab : guide.Tabs())
+            text += tab.waveform ? std::to_string(tab.waveform->ValueCount()) + " " : "none ";
+        return text;
+    };
+    Perform(*element, {Step([&](FZRD47500TestGuide& guide) {
+        EXPECT_EQ(counts(guide), "4 5 ") << "the last exposure";
+        guide.WaveformType(kMaWaveform);
+        guide.events.DrawWaveForm.Raise(1, true, kMaWaveform);
+        EXPECT_EQ(counts(guide), "4 3 ");
+    })});
+}
+
 }  // namespace
 }  // namespace vorex::test

@@ -132,6 +132,9 @@ TEST_F(SurveyCalculations, OtherCassettesGiveMeanExtremesAndRange) {
     EXPECT_EQ(grid.At(32, 3), "1.5");
     EXPECT_EQ(grid.At(33, 3), "1.65");
     EXPECT_EQ(grid.At(34, 3), "0.15");  // without the noise of floating point
+    for (const int32_t row : {8, 20, 30}) grid.At(row, 3).clear();
+    CalculateCassettes(grid);
+    for (const int32_t row : {31, 32, 33, 34}) EXPECT_EQ(grid.At(row, 3), "") << row;
 }
 
 TEST_F(SurveyCalculations, ImageQualityShowsTheChangeFromThePreviousFilm) {

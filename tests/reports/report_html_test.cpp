@@ -193,5 +193,17 @@ TEST_F(ReportHtmlTest, AFigureHasItsLinesCurveAndTexts) {
     EXPECT_EQ(At("//figure//text"), "0.0");
 }
 
+TEST_F(ReportHtmlTest, OnlyTheFirstHeadingOfAPageBeginsIt) {
+    report.HeadingLevel(1);
+    report.PrintHeading("one", "");
+    report.NewPage();
+    report.PrintHeading("two", "");
+    report.PrintHeading("three", "");
+    Load();
+    EXPECT_EQ(Count("//section"), 3U);
+    EXPECT_EQ(Count("//section[@class='page']"), 1U);
+    EXPECT_EQ(At("//section[@class='page']/h2/span"), "two");
+}
+
 }  // namespace
 }  // namespace vorex

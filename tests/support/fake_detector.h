@@ -117,8 +117,8 @@ class FakeDetector : public IDetectorService {
     }
     void MASInput(bool shunt) override { mRoom->Call("MASInput", shunt ? "1" : "0"); }
     std::string IonChamberName() override { return mRoom->ionChamber; }
-    std::string IonCalFactor() override { return {}; }
-    std::string IonCalConstant() override { return {}; }
+    std::string IonCalFactor() override { return "factor of " + mRoom->ionChamber; }
+    std::string IonCalConstant() override { return "constant of " + mRoom->ionChamber; }
     std::string InstrumentName(int32_t index) override {
         mRoom->Call("InstrumentName");
         return index == 0 ? "ZRD 47500WD" : "mAs meter";
