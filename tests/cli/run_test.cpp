@@ -343,7 +343,7 @@ TEST_F(RunCommandTest, ARedoTakesTheWaveformsOfItsOwnChannels) {
     for (pugi::xml_node item : ResultOf(1).children())
         if (std::string(item.name()).ends_with("Waveform"))
             samples += std::string(item.text().get()).substr(2, 3) + " ";
-    EXPECT_EQ(samples, "83, 203 82, 202 ");
+    EXPECT_EQ(samples, "83, 82, 203 202 ");
 }
 
 }  // namespace
