@@ -152,10 +152,21 @@ void FileCheck::CheckElement(Node element, Place place, int32_t level) {
     CheckChildren(element, place, level);
 }
 
+/// The row of an element below a place, given that of the element before it; null for one that is not known.
+/// Files have most elements in the order of the table, some of them several times.
+const ElementRow* RowAfter(const ElementRow* before, Place place, const char* name) {
+    if (before != nullptr) {
+        if (SameText(name, before->name)) return before;
+        const ElementRow* const next = before + 1;
+        const bool there = next < ElementRows().data() + ElementRows().size() && next->parent == place;
+        if (there && SameText(name, next->name)) return next;
+    }
+    return FindElementRow(place, name);
+}
+
 void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
     std::bitset<kMostElementRows> met;
-    const ElementRow* const end = ElementRows().data() + ElementRows().size();
-    const ElementRow* next = nullptr;  // files hold most elements in the order of the table
+    const ElementRow* row = nullptr;
     pugi::xml_node_type type = pugi::node_null;
     for (Node child = element.first_child(); (type = child.type()) != pugi::node_null;
          child = child.next_sibling()) {
@@ -163,10 +174,7 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
             ++mForeign;
             continue;
         }
-        const ElementRow* const row = next != nullptr && SameText(child.name(), next->name)
-                                          ? next
-                                          : FindElementRow(place, child.name());
-        next = row != nullptr && row + 1 < end && row[1].parent == place ? row + 1 : nullptr;
+        row = RowAfter(row, place, child.name());
         if (row == nullptr) {
             ++mForeign;
             if ((place == Place::kTest || place == Place::kSurvey) &&
