@@ -1,6 +1,8 @@
 #include "app/journal_keeper.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 namespace vorex {
@@ -24,7 +26,8 @@ void JournalKeeper::Keep(std::unique_ptr<RunJournal> journal, IPlatform& platfor
 }
 
 void JournalKeeper::Replay(const JournalContent& content) {
-    mRecords = content.records;
+    std::copy_if(content.records.begin(), content.records.end(), std::back_inserter(mRecords),
+                 [](const JournalRecord& record) { return record.script.empty(); });
     std::vector<RunNote> notes;
     for (const JournalRecord& record : mRecords)
         notes.insert(notes.end(), record.notes.begin(), record.notes.end());
@@ -73,6 +76,13 @@ void JournalKeeper::Append(JournalRecord record) {
     record.notes = mTape.TakeNotes();
     if (!mFault.empty()) return;
     try {
+        // A person's acts say it all.
+        if (!mKeepsActs && !mScript.empty()) {
+            JournalRecord taken;
+            taken.script = mScript;
+            mJournal->Append(taken);
+        }
+        mScript.clear();
         mJournal->Append(record);
     } catch (const std::exception& error) {
         // The measurement continues without the journal.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "files/run_journal.h"
@@ -31,6 +32,9 @@ class JournalKeeper {
     bool Keeping() const { return mJournal != nullptr; }
     /// Replays the records of a journal first. [after `Keep`]
     void Replay(const JournalContent& content);
+    /// The script that continues after the replay goes to the journal with the first exposure it takes, so
+    /// that the run can be resumed once more. [after `Replay`]
+    void TakeOver(std::string script) { mScript = std::move(script); }
     /// Whether the operator's acts go to the journal too. A journal that already has records continues as it
     /// began. [before the run]
     void KeepActs(bool keep);
@@ -70,6 +74,7 @@ class JournalKeeper {
     std::vector<JournalRecord> mRecords;  ///< to follow
     std::size_t mNext = 0;
     bool mKeepsActs = false;
+    std::string mScript;
     std::string mFault;
 };
 

@@ -36,9 +36,10 @@ void Run::Keep(const std::filesystem::path& output, JournalHead head) {
     GoOverTape();
 }
 
-void Run::Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content) {
+void Run::Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content, std::string script) {
     mKeeper.Keep(std::move(journal), mSession.Platform());
     mKeeper.Replay(content);
+    mKeeper.TakeOver(std::move(script));
     mResumed = true;
     GoOverTape();
 }

@@ -52,8 +52,8 @@ class Run final : private IRunUnderWay {
     void Keep(const std::filesystem::path& output, JournalHead head);
     /// Repeats the run of the journal and continues it. The platform's clock must start at the same time, and
     /// a script must take the same steps. A person's acts are repeated; until `CaughtUp` the windows accept
-    /// no others. [before `Perform`]
-    void Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content);
+    /// no others. A script that replaces the rest of the earlier one goes to the journal. [before `Perform`]
+    void Resume(std::unique_ptr<RunJournal> journal, const JournalContent& content, std::string script = {});
 
     /// Performs the elements. Faults go to the listener when the run has ended.
     RunOutcome Perform(OpenFile& file, const IOperator& person, IAppListener& listener);

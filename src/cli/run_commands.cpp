@@ -177,10 +177,19 @@ class RunListener final : public TerminalListener {
 std::vector<ElementSteps> ResumedScript(const JournalContent& content, const std::string& other) {
     if (content.ByHand()) return ParseOperatorScript(other);
     auto script = ParseOperatorScript(content.head.operatorScript);
-    if (other.empty()) return script;
-    const JournalRecord last = content.records.empty() ? JournalRecord() : content.records.back();
-    return JoinedScript(script, static_cast<std::size_t>(last.opened), static_cast<std::size_t>(last.steps),
-                        ParseOperatorScript(other));
+    JournalRecord last;
+    const auto takeOver = [&](const std::string& next) {
+        script = JoinedScript(script, static_cast<std::size_t>(last.opened),
+                              static_cast<std::size_t>(last.steps), ParseOperatorScript(next));
+    };
+    for (const JournalRecord& record : content.records) {
+        if (record.script.empty())
+            last = record;
+        else
+            takeOver(record.script);
+    }
+    if (!other.empty()) takeOver(other);
+    return script;
 }
 
 void PrintResumed(const RunJournal& journal, const JournalContent& content, Terminal& terminal) {
@@ -253,7 +262,7 @@ int ResumeCommand(const ResumeOptions& options, Terminal& terminal) {
     platform->StartAt(head.started);
     const auto file = OpenFile::FromText(head.document, head.input);
     PrintResumed(*journal, content, terminal);
-    resumed.Resume(std::move(journal), content);
+    resumed.Resume(std::move(journal), content, options.operatorScript);
     HeadlessOperator person(std::move(script), resumed.Instruments());
     RunListener listener(terminal, session, *platform, person, content);
     const RunOutcome outcome = resumed.Perform(*file, person, listener);

@@ -125,6 +125,9 @@ constexpr JournalRow<ActLine> kActRows[] = {
     {"notes", &ActLine::notes},
 };
 
+constexpr std::string_view kScript = "operator";
+constexpr JournalRow<JournalRecord> kScriptRows[] = {{kScript, &JournalRecord::script}};
+
 struct ActWord {
     OperatorAct::Kind kind;
     std::string_view name;
@@ -219,6 +222,7 @@ std::string Written(const Object& object, const JournalRow<Object> (&rows)[Count
 }
 
 std::string RecordObject(const JournalRecord& record) {
+    if (!record.script.empty()) return Written(record, kScriptRows);
     if (!record.act) return Written(record, kRecordRows);
     const OperatorAct& act = *record.act;
     return Written(ActLine{std::string(WordOf(act)), act.number, act.column, act.text, record.element,
@@ -239,7 +243,10 @@ JournalRecord ReadRecord(const JsonReader& in, std::string_view text) {
     JournalRecord record;
     const JsonValue* const act = value.Find(kAct);
     if (act == nullptr) {
-        in.Members(value, "the line", kRecordRows, record);
+        if (value.Find(kScript) != nullptr)
+            in.Members(value, "the line", kScriptRows, record);
+        else
+            in.Members(value, "the line", kRecordRows, record);
         return record;
     }
     ActLine line;
@@ -330,7 +337,7 @@ std::string JournalSummary(const JournalContent& content) {
     std::set<std::pair<int32_t, int32_t>> exposures;
     const JournalRecord* last = nullptr;
     for (const JournalRecord& record : content.records) {
-        if (record.act) continue;
+        if (record.exposure == 0) continue;
         exposures.insert({record.element, record.exposure});
         last = &record;
     }
@@ -456,7 +463,7 @@ void RunJournal::AppendLine(const std::string& object) {
 
 void RunJournal::Append(const JournalRecord& record) {
     AppendLine(RecordObject(record));
-    mNeeded = mNeeded || !record.act;
+    mNeeded = mNeeded || record.exposure != 0;
 }
 
 void RunJournal::Remove() {

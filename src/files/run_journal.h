@@ -43,7 +43,7 @@ struct JournalHead {
 /// A stored exposure (the row of one instrument, or a waveform), or an act of a person.
 struct JournalRecord {
     int32_t element = 0;
-    int32_t exposure = 0;  ///< from 1; 0 for an act
+    int32_t exposure = 0;  ///< from 1; 0 for an act and for a script
     int32_t source = 0;    ///< instrument of the row; 0 for a waveform
     int32_t waveform = 0;  ///< type of the waveform; 0 for a row
     std::string row;
@@ -54,6 +54,7 @@ struct JournalRecord {
     int32_t polls = 0;           ///< of the instruments, so far
     std::vector<RunNote> notes;  ///< answers of the instruments since the previous record
     std::optional<OperatorAct> act = {};
+    std::string script = {};  ///< takes over from the earlier script here; such a record has nothing else
     bool operator==(const JournalRecord&) const = default;
 };
 

@@ -146,6 +146,17 @@ TEST_F(JournalTest, AnotherScriptContinuesTheRun) {
     EXPECT_EQ(ValuesOf(1, "kVp Avg"), "83|81|82");
 }
 
+TEST_F(JournalTest, ARunThatAnotherOperatorContinuedIsResumedAgain) {
+    Write("out.xml.journal", JournalOfTwo());
+    Write("r.jsonl", kHead + Shot("80") + Shot("81") + Shot("82") + Shot("83") + Shot("84"));
+    EXPECT_EQ(Resume("redo 9"), kExitUsage) << "the exposure of the run under way is taken";
+    for (const char* script : {"redo 1,redo 9", "redo 3,redo 9"})
+        EXPECT_EQ(Resume(script), kExitUsage) << script;
+    ASSERT_EQ(Resume("next"), kExitPassed) << err;
+    result.load_file(Path("out.xml").c_str());
+    EXPECT_EQ(ValuesOf(1, "kVp Avg"), "83|81|84");
+}
+
 TEST_F(JournalTest, ARunDoesNotOverwriteTheJournalOfAnother) {
     const std::string journal = JournalOfTwo();
     Write("out.xml.journal", journal);
