@@ -37,14 +37,11 @@ void CWaveform::Initialize(std::string_view data) {
 void CWaveform::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
     if (log != nullptr) log->Position(element->Name(), "");
     const std::string_view samples = element->Text();
-    const bool several = samples.find(',') != std::string_view::npos;
-    if (!several && !samples.empty()) return;  // a single sample is no waveform
-    // The other fields of a waveform without samples are kept, so that a file keeps its bytes.
+    if (samples.find(',') == std::string_view::npos) return;  // a single sample is no waveform
     if (const auto print = element->FindChild(tag::kPrintWaveform); !print.empty())
         mIncludeInReport = print.front()->Text() == kStoredTrue;
     if (const auto interval = element->FindChild(tag::kWaveformResolution); !interval.empty())
         mResolution = ToSingle(ReadNumber(interval.front()->Text()));
-    if (!several) return;
     TakeSamples(samples);
     if (log != nullptr) log->Advance(1);
 }

@@ -274,8 +274,11 @@ TEST_F(RunCommandTest, WaveformsAreFetchedWhereTheImportFlagAsks) {
         samples +=
             std::string(waveform.text().get()) + "/" + waveform.child_value("WaveformResolution") + ";";
     EXPECT_EQ(samples.substr(0, 19), "0,40.5,80.1,0/10;/1");
+    // An empty waveform that is loaded stays empty, without flags; the other one is kept.
     ASSERT_EQ(Run({"judge", Path("out.xml"), "-o", Path("again.xml")}), kExitPassed);
-    EXPECT_EQ(Read("again.xml"), Read("out.xml"));
+    ASSERT_EQ(Run({"judge", Path("again.xml"), "-o", Path("twice.xml")}), kExitPassed);
+    EXPECT_NE(Read("again.xml").find("<Waveform>0,40.5,80.1,0<PrintWaveform>True"), std::string::npos);
+    EXPECT_EQ(Read("twice.xml"), Read("again.xml"));
 }
 
 TEST_F(RunCommandTest, ADecimalCommaSystemGivesTheSameNumbers) {
