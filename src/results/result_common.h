@@ -80,9 +80,9 @@ class CResultCommon : public IResultData,
     int32_t UpdateAdjacentResult(ITestElement& owner, const ISelectedStandards* selected, uint8_t row,
                                  uint8_t flag);
     /// A view's edit of the adjacent flag of an exposure, counted from 1: judges all rows, then makes the
-    /// exposure's row the working row. Always False.
-    bool UpdateResult(ITestElement& owner, const ISelectedStandards* selected, uint8_t exposureNumber,
-                      uint8_t flag);
+    /// exposure's row the working row.
+    SurveyOutcomes UpdateResult(ITestElement& owner, const ISelectedStandards* selected,
+                                uint8_t exposureNumber, uint8_t flag);
     /// Status at the start of a run: 1, or 0.
     void InitResultStatus(bool passed) { mStatus = passed ? kPassed : kNotTested; }
     /// Does nothing: the overall status follows from judging.

@@ -144,16 +144,16 @@ int32_t CResultCommon::UpdateAdjacentResult(ITestElement& owner, const ISelected
     return 0;
 }
 
-bool CResultCommon::UpdateResult(ITestElement& owner, const ISelectedStandards* selected,
-                                 uint8_t exposureNumber, uint8_t flag) {
+SurveyOutcomes CResultCommon::UpdateResult(ITestElement& owner, const ISelectedStandards* selected,
+                                           uint8_t exposureNumber, uint8_t flag) {
     const std::size_t row = exposureNumber - 1U;
     const bool there = exposureNumber > 0 && row < mRows.size();
     if (there)
         if (CMeasurement* adjacent = FindMeasurement(*mRows[row], key::kAdjacent))
             adjacent->Value(PlainText(static_cast<int32_t>(flag)));
-    UpdateAllStatus(owner, selected);
+    const SurveyOutcomes outcomes = UpdateAllStatus(owner, selected);
     if (there) mCurrent = mRows[row];
-    return false;
+    return outcomes;
 }
 
 void CResultCommon::UpdateServiceRecord(const ITestElement& owner) {

@@ -162,6 +162,7 @@ TEST_F(ResultStatus, AFailureInAnyRowOfTest900StaysInItsCells) {
         }
         const SurveyOutcomes expected{c.l36, c.l38, c.l39};
         EXPECT_EQ(result->UpdateAllStatus(owner, &selected), expected);
+        EXPECT_EQ(result->UpdateResult(owner, &selected, 1, 0), expected);
     }
     EXPECT_EQ(result->UpdateAllStatus(owner, &selected, true), kNoneOfSeven) << "not applicable";
     EXPECT_EQ(result->Status(), kNotApplicable);
