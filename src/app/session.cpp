@@ -53,9 +53,15 @@ StandardsLibrary& Session::Standards(IAppListener& listener) {
     if (mStandards) return *mStandards;
     std::vector<std::filesystem::path> folders = DataFolders(kStandards);
     if (std::filesystem::path own = UserStandardsFolder(); !own.empty()) folders.push_back(std::move(own));
-    mStandards = std::make_shared<StandardsLibrary>(folders, LimitFault, [&](const std::string& fault) {
+    const auto diagnose = [&](const std::string& fault) {
         listener.Faulted({FaultSource::kStandard, 0, fault});
-    });
+    };
+    // What does not fit an element is left out of its standard, as where the limits are typed.
+    const auto fit = [](const StandardLimit& limit, const ITestElement& element) {
+        const auto config = std::dynamic_pointer_cast<CConfigCommon>(element.Configuration());
+        return config ? FitLimit(limit, *config, [](const std::string&) {}) : std::vector<StandardLimit>();
+    };
+    mStandards = std::make_shared<StandardsLibrary>(folders, LimitFault, diagnose, fit);
     GGlobals().SetPlugInPointer(mStandards);
     return *mStandards;
 }

@@ -74,6 +74,8 @@ constexpr ArrayDefault kArrays[] = {
     {kFluoroExposure,                   &C::mode,              text::kModeNormal},
     {kMammoRadiation,                   &C::sid,               "10"},
 };
+// The arrays do not count: a new test has import flags like every other.
+static_assert(HoldsOwnRows(kOwnDefaults, kChoices, kNumbers, kTexts));
 // clang-format on
 
 }  // namespace

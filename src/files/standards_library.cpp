@@ -58,7 +58,8 @@ fs::path UserStandardsFolder() {
 }
 
 StandardsLibrary::StandardsLibrary(std::span<const fs::path> folders, const LimitCheck& check,
-                                   const std::function<void(const std::string&)>& diagnose) {
+                                   const std::function<void(const std::string&)>& diagnose, ElementFit fit)
+    : mFit(std::move(fit)) {
     for (const fs::path& folder : folders) ReadFolder(folder, check, diagnose);
     std::sort(mStandards.begin(), mStandards.end(), [](const StandardFile& a, const StandardFile& b) {
         return std::tie(a.name, a.version) < std::tie(b.name, b.version);
@@ -100,6 +101,15 @@ std::shared_ptr<IStandard> StandardsLibrary::LoadStandard(int32_t testId, std::s
                                                           std::string& completeName) {
     const StandardFile* const file = Find(alphaName, completeName);
     return file != nullptr && file->HasTest(testId) ? Build(*file, testId, PlainLimit) : nullptr;
+}
+
+std::shared_ptr<IStandard> StandardsLibrary::LoadStandardFor(const ITestElement& element,
+                                                             std::string& alphaName,
+                                                             std::string& completeName) {
+    const StandardFile* const file = Find(alphaName, completeName);
+    if (!mFit || file == nullptr || !file->HasTest(element.TestID()))
+        return LoadStandard(element.TestID(), alphaName, completeName);
+    return Build(*file, element.TestID(), [&](const StandardLimit& limit) { return mFit(limit, element); });
 }
 
 std::shared_ptr<IStandard> StandardsLibrary::Build(const StandardFile& file, int32_t testId, const Fit& fit) {

@@ -23,10 +23,14 @@ class StandardsLibrary final : public IZRD47500PlugIn {
     /// A limit for one element, with plain numbers; nothing when the element cannot be judged by it.
     using Fit = std::function<std::vector<StandardLimit>(const StandardLimit& limit)>;
 
+    /// Fits a limit to an element.
+    using ElementFit =
+        std::function<std::vector<StandardLimit>(const StandardLimit& limit, const ITestElement& element)>;
+
     /// Reads the standards of the folders, first to last. A file with a fault, a second file of the same
     /// standard, and a folder that cannot be read are skipped and reported to `diagnose`.
     StandardsLibrary(std::span<const std::filesystem::path> folders, const LimitCheck& check,
-                     const std::function<void(const std::string&)>& diagnose);
+                     const std::function<void(const std::string&)>& diagnose, ElementFit fit = {});
 
     /// Sorted by name and version.
     std::span<const StandardFile> Standards() const { return mStandards; }
@@ -41,11 +45,14 @@ class StandardsLibrary final : public IZRD47500PlugIn {
     /// Without an element to fit to, a limit that depends on one is left out.
     std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& alphaName,
                                             std::string& completeName) override;
+    std::shared_ptr<IStandard> LoadStandardFor(const ITestElement& element, std::string& alphaName,
+                                               std::string& completeName) override;
 
   private:
     void ReadFolder(const std::filesystem::path& folder, const LimitCheck& check,
                     const std::function<void(const std::string&)>& diagnose);
 
+    ElementFit mFit;
     std::vector<StandardFile> mStandards;
 };
 

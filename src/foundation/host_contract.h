@@ -677,6 +677,11 @@ class IZRD47500PlugIn : public virtual IPlugIn {
     /// name and version.
     virtual std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& alphaName,
                                                     std::string& completeName) = 0;
+    /// The same for one element: a limit that depends on its settings is there with the number for them.
+    virtual std::shared_ptr<IStandard> LoadStandardFor(const ITestElement& element, std::string& alphaName,
+                                                       std::string& completeName) {
+        return LoadStandard(element.TestID(), alphaName, completeName);
+    }
 };
 
 }  // namespace vorex

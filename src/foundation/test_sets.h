@@ -143,6 +143,15 @@ constexpr bool CoversEveryMeasuringTest(const Tables&... tables) {
     return true;
 }
 
+/// True when the tables name the measuring tests that the catalogue says have such rows, and no other.
+template <typename... Tables>
+constexpr bool HoldsOwnRows(OwnRows own, const Tables&... tables) {
+    for (const TestRow& test : kTestCatalogue)
+        if (test.mode != kEnteredByHand && NamesTest(test.id, tables...) != ((test.own & own) != 0))
+            return false;
+    return true;
+}
+
 /// True when every measuring test has exactly one row, and no other test has one.
 template <typename Table>
 constexpr bool HasOneRowPerMeasuringTest(const Table& table) {

@@ -157,9 +157,6 @@ inline constexpr std::string_view kUnitPicoampere        = "25071::pA";
 inline constexpr std::string_view kMas                   = "22103::mAs";
 inline constexpr std::string_view kUnitMs                = "22012::ms";
 inline constexpr std::string_view kUnitSec               = "22209::sec";
-inline constexpr std::string_view kUnitMin               = "22004::min";
-inline constexpr std::string_view kUnitHour              = "23151::hr";
-inline constexpr std::string_view kUnitPulse             = "23152::pulse";
 inline constexpr std::string_view kUnitPulsesPerSecond   = "23149::Pps";
 inline constexpr std::string_view kUnitCm                = "22217::cm";
 inline constexpr std::string_view kUnitMmAl              = "22207::mm Al";
@@ -450,6 +447,7 @@ inline constexpr std::string_view kReasonBatteryEmpty    = "31485::the battery o
 inline constexpr std::string_view kReasonRedo            = "31486::redo of exposure %%1";
 inline constexpr std::string_view kReasonInRedo          = "31487::redo of exposure %%1: %%2";
 inline constexpr std::string_view kReasonInExposure      = "31488::exposure %%1: %%2";
+inline constexpr std::string_view kNoteNoValue           = "31489::exposure %%1 has no value for %%2, judged as 0";
 
 inline constexpr std::string_view kShowTaken             = "31138::Taken %%1 to %%2 by %%3";
 inline constexpr std::string_view kShowRun               = "31139::The run %%1";

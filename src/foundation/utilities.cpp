@@ -253,9 +253,10 @@ void SetPlugIn(const std::shared_ptr<IPlugIn>& plugIn) {
     InstallPlugIn(std::dynamic_pointer_cast<IZRD47500PlugIn>(plugIn));
 }
 
-std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name, std::string& version) {
+std::shared_ptr<IStandard> LoadStandard(const ITestElement& element, std::string& name,
+                                        std::string& version) {
     const auto& plugIn = Services().plugIn;
-    return plugIn ? plugIn->LoadStandard(testId, name, version) : nullptr;
+    return plugIn ? plugIn->LoadStandardFor(element, name, version) : nullptr;
 }
 
 }  // namespace vorex

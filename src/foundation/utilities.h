@@ -78,7 +78,7 @@ void FixExposureCaption();
 
 /// Registers the plug-in object; any plug-in other than this library's is ignored.
 void SetPlugIn(const std::shared_ptr<IPlugIn>& plugIn);
-/// A standard of the plug-in; empty without a plug-in or when it has none of that name.
-std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name, std::string& version);
+/// A standard of the plug-in for an element; empty without a plug-in or when it has none of that name.
+std::shared_ptr<IStandard> LoadStandard(const ITestElement& element, std::string& name, std::string& version);
 
 }  // namespace vorex

@@ -48,6 +48,15 @@ inline constexpr int32_t kDental = 4;
 inline constexpr int32_t kEnteredByHand = 0;  ///< in the place of a mode: a test without exposures
 
 /// One row of the test catalogue.
+/// Rows that a test has of its own in the tables; a bit set. A test without them has what all tests have.
+enum OwnRows : uint8_t {
+    kNothingOwn = 0,
+    kOwnColumns = 1,   ///< of the result, next to the readings
+    kOwnLimits = 2,    ///< next to those of the readings
+    kOwnDefaults = 4,  ///< settings of a new test that differ from those of the construction
+    kAllOwn = kOwnColumns | kOwnLimits | kOwnDefaults,
+};
+
 struct TestRow {
     int32_t id;
     int32_t mode;                  ///< detector mode that a new test starts with
@@ -56,11 +65,12 @@ struct TestRow {
     std::string_view title;        ///< text key of its name for a person
     std::string_view setupClass;   ///< class of the setup control, without the project name
     std::string_view resultClass;  ///< class of the result view, without the project name
+    uint8_t own = kAllOwn;  ///< `OwnRows`: a table that lacks one, or has one too many, does not compile
 };
 
 // clang-format off
 inline constexpr auto kTestCatalogue = std::to_array<TestRow>({
-    {kRadioRepro,     kRadio,  2, "RadioRepro",     text::kTestRadioRepro,     "XRadioReproConfig",     "XResultFlxGrid"},
+    {kRadioRepro,     kRadio,  2, "RadioRepro",     text::kTestRadioRepro,     "XRadioReproConfig",     "XResultFlxGrid", kOwnColumns | kOwnDefaults},
     {kRadioAccuracy,  kRadio,  1, "RadioAccuracy",  text::kTestRadioAccuracy,  "XRadioAccuracyConfig",  "XResultListView"},
     {kRadioLinearity, kRadio,  2, "RadioLinearity", text::kTestRadioLinearity, "XRadioLinearityConfig", "XResultFlxGrid"},
     {kFluoroAccuracy, kFluoro, 1, "FluoroAccuracy", text::kTestFluoroAccuracy, "XFluoroAccuracyConfig", "XResultListView"},

@@ -9,6 +9,7 @@
 #include "foundation/host_services.h"
 #include "foundation/limit_expression.h"
 #include "foundation/number_text.h"
+#include "foundation/test_sets.h"
 #include "foundation/utilities.h"
 #include "guide/dialog_wrapper.h"
 #include "results/result_columns.h"
@@ -100,7 +101,6 @@ struct TestLimits {
 };
 constexpr TestLimits kTestLimits[] = {
     {kGroupId,        {}},
-    {kRadioRepro,     {}},
     {kRadioAccuracy,  kAccuracyRows},
     {kRadioLinearity, kLinearityRows},
     {kOldRadioHvl,    kOldHvlRows},
@@ -114,19 +114,17 @@ constexpr TestLimits kTestLimits[] = {
 };
 // clang-format on
 
-constexpr const TestLimits* FindTestLimits(int32_t testId) {
-    for (const TestLimits& test : kTestLimits)
-        if (test.testId == testId) return &test;
-    return nullptr;
-}
-static_assert(std::all_of(kMeasuringTests.begin(), kMeasuringTests.end(),
-                          [](int32_t testId) { return FindTestLimits(testId) != nullptr; }),
-              "every measuring test has a list of limit rows");
+static_assert(HoldsOwnRows(kOwnLimits, kTestLimits));
 
+/// A measuring test without a row has the limits of the readings alone.
 const TestLimits& LimitsOf(int32_t testId) {
-    const TestLimits* const test = FindTestLimits(testId);
-    if (test == nullptr) throw std::logic_error("test " + PlainText(testId) + " has no list of limit rows");
-    return *test;
+    static constexpr TestLimits kReadingsOnly = {};
+    const auto test = std::find_if(std::begin(kTestLimits), std::end(kTestLimits),
+                                   [&](const TestLimits& row) { return row.testId == testId; });
+    if (test != std::end(kTestLimits)) return *test;
+    if (!IsMeasuringTest(testId))
+        throw std::logic_error("test " + PlainText(testId) + " has no list of limit rows");
+    return kReadingsOnly;
 }
 
 /// Key of a row; exposure 0 for a row without a number.
@@ -263,48 +261,37 @@ std::vector<std::shared_ptr<IStandard>> CLimitData::FindFailed(const Judged& jud
 
 void CLimitData::AddLimit(IStandard& standard, const LimitRow& row, int32_t exposure, int32_t testId) const {
     auto limit = Services().createExpectedResult();
-    limit->Setup(KeyOf(row, exposure), UnitOf(row), "", "");
-    // On both sides, so that a number typed into either is judged as the editor shows it.
+    limit->Setup(KeyOf(row, exposure), UnitKeyOf(row), "", "");
+    // Both sides: a number that is typed into either then judges as the editor shows it.
     for (const int32_t side : {kHighSide, kLowSide})
         limit->Expression(side, RowOf(FirstForm(row, testId)).text);
     standard.AddExpectedResult(std::move(limit));
 }
 
-/// Exposure unit and time base of test 700 in words.
-std::string CLimitData::ExposureRateUnit() const {
-    constexpr std::string_view kBases[] = {text::kUnitSec, text::kUnitMin, text::kUnitHour, text::kUnitPulse};
+std::string_view CLimitData::UnitKeyOf(const LimitRow& row) const {
     const auto config = OwnerConfiguration();
-    const int32_t unit = config ? config->pMeasurementExposure : kUnitR;
-    const int32_t base = config ? config->pMeasurementExposureRateUnit : 1;
-    const bool known = base >= 1 && base <= static_cast<int32_t>(std::size(kBases));
-    return Translate(unit == kUnitR ? text::kExposureUnitR : text::kUnitMilligray) + "/" +
-           Translate(known ? kBases[static_cast<std::size_t>(base) - 1] : kBases[0]);
-}
-
-std::string CLimitData::UnitOf(const LimitRow& row) const {
-    const auto config = OwnerConfiguration();
+    const int32_t exposure = config ? config->pMeasurementExposure : kUnitR;
     switch (row.unit) {
         case LimitUnit::kNone:
             return {};
         case LimitUnit::kPercent:
-            return std::string(text::kUnitPercent);
+            return text::kUnitPercent;
         case LimitUnit::kMmAl:
-            return Translate(text::kUnitMmAl);
+            return text::kUnitMmAl;
         case LimitUnit::kKv:
-            return Translate(text::kUnitKv);
+            return text::kUnitKv;
         case LimitUnit::kMa:
-            return Translate(text::kMa);
+            return text::kMa;
         case LimitUnit::kMas:
-            return Translate(text::kMas);
+            return text::kMas;
         case LimitUnit::kRatePerTime:
-            return ExposureRateUnit();
+            return ExposureRateUnitKey(kFluoro, exposure, config ? config->pMeasurementExposureRateUnit : 1);
         case LimitUnit::kDose:
-            return Translate(config && config->pMeasurementExposure != kUnitR ? text::kUnitMilligray
-                                                                              : text::kUnitMillirad);
+            return exposure == kUnitR ? text::kUnitMillirad : text::kUnitMilligray;
         case LimitUnit::kOutput:
-            return Translate(text::kUnitMilliroentgen) + "/" + Translate(text::kUnitSec);
+            return text::kOutputRateUnit;
         case LimitUnit::kAirKerma:
-            return Translate(text::kUnitMilligray) + "/" + Translate(text::kUnitSec);
+            return text::kAirKermaRateUnit;
     }
     return {};
 }
@@ -319,7 +306,7 @@ std::shared_ptr<IStandard> CLimitData::CreateStandard(std::string_view name, std
     std::string wantedName(name);
     std::string wantedVersion(version);
     std::shared_ptr<IStandard> standard;
-    if (!mOwner.expired()) standard = LoadStandard(OwnerTestId(), wantedName, wantedVersion);
+    if (const auto owner = mOwner.lock()) standard = LoadStandard(*owner, wantedName, wantedVersion);
     if (!standard) {
         standard = Services().createStandard(name, version);
         if (standard) CreateTestLimits(*standard, OwnerTestId());
@@ -368,7 +355,7 @@ void CLimitData::RefreshUnits(int32_t testId) {
     for (int32_t i = 0; mStandards && i < mStandards->Count(); ++i)
         for (const LimitRow& row : LimitsOf(testId).rows)
             if (row.renewsUnit)
-                if (const auto limit = FindLimit(*mStandards->Item(i), row.key)) limit->Unit(UnitOf(row));
+                if (const auto limit = FindLimit(*mStandards->Item(i), row.key)) limit->Unit(UnitKeyOf(row));
 }
 
 void CLimitData::PrepareLimitDialog(ILimitView& view, int32_t testId) {
@@ -381,7 +368,7 @@ void CLimitData::PrepareLimitDialog(ILimitView& view, int32_t testId) {
         for (int32_t exposure = 1; exposure <= exposures; ++exposure) AddExposure(exposure, testId);
     }
     ForEachRow(testId, exposures, [&](const LimitRow& row, int32_t exposure) {
-        view.AddRow(LimitEditorForms(row.forms), UnitOf(row), DescriptionOf(row, exposure),
+        view.AddRow(LimitEditorForms(row.forms), Translate(UnitKeyOf(row)), DescriptionOf(row, exposure),
                     KeyOf(row, exposure));
     });
     if (testId == kFluoroAccuracy) view.Hint(true, Translate(text::kFluoroLimitHint));

@@ -74,8 +74,8 @@ class CLimitData : public ILimitData, public LibraryObject, public std::enable_s
     void AddLimit(IStandard& standard, const struct LimitRow& row, int32_t exposure, int32_t testId) const;
     void AddExposure(int32_t exposure, int32_t testId);
     void RefreshUnits(int32_t testId);
-    std::string UnitOf(const LimitRow& row) const;
-    std::string ExposureRateUnit() const;
+    /// Text key of the unit of a row, which a file keeps: every reader sees it in a language of their own.
+    std::string_view UnitKeyOf(const LimitRow& row) const;
 
     std::shared_ptr<IStandardCollection> mStandards;
     std::weak_ptr<ITestElement> mOwner;

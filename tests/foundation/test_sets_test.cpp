@@ -70,6 +70,11 @@ TEST(TestSets, ATableThatForgetsATestDoesNotCoverThemAll) {
     };
     constexpr Single kTwice[] = {{100}, {200}, {300}, {500}, {700}, {900}, {1100}, {1200}, {100}};
     static_assert(CoversEveryMeasuringTest(kTwice) && !HasOneRowPerMeasuringTest(kTwice));
+    constexpr Single kDefaults[] = {{100}, {200}, {300}, {500}, {700}, {900}, {1100}, {1200}};
+    constexpr Single kLimits[] = {{200}, {300}, {500}, {700}, {900}, {1100}, {1200}};
+    static_assert(HoldsOwnRows(kOwnDefaults, kDefaults) && HoldsOwnRows(kOwnLimits, kLimits));
+    static_assert(!HoldsOwnRows(kOwnDefaults, kLimits), "one is missing");
+    static_assert(!HoldsOwnRows(kOwnLimits, kDefaults), "100 has the limits of the readings alone");
     struct Kind {
         int32_t kind;
     };

@@ -2,6 +2,8 @@
 
 #include "foundation/number_text.h"
 #include "foundation/registration.h"
+#include "support/fake_element.h"
+#include "support/fake_host.h"
 #include "support/fake_standards.h"
 #include "support/library_test.h"
 #include "support/recording_report.h"
@@ -204,19 +206,25 @@ class FakePlugIn : public IZRD47500PlugIn {
     std::string mId;
 };
 
+struct ElementOfTest : test::FakeElement {
+    explicit ElementOfTest(int32_t testId) : id(testId) {}
+    int32_t TestID() const override { return id; }
+    int32_t id;
+};
+
 TEST_F(Utilities, OnlyThisLibrarysPlugInIsKept) {
     std::string name = "Site";
     std::string version = "1";
     GGlobals entry;
     entry.SetPlugInPointer(nullptr);
     entry.SetPlugInPointer(std::make_shared<FakePlugIn>("zrd47500"));
-    EXPECT_EQ(LoadStandard(100, name, version), nullptr);
+    EXPECT_EQ(LoadStandard(ElementOfTest(100), name, version), nullptr);
     entry.SetPlugInPointer(std::make_shared<FakePlugIn>("ZRD47500"));
     entry.SetPlugInPointer(std::make_shared<FakePlugIn>("Other"));
-    const auto standard = LoadStandard(100, name, version);
+    const auto standard = LoadStandard(ElementOfTest(100), name, version);
     ASSERT_TRUE(standard);
     EXPECT_EQ(standard->Name(), "Site");
-    EXPECT_EQ(LoadStandard(200, name, version), nullptr);
+    EXPECT_EQ(LoadStandard(ElementOfTest(200), name, version), nullptr);
 }
 
 TEST_F(Utilities, RegistrationFixesTheCaptionAndIsUndoneOnce) {
