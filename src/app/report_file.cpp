@@ -175,7 +175,7 @@ void WriteReport(const ElementFile& file, const StandardsLibrary& library, const
         return RecordFacts(*elements.at(&result), *measured, settings.selected.get(), instruments->Entries(),
                            report);
     };
-    const auto noteOf = [&](const ITestElement& element) { return EndingNote(element, &report); };
+    const auto noteOf = [&](const ITestElement& element) { return VerdictNote(element, &report); };
     PrintFile(report, {file.Elements(), standards, instruments->Entries(), particulars, recordOf, noteOf});
     WriteWholeFile(options.output, form.render(report.Finish()));
 }

@@ -96,7 +96,10 @@ std::vector<ReportFact> RecordFacts(const ITestElement& element, const CResultCo
     AddUnlessEmpty(facts, text::kReportMeasuredWith,
                    Joined(InstrumentsOf(result, instruments, &report), "\n"), report);
     if (const auto& judged = result.JudgedBy()) {
-        AddUnlessEmpty(facts, text::kReportJudged, judged->time + "; " + OriginWords(judged->origin, &report),
+        const std::string without = WithoutValueWords(result, &report);
+        AddUnlessEmpty(facts, text::kReportJudged,
+                       judged->time + "; " + OriginWords(judged->origin, &report) +
+                           (without.empty() ? "" : "\n" + without),
                        report);
         AddUnlessEmpty(facts, text::kReportStandards, StandardNames(*judged), report);
         const std::vector<std::string> others = ChangedSides(element, *judged, selected, &report);

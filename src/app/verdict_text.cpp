@@ -179,11 +179,37 @@ std::string LimitWords(const CMeasurement& item, const IStandard& standard, Repo
     return low + (low.empty() || high.empty() ? "" : ", ") + high;
 }
 
-std::string EndingNote(const ITestElement& element, Report report) {
+std::string WithoutValueWords(const CResultCommon& result, Report report) {
+    if (!result.JudgedBy()) return {};
+    const auto& limits = result.JudgedBy()->limits;
+    std::string first;
+    int32_t others = -1;
+    for (std::size_t row = 0; row < result.Rows().size(); ++row) {
+        for (const auto& item : *result.Rows()[row]) {
+            const auto judges = [&](const StandardName& name) {
+                return !LimitWords(*item, *Find(limits, name)).empty();
+            };
+            if (!item->IsEmpty() || item->Status() == kNotTested) continue;
+            if (const auto names = NamesOf(limits); std::none_of(names.begin(), names.end(), judges))
+                continue;
+            if (++others == 0)
+                first = Translate(
+                    text::kNoteNoValue,
+                    {PlainText(static_cast<int32_t>(row + 1)), Translate(item->RawDescription(), report)},
+                    report);
+        }
+    }
+    return others > 0 ? first + ", " + Translate(text::kShowMore, {PlainText(others)}, report) : first;
+}
+
+std::string VerdictNote(const ITestElement& element, Report report) {
     const auto result = std::dynamic_pointer_cast<CResultCommon>(element.Result());
-    if (!result || !result->Run() || result->Status() == kNotApplicable) return {};
-    const std::string words = EndingWords(*result, report);
-    return words.empty() ? words : "(" + words + ")";
+    if (!result || result->Status() == kNotApplicable) return {};
+    std::vector<std::string> notes;
+    if (result->Run()) notes.push_back(EndingWords(*result, report));
+    notes.push_back(WithoutValueWords(*result, report));
+    std::erase(notes, std::string());
+    return notes.empty() ? std::string() : "(" + Joined(notes, "; ") + ")";
 }
 
 std::vector<std::string> RecordLines(const ITestElement& element, const CConfigCommon& config,
@@ -200,6 +226,7 @@ std::vector<std::string> RecordLines(const ITestElement& element, const CConfigC
         const bool later =
             !result.Run() || judged->time != result.Run()->end || judged->origin != result.Run()->origin;
         if (later) lines.push_back(Translate(text::kShowJudged, {judged->time, OriginWords(judged->origin)}));
+        if (std::string words = WithoutValueWords(result); !words.empty()) lines.push_back(std::move(words));
         AddFew(Translate(text::kShowOtherLimits), ChangedSides(element, *judged, selected), lines);
     }
     return lines;

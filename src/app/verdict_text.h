@@ -21,9 +21,9 @@ namespace vorex {
 std::string LimitWords(const CMeasurement& item, const IStandard& standard,
                        const IReportDocument* report = nullptr);
 
-/// How a run ended, as shown next to its verdict: "(stopped after 2 of 5)", "(broke off: the link to the
-/// instruments was lost)"; empty for a run that ended as planned.
-std::string EndingNote(const ITestElement& element, const IReportDocument* report = nullptr);
+/// What a person must know next to a verdict: "(stopped after 2 of 5)", "(broke off: the link to the
+/// instruments was lost)", "(exposure 1 has no value for HVL, judged as 0)"; empty for one without reserve.
+std::string VerdictNote(const ITestElement& element, const IReportDocument* report = nullptr);
 
 /// A standard as texts name it: "Site 1".
 std::string StandardWords(const StandardName& name);
@@ -39,7 +39,9 @@ std::vector<std::string> InstrumentsOf(const CResultCommon& result, std::span<co
 std::string OriginWords(const Origin& origin, const IReportDocument* report = nullptr);
 /// How a run ended, in words; empty if it ended as planned. [with a run]
 std::string EndingWords(const CResultCommon& result, const IReportDocument* report = nullptr);
-/// Settings, and sides of limits, that have changed since the result was made: a line each.
+/// The first value that limits judged although it was never there, and how many more; empty without one.
+std::string WithoutValueWords(const CResultCommon& result, const IReportDocument* report = nullptr);
+/// Settings, and sides of limits, that are not any more what the result was made with: a line each.
 std::vector<std::string> EditedSettings(const CConfigCommon& config, const RunRecord& run,
                                         const IReportDocument* report = nullptr);
 std::vector<std::string> ChangedSides(const ITestElement& element, const Judgement& judged,

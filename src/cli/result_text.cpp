@@ -311,9 +311,8 @@ std::string ElementLine(const ITestElement& element, int depth, bool colour) {
     if (IsOwnName(name, element.TestID())) left += ": " + name;
     const auto result = element.Result();
     const int32_t status = result ? result->Status() : kNotTested;
-    // The verdict of a run that did not end as planned has a note, so that it does not look like a normal
-    // one.
-    std::string note = EndingNote(element);
+    // A verdict with a reserve must not look like any other.
+    std::string note = VerdictNote(element);
     if (!note.empty()) note = "  " + Cut(note, kMostNote);
     const std::string words = RightAligned(StatusWords(element), kStatusWidth);
     std::string shown = words;

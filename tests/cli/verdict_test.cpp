@@ -136,7 +136,23 @@ TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
     }
 }
 
-TEST_F(VerdictTest, AFailedWaveformIsReported) {
+// An empty value is judged as 0, which passes a limit that has no low side.
+TEST_F(VerdictTest, AValueThatWasNeverThereIsNamedNextToTheVerdict) {
+    Write("s.xml", Sequence(Element(3, 500, Exposures(3), Limit("ER kVp Avg", R"(<High Value="88"/>)"))));
+    Write("r.jsonl", kHead + Shot("") + Shot("80", "") + Shot(""));
+    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    const std::string note = "exposure 1 has no value for kVp Avg, judged as 0, and 1 more";
+    EXPECT_TRUE(Prints("Pass  (exposure 1 has no value for kVp Avg")) << out;
+    Run({"show", Path("out.xml")});
+    EXPECT_TRUE(Prints("\n  " + note + "\n")) << out;
+    Run({"report", Path("out.xml"), "-o", Path("r.txt")});
+    EXPECT_NE(Read("r.txt").find("✓ Pass (exposure 1 has no value"), std::string::npos) << "on the cover";
+    EXPECT_NE(Read("r.txt").find(" " + note + "\n"), std::string::npos) << Read("r.txt");
+    Measure();
+    EXPECT_FALSE(Prints("judged as 0")) << out;
+}
+
+TEST_F(VerdictTest, AWaveformThatFailedIsTold) {
     Write("s.xml", Sequence(Element(1, 100, Exposures(1) + "<NumberOfExposures0>1</NumberOfExposures0>")));
     Write("r.jsonl", kHead + "{\"throws\":\"GetWaveform\"}\n" +
                          R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
