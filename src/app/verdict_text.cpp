@@ -10,6 +10,8 @@
 #include "foundation/report_markup.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
+#include "results/judging.h"
+#include "results/result_columns.h"
 
 namespace vorex {
 
@@ -184,8 +186,16 @@ std::string WithoutValueWords(const CResultCommon& result, Report report) {
     const auto& limits = result.JudgedBy()->limits;
     std::string first;
     int32_t others = -1;
-    for (std::size_t row = 0; row < result.Rows().size(); ++row) {
-        for (const auto& item : *result.Rows()[row]) {
+    bool compares = false;  // the first reading has none before it to be compared with
+    const std::size_t rows = result.Rows().size();
+    for (std::size_t row = 0; row < rows; ++row) {
+        const MeasurementRow& cells = *result.Rows()[row];
+        const bool firstReading = !std::exchange(
+            compares, compares || std::any_of(cells.begin(), cells.end(),
+                                              [](const auto& item) { return item->Status() != kNotTested; }));
+        for (const auto& item : cells) {
+            if (firstReading && IsLinearityKey(item->RawKey())) continue;
+            if (row + 1 < rows && IsTestWideKey(result.TestId, item->RawKey())) continue;
             const auto judges = [&](const StandardName& name) {
                 return !LimitWords(*item, *Find(limits, name)).empty();
             };

@@ -73,51 +73,6 @@ TEST(OpenFileTest, JudgingGivesAGroupTheResultThatItsChildrenComeTo) {
     }
 }
 
-TEST(OpenFileTest, TwoOpenFilesDoNotMix) {
-    const Session session;
-    const std::string failing = Sequence(Measured(1, "84", "83"));
-    const std::string passing = Sequence(Measured(1, "80", "83"));
-    Notebook alone;
-    const auto reference = OpenFile::FromText(passing, "p.xml");
-    reference->Judge(alone);
-    const std::string expected = reference->Text();
-
-    const auto first = OpenFile::FromText(failing, "f.xml");
-    const auto second = OpenFile::FromText(passing, "p.xml");
-    Notebook notebook;
-    first->Judge(notebook);
-    second->Judge(notebook);
-    EXPECT_EQ(first->Verdict(), FileVerdict::kBad);
-    EXPECT_EQ(second->Verdict(), FileVerdict::kGood);
-    EXPECT_EQ(second->Text(), expected);
-}
-
-TEST(OpenFileTest, OnlyWhatMeasuresNeedsInstruments) {
-    const Session session;
-    EXPECT_EQ(
-        OpenFile::FromText(Sequence(Group(1, Element(7, 200, Exposures(1)))), "s.xml")->FirstMeasuring(), 7);
-    EXPECT_FALSE(OpenFile::New(kMqsaSurvey)->FirstMeasuring());
-}
-
-TEST(OpenFileTest, AStandardIsAddedAndJudgesWhereTheFileSelectsIt) {
-    setenv("VOREX_STANDARDS", (std::string(kSourceDir) + "/standards").c_str(), 1);
-    Session session;
-    Notebook notebook;
-    StandardsLibrary& library = session.Standards(notebook);
-    const std::string test = Element(1, 100, Exposures(1));
-    const auto all = OpenFile::FromText(Sequence(test), "all.xml");
-    EXPECT_TRUE(all->AddStandard(library, "FDA radiography", {}, notebook).selected);
-    const auto none = OpenFile::FromText(Sequence("<SelectedStandards/>" + test), "none.xml");
-    const AddedStandard added = none->AddStandard(library, "FDA radiography", {}, notebook);
-    EXPECT_FALSE(added.selected);
-    EXPECT_EQ(added.name.name, "FDA radiography");
-    const std::vector<std::string> chosen = {"FDA radiography"};
-    none->SelectStandards(chosen);
-    EXPECT_EQ(none->File().Selected()->Standards().size(), 1U);
-    EXPECT_THROW(none->SelectStandards(std::vector<std::string>{"Site"}), std::runtime_error);
-    unsetenv("VOREX_STANDARDS");
-}
-
 /// The limit dialog and the command that adds standards take the same limits, also those by voltage.
 TEST(OpenFileTest, AStandardThatIsCreatedHasTheLimitsOfOneThatIsAdded) {
     setenv("VOREX_STANDARDS", (std::string(kSourceDir) + "/standards").c_str(), 1);

@@ -3,7 +3,6 @@
 #include "foundation/number_text.h"
 #include "foundation/registration.h"
 #include "support/fake_element.h"
-#include "support/fake_host.h"
 #include "support/fake_standards.h"
 #include "support/library_test.h"
 #include "support/recording_report.h"
