@@ -1,10 +1,6 @@
 #include "app/console.h"
 
-#include <gtest/gtest.h>
-
 #include <optional>
-#include <string>
-#include <vector>
 
 #include "support/library_test.h"
 
@@ -15,17 +11,10 @@ using ConsoleTest = test::LibraryTest;
 
 struct Setting {
     UnitKind unit = UnitKind::kRadiographic;
-    double kv = 0;
-    double ma = 0;
-    double mas = 0;
-    double timeMs = 0;
-    double distanceCm = 0;
+    double kv = 0, ma = 0, mas = 0, timeMs = 0, distanceCm = 0;
     const char* targetFilter = "";
     std::optional<double> phantomCm;
-    bool timed = false;
-    bool automatic = false;
-    bool highLevel = false;
-    bool pulsed = false;
+    bool timed = false, automatic = false, highLevel = false, pulsed = false;
 };
 
 TEST_F(ConsoleTest, TheOperatorSetsWhatTheGuideAsksForInEachRow) {
@@ -66,50 +55,24 @@ TEST_F(ConsoleTest, TheOperatorSetsWhatTheGuideAsksForInEachRow) {
     // 50 inches are 127 cm; 21 mAs in 500 ms are 42 mA.
     constexpr auto kFluoro = UnitKind::kFluoroscopic;
     constexpr auto kMammo = UnitKind::kMammographic;
+    // clang-format off
     const std::vector<Case> cases = {
         {kRadioRepro, 1, {.kv = 81, .ma = 201, .mas = 11, .timeMs = 500, .distanceCm = 127, .timed = true}},
-        {kRadioAccuracy,
-         1,
-         {.kv = 70, .ma = 110, .mas = 21, .timeMs = 210, .distanceCm = 127, .timed = true}},
-        {kRadioLinearity,
-         0,
-         {.kv = 81, .ma = 100, .mas = 20, .timeMs = 500, .distanceCm = 127, .timed = true}},
+        {kRadioAccuracy, 1, {.kv = 70, .ma = 110, .mas = 21, .timeMs = 210, .distanceCm = 127, .timed = true}},
+        {kRadioLinearity, 0, {.kv = 81, .ma = 100, .mas = 20, .timeMs = 500, .distanceCm = 127, .timed = true}},
         {kFluoroAccuracy, 1, {.unit = kFluoro, .kv = 70, .ma = 110, .distanceCm = 127, .pulsed = true}},
-        {kFluoroExposure,
-         0,
-         {.unit = kFluoro,
-          .kv = 60,
-          .ma = 100,
-          .distanceCm = 127,
-          .phantomCm = 20,
-          .automatic = true,
-          .highLevel = true,
-          .pulsed = true}},
-        {kFluoroExposure,
-         1,
-         {.unit = kFluoro, .kv = 70, .ma = 110, .distanceCm = 127, .automatic = true, .pulsed = true}},
-        {kMammoAccRepro,
-         0,
-         {.unit = kMammo, .kv = 81, .ma = 201, .mas = 11, .timeMs = 500, .targetFilter = "Mo/Rh"}},
-        {kMammoAec,
-         1,
-         {.unit = kMammo,
-          .kv = 28,
-          .mas = 21,
-          .distanceCm = 62,
-          .targetFilter = "Rh/Rh",
-          .phantomCm = 4.2,
-          .automatic = true}},
-        {kMammoRadiation,
-         1,
-         {.unit = kMammo,
-          .kv = 81,
-          .ma = 42,
-          .mas = 21,
-          .timeMs = 500,
-          .distanceCm = 61,
-          .targetFilter = "Mo/Mo"}},
+        {kFluoroExposure, 0, {.unit = kFluoro, .kv = 60, .ma = 100, .distanceCm = 127, .phantomCm = 20,
+                              .automatic = true, .highLevel = true, .pulsed = true}},
+        {kFluoroExposure, 1, {.unit = kFluoro, .kv = 70, .ma = 110, .distanceCm = 127, .automatic = true,
+                              .pulsed = true}},
+        {kMammoAccRepro, 0, {.unit = kMammo, .kv = 81, .ma = 201, .mas = 11, .timeMs = 500,
+                             .targetFilter = "Mo/Rh"}},
+        {kMammoAec, 1, {.unit = kMammo, .kv = 28, .mas = 21, .distanceCm = 62, .targetFilter = "Rh/Rh",
+                        .phantomCm = 4.2, .automatic = true}},
+        {kMammoRadiation, 1, {.unit = kMammo, .kv = 81, .ma = 42, .mas = 21, .timeMs = 500, .distanceCm = 61,
+                              .targetFilter = "Mo/Mo"}},
     };
+    // clang-format on
     for (const Case& c : cases) {
         const Technique set = TechniqueOf(config(c.test), c.row);
         const Setting& expected = c.expected;

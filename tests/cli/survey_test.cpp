@@ -150,15 +150,6 @@ TEST_F(SurveyProgramTest, ThePrintedSurveyShowsEveryCellInEveryForm) {
         EXPECT_NE(text.find(line), std::string::npos) << line << text;
 }
 
-TEST_F(SurveyProgramTest, AReportOfFailuresHasTheSurveyOnlyWhenItFailed) {
-    NewSurvey();
-    for (const auto& [answer, printed] : {std::pair("PR1=Fail", true), std::pair("PR1=Pass", false)}) {
-        Set({"--answer", answer});
-        ASSERT_EQ(Run({"report", Path("out.xml"), "-o", Path("r.txt"), "--failures-only"}), 0) << err;
-        EXPECT_EQ(Read("r.txt").find("QC TEST SUMMARY") != std::string::npos, printed) << answer;
-    }
-}
-
 const std::string kVoltage = Exposures(4) + "<MeasurementMode>3</MeasurementMode><NominalKV>28</NominalKV>";
 std::string VoltageTest(int id) {
     return Element(id, 900, kVoltage, Limit("ER CV", "<High Value=\"0.02\"/>"));
@@ -195,23 +186,6 @@ TEST_F(SurveyProgramTest, EachSurveyTakesTheTestsOfItsOwnGroup) {
         EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), c.first) << c.what << err;
         EXPECT_EQ(std::string(ResultOf(20).child_value("kVpL36")), c.second) << c.what << err;
     }
-}
-
-TEST_F(SurveyProgramTest, ARunPrintsEachSurveyWithItsOwnOutcomes) {
-    Write("in.xml", Sequence(Group(1, VoltageTest(2) + Element(10, 1300, {})) +
-                             Group(3, VoltageTest(4) + Element(20, 1300, {}))));
-    Write("in.jsonl", kHead + kUnsteady + kSteady);
-    Run({"run", Path("in.xml"), "--instruments", "recording:" + Path("in.jsonl"), "-o", Path("out.xml"),
-         "--report", Path("out.txt")});
-    const std::string line = "8.  kVp Accuracy and Reproducibility";
-    const std::string printed = Read("out.txt");
-    const std::size_t forms = printed.find("Preliminary Results");
-    ASSERT_NE(forms, std::string::npos) << err;
-    const std::size_t first = printed.find(line, forms);
-    const std::size_t second = printed.find(line, printed.find("Preliminary Results", first));
-    ASSERT_NE(second, std::string::npos);
-    EXPECT_NE(printed.substr(first, 100).find("Fail"), std::string::npos) << printed.substr(first, 100);
-    EXPECT_NE(printed.substr(second, 100).find("Pass"), std::string::npos) << printed.substr(second, 100);
 }
 
 TEST_F(SurveyProgramTest, JudgingKeepsTheOutcomesOfEachSurveyApart) {

@@ -188,16 +188,6 @@ TEST_F(ConfigCommon, TheVariationOfTheSetMasIsARatioInTwoDecimals) {
     }
 }
 
-TEST_F(ConfigCommon, AddedAndDeletedLimitsAreAnnouncedByTheirNumbers) {
-    CConfigCommon config;
-    std::string seen;
-    config.LimitAdded.Connect([&](int32_t item) { seen += "+" + std::to_string(item); });
-    config.LimitDeleted.Connect([&](int32_t item) { seen += "-" + std::to_string(item); });
-    config.SetAddLimitStatus(255);
-    config.SetDeleteLimitStatus(1);
-    EXPECT_EQ(seen, "+255-1");
-}
-
 // ---------------------------------------------------------------------------------------------- cloning
 
 TEST_F(ConfigCommon, TheFirstCloneTakesTheSiteDefaultsIntoItsSource) {

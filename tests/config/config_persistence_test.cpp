@@ -111,15 +111,6 @@ TEST_F(ConfigPersistence, EverySettingComesBackFromTheFile) {
             config->phantomThickness = config->machineMa;
         EXPECT_EQ(Save(*loaded), Save(*config)) << testId;
         EXPECT_EQ(loaded->importFlags, config->importFlags) << testId;
-        EXPECT_EQ(loaded->InternalPressureOffset, -2.5F);
-        EXPECT_EQ(loaded->InternalTemperatureOffset, 3.25F);
-        EXPECT_EQ(loaded->CalFactor, "factor");
-        EXPECT_EQ(loaded->CalConstant, "constant");
-        EXPECT_EQ(loaded->DetectorName, 4);
-        EXPECT_EQ(loaded->pMeasurementDelay, -120);
-        EXPECT_TRUE(loaded->pMeasurementIncludeDelay);
-        EXPECT_FALSE(loaded->AirDensityCorrection);
-        EXPECT_EQ(loaded->TestGuideConfig()->Buttons(), kNaButtonBit);
         EXPECT_FALSE(loaded->pReadFromRegStatus);
     }
 }

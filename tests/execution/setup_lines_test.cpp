@@ -1,15 +1,15 @@
 #include "execution/setup_lines.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <stdexcept>
 
-#include "foundation/host_services.h"
 #include "foundation/test_sets.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
+
+using SetupLines = test::LibraryTest;
 
 /// A configuration in which no two settings have the same value.
 CConfigCommon Distinct(int32_t testId, int32_t generatorSetup) {
@@ -95,8 +95,7 @@ const std::vector<Row>& Rows() {
 }
 // clang-format on
 
-TEST(SetupLines, EachLineHasTheSettingOfItsTestAndExposureForEveryKind) {
-    InstallServices({});
+TEST_F(SetupLines, EachLineHasTheSettingOfItsTestAndExposureForEveryKind) {
     TestSet seen;
     for (const Row& row : Rows()) {
         seen = seen | row.testId;
@@ -121,7 +120,7 @@ TEST(SetupLines, EachLineHasTheSettingOfItsTestAndExposureForEveryKind) {
     EXPECT_TRUE(seen == TestSet::AllBut({})) << "a test has no row here";
 }
 
-TEST(SetupLines, AnEmptySettingKeepsItsPlace) {
+TEST_F(SetupLines, AnEmptySettingKeepsItsPlace) {
     CConfigCommon config = Distinct(kMammoAec, kSetupMas);
     config.pSID.clear();
     const Lines lines = BuildSetupLines(config, 0);
@@ -130,7 +129,7 @@ TEST(SetupLines, AnEmptySettingKeepsItsPlace) {
     EXPECT_EQ(lines[6], "    Set Filter to filter.");
 }
 
-TEST(SetupLines, ATestWithoutLinesIsAnError) {
+TEST_F(SetupLines, ATestWithoutLinesIsAnError) {
     CConfigCommon config;
     config.DefaultValues(kOldRadioHvl);
     EXPECT_THROW(BuildSetupLines(config, 0), std::logic_error);

@@ -1,14 +1,13 @@
 #include "guide/detector_adaption.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 namespace {
 
-TEST(DetectorAdaption, SettingsOfTheDosimeterCountFromOne) {
-    InstallServices({});
+using DetectorAdaption = LibraryTest;
+
+TEST_F(DetectorAdaption, SettingsOfTheDosimeterCountFromOne) {
     CConfigCommon config;
     config.AirDensityCorrection = false;
     config.UserSetTemperature = true;

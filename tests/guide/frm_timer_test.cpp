@@ -55,13 +55,13 @@ TEST_F(Timer, BeginsWithToday) {
     EXPECT_EQ(timer->GetDTPicketDate(), "2026-03-15");
 }
 
-TEST(TimerWithoutWindows, DoesNothing) {
-    InstallServices({});
-    FrmTimer timer;
-    timer.StartTimer();
-    timer.StopTimer();
-    timer.SetDTPicketDate("2", "3", "2026");
-    EXPECT_EQ(timer.GetDTPicketDate(), "2026-03-02");
+TEST_F(Timer, DoesNothingWithoutWindows) {
+    Install({});
+    FrmTimer silent;
+    silent.StartTimer();
+    silent.StopTimer();
+    silent.SetDTPicketDate("2", "3", "2026");
+    EXPECT_EQ(silent.GetDTPicketDate(), "2026-03-02");
 }
 
 }  // namespace

@@ -6,8 +6,11 @@
 namespace vorex::test {
 namespace {
 
+using GuideColumnsTest = LibraryTest;
+using HiddenColumnsTest = LibraryTest;
+using ChosenStandardsTest = LibraryTest;
+
 CConfigCommon Config(int32_t testId, int32_t kind) {
-    InstallServices({});
     CConfigCommon config;
     config.pTestID = testId;
     config.DetectorName = kind;
@@ -22,66 +25,27 @@ std::string Keys(const std::vector<GuideColumn>& columns) {
     return keys;
 }
 
-// The seven readings of the ZRD 47500, the four of the mAs meter, the seven of the Pelomark.
-const std::string kZrdKeys =
-    "ER kVp Avg|ER kVp Max|ER kV PPV|ER Exposure|ER Exposure Rate|ER Exposure Time|ER HVL";
-const std::string kMasKeys = "ER mA|ER mAs|ER mAsPulse|ER DosemAs";
-const std::string kPelomarkKeys =
-    "ER Exposure|ER Exposure Rate|Temperature|Pressure|ADCF|Bias Voltage|Leak Current";
-const std::string kAccReproKeys =
-    "ER Half Mean kVp|ER Half Standard deviation|ER Mean kVp|ER Standard deviation|ER Mean kVp - Nominal kVp|"
-    "ER 0.05 X Nominal kVp|ER Percentage Error|ER CV";
-
-TEST(GuideColumns, EachTestAndKindHasItsColumnsInOrder) {
-    struct Case {
-        int32_t test, kind;
-        std::string keys;
+// The columns of the result, those of a waveform quantity under the key of its row, without the statistics of
+// test 100.
+TEST_F(GuideColumnsTest, AreThoseOfTheResult) {
+    const std::string zrd =
+        "Import Waveform|ER kVp Avg|ER kVp Max|ER kV PPV|ER Exposure|ER Exposure Rate|ER Exposure Time|ER "
+        "HVL";
+    const std::string mas = "|ER mA|ER mAs|ER mAsPulse|ER DosemAs";
+    const std::tuple<int32_t, int32_t, std::string> cases[] = {
+        {kRadioRepro, kZrdAndMas, zrd + mas},
+        {kRadioRepro, kPelomark,
+         "Import Waveform|ER Exposure|ER Exposure Rate|Temperature|Pressure|ADCF|Bias Voltage|Leak Current"},
+        {kMammoAccRepro, kZrdAndMas,
+         zrd + mas +
+             "|ER Half Mean kVp|ER Half Standard deviation|ER Mean kVp|ER Standard deviation|"
+             "ER Mean kVp - Nominal kVp|ER 0.05 X Nominal kVp|ER Percentage Error|ER CV"},
     };
-    const std::string import = "Import Waveform|";
-    const Case cases[] = {
-        {kRadioRepro, kZrd, import + kZrdKeys},
-        {kRadioRepro, kMasMeter, import + kMasKeys},
-        {kRadioRepro, kPelomark, import + kPelomarkKeys},
-        {kRadioRepro, kZrdAndMas, import + kZrdKeys + "|" + kMasKeys},
-        {kRadioRepro, kPelomarkAndMas, import + kPelomarkKeys + "|" + kMasKeys},
-        {kRadioAccuracy, kZrdAndMas,
-         import + kZrdKeys + "|ER RA Percentage kVp Avg Error|ER RA Absolute kVp Avg Error|" + kMasKeys},
-        {kRadioAccuracy, kPelomark, import + kPelomarkKeys},
-        {kRadioLinearity, kZrd, import + "Adjacent|" + kZrdKeys + "|Exposure/mAs|ER Non Adjacent"},
-        {kMammoAccRepro, kZrdAndMas, import + kZrdKeys + "|" + kMasKeys + "|" + kAccReproKeys},
-        {kMammoRadiation, kZrd, import + kZrdKeys + "|ER Exposure Rate(mR/sec)|ER Air Kerma Rate(mGy/sec)"},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(Keys(GuideColumns(Config(c.test, c.kind))), c.keys)
-            << "test " << c.test << " kind " << c.kind;
+    for (const auto& [test, kind, keys] : cases)
+        EXPECT_EQ(Keys(GuideColumns(Config(test, kind))), keys) << "test " << test << " kind " << kind;
 }
 
-TEST(GuideColumns, TheTimerErrorNeedsMaAndTime) {
-    CConfigCommon config = Config(kRadioAccuracy, kZrd);
-    EXPECT_EQ(Keys(GuideColumns(config)).find("ER RA Percentage Timer Error"), std::string::npos);
-    config.pGeneratorSetup = kSetupMaTime;
-    EXPECT_NE(Keys(GuideColumns(config)).find("ER RA Percentage Timer Error"), std::string::npos);
-}
-
-TEST(GuideColumns, PulsesReplaceTheTimeOutsideFluoroscopy) {
-    CConfigCommon config = Config(kRadioRepro, kZrd);
-    config.pMeasurementTimeUnit = kPulses;
-    EXPECT_EQ(GuideColumns(config)[6].key, "ER Exposure In Pulses");
-    config.pMeasurementMode = kFluoro;
-    EXPECT_EQ(GuideColumns(config)[6].key, "ER Exposure Time");
-}
-
-TEST(GuideColumns, PulsedFluoroscopyShowsThePulseColumns) {
-    CConfigCommon config = Config(kFluoroExposure, kZrd);
-    config.pMeasurementMode = kFluoro;
-    config.pMeasurementFluoroType = kPulsed;
-    EXPECT_EQ(
-        Keys(GuideColumns(config)),
-        "Import Waveform|ER kVp Avg|ER kVp Max|ER kV PPV|ER Exposure|ER Maxi. Exposure Rate|ER Exposure Time|"
-        "Pulse Rate|Pulse Width|ER HVL|Phantom Thickness|Mode");
-}
-
-TEST(GuideColumns, WidthsAndCaptionsDifferWhereTheGuideSaysSo) {
+TEST_F(GuideColumnsTest, WidthsAndCaptionsDifferWhereTheGuideSaysSo) {
     struct Case {
         int32_t test, kind;
         std::size_t index;
@@ -113,7 +77,7 @@ Standards OneStandard(std::initializer_list<const char*> limitKeys) {
     return {standard};
 }
 
-TEST(HiddenColumns, AreThoseThatNoChosenStandardKnows) {
+TEST_F(HiddenColumnsTest, AreThoseThatNoChosenStandardKnows) {
     const auto columns = GuideColumns(Config(kRadioRepro, kZrd));
     EXPECT_EQ(HiddenColumns(columns, {}), "");
     EXPECT_EQ(HiddenColumns(columns, OneStandard({"ER kVp Avg", "ER Exposure"})), "3,4,6,7,8");
@@ -122,17 +86,17 @@ TEST(HiddenColumns, AreThoseThatNoChosenStandardKnows) {
     EXPECT_EQ(HiddenColumns(columns, two), "3,4,5,6,7");
 }
 
-TEST(HiddenColumns, NeverHoldTheReadingsOfTheEnvironment) {
+TEST_F(HiddenColumnsTest, NeverHoldTheReadingsOfTheEnvironment) {
     const auto columns = GuideColumns(Config(kRadioRepro, kPelomark));
     EXPECT_EQ(HiddenColumns(columns, OneStandard({"ER HVL"})), "2,3");
 }
 
-TEST(HiddenColumns, TheMaximumRateIsKnownByTheLimitOfAnyExposure) {
+TEST_F(HiddenColumnsTest, TheMaximumRateIsKnownByTheLimitOfAnyExposure) {
     const auto columns = GuideColumns(Config(kFluoroExposure, kZrd));
     EXPECT_EQ(HiddenColumns(columns, OneStandard({"ER Maxi. Exposure Rate2"})), "2,3,4,5,7,8,9,10");
 }
 
-TEST(ChosenStandards, AreTheSelectedOnesThatTheElementHolds) {
+TEST_F(ChosenStandardsTest, AreTheSelectedOnesThatTheElementHolds) {
     GuideLimits limits;
     for (const char* name : {"A", "B", "C"})
         limits.list->Add(std::make_shared<NamedStandard>(StandardName{name, "1"}));

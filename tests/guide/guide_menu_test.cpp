@@ -1,14 +1,13 @@
 #include "guide/guide_menu.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 namespace {
 
-TEST(GuideMenu, OffersRedoAloneWhereThereIsNothingElse) {
-    InstallServices({});
+using GuideMenu = LibraryTest;
+
+TEST_F(GuideMenu, OffersRedoAloneWhereThereIsNothingElse) {
     const auto items = BuildGuideMenu({});
     ASSERT_EQ(items.size(), 1U);
     EXPECT_EQ(items[0].id, 100);
@@ -16,8 +15,7 @@ TEST(GuideMenu, OffersRedoAloneWhereThereIsNothingElse) {
     EXPECT_FALSE(items[0].enabled);
 }
 
-TEST(GuideMenu, ListsTargetFiltersAndHiddenColumns) {
-    InstallServices({});
+TEST_F(GuideMenu, ListsTargetFiltersAndHiddenColumns) {
     const auto items = BuildGuideMenu({true, {"Mo/Mo", "Mo/Rh"}, 1, true, true});
     ASSERT_EQ(items.size(), 4U);
     EXPECT_TRUE(items[0].enabled);
@@ -34,8 +32,7 @@ TEST(GuideMenu, ListsTargetFiltersAndHiddenColumns) {
     EXPECT_TRUE(items[3].checked);
 }
 
-TEST(GuideMenu, OnlyEnabledItemsCanBeChosen) {
-    InstallServices({});
+TEST_F(GuideMenu, OnlyEnabledItemsCanBeChosen) {
     const auto items = BuildGuideMenu({false, {"Mo/Mo"}, 0, true, false});
     EXPECT_FALSE(CanChoose(items, 0));
     EXPECT_FALSE(CanChoose(items, 100));

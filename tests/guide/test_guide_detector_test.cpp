@@ -166,40 +166,36 @@ TEST_F(Adaption, ARefusedDetectorIsNamed) {
     }
 }
 
-TEST_F(Adaption, KeepsAConfiguredTargetFilterThatTheDetectorOffers) {
-    Configure(kMammoAec, kZrd, kNoDetector);
-    config->pTargetFilterName = "mo/RH";
-    Open();
-    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
-    room->defaultTargetFilter = "Mo/Mo";
-    guide->PressButton(kStart);
-    EXPECT_EQ(config->pTargetFilterName, "mo/RH");
-    EXPECT_EQ(room->Count("TargetFilter mo/RH"), 1);
-    EXPECT_FALSE(Button(kFirstTargetFilter).checked);
-    EXPECT_TRUE(Button(kFirstTargetFilter + 1).checked);
-    EXPECT_EQ(Button(kFirstTargetFilter + 1).caption, "Mo/Rh");
-}
-
-TEST_F(Adaption, ReplacesATargetFilterThatTheDetectorDoesNotOffer) {
-    Configure(kMammoAec, kZrd, kNoDetector);
-    config->pMeasurementMode = kMammo;
-    config->pTargetFilterName = "W/Ag";
-    Open();
-    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
-    room->defaultTargetFilter = "Mo/Rh";
-    guide->PressButton(kStart);
-    EXPECT_EQ(room->Count("Mode MAMMO"), 1);
-    EXPECT_EQ(config->pTargetFilterName, "Mo/Rh");
-    EXPECT_TRUE(Button(kFirstTargetFilter + 1).checked);
-}
-
-TEST_F(Adaption, ADetectorWithoutTargetFiltersLeavesTheConfiguredName) {
-    Configure(kRadioRepro, kZrd, kNoDetector);
-    config->pTargetFilterName = "W/Al";
-    Open();
-    guide->PressButton(kStart);
-    EXPECT_EQ(config->pTargetFilterName, "W/Al");
-    EXPECT_EQ(guide->Button(kFirstTargetFilter), nullptr);
+TEST_F(Adaption, AConfiguredTargetFilterStaysWhereTheDetectorOffersItOrNone) {
+    struct Case {
+        const char* configured;
+        std::vector<std::string> offered;
+        const char* kept;
+        int checked;  ///< number of the button, -1 for none
+    };
+    const Case cases[] = {{"mo/RH", {"Mo/Mo", "Mo/Rh"}, "mo/RH", 1},
+                          {"W/Ag", {"Rh/Rh", "Mo/Rh", "Mo/Mo"}, "Mo/Mo", 2},
+                          {"W/Al", {}, "W/Al", -1}};
+    for (const Case& c : cases) {
+        Configure(kMammoAec, kZrd, kNoDetector);
+        config->pTargetFilterName = c.configured;
+        room->calls.clear();
+        room->linkOpen = false;
+        Open();
+        room->targetFilters = c.offered;
+        room->defaultTargetFilter = "Mo/Mo";
+        guide->PressButton(kStart);
+        EXPECT_EQ(room->Count("Mode MAMMO"), 1);
+        EXPECT_EQ(config->pTargetFilterName, c.kept);
+        EXPECT_EQ(room->Count(std::string("TargetFilter ") + c.kept), c.offered.empty() ? 0 : 1);
+        int number = 0;
+        for (; guide->Button(kFirstTargetFilter + number) != nullptr; ++number) {
+            const auto& button = Button(kFirstTargetFilter + number);
+            EXPECT_EQ(button.checked, number == c.checked) << c.configured;
+            EXPECT_EQ(button.caption, c.offered[static_cast<std::size_t>(number)]);
+        }
+        EXPECT_EQ(static_cast<std::size_t>(number), c.offered.size());
+    }
 }
 
 TEST_F(Adaption, TheChosenTargetFilterIsSentStoredAndAnnounced) {

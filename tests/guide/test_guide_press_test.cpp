@@ -183,13 +183,7 @@ TEST_F(Press, TheWakeUpButtonShowsWhileTheServiceAsksForIt) {
     EXPECT_FALSE(Button(kWakeUp).visible);
 }
 
-TEST_F(Press, MasButtonsShowForKindsWithTheMeter) {
-    for (int32_t kind = 1; kind <= 5; ++kind) {
-        Open(kRadioRepro, kind, kind);
-        const bool meter = kind == 2 || kind == 4 || kind == 5;
-        for (int32_t key : {kShunt, kClamp, kManual})
-            EXPECT_EQ(Button(key).visible, meter) << kind << ' ' << key;
-    }
+TEST_F(Press, ATypedMasNeedsTheLeaveOfTheSetup) {
     Configure(kRadioRepro, kZrdAndMas, kZrdAndMas);
     config->MASInputOverride = false;
     Open();

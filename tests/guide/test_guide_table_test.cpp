@@ -295,33 +295,6 @@ TEST_F(GuideTable, TheMenuCountsAsOpenNoLongerWhenItFails) {
     EXPECT_FALSE(element->Sequence()->gMenuOpen);
 }
 
-TEST_F(GuideTable, AMenuThatIsOpenWhenTheLastExposureArrivesOffersRedo) {
-    Open(kRadioRepro);
-    element->Sequence()->gRunActive = true;
-    platform->onMenu = [&](const auto&) {
-        // The poll timer ticks inside the menu, takes the last exposure and ends the run.
-        Expose(1, ReproRow("80"));
-        element->Sequence()->gRunActive = false;
-        guide->ToolbarState(GuideState::kIdle, true);
-        return guide_menu::kRedo;
-    };
-    guide->OpenMenu();
-    EXPECT_EQ(Events(), "Redo1") << "the item was disabled when the menu opened";
-    EXPECT_EQ(guide->RunState(), GuideState::kIdle);
-}
-
-TEST_F(GuideTable, TheMenuPicksATargetFilter) {
-    Open(kMammoAec);
-    room->targetFilters = {"Mo/Mo", "Mo/Rh"};
-    room->defaultTargetFilter = "Mo/Mo";
-    guide->PressButton(guide_button::kStart);
-    Events();
-    platform->onMenu = [](const std::vector<MenuItem>& items) { return items[1].items[1].id; };
-    guide->OpenMenu();
-    EXPECT_EQ(Events(), "Mo/Rh");
-    EXPECT_TRUE(guide->MenuItems()[1].items[1].checked);
-}
-
 TEST_F(GuideTable, ARedoThatBreaksOffUnlocksTheBar) {
     Open(kRadioRepro);
     Expose(1, ReproRow("80"));

@@ -1,15 +1,14 @@
 #include "guide/transparent_overlay.h"
 
-#include <gtest/gtest.h>
-
-#include "foundation/host_services.h"
 #include "foundation/text_keys.h"
+#include "support/library_test.h"
 
 namespace vorex::test {
 namespace {
 
-TEST(TransparentOverlay, ShowsTheTextOfAKey) {
-    InstallServices({});
+using TransparentOverlay = LibraryTest;
+
+TEST_F(TransparentOverlay, ShowsTheTextOfAKey) {
     XTransparent overlay;
     overlay.LabelCaption(text::kZeroingPleaseWait);
     EXPECT_EQ(overlay.LabelCaption(), "Zeroing mAs, Please Wait ...");
@@ -17,7 +16,7 @@ TEST(TransparentOverlay, ShowsTheTextOfAKey) {
     EXPECT_EQ(overlay.LabelCaption(), "plain");
 }
 
-TEST(TransparentOverlay, CentresItsLabelAndKeepsItInside) {
+TEST_F(TransparentOverlay, CentresItsLabelAndKeepsItInside) {
     XTransparent overlay;
     overlay.ResizeTheLabel(400, 100, 200, 20);
     EXPECT_EQ(overlay.Label(), (XTransparent::Box{100, 40, 200, 20}));

@@ -46,34 +46,29 @@ class ExecutionPipeTest : public testing::Test {
     std::vector<std::string> performed;
 };
 
-TEST_F(ExecutionPipeTest, ElementsRunInOrderAndSkipGoesOn) {
-    EXPECT_EQ(Run({{kGoNext}, {kGoSkip}, {kGoNext}}), SequenceEnd::kFinished);
-    EXPECT_THAT(performed, ElementsAre("a", "b", "c"));
-}
-
-TEST_F(ExecutionPipeTest, PreviousGoesBackOneElement) {
-    EXPECT_EQ(Run({{kGoNext, kGoNext}, {kGoPrevious, kGoNext}}), SequenceEnd::kFinished);
-    EXPECT_THAT(performed, ElementsAre("a", "b", "a", "b"));
-}
-
-TEST_F(ExecutionPipeTest, PreviousPassesAnElementThatLeavesNoCode) {
-    EXPECT_EQ(Run({{kGoNext, kGoNext}, {}, {kGoPrevious, kGoNext}}), SequenceEnd::kFinished);
-    EXPECT_THAT(performed, ElementsAre("a", "b", "c", "b", "a", "b", "c"));
-}
-
-TEST_F(ExecutionPipeTest, PreviousOntoAFirstElementThatLeavesNoCodeEndsTheSequence) {
-    EXPECT_EQ(Run({{}, {kGoPrevious}, {kGoNext}}), SequenceEnd::kLeftBackwards);
-    EXPECT_THAT(performed, ElementsAre("a", "b", "a"));
-}
-
-TEST_F(ExecutionPipeTest, PreviousOnTheFirstElementEndsTheSequence) {
-    EXPECT_EQ(Run({{kGoPrevious}, {kGoNext}}), SequenceEnd::kLeftBackwards);
-    EXPECT_THAT(performed, ElementsAre("a"));
-}
-
-TEST_F(ExecutionPipeTest, AbortEndsTheSequence) {
-    EXPECT_EQ(Run({{kGoNext}, {kGoAbort}, {kGoNext}}), SequenceEnd::kAborted);
-    EXPECT_THAT(performed, ElementsAre("a", "b"));
+TEST_F(ExecutionPipeTest, TheCodeOfAnElementDecidesWhatComesNext) {
+    struct Case {
+        std::vector<std::vector<int32_t>> codes;  ///< of each element, one for each time that it is performed
+        SequenceEnd end;
+        const char* performed;
+    };
+    const Case cases[] = {
+        {{}, SequenceEnd::kFinished, ""},
+        {{{kGoNext}, {kGoSkip}, {kGoNext}}, SequenceEnd::kFinished, "abc"},
+        {{{kGoNext, kGoNext}, {kGoPrevious, kGoNext}}, SequenceEnd::kFinished, "abab"},
+        // Previous passes an element that leaves no code; onto the first one it ends the sequence.
+        {{{kGoNext, kGoNext}, {}, {kGoPrevious, kGoNext}}, SequenceEnd::kFinished, "abcbabc"},
+        {{{}, {kGoPrevious}, {kGoNext}}, SequenceEnd::kLeftBackwards, "aba"},
+        {{{kGoPrevious}, {kGoNext}}, SequenceEnd::kLeftBackwards, "a"},
+        {{{kGoNext}, {kGoAbort}, {kGoNext}}, SequenceEnd::kAborted, "ab"},
+    };
+    for (const Case& c : cases) {
+        performed.clear();
+        EXPECT_EQ(Run(c.codes), c.end) << c.performed;
+        std::string all;
+        for (const std::string& name : performed) all += name;
+        EXPECT_EQ(all, c.performed);
+    }
 }
 
 TEST_F(ExecutionPipeTest, NothingBeginsOnceTheRunHasToEnd) {
@@ -89,10 +84,6 @@ TEST_F(ExecutionPipeTest, NothingBeginsOnceTheRunHasToEnd) {
     ExecutionPipe pipe(nullptr, nullptr, {[] { return true; }, {}, {}});
     test::FakeElement element;
     EXPECT_FALSE(pipe.BeginElement(element));
-}
-
-TEST_F(ExecutionPipeTest, NoElementAtAllIsAFinishedSequence) {
-    EXPECT_EQ(Run({}), SequenceEnd::kFinished);
 }
 
 }  // namespace

@@ -116,18 +116,6 @@ TEST_F(StandardsTest, EveryLimitOfAKeyJudgesInEitherOrder) {
         }
 }
 
-TEST_F(StandardsTest, AVariationIsJudgedByItsLimitAndByNoOther) {
-    const Standard standard =
-        With({Limit("ER Exposure", "0.05", "", "CV"), Limit("ER Exposure", "150", "", "Y")});
-    EXPECT_EQ(standard.Evaluate("ER Exposure", 0.06F, {}, JudgedAs::kVariation), kFailed);
-    EXPECT_EQ(standard.Evaluate("ER Exposure", 0.04F, {}, JudgedAs::kVariation), 0);
-    EXPECT_EQ(standard.Evaluate("ER Exposure", 149, {}, JudgedAs::kValue), 0)
-        << "0.05 is not for the reading";
-    EXPECT_EQ(standard.Evaluate("ER Exposure", 151, {}, JudgedAs::kValue), kFailed);
-    const Standard other = With({Limit("ER CV", "0.02", "", "CV")});
-    EXPECT_EQ(other.Evaluate("ER CV", 1, {}, JudgedAs::kValue), 0) << "no coefficient of variation";
-}
-
 TEST_F(StandardsTest, StandardsAreReadAndWrittenUnchanged) {
     const std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

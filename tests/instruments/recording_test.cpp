@@ -229,40 +229,25 @@ TEST(Recording, MoreLinesThanTheLimitAreRefused) {
               "room.jsonl:1000001: found more lines than 1000000; expected a recording of at most that");
 }
 
-class RecordingFile : public testing::Test {
-  protected:
-    RecordingFile()
-        : mPath(std::filesystem::path(test::kScratchDir) /
-                (std::string("recording_") + testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        std::filesystem::remove_all(mPath);
-    }
-    ~RecordingFile() override { std::filesystem::remove_all(mPath); }
-
-    std::string LoadRefusal() const {
+TEST(Recording, AFileThatCannotBeReadIsNamed) {
+    const std::filesystem::path path = std::filesystem::path(test::kScratchDir) / "recording";
+    const auto refusal = [&] {
         try {
-            LoadRecording(mPath.string());
-            return {};
+            LoadRecording(path.string());
+            return std::string();
         } catch (const FileError& error) {
-            return error.what();
+            return std::string(error.what());
         }
-    }
-
-    std::filesystem::path mPath;
-};
-
-TEST_F(RecordingFile, ThatIsMissingIsNamed) {
-    EXPECT_EQ(LoadRefusal(), mPath.string() + ": found no such file; expected a recording");
-}
-
-TEST_F(RecordingFile, ThatIsAFolderIsNamed) {
-    std::filesystem::create_directory(mPath);
-    EXPECT_EQ(LoadRefusal(), mPath.string() + ": found a folder; expected a recording");
-}
-
-TEST_F(RecordingFile, OfMoreThanTheLimitIsRefused) {
-    std::ofstream(mPath) << kFirst;
-    std::filesystem::resize_file(mPath, kMaxRecordingBytes + 1);
-    EXPECT_THAT(LoadRefusal(), HasSubstr("found more than 256 MB; expected a recording of at most that"));
+    };
+    std::filesystem::remove_all(path);
+    EXPECT_EQ(refusal(), path.string() + ": found no such file; expected a recording");
+    std::filesystem::create_directory(path);
+    EXPECT_EQ(refusal(), path.string() + ": found a folder; expected a recording");
+    std::filesystem::remove(path);
+    std::ofstream(path) << kFirst;
+    std::filesystem::resize_file(path, kMaxRecordingBytes + 1);
+    EXPECT_THAT(refusal(), HasSubstr("found more than 256 MB; expected a recording of at most that"));
+    std::filesystem::remove(path);
 }
 
 }  // namespace

@@ -35,53 +35,27 @@ Console ConsoleFor(int32_t kind, UnitKind unit) {
 TEST(SimulatedInstruments, EachKindNamesItsInstrumentsAndAnnouncesWhatItDoes) {
     struct Case {
         int32_t kind;
-        bool fluoroscopy;
-        bool resets;
-        const char* serials;
-        const char* dates;
+        bool fluoroscopy, resets;
+        const char *serials, *dates;
         Texts names;
         Texts heard;  ///< the first word, and the state of a signal
     };
+    // clang-format off
     const Case cases[] = {
         {kZrd, false, false, "4711", "2026-01-15", {"ZRD 47500WD"}, {"detector", "waveform 1"}},
-        {kMasMeter,
-         false,
-         false,
-         "88",
-         "2026-02-01",
-         {"mAs meter"},
+        {kMasMeter, false, false, "88", "2026-02-01", {"mAs meter"},
          {"zeroing on", "zeroing off", "mas", "waveform 3"}},
         {kPelomark, false, false, "2205", "2026-01-20", {"Pelomark"}, {"dosimeter"}},
-        {kPelomark,
-         false,
-         true,
-         "2205",
-         "2026-01-20",
-         {"Pelomark"},
+        {kPelomark, false, true, "2205", "2026-01-20", {"Pelomark"},
          {"sensorReset on", "sensorReset off", "dosimeter"}},
-        {kZrdAndMas,
-         false,
-         false,
-         "4711,88",
-         "2026-01-15,2026-02-01",
-         {"ZRD 47500WD", "mAs meter"},
+        {kZrdAndMas, false, false, "4711,88", "2026-01-15,2026-02-01", {"ZRD 47500WD", "mAs meter"},
          {"zeroing on", "zeroing off", "detector", "mas", "waveform 1", "waveform 3"}},
-        {kPelomarkAndMas,
-         false,
-         true,
-         "2205,88",
-         "2026-01-20,2026-02-01",
-         {"Pelomark", "mAs meter"},
-         {"zeroing on", "zeroing off", "sensorReset on", "sensorReset off", "dosimeter", "mas",
-          "waveform 3"}},
-        {kZrd,
-         true,
-         false,
-         "4711",
-         "2026-01-15",
-         {"ZRD 47500WD"},
+        {kPelomarkAndMas, false, true, "2205,88", "2026-01-20,2026-02-01", {"Pelomark", "mAs meter"},
+         {"zeroing on", "zeroing off", "sensorReset on", "sensorReset off", "dosimeter", "mas", "waveform 3"}},
+        {kZrd, true, false, "4711", "2026-01-15", {"ZRD 47500WD"},
          {"stopButton on", "stopButton off", "detector", "waveform 1"}},
     };
+    // clang-format on
     for (const Case& c : cases) {
         const UnitKind unit = c.fluoroscopy ? UnitKind::kFluoroscopic : UnitKind::kRadiographic;
         SimulatedInstruments instruments(QuickRoom(), 1, ConsoleFor(c.kind, unit));

@@ -77,8 +77,7 @@ std::string Utf8(char32_t c) {
 
 TEST(ReportWrap, IdeographsBreakAnywhereAndMarksStayOnTheirLetter) {
     struct Range {
-        char32_t first;
-        char32_t last;
+        char32_t first, last;
         std::array<char32_t, 4> Ends() const {
             return {static_cast<char32_t>(first - 1), first, last, static_cast<char32_t>(last + 1)};
         }

@@ -1,15 +1,10 @@
 #include "results/judging.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "foundation/vocabulary.h"
 #include "support/fake_element.h"
+#include "support/library_test.h"
 
 namespace vorex {
 namespace {
@@ -33,7 +28,7 @@ std::string Statuses(const MeasurementRow& row) {
     return statuses;
 }
 
-class JudgingTest : public ::testing::Test {
+class JudgingTest : public test::LibraryTest {
   protected:
     Judging For(int32_t testId) const { return {testId, config, limits, &selected}; }
 

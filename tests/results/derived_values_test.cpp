@@ -1,11 +1,12 @@
-// The derived values of every test and detector kind against numbers worked out by hand. docs/CALCULATIONS.md
-// has the formulas and many of the same examples.
+#include "results/derived_values.h"
 
 #include <functional>
 #include <optional>
 
-#include "results/derived_values.h"
 #include "results/result_fixture.h"
+
+// The derived values of every test and detector kind against numbers worked out by hand. docs/CALCULATIONS.md
+// has the formulas, and many of the same examples.
 
 namespace vorex {
 namespace {
