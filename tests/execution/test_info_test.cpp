@@ -54,10 +54,13 @@ TEST_F(TestInfoTest, ABatteryThatChangesInARunRedrawsTheLines) {
     Queue(look);
     Queue([this](DetectorEvents&) { room->charging = true; });
     Queue(look);
+    Queue([this](DetectorEvents&) { room->charging = false; });
+    Queue(look);
     Expose("80");
     Expose("80");
     Perform(*element, {Start()});
-    EXPECT_THAT(seen, ElementsAre(" Battery Status: 80%", " Battery Status: 79%", "Charging"));
+    EXPECT_THAT(seen, ElementsAre(" Battery Status: 80%", " Battery Status: 79%", "Charging",
+                                  " Battery Status: 79%"));
 }
 
 TEST_F(TestInfoTest, ARunShowsTheHeaderAndItsOwnLinesAndThenAllOfThem) {

@@ -391,5 +391,23 @@ TEST(SimulatedReadings, AShuntReadsWithin01PercentAndAClampWithin05) {
     }
 }
 
+TEST(XrayUnit, AShotHasTheRiseFallAndRippleOfItsUnit) {
+    UnitSettings settings = Exact();
+    settings.riseMs = 7;
+    settings.fallMs = 9;
+    settings.ripplePercent = 25;
+    Technique technique;
+    technique.kv = 80;
+    technique.ma = 200;
+    technique.mas = 20;
+    const Shot shot = ShotOf(settings, UnitKind::kRadiographic, technique);
+    EXPECT_EQ(shot.riseMs, 7);
+    EXPECT_EQ(shot.fallMs, 9);
+    EXPECT_EQ(shot.ripple, 0.25);
+    EXPECT_EQ(shot.kv, 80);
+    EXPECT_EQ(shot.ma, 200);
+    EXPECT_DOUBLE_EQ(shot.mas, 20);
+}
+
 }  // namespace
 }  // namespace vorex
