@@ -206,6 +206,7 @@ Json WrittenField(const Value& field) {
 /// Text of an object; what is no UTF-8 is replaced, so that the journal can always be read.
 template <typename Object, std::size_t Count>
 std::string Written(const Object& object, const JournalRow<Object> (&rows)[Count]) {
+    const Json emptyText = "";
     Json written;
     for (const JournalRow<Object>& row : rows) {
         Json value = std::visit(
@@ -216,7 +217,7 @@ std::string Written(const Object& object, const JournalRow<Object> (&rows)[Count
                     return WrittenField(object.*member);
             },
             row.field);
-        if (row.required || value != "") written[std::string(row.name)] = std::move(value);
+        if (row.required || value != emptyText) written[std::string(row.name)] = std::move(value);
     }
     return written.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

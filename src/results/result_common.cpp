@@ -1,7 +1,10 @@
 #include "results/result_common.h"
 
 #include <algorithm>
+#include <limits>
+#include <utility>
 
+#include "foundation/host_error.h"
 #include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/test_sets.h"
@@ -10,11 +13,14 @@
 #include "guide/dialog_wrapper.h"
 #include "results/derived_values.h"
 #include "results/result_columns.h"
+#include "results/result_persistence.h"
+#include "results/result_report.h"
 
 namespace vorex {
 
 namespace {
 
+constexpr std::string_view kClassName = "CResultCommon";
 constexpr std::string_view kWaveformDisplay = "VorexZRD47500Test.XDischargeWaveform";
 
 /// The fields of a row by the keys of their columns. Usually they are in the order of the columns.
@@ -51,12 +57,6 @@ std::string ValueOf(const MeasurementRow& row, std::string_view measurementKey) 
     return item == nullptr ? std::string() : item->ValueText();
 }
 
-std::shared_ptr<IWaveform> WaveformAt(const std::vector<std::shared_ptr<CWaveform>>& waveforms,
-                                      int32_t exposureNumber) {
-    if (exposureNumber < 1 || static_cast<std::size_t>(exposureNumber) > waveforms.size()) return nullptr;
-    return waveforms[static_cast<std::size_t>(exposureNumber) - 1];
-}
-
 /// Tests whose flat list has a heading for each exposure and one for the statistics.
 bool HasHeadings(int32_t testId) {
     return kWithStatistics.Has(testId);
@@ -84,13 +84,9 @@ void CResultCommon::Initialize(const std::shared_ptr<CConfigCommon>& configurati
     DetectorName = configuration->DetectorName;
     PKMode = configuration->PKMode;
     TestId = configuration->pTestID;
-    mExposureCount = 0;
     mLastExposure = 0;
-    mRows.clear();
-    mWaveforms.clear();
-    mMaWaveforms.clear();
-    mSuperseded.clear();
-    mRedo.reset();
+    mExposures.Clear();
+    mRowBeforeRedo.reset();
     mNewStatistics.clear();
     mNextFields.clear();
     mCurrent = std::make_shared<MeasurementRow>(BuildColumns(*configuration));
@@ -98,51 +94,36 @@ void CResultCommon::Initialize(const std::shared_ptr<CConfigCommon>& configurati
                                                                            : key::kAbsoluteKvpError;
 }
 
-const CMeasurement* CResultCommon::Cell(std::size_t row, uint8_t column) const {
-    if (row >= mRows.size() || column == 0 || column > mRows[row]->size()) return nullptr;
-    return (*mRows[row])[column - 1U].get();
-}
-
 std::string CResultCommon::GetMeasurementValue(uint8_t exposureNumber, uint8_t column) const {
     return exposureNumber == 0 ? std::string() : GetValue(static_cast<uint8_t>(exposureNumber - 1), column);
 }
 
 std::string CResultCommon::GetValue(uint8_t row, uint8_t column) const {
-    const CMeasurement* cell = Cell(row, column);
+    const CMeasurement* cell = mExposures.Cell(row, column);
     return cell == nullptr ? std::string() : cell->ValueText();
 }
 
 void CResultCommon::SetValue(uint8_t row, uint8_t column, std::string_view text) {
-    if (Cell(row, column) == nullptr) return;
-    CMeasurement& cell = *(*mRows[row])[column - 1U];
-    cell.Value(std::string(text));
-    RenewStatistics(cell.RawKey());
+    CMeasurement* cell = mExposures.Cell(row, column);
+    if (cell == nullptr) return;
+    cell->Value(std::string(text));
+    RenewStatistics(cell->RawKey());
 }
 
 void CResultCommon::RenewStatistics(std::string_view columnKey) {
-    const bool ownWorkingRow = std::find(mRows.begin(), mRows.end(), mCurrent) == mRows.end();
-    const std::size_t last = LastReadingIndex();
+    const bool ownWorkingRow = std::find(Rows().begin(), Rows().end(), mCurrent) == Rows().end();
+    MeasurementRow* const last = mExposures.LastReading();
     for (const RowField& statistic : StatisticsOfColumn(*this, columnKey)) {
-        if (CMeasurement* cell = FindMeasurement(*mRows[last], statistic.key)) cell->Value(statistic.text);
+        if (CMeasurement* cell = FindMeasurement(*last, statistic.key)) cell->Value(statistic.text);
         CMeasurement* cell = ownWorkingRow ? FindMeasurement(*mCurrent, statistic.key) : nullptr;
         if (cell != nullptr) cell->Value(statistic.text);
     }
 }
 
-std::size_t CResultCommon::LastReadingIndex() const {
-    const auto at = std::find_if(mRows.rbegin(), mRows.rend(), [](const auto& row) { return !row->empty(); });
-    return static_cast<std::size_t>(mRows.rend() - at) - 1U;
-}
-
-const MeasurementRow* CResultCommon::LastReading() const {
-    const std::size_t last = LastReadingIndex();
-    return last < mRows.size() ? mRows[last].get() : nullptr;
-}
-
 void CResultCommon::GetMeasurementColumn(uint8_t column, std::vector<std::string>& values) const {
-    if (Cell(0, column) == nullptr) return;
-    values.resize(std::max(values.size(), mRows.size()));
-    for (std::size_t row = 0; row < mRows.size(); ++row)
+    if (mExposures.Cell(0, column) == nullptr) return;
+    values.resize(std::max(values.size(), Rows().size()));
+    for (std::size_t row = 0; row < Rows().size(); ++row)
         values[row] = GetValue(static_cast<uint8_t>(row), column);
 }
 
@@ -188,13 +169,10 @@ std::string CResultCommon::StoreResult(const DerivedRow& row, int32_t source) {
 }
 
 bool CResultCommon::ShowResultInTestguide(int32_t row, bool withWaveforms) {
-    if (mExposureCount == 0 || row < 0 || static_cast<std::size_t>(row) >= mRows.size()) return false;
+    if (row < 0 || row >= ExposureCount()) return false;
     const auto index = static_cast<std::size_t>(row);
-    if (HasReading(index)) mCurrent = mRows[index];
-    if (withWaveforms) {
-        mCurrentWaveform = mWaveforms[index];
-        mCurrentMaWaveform = mMaWaveforms[index];
-    }
+    if (HasReading(index)) mCurrent = Rows()[index];
+    if (withWaveforms) ShowWaveformsOf(row + 1);
     return true;
 }
 
@@ -208,43 +186,14 @@ void CResultCommon::ResetTheMeasurements() {
     }
 }
 
-void CResultCommon::AddRow(std::shared_ptr<MeasurementRow> row) {
-    mRows.push_back(std::move(row));
-    mWaveforms.push_back(std::make_shared<CWaveform>());
-    mMaWaveforms.push_back(std::make_shared<CWaveform>());
-}
-
 // ------------------------------------------------------------------------------------------ waveforms
 
-const CResultCommon::Waveforms& CResultCommon::SelectedWaveforms() const {
-    return WaveformType == kMaWaveform ? mMaWaveforms : mWaveforms;
-}
-
-CResultCommon::Waveforms& CResultCommon::SelectedWaveforms() {
-    return WaveformType == kMaWaveform ? mMaWaveforms : mWaveforms;
-}
-
-void CResultCommon::AddRowsUpTo(uint8_t exposureNumber) {
-    if (exposureNumber <= mExposureCount) return;
-    mExposureCount = exposureNumber;
-    while (mRows.size() < exposureNumber) AddRow(std::make_shared<MeasurementRow>());
-}
-
-void CResultCommon::StoreMissing(uint8_t exposureNumber) {
-    AddRowsUpTo(exposureNumber);
-}
-
 void CResultCommon::BeginRedo(uint8_t exposureNumber) {
-    mRedo.reset();
+    mExposures.ForgetRedo();
+    if (exposureNumber == 0 || exposureNumber > ExposureCount()) return;
     const std::size_t index = exposureNumber - 1U;
-    if (exposureNumber == 0 || index >= mRows.size()) return;
-    Redo& redo =
-        mRedo.emplace(Redo{{}, std::make_shared<CWaveform>(), std::make_shared<CWaveform>(), nullptr});
-    redo.former.exposure = exposureNumber;
-    redo.former.row = CopyOf(*mRows[index]);
-    redo.former.kvWaveform = mWaveforms[index];
-    redo.former.maWaveform = mMaWaveforms[index];
-    redo.workingRow = mCurrent;
+    mExposures.BeginRedo(exposureNumber, CopyOf(*Rows()[index]));
+    mRowBeforeRedo = mCurrent;
     if (HasReading(index)) return;
     // An exposure without a reading has no row that could become the working row.
     auto working = std::make_shared<MeasurementRow>();
@@ -253,38 +202,13 @@ void CResultCommon::BeginRedo(uint8_t exposureNumber) {
 }
 
 void CResultCommon::EndRedo() {
-    if (!mRedo) return;
-    const std::size_t index = mRedo->former.exposure - 1U;
-    if (!HasReading(index)) {
-        mCurrent = mRedo->workingRow;
-        if (mRedo->kvWaveform->ValueCount() > 0) mWaveforms[index] = mRedo->kvWaveform;
-        if (mRedo->maWaveform->ValueCount() > 0) mMaWaveforms[index] = mRedo->maWaveform;
-    } else if (mRedo->kvWaveform->ValueCount() + mRedo->maWaveform->ValueCount() > 0) {
-        LogDiagnostic("the redo of exposure " + PlainText(static_cast<int32_t>(mRedo->former.exposure)) +
-                      " ended without a reading; its waveform is dropped");
-    }
-    mRedo.reset();
+    if (mExposures.EndRedo()) mCurrent = mRowBeforeRedo;
+    mRowBeforeRedo.reset();
 }
 
-/// Only a reading supersedes: a redo that was stopped before its reading leaves the exposure unchanged. A
-/// second instrument adds to the new readings.
-void CResultCommon::KeepSuperseded(uint8_t exposureNumber) {
-    if (!mRedo || mRedo->former.exposure != exposureNumber) return;
-    SupersededExposure& former = mRedo->former;
-    const std::size_t index = exposureNumber - 1U;
-    mWaveforms[index] = mRedo->kvWaveform;
-    mMaWaveforms[index] = mRedo->maWaveform;
-    mCurrentWaveform = mWaveforms[index];
-    mCurrentMaWaveform = mMaWaveforms[index];
-    const bool hadWaveform = former.kvWaveform->ValueCount() + former.maWaveform->ValueCount() > 0;
-    if (!former.row.empty() || hadWaveform) {
-        former.order = 1 + static_cast<int32_t>(std::count_if(
-                               mSuperseded.begin(), mSuperseded.end(),
-                               [&](const auto& kept) { return kept.exposure == exposureNumber; }));
-        former.time = PresentTime();
-        mSuperseded.push_back(std::move(former));
-    }
-    mRedo.reset();
+void CResultCommon::ShowWaveformsOf(int32_t exposure) const {
+    mCurrentWaveform = mExposures.Waveform(kKvWaveform, exposure);
+    mCurrentMaWaveform = mExposures.Waveform(kMaWaveform, exposure);
 }
 
 void CResultCommon::ShowWaveform(std::shared_ptr<CWaveform> waveform) const {
@@ -304,11 +228,7 @@ void CResultCommon::StoreWaveForm(std::string_view data, uint8_t exposureNumber)
     waveform->Resolution(mResolution);
     waveform->Initialize(data);
     ShowWaveform(waveform);
-    Waveforms& waveforms = SelectedWaveforms();
-    if (mRedo && mRedo->former.exposure == exposureNumber)
-        (ma ? mRedo->maWaveform : mRedo->kvWaveform) = waveform;
-    else if (exposureNumber != 0 && exposureNumber <= waveforms.size())
-        waveforms[exposureNumber - 1U] = waveform;
+    mExposures.Keep(WaveformType, exposureNumber, waveform);
 }
 
 std::shared_ptr<IWaveform> CResultCommon::CurrentWaveformObject() const {
@@ -316,36 +236,28 @@ std::shared_ptr<IWaveform> CResultCommon::CurrentWaveformObject() const {
 }
 
 void CResultCommon::SelectWaveform(int32_t row) {
-    const Waveforms& waveforms = SelectedWaveforms();
-    if (row < 0 || static_cast<std::size_t>(row) >= waveforms.size()) return;
-    ShowWaveform(waveforms[static_cast<std::size_t>(row)]);
+    if (row < 0 || row >= ExposureCount()) return;
+    ShowWaveform(mExposures.Waveform(WaveformType, row + 1));
 }
 
 std::shared_ptr<IWaveform> CResultCommon::KvWaveform(int32_t exposureNumber) const {
-    return WaveformAt(mWaveforms, exposureNumber);
+    return mExposures.Waveform(kKvWaveform, exposureNumber);
 }
 
 std::shared_ptr<IWaveform> CResultCommon::MaWaveform(int32_t exposureNumber) const {
-    return WaveformAt(mMaWaveforms, exposureNumber);
+    return mExposures.Waveform(kMaWaveform, exposureNumber);
 }
 
 std::shared_ptr<IWaveform> CResultCommon::WaveformOfRow(int32_t exposureNumber) const {
-    if (mRedo && mRedo->former.exposure == exposureNumber)
-        return WaveformType == kMaWaveform ? mRedo->maWaveform : mRedo->kvWaveform;
-    return WaveformAt(SelectedWaveforms(), exposureNumber);
-}
-
-int32_t CResultCommon::SelectedRowOfSettings() const {
-    const int32_t exposure = ReadSetting(setting::kWaveformIndex, 0);
-    return exposure > 0 && static_cast<std::size_t>(exposure) <= mRows.size() ? exposure - 1 : -1;
+    return mExposures.NewestWaveform(WaveformType, exposureNumber);
 }
 
 void CResultCommon::SelectLastWaveform() const {
-    if (mWaveforms.empty()) return;
-    const int32_t row = SelectedRowOfSettings();
-    const auto index = static_cast<std::size_t>(row);
-    mCurrentWaveform = row < 0 ? std::make_shared<CWaveform>() : mWaveforms[index];
-    mCurrentMaWaveform = row < 0 ? std::make_shared<CWaveform>() : mMaWaveforms[index];
+    if (Rows().empty()) return;
+    const int32_t exposure = ReadSetting(setting::kWaveformIndex, 0);
+    if (exposure > 0 && exposure <= ExposureCount()) return ShowWaveformsOf(exposure);
+    mCurrentWaveform = std::make_shared<CWaveform>();
+    mCurrentMaWaveform = std::make_shared<CWaveform>();
 }
 
 bool CResultCommon::HasDialog() const {
@@ -383,7 +295,7 @@ ColumnCounts CResultCommon::GetColumnCounts() const {
 int32_t CResultCommon::MeasurementCount() const {
     const auto columns = static_cast<int32_t>(mCurrent->size());
     if (pTestGuide) return columns;
-    return columns * static_cast<int32_t>(mRows.size()) + (HasHeadings(TestId) ? 1 : 0);
+    return columns * static_cast<int32_t>(Rows().size()) + (HasHeadings(TestId) ? 1 : 0);
 }
 
 std::shared_ptr<IMeasurement> CResultCommon::Heading(std::string_view caption) const {
@@ -396,21 +308,21 @@ std::shared_ptr<IMeasurement> CResultCommon::Heading(std::string_view caption) c
 /// For the host, an exposure without a reading is a row of empty values.
 std::shared_ptr<IMeasurement> CResultCommon::CellOfHost(std::size_t row, std::size_t column) const {
     if (!HasReading(row)) return EmptyCell(*(*mCurrent)[column]);
-    return column < mRows[row]->size() ? (*mRows[row])[column] : nullptr;
+    return column < Rows()[row]->size() ? (*Rows()[row])[column] : nullptr;
 }
 
 std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
     if (index < 0) return nullptr;
     auto at = static_cast<std::size_t>(index);
     if (pTestGuide) return at < mCurrent->size() ? (*mCurrent)[at] : nullptr;
-    if (mRows.empty() || mCurrent->empty()) return nullptr;
+    if (Rows().empty() || mCurrent->empty()) return nullptr;
     if (!HasHeadings(TestId)) {
         const std::size_t row = at / mCurrent->size();
-        return row < mRows.size() ? CellOfHost(row, at % mCurrent->size()) : nullptr;
+        return row < Rows().size() ? CellOfHost(row, at % mCurrent->size()) : nullptr;
     }
     // A heading takes the place of each row's import flag; the statistics follow once, at the end.
     const auto perRow = static_cast<std::size_t>(GetColumnCounts().row);
-    if (at < mRows.size() * perRow) {
+    if (at < Rows().size() * perRow) {
         const std::size_t row = at / perRow;
         if (at % perRow == 0)
             return Heading("++" + Translate(Services().exposureCaption) + "#" +
@@ -421,7 +333,7 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(int32_t index) const {
                 return CellOfHost(row, column);
         return nullptr;
     }
-    at -= mRows.size() * perRow;
+    at -= Rows().size() * perRow;
     if (at == 0) return Heading("--" + Translate(text::kCalculations) + "--");
     if (const MeasurementRow* last = LastReading())
         for (const auto& item : *last)
@@ -433,6 +345,82 @@ std::shared_ptr<IMeasurement> CResultCommon::Measurement(std::string_view key) c
     const auto at = std::find_if(mCurrent->begin(), mCurrent->end(),
                                  [&](const auto& item) { return item->RawKey() == key; });
     return at == mCurrent->end() ? nullptr : *at;
+}
+
+// ----------------------------------------------------------------------------------- persistence, print
+
+std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocument>& owner) {
+    const auto element = owner->CreateElement(tag::kResultItem);
+    if (!element) RaiseHostError(kErrorResultSave, kClassName, 4, {std::string(tag::kResultItem)});
+    const auto add = [&](const std::shared_ptr<IXmlElement>& child) {
+        if (child) element->AddChild(child);
+    };
+    if (mMtiId > 0) element->SetAttribute(tag::kMti, PlainText(mMtiId));
+    add(Services().codec->WriteStatus(owner, mStatus, mStatusExtra));
+    if (!mComment.empty()) element->AddValue(tag::kComment, mComment);
+    if (mServiceRecord) add(mServiceRecord->Save(owner));
+    // A result that was not tested, or is not applicable, keeps no measurements.
+    if (mStatus == kNotTested || mStatus == kNotApplicable) {
+        // The reason is saved even for a run that broke off before its first exposure.
+        if (mRun && mStatus == kNotTested) mRun->Save(*element, owner);
+        return element;
+    }
+    SaveExposures(mExposures, *mCurrent, *element, owner);
+    if (mRun) mRun->Save(*element, owner);
+    if (mJudgedBy) mJudgedBy->Save(*element, owner);
+    return element;
+}
+
+/// Reads the record of the verdict; ignores other elements.
+void CResultCommon::LoadRecord(const std::shared_ptr<IXmlElement>& child) {
+    const std::string_view name = child->Name();
+    if (name == tag::kJudgedBy) return mJudgedBy.emplace().Load(child);
+    static constexpr std::pair<std::string_view, void (RunRecord::*)(const IXmlElement&)> kLoaders[] = {
+        {tag::kRun, &RunRecord::LoadRun},
+        {tag::kMeasuredBy, &RunRecord::LoadInstrument},
+        {tag::kTechnique, &RunRecord::LoadTechnique},
+    };
+    for (const auto& [known, load] : kLoaders) {
+        if (name != known) continue;
+        if (!mRun && name == tag::kRun) mRun.emplace();
+        if (mRun) ((*mRun).*load)(*child);
+    }
+}
+
+void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+    if (log != nullptr) log->Position(tag::kResultItem, Translate(text::kLoadingResultData));
+    if (element->Name() != tag::kResultItem)
+        RaiseHostError(kErrorResultMissing, kClassName, 4,
+                       {"found \"" + std::string(element->Name()) + "\""});
+    if (const std::string_view mti = element->GetAttribute(tag::kMti); !mti.empty())
+        mMtiId = ReadInteger(mti);
+    ExposureLoader exposures(mExposures, TestId, log);
+    for (const auto& child : element->Children()) {
+        const std::string_view name = child->Name();
+        if (exposures.Take(child)) continue;
+        if (name == tag::kStatus) {
+            Services().codec->ReadStatus(*child, mStatus, mStatusExtra);
+        } else if (name == tag::kComment) {
+            mComment = child->Text();
+        } else if (name == tag::kServiceRecord && Services().createServiceRecord) {
+            mServiceRecord = Services().createServiceRecord();
+            mServiceRecord->Load(child);
+        } else {
+            LoadRecord(child);
+        }
+    }
+    constexpr std::size_t kMostExposures = std::numeric_limits<uint8_t>::max();
+    if (Rows().size() > kMostExposures)
+        RaiseHostError(
+            kErrorResultMissing, kClassName, 4,
+            {"the result holds " + std::to_string(Rows().size()) + " exposures, at most 255 are expected"});
+    // The working row becomes a copy of the last stored one, so that views show the latest exposure.
+    if (const MeasurementRow* last = LastReading())
+        mCurrent = std::make_shared<MeasurementRow>(CopyOf(*last));
+}
+
+void CResultCommon::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
+    if (report != nullptr && !Rows().empty()) PrintResult(*this, *report);
 }
 
 }  // namespace vorex

@@ -12,6 +12,7 @@
 #include "foundation/host_contract.h"
 #include "foundation/status_cells.h"
 #include "results/derived_row.h"
+#include "results/exposure_store.h"
 #include "results/measurement.h"
 #include "results/result_record.h"
 #include "waveforms/waveform.h"
@@ -25,16 +26,6 @@ struct ColumnCounts {
     int32_t total = 0;
     int32_t calculated = 0;
     int32_t row = 0;
-};
-
-/// The measurements of an exposure before its redo. They are kept for information; no verdict uses them.
-struct SupersededExposure {
-    uint8_t exposure = 0;  ///< from 1
-    int32_t order = 0;     ///< 1 for the first readings of the exposure, 2 for the next ones, ...
-    std::string time;      ///< when the readings were replaced
-    MeasurementRow row;
-    std::shared_ptr<CWaveform> kvWaveform;
-    std::shared_ptr<CWaveform> maWaveform;
 };
 
 /// The result of a measuring test: a row of measurements per exposure, waveforms, the verdict.
@@ -90,11 +81,11 @@ class CResultCommon : public IResultData,
 
     /// Stores an exposure that ended before any reading of it arrived. It keeps its number, has no
     /// measurements and no verdict; a later reading fills it. Does nothing for a stored exposure.
-    void StoreMissing(uint8_t exposureNumber);
+    void StoreMissing(uint8_t exposureNumber) { mExposures.AddUpTo(exposureNumber); }
     /// False for an exposure, counted from 0, without a reading from any instrument.
-    bool HasReading(std::size_t row) const { return row < mRows.size() && !mRows[row]->empty(); }
+    bool HasReading(std::size_t row) const { return mExposures.HasReading(row); }
     /// The last exposure with a reading, which holds the statistics of the test; null when there is none.
-    const MeasurementRow* LastReading() const;
+    const MeasurementRow* LastReading() const { return mExposures.LastReading(); }
 
     /// Until `EndRedo` the next readings and waveforms of the exposure replace the stored ones: with the
     /// first reading, its row and both waveforms become superseded. Without a reading nothing changes.
@@ -141,9 +132,9 @@ class CResultCommon : public IResultData,
     void ServiceRecord(std::shared_ptr<IServiceRecord> record) { mServiceRecord = std::move(record); }
     void MTIID(int32_t id) { mMtiId = id; }
     const MeasurementRow& Current() const { return *mCurrent; }
-    const std::vector<std::shared_ptr<MeasurementRow>>& Rows() const { return mRows; }
+    const std::vector<std::shared_ptr<MeasurementRow>>& Rows() const { return mExposures.Rows(); }
     /// The superseded measurements of redone exposures, in the order of the redos.
-    const std::vector<SupersededExposure>& Superseded() const { return mSuperseded; }
+    const std::vector<SupersededExposure>& Superseded() const { return mExposures.Superseded(); }
     /// The run that took the exposures; empty if the file does not have it.
     const std::optional<RunRecord>& Run() const { return mRun; }
     void Run(RunRecord record) { mRun = std::move(record); }
@@ -154,7 +145,7 @@ class CResultCommon : public IResultData,
         mJudgedBy = PresentJudgement(owner, selected);
     }
     /// Highest exposure number stored.
-    uint8_t ExposureCount() const { return mExposureCount; }
+    uint8_t ExposureCount() const { return mExposures.Count(); }
     /// Number of the exposure judged last.
     uint8_t LastExposure() const { return mLastExposure; }
     const std::string& LastColumnKey() const { return mLastColumnKey; }
@@ -172,27 +163,12 @@ class CResultCommon : public IResultData,
     uint8_t WaveformType = kKvWaveform;  ///< selects the kV or the mA waveforms in every waveform operation
 
   private:
-    using Waveforms = std::vector<std::shared_ptr<CWaveform>>;
-    struct Redo {
-        SupersededExposure former;
-        std::shared_ptr<CWaveform> kvWaveform;  ///< new since the redo began, or empty
-        std::shared_ptr<CWaveform> maWaveform;
-        std::shared_ptr<MeasurementRow> workingRow;  ///< before the redo
-    };
-
-    const CMeasurement* Cell(std::size_t row, uint8_t column) const;
-    const Waveforms& SelectedWaveforms() const;
-    Waveforms& SelectedWaveforms();
-    void AddRow(std::shared_ptr<MeasurementRow> row);
-    void AddRowsUpTo(uint8_t exposureNumber);
-    std::size_t LastReadingIndex() const;
     void TakeStatistics(std::size_t row);
     void RenewStatistics(std::string_view columnKey);
     void ShowWaveform(std::shared_ptr<CWaveform> waveform) const;
+    void ShowWaveformsOf(int32_t exposure) const;
     std::shared_ptr<IMeasurement> Heading(std::string_view caption) const;
     std::shared_ptr<IMeasurement> CellOfHost(std::size_t row, std::size_t column) const;
-    /// Row for the result dialog, from the settings store; -1 for none.
-    int32_t SelectedRowOfSettings() const;
 
     // Verdicts (result_status.cpp).
     Judging JudgingBy(const ITestElement& owner, const ISelectedStandards* selected) const;
@@ -203,40 +179,27 @@ class CResultCommon : public IResultData,
     void CopyToAllRows(const CMeasurement& measurement);
     void TakeLatestStatuses();
     void UpdateServiceRecord(const ITestElement& owner);
-    void KeepSuperseded(uint8_t exposureNumber);
 
-    // Persistence (result_persistence.cpp).
-    std::shared_ptr<CMeasurement> LoadCell(const std::shared_ptr<IXmlElement>& element, IProgressLog* log,
-                                           const CMeasurement* above) const;
-    void LoadSuperseded(const std::shared_ptr<IXmlElement>& element, IProgressLog* log);
-    void LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log);
-    void LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
-                      std::size_t& slot);
-    void RebuildWorkingRow();
     void LoadRecord(const std::shared_ptr<IXmlElement>& child);
 
     std::shared_ptr<CConfigCommon> mConfig;
     std::shared_ptr<MeasurementRow> mCurrent;
-    std::vector<std::shared_ptr<MeasurementRow>> mRows;
+    ExposureStore mExposures;
+    std::shared_ptr<MeasurementRow> mRowBeforeRedo;  ///< the working row; empty outside a redo
     int32_t mStatus = kNotTested;
     int32_t mStatusExtra = 0;
     std::string mComment;
     std::shared_ptr<IServiceRecord> mServiceRecord;
     int32_t mMtiId = 0;
     mutable std::shared_ptr<CWaveform> mCurrentWaveform;
-    Waveforms mWaveforms;
-    std::vector<SupersededExposure> mSuperseded;
-    std::optional<Redo> mRedo;
+    mutable std::shared_ptr<CWaveform> mCurrentMaWaveform;
     std::vector<std::size_t> mNewStatistics;  ///< columns of the whole test that the latest reading computed
     std::vector<RowField> mNextFields;        ///< of the exposure after the latest reading
     std::optional<RunRecord> mRun;
     std::optional<Judgement> mJudgedBy;
-    uint8_t mExposureCount = 0;
     float mResolution = 0;
     uint8_t mLastExposure = 0;
     std::string mLastColumnKey;
-    mutable std::shared_ptr<CWaveform> mCurrentMaWaveform;
-    Waveforms mMaWaveforms;
 };
 
 }  // namespace vorex

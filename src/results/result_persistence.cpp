@@ -1,20 +1,15 @@
+#include "results/result_persistence.h"
+
 #include <algorithm>
-#include <limits>
 #include <utility>
 
-#include "foundation/host_error.h"
-#include "foundation/host_services.h"
 #include "foundation/number_text.h"
-#include "foundation/utilities.h"
 #include "results/judging.h"
 #include "results/result_columns.h"
-#include "results/result_common.h"
 
 namespace vorex {
 
 namespace {
-
-constexpr std::string_view kClassName = "CResultCommon";
 
 /// The cell above the next one of the last row, when it is in the same column, whose properties it has. Null
 /// otherwise.
@@ -60,70 +55,80 @@ std::shared_ptr<IXmlElement> SaveSuperseded(const SupersededExposure& superseded
 
 }  // namespace
 
-std::shared_ptr<IXmlElement> CResultCommon::Save(const std::shared_ptr<IXmlDocument>& owner) {
-    const auto element = owner->CreateElement(tag::kResultItem);
-    if (!element) RaiseHostError(kErrorResultSave, kClassName, 4, {std::string(tag::kResultItem)});
+void SaveExposures(const ExposureStore& exposures, const MeasurementRow& columns, IXmlElement& to,
+                   const std::shared_ptr<IXmlDocument>& owner) {
     const auto add = [&](const std::shared_ptr<IXmlElement>& child) {
-        if (child) element->AddChild(child);
+        if (child) to.AddChild(child);
     };
-    if (mMtiId > 0) element->SetAttribute(tag::kMti, PlainText(mMtiId));
-    add(Services().codec->WriteStatus(owner, mStatus, mStatusExtra));
-    if (!mComment.empty()) element->AddValue(tag::kComment, mComment);
-    if (mServiceRecord) add(mServiceRecord->Save(owner));
-    // A result that was not tested, or is not applicable, keeps no measurements.
-    if (mStatus == kNotTested || mStatus == kNotApplicable) {
-        // The reason is saved even for a run that broke off before its first exposure.
-        if (mRun && mStatus == kNotTested) mRun->Save(*element, owner);
-        return element;
-    }
-    for (const auto& row : mRows) {
-        if (row->empty()) add(SaveMissing(mCurrent->front()->RawKey(), owner));
+    for (const auto& row : exposures.Rows()) {
+        if (row->empty()) add(SaveMissing(columns.front()->RawKey(), owner));
         for (const auto& item : *row) add(item->Save(owner));
     }
-    for (const auto& waveform : mWaveforms) {
-        waveform->WaveformType(kKvWaveform);
-        add(waveform->Save(owner));
-    }
-    for (const auto& waveform : mMaWaveforms) {
-        waveform->WaveformType(kMaWaveform);
-        add(waveform->Save(owner));
-    }
-    for (const SupersededExposure& superseded : mSuperseded) add(SaveSuperseded(superseded, owner));
-    if (mRun) mRun->Save(*element, owner);
-    if (mJudgedBy) mJudgedBy->Save(*element, owner);
-    return element;
+    for (const uint8_t type : {kKvWaveform, kMaWaveform})
+        for (int32_t exposure = 1; exposure <= exposures.Count(); ++exposure) {
+            const auto waveform = exposures.Waveform(type, exposure);
+            waveform->WaveformType(type);
+            add(waveform->Save(owner));
+        }
+    for (const SupersededExposure& superseded : exposures.Superseded())
+        add(SaveSuperseded(superseded, owner));
 }
 
-void CResultCommon::LoadMeasurement(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+bool ExposureLoader::Take(const std::shared_ptr<IXmlElement>& element) {
+    const std::string_view name = element->Name();
+    if (name == tag::kMeasurement)
+        LoadMeasurement(element);
+    else if (name == tag::kWaveform)
+        LoadWaveform(element, kKvWaveform, mNextKvWaveform);
+    else if (name == tag::kMasWaveform)
+        LoadWaveform(element, kMaWaveform, mNextMaWaveform);
+    else if (name == tag::kSupersededExposure)
+        LoadSuperseded(element);
+    else
+        return false;
+    return true;
+}
+
+void ExposureLoader::LoadMeasurement(const std::shared_ptr<IXmlElement>& element) {
     if (element->GetAttribute(tag::kMissing) == kStoredTrue)
-        return AddRow(std::make_shared<MeasurementRow>());
+        return mExposures.Add(std::make_shared<MeasurementRow>());
+    const auto& rows = mExposures.Rows();
     const std::string_view measurementKey = element->GetAttribute(tag::kKey);
     const bool newRow =
-        mRows.empty() || mRows.back()->empty() || mRows.back()->front()->RawKey() == measurementKey;
+        rows.empty() || rows.back()->empty() || rows.back()->front()->RawKey() == measurementKey;
     if (newRow) {
-        AddRow(std::make_shared<MeasurementRow>());
-        mRows.back()->reserve(mRows.front()->size());
+        mExposures.Add(std::make_shared<MeasurementRow>());
+        rows.back()->reserve(rows.front()->size());
     }
-    mRows.back()->push_back(LoadCell(element, log, CellAbove(mRows, measurementKey)));
+    rows.back()->push_back(LoadCell(element, CellAbove(rows, measurementKey)));
 }
 
-std::shared_ptr<CMeasurement> CResultCommon::LoadCell(const std::shared_ptr<IXmlElement>& element,
-                                                      IProgressLog* log, const CMeasurement* above) const {
+/// Waveforms met while a result loads belong to the exposures met so far, in order.
+void ExposureLoader::LoadWaveform(const std::shared_ptr<IXmlElement>& element, uint8_t type, int32_t& next) {
+    if (next > static_cast<int32_t>(mExposures.Rows().size())) return;
+    const auto waveform = std::make_shared<CWaveform>();
+    waveform->WaveformType(type);
+    waveform->Load(element, mLog);
+    mExposures.Keep(type, next++, waveform);
+}
+
+std::shared_ptr<CMeasurement> ExposureLoader::LoadCell(const std::shared_ptr<IXmlElement>& element,
+                                                       const CMeasurement* above) const {
     auto item = std::make_shared<CMeasurement>();
     if (above != nullptr) item->ShareLabels(*above);
-    item->Load(element, log);
-    if (above == nullptr) item->ValueFormat(PictureOfColumn(TestId, item->RawKey()));
+    item->Load(element, mLog);
+    if (above == nullptr) item->ValueFormat(PictureOfColumn(mTestId, item->RawKey()));
     const bool linearity = item->RawKey() == key::kErAdjacent || item->RawKey() == key::kErNonAdjacent;
-    if (TestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
+    if (mTestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
     // A number stays a number; otherwise the type of a stored cell follows from its column, so that a result
     // saves the same before and after a load.
     const bool number =
-        item->WasStoredAsNumber() || (IsJudgedColumn(TestId, *item) && TestId != kFluoroExposure);
+        item->WasStoredAsNumber() || (IsJudgedColumn(mTestId, *item) && mTestId != kFluoroExposure);
     item->ValueType(number ? kJudgedNumber : kTextOnly);
     return item;
 }
 
-void CResultCommon::LoadSuperseded(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
+void ExposureLoader::LoadSuperseded(const std::shared_ptr<IXmlElement>& element) {
     SupersededExposure superseded;
     superseded.exposure = static_cast<uint8_t>(ReadInteger(element->GetAttribute(tag::kExposure)));
     superseded.order = ReadInteger(element->GetAttribute(tag::kOrder));
@@ -131,85 +136,14 @@ void CResultCommon::LoadSuperseded(const std::shared_ptr<IXmlElement>& element, 
     for (const auto& child : element->Children()) {
         const std::string_view name = child->Name();
         if (name == tag::kMeasurement) {
-            superseded.row.push_back(LoadCell(child, log, nullptr));
+            superseded.row.push_back(LoadCell(child, nullptr));
         } else if (name == tag::kWaveform || name == tag::kMasWaveform) {
             const auto waveform = std::make_shared<CWaveform>();
-            waveform->Load(child, log);
+            waveform->Load(child, mLog);
             (name == tag::kWaveform ? superseded.kvWaveform : superseded.maWaveform) = waveform;
         }
     }
-    mSuperseded.push_back(std::move(superseded));
-}
-
-void CResultCommon::LoadWaveform(const std::shared_ptr<IXmlElement>& element, IProgressLog* log, uint8_t type,
-                                 std::size_t& slot) {
-    Waveforms& waveforms = type == kMaWaveform ? mMaWaveforms : mWaveforms;
-    if (slot >= waveforms.size()) return;
-    const auto waveform = std::make_shared<CWaveform>();
-    waveform->WaveformType(type);
-    waveform->Load(element, log);
-    waveforms[slot++] = waveform;
-}
-
-/// Reads the record of the verdict; ignores other elements.
-void CResultCommon::LoadRecord(const std::shared_ptr<IXmlElement>& child) {
-    const std::string_view name = child->Name();
-    if (name == tag::kJudgedBy) return mJudgedBy.emplace().Load(child);
-    static constexpr std::pair<std::string_view, void (RunRecord::*)(const IXmlElement&)> kLoaders[] = {
-        {tag::kRun, &RunRecord::LoadRun},
-        {tag::kMeasuredBy, &RunRecord::LoadInstrument},
-        {tag::kTechnique, &RunRecord::LoadTechnique},
-    };
-    for (const auto& [known, load] : kLoaders) {
-        if (name != known) continue;
-        if (!mRun && name == tag::kRun) mRun.emplace();
-        if (mRun) ((*mRun).*load)(*child);
-    }
-}
-
-void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressLog* log) {
-    if (log != nullptr) log->Position(tag::kResultItem, Translate(text::kLoadingResultData));
-    if (element->Name() != tag::kResultItem)
-        RaiseHostError(kErrorResultMissing, kClassName, 4,
-                       {"found \"" + std::string(element->Name()) + "\""});
-    if (const std::string_view mti = element->GetAttribute(tag::kMti); !mti.empty())
-        mMtiId = ReadInteger(mti);
-    std::size_t kvSlot = 0;
-    std::size_t maSlot = 0;
-    for (const auto& child : element->Children()) {
-        const std::string_view name = child->Name();
-        if (name == tag::kMeasurement) {
-            LoadMeasurement(child, log);
-        } else if (name == tag::kStatus) {
-            Services().codec->ReadStatus(*child, mStatus, mStatusExtra);
-        } else if (name == tag::kComment) {
-            mComment = child->Text();
-        } else if (name == tag::kServiceRecord && Services().createServiceRecord) {
-            mServiceRecord = Services().createServiceRecord();
-            mServiceRecord->Load(child);
-        } else if (name == tag::kWaveform) {
-            LoadWaveform(child, log, kKvWaveform, kvSlot);
-        } else if (name == tag::kMasWaveform) {
-            LoadWaveform(child, log, kMaWaveform, maSlot);
-        } else if (name == tag::kSupersededExposure) {
-            LoadSuperseded(child, log);
-        } else {
-            LoadRecord(child);
-        }
-    }
-    constexpr std::size_t kMostExposures = std::numeric_limits<uint8_t>::max();
-    if (mRows.size() > kMostExposures)
-        RaiseHostError(
-            kErrorResultMissing, kClassName, 4,
-            {"the result holds " + std::to_string(mRows.size()) + " exposures, at most 255 are expected"});
-    mExposureCount = static_cast<uint8_t>(mRows.size());
-    RebuildWorkingRow();
-}
-
-/// The working row becomes a copy of the last stored one, so that views show the latest exposure.
-void CResultCommon::RebuildWorkingRow() {
-    if (const MeasurementRow* last = LastReading())
-        mCurrent = std::make_shared<MeasurementRow>(CopyOf(*last));
+    mExposures.Add(std::move(superseded));
 }
 
 }  // namespace vorex

@@ -1,3 +1,5 @@
+#include "results/result_report.h"
+
 #include <algorithm>
 
 #include "foundation/number_text.h"
@@ -176,22 +178,21 @@ std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool he
     return line.empty() ? start + end(kUnitToMark) : line;
 }
 
-void CResultCommon::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
-    if (report == nullptr || mExposureCount == 0 || mRows.empty()) return;
-    report->Style(kTableStyle);
-    ResultTable table(*report);
-    const bool everyBlock = !Shows(*report, kReportFailuresOnly);
-    const bool waveforms = ShowsWaveforms(*report);
-    for (std::size_t row = 0; row < mRows.size(); ++row) {
-        const std::vector<std::string> lines = ExposureLines(*this, row, *report);
-        if (everyBlock || !lines.empty() || (waveforms && HasWaveform(*this, static_cast<int32_t>(row + 1))))
-            table.PrintBlock(Translate(text::kExposureHeading, report) + std::to_string(row + 1), lines);
+void PrintResult(const CResultCommon& result, IReportDocument& report) {
+    report.Style(kTableStyle);
+    ResultTable table(report);
+    const bool everyBlock = !Shows(report, kReportFailuresOnly);
+    const bool waveforms = ShowsWaveforms(report);
+    for (std::size_t row = 0; row < result.Rows().size(); ++row) {
+        const std::vector<std::string> lines = ExposureLines(result, row, report);
+        if (everyBlock || !lines.empty() || (waveforms && HasWaveform(result, static_cast<int32_t>(row + 1))))
+            table.PrintBlock(Translate(text::kExposureHeading, &report) + std::to_string(row + 1), lines);
     }
-    const std::vector<std::string> calculations = CalculationLines(*this, *report);
-    if (!calculations.empty()) table.PrintBlock(Translate(text::kCalculations, report), calculations);
-    for (int32_t exposure = 1; waveforms && exposure <= mExposureCount; ++exposure) {
-        KvWaveform(exposure)->PrintReport(report);
-        MaWaveform(exposure)->PrintReport(report);
+    const std::vector<std::string> calculations = CalculationLines(result, report);
+    if (!calculations.empty()) table.PrintBlock(Translate(text::kCalculations, &report), calculations);
+    for (int32_t exposure = 1; waveforms && exposure <= result.ExposureCount(); ++exposure) {
+        result.KvWaveform(exposure)->PrintReport(&report);
+        result.MaWaveform(exposure)->PrintReport(&report);
     }
 }
 

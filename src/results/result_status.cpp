@@ -28,7 +28,7 @@ void CResultCommon::CopyStatisticsToRows() {
 
 void CResultCommon::CopyToAllRows(const CMeasurement& measurement) {
     const uint8_t column = ColumnNumber(*mCurrent, measurement.RawKey());
-    for (const auto& row : mRows) {
+    for (const auto& row : Rows()) {
         CMeasurement* cell = FindMeasurement(*row, measurement.RawKey(), column - 1U);
         if (cell == nullptr || cell == &measurement) continue;
         cell->Value(measurement.RawValue());
@@ -67,9 +67,9 @@ MeasurementRow CResultCommon::CopyOf(const MeasurementRow& row) const {
 
 void CResultCommon::StoreWorkingRow(uint8_t exposureNumber) {
     const std::size_t index = exposureNumber - 1U;
-    KeepSuperseded(exposureNumber);
-    AddRowsUpTo(exposureNumber);
-    MeasurementRow& row = *mRows[index];
+    if (mExposures.Supersede(exposureNumber)) ShowWaveformsOf(exposureNumber);
+    mExposures.AddUpTo(exposureNumber);
+    MeasurementRow& row = *Rows()[index];
     // The guide may show this row, so it gets its own copy.
     if (&row != mCurrent.get()) {
         if (row.size() < mCurrent->size()) AddCells(row, mCurrent->size() - row.size());
@@ -82,19 +82,18 @@ void CResultCommon::StoreWorkingRow(uint8_t exposureNumber) {
 /// A redo in the middle of a test changes the statistics, which belong to the last reading, and the values
 /// that the next exposure computed from it.
 void CResultCommon::TakeStatistics(std::size_t row) {
-    const std::size_t last = LastReadingIndex();
+    const bool isLast = mExposures.LastReadingIndex() == row;
     for (std::size_t column : mNewStatistics) {
+        if (isLast) break;
         const CMeasurement& statistic = *(*mCurrent)[column];
-        if (last == row) break;
-        CMeasurement* cell = FindMeasurement(*mRows[last], statistic.RawKey(), column);
+        CMeasurement* cell = FindMeasurement(*mExposures.LastReading(), statistic.RawKey(), column);
         if (cell != nullptr) CopyToRow(statistic, *cell);
     }
     mNewStatistics.clear();
-    const auto next = std::find_if(mRows.begin() + static_cast<std::ptrdiff_t>(row) + 1, mRows.end(),
-                                   [](const auto& stored) { return !stored->empty(); });
+    const MeasurementRow* next = mExposures.NextReading(row);
     for (const RowField& field : mNextFields) {
-        if (next == mRows.end()) break;
-        for (const auto& cell : **next) {
+        if (next == nullptr) break;
+        for (const auto& cell : *next) {
             if (ColumnKeyOf(cell->RawKey()) != field.key) continue;
             cell->Value(field.text);
             cell->Status(kPassed);
@@ -114,13 +113,12 @@ void CResultCommon::TakeLatestStatuses() {
 SurveyOutcomes CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelectedStandards* selected,
                                               bool notApplicable) {
     RowsVerdict verdict;
-    const bool measured = LastReading() != nullptr && mExposureCount > 0;
     if (notApplicable) {
         verdict = Judging::NotApplicable();
-    } else if (measured) {
-        verdict = JudgingBy(owner, selected).JudgeAll(mRows);
+    } else if (LastReading() != nullptr) {
+        verdict = JudgingBy(owner, selected).JudgeAll(Rows());
         if (mLastExposure == 0) TakeLatestStatuses();
-    } else if (!mRows.empty()) {
+    } else if (!Rows().empty()) {
         verdict.status = kNotTested;
     }
     mStatus = verdict.status;
@@ -130,8 +128,8 @@ SurveyOutcomes CResultCommon::UpdateAllStatus(ITestElement& owner, const ISelect
 
 int32_t CResultCommon::UpdateAdjacentResult(ITestElement& owner, const ISelectedStandards* selected,
                                             uint8_t row, uint8_t flag) {
-    if (row >= mRows.size()) return -1;
-    MeasurementRow& cells = *mRows[row];
+    if (row >= Rows().size()) return -1;
+    MeasurementRow& cells = *Rows()[row];
     if (CMeasurement* adjacent = FindMeasurement(cells, key::kAdjacent))
         adjacent->Value(PlainText(static_cast<int32_t>(flag)));
     const auto at = std::find_if(cells.begin(), cells.end(),
@@ -147,12 +145,12 @@ int32_t CResultCommon::UpdateAdjacentResult(ITestElement& owner, const ISelected
 SurveyOutcomes CResultCommon::UpdateResult(ITestElement& owner, const ISelectedStandards* selected,
                                            uint8_t exposureNumber, uint8_t flag) {
     const std::size_t row = exposureNumber - 1U;
-    const bool there = exposureNumber > 0 && row < mRows.size();
+    const bool there = exposureNumber > 0 && row < Rows().size();
     if (there)
-        if (CMeasurement* adjacent = FindMeasurement(*mRows[row], key::kAdjacent))
+        if (CMeasurement* adjacent = FindMeasurement(*Rows()[row], key::kAdjacent))
             adjacent->Value(PlainText(static_cast<int32_t>(flag)));
     const SurveyOutcomes outcomes = UpdateAllStatus(owner, selected);
-    if (there) mCurrent = mRows[row];
+    if (there) mCurrent = Rows()[row];
     return outcomes;
 }
 
