@@ -320,6 +320,8 @@ TEST_F(ResultTableTest, IsAControlThatTakesAnElementAndCanBeLocked) {
     control.Refresh();
     EXPECT_FALSE(control.Visible());
     EXPECT_EQ(changes, 2);
+    table.ShowTestResult(element, 1);
+    EXPECT_EQ(changes, 3);
 }
 
 TEST_F(ResultTableTest, LetsGoOfElementAndLimits) {
