@@ -119,7 +119,7 @@ class SimulatedBench : public Bench {
     std::map<uint64_t, uint64_t> mRepeats;  ///< how often each exposure was made
 };
 
-/// The connected instruments are those that the test asks for, unless the room has others.
+/// Kind of the connected instruments: that of the test, unless the room sets one.
 int32_t SimulatedBench::Kind() {
     if (mRoom.instruments.kind != kNoDetector) return mRoom.instruments.kind;
     const std::optional<Technique> technique = mConsole();

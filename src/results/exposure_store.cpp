@@ -109,7 +109,7 @@ bool ExposureStore::EndRedo() {
     }
     if (HasSamples(*redo.kvWaveform)) Keep(kKvWaveform, exposure, redo.kvWaveform);
     if (HasSamples(*redo.maWaveform)) Keep(kMaWaveform, exposure, redo.maWaveform);
-    return missing;
+    return true;
 }
 
 }  // namespace vorex
