@@ -45,6 +45,8 @@ class OpenFile {
     void Save(const std::filesystem::path& path) { mFile->Save(path); }
     /// The text that `Save` would write.
     std::string Text() { return mFile->Text(); }
+    /// The same text in pieces, for a large file.
+    std::vector<std::string> TextPieces() { return mFile->TextPieces(); }
 
     /// ID of the first element that measures; nothing when a run of the file needs no instruments.
     std::optional<int32_t> FirstMeasuring() const;

@@ -71,10 +71,9 @@ void CheckOutput(const std::vector<fs::path>& inputs, const fs::path& output) {
 }
 
 void WriteResult(OpenFile& file, const fs::path& output, Terminal& terminal) {
-    if (output.empty())
-        terminal.out << file.Text();
-    else
-        file.Save(output);
+    if (!output.empty()) return file.Save(output);
+    // The whole text is made before any of it is written, so that a fault leaves nothing half-written.
+    for (const std::string& piece : file.TextPieces()) terminal.out << piece;
 }
 
 void PrintSummary(const OpenFile& file, const fs::path& output, Terminal& terminal) {

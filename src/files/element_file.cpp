@@ -186,6 +186,12 @@ std::string ElementFile::Text() {
     return Written({})->Text();
 }
 
+std::vector<std::string> ElementFile::TextPieces() {
+    std::vector<std::string> pieces;
+    Written({})->Write([&pieces](std::string_view piece) { pieces.emplace_back(piece); });
+    return pieces;
+}
+
 // ------------------------------------------------------------------------------------------ content
 
 void ElementFile::NumberElements() {

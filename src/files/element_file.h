@@ -43,6 +43,8 @@ class ElementFile {
     void Save(const std::filesystem::path& path);
     /// The text that `Save` would write.
     std::string Text();
+    /// The same text in pieces. A large text that grows in one place would be copied again and again.
+    std::vector<std::string> TextPieces();
 
     const std::vector<std::shared_ptr<ITestElement>>& Elements() const { return mElements; }
     /// Adds a root at the end; an element without an ID gets one.

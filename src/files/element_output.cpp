@@ -120,6 +120,7 @@ OutputDocument::OutputDocument(std::size_t room)
 
 void OutputDocument::Clear() {
     mDeferred.clear();
+    mNames.fill({});
     mMemory.release();
     mTop = New<OutputElement>(*this, std::string_view());
 }
@@ -144,8 +145,19 @@ std::string_view OutputDocument::Keep(std::string_view text) {
     return {copy, text.size()};
 }
 
+std::string_view OutputDocument::KeepName(std::string_view name) {
+    if (name.empty()) return {};
+    const auto code = [&](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+    std::string_view& kept = mNames[(name.size() + 5U * code(0) + 11U * code(name.size() / 2) +
+                                     3U * code(name.size() - 1)) %
+                                    kNamePlaces];
+    if (kept == name) return kept;
+    return IsXmlName(name) ? kept = Keep(name) : std::string_view();
+}
+
 OutputElement* OutputDocument::Make(std::string_view name) {
-    return IsXmlName(name) ? New<OutputElement>(*this, Keep(name)) : nullptr;
+    const std::string_view kept = KeepName(name);
+    return kept.empty() ? nullptr : New<OutputElement>(*this, kept);
 }
 
 std::shared_ptr<IXmlElement> OutputDocument::CreateElement(std::string_view name) {
@@ -318,8 +330,21 @@ void DocumentWriter::Special(unsigned char byte) {
 }
 
 void DocumentWriter::Escaped(std::string_view text, In place) {
-    std::size_t begin = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
+    std::size_t at = 0;
+    if (text.size() <= mPiece.size() - mUsed) {
+        // Most texts are short and plain: they are copied while they are checked.
+        char* const to = mPiece.data() + mUsed;
+        const auto isPlain = [&](char c) {
+            return (kSpecial[static_cast<unsigned char>(c)] & static_cast<uint8_t>(place)) == 0;
+        };
+        while (at < text.size() && isPlain(text[at])) {
+            to[at] = text[at];
+            ++at;
+        }
+        mUsed += at;
+    }
+    std::size_t begin = at;
+    for (; at < text.size(); ++at) {
         const auto byte = static_cast<unsigned char>(text[at]);
         if ((kSpecial[byte] & static_cast<uint8_t>(place)) == 0) continue;
         const std::size_t length = byte < 0x80U ? 0 : Utf8Length(text.substr(at));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -123,9 +124,15 @@ class OutputDocument final : public IXmlDocument {
     template <typename Object, typename... Args>
     Object* New(Args&&... args);
     std::string_view Keep(std::string_view text);
+    /// A kept element name, shared by elements; empty for a text that is no element name.
+    std::string_view KeepName(std::string_view name);
+
+    static constexpr std::size_t kNamePlaces = 128;
 
     std::unique_ptr<std::byte[]> mRoom;
     std::pmr::monotonic_buffer_resource mMemory;
+    /// Names that were met, each at a place that follows from its characters: a file repeats few names often.
+    std::array<std::string_view, kNamePlaces> mNames{};
     std::unordered_map<const OutputElement*, Deferred> mDeferred;
     OutputElement* mTop;
 };
