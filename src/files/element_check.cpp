@@ -72,7 +72,7 @@ class MetConfigKeys {
 
 class FileCheck {
   public:
-    explicit FileCheck(const XmlSource& source) : mSource(source) {}
+    FileCheck(const XmlSource& source, const CheckedElement& checked) : mSource(source), mChecked(checked) {}
     std::set<int32_t> Run();
 
   private:
@@ -88,6 +88,7 @@ class FileCheck {
     [[noreturn]] void Fail(Node element, std::string fault, std::string_view expected) const;
 
     const XmlSource& mSource;
+    const CheckedElement& mChecked;
     std::unordered_set<int32_t> mIds;
     std::size_t mForeign = 0;  ///< pieces of content so far that this system does not write
     std::set<int32_t> mPlainResults;
@@ -195,6 +196,7 @@ void FileCheck::CheckChildren(Node element, Place place, int32_t level) {
         if ((row->place == Place::kResultItem || row->place == Place::kSurveyResult) &&
             mForeign == foreignBefore)
             mPlainResults.insert(ReadInteger(FindAttribute(element, tag::kId).value()));
+        if (test && place == Place::kSequence) mChecked(child);
     }
 }
 
@@ -267,8 +269,8 @@ void FileCheck::CheckText(Node element, Form form) const {
 
 }  // namespace
 
-std::set<int32_t> CheckElementFile(const XmlSource& source) {
-    return FileCheck(source).Run();
+std::set<int32_t> CheckElementFile(const XmlSource& source, const CheckedElement& checked) {
+    return FileCheck(source, checked).Run();
 }
 
 }  // namespace vorex

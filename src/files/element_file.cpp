@@ -98,15 +98,21 @@ std::unique_ptr<ElementFile> ElementFile::FromText(std::string_view text, std::s
 }
 
 std::unique_ptr<ElementFile> ElementFile::Build(std::unique_ptr<XmlSource> source, IProgressLog* log) {
-    std::set<int32_t> plainResults = CheckElementFile(*source);
     auto file = std::make_unique<ElementFile>();
-    file->mPlainResults = std::move(plainResults);
     try {
+        // Each test is built as soon as it is checked, while its nodes are still in the processor's cache.
+        file->mPlainResults = CheckElementFile(*source, [&](pugi::xml_node element) {
+            file->AddRoot(LoadTestElement(source->Element(element), log));
+            source->ReleaseElements();
+        });
         file->LoadFrame(*source->Element(ChildNamed(source->Document(), tag::kVorexSequence)));
-        file->LoadElements(*source, log);
     } catch (const ElementError& error) {
         throw FileError({source->FileName(), 0, error.Id()}, error.what());
     }
+    file->mSequence->SetRoots(file->mElements);
+    ForEachElement(file->mElements, [&](const auto& element) {
+        if (const auto result = element->Result()) file->mLoadedResults[element->ID()] = result;
+    });
     file->mSource = std::move(source);
     return file;
 }
@@ -122,18 +128,6 @@ void ElementFile::LoadFrame(const IXmlElement& root) {
     mHasInstrumentList = !lists.empty();
     for (const auto& list : lists)
         for (const auto& entry : list->FindChild(tag::kMti)) mInstruments->Add(ReadMti(*entry));
-}
-
-void ElementFile::LoadElements(XmlSource& source, IProgressLog* log) {
-    for (const pugi::xml_node child : ChildNamed(source.Document(), tag::kVorexSequence).children()) {
-        if (!SameText(child.name(), tag::kTestElement)) continue;
-        AddRoot(LoadTestElement(source.Element(child), log));
-        source.ReleaseElements();
-    }
-    mSequence->SetRoots(mElements);
-    ForEachElement(mElements, [this](const auto& element) {
-        if (const auto result = element->Result()) mLoadedResults[element->ID()] = result;
-    });
 }
 
 // --------------------------------------------------------------------------------------------- save

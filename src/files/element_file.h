@@ -63,7 +63,6 @@ class ElementFile {
   private:
     static std::unique_ptr<ElementFile> Build(std::unique_ptr<XmlSource> source, IProgressLog* log);
     void LoadFrame(const IXmlElement& root);
-    void LoadElements(XmlSource& source, IProgressLog* log);
     void NumberElements();
     void AddRoot(std::shared_ptr<ITestElement> element);
     /// IDs of the elements whose results have no foreign content to take over from the file.

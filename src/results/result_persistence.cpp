@@ -99,8 +99,14 @@ void ExposureLoader::LoadMeasurement(const std::shared_ptr<IXmlElement>& element
     if (newRow) {
         mExposures.Add(std::make_shared<MeasurementRow>());
         rows.back()->reserve(rows.front()->size());
+        mCells.clear();
+        AddCells(mCells, rows.front()->size());
     }
-    rows.back()->push_back(LoadCell(element, CellAbove(rows, measurementKey)));
+    // Rows usually have the same cells. A longer one gets its further cells one by one.
+    const std::size_t place = rows.back()->size();
+    const auto cell = place < mCells.size() ? mCells[place] : std::make_shared<CMeasurement>();
+    LoadCell(*cell, element, CellAbove(rows, measurementKey));
+    rows.back()->push_back(cell);
 }
 
 /// Waveforms met while a result loads belong to the exposures met so far, in order.
@@ -112,20 +118,18 @@ void ExposureLoader::LoadWaveform(const std::shared_ptr<IXmlElement>& element, u
     mExposures.Keep(type, next++, waveform);
 }
 
-std::shared_ptr<CMeasurement> ExposureLoader::LoadCell(const std::shared_ptr<IXmlElement>& element,
-                                                       const CMeasurement* above) const {
-    auto item = std::make_shared<CMeasurement>();
-    if (above != nullptr) item->ShareLabels(*above);
-    item->Load(element, mLog);
-    if (above == nullptr) item->ValueFormat(PictureOfColumn(mTestId, item->RawKey()));
-    const bool linearity = item->RawKey() == key::kErAdjacent || item->RawKey() == key::kErNonAdjacent;
-    if (mTestId == kRadioLinearity && linearity) item->Description(text::kCoefficientOfLinearity);
+void ExposureLoader::LoadCell(CMeasurement& item, const std::shared_ptr<IXmlElement>& element,
+                              const CMeasurement* above) const {
+    if (above != nullptr) item.ShareLabels(*above);
+    item.Load(element, mLog);
+    if (above == nullptr) item.ValueFormat(PictureOfColumn(mTestId, item.RawKey()));
+    const bool linearity = item.RawKey() == key::kErAdjacent || item.RawKey() == key::kErNonAdjacent;
+    if (mTestId == kRadioLinearity && linearity) item.Description(text::kCoefficientOfLinearity);
     // A number stays a number; otherwise the type of a stored cell follows from its column, so that a result
     // saves the same before and after a load.
     const bool number =
-        item->WasStoredAsNumber() || (IsJudgedColumn(mTestId, *item) && mTestId != kFluoroExposure);
-    item->ValueType(number ? kJudgedNumber : kTextOnly);
-    return item;
+        item.WasStoredAsNumber() || (IsJudgedColumn(mTestId, item) && mTestId != kFluoroExposure);
+    item.ValueType(number ? kJudgedNumber : kTextOnly);
 }
 
 void ExposureLoader::LoadSuperseded(const std::shared_ptr<IXmlElement>& element) {
@@ -136,7 +140,8 @@ void ExposureLoader::LoadSuperseded(const std::shared_ptr<IXmlElement>& element)
     for (const auto& child : element->Children()) {
         const std::string_view name = child->Name();
         if (name == tag::kMeasurement) {
-            superseded.row.push_back(LoadCell(child, nullptr));
+            superseded.row.push_back(std::make_shared<CMeasurement>());
+            LoadCell(*superseded.row.back(), child, nullptr);
         } else if (name == tag::kWaveform || name == tag::kMasWaveform) {
             const auto waveform = std::make_shared<CWaveform>();
             waveform->Load(child, mLog);

@@ -26,14 +26,15 @@ class ExposureLoader {
     void LoadMeasurement(const std::shared_ptr<IXmlElement>& element);
     void LoadWaveform(const std::shared_ptr<IXmlElement>& element, uint8_t type, int32_t& next);
     void LoadSuperseded(const std::shared_ptr<IXmlElement>& element);
-    std::shared_ptr<CMeasurement> LoadCell(const std::shared_ptr<IXmlElement>& element,
-                                           const CMeasurement* above) const;
+    void LoadCell(CMeasurement& item, const std::shared_ptr<IXmlElement>& element,
+                  const CMeasurement* above) const;
 
     ExposureStore& mExposures;
     int32_t mTestId;
     IProgressLog* mLog;
     int32_t mNextKvWaveform = 1;  ///< exposure of the next one
     int32_t mNextMaWaveform = 1;
+    MeasurementRow mCells;  ///< for the last row; they lie side by side in memory
 };
 
 }  // namespace vorex
