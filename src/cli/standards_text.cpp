@@ -8,6 +8,7 @@
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
+#include "reports/report_wrap.h"
 
 namespace vorex {
 
@@ -18,18 +19,9 @@ constexpr std::size_t kWidth = 100;
 /// Words in lines of at most the width, each indented.
 std::string Wrapped(std::string_view words, std::size_t indent) {
     std::string text;
-    std::string line;
-    while (!words.empty()) {
-        const std::size_t end = std::min(words.find(' '), words.size());
-        const std::string word(words.substr(0, end));
-        words.remove_prefix(std::min(end + 1, words.size()));
-        if (!line.empty() && indent + CodePoints(line) + 1 + CodePoints(word) > kWidth) {
-            text += std::string(indent, ' ') + line + "\n";
-            line.clear();
-        }
-        line += (line.empty() ? "" : " ") + word;
-    }
-    return text + std::string(indent, ' ') + line + "\n";
+    for (const ReportLine& line : TerminalWrapper().Wrap(words, kWidth - indent))
+        text.append(indent, ' ').append(IndentedText(line)).append("\n");
+    return text;
 }
 
 /// A number of a limit in words, according to its form; X is the set value.

@@ -10,6 +10,7 @@
 #include "foundation/vocabulary.h"
 #include "mqsa/survey_entry.h"
 #include "mqsa/survey_verdict.h"
+#include "reports/report_wrap.h"
 
 namespace vorex {
 
@@ -19,6 +20,7 @@ namespace st = survey_text;
 
 constexpr std::size_t kTextWidth = 76;
 constexpr std::size_t kLineWidth = 100;
+constexpr std::size_t kGap = 2;          ///< between two columns
 constexpr std::size_t kLeastWidth = 40;  ///< however deep the groups are
 constexpr std::size_t kFiberLine = 18;   ///< of the summary page; specks and masses follow
 constexpr std::string_view kRed = "\x1b[31;1m";
@@ -34,25 +36,6 @@ std::string OneLine(std::string words) {
     std::replace_if(
         words.begin(), words.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
     return words;
-}
-
-/// The words in lines up to a width; lines after the first are indented by two more blanks.
-std::vector<std::string> Wrapped(const std::string& words, std::size_t width) {
-    std::vector<std::string> lines;
-    const std::size_t begin = words.find_first_not_of(' ');
-    const std::string setIn((begin == std::string::npos ? 0 : begin) + 2, ' ');
-    std::string rest = words;
-    while (CodePoints(rest) > width) {
-        std::size_t end = std::string::npos;
-        for (std::size_t at = rest.find(' ', setIn.size()); at != std::string::npos;
-             at = rest.find(' ', at + 1))
-            if (CodePoints(std::string_view(rest).substr(0, at)) <= width) end = at;
-        if (end == std::string::npos) break;
-        lines.emplace_back(std::string_view(rest).substr(0, end));
-        rest = std::string(setIn).append(Trimmed(std::string_view(rest).substr(end)));
-    }
-    lines.push_back(rest);
-    return lines;
 }
 
 /// The meaning of a failed outcome of a mammography test; the figures are those of the tests.
@@ -105,10 +88,15 @@ std::size_t VerdictWidth() {
 /// Words in one column, and their values in the next.
 std::string TwoColumns(const std::string& words, std::size_t width, const std::string& indent,
                        const std::string& value) {
-    const std::vector<std::string> lines = Wrapped(OneLine(words), width);
+    constexpr std::size_t kHanging = 2;
+    const std::string oneLine = OneLine(words);
     std::string out;
-    for (std::size_t i = 0; i + 1 < lines.size(); ++i) out.append(indent).append(lines[i]).append("\n");
-    return out.append(indent).append(Padded(lines.back(), width)).append("  ").append(value).append("\n");
+    std::size_t taken = 0;
+    for (const ReportLine& line : TerminalWrapper().Wrap(oneLine, width, kHanging)) {
+        out.append(out.empty() ? "" : "\n").append(indent).append(IndentedText(line));
+        taken = static_cast<std::size_t>(line.indent + line.width);
+    }
+    return out.append(width - std::min(taken, width) + kGap, ' ').append(value).append("\n");
 }
 
 template <typename Table>

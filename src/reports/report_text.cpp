@@ -30,24 +30,6 @@ std::string_view ShapeOf(ReportMark mark) {
     return mark == ReportMark::kFail ? kCross : kTick;
 }
 
-/// Characters that take two cells of a terminal.
-bool IsWide(char32_t c) {
-    return (c >= 0x1100 && c <= 0x115F) || (c >= 0x2E80 && c <= 0xA4CF) || (c >= 0xAC00 && c <= 0xD7A3) ||
-           (c >= 0xF900 && c <= 0xFAFF) || (c >= 0xFE30 && c <= 0xFE6F) || (c >= 0xFF00 && c <= 0xFF60) ||
-           (c >= 0xFFE0 && c <= 0xFFE6) || (c >= 0x1F300 && c <= 0x1FAFF) || (c >= 0x20000 && c <= 0x3FFFD);
-}
-
-/// A terminal's cells as a measure of texts.
-class TerminalMetrics final : public ITextMetrics {
-  public:
-    /// Advance that makes a cell of one-point text one twip wide.
-    static constexpr int32_t kCell = 1000 / kTwipsPerPoint;
-    int32_t Advance(char32_t character, ReportFace /*face*/) const override {
-        if (IsCombining(character)) return 0;
-        return IsWide(character) ? 2 * kCell : kCell;
-    }
-};
-
 class TextWriter {
   public:
     std::string Write(const ReportModel& report) {
@@ -62,22 +44,6 @@ class TextWriter {
   private:
     using Widths = std::vector<std::size_t>;
 
-    static bool IsAscii(std::string_view text) {
-        return std::none_of(text.begin(), text.end(),
-                            [](char c) { return static_cast<unsigned char>(c) >= 0x80U; });
-    }
-    std::size_t Width(std::string_view text) {
-        if (IsAscii(text)) return text.size();
-        return static_cast<std::size_t>(mWrapper.Width(text, ReportFace::kPlain, 1));
-    }
-    std::vector<ReportLine> Wrap(std::string_view text, std::size_t width) {
-        return mWrapper.Wrap(text, static_cast<int32_t>(width), ReportFace::kPlain, 1);
-    }
-
-    static std::string Indented(const ReportLine& line) {
-        return std::string(static_cast<std::size_t>(line.indent), ' ') + std::string(line.text);
-    }
-
     void Line(std::string_view line) {
         mText += line;
         while (mText.ends_with(' ')) mText.pop_back();
@@ -89,18 +55,19 @@ class TextWriter {
         if (!mText.empty()) Line("");
         if (heading.centred) {
             for (std::string_view words : {heading.title, heading.outcome})
-                for (const ReportLine& part : Wrap(words, kWidth))
+                for (const ReportLine& part : mTerminal.Wrap(words, kWidth))
                     if (!part.text.empty())
-                        Line(std::string((kWidth - Width(part.text)) / 2, ' ') + std::string(part.text));
+                        Line(std::string((kWidth - mTerminal.Width(part.text)) / 2, ' ') +
+                             std::string(part.text));
             return;
         }
         const std::string outcome = std::string(ShapeOf(heading.mark)) + std::string(heading.outcome);
-        const std::size_t kept = outcome.empty() ? 0 : Width(outcome) + kGap;
+        const std::size_t kept = outcome.empty() ? 0 : mTerminal.Width(outcome) + kGap;
         bool first = true;
-        for (const ReportLine& part : Wrap(heading.title, kWidth - kept)) {
+        for (const ReportLine& part : mTerminal.Wrap(heading.title, kWidth - kept)) {
             std::string line(part.text);
             if (first && !outcome.empty())
-                line += std::string(kWidth - Width(line) - Width(outcome), ' ') + outcome;
+                line += std::string(kWidth - mTerminal.Width(line) - mTerminal.Width(outcome), ' ') + outcome;
             Line(line);
             first = false;
         }
@@ -125,8 +92,8 @@ class TextWriter {
         Widths widths(table.columns->size(), 0);
         ForEachFittedCell(table, [&](std::size_t column, const ReportRow& row, const ReportCell& cell) {
             const std::size_t width = row.heading && wrappedHeadings   ? LongestWord(cell.text)
-                                      : cell.mark == ReportMark::kNone ? Width(cell.text)
-                                                                       : Width(Words(cell));
+                                      : cell.mark == ReportMark::kNone ? mTerminal.Width(cell.text)
+                                                                       : mTerminal.Width(Words(cell));
             widths[column] = std::max(widths[column], width);
         });
         return widths;
@@ -222,11 +189,11 @@ class TextWriter {
                 continue;
             }
             const std::string words = Words(cell);
-            const auto parts = Wrap(words, room);
+            const auto parts = mTerminal.Wrap(words, room);
             if (lines.size() < parts.size()) lines.resize(parts.size());
             for (std::size_t i = 0; i < parts.size(); ++i) {
-                const std::string part = Indented(parts[i]);
-                Put(lines[i], part, Width(part), begin, room, columns[cell.column].align);
+                const std::string part = IndentedText(parts[i]);
+                Put(lines[i], part, mTerminal.Width(part), begin, room, columns[cell.column].align);
             }
         }
         for (const std::string& line : lines) Line(line);
@@ -238,7 +205,7 @@ class TextWriter {
         const std::size_t at = begin + (align == ReportAlign::kRight    ? spare
                                         : align == ReportAlign::kCentre ? spare / 2
                                                                         : 0);
-        const std::size_t length = Width(line);
+        const std::size_t length = mTerminal.Width(line);
         if (length < at) line.append(at - length, ' ');
         line += words;
     }
@@ -248,7 +215,8 @@ class TextWriter {
     std::size_t LongestWord(std::string_view text) {
         std::size_t longest = 0;
         ForEachPart(text, '\n', [&](std::string_view line) {
-            ForEachPart(line, ' ', [&](std::string_view word) { longest = std::max(longest, Width(word)); });
+            ForEachPart(line, ' ',
+                        [&](std::string_view word) { longest = std::max(longest, mTerminal.Width(word)); });
         });
         return longest;
     }
@@ -304,18 +272,18 @@ class TextWriter {
         for (const ReportCell& cell : row.cells) {
             const std::size_t at = cell.column;
             words[at] = Words(cell);
-            cells[at] = Wrap(words[at], rules[at + 1] - rules[at] - kBlankRuleBlank);
+            cells[at] = mTerminal.Wrap(words[at], rules[at + 1] - rules[at] - kBlankRuleBlank);
             lines = std::max(lines, cells[at].size());
         }
         for (std::size_t i = 0; i < lines; ++i) {
             std::string line = "|";
             for (std::size_t at = 0; at < columns.size(); ++at) {
                 if (i < cells[at].size()) {
-                    const std::string part = Indented(cells[at][i]);
-                    Put(line, part, Width(part), rules[at] + kRuleAndBlank,
+                    const std::string part = IndentedText(cells[at][i]);
+                    Put(line, part, mTerminal.Width(part), rules[at] + kRuleAndBlank,
                         rules[at + 1] - rules[at] - kBlankRuleBlank, columns[at].align);
                 }
-                line.append(rules[at + 1] - std::min(rules[at + 1], Width(line)), ' ').append("|");
+                line.append(rules[at + 1] - std::min(rules[at + 1], mTerminal.Width(line)), ' ').append("|");
             }
             Line(line);
         }
@@ -378,7 +346,7 @@ class TextWriter {
 
     template <typename Column, typename Row, typename Set>
     void DrawLabel(const ReportLabel& label, Column column, Row row, Set set) {
-        const std::size_t width = Width(label.text);
+        const std::size_t width = mTerminal.Width(label.text);
         std::size_t at = column(label.place.x);
         if (label.align == ReportAlign::kRight) at -= std::min(at, width);
         if (label.align == ReportAlign::kCentre) at -= std::min(at, width / 2);
@@ -401,8 +369,7 @@ class TextWriter {
         if (rule.from.y == rule.to.y) Line(std::string(kWidth, '-'));
     }
 
-    TerminalMetrics mMetrics;
-    TextWrapper mWrapper{mMetrics};
+    TerminalWrapper mTerminal;
     const ReportFacts* mFacts = nullptr;
     int32_t mUsableWidth = 1;
     std::string mText;

@@ -20,7 +20,35 @@ bool BreaksAnywhere(char32_t c) {
            (c >= 0xFF00 && c <= 0xFF60) || (c >= 0x20000 && c <= 0x3FFFD);
 }
 
+/// Characters that take two cells of a terminal.
+bool IsWide(char32_t c) {
+    return (c >= 0x1100 && c <= 0x115F) || (c >= 0x2E80 && c <= 0xA4CF) || (c >= 0xAC00 && c <= 0xD7A3) ||
+           (c >= 0xF900 && c <= 0xFAFF) || (c >= 0xFE30 && c <= 0xFE6F) || (c >= 0xFF00 && c <= 0xFF60) ||
+           (c >= 0xFFE0 && c <= 0xFFE6) || (c >= 0x1F300 && c <= 0x1FAFF) || (c >= 0x20000 && c <= 0x3FFFD);
+}
+
+/// A terminal's cells as a measure of texts.
+class TerminalMetrics final : public ITextMetrics {
+  public:
+    /// Advance that makes a cell of one-point text one twip wide.
+    static constexpr int32_t kCell = kEm / kTwipsPerPoint;
+    int32_t Advance(char32_t character, ReportFace /*face*/) const override {
+        if (IsCombining(character)) return 0;
+        return IsWide(character) ? 2 * kCell : kCell;
+    }
+};
+
+const ITextMetrics& Terminal() {
+    static const TerminalMetrics metrics;
+    return metrics;
+}
+
 }  // namespace
+
+bool IsAscii(std::string_view text) {
+    return std::none_of(text.begin(), text.end(),
+                        [](char c) { return static_cast<unsigned char>(c) >= 0x80U; });
+}
 
 Utf8Character FirstCharacter(std::string_view text) {
     const auto byte = [&](std::size_t i) {
@@ -73,8 +101,8 @@ int32_t TextWrapper::Width(std::string_view text, ReportFace face, int32_t point
     return static_cast<int32_t>((sum * points * kTwipsPerPoint + kEm - 1) / kEm);
 }
 
-void TextWrapper::WrapLine(std::string_view text, int64_t room, ReportFace face, int32_t points,
-                           std::vector<ReportLine>& lines) {
+void TextWrapper::WrapLine(std::string_view text, int64_t room, int64_t laterRoom, ReportFace face,
+                           int32_t points, std::vector<ReportLine>& lines) {
     struct Place {
         std::size_t at = 0;
         int64_t width = 0;  // of the line up to here
@@ -95,6 +123,7 @@ void TextWrapper::WrapLine(std::string_view text, int64_t room, ReportFace face,
         lines.push_back(
             {line, 0, static_cast<int32_t>((lineWidth * points * kTwipsPerPoint + kEm - 1) / kEm)});
         begin = end.at;
+        room = laterRoom;
     };
     for (std::size_t at = 0; at < text.size();) {
         const Utf8Character next = FirstCharacter(text.substr(at));
@@ -124,7 +153,10 @@ void TextWrapper::WrapLine(std::string_view text, int64_t room, ReportFace face,
 }
 
 std::vector<ReportLine> TextWrapper::Wrap(std::string_view text, int32_t width, ReportFace face,
-                                          int32_t points) {
+                                          int32_t points, int32_t hanging) {
+    const auto roomAfter = [&](int32_t indent) {
+        return int64_t{std::max(width - indent, 1)} * kEm / (int64_t{points} * kTwipsPerPoint);
+    };
     std::vector<ReportLine> lines;
     ForEachPart(text, '\n', [&](std::string_view paragraph) {
         const std::size_t blanks = std::min(paragraph.find_first_not_of(' '), paragraph.size());
@@ -132,11 +164,27 @@ std::vector<ReportLine> TextWrapper::Wrap(std::string_view text, int32_t width, 
             std::min(Width(paragraph.substr(0, blanks), face, points), width / kMostIndentParts);
         paragraph.remove_prefix(blanks);
         const std::size_t first = lines.size();
-        const int64_t room = int64_t{std::max(width - indent, 1)} * kEm / (int64_t{points} * kTwipsPerPoint);
-        WrapLine(paragraph, room, face, points, lines);
-        for (std::size_t i = first; i < lines.size(); ++i) lines[i].indent = indent;
+        WrapLine(paragraph, roomAfter(indent), roomAfter(indent + hanging), face, points, lines);
+        for (std::size_t i = first; i < lines.size(); ++i)
+            lines[i].indent = i == first ? indent : indent + hanging;
     });
     return lines;
+}
+
+TerminalWrapper::TerminalWrapper() : mWrapper(Terminal()) {}
+
+std::size_t TerminalWrapper::Width(std::string_view text) {
+    if (IsAscii(text)) return text.size();
+    return static_cast<std::size_t>(mWrapper.Width(text, ReportFace::kPlain, 1));
+}
+
+std::vector<ReportLine> TerminalWrapper::Wrap(std::string_view text, std::size_t width, std::size_t hanging) {
+    return mWrapper.Wrap(text, static_cast<int32_t>(width), ReportFace::kPlain, 1,
+                         static_cast<int32_t>(hanging));
+}
+
+std::string IndentedText(const ReportLine& line) {
+    return std::string(static_cast<std::size_t>(line.indent), ' ') + std::string(line.text);
 }
 
 }  // namespace vorex

@@ -60,6 +60,30 @@ TEST(ReportWrap, FurtherLinesBeginWhereTheFirstOneDoes) {
     EXPECT_EQ(lines[1].text, "a value");
 }
 
+TEST(ReportWrap, ATerminalCountsCellsAndIndentsFurtherLines) {
+    const struct {
+        const char* text;
+        std::size_t width, hanging;
+        const char* lines;
+    } cases[] = {
+        {"  one two three", 9, 2, "  one two/    three"},
+        {"  one two three", 8, 2, "  one/    two/    thre/    e"},
+        {"one three", 6, 2, "one/  thre/  e"},
+        {"a\nb c", 2, 1, "a/b/ c"},
+        // Ideographs take two cells, combining marks none.
+        {"测试标准", 5, 0, "测试/标准"},
+        {"a\xCC\x81 b c", 3, 0, "a\xCC\x81 b/c"},
+    };
+    for (const auto& c : cases) {
+        std::string lines;
+        for (const ReportLine& line : TerminalWrapper().Wrap(c.text, c.width, c.hanging)) {
+            EXPECT_LE(TerminalWrapper().Width(IndentedText(line)), c.width) << c.text;
+            lines += (lines.empty() ? "" : "/") + IndentedText(line);
+        }
+        EXPECT_EQ(lines, c.lines) << c.text << " in " << c.width;
+    }
+}
+
 /// More than three blanks are room to write into: the line ends before the word in front of them.
 TEST(ReportWrap, AGapStaysInItsLineWhereItCan) {
     EXPECT_EQ(Wrapped("dose of the unit is      mrad", 20), "dose of the unit/is      mrad");
