@@ -60,6 +60,9 @@ std::string UnitOfNumbers(const StandardLimit& limit, const CMeasurement& column
     return LimitNumberUnitOf(FormOf(limit), UnitOf(column));
 }
 
+/// Tests whose exposures share one voltage.
+constexpr TestSet kWithVoltage = kWithOneKv | kMammoAec;
+
 /// Voltage of all exposures of a test; nothing if each has its own.
 std::optional<double> VoltageOf(const CConfigCommon& config) {
     if (kWithOneKv.Has(config.pTestID)) return NumberOf(config.pMachineKV);
@@ -125,16 +128,24 @@ std::string Quoted(const std::string& text) {
     return text.empty() ? "none" : "\"" + text + "\"";
 }
 
+/// The numbers of tests: "(100, 300)".
+std::string NumbersOf(TestSet tests) {
+    std::string numbers;
+    for (int32_t id : kMeasuringTests)
+        if (tests.Has(id)) numbers += (numbers.empty() ? "" : ", ") + PlainText(id);
+    return "(" + numbers + ")";
+}
+
 std::string FormFault(int32_t testId, const StandardLimit& limit, const CMeasurement& column) {
     if (limit.low.IsSet() && limit.high.IsSet() &&
         LimitExpressionOf(limit.low.expression) != LimitExpressionOf(limit.high.expression))
         return "both sides need the same expression";
     if (RowOf(FormOf(limit)).usesPreset &&
         !(kWithOneKv.Has(testId) && !TextOf(column.RawPresetValue()).empty()))
-        return "an expression with X needs a voltage of a test with one set voltage (100, 300, 900, 1200)";
+        return "an expression with X needs a voltage of a test with one set voltage " + NumbersOf(kWithOneKv);
     const bool byVoltage = !limit.low.byVoltage.empty() || !limit.high.byVoltage.empty();
-    if (byVoltage && !kWithOneKv.Has(testId) && testId != kMammoAec)
-        return "\"byVoltage\" needs a test with one set voltage (100, 300, 900, 1100, 1200)";
+    if (byVoltage && !kWithVoltage.Has(testId))
+        return "\"byVoltage\" needs a test with one set voltage " + NumbersOf(kWithVoltage);
     return {};
 }
 

@@ -361,8 +361,9 @@ TEST_F(StandardsCommandTest, AnOwnFileWithAFaultIsNamedAndTheOthersAreListed) {
         {R"("key":"ER HVL")" + high, "the unit none"},
         // X of these would be 80 kV, whatever is set.
         {R"x("key":"ER kVp Avg","unit":"%","high":{"value":5,"expression":"X+(X*Y%)"})x",
-         "an expression with X needs"},
-        {R"("key":"ER HVL","unit":"mm Al","low":{"byVoltage":[[80,2.3]]})", "\"byVoltage\" needs"},
+         "an expression with X needs a voltage of a test with one set voltage (100, 300, 900, 1200)"},
+        {R"("key":"ER HVL","unit":"mm Al","low":{"byVoltage":[[80,2.3]]})",
+         "\"byVoltage\" needs a test with one set voltage (100, 300, 900, 1100, 1200)"},
         {R"("key":"ER Exposure","high":{"value":0.05,"expression":"CV"})", "no column is judged"},
     };
     UseOwn("good.json", PeakLimit("79"));
