@@ -49,6 +49,14 @@ constexpr TableRow kTables[] = {
     {kMammoRadiation, 3, {kImport, kSid, kMas}},
 };
 static_assert(HasOneRowPerMeasuringTest(kTables));
+static_assert(
+    [] {
+        for (const TestRow& test : kTestCatalogue)
+            for (const TableRow& table : kTables)
+                if (table.testId == test.id && (table.count > 1) != ((test.own & kOwnTable) != 0)) return false;
+        return true;
+    }(),
+    "the catalogue names the tests with settings of each exposure");
 
 constexpr ArrayRow kArrays[] = {
     {kImport,    &C::importFlags},

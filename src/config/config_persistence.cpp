@@ -158,6 +158,7 @@ constexpr SettingRow kSettings[] = {
 };
 // A test without rows of its own would lose its settings with each save.
 static_assert(CoversEveryMeasuringTest(kCells, kSettings));
+static_assert(HoldsOwnRows(kOwnTable, kCells));
 
 /// Tests whose old files have the import flag under another key.
 constexpr TestSet kOldImportKey = {kRadioAccuracy, kRadioLinearity, kFluoroAccuracy, kFluoroExposure};

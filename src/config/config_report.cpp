@@ -230,6 +230,7 @@ constexpr ExposureColumn kExposureColumns[] = {
     {kMammoAec,       0,            text::kMas,              1000, 4,  &C::machineMas},
 };
 // clang-format on
+static_assert(HoldsOwnRows(kOwnTable, kExposureColumns));
 
 /// Width of the section of test 700; the columns do not fill it. The section of any other test is as wide as
 /// its columns.

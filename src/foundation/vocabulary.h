@@ -47,16 +47,17 @@ inline constexpr int32_t kFluoro = 3;
 inline constexpr int32_t kDental = 4;
 inline constexpr int32_t kEnteredByHand = 0;  ///< in the place of a mode: a test without exposures
 
-/// One row of the test catalogue.
 /// Rows that a test has of its own in the tables; a bit set. A test without them has what all tests have.
 enum OwnRows : uint8_t {
     kNothingOwn = 0,
     kOwnColumns = 1,   ///< of the result, next to the readings
     kOwnLimits = 2,    ///< next to those of the readings
     kOwnDefaults = 4,  ///< settings of a new test that differ from those of the construction
-    kAllOwn = kOwnColumns | kOwnLimits | kOwnDefaults,
+    kOwnTable = 8,     ///< settings of each exposure, next to the import flag
+    kAllOwn = kOwnColumns | kOwnLimits | kOwnDefaults | kOwnTable,
 };
 
+/// One row of the test catalogue.
 struct TestRow {
     int32_t id;
     int32_t mode;                  ///< detector mode that a new test starts with
@@ -75,7 +76,7 @@ inline constexpr auto kTestCatalogue = std::to_array<TestRow>({
     {kRadioLinearity, kRadio,  2, "RadioLinearity", text::kTestRadioLinearity, "XRadioLinearityConfig", "XResultFlxGrid"},
     {kFluoroAccuracy, kFluoro, 1, "FluoroAccuracy", text::kTestFluoroAccuracy, "XFluoroAccuracyConfig", "XResultListView"},
     {kFluoroExposure, kFluoro, 1, "FluoroExposure", text::kTestFluoroExposure, "XFluoroExposureConfig", "XResultListView"},
-    {kMammoAccRepro,  kMammo,  4, "MammoAccRepro",  text::kTestMammoAccRepro,  "XMammoAccReproConfig",  "XResultListView"},
+    {kMammoAccRepro,  kMammo,  4, "MammoAccRepro",  text::kTestMammoAccRepro,  "XMammoAccReproConfig",  "XResultListView", kOwnColumns | kOwnLimits | kOwnDefaults},
     {kMammoAec,       kMammo,  2, "MammoAEC",       text::kTestMammoAec,       "XMammoAECConfig",       "XResultListView"},
     {kMammoRadiation, kMammo,  2, "MammoRadiation", text::kTestMammoRadiation, "XMammoRadiationConfig", "XResultListView"},
     {kMqsaSurvey, kEnteredByHand, 0, "MQSA",     text::kTestSurvey,         "XMQSAConfig",           "XResultMQSA"},
