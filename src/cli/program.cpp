@@ -4,8 +4,12 @@
 #include <algorithm>
 #include <exception>
 #include <ostream>
+#include <string>
 
 #include "foundation/file_error.h"
+#include "foundation/number_text.h"
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
 #include "version.h"
 
 namespace vorex {
@@ -21,12 +25,16 @@ constexpr const char* kExitCodes =
     "3 aborted by the operator, 4 an instrument or file failed (what was measured is saved).\n"
     "`vorex COMMAND --help` shows an example of each command.";
 
-constexpr const char* kNewExample =
-    "Example:\n  vorex new 100 -o reproducibility.xml\n\n"
-    "Tests: 100 radiography reproducibility, 200 radiography accuracy, 300 radiography linearity,\n"
-    "500 fluoroscopy accuracy, 700 fluoroscopy exposure rate, 900 mammography accuracy and\n"
-    "reproducibility, 1100 mammography AEC, 1200 mammography radiation output, 1300 the annual\n"
-    "mammography survey, 0 a group.";
+std::string NewExample() {
+    constexpr std::size_t kNumberWidth = 6;
+    std::string text = "Example:\n  vorex new 100 -o reproducibility.xml\n\nTests:\n  0     a group";
+    for (const TestRow& test : kTestCatalogue) {
+        const std::string number = PlainText(test.id);
+        text +=
+            "\n  " + number + std::string(kNumberWidth - number.size(), ' ') + DefaultText(test.title, {});
+    }
+    return text;
+}
 
 constexpr const char* kRunExample =
     "Example:\n"
@@ -132,7 +140,7 @@ void AddRunCommands(CLI::App& app, Arguments& arguments) {
     CLI::App* newTest = app.add_subcommand("new", "Writes an element file of a new test with its defaults");
     newTest->add_option("TESTID", arguments.newTest.testId, "Number of the test")->required();
     AddOutput(*newTest, arguments.newTest.output);
-    newTest->footer(kNewExample);
+    newTest->footer(NewExample());
 
     CLI::App* run = app.add_subcommand("run", "Runs the tests of an element file and judges them");
     run->add_option("FILE", arguments.run.input, "Element file")->required();
