@@ -144,7 +144,9 @@ class CMeasurement : public IMeasurement, public IMeasurement2 {
     FoundLimit GetLimit(int32_t side, const IStandard& standard, bool calculate, int32_t ordinal) const;
     /// The rows of this measurement in a report, in table mark-up: one, and, if limits apply to it, one more
     /// for each further standard that has a limit for it. Empty when a failures-only report leaves it out.
-    std::string BuildReportLine(const IReportDocument& report, bool heldAgainstLimits = true) const;
+    /// The set value is printed in place of the preset.
+    std::string BuildReportLine(const IReportDocument& report, bool heldAgainstLimits,
+                                const TaggedValue& setValue) const;
 
   private:
     enum class ReadingState : uint8_t { kUnknown, kNumber, kMark };

@@ -420,7 +420,7 @@ void CResultCommon::Load(const std::shared_ptr<IXmlElement>& element, IProgressL
 }
 
 void CResultCommon::PrintReport(IReportDocument* report, const std::shared_ptr<IReportSetup>& /*setup*/) {
-    if (report != nullptr && !Rows().empty()) PrintResult(*this, *report);
+    if (report != nullptr && !Rows().empty()) PrintResult(*this, mConfig.get(), *report);
 }
 
 }  // namespace vorex

@@ -7,7 +7,7 @@
 #include "foundation/utilities.h"
 #include "results/result_common.h"
 
-// The printed result. A row of the table is the margin, name, preset, value, unit, high limit, low limit,
+// The printed result. A row of the table is the margin, name, set value, value, unit, high limit, low limit,
 // standard, a spare cell and the fail mark.
 
 namespace vorex {
@@ -118,21 +118,30 @@ class ResultTable {
     bool mBegun = false;  ///< the heading is on this page
 };
 
-void AddLine(std::vector<std::string>& lines, const CMeasurement& measurement, bool heldAgainstLimits,
-             const IReportDocument& report) {
-    std::string line = measurement.BuildReportLine(report, heldAgainstLimits);
+void AddLine(std::vector<std::string>& lines, std::string line) {
     if (!line.empty()) lines.push_back(std::move(line));
 }
 
+/// The value that was set for a measurement of an exposure, counted from 0. The preset is the X of limits,
+/// which is the same for all exposures, even where each sets a voltage of its own.
+TaggedValue SetValue(const CMeasurement& item, const CConfigCommon* config, std::size_t row) {
+    if (config == nullptr || !item.Facts().Is(kHasPreset)) return item.RawPresetValue();
+    if (kWithKvs.Has(config->pTestID))
+        return config->GetValue(static_cast<uint8_t>(row), ExposureColumn::kKv);
+    if (config->pTestID == kMammoAec) return config->pNominalKV;
+    return item.RawPresetValue();
+}
+
 /// Lines of an exposure, counted from 0, without the statistics of the test.
-std::vector<std::string> ExposureLines(const CResultCommon& result, std::size_t row,
-                                       const IReportDocument& report) {
+std::vector<std::string> ExposureLines(const CResultCommon& result, const CConfigCommon* config,
+                                       std::size_t row, const IReportDocument& report) {
     std::vector<std::string> lines;
     if (!result.HasReading(row) && !Shows(report, kReportFailuresOnly))
         lines.push_back(markup::Line(Translate(text::kNoReading, &report)));
     for (const auto& item : *result.Rows()[row])
         if (item->RawKey() != key::kImportWaveform && !item->Facts().IsTestWide(result.TestId))
-            AddLine(lines, *item, result.IsHeldAgainstLimits(*item, row), report);
+            AddLine(lines, item->BuildReportLine(report, result.IsHeldAgainstLimits(*item, row),
+                                                 SetValue(*item, config, row)));
     return lines;
 }
 
@@ -142,7 +151,8 @@ std::vector<std::string> CalculationLines(const CResultCommon& result, const IRe
     const MeasurementRow* last = result.LastReading();
     if (last == nullptr) return lines;
     for (const auto& item : *last)
-        if (item->Facts().IsTestWide(result.TestId)) AddLine(lines, *item, true, report);
+        if (item->Facts().IsTestWide(result.TestId))
+            AddLine(lines, item->BuildReportLine(report, true, item->RawPresetValue()));
     return lines;
 }
 
@@ -152,13 +162,14 @@ bool HasWaveform(const CResultCommon& result, int32_t exposure) {
 
 }  // namespace
 
-std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool heldAgainstLimits) const {
+std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool heldAgainstLimits,
+                                          const TaggedValue& setValue) const {
     if (Shows(report, kReportFailuresOnly) && mStatus != kFailed) return {};
     const bool limits = ShowsLimits(report);
     const std::string shown = ShownText();
     std::string start = markup::kCell + markup::Text(Translate(mLabels->description, &report));
     start.append(kNameTail) += markup::kCell;
-    start += markup::Text(ReportValue(FormatValue(mPresetValue), report)) + markup::kCell +
+    start += markup::Text(ReportValue(FormatValue(setValue), report)) + markup::kCell +
              markup::Text(ReportValue(shown, report)) + markup::kCell;
     if (!limits || IsValidReading(shown)) start += markup::Text(UnitText(mLabels->unit, &report));
     const auto end = [&](std::string_view toMark) {
@@ -178,13 +189,13 @@ std::string CMeasurement::BuildReportLine(const IReportDocument& report, bool he
     return line.empty() ? start + end(kUnitToMark) : line;
 }
 
-void PrintResult(const CResultCommon& result, IReportDocument& report) {
+void PrintResult(const CResultCommon& result, const CConfigCommon* config, IReportDocument& report) {
     report.Style(kTableStyle);
     ResultTable table(report);
     const bool everyBlock = !Shows(report, kReportFailuresOnly);
     const bool waveforms = ShowsWaveforms(report);
     for (std::size_t row = 0; row < result.Rows().size(); ++row) {
-        const std::vector<std::string> lines = ExposureLines(result, row, report);
+        const std::vector<std::string> lines = ExposureLines(result, config, row, report);
         if (everyBlock || !lines.empty() || (waveforms && HasWaveform(result, static_cast<int32_t>(row + 1))))
             table.PrintBlock(Translate(text::kExposureHeading, &report) + std::to_string(row + 1), lines);
     }

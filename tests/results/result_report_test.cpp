@@ -46,7 +46,8 @@ class ResultReport : public test::ResultTest {
     std::string LimitRows(std::size_t row, std::string_view measurementKey) {
         report.options |= kReportLimits;
         report.SelectedStandardsForReport = standards;
-        return At(row, measurementKey).BuildReportLine(report);
+        const CMeasurement& item = At(row, measurementKey);
+        return item.BuildReportLine(report, true, item.RawPresetValue());
     }
     std::shared_ptr<Standard> NewStandard(const std::string& name) {
         auto standard = std::make_shared<Standard>(name, "1");
@@ -111,7 +112,7 @@ const std::string kDoseRows = RowsOf(
 
 struct TestRows {
     int32_t test;
-    std::string kv;            ///< preset of the voltages
+    std::string kv;            ///< set for the voltages
     std::string first;         ///< before the readings
     std::string zrd;           ///< after the readings of the ZRD 47500
     std::string calculations;  ///< of kind 1
@@ -129,7 +130,7 @@ const TestRows kTestRows[] = {
      RowsOf("Mean kVp(4)|KV;SD(4);Mean kVp|KV;Standard deviation;Mean kVp - Nominal kVp|KV;"
             "0.05 X Nominal kVp|KV;%Error.|%;CV."),
      ""},
-    {kMammoAec, "80", "", "",
+    {kMammoAec, "25", "", "",
      RowsOf("Energy Corrected Mean Values|R;SD Exposure;CV Exposure.;CV mAs.") + kDoseRows,
      RowsOf("Energy Corrected Mean Values|R;SD Dose;CV Dose.") + kDoseRows},
     {kMammoRadiation, "28", "", RowsOf("Exposure Rate.|mR/sec;Air Kerma Rate.|mGy/sec"), "", ""},
@@ -163,6 +164,7 @@ TEST_F(ResultReport, EveryTestAndKindPrintsItsExposuresAndThenItsCalculationsOnc
     for (const TestRows& rows : kTestRows) {
         for (int32_t kind = kZrd; kind <= kPelomarkAndMas; ++kind) {
             Begin(rows.test, kind);
+            config->machineKv = {"80", "80"};
             Expose(1);
             Expose(2);
             const Blocks blocks = ExpectedBlocks(rows, kind);
@@ -171,6 +173,32 @@ TEST_F(ResultReport, EveryTestAndKindPrintsItsExposuresAndThenItsCalculationsOnc
             if (!blocks.calculations.empty()) expected += "|Calculations;\n" + blocks.calculations;
             EXPECT_EQ(Printed(), expected) << rows.test << " kind " << kind;
         }
+    }
+}
+
+TEST_F(ResultReport, NextToAVoltageIsWhatItsExposureSet) {
+    const struct {
+        int32_t test;
+        const char* first;
+        const char* second;
+    } cases[] = {{kRadioRepro, "85", "85"},     {kRadioAccuracy, "70", "90"},  {kRadioLinearity, "85", "85"},
+                 {kFluoroAccuracy, "70", "90"}, {kFluoroExposure, "70", "90"}, {kMammoAccRepro, "85", "85"},
+                 {kMammoAec, "28", "28"},       {kMammoRadiation, "85", "85"}};
+    for (const auto& c : cases) {
+        Begin(c.test, kZrdAndMas);
+        config->pMachineKV = 85;
+        config->machineKv = {"70", "90"};
+        config->pNominalKV = "28";
+        result->Initialize(config);
+        Expose(1);
+        Expose(2);
+        const std::string printed = Printed();
+        const std::size_t second = printed.find("|Exposure 2;");
+        for (const char* name : {"kVp Avg", "kVp Max", "kV PPV"}) {
+            EXPECT_LT(printed.find(Row(name, c.first, "7", "KV")), second) << c.test << printed;
+            EXPECT_NE(printed.find(Row(name, c.second, "7", "KV"), second), std::string::npos) << printed;
+        }
+        EXPECT_EQ(TextOf(At(1, key::kKvpAvg).RawPresetValue()), "85") << "the X of limits";
     }
 }
 
