@@ -157,7 +157,7 @@ constexpr SettingRow kSettings[] = {
     {kAllTests, tag::kDetectorOption,      &C::DetectorOption,            Form::kNumber},
 };
 // A test without rows of its own would lose its settings with each save.
-static_assert(CoversEveryMeasuringTest(kCells, kSettings));
+static_assert(CoversEveryMeasuringTest(kSettings));
 static_assert(HoldsOwnRows(kOwnTable, kCells));
 
 /// Tests whose old files have the import flag under another key.
