@@ -37,7 +37,7 @@ std::string NewExample() {
 }
 
 constexpr const char* kRunExample =
-    "Example:\n"
+    "Examples:\n"
     "  vorex run radiographic_unit.xml --instruments simulated:7 --room rooms/kvp_high.json -o result.xml\n"
     "  vorex run unit.xml --instruments recording:unit.jsonl -o result.xml\n"
     "  vorex run unit.xml --instruments recording:unit.jsonl --operator 'start,redo 2,next;skip' -o "
@@ -46,14 +46,14 @@ constexpr const char* kRunExample =
     "abort, redo N. An element that the script does not reach is driven with start,next.";
 
 constexpr const char* kResumeExample =
-    "Example:\n"
+    "Examples:\n"
     "  vorex resume result.xml\n"
     "  vorex resume result.xml --operator 'redo 2,next'\n\n"
     "FILE is the output of the run, whose journal is FILE.journal, or that journal. Without\n"
     "--instruments and --operator the run continues with its own. A new script begins at the point of the\n"
     "interruption: its first element is the one that was open.";
 constexpr const char* kSurveyExample =
-    "Example:\n"
+    "Examples:\n"
     "  vorex survey survey.xml --list\n"
     "  vorex survey survey.xml --set Collimation.SID=650 --set 'DeviXrayLightField(2,1)=2' --answer PR1=Pass "
     "-o "
@@ -67,10 +67,10 @@ constexpr const char* kReportExample =
     "  vorex report result.xml -o result.pdf --limits --waveforms\n"
     "  vorex report result.xml -o failures.txt --failures-only\n\n"
     "The ending of the name chooses the form: .txt, .html or .pdf.";
-constexpr const char* kShowExample = "Example:\n  vorex show result.xml\n  vorex show --all result.xml";
+constexpr const char* kShowExample = "Examples:\n  vorex show result.xml\n  vorex show --all result.xml";
 
 constexpr const char* kStandardsExample =
-    "Example:\n"
+    "Examples:\n"
     "  vorex standards\n"
     "  vorex standards add unit.xml 'FDA radiography' -o judged_by_fda.xml\n"
     "  vorex standards select judged_by_fda.xml 'FDA radiography' -o selected.xml\n\n"
@@ -78,7 +78,7 @@ constexpr const char* kStandardsExample =
     "that\n"
     "VOREX_STANDARDS names.";
 constexpr const char* kAddExample =
-    "Example:\n"
+    "Examples:\n"
     "  vorex standards add unit.xml 'FDA radiography' -o judged_by_fda.xml\n"
     "  vorex standards add unit.xml 'FDA fluoroscopy:high level control' --element 8 -o high_level.xml";
 constexpr const char* kSelectExample =
