@@ -73,6 +73,8 @@ add_test(NAME include_ranks
     --source "${PROJECT_SOURCE_DIR}/src")
 add_test(NAME include_ranks_self_test
   COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/check_includes_test.py")
+add_test(NAME speed_ratios_self_test
+  COMMAND "${Python3_EXECUTABLE}" -B "${PROJECT_SOURCE_DIR}/tools/speed_ratios_test.py")
 
 # Every command of the documents prints what they say, and every example ends with the expected code. A user's
 # settings must not matter.
