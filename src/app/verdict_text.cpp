@@ -76,8 +76,8 @@ std::vector<std::string> Differences(const Texts& now, const Texts& then, Report
     std::vector<std::string> lines;
     const auto add = [&](const std::string& key, std::string_view newText, std::string_view oldText) {
         lines.push_back(Translate(text::kShowNowThen,
-                                  {key, std::string(newText.empty() ? none : newText),
-                                   std::string(oldText.empty() ? none : oldText)},
+                                  {key, newText.empty() ? none : Translate(newText, report),
+                                   oldText.empty() ? none : Translate(oldText, report)},
                                   report));
     };
     for (const auto& [key, text] : now) {
@@ -181,11 +181,49 @@ std::string LimitWords(const CMeasurement& item, const IStandard& standard, Repo
     return low + (low.empty() || high.empty() ? "" : ", ") + high;
 }
 
-std::string WithoutValueWords(const CResultCommon& result, Report report) {
-    if (!result.JudgedBy()) return {};
-    const auto& limits = result.JudgedBy()->limits;
-    std::string first;
-    int32_t others = -1;
+namespace {
+
+/// The first of several notes, and how many more there are.
+std::string FirstOf(const std::vector<std::string>& notes, Report report) {
+    if (notes.size() < 2) return notes.empty() ? std::string() : notes.front();
+    return notes.front() + ", " +
+           Translate(text::kShowMore, {PlainText(static_cast<int32_t>(notes.size() - 1))}, report);
+}
+
+std::string NumberOfRow(std::size_t row) {
+    return PlainText(static_cast<int32_t>(row + 1));
+}
+
+/// True for an instrument that does not know of Stop, so that it may still send the reading of an exposure
+/// that Stop has ended.
+bool MayBeLate(const MeasurementRow& row) {
+    return std::any_of(row.begin(), row.end(), [](const auto& item) {
+        return item->Facts().Is(kOfMasMeter) || item->RawKey() == key::kAdcf;
+    });
+}
+
+std::string MissingReadingWords(const CResultCommon& result, Report report) {
+    std::vector<std::string> notes;
+    const auto& rows = result.Rows();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (!rows[row]->empty()) continue;
+        const bool late = row + 1 < rows.size() && MayBeLate(*rows[row + 1]);
+        notes.push_back(
+            late ? Translate(text::kNoteLateReading, {NumberOfRow(row), NumberOfRow(row + 1)}, report)
+                 : Translate(text::kNoteNoReading, {NumberOfRow(row)}, report));
+    }
+    return FirstOf(notes, report);
+}
+
+/// True for a value that an instrument delivers, and not one that is derived or computed over the exposures.
+bool IsReadOff(const CMeasurement& item) {
+    return item.Facts().Is(kQuantity | kOfMasMeter) && !item.Facts().Is(kMean | kCvOfReadings | kCoefficient);
+}
+
+std::string EmptyValueWords(const CResultCommon& result, Report report) {
+    const auto limits = result.JudgedBy() ? result.JudgedBy()->limits : nullptr;
+    const std::vector<StandardName> names = NamesOf(limits);
+    std::vector<std::string> notes;
     bool compares = false;  // the first reading has none before it to be compared with
     const std::size_t rows = result.Rows().size();
     for (std::size_t row = 0; row < rows; ++row) {
@@ -194,22 +232,29 @@ std::string WithoutValueWords(const CResultCommon& result, Report report) {
             compares, compares || std::any_of(cells.begin(), cells.end(),
                                               [](const auto& item) { return item->Status() != kNotTested; }));
         for (const auto& item : cells) {
+            if (!item->IsEmpty()) continue;
             if (firstReading && IsLinearityKey(item->RawKey())) continue;
             if (row + 1 < rows && IsTestWideKey(result.TestId, item->RawKey())) continue;
-            const auto judges = [&](const StandardName& name) {
-                return !LimitWords(*item, *Find(limits, name)).empty();
-            };
-            if (!item->IsEmpty() || item->Status() == kNotTested) continue;
-            if (const auto names = NamesOf(limits); std::none_of(names.begin(), names.end(), judges))
-                continue;
-            if (++others == 0)
-                first = Translate(
-                    text::kNoteNoValue,
-                    {PlainText(static_cast<int32_t>(row + 1)), Translate(item->RawDescription(), report)},
-                    report);
+            const bool judged = item->Status() != kNotTested &&
+                                std::any_of(names.begin(), names.end(), [&](const StandardName& name) {
+                                    return !LimitWords(*item, *Find(limits, name)).empty();
+                                });
+            if (judged || IsReadOff(*item))
+                notes.push_back(Translate(judged ? text::kNoteNoValue : text::kNoteNotMeasured,
+                                          {NumberOfRow(row), Translate(item->RawDescription(), report)},
+                                          report));
         }
     }
-    return others > 0 ? first + ", " + Translate(text::kShowMore, {PlainText(others)}, report) : first;
+    return FirstOf(notes, report);
+}
+
+}  // namespace
+
+std::string WithoutValueWords(const CResultCommon& result, Report report) {
+    if (result.Status() != kPassed && result.Status() != kFailed) return {};
+    const std::string missing = MissingReadingWords(result, report);
+    const std::string empty = EmptyValueWords(result, report);
+    return missing + (missing.empty() || empty.empty() ? "" : "; ") + empty;
 }
 
 std::string VerdictNote(const ITestElement& element, Report report) {

@@ -39,7 +39,8 @@ std::vector<std::string> InstrumentsOf(const CResultCommon& result, std::span<co
 std::string OriginWords(const Origin& origin, const IReportDocument* report = nullptr);
 /// How a run ended, in words; empty if it ended as planned. [with a run]
 std::string EndingWords(const CResultCommon& result, const IReportDocument* report = nullptr);
-/// The first value that limits judged although it was never there, and how many more; empty without one.
+/// The first exposure without a reading, the first value that was never measured or that limits judged
+/// although it was never there, and how many more; empty without one.
 std::string WithoutValueWords(const CResultCommon& result, const IReportDocument* report = nullptr);
 /// Settings, and sides of limits, that are not any more what the result was made with: a line each.
 std::vector<std::string> EditedSettings(const CConfigCommon& config, const RunRecord& run,

@@ -148,7 +148,7 @@ class TestText {
         if (const std::string words = CommentWords(comment); !words.empty())
             Line(Translate(text::kShowComment, {words}));
         if (const std::string log = CommentLog(comment); !log.empty())
-            Line(Translate(text::kShowEdited, {log}));
+            Line(Translate(text::kShowEdited, {LogWords(log)}));
     }
 
     static bool IsShown(const CMeasurement& item) { return item.RawKey() != key::kImportWaveform; }

@@ -447,7 +447,16 @@ inline constexpr std::string_view kReasonBatteryEmpty    = "31485::the battery o
 inline constexpr std::string_view kReasonRedo            = "31486::redo of exposure %%1";
 inline constexpr std::string_view kReasonInRedo          = "31487::redo of exposure %%1: %%2";
 inline constexpr std::string_view kReasonInExposure      = "31488::exposure %%1: %%2";
+inline constexpr std::string_view kReasonRefused         = "31490::the X-ray unit refuses %%1; it takes %%2";
+
+// Notes next to a verdict.
 inline constexpr std::string_view kNoteNoValue           = "31489::exposure %%1 has no value for %%2, judged as 0";
+inline constexpr std::string_view kNoteNotMeasured       = "31491::exposure %%1 has no value for %%2";
+inline constexpr std::string_view kNoteNoReading         = "31492::exposure %%1 has no reading";
+inline constexpr std::string_view kNoteLateReading       = "31493::exposure %%1 has no reading; what came after Stop may be in exposure %%2";
+
+// A line of the log of edited values, as it is saved: exposure, new value, caption of the column.
+inline constexpr std::string_view kEditedValue           = "31494::Exposure #%%1, %%3: %%2";
 
 inline constexpr std::string_view kShowTaken             = "31138::Taken %%1 to %%2 by %%3";
 inline constexpr std::string_view kShowRun               = "31139::The run %%1";

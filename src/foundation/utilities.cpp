@@ -207,6 +207,14 @@ std::string CommentLog(std::string_view comment) {
     return std::string(at == std::string_view::npos ? "" : comment.substr(at + kOverrideMarker.size()));
 }
 
+std::string LogWords(std::string_view log, const IReportDocument* report) {
+    std::string words;
+    ForEachPart(log, '\n', [&](std::string_view line) {
+        words.append(words.empty() ? "" : "\n").append(MessageText(line, report));
+    });
+    return words;
+}
+
 std::string AppendComment(std::string_view comment, std::string_view text) {
     std::string result(comment);
     if (comment.find(kOverrideMarker) == std::string_view::npos) result += kOverrideMarker;

@@ -64,6 +64,8 @@ std::string DefaultUnitText(std::string_view unit);
 /// line each, after it.
 std::string CommentWords(std::string_view comment);
 std::string CommentLog(std::string_view comment);
+/// The log in words. Its lines are stored messages; older files have them in words.
+std::string LogWords(std::string_view log, const IReportDocument* report = nullptr);
 /// The comment with a text put after its marker; a comment without one gets the marker first.
 std::string AppendComment(std::string_view comment, std::string_view text);
 

@@ -223,8 +223,8 @@ void FZRD47500TestGuide::StoreTypedValue(uint8_t exposure, const std::string& co
 void FZRD47500TestGuide::LogTypedValue(uint8_t exposure, const CMeasurement& measurement) {
     std::string& log = mConfig->PrintTheComment;
     if (!log.empty()) log += "\n";
-    log += Translate(text::kExposureNumber) + PlainText(static_cast<int32_t>(exposure)) + ", " +
-           measurement.Description() + ": " + measurement.ValueText();
+    log += StoredMessage(text::kEditedValue, {PlainText(static_cast<int32_t>(exposure)),
+                                              measurement.ValueText(), measurement.RawDescription()});
 }
 
 // --------------------------------------------------------------------------------------- pop-up menu

@@ -38,7 +38,7 @@ void AddIfAny(IXmlElement& parent, const std::shared_ptr<IXmlElement>& child) {
 /// The operator's words and the log of edited values, one row per line.
 void PrintComment(const std::string& comment, IReportDocument& report) {
     std::string rows;
-    for (const std::string& part : {CommentWords(comment), CommentLog(comment)})
+    for (const std::string& part : {CommentWords(comment), LogWords(CommentLog(comment), &report)})
         ForEachPart(part, '\n', [&](std::string_view line) {
             if (line.ends_with('\r')) line.remove_suffix(1);
             if (!line.empty()) rows += markup::Line(line);

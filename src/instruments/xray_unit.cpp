@@ -5,6 +5,8 @@
 #include <iterator>
 
 #include "foundation/number_text.h"
+#include "foundation/text_keys.h"
+#include "foundation/utilities.h"
 
 // The sources and the basis of each number are in docs/PHYSICS.md, "The simulated room".
 
@@ -177,22 +179,19 @@ XrayUnit::XrayUnit(const UnitSettings& settings, UnitKind kind, uint64_t seed)
 
 std::string XrayUnit::Refusal(const Technique& technique) const {
     const auto refusal = [](std::string_view found, std::string_view expected) {
-        return "the X-ray unit refuses " + std::string(found) + "; expected " + std::string(expected);
+        return StoredMessage(text::kReasonRefused, {std::string(found), std::string(expected)});
     };
     if (technique.kv < mSettings.lowestKv || technique.kv > mSettings.highestKv)
         return refusal(PlainText(technique.kv) + " kV",
-                       PlainText(mSettings.lowestKv) + " to " + PlainText(mSettings.highestKv) + " kV");
+                       PlainText(mSettings.lowestKv) + "-" + PlainText(mSettings.highestKv) + " kV");
     const bool fluoroscopy = mKind == UnitKind::kFluoroscopic;
     const bool needsMa = technique.timed || fluoroscopy;
-    if (!technique.automatic && needsMa && !(technique.ma > 0))
-        return refusal("an exposure without mA", "mA above 0");
-    if (technique.timed && !(technique.timeMs > 0))
-        return refusal("an exposure without a time", "ms above 0");
-    if (!technique.automatic && !needsMa && !(technique.mas > 0))
-        return refusal("an exposure without mAs", "mAs above 0");
+    if (!technique.automatic && needsMa && !(technique.ma > 0)) return refusal("0 mA", "> 0 mA");
+    if (technique.timed && !(technique.timeMs > 0)) return refusal("0 ms", "> 0 ms");
+    if (!technique.automatic && !needsMa && !(technique.mas > 0)) return refusal("0 mAs", "> 0 mAs");
     if (mKind == UnitKind::kMammographic && !technique.targetFilter.empty() &&
         !FindBeam(technique.targetFilter))
-        return refusal("target/filter \"" + technique.targetFilter + '"', "Mo/Mo, Mo/Rh or Rh/Rh");
+        return refusal(technique.targetFilter, "Mo/Mo, Mo/Rh, Rh/Rh");
     return {};
 }
 
