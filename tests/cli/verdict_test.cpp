@@ -136,20 +136,41 @@ TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
     }
 }
 
-// An empty value is judged as 0, which passes a limit that has no low side.
-TEST_F(VerdictTest, AValueThatWasNeverThereIsNamedNextToTheVerdict) {
-    Write("s.xml", Sequence(Element(3, 500, Exposures(3), Limit("ER kVp Avg", R"(<High Value="88"/>)"))));
-    Write("r.jsonl", kHead + Shot("") + Shot("80", "") + Shot(""));
-    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
-    const std::string note = "exposure 1 has no value for kVp Avg, judged as 0, and 1 more";
-    EXPECT_TRUE(Prints("Pass  (exposure 1 has no value for kVp Avg")) << out;
-    Run({"show", Path("out.xml")});
-    EXPECT_TRUE(Prints("\n  " + note + "\n")) << out;
-    Run({"report", Path("out.xml"), "-o", Path("r.txt")});
-    EXPECT_NE(Read("r.txt").find("✓ Pass (exposure 1 has no value"), std::string::npos) << "on the cover";
-    EXPECT_NE(Read("r.txt").find(" " + note + "\n"), std::string::npos) << Read("r.txt");
+TEST_F(VerdictTest, AReadingThatIsMissingIsNamedNextToTheVerdict) {
+    const std::string kept = "{\"stopButton\":true}\n{\"stopButton\":true}\n{\"stopButton\":false}\n";
+    const std::string kWithMas = "{\"recording\":1,\"kind\":4,\"serialNumbers\":\"4711,88\"}\n";
+    const std::string fluoroscopy = "<MeasurementMode>2</MeasurementMode>";
+    const struct {
+        std::string settings;
+        std::string limits;
+        std::string recording;
+        std::string script;
+        std::string note;
+    } rows[] = {
+        // An empty value is judged as 0, which passes a limit that has no low side.
+        {Exposures(3), Limit("ER kVp Avg", R"(<High Value="88"/>)"), kHead + Shot("") + Shot("80") + Shot(""),
+         "", "exposure 1 has no value for kVp Avg, judged as 0, and 1 more"},
+        {Exposures(2), "", kHead + Shot("80") + Shot(""), "", "exposure 2 has no value for kVp Avg"},
+        {Exposures(2) + fluoroscopy, "", kHead + kept + Shot("80"), "start,stop@0,next",
+         "exposure 1 has no reading"},
+        {"<DetectorName>4</DetectorName>" + Exposures(2) + fluoroscopy, "", kWithMas + kept + Shot("80"),
+         "start,stop@0,next", "exposure 1 has no reading; what came after Stop may be in exposure 2"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.note);
+        Write("s.xml", Sequence(Element(3, 500, row.settings, row.limits)));
+        Write("r.jsonl", row.recording);
+        ASSERT_EQ(RunFile("s.xml", "r.jsonl", row.script), kExitPassed) << err;
+        EXPECT_TRUE(Prints("Pass  (" + row.note.substr(0, 25))) << out;
+        Run({"show", Path("out.xml")});
+        EXPECT_TRUE(Prints("\n  " + row.note)) << out;
+        Run({"report", Path("out.xml"), "-o", Path("r.txt")});
+        EXPECT_NE(Read("r.txt").find("✓ Pass (" + row.note.substr(0, 9)), std::string::npos)
+            << "on the cover";
+        EXPECT_NE(Read("r.txt").find(" " + row.note), std::string::npos) << Read("r.txt");
+    }
     Measure();
-    EXPECT_FALSE(Prints("judged as 0")) << out;
+    EXPECT_FALSE(Prints("exposure")) << out;
 }
 
 TEST_F(VerdictTest, AWaveformThatFailedIsTold) {

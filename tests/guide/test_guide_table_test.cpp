@@ -167,7 +167,8 @@ TEST_F(GuideTable, MasValuesAreTypedOnlyWhileManualInputIsChosen) {
     EXPECT_TRUE(Table().Edit({1, 2}, "210,5"));
     EXPECT_EQ(element->result->GetValue(0, 2), "210.5*");
     EXPECT_EQ(Table().Rows()[0].cells[1].text, "210.5* mA");
-    EXPECT_EQ(config->PrintTheComment, "Exposure #1, mA: 210.5*");
+    EXPECT_EQ(config->PrintTheComment, "31494::Exposure #%%1, %%3: %%2|1|210.5*|22110::mA");
+    EXPECT_EQ(LogWords(config->PrintTheComment), "Exposure #1, mA: 210.5*");
     guide->PressButton(guide_button::kShunt);
     EXPECT_FALSE(Table().Edit({1, 2}, "220"));
 }
