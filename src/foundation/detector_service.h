@@ -52,6 +52,8 @@ struct DosimeterSettings {
     int32_t pressureUnit = 1;
     float internalPressureOffset = 0;
     float internalTemperatureOffset = 0;
+
+    bool operator==(const DosimeterSettings&) const = default;
 };
 
 struct DetectorEvents {

@@ -246,12 +246,8 @@ void FixExposureCaption() {
         TextOf(settings->ReadValue(setting::kUninstallPath, setting::kDisplayVersion));
     if (!EqualsIgnoringCase(version, kVersionWithFixedCaption)) return;
     std::string caption = Translate(text::kExposureCaption);
-    while (CodePoints(caption) > kWidth) {
-        // A multi-byte character is removed as a whole.
-        while (!caption.empty() && (static_cast<unsigned char>(caption.back()) & 0xC0U) == 0x80U)
-            caption.pop_back();
-        caption.pop_back();
-    }
+    // A multi-byte character is removed as a whole: it counts until its first byte is gone.
+    while (CodePoints(caption) > kWidth) caption.pop_back();
     const std::size_t length = CodePoints(caption);
     InstallExposureCaption(std::string(kWidth - std::min(kWidth, length), ' ') + caption);
 }

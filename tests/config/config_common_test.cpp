@@ -1,7 +1,6 @@
 #include "config/config_common.h"
 
 #include "config/config_fixture.h"
-#include "support/fake_control.h"
 
 namespace vorex {
 namespace {
@@ -89,6 +88,7 @@ TEST_F(ConfigCommon, BeyondTheTableTheFirstChoiceOrZeroIsRead) {
             EXPECT_EQ(config->GetValue(config->pNoOfExposures, column), choice ? "1" : "0")
                 << testId << " column " << int{column};
         }
+        EXPECT_EQ(config->GetValue(0, testId == 700 ? ExposureColumn::kSid : ExposureColumn::kMode), "0");
     }
 }
 
@@ -126,8 +126,7 @@ TEST_F(ConfigCommon, AnEmptyTableIsNeitherReadNorStored) {
     EXPECT_EQ(column, Texts{"as it was"});
     config->SetArrayData(2, {"1"});
     config->ReDimArrayData(1, {"1"});
-    EXPECT_EQ(config->machineKv, Texts{"80"});
-    EXPECT_EQ(config->machineMa, Texts{"10"});
+    EXPECT_EQ((Texts{config->machineKv.at(0), config->machineMa.at(0)}), (Texts{"80", "10"}));
     EXPECT_EQ(config->importFlags, Texts(2, "0"));
 }
 
@@ -188,31 +187,33 @@ TEST_F(ConfigCommon, TheVariationOfTheSetMasIsARatioInTwoDecimals) {
     }
 }
 
-// ---------------------------------------------------------------------------------------------- cloning
-
 TEST_F(ConfigCommon, TheFirstCloneTakesTheSiteDefaultsIntoItsSource) {
-    settings->Set("DoseUnit", std::string("2"));
-    settings->Set("DoseRateUnit", std::string("4"));
-    settings->Set("FluoroType", std::string("2"));
-    settings->Set("TimeUnit", std::string("2"));
-    settings->Set("PercentKV", std::string("300"));
-    settings->Set("Delay", std::string("-3"));
-    settings->Set("IncludeDelay", std::string("1"));
-    settings->Set("SDDUnit", std::string("2"));
+    for (const auto& [name, value] : {std::pair{"DoseUnit", "2"},
+                                      {"DoseRateUnit", "4"},
+                                      {"FluoroType", "2"},
+                                      {"TimeUnit", "2"},
+                                      {"PercentKV", "300"},
+                                      {"Delay", "-3"},
+                                      {"IncludeDelay", "1"},
+                                      {"SDDUnit", "2"}})
+        settings->Set(name, std::string(value));
     const auto source = New(500);
+    source->ManualSelectedInTestGuide = true;
     const auto clone = std::dynamic_pointer_cast<CConfigCommon>(source->Clone());
+    const char* taken =  // a percentage is no more than its field holds
+        "MeasurementExposure=2;MeasurementExposureRateUnit=4;MeasurementFluoroType=2;MeasurementTimeUnit=2;"
+        "MeasurementPercentKV=255;MeasurementDelay=-3;MeasurementIncludeDelay=1;SDDUnit=1;";
     for (const auto& config : {source, clone}) {
-        EXPECT_EQ(config->pMeasurementExposure, 2);
-        EXPECT_EQ(config->pMeasurementExposureRateUnit, 4);
-        EXPECT_EQ(config->pMeasurementFluoroType, 2);
-        EXPECT_EQ(config->pMeasurementTimeUnit, 2);
-        EXPECT_EQ(config->pMeasurementPercentKV, 255) << "no more than the field holds";
-        EXPECT_EQ(config->pMeasurementDelay, -3);
-        EXPECT_TRUE(config->pMeasurementIncludeDelay);
-        EXPECT_EQ(config->pSDDUnit, 2);
+        const std::string saved = test::Listed(*config->Save(document));
+        EXPECT_NE(saved.find(taken), std::string::npos) << saved;
     }
     EXPECT_FALSE(source->pReadFromRegStatus);
     EXPECT_TRUE(clone->pReadFromRegStatus);
+    EXPECT_FALSE(clone->ManualSelectedInTestGuide) << "it belongs to the guide that is open";
+    clone->TestGuideConfig()->Buttons(kSkipButtonBit);
+    clone->machineMa[0] = "77";
+    EXPECT_EQ(source->TestGuideConfig()->Buttons(), kSkipButtonBit | kNaButtonBit);
+    EXPECT_EQ(source->machineMa[0], "10");
 }
 
 TEST_F(ConfigCommon, WhatTheStoreDoesNotHoldBecomesTheFirstChoiceOrStays) {
@@ -256,68 +257,6 @@ TEST_F(ConfigCommon, AChainOfClonesAlternates) {
     second->Clone();
     EXPECT_EQ(second->pMeasurementFluoroType, 2) << "manual settings stay";
     EXPECT_EQ(second->pMeasurementTimeUnit, 2);
-}
-
-TEST_F(ConfigCommon, ACloneHasItsOwnCopyOfEverythingButTheManualChoice) {
-    const auto source = New(200);
-    source->pNoOfExposures = 2;
-    source->importFlags = {"1", "0"};
-    source->machineMa = {"55", "66"};
-    source->machineMas = {"5", "6"};
-    source->pTargetFilterName = "Mo/Rh";
-    source->PrintTheComment = "comment";
-    source->TestGuideMASInput = "Clamp";
-    source->ManualSelectedInTestGuide = true;
-    source->DetectorOption = 5;
-    source->InternalPressureOffset = -2.5F;
-    source->TestGuideConfig()->Buttons(kNaButtonBit);
-    const auto clone = std::dynamic_pointer_cast<CConfigCommon>(source->Clone());
-    EXPECT_EQ(clone->importFlags, (Texts{"1", "0"}));
-    EXPECT_EQ(clone->machineMa, (Texts{"55", "66"})) << "though the setup shows mAs";
-    EXPECT_EQ(clone->machineMas, (Texts{"5", "6"}));
-    EXPECT_EQ(clone->pTestID, 200);
-    EXPECT_EQ(clone->pTargetFilterName, "Mo/Rh");
-    EXPECT_EQ(clone->PrintTheComment, "comment");
-    EXPECT_EQ(clone->TestGuideMASInput, "Clamp");
-    EXPECT_EQ(clone->DetectorOption, 5);
-    EXPECT_EQ(clone->InternalPressureOffset, -2.5F);
-    EXPECT_FALSE(clone->ManualSelectedInTestGuide);
-    EXPECT_EQ(clone->TestGuideConfig()->Buttons(), kNaButtonBit);
-    clone->TestGuideConfig()->Buttons(kSkipButtonBit);
-    clone->machineMa[0] = "77";
-    EXPECT_EQ(source->TestGuideConfig()->Buttons(), kNaButtonBit);
-    EXPECT_EQ(source->machineMa[0], "55");
-}
-
-// ----------------------------------------------------------------------------------------------- dialog
-
-std::shared_ptr<test::FakeControl> setup;
-std::string made;
-
-template <int32_t id>
-std::shared_ptr<LibraryObject> MakeSetup() {
-    made += std::to_string(id) + " ";
-    return setup = std::make_shared<test::FakeControl>();
-}
-
-TEST_F(ConfigCommon, TheDialogHostsTheSetupControlOfTheTest) {
-    static constexpr ClassEntry kControls[] = {
-        {"XRadioReproConfig", MakeSetup<100>},     {"XRadioAccuracyConfig", MakeSetup<200>},
-        {"XRadioLinearityConfig", MakeSetup<300>}, {"XFluoroAccuracyConfig", MakeSetup<500>},
-        {"XFluoroExposureConfig", MakeSetup<700>}, {"XMammoAccReproConfig", MakeSetup<900>},
-        {"XMammoAECConfig", MakeSetup<1100>},      {"XMammoRadiationConfig", MakeSetup<1200>}};
-    InstallClasses(kControls);
-    made.clear();
-    for (int32_t testId : kMeasuringTests) {
-        const auto config = New(testId);
-        EXPECT_TRUE(config->CreateDialog()) << testId;
-        EXPECT_EQ(setup->given, ControlArgument(config)) << testId;
-    }
-    EXPECT_EQ(made, "100 200 300 500 700 900 1100 1200 ");
-    EXPECT_FALSE(New(400)->CreateDialog());
-    InstallClasses({});
-    EXPECT_FALSE(New(100)->CreateDialog()) << "no control of the class exists";
-    setup.reset();
 }
 
 }  // namespace

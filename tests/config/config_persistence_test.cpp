@@ -1,5 +1,6 @@
 #include "config/config_fixture.h"
 #include "foundation/host_error.h"
+#include "support/distinct_config.h"
 
 namespace vorex {
 namespace {
@@ -68,42 +69,14 @@ TEST_F(ConfigPersistence, ANewTestIsWrittenKeyByKeyInThisOrder) {
     EXPECT_EQ(element->GetAttribute("PlugIn"), "ZRD47500");
 }
 
-TEST_F(ConfigPersistence, EverySettingComesBackFromTheFile) {
+TEST_F(ConfigPersistence, EverySettingComesBackFromTheFileAndFromAClone) {
     for (int32_t testId : kMeasuringTests) {
-        const auto config = New(testId);
-        config->pNoOfExposures = 3;
-        for (uint8_t column = 1; column <= 6; ++column) config->SetArrayData(column, {"1", "2.5", "3"});
-        config->SetArrayData(1, {"1", "0", "1"});
-        config->mode = {"a", "b & <c>", "d"};
-        config->DetectorName = 4;
-        config->DetectorOption = 5;
-        config->pMeasurementSettings = 3;
-        config->pMeasurementExposure = 2;
-        config->pMeasurementExposureRateUnit = 4;
-        config->pMeasurementFluoroType = 2;
-        config->pMeasurementTimeUnit = 2;
-        config->pMeasurementPercentKV = 75;
-        config->pMeasurementDelay = -120;
-        config->pMeasurementIncludeDelay = true;
-        config->pSDDUnit = kCentimeter;
-        config->pSDDValue = 66.04F;
-        config->pFocalSpotSize = kSmallSpot;
-        config->pGeneratorSetup = kSetupMaTime;
-        config->pMachineKV = 27.5F;
-        config->pNominalKV = "28.5";
-        config->pFileldRestriction = "18 x 24";
-        config->pMachineAnode = "Rh";
-        config->pTargetFilterName = "Mo/Rh";
-        config->AirDensityCorrection = config->MASInput = config->MASInputOverride = false;
-        config->UserSetTemperature = config->AutoReset = config->MASOption = true;
-        config->PKDoseRateUnit = 3;
-        config->InternalPressureOffset = -2.5F;
-        config->InternalTemperatureOffset = 3.25F;
-        config->CalFactor = "factor";
-        config->CalConstant = "constant";
-        config->TestGuideMASInput = "Clamp";
-        config->OverridePrintReport = false;
+        const auto config = test::DistinctConfig(testId, kSetupMaTime);
         config->TestGuideConfig()->Buttons(kNaButtonBit);
+        config->mode = {"a", "b & <c>"};
+        const auto clone = std::dynamic_pointer_cast<CConfigCommon>(config->Clone());
+        EXPECT_EQ(Save(*clone), Save(*config)) << testId;
+        EXPECT_EQ(clone->PrintTheComment, "comment");
         const auto element = config->Save(document);
         const auto loaded = New(testId);
         loaded->Load(element, nullptr);
@@ -128,26 +101,23 @@ TEST_F(ConfigPersistence, FourKeysOfTheDosimeterAreSwapped) {
 TEST_F(ConfigPersistence, CodesOfTheFileBecomeChoicesInMemory) {
     struct Row {
         const char* code;
-        int32_t mode, settings, base, sddUnit, focalSpot, setup;
-        bool delay;
+        std::vector<int32_t> choices;  ///< mode, settings, rate base, distance unit, focal spot, setup, delay
     };
-    constexpr Row kRows[] = {{"1", 1, 1, 1, 2, 1, 1, true},  {"2", 3, 2, 2, 1, 2, 2, false},
-                             {"3", 2, 3, 3, 2, 2, 1, false}, {"4", 4, 1, 4, 2, 2, 1, false},
-                             {"7", 1, 1, 1, 2, 2, 1, false}, {"0", 1, 1, 1, 2, 2, 1, false},
-                             {"", 1, 1, 1, 2, 2, 1, false},  {"word", 1, 1, 1, 2, 2, 1, false}};
+    const Row kRows[] = {{"1", {1, 1, 1, 2, 1, 1, 1}}, {"2", {3, 2, 2, 1, 2, 2, 0}},
+                         {"3", {2, 3, 3, 2, 2, 1, 0}}, {"4", {4, 1, 4, 2, 2, 1, 0}},
+                         {"7", {1, 1, 1, 2, 2, 1, 0}}, {"0", {1, 1, 1, 2, 2, 1, 0}},
+                         {"", {1, 1, 1, 2, 2, 1, 0}},  {"word", {1, 1, 1, 2, 2, 1, 0}}};
     for (const Row& row : kRows) {
         std::string keys;
         for (const char* name : {"MeasurementMode", "MeasurementSettings", "MeasurementExposureRateUnit",
                                  "SDDUnit", "FocalSpotSize", "GeneratorSetup", "MeasurementIncludeDelay"})
             keys += "<" + std::string(name) + ">" + row.code + "</" + name + ">";
-        const auto config = Loaded(100, keys);
-        EXPECT_EQ(config->pMeasurementMode, row.mode) << row.code;
-        EXPECT_EQ(config->pMeasurementSettings, row.settings) << row.code;
-        EXPECT_EQ(config->pMeasurementExposureRateUnit, row.base) << row.code;
-        EXPECT_EQ(config->pSDDUnit, row.sddUnit) << row.code;
-        EXPECT_EQ(config->pFocalSpotSize, row.focalSpot) << row.code;
-        EXPECT_EQ(config->pGeneratorSetup, row.setup) << row.code;
-        EXPECT_EQ(config->pMeasurementIncludeDelay, row.delay) << row.code;
+        const auto c = Loaded(100, keys);
+        EXPECT_EQ((std::vector<int32_t>{c->pMeasurementMode, c->pMeasurementSettings,
+                                        c->pMeasurementExposureRateUnit, c->pSDDUnit, c->pFocalSpotSize,
+                                        c->pGeneratorSetup, c->pMeasurementIncludeDelay}),
+                  row.choices)
+            << row.code;
     }
 }
 
@@ -252,13 +222,12 @@ TEST_F(ConfigPersistence, TheTableIsResizedWithoutItsContent) {
     for (TextArray ConfigFields::*array :
          {&ConfigFields::machineTime, &ConfigFields::sid, &ConfigFields::mode})
         EXPECT_EQ((*config).*array, TextArray(3));
-}
-
-TEST_F(ConfigPersistence, AFocalSpotIsReadAsItsLeadingNumberAndNoneStaysNone) {
-    const auto config = Loaded(200,
-                               "<NumberOfExposures>3</NumberOfExposures><FocalSpotSize0/>"
-                               "<FocalSpotSize1>2 small</FocalSpotSize1>");
-    EXPECT_EQ(config->focalSpot, (TextArray{"", "2", ""}));
+    EXPECT_EQ(Loaded(200,
+                     "<NumberOfExposures>3</NumberOfExposures><FocalSpotSize0/>"
+                     "<FocalSpotSize1>2 small</FocalSpotSize1>")
+                  ->focalSpot,
+              (TextArray{"", "2", ""}))
+        << "the leading number, and none stays none";
 }
 
 TEST_F(ConfigPersistence, TheThicknessColumnIsFilledFromTheMaOfItsRow) {
@@ -307,27 +276,17 @@ TEST_F(ConfigPersistence, ABlockOfAnotherPlugInIsRefused) {
     for (const char* xml :
          {"<PlugInData PlugIn=\"Other\"/>", "<PlugInData/>", "<Result PlugIn=\"ZRD47500\"/>"}) {
         auto config = New(500);
-        try {
-            config->Load(test::XmlText(xml).Root(), nullptr);
-            FAIL() << xml;
-        } catch (const HostError& error) {
-            EXPECT_EQ(error.Code(), 0x8004A3C2U);
-            EXPECT_EQ(error.Source(), "VorexZRD47500Test.CConfigCommon");
-            EXPECT_EQ(error.Severity(), 4);
-        }
+        EXPECT_EQ(test::FaultOf([&] { config->Load(test::XmlText(xml).Root(), nullptr); }),
+                  (test::HostFault{0x8004A3C2U, "VorexZRD47500Test.CConfigCommon", 4}))
+            << xml;
         EXPECT_EQ(config->pNoOfExposures, 1) << "nothing is changed";
     }
 }
 
 TEST_F(ConfigPersistence, ADocumentThatMakesNoElementIsAnError) {
-    try {
-        New(100)->Save(std::make_shared<test::FullDocument>());
-        FAIL() << "nothing was raised";
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.Code(), 0x8004A3C3U);
-        EXPECT_EQ(error.Source(), "VorexZRD47500Test.CConfigCommon");
-        EXPECT_EQ(error.Severity(), 3);
-    }
+    const test::HostFault fault =
+        test::FaultOf([] { New(100)->Save(std::make_shared<test::FullDocument>()); });
+    EXPECT_EQ(fault, (test::HostFault{0x8004A3C3U, "VorexZRD47500Test.CConfigCommon", 3}));
 }
 
 TEST_F(ConfigPersistence, ArraysShorterThanTheTableAreWrittenEmpty) {

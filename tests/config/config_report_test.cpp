@@ -1,4 +1,5 @@
 #include "config_fixture.h"
+#include "support/distinct_config.h"
 #include "support/recording_report.h"
 
 namespace vorex::test {
@@ -19,7 +20,8 @@ const std::string kFormat = "table <+560|<2440|>+1340|>+1470|>+1070|>+1070|>+107
 class ConfigReport : public ConfigTest {
   protected:
     static std::shared_ptr<CConfigCommon> Config(int32_t test, int32_t kind) {
-        auto config = New(test);
+        auto config = DistinctConfig(test);
+        config->OverridePrintReport = true;
         config->DetectorName = kind;
         config->pMeasurementMode = kRadio;
         config->pMeasurementSettings = kAutoSettings;
@@ -42,77 +44,47 @@ class ConfigReport : public ConfigTest {
 };
 
 TEST_F(ConfigReport, EachTestPrintsItsMachineSettings) {
-    const auto prepare = [](CConfigCommon& c) {
-        c.pSDDValue = 26.5F;
-        c.pSDDUnit = kInch;
-        c.pMachineSDD = 60;
-        c.pMachineKV = 81;
-        c.pMachineMA = 200;
-        c.pMachineMAS = 12.5F;
-        c.pMachineTime = 100;
-        c.pFocalSpotSize = kSmallSpot;
-        c.pGeneratorSetup = kSetupMas;
-        c.pMachineAnode = "Mo";
-        c.pMachineFilter = "Rh";
-    };
-    const std::string sdd = V("SDD", "26.5 Inches");
-    const std::string spot = V("Focal Spot Size", "Small");
+    const std::string sdd = V("SDD", "61.5 Inches");
+    const std::string spot = V("Focal Spot Size", "Large");
     const std::string setup = V("Generator Setup", "mAs");
     const std::string kvp = V("kVp", "81 KV");
-    const std::string time = V("Time", "100 ms");
+    const std::string time = V("Time", "84 ms");
+    const std::string mA = V("mA", "82 mA"), mAs = V("mAs", "83 mAs");
     const std::pair<int32_t, std::string> tests[] = {
-        {kRadioRepro, sdd + setup + spot + kvp + V("mAs", "12.5 mAs")},
+        {kRadioRepro, sdd + setup + spot + kvp + mAs},
         {kRadioAccuracy, sdd + setup},
         {kRadioLinearity, sdd + setup + kvp + time},
         {kFluoroAccuracy, sdd + spot},
         {kFluoroExposure, sdd + spot},
-        {kMammoAccRepro, spot + kvp + V("mA", "200 mA") + V("mAs", "12.5 mAs") + time},
-        {kMammoRadiation, V("SDD", "60 cm") + kvp + time + V("Anode(Target)", "Mo") + V("Filter", "Rh")},
+        {kMammoAccRepro, spot + kvp + mA + mAs + time},
+        {kMammoRadiation,
+         V("SDD", "85 cm") + kvp + time + V("Anode(Target)", "anode") + V("Filter", "machine filter")},
     };
     for (const auto& [test, machine] : tests) {
         const auto config = Config(test, kZrd);
-        prepare(*config);
         EXPECT_EQ(Printed(*config), Settings(machine)) << test;
         config->DetectorName = kZrdAndMas;
-        config->MASInput = false;
         EXPECT_EQ(Printed(*config), Settings(machine, V("mAs Input Type", "Clamp"))) << test;
     }
     const auto config = Config(kRadioRepro, kZrd);
-    prepare(*config);
     config->pGeneratorSetup = kSetupMaTime;
-    EXPECT_EQ(Printed(*config),
-              Settings(sdd + V("Generator Setup", "mA*Time") + spot + kvp + V("mA", "200 mA") + time));
+    EXPECT_EQ(Printed(*config), Settings(sdd + V("Generator Setup", "mA*Time") + spot + kvp + mA + time));
 }
 
 TEST_F(ConfigReport, TheAecTestPrintsWhatWasTypedAndNoUnitWithoutANumber) {
     const auto config = Config(kMammoAec, kZrd);
-    config->pBreastThickness = "4.2";
-    config->pGlandularFraction = "0.5";
-    config->pNominalKV = "25";
     config->pSourceToDetectorDistance = " ";
-    config->pSourceToBuckyDistance = "60";
-    config->pEnergyCorrectionFactor = "1";
-    config->pDensityControlSettings = "0";
-    config->pCassetteSize = "18x24";
-    config->pSID = "65";
     config->pFilmType = "a|b;c{d}\\e";
-    config->pFilter = "Rh";
-    config->pAECMode = "auto";
-    config->pFileldRestriction = "none";
-    config->pImagingMode = "contact";
-    config->pScreenType = "fine";
-    config->pTargetMaterial = "Mo";
     config->pMeasuredHVL.clear();
-    config->pPhantom = "ACR";
     EXPECT_EQ(
         Printed(*config),
-        Settings(V("Breast Thickness", "4.2 cm") + V("Glandular Fraction", "0.5") + V("Nominal KV", "25 KV") +
-                 V("Source to Detector Distance", "") + V("Souce to Bucky Distance", "60 cm") +
-                 V("Correction Factor", "1") + V("Density Control Settings", "0") +
-                 V("Cassette Size", "18x24 cm") + V("SID", "65 cm") +
-                 V("Film Type", "a\\|b\\;c\\{d\\}\\\\e") + V("Filter", "Rh") + V("AEC Mode", "auto") +
-                 V("Field Restriction", "none") + V("Imaging Mode", "contact") + V("Screen Type", "fine") +
-                 V("Target Material", "Mo") + V("Measured HVL", "") + V("Phantom", "ACR")));
+        Settings(V("Breast Thickness", "4.5 cm") + V("Glandular Fraction", "0.4") + V("Nominal KV", "26 KV") +
+                 V("Source to Detector Distance", "") + V("Souce to Bucky Distance", "64 cm") +
+                 V("Correction Factor", "1.1") + V("Density Control Settings", "dc") +
+                 V("Cassette Size", "18 cm") + V("SID", "65 cm") + V("Film Type", "a\\|b\\;c\\{d\\}\\\\e") +
+                 V("Filter", "filter") + V("AEC Mode", "aec") + V("Field Restriction", "field") +
+                 V("Imaging Mode", "imaging") + V("Screen Type", "screen") + V("Target Material", "target") +
+                 V("Measured HVL", "") + V("Phantom", "phantom")));
 }
 
 TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsArePrinted) {
@@ -121,9 +93,9 @@ TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsArePrinted) {
         std::string rows;
     };
     const std::string unit = V("Exposure Unit", "Gy");
-    const std::string rate = V("Exposure Rate Unit", "Gy/Min");
+    const std::string rate = V("Exposure Rate Unit", "Gy/Pulse");
     const std::string byHand =
-        V("Time Units", "Pulses") + V("%KV", "75") + V("Delay", "-5") + V("Include Delay", "True");
+        V("Time Units", "Pulses") + V("%KV", "76") + V("Delay", "-120") + V("Include Delay", "True");
     const Case cases[] = {
         {kRadio, 1, V("Detector Mode", "RADIO") + V("Detector Settings", "AUTO") + unit},
         {kMammo, 2, V("Detector Mode", "MAMMO") + V("Detector Settings", "MANUAL") + unit + byHand},
@@ -139,12 +111,6 @@ TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsArePrinted) {
             config->pMeasurementMode = c.mode;
             config->pMeasurementSettings = c.settings;
             config->pMeasurementExposure = kUnitGy;
-            config->pMeasurementExposureRateUnit = 2;
-            config->pMeasurementFluoroType = kPulsed;
-            config->pMeasurementTimeUnit = kPulses;
-            config->pMeasurementPercentKV = 75;
-            config->pMeasurementDelay = -5;
-            config->pMeasurementIncludeDelay = true;
             config->pTargetFilterName = targetFilter;
             config->pSDDValue = 100;
             config->pSDDUnit = kCentimeter;
@@ -160,29 +126,19 @@ TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsArePrinted) {
 TEST_F(ConfigReport, ThePelomarkPrintsItsSettingsWithTheOffsetsSwapped) {
     const auto config = Config(kRadioRepro, kPelomark);
     config->pNoOfExposures = 3;
-    config->TemperatureValue = 22.5F;
-    config->PressureValue = 610;
-    config->ReferenceTemperature = 20;
-    config->InternalPressureOffset = 1.5F;
-    config->InternalTemperatureOffset = -2;
-    config->PKMode = 2;
-    config->AutoReset = true;
-    config->PKDoseUnit = 1;
-    config->PKDoseRateUnit = 1;
-    config->PKFrameRate = "10";
-    config->PKTemperatureUnit = 0;
-    config->PKPressureUnit = 1;
+    config->AirDensityCorrection = true;
+    config->IonChamberName.clear();
     const std::string begin = "style 7\n" + kFormat + kHead + H("Pelomark Mode Settings");
     const std::string mode = V("Mode", "Low Rate") + V("Automatic Reset", "ON") + H("Pelomark Unit Settings");
     const std::string units =
-        V("Frame Rate", "10") + V("Temperature Unit", "°C") + V("Pressure Unit", "mmHg");
+        V("Frame Rate", "7.5") + V("Temperature Unit", "°F") + V("Pressure Unit", "feet");
     const std::string noChamber = V("Ion Chamber Name", "No Ion Chamber");
     EXPECT_EQ(Printed(*config),
-              begin + V("Air Density Correction", "ON") + V("User Set Temperature", "22.5") +
-                  V("User Set Pressure", "610") + V("Reference Temperature", "20") + mode +
-                  V("Dose Unit", "Gy") + V("Dose Rate Unit", "Gy/Min") + units +
-                  H("Temperature & Pressure Sensor Adjust") + V("Internal Temperature Offset", "1.5") +
-                  V("Internal Pressure Offset", "-2") + noChamber);
+              begin + V("Air Density Correction", "ON") + V("User Set Temperature", "21.5") +
+                  V("User Set Pressure", "755") + V("Reference Temperature", "19") + mode +
+                  V("Dose Unit", "Gy") + V("Dose Rate Unit", "Gy/Pulse") + units +
+                  H("Temperature & Pressure Sensor Adjust") + V("Internal Temperature Offset", "-2.5") +
+                  V("Internal Pressure Offset", "3.25") + noChamber);
 
     config->AirDensityCorrection = false;
     config->PKDoseUnit = kDoseInCoulomb;
@@ -191,13 +147,11 @@ TEST_F(ConfigReport, ThePelomarkPrintsItsSettingsWithTheOffsetsSwapped) {
               begin + V("Air Density Correction", "OFF") + mode + charge + units + noChamber);
 
     config->IonChamberName = "10X6-6";
-    config->CalFactor = "1.02";
-    config->CalConstant = "0.5";
     config->DetectorName = kPelomarkAndMas;
     config->ManualSelectedInTestGuide = true;
     EXPECT_EQ(Printed(*config), begin + V("Air Density Correction", "OFF") + mode + charge + units +
-                                    V("Ion Chamber Name", "10X6-6") + V("Cal Factor", "1.02") +
-                                    V("Cal Constant", "0.5") + V("mAs Input Type", "Manual"))
+                                    V("Ion Chamber Name", "10X6-6") + V("Cal Factor", "factor") +
+                                    V("Cal Constant", "constant") + V("mAs Input Type", "Manual"))
         << "the input type after the chamber, and no exposure table";
 }
 
@@ -293,7 +247,7 @@ TEST_F(ConfigReport, AnExposureTableContinuesUnderItsHeadOnTheNextPage) {
         paged.pageHeight = settingsHeight + c.left;
         config->PrintReport(&paged, nullptr);
         std::string calls = paged.Calls();
-        EXPECT_EQ(calls.substr(calls.find("|      Phantom|") + 17), c.expected) << c.left;
+        EXPECT_EQ(calls.substr(calls.find("|phantom;\n") + 10), c.expected) << c.left;
     }
 }
 

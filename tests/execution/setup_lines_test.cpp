@@ -4,60 +4,13 @@
 #include <stdexcept>
 
 #include "foundation/test_sets.h"
+#include "support/distinct_config.h"
 #include "support/library_test.h"
 
 namespace vorex {
 namespace {
 
 using SetupLines = test::LibraryTest;
-
-/// A configuration in which no two settings have the same value.
-CConfigCommon Distinct(int32_t testId, int32_t generatorSetup) {
-    CConfigCommon config;
-    config.DefaultValues(testId);
-    config.pNoOfExposures = 2;
-    config.pGeneratorSetup = generatorSetup;
-    config.pSDDValue = 61.5F;
-    config.pSDDUnit = kInch;
-    config.pFocalSpotSize = kLargeSpot;
-    config.pMachineKV = 81;
-    config.pMachineMA = 82;
-    config.pMachineMAS = 83;
-    config.pMachineTime = 84;
-    config.pMachineSDD = 85;
-    config.pMachineAnode = "anode";
-    config.pMachineFilter = "machine filter";
-    config.importFlags = {"1", "0"};
-    config.machineKv = {"71", "91"};
-    config.machineMa = {"72", "92"};
-    config.machineMas = {"73", "93"};
-    config.machineTime = {"74", "94"};
-    config.focalSpot = {"1", "2"};
-    config.passFailCriterion = {"3", "4"};
-    config.machineAdjacent = {"0", "1"};
-    config.phantomThickness = {"7 cm", "9 cm"};
-    config.mode = {"low", "high"};
-    config.sid = {"75", "95"};
-    config.pNominalKV = "26";
-    config.pSourceToDetectorDistance = "27";
-    config.pBreastThickness = "4.5";
-    config.pSourceToBuckyDistance = "64";
-    config.pSID = "65";
-    config.pFilter = "filter";
-    config.pTargetMaterial = "target";
-    config.pGlandularFraction = "0.4";
-    config.pEnergyCorrectionFactor = "1.1";
-    config.pDensityControlSettings = "dc";
-    config.pCassetteSize = "18";
-    config.pFilmType = "film";
-    config.pAECMode = "aec";
-    config.pFileldRestriction = "field";
-    config.pImagingMode = "imaging";
-    config.pScreenType = "screen";
-    config.pMeasuredHVL = "0.31";
-    config.pPhantom = "phantom";
-    return config;
-}
 
 using Lines = std::vector<std::string>;
 
@@ -102,7 +55,7 @@ TEST_F(SetupLines, EachLineHasTheSettingOfItsTestAndExposureForEveryKind) {
         Lines lines = row.lines;
         for (std::size_t i = 1; i < lines.size(); ++i) lines[i] = "    Set " + lines[i];
         for (int32_t kind : kDetectorKinds) {
-            CConfigCommon config = Distinct(row.testId, row.setup);
+            CConfigCommon config = *test::DistinctConfig(row.testId, row.setup);
             config.DetectorName = kind;
             EXPECT_EQ(BuildSetupLines(config, 1), lines) << row.testId << " kind " << kind;
         }
@@ -110,7 +63,7 @@ TEST_F(SetupLines, EachLineHasTheSettingOfItsTestAndExposureForEveryKind) {
         EXPECT_EQ(numbers.count, static_cast<int32_t>(row.lines.size())) << row.testId;
         EXPECT_EQ(numbers.perExposure, row.perExposure) << row.testId;
         // The lines that change with the exposure are exactly these.
-        const Lines first = BuildSetupLines(Distinct(row.testId, row.setup), 0);
+        const Lines first = BuildSetupLines(*test::DistinctConfig(row.testId, row.setup), 0);
         for (std::size_t i = 0; i < first.size(); ++i) {
             const bool changes =
                 std::count(row.perExposure.begin(), row.perExposure.end(), static_cast<int32_t>(i) + 1) == 1;
@@ -121,7 +74,7 @@ TEST_F(SetupLines, EachLineHasTheSettingOfItsTestAndExposureForEveryKind) {
 }
 
 TEST_F(SetupLines, AnEmptySettingKeepsItsPlace) {
-    CConfigCommon config = Distinct(kMammoAec, kSetupMas);
+    CConfigCommon config = *test::DistinctConfig(kMammoAec);
     config.pSID.clear();
     const Lines lines = BuildSetupLines(config, 0);
     ASSERT_EQ(lines.size(), 19U);

@@ -77,6 +77,10 @@ TEST_F(TestGroupTest, SkipAndNaOfTheFirstChildReachAllOthersAndNothingElse) {
         EXPECT_EQ(guides, c.guides) << c.tree << " " << c.button;
         EXPECT_FALSE(group->Sequence()->gSkipRemaining) << c.tree;
         EXPECT_FALSE(group->Sequence()->gNARemaining) << c.tree;
+        const auto result = group->Result();
+        EXPECT_EQ(result->MeasurementCount(), 0) << "it has only a status";
+        EXPECT_TRUE(!result->Measurement(0) && !result->Measurement("HVL") && !result->ServiceRecord());
+        EXPECT_FALSE(result->HasDialog() || result->CreateDialog());
     }
 }
 

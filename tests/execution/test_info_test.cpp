@@ -45,22 +45,28 @@ TEST_F(TestInfoTest, TheHeaderFollowsTheKindAndTheBattery) {
     }
 }
 
-TEST_F(TestInfoTest, ABatteryThatChangesInARunRedrawsTheLines) {
+TEST_F(TestInfoTest, ABatteryOrFilterThatChangesInARunRedrawsTheLines) {
     const auto element = Make(kRadioRepro, 2);
     Lines seen;
-    const auto look = [&](DetectorEvents&) { seen.push_back(Guide().VisibleLines().front()); };
-    Queue(look);
-    Queue([this](DetectorEvents&) { room->batteryLevel = 79; });
-    Queue(look);
-    Queue([this](DetectorEvents&) { room->charging = true; });
-    Queue(look);
-    Queue([this](DetectorEvents&) { room->charging = false; });
-    Queue(look);
+    const auto change = [&](const std::function<void()>& happens) {
+        Queue([happens](DetectorEvents&) { happens(); });
+        Queue(
+            [&](DetectorEvents&) { seen.push_back(Guide().VisibleLines()[0] + Guide().VisibleLines()[1]); });
+    };
+    change([] {});
+    change([this] { room->batteryLevel = 79; });
+    change([this] { room->charging = true; });
+    change([this] { room->charging = false; });
+    change([&] { ConfigOf(*element).pTargetFilterName = "Rh/Rh"; });
     Expose("80");
     Expose("80");
+    ConfigOf(*element).pTargetFilterName = "Mo/Mo";
     Perform(*element, {Start()});
-    EXPECT_THAT(seen, ElementsAre(" Battery Status: 80%", " Battery Status: 79%", "Charging",
-                                  " Battery Status: 79%"));
+    EXPECT_THAT(
+        seen,
+        ElementsAre(" Battery Status: 80% Target/Filter: Mo/Mo", " Battery Status: 79% Target/Filter: Mo/Mo",
+                    "Charging Target/Filter: Mo/Mo", " Battery Status: 79% Target/Filter: Mo/Mo",
+                    " Battery Status: 79% Target/Filter: Rh/Rh"));
 }
 
 TEST_F(TestInfoTest, ARunShowsTheHeaderAndItsOwnLinesAndThenAllOfThem) {
@@ -130,22 +136,12 @@ TEST_F(TestInfoTest, TheLinesAreThoseOfTheNextExposureAndNeverBeyondTheTable) {
     Perform(*element, {Start(), Step([&](FZRD47500TestGuide& guide) {
                            guide.events.MASInputChanged.Raise();  // lines are built after the last exposure
                            voltage();
+                           Queue([&](DetectorEvents&) { voltage(); });
+                           Expose("71");
+                           EXPECT_TRUE(guide.RedoExposure(1));
                        })});
     EXPECT_THAT(seen, ElementsAre("    Set Machine kVp to 70 KV.", "    Set Machine kVp to 90 KV.",
-                                  "    Set Machine kVp to 90 KV."));
-}
-
-TEST_F(TestInfoTest, ATargetAndFilterChosenInARunRedrawTheLine) {
-    const auto element = Make(kRadioRepro, 1);
-    ConfigOf(*element).pTargetFilterName = "Mo/Mo";
-    Lines seen;
-    const auto look = [&](DetectorEvents&) { seen.push_back(Guide().VisibleLines().at(1)); };
-    Queue(look);
-    Queue([&](DetectorEvents&) { ConfigOf(*element).pTargetFilterName = "Rh/Rh"; });
-    Queue(look);
-    Expose("80");
-    Perform(*element, {Start()});
-    EXPECT_THAT(seen, ElementsAre(" Target/Filter: Mo/Mo", " Target/Filter: Rh/Rh"));
+                                  "    Set Machine kVp to 90 KV.", "    Set Machine kVp to 70 KV."));
 }
 
 TEST_F(TestInfoTest, TheChamberIsNotedWithItsCalibrationWhenItHasAName) {
@@ -155,8 +151,12 @@ TEST_F(TestInfoTest, TheChamberIsNotedWithItsCalibrationWhenItHasAName) {
     EXPECT_EQ(ConfigOf(*element).IonChamberName, "");
     EXPECT_EQ(ConfigOf(*element).CalFactor, "earlier");
     EXPECT_EQ(ConfigOf(*element).CalConstant, "earlier");
-    room->ionChamber = "6 cc";
-    Perform(*element, {});
+    Perform(*element, {Step([this](FZRD47500TestGuide& guide) {
+        room->ionChamber = "6 cc";  // as the person chooses in the dialog
+        EXPECT_TRUE(guide.PressButton(guide_button::kIonChamber));
+        EXPECT_EQ(room->Count("ShowIonChamberDialog"), 1);
+        EXPECT_EQ(guide.InfoLines().at(1), "Ion Chamber : 6 cc");
+    })});
     EXPECT_EQ(ConfigOf(*element).IonChamberName, "6 cc");
     EXPECT_EQ(ConfigOf(*element).CalFactor, "factor of 6 cc");
     EXPECT_EQ(ConfigOf(*element).CalConstant, "constant of 6 cc");

@@ -23,6 +23,14 @@ TEST_F(TestIntakeTest, TheLengthOfAKvWaveformIsInMilliseconds) {
         EXPECT_EQ(room->Count(c.call), 1) << c.testId;
         EXPECT_NE(ResultOf(*element)->KvWaveform(1), nullptr);
     }
+    // An exposure whose waveform is not imported leaves an empty pane, not the curve of the one before.
+    const auto element = Make(kRadioRepro, 2);
+    ConfigOf(*element).SetValue(0, ExposureColumn::kImport, "1");
+    for (const char* voltage : {"80", "81"}) Expose(voltage, "100", kKvWaveform);
+    Perform(*element, {Start(), Step([](FZRD47500TestGuide& guide) {
+                           EXPECT_FALSE(guide.Tabs()[0].waveform);
+                           EXPECT_FALSE(guide.Tabs()[0].visible);
+                       })});
 }
 
 TEST_F(TestIntakeTest, AnExposureIsAnnouncedBeforeTheGuideShowsIt) {

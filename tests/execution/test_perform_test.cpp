@@ -263,14 +263,28 @@ TEST_F(TestPerformTest, ARedoTakesOneExposureAndKeepsTheCount) {
     EXPECT_EQ(element->ExposureRow(), 2);
 }
 
-TEST_F(TestPerformTest, AnEarlierVerdictIsShownWhenTheGuideOpens) {
+TEST_F(TestPerformTest, AllSettingsAreSentBeforeTheInstrumentsAreArmed) {
     const auto element = Make(kRadioRepro, 1);
+    CConfigCommon& config = ConfigOf(*element);
+    config.pMeasurementExposure = 2;
+    config.pMeasurementExposureRateUnit = 3;
+    config.pMeasurementFluoroType = 2;
+    config.pMeasurementTimeUnit = 1;
+    config.pMeasurementPercentKV = 75;
+    config.pMeasurementDelay = -5;
+    config.pMeasurementIncludeDelay = true;
+    config.pMeasurementMode = kDental;
+    config.pMeasurementSettings = 2;
+    config.pTargetFilterName = "Mo/Rh";
     Expose("80");
     Perform(*element, {Start()});
-    ASSERT_EQ(ResultOf(*element)->Status(), kPassed);
-    int32_t status = kNotTested;
-    Perform(*element, {Step([&](FZRD47500TestGuide& guide) { status = guide.StatusShown(); })});
-    EXPECT_EQ(status, kPassed);
+    const std::vector<std::string> sent = {"ExposureUnit 2",     "ExposureRateUnit 3", "FluoroType 2",
+                                           "TimeUnit 1",         "PercentKV 75",       "Delay -5",
+                                           "IncludeDelay 1",     "Mode DENTAL",        "Settings MANUAL",
+                                           "TargetFilter Mo/Rh", "ApplySettings",      "Armed 1"};
+    EXPECT_NE(std::search(room->calls.begin(), room->calls.end(), sent.begin(), sent.end()),
+              room->calls.end())
+        << testing::PrintToString(room->calls);
 }
 
 TEST_F(TestPerformTest, AnEarlierResultShowsItsWaveformsAndAClickThoseOfItsExposure) {
@@ -301,9 +315,12 @@ TEST_F(TestPerformTest, AnEarlierResultShowsItsWaveformsAndAClickThoseOfItsExpos
     };
     Perform(*element, {Step([&](FZRD47500TestGuide& guide) {
         EXPECT_EQ(counts(guide), "4 5 ") << "the last exposure";
+        EXPECT_EQ(guide.StatusShown(), kPassed);
+        guide.DrawWaveform(nullptr);
+        EXPECT_EQ(counts(guide), "none 5 ") << "kV is drawn next";
         guide.WaveformType(kMaWaveform);
         guide.events.DrawWaveForm.Raise(1, true, kMaWaveform);
-        EXPECT_EQ(counts(guide), "4 3 ");
+        EXPECT_EQ(counts(guide), "none 3 ");
     })});
 }
 

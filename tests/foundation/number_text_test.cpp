@@ -24,9 +24,7 @@ void WriteDecimals(char sign) {
     InstallServices(services);
 }
 
-class NumberText : public test::LibraryTest {
-  protected:
-};
+using NumberText = test::LibraryTest;
 
 struct Reading {
     const char* text;

@@ -51,7 +51,10 @@ TEST(TestSets, AKindSetHoldsTheKindsThatItNames) {
         EXPECT_EQ(kZrdKinds.Has(kind), kind == 1 || kind == 4) << kind;
         EXPECT_EQ(kPelomarkKinds.Has(kind), kind == 3 || kind == 5) << kind;
         EXPECT_EQ(kMasKinds.Has(kind), kind == 2 || kind == 4 || kind == 5) << kind;
-        EXPECT_EQ((kZrdKinds | kPelomarkKinds).Has(kind), HasZrd(kind) || HasPelomark(kind)) << kind;
+        EXPECT_EQ((kZrdKinds | kPelomarkKinds).Has(kind), kind == 1 || (kind >= 3 && kind <= 5)) << kind;
+        EXPECT_EQ(HasZrd(kind), kind == 1 || kind == 4) << kind;
+        EXPECT_EQ(HasPelomark(kind), kind == 3 || kind == 5) << kind;
+        EXPECT_EQ(HasMasMeter(kind), kind == 2 || kind == 4 || kind == 5) << kind;
     }
 }
 

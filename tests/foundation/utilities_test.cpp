@@ -2,8 +2,8 @@
 
 #include "foundation/number_text.h"
 #include "foundation/registration.h"
+#include "support/fake_detector.h"
 #include "support/fake_element.h"
-#include "support/fake_standards.h"
 #include "support/library_test.h"
 #include "support/recording_report.h"
 
@@ -104,13 +104,6 @@ TEST_F(Utilities, OnlyTheTwoRangeMarksAreNoReading) {
     EXPECT_TRUE(IsValidReading("OL")) << "only the words of the present language count";
 }
 
-TEST_F(Utilities, TheDosimetersUnitsAreComposed) {
-    EXPECT_EQ(DosimeterDoseUnit(1), "Gy");
-    EXPECT_EQ(DosimeterRateUnit(0, 3), "R/Pulse");
-    EXPECT_EQ(DosimeterRateUnit(1, 0), "Gy/Sec");
-    for (int32_t base = 0; base < 4; ++base) EXPECT_EQ(DosimeterRateUnit(kDoseInCoulomb, base), "A");
-}
-
 TEST_F(Utilities, AComposedUnitIsTheTextsOfItsParts) {
     EXPECT_EQ(DosimeterRateUnitKey(0, 3), "25114::R/25119::/Pulse");
     EXPECT_EQ(DosimeterRateUnitKey(kDoseInCoulomb, 0), "25120::A");
@@ -175,14 +168,12 @@ TEST_F(Utilities, TheExposureCaptionHasNineCharactersForOneVersionOfTheHost) {
         const char *version, *translation;
         const char* caption;
     };
-    const Row kRows[] = {{"2.7.0", "Exposure ", "Exposure "},
-                         {"2.7.0", "Exposures ", "Exposures"},
-                         {"2.7.0", "Shot ", "    Shot "},
-                         {"2.7.0", "", "         "},
-                         {"2.7.0", "Añadiré éx", "Añadiré é"},
-                         {"2.7", "Exposures ", "23183::Exposure "},
-                         {"2.7.0.1", "Exposures ", "23183::Exposure "},
-                         {"", "Exposures ", "23183::Exposure "}};
+    const Row kRows[] = {
+        {"2.7.0", "Exposure ", "Exposure "},       {"2.7.0", "Exposures ", "Exposures"},
+        {"2.7.0", "Shot ", "    Shot "},           {"2.7.0", "", "         "},
+        {"2.7.0", "Añadiré éx", "Añadiré é"},      {"2.7.0", "Añadiré xé", "Añadiré x"},
+        {"2.7", "Exposures ", "23183::Exposure "}, {"2.7.0.1", "Exposures ", "23183::Exposure "},
+        {"", "Exposures ", "23183::Exposure "}};
     for (const Row& row : kRows) {
         texts->words["23183::Exposure "] = row.translation;
         HostVersion(row.version);
@@ -198,59 +189,46 @@ class FakePlugIn : public IZRD47500PlugIn {
     std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name,
                                             std::string& version) override {
         if (testId != 100) return nullptr;
-        return std::make_shared<test::NamedStandard>(StandardName{name, version});
+        return std::make_shared<Standard>(name, version);
     }
 
   private:
     std::string mId;
 };
 
-struct ElementOfTest : test::FakeElement {
-    explicit ElementOfTest(int32_t testId) : id(testId) {}
-    int32_t TestID() const override { return id; }
-    int32_t id;
-};
-
 TEST_F(Utilities, OnlyThisLibrarysPlugInIsKept) {
+    test::FakeElement repro, accuracy;
+    repro.fakeTestId = 100;
+    accuracy.fakeTestId = 200;
     std::string name = "Site";
     std::string version = "1";
     GGlobals entry;
     entry.SetPlugInPointer(nullptr);
     entry.SetPlugInPointer(std::make_shared<FakePlugIn>("zrd47500"));
-    EXPECT_EQ(LoadStandard(ElementOfTest(100), name, version), nullptr);
+    EXPECT_EQ(LoadStandard(repro, name, version), nullptr);
     entry.SetPlugInPointer(std::make_shared<FakePlugIn>("ZRD47500"));
     entry.SetPlugInPointer(std::make_shared<FakePlugIn>("Other"));
-    const auto standard = LoadStandard(ElementOfTest(100), name, version);
+    const auto standard = LoadStandard(repro, name, version);
     ASSERT_TRUE(standard);
     EXPECT_EQ(standard->Name(), "Site");
-    EXPECT_EQ(LoadStandard(ElementOfTest(200), name, version), nullptr);
+    EXPECT_EQ(LoadStandard(accuracy, name, version), nullptr);
 }
 
 TEST_F(Utilities, RegistrationFixesTheCaptionAndIsUndoneOnce) {
-    struct Link : IDetectorLink {
-        explicit Link(std::string& into) : calls(into) {}
-        void Register() override { calls += "register "; }
-        void Unregister() override { calls += "unregister "; }
-        void OpenLink() override {}
-        bool LinkOpen() const override { return false; }
-        void SelectDetector(int32_t) override {}
-        void CloseLink() override {}
-        std::string& calls;
-    };
-    std::string calls;
+    const auto room = std::make_shared<test::FakeInstruments>();
     HostServices services;
     services.settings = settings;
-    services.createDetectorLink = [&] { return std::make_shared<Link>(calls); };
+    services.createDetectorLink = [&] { return std::make_shared<test::FakeLink>(room); };
     InstallServices(services);
     HostVersion("2.7.0");
     CRegisterDll registrar;
     registrar.CloseApp();
-    EXPECT_EQ(calls, "");
+    EXPECT_TRUE(room->calls.empty());
     registrar.RegisterApp();
     EXPECT_EQ(Services().exposureCaption, "Exposure ");
     registrar.CloseApp();
     registrar.CloseApp();
-    EXPECT_EQ(calls, "register unregister ");
+    EXPECT_EQ(room->calls, (std::vector<std::string>{"Register", "Unregister"}));
 }
 
 }  // namespace

@@ -73,27 +73,6 @@ TEST(Vocabulary, TheDosimetersListsCountFromZero) {
     }
 }
 
-TEST(Vocabulary, TheUnitsOfAColumnFollowModeUnitAndTimeBase) {
-    EXPECT_EQ(ExposureUnitKey(kRadio, kUnitR), "23012::mR");
-    EXPECT_EQ(ExposureUnitKey(kDental, kUnitGy), "23013::uGy");
-    EXPECT_EQ(ExposureUnitKey(kFluoro, kUnitR), "22020::R");
-    EXPECT_EQ(ExposureUnitKey(kFluoro, kUnitGy), "23024::mGy");
-    for (int32_t base = 0; base <= 5; ++base) {
-        EXPECT_EQ(ExposureRateUnitKey(kMammo, kUnitR, base), "23169::mR/sec") << base;
-        EXPECT_EQ(ExposureRateUnitKey(kRadio, kUnitGy, base), "23170::uGy/sec") << base;
-    }
-    constexpr std::string_view kR[] = {"23171::R/sec", "23172::R/min", "23173::R/hr", "23174::R/pulse"};
-    constexpr std::string_view kGy[] = {"23175::mGy/sec", "23176::mGy/min", "23177::mGy/hr",
-                                        "23178::mGy/pulse"};
-    for (int32_t base = 1; base <= 4; ++base) {
-        EXPECT_EQ(ExposureRateUnitKey(kFluoro, kUnitR, base), kR[base - 1]);
-        EXPECT_EQ(ExposureRateUnitKey(kFluoro, kUnitGy, base), kGy[base - 1]);
-    }
-    EXPECT_EQ(ExposureRateUnitKey(kFluoro, kUnitR, 9), "23171::R/sec") << "an unknown time base is seconds";
-    EXPECT_EQ(TimeUnitKey(kRadio), "22012::ms");
-    EXPECT_EQ(TimeUnitKey(kFluoro), "22209::sec");
-}
-
 TEST(Vocabulary, LimitsAreFoundUnderErAndTheKey) {
     EXPECT_EQ(LimitKeyOf("kVp Avg"), "ER kVp Avg");
     EXPECT_EQ(LimitKeyOf("ER CV"), "ER CV");
@@ -115,20 +94,6 @@ TEST(Vocabulary, EveryTestIsOnceInTheCatalogue) {
     for (int32_t other : {0, 400, 600, 1000}) {
         EXPECT_EQ(FindTest(other), nullptr) << other;
         EXPECT_FALSE(IsMeasuringTest(other)) << other;
-    }
-}
-
-TEST(Vocabulary, DetectorKindsAreSetsOfInstruments) {
-    struct Kind {
-        int32_t kind;
-        bool zrd, pelomark, mas;
-    };
-    constexpr Kind kKinds[] = {{0, false, false, false}, {1, true, false, false}, {2, false, false, true},
-                               {3, false, true, false},  {4, true, false, true},  {5, false, true, true}};
-    for (const Kind& row : kKinds) {
-        EXPECT_EQ(HasZrd(row.kind), row.zrd) << row.kind;
-        EXPECT_EQ(HasPelomark(row.kind), row.pelomark) << row.kind;
-        EXPECT_EQ(HasMasMeter(row.kind), row.mas) << row.kind;
     }
 }
 

@@ -1,7 +1,9 @@
 #include "guide/dialog_wrapper.h"
 
 #include "config/config_common.h"
-#include "results/limit_data.h"
+#include "config/config_mqsa.h"
+#include "mqsa/result_mqsa.h"
+#include "results/result_common.h"
 #include "support/fake_control.h"
 #include "support/fake_platform.h"
 #include "support/library_test.h"
@@ -91,6 +93,10 @@ TEST_F(DialogWrapper, TakesADockedControlBackWhenItIsUnloaded) {
     EXPECT_EQ(platform->parents.back(), (Parent{7, kForm}));
     EXPECT_FALSE(dialog.Visible());
     EXPECT_FALSE(dialog.Control());
+    dialog.Show();
+    EXPECT_TRUE(dialog.Visible());
+    dialog.Hide();
+    EXPECT_FALSE(dialog.Visible());
 }
 
 TEST_F(DialogWrapper, MovesTheControlWhenDockedElseItself) {
@@ -102,12 +108,46 @@ TEST_F(DialogWrapper, MovesTheControlWhenDockedElseItself) {
     EXPECT_EQ(platform->moved, (std::vector<WindowHandle>{kForm, 7}));
 }
 
+/// Each object whose dialog hosts a control of its own, and the class of that control.
 TEST_F(DialogWrapper, IsMadeWithItsControlInitialised) {
-    const ControlArgument argument = OwnedLimits{std::make_shared<CLimitData>(), nullptr};
-    const auto made = CreateControlDialog(ClassName("Control"), argument);
-    ASSERT_TRUE(made);
-    const auto& wrapper = dynamic_cast<FDialogWrapper&>(*made);
-    EXPECT_EQ(dynamic_cast<FakeControl&>(*wrapper.Control()).given, argument);
+    static std::string asked;
+    static std::shared_ptr<FakeControl> made;
+    static constexpr auto kMake = [](const char* name) {
+        asked += std::string(name) + ";";
+        made = std::make_shared<FakeControl>();
+        return std::shared_ptr<LibraryObject>(made);
+    };
+    static constexpr ClassEntry kControls[] = {{"XRadioReproConfig", [] { return kMake("100"); }},
+                                               {"XRadioAccuracyConfig", [] { return kMake("200"); }},
+                                               {"XRadioLinearityConfig", [] { return kMake("300"); }},
+                                               {"XFluoroAccuracyConfig", [] { return kMake("500"); }},
+                                               {"XFluoroExposureConfig", [] { return kMake("700"); }},
+                                               {"XMammoAccReproConfig", [] { return kMake("900"); }},
+                                               {"XMammoAECConfig", [] { return kMake("1100"); }},
+                                               {"XMammoRadiationConfig", [] { return kMake("1200"); }},
+                                               {"XMQSAConfig", [] { return kMake("survey"); }},
+                                               {"XDischargeWaveform", [] { return kMake("waveform"); }},
+                                               {"XDetailedResult", [] { return kMake("comment"); }}};
+    InstallClasses(kControls);
+    for (int32_t testId : kMeasuringTests) {
+        const auto config = std::make_shared<CConfigCommon>();
+        config->DefaultValues(testId);
+        EXPECT_TRUE(config->CreateDialog());
+        EXPECT_EQ(made->given, ControlArgument(std::shared_ptr<IConfigData>(config))) << testId;
+    }
+    const auto survey = std::make_shared<CConfigMQSA>();
+    EXPECT_TRUE(survey->HasDialog() && survey->CreateDialog());
+    EXPECT_EQ(made->given, ControlArgument(std::shared_ptr<IConfigData>(survey)));
+    for (const std::shared_ptr<IResultData>& result :
+         {std::shared_ptr<IResultData>(std::make_shared<CResultCommon>()),
+          std::shared_ptr<IResultData>(std::make_shared<CResultMQSA>())}) {
+        EXPECT_TRUE(result->CreateDialog());
+        EXPECT_EQ(made->given, ControlArgument(result)) << asked;
+    }
+    EXPECT_EQ(asked, "100;200;300;500;700;900;1100;1200;survey;waveform;comment;");
+    InstallClasses({});
+    EXPECT_FALSE(survey->CreateDialog()) << "no control of the class exists";
+    made.reset();
 }
 
 }  // namespace

@@ -9,110 +9,98 @@
 namespace vorex::test {
 namespace {
 
-/// What a window shows of a guide, part by part, as texts.
+std::string MenuText(const std::vector<MenuItem>& items) {
+    std::string text;
+    for (const MenuItem& item : items)
+        text += item.caption + (item.enabled ? "+" : "-") + (item.checked ? "x" : "") + "(" +
+                MenuText(item.items) + ")";
+    return text;
+}
+
+std::string RowText(const ResultRow& row) {
+    std::string text = row.caption;
+    for (const ResultCell& cell : row.cells)
+        text += "|" + cell.text + "/" + std::to_string(cell.status) + (cell.checked ? "x" : "");
+    return text;
+}
+
+/// What a window shows of a part of a guide, as text; the number is that of a row or channel.
+std::string PartText(const IModalWindow& guide, WindowPart part, std::size_t number) {
+    std::string text;
+    const IResultTable& table = *guide.ShownTable();
+    switch (part) {
+        case WindowPart::kWindow:
+            return guide.Visible() ? "shown" : "hidden";
+        case WindowPart::kToolbar:
+            for (const WindowButton& button : guide.Buttons())
+                text += std::to_string(button.key) + button.caption + (button.visible ? "v" : "") +
+                        (button.enabled ? "e" : "") + (button.checked ? "c" : "") + " ";
+            return text;
+        case WindowPart::kStatusText:
+            return guide.StatusLine();
+        case WindowPart::kStatus:
+            return std::to_string(guide.StatusShown());
+        case WindowPart::kLines:
+            return testing::PrintToString(guide.VisibleLines());
+        case WindowPart::kColumns:
+            for (const ResultColumn& column : table.Columns())
+                text += column.caption + std::to_string(column.width) + (column.hidden ? "h" : "") + " ";
+            return text;
+        case WindowPart::kTable:
+            text = std::to_string(table.SelectedExposure());
+            for (const ResultRow& statistic : table.Statistics()) text += RowText(statistic);
+            return text;
+        case WindowPart::kTableRow:
+            return RowText(table.Rows()[number - 1]);
+        case WindowPart::kWaveform:
+            for (const WindowTab& tab : guide.Tabs())
+                if (tab.type == number)
+                    text = (tab.visible ? "v" : "") +
+                           std::to_string(tab.waveform ? tab.waveform->ValueCount() : -1);
+            return text;
+        case WindowPart::kOverlay:
+            return guide.OverlayText();
+        case WindowPart::kDetails:
+            return testing::PrintToString(guide.Details());
+        case WindowPart::kMenu:
+            return MenuText(guide.MenuItems());
+    }
+    return text;
+}
+
+/// The parts of a guide as a window keeps them: it draws those again that are reported.
 class Drawing {
   public:
     explicit Drawing(const IModalWindow& guide) : mGuide(guide) {}
 
     void Redraw(WindowChange change) {
         if (mGuide.ShownTable() == nullptr) return;  // the guide is unloaded
-        switch (change.part) {
-            case WindowPart::kWindow:
-                parts["window"] = mGuide.Visible() ? "shown" : "hidden";
-                return;
-            case WindowPart::kToolbar:
-                return DrawToolbar();
-            case WindowPart::kStatusText:
-                parts["status text"] = mGuide.StatusLine();
-                return;
-            case WindowPart::kStatus:
-                parts["status"] = std::to_string(mGuide.StatusShown());
-                return;
-            case WindowPart::kLines:
-                parts["lines"] = Joined(mGuide.VisibleLines());
-                return;
-            case WindowPart::kColumns:
-                return DrawColumns();
-            case WindowPart::kTable:
-                return DrawTable();
-            case WindowPart::kTableRow:
-                return DrawRow(change.number);
-            case WindowPart::kWaveform:
-                return DrawWaveform(change.number);
-            case WindowPart::kOverlay:
-                parts["overlay"] = mGuide.OverlayText();
-                return;
-            case WindowPart::kDetails:
-                parts["details"] = Joined(mGuide.Details());
-                return;
-            case WindowPart::kMenu:
-                parts["menu"] = MenuText(mGuide.MenuItems());
-                return;
+        const std::size_t rows = mGuide.ShownTable()->Rows().size();
+        if (change.part == WindowPart::kTable) {
+            std::erase_if(parts, [](const auto& part) {
+                return part.first.first == static_cast<int>(WindowPart::kTableRow);
+            });
+            for (std::size_t row = 1; row <= rows; ++row) Draw(WindowPart::kTableRow, row);
         }
+        if (change.part != WindowPart::kTableRow)
+            return Draw(change.part, change.part == WindowPart::kWaveform ? change.number : 0);
+        if (change.number >= 1 && change.number <= rows) Draw(change.part, change.number);
+        Draw(WindowPart::kTable, 0);  // the statistics below change with a row
     }
     void RedrawAll() {
         parts.clear();
         for (int part = 0; part <= static_cast<int>(WindowPart::kMenu); ++part)
-            if (static_cast<WindowPart>(part) != WindowPart::kTableRow &&
-                static_cast<WindowPart>(part) != WindowPart::kWaveform)
-                Redraw({static_cast<WindowPart>(part)});
+            if (const auto each = static_cast<WindowPart>(part);
+                each != WindowPart::kTableRow && each != WindowPart::kWaveform)
+                Redraw({each});
         for (uint8_t type : {kKvWaveform, kMaWaveform}) Redraw({WindowPart::kWaveform, type});
     }
 
-    std::map<std::string, std::string> parts;
+    std::map<std::pair<int, std::size_t>, std::string> parts;  ///< by part and number
 
   private:
-    static std::string Joined(const std::vector<std::string>& lines) {
-        std::string text;
-        for (const std::string& line : lines) text += line + "\n";
-        return text;
-    }
-    static std::string MenuText(const std::vector<MenuItem>& items) {
-        std::string text;
-        for (const MenuItem& item : items)
-            text += item.caption + (item.enabled ? "+" : "-") + (item.checked ? "x" : "") + "(" +
-                    MenuText(item.items) + ")";
-        return text;
-    }
-    static std::string RowText(const ResultRow& row) {
-        std::string text = row.caption;
-        for (const ResultCell& cell : row.cells)
-            text += "|" + cell.text + "/" + std::to_string(cell.status) + (cell.checked ? "x" : "");
-        return text;
-    }
-    const IResultTable& Table() const { return *mGuide.ShownTable(); }
-
-    void DrawToolbar() {
-        std::string& text = parts["toolbar"];
-        text.clear();
-        for (const WindowButton& button : mGuide.Buttons())
-            text += std::to_string(button.key) + button.caption + (button.visible ? "v" : "") +
-                    (button.enabled ? "e" : "") + (button.checked ? "c" : "") + " ";
-    }
-    void DrawColumns() {
-        std::string& text = parts["columns"];
-        text.clear();
-        for (const ResultColumn& column : Table().Columns())
-            text += column.caption + std::to_string(column.width) + (column.hidden ? "h" : "") + " ";
-    }
-    void DrawTable() {
-        std::erase_if(parts, [](const auto& part) { return part.first.starts_with("row "); });
-        for (std::size_t row = 1; row <= Table().Rows().size(); ++row) DrawRow(row);
-        DrawRow(0);
-    }
-    void DrawRow(std::size_t row) {
-        if (row >= 1 && row <= Table().Rows().size())
-            parts["row " + std::to_string(row)] = RowText(Table().Rows()[row - 1]);
-        std::string& text = parts["statistics"];
-        text = std::to_string(Table().SelectedExposure());
-        for (const ResultRow& statistic : Table().Statistics()) text += RowText(statistic);
-    }
-    void DrawWaveform(uint8_t type) {
-        for (const WindowTab& tab : mGuide.Tabs())
-            if (tab.type == type)
-                parts["waveform " + std::to_string(type)] =
-                    std::string(tab.visible ? "v" : "") +
-                    std::to_string(tab.waveform ? tab.waveform->ValueCount() : -1);
+    void Draw(WindowPart part, std::size_t number) {
+        parts[{static_cast<int>(part), number}] = PartText(mGuide, part, number);
     }
 
     const IModalWindow& mGuide;

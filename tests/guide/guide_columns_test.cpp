@@ -70,38 +70,24 @@ TEST_F(GuideColumnsTest, WidthsAndCaptionsDifferWhereTheGuideSaysSo) {
     }
 }
 
-Standards OneStandard(std::initializer_list<const char*> limitKeys) {
-    auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
-    for (const char* key : limitKeys)
-        standard->AddExpectedResult(std::make_shared<FakeLimit>(key, std::nullopt, 5.0F));
-    return {standard};
-}
-
 TEST_F(HiddenColumnsTest, AreThoseThatNoChosenStandardKnows) {
     const auto columns = GuideColumns(Config(kRadioRepro, kZrd));
     EXPECT_EQ(HiddenColumns(columns, {}), "");
-    EXPECT_EQ(HiddenColumns(columns, OneStandard({"ER kVp Avg", "ER Exposure"})), "3,4,6,7,8");
-    Standards two = OneStandard({"ER kVp Avg"});
-    two.push_back(OneStandard({"ER HVL"})[0]);
-    EXPECT_EQ(HiddenColumns(columns, two), "3,4,5,6,7");
-}
-
-TEST_F(HiddenColumnsTest, NeverHoldTheReadingsOfTheEnvironment) {
-    const auto columns = GuideColumns(Config(kRadioRepro, kPelomark));
-    EXPECT_EQ(HiddenColumns(columns, OneStandard({"ER HVL"})), "2,3");
-}
-
-TEST_F(HiddenColumnsTest, TheMaximumRateIsKnownByTheLimitOfAnyExposure) {
-    const auto columns = GuideColumns(Config(kFluoroExposure, kZrd));
-    EXPECT_EQ(HiddenColumns(columns, OneStandard({"ER Maxi. Exposure Rate2"})), "2,3,4,5,7,8,9,10");
+    const auto kvp = StandardOf("A", {Limit("ER kVp Avg", "5"), Limit("ER Exposure", "5")});
+    const auto hvl = StandardOf("B", {Limit("ER HVL", "5")});
+    EXPECT_EQ(HiddenColumns(columns, {kvp}), "3,4,6,7,8");
+    EXPECT_EQ(HiddenColumns(columns, {kvp, hvl}), "3,4,6,7");
+    EXPECT_EQ(HiddenColumns(GuideColumns(Config(kRadioRepro, kPelomark)), {hvl}), "2,3")
+        << "never the readings of the environment";
+    const auto rate = StandardOf("C", {Limit("ER Maxi. Exposure Rate2", "5")});
+    EXPECT_EQ(HiddenColumns(GuideColumns(Config(kFluoroExposure, kZrd)), {rate}), "2,3,4,5,7,8,9,10")
+        << "the limit of any exposure";
 }
 
 TEST_F(ChosenStandardsTest, AreTheSelectedOnesThatTheElementHolds) {
     GuideLimits limits;
-    for (const char* name : {"A", "B", "C"})
-        limits.list->Add(std::make_shared<NamedStandard>(StandardName{name, "1"}));
-    FakeSelection selection;
-    selection.names = {{"C", "1"}, {"A", "2"}, {"A", "1"}, {"X", "1"}};
+    for (const char* name : {"A", "B", "C"}) limits.list->Add(StandardOf(name));
+    const SelectedStandards selection({{"C", "1"}, {"A", "2"}, {"A", "1"}, {"X", "1"}});
     const Standards chosen = ChosenStandards(&limits, &selection);
     ASSERT_EQ(chosen.size(), 2U);
     EXPECT_EQ(chosen[0]->Name(), "C");

@@ -6,65 +6,33 @@
 #include <string>
 #include <vector>
 
-#include "config/config_common.h"
 #include "foundation/class_registry.h"
 #include "foundation/host_services.h"
 #include "guide/test_guide_form.h"
-#include "results/result_common.h"
+#include "host/execution_pipe.h"
+#include "host/test_guide_config.h"
 #include "support/fake_detector.h"
 #include "support/fake_element.h"
 #include "support/fake_platform.h"
-#include "support/fake_standards.h"
 #include "support/library_test.h"
+#include "support/limits.h"
 #include "support/result_row.h"
 #include "views/result_table.h"
 
 namespace vorex::test {
 
-class GuideSettings : public ITestGuideConfig {
-  public:
-    int32_t Buttons() const override { return mBits; }
-    void Buttons(int32_t bits) override { mBits = bits; }
-    std::shared_ptr<ITestGuideConfig> Clone() const override {
-        return std::make_shared<GuideSettings>(*this);
-    }
-    void Load(const std::shared_ptr<IXmlElement>&) override {}
-    std::shared_ptr<IXmlElement> Save(const std::shared_ptr<IXmlDocument>&) override { return nullptr; }
-
-  private:
-    int32_t mBits = 0;
-};
-
 class GuideLimits : public FakeLimits {
   public:
     std::shared_ptr<IStandardCollection> Standards() const override { return list; }
-    std::shared_ptr<StandardList> list = std::make_shared<StandardList>();
+    std::shared_ptr<StandardCollection> list = std::make_shared<StandardCollection>();
 };
 
-/// An element with a configuration and a result, as the guide sees it.
-class GuideElement : public FakeElement {
+/// An element as the guide sees it.
+class GuideElement : public ResultElement {
   public:
-    int32_t TestID() const override { return testId; }
-    std::shared_ptr<IConfigData> Configuration() const override { return config; }
-    std::shared_ptr<IResultData> Result() const override { return result; }
     std::shared_ptr<ILimitData> Limits() const override { return guideLimits; }
 
-    int32_t testId = 0;
-    std::shared_ptr<CConfigCommon> config;
-    std::shared_ptr<CResultCommon> result;
     std::shared_ptr<GuideLimits> guideLimits = std::make_shared<GuideLimits>();
-};
-
-class GuidePipe : public IExecutionPipe {
-  public:
-    int32_t NextAction() const override { return 0; }
-    void NextAction(int32_t) override {}
-    std::shared_ptr<IMtiList> MtiList() const override { return nullptr; }
-    std::shared_ptr<ISelectedStandards> SelectedStandards() const override { return selection; }
-    bool BeginElement(ITestElement&) override { return true; }
-    void EndElement(ITestElement&) override {}
-
-    std::shared_ptr<FakeSelection> selection = std::make_shared<FakeSelection>();
 };
 
 /// A guide opened for a test; events are kept as words, in order.
@@ -78,7 +46,7 @@ class GuideTest : public LibraryTest {
         };
         HostServices services;
         services.platform = platform;
-        services.createTestGuideConfig = [] { return std::make_shared<GuideSettings>(); };
+        services.createTestGuideConfig = [] { return std::make_shared<TestGuideConfig>(); };
         services.createDetectorService = [room = room] { return std::make_shared<FakeDetector>(room); };
         services.createDetectorLink = [room = room] { return std::make_shared<FakeLink>(room); };
         services.log = [this](std::string_view line) { log.emplace_back(line); };
@@ -89,7 +57,6 @@ class GuideTest : public LibraryTest {
 
     /// Detector option 0 leaves the kind to the detector.
     void Configure(int32_t testId, int32_t kind, int32_t option) {
-        element->testId = testId;
         room->kind = kind;
         config = std::make_shared<CConfigCommon>();
         config->DefaultValues(testId);
@@ -104,6 +71,12 @@ class GuideTest : public LibraryTest {
         element->result->Initialize(config);
     }
 
+    /// Gives the element a standard and selects it.
+    void Select(std::initializer_list<std::shared_ptr<ExpectedResult>> limits) {
+        element->guideLimits->list->Add(StandardOf("Site", limits));
+        pipe = std::make_shared<ExecutionPipe>(
+            nullptr, std::make_shared<SelectedStandards>(std::vector<StandardName>{{"Site", "1"}}));
+    }
     void Open() {
         guide = std::make_shared<FZRD47500TestGuide>();
         Record();
@@ -120,7 +93,7 @@ class GuideTest : public LibraryTest {
     /// Takes an exposure as a running element does: a row for the result, judged and shown.
     void Expose(uint8_t number, const std::string& row, int32_t source = kSourceZrd) {
         element->result->StoreResult(RowInOrder(*element->result, row, source), source);
-        element->result->UpdateStatus(*element, pipe->selection.get(), number);
+        element->result->UpdateStatus(*element, pipe->SelectedStandards().get(), number);
         guide->ShowResult(element, number);
     }
 
@@ -137,7 +110,8 @@ class GuideTest : public LibraryTest {
     std::shared_ptr<FakePlatform> platform = std::make_shared<FakePlatform>();
     std::shared_ptr<FakeInstruments> room = std::make_shared<FakeInstruments>();
     std::shared_ptr<GuideElement> element = std::make_shared<GuideElement>();
-    std::shared_ptr<GuidePipe> pipe = std::make_shared<GuidePipe>();
+    std::shared_ptr<ExecutionPipe> pipe =
+        std::make_shared<ExecutionPipe>(nullptr, std::make_shared<SelectedStandards>());
     std::shared_ptr<CConfigCommon> config;
     std::shared_ptr<FZRD47500TestGuide> guide;
     std::vector<std::string> log;

@@ -18,17 +18,29 @@ TEST_F(Watch, PollsEveryTwoSecondsWithTheTimeOuts) {
     EXPECT_EQ(room->Count("Poll 300000 1200000"), 1);
     platform->Advance(4000);
     EXPECT_EQ(room->Count("Poll 300000 1200000"), 3);
+    element->Sequence()->gRunActive = true;
+    platform->Advance(4000);
+    EXPECT_EQ(room->Count("LinkState"), 3) << "not while exposures are taken";
+    element->Sequence()->gRunActive = false;
+    platform->Advance(2000);
+    EXPECT_EQ(room->Count("LinkState"), 4);
     EXPECT_EQ(Events(), "");
 }
 
-TEST_F(Watch, DoesNotPollWhileExposuresAreTaken) {
+TEST_F(Watch, AnySuccessfulPollBeginsTheCountAnewAndAFailingServiceIsAFailedPoll) {
     Open(kRadioRepro);
-    element->Sequence()->gRunActive = true;
-    platform->Advance(4000);
-    EXPECT_EQ(room->Count("LinkState"), 0);
-    element->Sequence()->gRunActive = false;
+    room->alive = false;
+    platform->Advance(6000);
+    EXPECT_EQ(element->Sequence()->watchFailures, 3);
+    room->alive = true;
     platform->Advance(2000);
-    EXPECT_EQ(room->Count("LinkState"), 1);
+    EXPECT_EQ(element->Sequence()->watchFailures, 0);
+    Events();
+    room->failing = {"LinkState"};
+    platform->Advance(4000);
+    EXPECT_EQ(Events(), "ConnectionLost");
+    EXPECT_EQ(element->Sequence()->watchFailures, 2);
+    EXPECT_TRUE(guide->Watching());
 }
 
 TEST_F(Watch, ALostLinkIsAnnouncedOnceAndEndsTheWatch) {
@@ -68,29 +80,6 @@ TEST_F(Watch, TheFirstFailedPollIsAnnouncedAndTheHundredthEndsTheWatch) {
     platform->Advance(2000);
     EXPECT_EQ(Events(), "Previous");
     EXPECT_EQ(element->Sequence()->watchFailures, 2);
-}
-
-TEST_F(Watch, AnySuccessfulPollBeginsTheCountAnew) {
-    Open(kRadioRepro);
-    room->alive = false;
-    platform->Advance(6000);
-    EXPECT_EQ(element->Sequence()->watchFailures, 3);
-    room->alive = true;
-    platform->Advance(2000);
-    EXPECT_EQ(element->Sequence()->watchFailures, 0);
-    room->alive = false;
-    Events();
-    platform->Advance(2000);
-    EXPECT_EQ(Events(), "ConnectionLost");
-}
-
-TEST_F(Watch, AFailingServiceCountsAsAFailedPoll) {
-    Open(kRadioRepro);
-    room->failing = {"LinkState"};
-    platform->Advance(4000);
-    EXPECT_EQ(Events(), "ConnectionLost");
-    EXPECT_EQ(element->Sequence()->watchFailures, 2);
-    EXPECT_TRUE(guide->Watching());
 }
 
 TEST_F(Watch, APressInsideATickLeavesTheTimerToTheTick) {
@@ -147,22 +136,19 @@ TEST_F(Adaption, EveryPairOfKindsStartsAdaptedOrIsRefused) {
 }
 
 TEST_F(Adaption, ARefusedDetectorIsNamed) {
-    struct Case {
-        int32_t configured, connected;
-        const char* name;
-    };
-    for (const Case& c : {Case{kZrd, kPelomark, "ZRD47500"}, {kPelomarkAndMas, kZrdAndMas, "Pelomark"}}) {
+    for (const auto& [configured, connected, name] :
+         {std::tuple{kZrd, kPelomark, "ZRD47500"}, {kPelomarkAndMas, kZrdAndMas, "Pelomark"}}) {
         platform->messages.clear();
-        Open(kRadioRepro, c.configured, c.configured);
-        room->kind = c.connected;
+        Open(kRadioRepro, configured, configured);
+        room->kind = connected;
         guide->PressButton(kStart);
         ASSERT_EQ(platform->messages.size(), 1U);
         EXPECT_EQ(platform->messages[0].first, "Vorex ZRD47500 Plug-In Response");
         EXPECT_EQ(platform->messages[0].second, std::string("The connected detector does not support ") +
-                                                    c.name +
+                                                    name +
                                                     ". Please click Start button to scan for detectors.");
         EXPECT_FALSE(Button(kDisconnect).enabled);
-        EXPECT_EQ(config->DetectorName, c.configured);
+        EXPECT_EQ(config->DetectorName, configured);
     }
 }
 

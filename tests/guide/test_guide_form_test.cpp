@@ -34,7 +34,7 @@ TEST_F(Form, ShowsAllLinesUntilRowsAreChosen) {
     EXPECT_EQ(guide->InfoLines().size(), 9U);
 }
 
-TEST_F(Form, StatusLineAndOverlayTakeKeysOrTexts) {
+TEST_F(Form, ShowsStatusLineOverlayAndVerdict) {
     Open(kRadioRepro);
     guide->SetStatusText(text::kTestInProgress);
     EXPECT_EQ(guide->StatusLine(), "Test in progress");
@@ -47,10 +47,6 @@ TEST_F(Form, StatusLineAndOverlayTakeKeysOrTexts) {
     EXPECT_EQ(guide->Overlay().LabelCaption(), "Resetting, Please Wait ...");
     guide->ShowOverlay(false, "");
     EXPECT_FALSE(guide->Overlay().Visible());
-}
-
-TEST_F(Form, ShowsTheStatusOfAResult) {
-    Open(kRadioRepro);
     element->result->InitResultStatus(true);
     guide->ShowStatus(element->result.get());
     EXPECT_EQ(guide->StatusShown(), kPassed);
@@ -59,49 +55,32 @@ TEST_F(Form, ShowsTheStatusOfAResult) {
 }
 
 TEST_F(Form, ATabShowsWhenTheKindHasItsChannelAndThereAreSamples) {
-    struct Case {
-        int32_t kind;
-        bool kv, ma;
-    };
-    for (const Case& c :
-         {Case{1, true, false}, {2, false, true}, {3, false, false}, {4, true, true}, {5, false, true}}) {
-        Open(kRadioRepro, c.kind);
-        for (uint8_t type : {kKvWaveform, kMaWaveform}) {
-            guide->WaveformType(type);
-            guide->DrawWaveform(Waveform("0,80,81,0"));
-        }
-        EXPECT_EQ(guide->Tabs()[0].visible, c.kv) << c.kind;
-        EXPECT_EQ(guide->Tabs()[1].visible, c.ma) << c.kind;
-    }
-}
-
-TEST_F(Form, AnEmptyWaveformClearsThePaneOfItsTypeOnly) {
-    Open(kRadioRepro, kZrdAndMas);
-    for (uint8_t type : {kKvWaveform, kMaWaveform}) {
+    const auto draw = [&](uint8_t type, const std::shared_ptr<CWaveform>& waveform) {
         guide->WaveformType(type);
-        guide->DrawWaveform(Waveform("0,80,81,0"));
+        guide->DrawWaveform(waveform);
+        return std::pair(guide->Tabs()[0].visible, guide->Tabs()[1].visible);
+    };
+    const std::tuple<int32_t, bool, bool> cases[] = {
+        {1, true, false}, {2, false, true}, {3, false, false}, {4, true, true}, {5, false, true}};
+    for (const auto& [kind, kv, ma] : cases) {
+        Open(kRadioRepro, kind);
+        draw(kKvWaveform, Waveform("0,80,81,0"));
+        EXPECT_EQ(draw(kMaWaveform, Waveform("0,80,81,0")), std::pair(kv, ma)) << kind;
+        // An empty waveform clears the pane of its type only.
+        EXPECT_EQ(draw(kMaWaveform, std::make_shared<CWaveform>()), std::pair(kv, false)) << kind;
+        EXPECT_FALSE(guide->Tabs()[1].waveform);
+        EXPECT_EQ(draw(kKvWaveform, nullptr), std::pair(false, false)) << kind;
     }
-    guide->DrawWaveform(std::make_shared<CWaveform>());
-    EXPECT_TRUE(guide->Tabs()[0].visible);
-    EXPECT_FALSE(guide->Tabs()[1].visible);
-    EXPECT_FALSE(guide->Tabs()[1].waveform);
-    guide->WaveformType(kKvWaveform);
-    guide->DrawWaveform(nullptr);
-    EXPECT_FALSE(guide->Tabs()[0].visible);
 }
 
 TEST_F(Form, TakesTheMasInputFromTheConfiguration) {
-    struct Case {
-        bool shunt, manual;
-        std::string_view textKey;
-    };
-    for (const Case& c :
-         {Case{true, false, text::kShunt}, {false, false, text::kClamp}, {true, true, text::kManual}}) {
+    for (const auto& [shunt, manual, textKey] :
+         {std::tuple{true, false, text::kShunt}, {false, false, text::kClamp}, {true, true, text::kManual}}) {
         Configure(kRadioRepro, kZrdAndMas, kZrdAndMas);
-        config->MASInput = c.shunt;
-        config->ManualSelectedInTestGuide = c.manual;
+        config->MASInput = shunt;
+        config->ManualSelectedInTestGuide = manual;
         Open();
-        EXPECT_EQ(config->TestGuideMASInput, c.textKey);
+        EXPECT_EQ(config->TestGuideMASInput, textKey);
     }
 }
 

@@ -16,11 +16,7 @@ std::string ReproRow(const std::string& kvp) {
 
 TEST_F(GuideTable, HidesTheColumnsThatTheChosenStandardDoesNotKnow) {
     Configure(kRadioRepro, kZrd, kNoDetector);
-    auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
-    for (const char* key : {"ER kVp Avg", "ER Exposure"})
-        standard->AddExpectedResult(std::make_shared<FakeLimit>(key, std::nullopt, 5.0F));
-    element->guideLimits->list->Add(standard);
-    pipe->selection->names = {{"Site", "1"}};
+    Select({Limit("ER kVp Avg", "5"), Limit("ER Exposure", "5")});
     Open();
     Texts shown;
     for (const ResultColumn& column : Table().Columns())
@@ -40,8 +36,7 @@ TEST_F(GuideTable, HidesTheColumnsThatTheChosenStandardDoesNotKnow) {
 
 TEST_F(GuideTable, ShowingAllColumnsOfBothInstrumentsAllowsTyping) {
     Configure(kRadioRepro, kZrdAndMas, kZrdAndMas);
-    element->guideLimits->list->Add(std::make_shared<NamedStandard>(StandardName{"Site", "1"}));
-    pipe->selection->names = {{"Site", "1"}};
+    Select({});
     Open();
     platform->onMenu = [](const auto&) { return guide_menu::kShowAll; };
     guide->OpenMenu();
@@ -106,11 +101,7 @@ TEST_F(GuideTable, ANarrowTableIsShownAsAWhole) {
 
 TEST_F(GuideTable, AClickedCellShowsItsLimits) {
     Configure(kRadioAccuracy, kZrd, kNoDetector);
-    auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
-    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER kVp Avg", 76.0F, 84.0F));
-    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER HVL", 2.3F, std::nullopt));
-    element->guideLimits->list->Add(standard);
-    pipe->selection->names = {{"Site", "1"}};
+    Select({Limit("ER kVp Avg", "84", "76"), Limit("ER HVL", "", "2.3")});
     Open();
     Expose(1, "0,80.1,81,80.5,12.3,123,100,3.1,0.1,0.1");
     Table().Press({1, 2});
@@ -125,11 +116,8 @@ TEST_F(GuideTable, NoLimitIsShownForAnErrorThatTheCriterionExcludes) {
     Configure(kRadioAccuracy, kZrd, kNoDetector);
     config->pNoOfExposures = 1;
     config->passFailCriterion = {"1"};
-    auto standard = std::make_shared<NamedStandard>(StandardName{"Site", "1"});
-    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER RA Percentage kVp Avg Error", -5.0F, 5.0F));
-    standard->AddExpectedResult(std::make_shared<FakeLimit>("ER RA Absolute kVp Avg Error", -4.0F, 4.0F));
-    element->guideLimits->list->Add(standard);
-    pipe->selection->names = {{"Site", "1"}};
+    Select({Limit("ER RA Percentage kVp Avg Error", "5", "-5"),
+            Limit("ER RA Absolute kVp Avg Error", "4", "-4")});
     Open();
     Expose(1, "0,80.1,81,80.5,12.3,123,100,3.1,0.1,7.9");
     Table().Press({1, 9});
@@ -155,6 +143,9 @@ TEST_F(GuideTable, AnImportMarkGoesIntoTheConfiguration) {
     EXPECT_EQ(config->GetValue(1, 1), "1");
     EXPECT_TRUE(Table().ToggleCheck({2, 1}));
     EXPECT_EQ(config->GetValue(1, 1), "0");
+    for (const auto& [exposure, column] : {std::pair<uint8_t, uint8_t>{0, 1}, {1, 0}, {1, 99}})
+        Table().events.CellEdited.Raise(exposure, column, "1");
+    EXPECT_EQ(config->importFlags, (Texts{"0", "0"})) << "no such cell";
 }
 
 TEST_F(GuideTable, MasValuesAreTypedOnlyWhileManualInputIsChosen) {
@@ -215,16 +206,10 @@ TEST_F(GuideTable, ATypedValueIsJudgedAnew) {
     EXPECT_EQ(Table().Rows()[0].cells[1].status, kFailed);
     Table().Edit({1, 2}, "205");
     EXPECT_EQ(guide->StatusShown(), kPassed);
-}
-
-TEST_F(GuideTable, NothingIsTypedWhileExposuresAreTaken) {
-    Open(kRadioAccuracy, kMasMeter, kMasMeter);
-    Expose(1, "0,200,20.1,,0.61", kSourceMas);
-    guide->PressButton(guide_button::kManual);
     element->Sequence()->gRunActive = true;
     Table().Edit({1, 2}, "210");
-    EXPECT_EQ(element->result->GetValue(0, 2), "200");
-    EXPECT_EQ(Table().Rows()[0].cells[1].text, "200 mA");
+    EXPECT_EQ(element->result->GetValue(0, 2), "205*") << "not while exposures are taken";
+    EXPECT_EQ(Table().Rows()[0].cells[1].text, "205* mA");
 }
 
 TEST_F(GuideTable, AnAdjacentMarkIsStoredAndJudged) {
@@ -287,13 +272,10 @@ TEST_F(GuideTable, TheRightButtonOpensTheMenuForTheRowBelowThePointer) {
     EXPECT_TRUE(openDuring);
     EXPECT_FALSE(openInRedo);
     EXPECT_FALSE(element->Sequence()->gMenuOpen);
-}
-
-TEST_F(GuideTable, TheMenuCountsAsOpenNoLongerWhenItFails) {
-    Open(kRadioRepro);
     platform->onMenu = [](const auto&) -> int32_t { throw std::runtime_error("no window"); };
     guide->OpenMenu();
     EXPECT_FALSE(element->Sequence()->gMenuOpen);
+    EXPECT_EQ(Events(), "") << "nothing was chosen";
 }
 
 TEST_F(GuideTable, ARedoThatBreaksOffUnlocksTheBar) {
@@ -311,7 +293,7 @@ TEST_F(GuideTable, ARedoThatBreaksOffUnlocksTheBar) {
 
 class SurveyElement : public FakeElement {
   public:
-    int32_t TestID() const override { return kMqsaSurvey; }
+    SurveyElement() { fakeTestId = kMqsaSurvey; }
     std::shared_ptr<IResultData> Result() const override { return survey; }
 
     std::shared_ptr<CResultMQSA> survey = std::make_shared<CResultMQSA>();
@@ -331,6 +313,8 @@ TEST_F(GuideTable, AnAnswerInTheSheetOfTheSurveyGoesToItsItem) {
     EXPECT_EQ(Events(), "ItemClicked1 ItemClicked1");
     guide->Table()->events.MQSAClick.Raise(49, 2);
     EXPECT_EQ(Events(), "") << "there are 49 items";
+    guide->Table()->events.MQSAHelpText.Raise("What the item asks");
+    EXPECT_EQ(guide->Details(), Texts{"What the item asks"});
 }
 
 }  // namespace

@@ -39,15 +39,32 @@ TEST_F(ElementBaseTest, TheFrameIsReadAndWritten) {
               "</TestElement>\n");
 }
 
-TEST_F(ElementBaseTest, AConfigurationNeedsItsBlock) {
-    const auto source = Source("<TestElement ID=\"4\"/>");
-    const auto element = CreateTestElement(kRadioRepro);
-    try {
-        element->Load(Root(*source), nullptr);
-        ADD_FAILURE();
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.Code(), kErrorForeignConfiguration);
+TEST_F(ElementBaseTest, AForeignElementIsRefused) {
+    const struct {
+        int32_t testId;
+        const char* xml;
+        uint32_t code;
+    } cases[] = {{kRadioRepro, "<TestElement ID=\"4\"/>", kErrorForeignConfiguration},
+                 {kGroupId, "<Result/>", kErrorNotAGroup}};
+    for (const auto& c : cases) {
+        const auto source = Source(c.xml);
+        const auto load = [&] { CreateTestElement(c.testId)->Load(Root(*source), nullptr); };
+        EXPECT_EQ(std::get<0>(test::FaultOf(load)), c.code);
     }
+    const auto unknown = Source("<TestElement PlugIn=\"ZRD47500\" TestID=\"1400\"/>");
+    EXPECT_THROW(LoadTestElement(Root(*unknown), nullptr), std::runtime_error);
+}
+
+TEST_F(ElementBaseTest, AnElementKnowsItsParentAndPlugIn) {
+    const auto group = CreateTestElement(kGroupId);
+    TestContainerBase base;
+    base.Initialize(group, kPlugInId, kGroupId);
+    EXPECT_EQ(base.Parent(), group);
+    const auto copy = base.Clone();
+    EXPECT_EQ(copy->PlugInID(), "ZRD47500");
+    EXPECT_EQ(copy->TestID(), kGroupId);
+    EXPECT_EQ(group->PlugInID(), "ZRD47500");
+    EXPECT_TRUE(group->QuerySetParent(nullptr));
 }
 
 TEST_F(ElementBaseTest, ACloneHasConfigurationAndLimitsButNoResultAndNoNumber) {

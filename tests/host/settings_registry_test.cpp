@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "foundation/file_error.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
 #include "host/host_fixture.h"
@@ -9,7 +10,7 @@
 namespace vorex::host_test {
 namespace {
 
-class SettingsRegistryTest : public HostTest {};
+using SettingsRegistryTest = HostTest;
 
 TEST_F(SettingsRegistryTest, ValuesAreFoundByPathAndNameWhateverTheCase) {
     Write("settings.ini",
@@ -22,12 +23,9 @@ TEST_F(SettingsRegistryTest, ValuesAreFoundByPathAndNameWhateverTheCase) {
     EXPECT_EQ(settings.ReadValue(setting::kPlugInPath, "None"), TaggedValue());
     EXPECT_EQ(settings.ValueCount(setting::kUninstallPath), 0);
     EXPECT_EQ(settings.DecimalSign(), ',');
-}
-
-TEST_F(SettingsRegistryTest, AMissingFileIsEmpty) {
-    const SettingsRegistry settings(folder / "none.ini");
-    EXPECT_EQ(settings.ValueCount(setting::kPlugInPath), 0);
-    EXPECT_EQ(settings.DecimalSign(), '.');
+    const SettingsRegistry missing(folder / "none.ini");
+    EXPECT_EQ(missing.ValueCount(setting::kPlugInPath), 0);
+    EXPECT_EQ(missing.DecimalSign(), '.');
 }
 
 TEST_F(SettingsRegistryTest, BrokenLinesAreSkippedAndReported) {
@@ -64,6 +62,8 @@ TEST_F(SettingsRegistryTest, TheHostReadsTheSettingsAndWritesTheLog) {
     EXPECT_EQ(Services().decimalSign, ',');
     LogDiagnostic("a cause");
     InstallServices({});
+    const ScopedEnvironment noFile("VOREX_LOG", folder.string());
+    EXPECT_THROW(MakeReferenceHost({}), FileError);
     EXPECT_EQ(Read("log.txt"), (folder / "settings.ini").string() + ":3: ignored: broken\na cause\n");
 }
 

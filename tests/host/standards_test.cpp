@@ -4,26 +4,14 @@
 
 #include "foundation/vocabulary.h"
 #include "host/host_fixture.h"
+#include "support/limits.h"
 
 namespace vorex::host_test {
 namespace {
 
-class StandardsTest : public HostTest {
-  protected:
-    static std::shared_ptr<ExpectedResult> Limit(std::string_view key, std::string_view high,
-                                                 std::string_view low, std::string_view expression = {}) {
-        auto limit = std::make_shared<ExpectedResult>();
-        limit->Setup(key, "", high, low);
-        limit->Expression(kHighSide, expression);
-        limit->Expression(kLowSide, expression);
-        return limit;
-    }
-    static Standard With(std::initializer_list<std::shared_ptr<ExpectedResult>> limits) {
-        Standard standard("Site", "1");
-        for (const auto& limit : limits) standard.AddExpectedResult(limit);
-        return standard;
-    }
-};
+using StandardsTest = HostTest;
+using test::Limit;
+using test::StandardOf;
 
 TEST_F(StandardsTest, EachExpressionGivesItsLimit) {
     struct Case {
@@ -73,26 +61,25 @@ TEST_F(StandardsTest, EachExpressionFailsBeyondItsLimitOnEitherSide) {
         const auto as = variation ? JudgedAs::kVariation : JudgedAs::kValue;
         const auto other = variation ? JudgedAs::kValue : JudgedAs::kVariation;
         const auto status = [&](const char* high, const char* low, float value, JudgedAs judged) {
-            return With({Limit("ER Exposure", high, low, c.expression)})
-                .Evaluate("ER Exposure", value, preset, judged);
+            return StandardOf("Site", {Limit("ER Exposure", high, low, c.expression)})
+                ->Evaluate("ER Exposure", value, preset, judged);
         };
         const float step = variation ? 0.001F : 0.01F;
-        for (const auto& [value, fails] :
-             {std::pair{c.atHigh - step, false}, {c.atHigh, false}, {c.atHigh + step, true}}) {
-            EXPECT_EQ(status(c.high, c.low, value, as) == kFailed, fails) << value;
-            EXPECT_EQ(status(c.high, "", value, as) == kFailed, fails) << value << ", no low side";
-            EXPECT_EQ(status("", c.low, value, as), 0) << value << ", no high side";
+        const struct {
+            float value;
+            bool aboveHigh, belowLow;
+        } values[] = {{c.atHigh + step, true, false},  {c.atHigh, false, false},
+                      {c.atHigh - step, false, false}, {c.atLow + step, false, false},
+                      {c.atLow, false, false},         {c.atLow - step, false, true}};
+        for (const auto& [value, above, below] : values) {
+            EXPECT_EQ(status(c.high, c.low, value, as) == kFailed, above || below) << value;
+            EXPECT_EQ(status(c.high, "", value, as) == kFailed, above) << value << ", no low side";
+            EXPECT_EQ(status("", c.low, value, as) == kFailed, below) << value << ", no high side";
             EXPECT_EQ(status(c.high, c.low, value, other), 0) << value << ", another quantity";
         }
-        for (const auto& [value, fails] :
-             {std::pair{c.atLow + step, false}, {c.atLow, false}, {c.atLow - step, true}}) {
-            EXPECT_EQ(status(c.high, c.low, value, as) == kFailed, fails) << value;
-            EXPECT_EQ(status("", c.low, value, as) == kFailed, fails) << value << ", no high side";
-            EXPECT_EQ(status(c.high, "", value, as), 0) << value << ", no low side";
-            EXPECT_EQ(status(c.high, c.low, value, other), 0) << value << ", another quantity";
-        }
-        EXPECT_EQ(
-            With({Limit("ER HVL", c.high, c.low, c.expression)}).Evaluate("ER Exposure", 1e6F, preset, as), 0)
+        EXPECT_EQ(StandardOf("Site", {Limit("ER HVL", c.high, c.low, c.expression)})
+                      ->Evaluate("ER Exposure", 1e6F, preset, as),
+                  0)
             << "no limit of that key";
     }
 }
@@ -109,10 +96,10 @@ TEST_F(StandardsTest, EveryLimitOfAKeyJudgesInEitherOrder) {
     for (const Case& c : cases)
         for (const int first : {0, 1}) {
             const auto limit = [&](int i) { return Limit("ER HVL", c.high[i], c.low[i]); };
-            const Standard standard = With({limit(first), limit(1 - first)});
-            EXPECT_EQ(standard.Evaluate("ER HVL", c.fails, {}, JudgedAs::kValue), kFailed)
+            const auto standard = StandardOf("Site", {limit(first), limit(1 - first)});
+            EXPECT_EQ(standard->Evaluate("ER HVL", c.fails, {}, JudgedAs::kValue), kFailed)
                 << c.fails << first;
-            EXPECT_EQ(standard.Evaluate("ER HVL", c.passes, {}, JudgedAs::kValue), 0) << c.passes << first;
+            EXPECT_EQ(standard->Evaluate("ER HVL", c.passes, {}, JudgedAs::kValue), 0) << c.passes << first;
         }
 }
 
@@ -150,12 +137,14 @@ TEST_F(StandardsTest, LimitsAndStandardsCanBeTakenOut) {
     standards.Remove("Other", "1");
     ASSERT_EQ(standards.Count(), 2);
     EXPECT_EQ(standards.Item(1)->Version(), "3");
-    Standard standard = With({Limit("ER HVL", "3", ""), Limit("ER mA", "5", ""), Limit("ER HVL", "9", "")});
-    standard.RemoveExpectedResults("ER HVL");
-    ASSERT_EQ(standard.Results().size(), 1U);
-    standard.Results()[0]->Key("ER mAs");
-    EXPECT_EQ(standard.Evaluate("ER mAs", 6, {}, JudgedAs::kValue), kFailed) << "it judges under its new key";
-    EXPECT_EQ(standard.Evaluate("ER mA", 6, {}, JudgedAs::kValue), 0);
+    const auto standard =
+        StandardOf("Site", {Limit("ER HVL", "3"), Limit("ER mA", "5"), Limit("ER HVL", "9")});
+    standard->RemoveExpectedResults("ER HVL");
+    ASSERT_EQ(standard->Results().size(), 1U);
+    standard->Results()[0]->Key("ER mAs");
+    EXPECT_EQ(standard->Evaluate("ER mAs", 6, {}, JudgedAs::kValue), kFailed)
+        << "it judges under its new key";
+    EXPECT_EQ(standard->Evaluate("ER mA", 6, {}, JudgedAs::kValue), 0);
 }
 
 TEST_F(StandardsTest, ACloneHasLimitsOfItsOwn) {

@@ -5,9 +5,7 @@
 namespace vorex {
 namespace {
 
-class DoseConversion : public test::LibraryTest {
-  protected:
-};
+using DoseConversion = test::LibraryTest;
 
 struct Reference {
     const char *target, *filter;

@@ -47,6 +47,8 @@ TEST_F(ResultMqsa, ItsMeasurementsAreItsItemsAndNoMore) {
     EXPECT_NE(survey->Measurement(0), nullptr);
     EXPECT_NE(survey->Measurement(survey->MeasurementCount() - 1), nullptr);
     for (const int32_t none : {-1, survey->MeasurementCount()}) EXPECT_EQ(survey->Measurement(none), nullptr);
+    EXPECT_EQ(survey->Measurement("PR2")->Key(), "PR2");
+    EXPECT_EQ(survey->Measurement("PR23"), nullptr);
 }
 
 TEST_F(ResultMqsa, SavedAndLoadedItIsTheSameButForTheTwoRowsThatAreCalculatedAnew) {
@@ -57,6 +59,12 @@ TEST_F(ResultMqsa, SavedAndLoadedItIsTheSameButForTheTwoRowsThatAreCalculatedAne
     SetSurveyText(*survey, "Unifomity.kVpSetting", "28");
     SetSurveyText(*survey, "ArtifactEvaluation(5,2)", "false");
     SetSurveyText(*survey, "ImageQuality(14,2)", "4.5");
+    SetSurveyText(*survey, "ImageQuality(1,1)", "2025-02-03");
+    SetSurveyText(*survey, "ImageQuality(1,2)", "2026-03-04");
+    EXPECT_EQ(survey->Record().previousFilmDate + Cell(GridId::kImageQuality, 1, 1), "2025-02-032025-02-03");
+    EXPECT_EQ(survey->Record().currentFilmDate + Cell(GridId::kImageQuality, 1, 2), "2026-03-042026-03-04");
+    EXPECT_FALSE(survey->HasDialog()) << "without a comment";
+    survey->Comment("of the operator");
     SetSurveyText(*survey, "Comment(3)", std::string(100000, 'x'));
     AnswerSurvey(*survey, "ALog14", "fail");
     survey->UpdateStatus(*element, nullptr);
@@ -67,6 +75,8 @@ TEST_F(ResultMqsa, SavedAndLoadedItIsTheSameButForTheTwoRowsThatAreCalculatedAne
     Load(first);
     EXPECT_EQ(Saved(), first);
     EXPECT_EQ(survey->MTIID(), 7);
+    EXPECT_EQ(survey->Comment(), "of the operator");
+    EXPECT_TRUE(survey->HasDialog());
     EXPECT_EQ(survey->Record().Field("GeneralInformation", "Site"), "North Clinic");
     EXPECT_EQ(Cell(GridId::kArtifacts, 5, 2), "False");
     EXPECT_EQ(survey->pSummPage1Fiber(), "4.5");
@@ -293,14 +303,20 @@ TEST_F(ResultMqsa, AConfigurationComesBackCellForCell) {
     config->Collimation(1, 1, "1,5");
     config->Artifact(0, 4, "extra");
     config->OverridePrintReport = false;
+    config->TestGuideConfig()->Buttons(kNaButtonBit);
+    const auto clone = config->Clone();
     auto document = std::make_shared<OutputDocument>();
     document->Top().AddChild(config->Save(document));
+    auto copied = std::make_shared<OutputDocument>();
+    copied->Top().AddChild(clone->Save(copied));
+    EXPECT_EQ(copied->Text(), document->Text());
     CConfigMQSA loaded;
     const test::XmlText text(document->Text());
     loaded.Load(text.Root(), nullptr);
     EXPECT_EQ(loaded.Collimation(1, 1), "1.5");
     EXPECT_EQ(loaded.Artifact(0, 4), "extra");
     EXPECT_FALSE(loaded.OverridePrintReport);
+    EXPECT_EQ(loaded.TestGuideConfig()->Buttons(), kNaButtonBit);
     EXPECT_THROW(loaded.Load(test::XmlText("<PlugInData PlugIn='Other'/>").Root(), nullptr), HostError);
 }
 

@@ -5,7 +5,15 @@
 namespace vorex {
 namespace {
 
-class SurveyCalculations : public test::SurveyTest {};
+using SurveyCalculations = test::SurveyTest;
+
+/// Cells of a row, joined by "|".
+std::string RowOf(const SurveyGrid& grid, int32_t row) {
+    std::string cells;
+    for (int32_t column = 0; column < grid.Columns(); ++column)
+        cells += (column == 0 ? "" : "|") + grid.At(row, column);
+    return cells;
+}
 
 TEST_F(SurveyCalculations, EdgesAreSummedAndGivenInPercentOfTheDistance) {
     struct Case {
@@ -41,8 +49,13 @@ TEST_F(SurveyCalculations, AReceptorDeviationKeepsItsSignAndANegativeDistanceCha
     SurveyGrid& light = survey->Record().Grid(GridId::kLightField);
     receptor.At(4, 3) = "-6.5";
     alignment.At(0, 2) = "5";
+    for (const int32_t column : {1, 5}) receptor.At(0, column) = "13";
+    for (const int32_t column : {1, 5}) light.At(2, column) = light.At(3, column) = "1";
     CalculateCollimation("650", light, receptor, alignment);
     EXPECT_EQ(receptor.At(5, 3), "-1%");
+    for (const int32_t column : {1, 5}) EXPECT_EQ(receptor.At(1, column), "2%") << column;
+    for (const int32_t column : {1, 5}) EXPECT_EQ(light.At(4, column), "2") << column;
+    EXPECT_EQ(receptor.At(1, 0), "% of SID (retain sign)");
     EXPECT_EQ(alignment.At(1, 2), "0.77%");  // 0.76923
     CalculateCollimation("-1", light, receptor, alignment);
     EXPECT_EQ(receptor.At(5, 3), "-1%");
@@ -60,25 +73,14 @@ TEST_F(SurveyCalculations, TrackingHasMeanMeasuredAndAllowedRange) {
     modes.At(5, 7) = "1.4";
     modes.At(6, 7) = "1.5";
     CalculateTracking(thickness, modes);
-    EXPECT_EQ(thickness.At(9, 0), " 1.54");  // 4.62 / 3
-    EXPECT_EQ(thickness.At(9, 1), " 1.54");
-    EXPECT_EQ(thickness.At(9, 2), "  1.50");  // of equal numbers the first
-    EXPECT_EQ(thickness.At(9, 4), " 1.62");
-    EXPECT_EQ(thickness.At(9, 5), "  1.24");
-    EXPECT_EQ(thickness.At(9, 7), " 1.84");
+    // 4.62 / 3; of equal numbers the first; the mean and 0.3 on either side.
+    EXPECT_EQ(RowOf(thickness, 9), " 1.54| 1.54|  1.50|To| 1.62|  1.24|To| 1.84");
     // The empty 8 cm exposure counts as 0: (4.62 + 4.2) / 7 = 1.26.
-    EXPECT_EQ(modes.At(10, 0), " 1.26");
-    EXPECT_EQ(modes.At(10, 2), "  1.3");
-    EXPECT_EQ(modes.At(10, 4), " 1.62");
-    EXPECT_EQ(modes.At(10, 5), "  0.96");
+    EXPECT_EQ(RowOf(modes, 10), " 1.26| 1.26|  1.3|To| 1.62|  0.96|To| 1.56");
     modes.At(5, 7).clear();
     thickness.At(4, 7).clear();
     CalculateTracking(thickness, modes);
-    for (const SurveyGrid* grid : {&thickness, &modes}) {
-        const int32_t row = grid == &thickness ? 9 : 10;
-        EXPECT_EQ(grid->At(row, 0), " ");
-        for (int32_t column : {2, 4, 5, 7}) EXPECT_EQ(grid->At(row, column), "") << column;
-    }
+    for (const std::string& row : {RowOf(thickness, 9), RowOf(modes, 10)}) EXPECT_EQ(row, " | ||To|||To|");
 }
 
 TEST_F(SurveyCalculations, DensityStepsAreRelativeToTheNormalStep) {

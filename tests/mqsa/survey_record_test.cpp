@@ -15,6 +15,11 @@ struct NewGrid {
 };
 
 // clang-format off
+constexpr const char* kCassettes =
+     "1,1-3  ;7,1-3  ;0,0 Cassette ID;0,1 Artifacts;0,2 mAs;0,3 Density;1,0 Control Cassette;"
+     "5,0-2 Mean of control cassette densities;"
+     "6,0-2 Standard deviation of control cassette densities;7,0 Other Cassettes;"
+     "31,0-2 Mean Density;32,0-2 Minimum Density;33,0-2 Maximum Density;34,0-2 Density Range";
 constexpr NewGrid kNewGrids[] = {
     {GridId::kEvaluation,
      "0,0 Compressed breast thickness;0,1-4 Fatty Breast;0,5-8 50% Fatty - 50% Dense Breast;"
@@ -59,16 +64,8 @@ constexpr NewGrid kNewGrids[] = {
      "5,0 Large Grid;6,0 Magnification/no grid;8,0-7 Overall AEC Performance;"
      "9,0-1 Mean Optical Density;9,2-4 Optical Density Range;"
      "9,5-7 Recommended Optical Density Range;10,3 To;10,6 To"},
-    {GridId::kSmallCassettes,
-     "1,1-3  ;7,1-3  ;0,0 Cassette ID;0,1 Artifacts;0,2 mAs;0,3 Density;1,0 Control Cassette;"
-     "5,0-2 Mean of control cassette densities;"
-     "6,0-2 Standard deviation of control cassette densities;7,0 Other Cassettes;"
-     "31,0-2 Mean Density;32,0-2 Minimum Density;33,0-2 Maximum Density;34,0-2 Density Range"},
-    {GridId::kLargeCassettes,
-     "1,1-3  ;7,1-3  ;0,0 Cassette ID;0,1 Artifacts;0,2 mAs;0,3 Density;1,0 Control Cassette;"
-     "5,0-2 Mean of control cassette densities;"
-     "6,0-2 Standard deviation of control cassette densities;7,0 Other Cassettes;"
-     "31,0-2 Mean Density;32,0-2 Minimum Density;33,0-2 Maximum Density;34,0-2 Density Range"},
+    {GridId::kSmallCassettes, kCassettes},
+    {GridId::kLargeCassettes, kCassettes},
     {GridId::kArtifacts,
      "5,1-5 0;8,1-5 0;11,1-5 0;0,0 Cassette;1,0 Emulsion orientation;"
      "2,0 Resultant film optical density;3,0 Artifacts visible (y/n);"
@@ -151,6 +148,9 @@ TEST_F(SurveyRecordTest, TheDatesOfANewSurveyAreTodayWithoutAForm) {
         EXPECT_EQ(survey->Record().Field(survey::kGeneralInformation, keys.year), "2026");
     }
     EXPECT_EQ(survey->Record().surveyDate, "2026-03-15");
+    for (const auto& [row, column] : {std::pair{-1, 0}, {0, -1}, {11, 0}, {0, 5}})
+        EXPECT_THROW(Cell(GridId::kViewbox, row, column), std::out_of_range) << row << "," << column;
+    EXPECT_THROW(survey->Record().Field("GeneralInformation", "Nothing"), std::out_of_range);
 }
 
 }  // namespace

@@ -5,7 +5,14 @@
 namespace vorex {
 namespace {
 
-class SurveyVerdict : public test::SurveyTest {};
+class SurveyVerdict : public test::SurveyTest {
+  protected:
+    /// An optical density of 1.5 at each thickness and in each mode.
+    void ExposeAll() {
+        for (const GridId grid : {GridId::kThickness, GridId::kImageMode})
+            for (int32_t row = 4; row <= 6; ++row) Cell(grid, row, 7) = "1.5";
+    }
+};
 
 TEST_F(SurveyVerdict, EachFigureDecidesAtJustBelowAndJustAboveIt) {
     struct Case {
@@ -66,10 +73,7 @@ TEST_F(SurveyVerdict, OnlyTheFirstColumnOfTheCollimationPageIsJudged) {
 
 TEST_F(SurveyVerdict, TrackingJudgesTheMqsaColumnOnlyAndAGapInItCountsAsZero) {
     EXPECT_EQ(Preliminary(3), "Pass/Pass");  // nothing was exposed
-    for (int32_t row = 4; row <= 6; ++row) {
-        Cell(GridId::kThickness, row, 7) = "1.5";
-        Cell(GridId::kImageMode, row, 7) = "1.5";
-    }
+    ExposeAll();
     Cell(GridId::kThickness, 7, 7) = "1.2";
     survey->GridChanged(GridId::kThickness);
     EXPECT_EQ(Preliminary(3), "Pass/Pass");
@@ -84,10 +88,7 @@ TEST_F(SurveyVerdict, TrackingJudgesTheMqsaColumnOnlyAndAGapInItCountsAsZero) {
 }
 
 TEST_F(SurveyVerdict, TheMeasuredRangeMustBeInTheAllowedOne) {
-    for (int32_t row = 4; row <= 6; ++row) {
-        Cell(GridId::kThickness, row, 7) = "1.5";
-        Cell(GridId::kImageMode, row, 7) = "1.5";
-    }
+    ExposeAll();
     const struct {
         int32_t column;
         const char *text, *verdict;

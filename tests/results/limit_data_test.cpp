@@ -5,23 +5,15 @@
 #include "foundation/host_error.h"
 #include "foundation/utilities.h"
 #include "guide/dialog_wrapper.h"
+#include "host/execution_pipe.h"
 #include "host/standards.h"
 #include "results/result_columns.h"
 #include "support/fake_control.h"
 #include "support/fake_element.h"
-#include "support/fake_standards.h"
 #include "support/library_test.h"
 
 namespace vorex {
 namespace {
-
-/// An element with a test and a configuration.
-class Owner : public test::FakeElement {
-  public:
-    int32_t TestID() const override { return config->pTestID; }
-    std::shared_ptr<IConfigData> Configuration() const override { return config; }
-    std::shared_ptr<CConfigCommon> config = std::make_shared<CConfigCommon>();
-};
 
 /// A limit editor that keeps its rows as "forms|unit|description|key".
 class View : public ILimitView, public test::FakeControl {
@@ -107,6 +99,7 @@ class LimitData : public test::LibraryTest {
     void TearDown() override { InstallClasses({}); }
 
     void Own(int32_t testId) {
+        owner->config = std::make_shared<CConfigCommon>();
         owner->config->DefaultValues(testId);
         owner->config->pNoOfExposures = 1;
         owner->config->pMeasurementExposure = kUnitR;
@@ -138,9 +131,9 @@ class LimitData : public test::LibraryTest {
         return names;
     }
 
-    std::shared_ptr<Owner> owner = std::make_shared<Owner>();
+    std::shared_ptr<test::ResultElement> owner = std::make_shared<test::ResultElement>();
     std::shared_ptr<CLimitData> limits = std::make_shared<CLimitData>();
-    test::FakeSelection selected;
+    SelectedStandards selected;
 };
 
 std::string Limit(const std::string& limitKey, const std::string& sides) {
@@ -273,19 +266,6 @@ TEST_F(LimitData, EveryRowOfATestJudgesAColumnOfIt) {
     EXPECT_THROW(limits->CreateTestLimits(standard, 800), std::logic_error);
 }
 
-TEST_F(LimitData, TheRateUnitFollowsUnitAndTimeBase) {
-    Own(kFluoroExposure);
-    const char* const kUnits[2][5] = {{"R/sec", "R/sec", "R/min", "R/hr", "R/pulse"},
-                                      {"mGy/sec", "mGy/sec", "mGy/min", "mGy/hr", "mGy/pulse"}};
-    for (int32_t unit = 1; unit <= 2; ++unit)
-        for (int32_t base = 0; base <= 4; ++base) {
-            owner->config->pMeasurementExposure = unit;
-            owner->config->pMeasurementExposureRateUnit = base;
-            const std::string row = Prepared(kFluoroExposure)[1 + kFirstRows.size()];
-            EXPECT_EQ(SplitText(row, '|')[1], kUnits[unit - 1][base]) << unit << " " << base;
-        }
-}
-
 TEST_F(LimitData, OldStandardsTakeThePresentUnit) {
     Own(kMammoAec);
     Load(Limit("ER Computed Average Glandular Dose", "") + Limit("ER HVL", ""));
@@ -396,7 +376,7 @@ TEST_F(LimitData, ANumberThatIsTypedIntoANewStandardJudges) {
         {300, "ER HVL", "HVL", "4", "2", "2", {"4.1", "1.9"}},
         {700, "ER Maxi. Exposure Rate1", "ER Maxi. Exposure Rate1", "10", "1", "10", {"10.1", "0.9"}},
     };
-    selected.names = {{"New", "1"}};
+    selected = SelectedStandards(std::vector<StandardName>{{"New", "1"}});
     for (const Row& row : rows) {
         SCOPED_TRACE(std::to_string(row.testId) + " " + row.limitKey);
         Own(row.testId);
@@ -412,7 +392,7 @@ TEST_F(LimitData, ANumberThatIsTypedIntoANewStandardJudges) {
 TEST_F(LimitData, OnlySelectedStandardsThatAreHereJudge) {
     Load(Limit("ER HVL", "<High Value=\"3\"/>"), Limit("ER HVL", "<High Value=\"5\"/>"));
     EXPECT_EQ(Failed("HVL", "9"), "") << "none is selected";
-    selected.names = {{"B", "1"}, {"A", "1"}, {"A", "2"}, {"C", "1"}};
+    selected = SelectedStandards({{"B", "1"}, {"A", "1"}, {"A", "2"}, {"C", "1"}});
     EXPECT_EQ(Failed("HVL", "9"), "BA") << "in the order of the selection";
     EXPECT_EQ(Failed("HVL", "4"), "A");
     EXPECT_EQ(Failed("HVL", "3"), "") << "equal passes";

@@ -1,8 +1,9 @@
 #include "results/measurement.h"
 
+#include "foundation/host_error.h"
 #include "foundation/vocabulary.h"
-#include "host/standards.h"
 #include "support/library_test.h"
+#include "support/limits.h"
 
 namespace vorex {
 namespace {
@@ -15,16 +16,10 @@ struct Sides {
     const char* expression = "Y";
 };
 
-std::shared_ptr<ExpectedResult> Limit(std::string_view limitKey, const Sides& sides) {
-    auto limit = std::make_shared<ExpectedResult>();
-    limit->Setup(limitKey, "", sides.high, sides.low);
-    for (const int32_t side : {kHighSide, kLowSide}) limit->Expression(side, sides.expression);
-    return limit;
-}
-
 Standard With(std::string_view limitKey, const std::vector<Sides>& limits) {
     Standard standard("Site", "1");
-    for (const Sides& sides : limits) standard.AddExpectedResult(Limit(limitKey, sides));
+    for (const auto& [high, low, expression] : limits)
+        standard.AddExpectedResult(test::Limit(limitKey, high, low, expression));
     return standard;
 }
 
@@ -92,6 +87,23 @@ TEST_F(Measurement, ALimitIsShownCalculatedOrAsItWasTypedWithItsUnit) {
         EXPECT_EQ(Shown(kvp, standard, kCalculatedValue | kWithUnit), c.calculated) << c.expression;
         EXPECT_EQ(Shown(kvp, standard, kWithUnit), c.typed) << c.expression;
     }
+}
+
+TEST_F(Measurement, AValueIsGivenAsItIsOrAsText) {
+    CMeasurement kvp = Measured("kVp Avg", "80.10", "81");
+    EXPECT_EQ(kvp.GetResultValue(0), TaggedValue(std::string("80.10")));
+    EXPECT_EQ(TextOf(kvp.GetResultValue(kAsText)), "80.1");
+    EXPECT_EQ(TextOf(kvp.GetResultValue(kAsText | kWithUnit)), "80.1 KV");
+    EXPECT_EQ(kvp.LimitKey() + "/" + kvp.Unit() + "/" + TextOf(kvp.PresetValue()), "kVp Avg/KV/81");
+    CMeasurement truth;
+    truth.Initialize("k", "", "", 3);
+    for (const auto& [value, shown] :
+         {std::pair{"true", "True"}, {"1", "True"}, {"-1", "True"}, {"0", "False"}, {"", "False"}}) {
+        truth.Value(std::string(value));
+        EXPECT_EQ(truth.GetDisplayText(), shown) << value;
+    }
+    for (const char* xml : {"<Value Key=\"HVL\"/>", "<Measurement/>"})
+        EXPECT_THROW(truth.Load(test::XmlText(xml).Root(), nullptr), HostError) << xml;
 }
 
 TEST_F(Measurement, AValueBeyondAnyLimitOfAStandardFailsIt) {

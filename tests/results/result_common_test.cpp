@@ -111,14 +111,12 @@ TEST_F(ResultStore, ReadersAnswerEmptyOutsideTheStoredRows) {
     std::vector<std::string> values = {"kept"};
     result->GetMeasurementColumn(2, values);
     EXPECT_EQ(values, std::vector<std::string>{"kept"});
-    for (uint8_t n = 1; n <= 2; ++n) {
-        Expose(n, "0,8" + std::to_string(n) + ",81,80,12,1,100,3");
+    for (uint8_t n = 1; n <= 2; ++n) Expose(n, "0,8" + std::to_string(n) + ",81,80,12,1,100,3");
+    for (const auto& [row, column, value] :
+         {std::tuple{0, 2, "81"}, {1, 2, "82"}, {2, 2, ""}, {0, 0, ""}, {0, 23, ""}}) {
+        EXPECT_EQ(result->GetValue(static_cast<uint8_t>(row), static_cast<uint8_t>(column)), value)
+            << row << column;
     }
-    EXPECT_EQ(result->GetValue(0, 2), "81");
-    EXPECT_EQ(result->GetValue(1, 2), "82");
-    EXPECT_EQ(result->GetValue(2, 2), "");
-    EXPECT_EQ(result->GetValue(0, 0), "");
-    EXPECT_EQ(result->GetValue(0, 23), "");
     EXPECT_EQ(result->GetMeasurementValue(0, 2), "");
     EXPECT_EQ(result->GetMeasurementValue(2, 2), "82");
     result->GetMeasurementColumn(2, values);
@@ -141,9 +139,18 @@ TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
     EXPECT_EQ(TextOf(result->Measurement(11)->value()), "22");
     EXPECT_EQ(result->Measurement(20), nullptr);
     EXPECT_EQ(result->Measurement(-1), nullptr);
+    EXPECT_EQ(result->Measurement(key::kHvl)->Key(), "HVL");
+    EXPECT_EQ(result->Measurement("mA"), nullptr);
 }
 
 TEST_F(ResultStore, StatisticsOfTheWholeTestAreListedOnceAfterTheirHeading) {
+    const auto listed = [&](const std::vector<std::pair<int32_t, const char*>>& items) {
+        for (const auto& [index, expected] : items) {
+            const auto item = result->Measurement(index);
+            const std::string value = item ? TextOf(item->value()) : "none";
+            EXPECT_EQ(value.find_first_of("+-") == 0 || !item ? value : item->Key(), expected) << index;
+        }
+    };
     Begin(kRadioRepro, kZrdAndMas);
     Expose(1, "0,80,81,80,12,1,100,3,80,81,80,12,1,100,3,0.1,0,0,0,0,0,0");
     Keep(2);
@@ -152,27 +159,22 @@ TEST_F(ResultStore, StatisticsOfTheWholeTestAreListedOnceAfterTheirHeading) {
     EXPECT_EQ(counts.calculated, 22);
     EXPECT_EQ(counts.row, 12);
     EXPECT_EQ(result->MeasurementCount(), 34 * 2 + 1);
-    EXPECT_EQ(TextOf(result->Measurement(0)->value()), "++Exposure #1++");
-    EXPECT_EQ(result->Measurement(1)->Key(), "kVp Avg");
-    EXPECT_EQ(TextOf(result->Measurement(12)->value()), "++Exposure #2++");
-    EXPECT_EQ(TextOf(result->Measurement(24)->value()), "--Calculations--");
-    EXPECT_EQ(result->Measurement(24)->Key(), "Import Waveform");
-    EXPECT_EQ(result->Measurement(25)->Key(), "ER Avg kVp Avg");
-    EXPECT_EQ(result->Measurement(46)->Key(), "ER CV DosemAs");
-    EXPECT_EQ(result->Measurement(47), nullptr);
-}
-
-TEST_F(ResultStore, HeadingsAreListedEvenIfAnInstrumentGivesNoStatistics) {
+    listed({{0, "++Exposure #1++"},
+            {1, "kVp Avg"},
+            {12, "++Exposure #2++"},
+            {24, "--Calculations--"},
+            {25, "ER Avg kVp Avg"},
+            {46, "ER CV DosemAs"},
+            {47, "none"}});
+    // The headings are there even if an instrument gives no statistics.
     Begin(kMammoAccRepro, kPelomark);
-    for (uint8_t n = 1; n <= 2; ++n) {
-        Expose(n, "0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
-    }
+    for (uint8_t n = 1; n <= 2; ++n) Expose(n, "0,5,7,22,760,1.01,300,0.2", kSourcePelomark);
     EXPECT_EQ(result->MeasurementCount(), 17);
-    EXPECT_EQ(TextOf(result->Measurement(0)->value()), "++Exposure #1++");
-    EXPECT_EQ(result->Measurement(1)->Key(), "Exposure");
-    EXPECT_EQ(TextOf(result->Measurement(8)->value()), "++Exposure #2++");
-    EXPECT_EQ(TextOf(result->Measurement(16)->value()), "--Calculations--");
-    EXPECT_EQ(result->Measurement(17), nullptr);
+    listed({{0, "++Exposure #1++"},
+            {1, "Exposure"},
+            {8, "++Exposure #2++"},
+            {16, "--Calculations--"},
+            {17, "none"}});
 }
 
 TEST_F(ResultStore, AResultHasADialogForWaveformsOrForAHostThatNamesTheViewer) {
@@ -234,6 +236,19 @@ TEST_F(ResultStore, TheFirstReadingOfARedoRemovesTheFormerWaveforms) {
     ASSERT_EQ(result->Superseded().size(), 1U);
     EXPECT_EQ(result->Superseded().front().kvWaveform->ValueCount(), 2);
     EXPECT_EQ(result->Superseded().front().maWaveform->ValueCount(), 2);
+    // A waveform that came without a reading belongs to an exposure that has none, and is dropped elsewhere.
+    const auto redo = [&](uint8_t number, const char* samples) {
+        result->BeginRedo(number);
+        result->ShowResultInTestguide(number - 1, true);
+        result->WaveformType = kMaWaveform;
+        result->StoreWaveForm(samples, number);
+        result->EndRedo();
+    };
+    redo(2, "5,5,5,5");
+    EXPECT_EQ(result->MaWaveform(2)->ValueCount(), 2);
+    result->StoreMissing(3);
+    redo(3, "5,5,5,5");
+    EXPECT_EQ(result->MaWaveform(3)->ValueCount(), 4);
 }
 
 TEST_F(ResultStore, AWaveformBelongsToTheExposureThatIsNamed) {
@@ -254,6 +269,14 @@ TEST_F(ResultStore, AWaveformBelongsToTheExposureThatIsNamed) {
     result->StoreWaveForm("9,9", 1);
     EXPECT_EQ(result->MaWaveform(1)->ValueCount(), 2);
     EXPECT_EQ(result->WaveformOfRow(2)->ValueCount(), 3);
+    for (const int32_t row : {0, 1, 2, -1}) result->SelectWaveform(row);
+    EXPECT_EQ(result->CurrentWaveformObject(), result->MaWaveform(2)) << "the last one that there is";
+    std::vector<std::string> lines;
+    HostServices services;
+    services.trace = [&](std::string_view line) { lines.emplace_back(line); };
+    InstallServices(services);
+    result->StoreWaveForm("1,2", 1);
+    EXPECT_EQ(lines.at(0), "3$StoreWaveForm$ - mAs Waveform :: 1,2");
 }
 
 TEST_F(ResultStore, TheLastColumnOfTest200DependsOnTheGeneratorSetup) {

@@ -1,3 +1,4 @@
+#include "foundation/host_error.h"
 #include "host/measurement_codec.h"
 #include "results/result_fixture.h"
 
@@ -86,6 +87,10 @@ TEST_F(ResultPersistence, AnOverRangeReadingThatWasStoredAsAPassFailsWhenItIsJud
         loaded->UpdateAllStatus(owner, &selected);
         EXPECT_EQ(loaded->Status(), kFailed) << mark;
     }
+}
+
+TEST_F(ResultPersistence, OnlyAResultIsLoaded) {
+    EXPECT_THROW(Loaded(kRadioRepro, "<Result/>"), HostError);
 }
 
 TEST_F(ResultPersistence, AModeKeepsItsCommas) {

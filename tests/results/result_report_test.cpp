@@ -1,7 +1,7 @@
 #include "host/execution_pipe.h"
-#include "host/standards.h"
 #include "results/limit_data.h"
 #include "results/result_fixture.h"
+#include "support/limits.h"
 #include "support/recording_report.h"
 
 namespace vorex {
@@ -55,12 +55,8 @@ class ResultReport : public test::ResultTest {
         return standard;
     }
     static void AddLimit(IStandard& standard, std::string_view limitKey, std::string_view high,
-                         std::string_view low, std::string_view expression = "Y") {
-        auto limit = std::make_shared<ExpectedResult>();
-        limit->Setup(limitKey, "", high, low);
-        limit->Expression(kHighSide, expression);
-        limit->Expression(kLowSide, expression);
-        standard.AddExpectedResult(limit);
+                         std::string_view low, std::string_view expression = {}) {
+        standard.AddExpectedResult(test::Limit(limitKey, high, low, expression));
     }
     void StoreWaveform(uint8_t type, const std::string& samples) {
         result->WaveformType = type;
@@ -210,7 +206,7 @@ TEST_F(ResultReport, RateModeOfThePelomarkPrintsNoDose) {
     EXPECT_EQ(Printed(), kHeading + "|Exposure 1;\n" + PelomarkRows(false));
 }
 
-TEST_F(ResultReport, ThereIsAPulseRateInPulsedFluoroscopyAndATimerErrorWithASetTime) {
+TEST_F(ResultReport, ThereIsAPulseRateInPulsedFluoroscopy) {
     Begin(kFluoroAccuracy, kZrd);
     config->pMeasurementFluoroType = kPulsed;
     result->Initialize(config);
@@ -220,14 +216,14 @@ TEST_F(ResultReport, ThereIsAPulseRateInPulsedFluoroscopyAndATimerErrorWithASetT
                           Row("Pulse Width", "", "7", "ms") + Row("HVL", "", "7", "mm Al")),
               std::string::npos)
         << pulsed;
-    Begin(kRadioAccuracy, kZrd);
-    config->pGeneratorSetup = kSetupMaTime;
-    config->pMeasurementTimeUnit = kPulses;
-    result->Initialize(config);
-    Expose(1);
-    const std::string timed = Printed();
-    EXPECT_TRUE(timed.ends_with(Row("%Timer Error", "", "7.0", "%"))) << timed;
-    EXPECT_NE(timed.find(Row("Exposure In Pulses", "", "7", "Pulses")), std::string::npos) << timed;
+}
+
+TEST_F(ResultReport, AnExposureWithoutAReadingSaysSo) {
+    Begin(kFluoroExposure, kZrd);
+    result->StoreMissing(1);
+    EXPECT_TRUE(Printed().starts_with(kHeading + "|Exposure 1;\n|" + Translate(text::kNoReading) + ";\n"))
+        << Printed();
+    EXPECT_EQ(Printed(kReportFailuresOnly), "");
 }
 
 TEST_F(ResultReport, WidthsFollowTheTextWidth) {

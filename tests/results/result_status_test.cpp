@@ -168,18 +168,14 @@ TEST_F(ResultStatus, AFailureInAnyRowOfTest900StaysInItsCells) {
     EXPECT_EQ(result->Status(), kNotApplicable);
 }
 
-TEST_F(ResultStatus, NotApplicableStoresNoRowAndClearsSevenCells) {
+TEST_F(ResultStatus, WithoutAnExposureAllRowsPassAndNotApplicableStoresNone) {
     Begin(kMammoRadiation, kZrd, 1);
-    EXPECT_EQ(result->UpdateStatus(owner, &selected, 1, true), kNoneOfSeven);
-    EXPECT_EQ(result->Status(), kNotApplicable);
-    EXPECT_TRUE(result->Rows().empty());
-}
-
-TEST_F(ResultStatus, JudgingAllRowsWithoutAnExposurePasses) {
-    Begin(kRadioRepro, kZrd, 1);
     EXPECT_EQ(result->Status(), kNotTested);
     result->UpdateAllStatus(owner, &selected);
     EXPECT_EQ(result->Status(), kPassed);
+    EXPECT_EQ(result->UpdateStatus(owner, &selected, 1, true), kNoneOfSeven);
+    EXPECT_EQ(result->Status(), kNotApplicable);
+    EXPECT_TRUE(result->Rows().empty());
 }
 
 TEST_F(ResultStatus, StoredColumnsKeepTheNumberTypeOnlyWhereTheyAreJudged) {

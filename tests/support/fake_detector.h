@@ -131,8 +131,8 @@ class FakeDetector : public IDetectorService {
 class FakeLink : public IDetectorLink {
   public:
     explicit FakeLink(std::shared_ptr<FakeInstruments> instruments) : mRoom(std::move(instruments)) {}
-    void Register() override {}
-    void Unregister() override {}
+    void Register() override { mRoom->Call("Register"); }
+    void Unregister() override { mRoom->Call("Unregister"); }
     void OpenLink() override {
         mRoom->Call("OpenLink");
         mRoom->linkOpen = mRoom->linkOpens;

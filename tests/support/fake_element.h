@@ -11,23 +11,11 @@
 #include "foundation/number_text.h"
 #include "foundation/sequence_state.h"
 #include "foundation/vocabulary.h"
+#include "host/standards.h"
 #include "results/result_columns.h"
+#include "results/result_common.h"
 
 namespace vorex::test {
-
-/// A standard of which only the existence matters.
-class FakeStandard : public IStandard {
-  public:
-    std::string Name() const override { return "Fake"; }
-    std::string Version() const override { return "1"; }
-    const ExpectedResults& Results() const override { return mResults; }
-    void AddExpectedResult(std::shared_ptr<IExpectedResult> limit) override { mResults.push_back(limit); }
-    void RemoveExpectedResults(std::string_view) override {}
-    int32_t Evaluate(std::string_view, float, const TaggedValue&, JudgedAs) const override { return 0; }
-
-  private:
-    ExpectedResults mResults;
-};
 
 /// Limits as a range per limit key; a variation row is judged under its key with " CV" after it.
 class FakeLimits : public ILimitData {
@@ -45,7 +33,7 @@ class FakeLimits : public ILimitData {
         if (range == ranges.end()) return {};
         const double value = NumberOf(measurement->value());
         if (value >= range->second.first && value <= range->second.second) return {};
-        return {std::make_shared<FakeStandard>()};
+        return {std::make_shared<Standard>("Site", "1")};
     }
     void AtMost(const std::string& limitKey, double high) {
         ranges[limitKey] = {-std::numeric_limits<double>::max(), high};
@@ -75,9 +63,10 @@ class FakeElement : public ITestElement {
   public:
     std::shared_ptr<FakeLimits> limits = std::make_shared<FakeLimits>();
     std::shared_ptr<IElementInfo> info;
+    int32_t fakeTestId = 0;
 
     std::string PlugInID() const override { return std::string(kPlugInId); }
-    int32_t TestID() const override { return 0; }
+    int32_t TestID() const override { return fakeTestId; }
     int32_t ID() const override { return 1; }
     void ID(int32_t) override {}
     std::shared_ptr<ITestElement> Parent() const override { return nullptr; }
@@ -104,6 +93,17 @@ class FakeElement : public ITestElement {
 
   private:
     std::shared_ptr<SequenceState> mSequence = std::make_shared<SequenceState>();
+};
+
+/// An element with a configuration and a result, which may be missing.
+class ResultElement : public FakeElement {
+  public:
+    int32_t TestID() const override { return config ? config->pTestID : fakeTestId; }
+    std::shared_ptr<IConfigData> Configuration() const override { return config; }
+    std::shared_ptr<IResultData> Result() const override { return result; }
+
+    std::shared_ptr<CConfigCommon> config;
+    std::shared_ptr<CResultCommon> result;
 };
 
 }  // namespace vorex::test

@@ -5,12 +5,14 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "files/element_document.h"
 #include "files/element_output.h"
 #include "foundation/host_contract.h"
+#include "foundation/host_error.h"
 #include "foundation/host_services.h"
 #include "foundation/utilities.h"
 
@@ -78,8 +80,10 @@ class FakeSettings : public ISettingsRegistry {
 class FakeTexts : public ITextService {
   public:
     std::map<std::string, std::string, std::less<>> words;
+    mutable int count = 0;  ///< of the texts that were asked for
 
     std::string Translate(std::string_view section, std::string_view key, TextArguments args) const override {
+        ++count;
         if (section != kPlugInId) return "wrong section";
         const auto found = words.find(key);
         return found == words.end() ? DefaultText(key, args) : FillPlaceholders(found->second, args);
@@ -92,6 +96,18 @@ class FullDocument : public IXmlDocument {
   public:
     std::shared_ptr<IXmlElement> CreateElement(std::string_view) override { return nullptr; }
 };
+
+/// What a call raises to the host: code, source and severity; a call that raises nothing gives 0.
+using HostFault = std::tuple<uint32_t, std::string, int32_t>;
+template <typename Call>
+HostFault FaultOf(Call&& call) {
+    try {
+        call();
+    } catch (const HostError& error) {
+        return {error.Code(), error.Source(), error.Severity()};
+    }
+    return {};
+}
 
 /// The element of a text, and the document that keeps it.
 class XmlText {

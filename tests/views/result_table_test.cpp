@@ -8,25 +8,6 @@
 namespace vorex::test {
 namespace {
 
-class ResultElement : public FakeElement {
-  public:
-    int32_t TestID() const override { return config->pTestID; }
-    std::shared_ptr<IResultData> Result() const override { return result; }
-    std::shared_ptr<CConfigCommon> config = std::make_shared<CConfigCommon>();
-    std::shared_ptr<CResultCommon> result = std::make_shared<CResultCommon>();
-};
-
-/// Translates every key to its default text in capitals, and counts.
-class CountingTexts : public ITextService {
-  public:
-    std::string Translate(std::string_view, std::string_view key, TextArguments args) const override {
-        ++count;
-        return DefaultText(key, args);
-    }
-    std::string ServiceRecordText(int32_t, bool) const override { return {}; }
-    mutable int count = 0;
-};
-
 class ResultTableTest : public LibraryTest {
   protected:
     ResultTableTest() {
@@ -36,6 +17,8 @@ class ResultTableTest : public LibraryTest {
     }
 
     void Make(int32_t test, int32_t kind, std::initializer_list<std::string_view> keys) {
+        element->config = std::make_shared<CConfigCommon>();
+        element->result = std::make_shared<CResultCommon>();
         element->config->pTestID = test;
         element->config->DetectorName = kind;
         element->config->pMeasurementMode = kRadio;
@@ -56,7 +39,7 @@ class ResultTableTest : public LibraryTest {
             .cells.at(static_cast<std::size_t>(column - 1));
     }
 
-    std::shared_ptr<CountingTexts> texts = std::make_shared<CountingTexts>();
+    std::shared_ptr<FakeTexts> texts = std::make_shared<FakeTexts>();
     std::shared_ptr<ResultElement> element = std::make_shared<ResultElement>();
     XResultFlxGrid table;
 };
@@ -78,21 +61,20 @@ TEST_F(ResultTableTest, ShowsValuesWithOneOrTwoDecimalsAndTheUnit) {
         table.UpdateTestResult(true, 1);
         EXPECT_EQ(Cell(1, 2).text, c.shown) << '"' << c.reading << '"';
     }
-}
-
-TEST_F(ResultTableTest, ShowsReadingsOfTheDosimeterWithAllTheirDigits) {
-    struct Case {
-        const char *reading, *shown;
-    };
+    // Readings of the dosimeter have all their digits.
+    table.RemoveColumns();
+    EXPECT_EQ(table.NoOfColumnHeaders(), 0);
+    EXPECT_EQ(table.pNoOfExposures(), 1) << "the rows stay";
     Make(kRadioAccuracy, kPelomark, {key::kImportWaveform, key::kErExposure, key::kTemperature});
-    for (const Case& c : {Case{"0.00125", "0.00125 R"},
-                          {"12", "12 R"},
-                          {"12.50", "12.5 R"},
-                          {"12.0", "12 R"},
-                          {"OL", "OL"}}) {
-        Store(1, std::string("0,") + c.reading + ",1,22.10,760,1,300,0.1", kSourcePelomark);
+    EXPECT_EQ(table.Rows()[0].cells.size(), 3U);
+    for (const auto& [reading, shown] : {std::pair{"0.00125", "0.00125 R"},
+                                         {"12", "12 R"},
+                                         {"12.50", "12.5 R"},
+                                         {"12.0", "12 R"},
+                                         {"OL", "OL"}}) {
+        Store(1, std::string("0,") + reading + ",1,22.10,760,1,300,0.1", kSourcePelomark);
         table.UpdateTestResult(true, 1);
-        EXPECT_EQ(Cell(1, 2).text, c.shown);
+        EXPECT_EQ(Cell(1, 2).text, shown);
     }
     EXPECT_EQ(Cell(1, 3).text, "22.1 °C");
 }
@@ -146,11 +128,9 @@ TEST_F(ResultTableTest, AnExposureRefreshesItsOwnRowWithoutTranslatingAgain) {
 TEST_F(ResultTableTest, MarksFollowTheStatusUnlessTheyAreToStay) {
     Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg});
     element->limits->AtMost("ER kVp Avg", 79);
-    FakeElement& owner = *element;
     const NoSelection selection;
-    element->result->StoreResult(RowInOrder(*element->result, "0,80,81,82,10,100,10,3,0.0,0.0", kSourceZrd),
-                                 kSourceZrd);
-    element->result->UpdateStatus(owner, &selection, 1);
+    Store(1, "0,80,81,82,10,100,10,3,0.0,0.0");
+    element->result->UpdateStatus(*element, &selection, 1);
     table.UpdateTestResult(false, 1);
     EXPECT_EQ(Cell(1, 2).status, kNotTested);
     table.UpdateTestResult(true, 1);
@@ -171,15 +151,12 @@ TEST_F(ResultTableTest, Test100HasItsStatisticsBelowTheExposures) {
     EXPECT_EQ(table.Statistics()[1].cells[2].text, "0.2");
     table.Clear();
     EXPECT_EQ(table.Statistics()[0].cells[1].text, "");
-}
-
-TEST_F(ResultTableTest, OnlyTheGridOfTest100HasStatistics) {
-    Make(kRadioLinearity, kZrd, {key::kImportWaveform});
-    EXPECT_TRUE(table.Statistics().empty());
+    // No other test and no other view has them.
     XResultListView list;
-    element->config->pTestID = kRadioRepro;
     list.Initialize(true, element);
     EXPECT_TRUE(list.Statistics().empty());
+    Make(kRadioLinearity, kZrd, {});
+    EXPECT_TRUE(table.Statistics().empty());
 }
 
 TEST_F(ResultTableTest, StatisticsOfAWholeTestAreInEveryRow) {
@@ -221,17 +198,13 @@ TEST_F(ResultTableTest, ColumnsTakeSettingsAndGiveThemBack) {
     table.SetColumnSettings(3, {"x"}, false);
     table.GetColumnSettings(0, values);
     EXPECT_EQ(values.size(), 3U);
-}
-
-TEST_F(ResultTableTest, CellsAreReachedByRowFromZeroAndColumnFromOne) {
-    Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kMode});
-    table.pNoOfExposures(1);
+    // Single cells are counted by row from 0 and column from 1.
     table.SetValue(0, 2, "typed");
     EXPECT_EQ(table.GetValue(0, 2), "typed");
-    table.SetValue(1, 2, "beyond");
-    table.SetValue(0, 3, "beyond");
-    EXPECT_EQ(table.GetValue(1, 2), "");
-    EXPECT_EQ(table.GetValue(0, 0), "");
+    for (const auto& [row, column] : {std::pair<uint8_t, uint8_t>{3, 2}, {0, 3}, {0, 0}}) {
+        table.SetValue(row, column, "beyond");
+        EXPECT_EQ(table.GetValue(row, column), "");
+    }
 }
 
 TEST_F(ResultTableTest, HidesAndShowsTheNamedColumns) {
@@ -242,17 +215,6 @@ TEST_F(ResultTableTest, HidesAndShowsTheNamedColumns) {
     table.DisplayAllColumns(true, "3");
     EXPECT_TRUE(table.Columns()[1].hidden);
     EXPECT_FALSE(table.Columns()[2].hidden);
-}
-
-TEST_F(ResultTableTest, RemovingColumnsKeepsTheRows) {
-    Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg});
-    table.pNoOfExposures(2);
-    table.RemoveColumns();
-    EXPECT_EQ(table.NoOfColumnHeaders(), 0);
-    EXPECT_EQ(table.pNoOfExposures(), 2);
-    table.AddColumnHeader(key::kErHvl, text::kHvl, 100);
-    EXPECT_EQ(table.Columns()[0].caption, "HVL");
-    EXPECT_EQ(table.Rows()[1].cells.size(), 1U);
 }
 
 TEST_F(ResultTableTest, PressesOutsideTheCellsAreIgnored) {
@@ -304,11 +266,13 @@ TEST_F(ResultTableTest, IsAControlThatTakesAnElementAndCanBeLocked) {
     control.Initialize(std::shared_ptr<IResultData>(element->result));
     EXPECT_TRUE(table.Statistics().empty()) << "a result is no element";
     control.Initialize(std::shared_ptr<ITestElement>(element));
-    EXPECT_EQ(table.Statistics().size(), 2U) << "the mean and the coefficient of variation of test 100";
+    ASSERT_EQ(table.Statistics().size(), 2U) << "the mean and the coefficient of variation of test 100";
+    EXPECT_EQ(table.Statistics()[1].cells.size(), 2U) << "a cell for each column that there was";
     table.pNoOfExposures(1);
     const auto callback = std::make_shared<CountingCallback>();
     control.CallBack(callback);
     control.Locked(true);
+    EXPECT_TRUE(control.Locked() && control.CallBack() == callback);
     EXPECT_FALSE(table.ToggleCheck({1, 1}));
     EXPECT_EQ(callback->heard, "");
     control.Locked(false);

@@ -1,6 +1,5 @@
 #include "waveforms/waveform.h"
 
-#include "foundation/host_error.h"
 #include "support/library_test.h"
 
 namespace vorex {
@@ -95,9 +94,8 @@ TEST_F(Waveforms, ALoneSampleIsSavedAndDoesNotComeBack) {
     CWaveform loaded;
     CountingLog log;
     loaded.Load(element, &log);
-    EXPECT_EQ(loaded.ValueCount(), 0);
-    EXPECT_FALSE(loaded.IncludeInReport()) << "the object stays empty";
-    EXPECT_EQ(loaded.Resolution(), 1.0F);
+    EXPECT_EQ(test::Listed(*loaded.Save(document)), "PrintWaveform=False;WaveformResolution=0")
+        << "it stays empty";
     EXPECT_EQ(log.seen, "Waveform ");
 }
 
@@ -116,13 +114,10 @@ TEST_F(Waveforms, AMissingChildLeavesItsField) {
 }
 
 TEST_F(Waveforms, ADocumentThatMakesNoElementIsAnError) {
-    try {
-        waveform.Save(std::make_shared<test::FullDocument>());
-        FAIL() << "nothing was raised";
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.Code(), 0x8004A3ECU);
-        EXPECT_EQ(error.Source(), "VorexZRD47500Test.CWaveForm");
-    }
+    const auto [code, source, severity] =
+        test::FaultOf([&] { waveform.Save(std::make_shared<test::FullDocument>()); });
+    EXPECT_EQ(code, 0x8004A3ECU);
+    EXPECT_EQ(source, "VorexZRD47500Test.CWaveForm");
 }
 
 TEST_F(Waveforms, TheTraceShowsTheFirstFiveHundredCharacters) {
