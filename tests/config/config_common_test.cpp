@@ -1,6 +1,7 @@
 #include "config/config_common.h"
 
 #include "config/config_fixture.h"
+#include "support/distinct_config.h"
 
 namespace vorex {
 namespace {
@@ -140,50 +141,35 @@ TEST_F(ConfigCommon, StoringAColumnEmptiesTheFlagsUnlessItIsTheirs) {
     EXPECT_EQ(config->importFlags, Texts(3));
     config->SetArrayData(2, {"70"});
     EXPECT_EQ(config->machineKv, (Texts{"70", "", ""})) << "a short input fills what it has";
-}
-
-TEST_F(ConfigCommon, TheMasColumnIsStoredWhereTheGeneratorSetupSays) {
-    const auto config = New(300);
-    config->SetArrayData(4, {"5", "6"});
-    config->pGeneratorSetup = kSetupMaTime;
-    config->SetArrayData(4, {"50", "60"});
-    EXPECT_EQ(config->machineMas, (Texts{"5", "6"}));
-    EXPECT_EQ(config->machineMa, (Texts{"50", "60"}));
-}
-
-TEST_F(ConfigCommon, ThreeColumnsCanBeResizedThatAreNotOnTheScreen) {
-    const auto config = New(200);
-    config->pNoOfExposures = 3;
-    config->ReDimArrayData(1, {"1", "2", "3"});
-    config->ReDimArrayData(2, {"4", "5", "6"});
-    config->ReDimArrayData(3, {"7", "8", "9"});
-    config->ReDimArrayData(0, {"x", "x", "x"});
-    config->ReDimArrayData(4, {"x", "x", "x"});
-    EXPECT_EQ(config->machineMa, (Texts{"1", "2", "3"}));
-    EXPECT_EQ(config->machineMas, (Texts{"4", "5", "6"}));
-    EXPECT_EQ(config->machineTime, (Texts{"7", "8", "9"}));
-    EXPECT_EQ(config->machineKv, Texts{"80"});
+    // The mAs column is stored where the generator setup says.
+    const auto linearity = New(300);
+    linearity->SetArrayData(4, {"5", "6"});
+    linearity->pGeneratorSetup = kSetupMaTime;
+    linearity->SetArrayData(4, {"50", "60"});
+    EXPECT_EQ(linearity->machineMas, (Texts{"5", "6"}));
+    EXPECT_EQ(linearity->machineMa, (Texts{"50", "60"}));
+    // Three columns that are not on the screen have numbers of their own.
+    for (const uint8_t column : {0, 1, 2, 3, 4})
+        linearity->ReDimArrayData(column, {std::to_string(column), "x"});
+    EXPECT_EQ((Texts{linearity->machineMa[0], linearity->machineMas[0], linearity->machineTime[0]}),
+              (Texts{"1", "2", "3"}));
+    EXPECT_EQ(linearity->focalSpot[0], "1") << "no other column";
 }
 
 TEST_F(ConfigCommon, TheVariationOfTheSetMasIsARatioInTwoDecimals) {
-    struct Row {
-        Texts mas;
-        uint8_t exposures;
-        const char* variation;
-    };
-    const Row kRows[] = {{{"10", "10"}, 2, "0.0"},
-                         {{"10", "12"}, 2, "0.13"},           // 1.41421 / 11
-                         {{"9,5", "10", "10.5"}, 3, "0.05"},  // 0.5 / 10
-                         {{"10"}, 1, ""},
-                         {{"10", "OL"}, 2, ""},
-                         {{"ul", "10"}, 2, ""},
-                         {{"0", "0"}, 2, ""},
-                         {{"-1", "0.5"}, 2, ""}};
-    for (const Row& row : kRows) {
+    const std::tuple<Texts, uint8_t, const char*> kRows[] = {{{"10", "10"}, 2, "0.0"},
+                                                             {{"10", "12"}, 2, "0.13"},  // 1.41421 / 11
+                                                             {{"9,5", "10", "10.5"}, 3, "0.05"},  // 0.5 / 10
+                                                             {{"10"}, 1, ""},
+                                                             {{"10", "OL"}, 2, ""},
+                                                             {{"ul", "10"}, 2, ""},
+                                                             {{"0", "0"}, 2, ""},
+                                                             {{"-1", "0.5"}, 2, ""}};
+    for (const auto& [mas, exposures, variation] : kRows) {
         CConfigCommon config;
-        config.machineMas = row.mas;
-        config.pNoOfExposures = row.exposures;
-        EXPECT_EQ(config.GetmASCV(), row.variation) << row.mas.front();
+        config.machineMas = mas;
+        config.pNoOfExposures = exposures;
+        EXPECT_EQ(config.GetmASCV(), variation) << mas.front();
     }
 }
 
@@ -220,21 +206,15 @@ TEST_F(ConfigCommon, WhatTheStoreDoesNotHoldBecomesTheFirstChoiceOrStays) {
     for (const char* unusable : {"", "0", "9", "-1", "word"}) {
         for (const char* name : {"DoseUnit", "DoseRateUnit", "FluoroType", "TimeUnit"})
             settings->Set(name, std::string(unusable));
-        const auto source = New(500);
-        source->pMeasurementExposure = source->pMeasurementExposureRateUnit = 2;
-        source->pMeasurementPercentKV = 50;
-        source->pMeasurementDelay = 7;
-        source->pMeasurementIncludeDelay = true;
+        const auto source = test::DistinctConfig(500);
         source->pSDDUnit = kCentimeter;
         source->Clone();
-        EXPECT_EQ(source->pMeasurementExposure, 1) << unusable;
-        EXPECT_EQ(source->pMeasurementExposureRateUnit, 1) << unusable;
-        EXPECT_EQ(source->pMeasurementFluoroType, 1) << unusable;
-        EXPECT_EQ(source->pMeasurementTimeUnit, 1) << unusable;
-        EXPECT_EQ(source->pMeasurementPercentKV, 50);
-        EXPECT_EQ(source->pMeasurementDelay, 7);
-        EXPECT_TRUE(source->pMeasurementIncludeDelay);
-        EXPECT_EQ(source->pSDDUnit, kCentimeter);
+        const std::string saved = test::Listed(*source->Save(document));
+        EXPECT_NE(saved.find("MeasurementExposure=1;MeasurementExposureRateUnit=1;MeasurementFluoroType=1;"
+                             "MeasurementTimeUnit=1;MeasurementPercentKV=76;MeasurementDelay=-120;"
+                             "MeasurementIncludeDelay=1;SDDUnit=1;"),
+                  std::string::npos)
+            << unusable << ": " << saved;
     }
 }
 

@@ -31,12 +31,8 @@ const std::string kRest =
     "TestGuideSettings=";
 
 TEST_F(ConfigPersistence, ANewTestIsWrittenKeyByKeyInThisOrder) {
-    struct Block {
-        int32_t testId;
-        std::string table, measurement, settings;
-    };
     // clang-format off
-    const Block kBlocks[] = {
+    const std::tuple<int32_t, std::string, std::string, std::string> kBlocks[] = {
         {100, "2;NumberOfExposures0=0;NumberOfExposures1=0;", kMeasurement,
          "GeneratorSetup=1;MachineKV=80;MachinemA=200;MachinemAs=10;MachineTime=100;SDDUnit=2;SDDValue=26;"
          "FocalSpotSize=1;"},
@@ -60,10 +56,10 @@ TEST_F(ConfigPersistence, ANewTestIsWrittenKeyByKeyInThisOrder) {
          kMammoMeasurement, "MachineKV=28;Anode=Mo;MachineTime=100;Filter=Mo;SDD=26;"},
     };
     // clang-format on
-    for (const Block& block : kBlocks)
-        EXPECT_EQ(Save(*New(block.testId)), "DetectorName=1;NumberOfExposures=" + block.table +
-                                                block.measurement + block.settings + kRest)
-            << block.testId;
+    for (const auto& [testId, table, measurement, machine] : kBlocks)
+        EXPECT_EQ(Save(*New(testId)),
+                  "DetectorName=1;NumberOfExposures=" + table + measurement + machine + kRest)
+            << testId;
     const auto element = New(100)->Save(document);
     EXPECT_EQ(element->Name(), "PlugInData");
     EXPECT_EQ(element->GetAttribute("PlugIn"), "ZRD47500");
@@ -148,27 +144,19 @@ TEST_F(ConfigPersistence, ACodeThatNoChoiceHasStaysUntilTheSettingChanges) {
 }
 
 TEST_F(ConfigPersistence, AnAbsentChoiceIsItsFirstAndAnAbsentValueStays) {
-    auto config = New(100);
+    const auto config = test::DistinctConfig(100, kSetupMaTime);
     config->pSDDUnit = kCentimeter;
     config->pFocalSpotSize = kSmallSpot;
-    config->pGeneratorSetup = kSetupMaTime;
     config->pMeasurementMode = kFluoro;
-    config->pMeasurementIncludeDelay = true;
-    config->pMachineKV = 70;
-    config->PKMode = 2;
-    config->AirDensityCorrection = false;
     config->DetectorName = 3;
     config->Load(test::XmlText("<PlugInData PlugIn=\"ZRD47500\"/>").Root(), nullptr);
-    EXPECT_EQ(config->pSDDUnit, kInch);
-    EXPECT_EQ(config->pFocalSpotSize, kLargeSpot);
-    EXPECT_EQ(config->pGeneratorSetup, kSetupMas);
-    EXPECT_EQ(config->pMeasurementMode, 1);
-    EXPECT_FALSE(config->pMeasurementIncludeDelay);
-    EXPECT_EQ(config->pMachineKV, 70.0F);
-    EXPECT_EQ(config->PKMode, 2);
-    EXPECT_FALSE(config->AirDensityCorrection);
-    EXPECT_EQ(config->DetectorName, 3);
-    EXPECT_EQ(config->pNoOfExposures, 0);
+    EXPECT_EQ((std::vector<int32_t>{config->pSDDUnit, config->pFocalSpotSize, config->pGeneratorSetup,
+                                    config->pMeasurementMode, config->pMeasurementIncludeDelay}),
+              (std::vector<int32_t>{kInch, kLargeSpot, kSetupMas, 1, 0}));
+    EXPECT_EQ(config->pMachineKV, 81.0F);
+    EXPECT_EQ((std::vector<int32_t>{config->PKMode, config->AirDensityCorrection, config->DetectorName,
+                                    config->pNoOfExposures}),
+              (std::vector<int32_t>{2, 0, 3, 0}));
     EXPECT_EQ(config->importFlags.size(), 2U) << "without a count the arrays keep their size";
 }
 

@@ -88,15 +88,11 @@ TEST_F(ConfigReport, TheAecTestPrintsWhatWasTypedAndNoUnitWithoutANumber) {
 }
 
 TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsArePrinted) {
-    struct Case {
-        int32_t mode, settings;
-        std::string rows;
-    };
     const std::string unit = V("Exposure Unit", "Gy");
     const std::string rate = V("Exposure Rate Unit", "Gy/Pulse");
     const std::string byHand =
         V("Time Units", "Pulses") + V("%KV", "76") + V("Delay", "-120") + V("Include Delay", "True");
-    const Case cases[] = {
+    const std::tuple<int32_t, int32_t, std::string> cases[] = {
         {kRadio, 1, V("Detector Mode", "RADIO") + V("Detector Settings", "AUTO") + unit},
         {kMammo, 2, V("Detector Mode", "MAMMO") + V("Detector Settings", "MANUAL") + unit + byHand},
         {kDental, 3, V("Detector Mode", "DENTAL") + V("Detector Settings", "DEFAULT") + unit + byHand},
@@ -105,20 +101,20 @@ TEST_F(ConfigReport, ModeAndSettingsDecideWhichDetectorRowsArePrinted) {
          V("Detector Mode", "FLUORO") + V("Detector Settings", "MANUAL") + unit + rate +
              V("Fluoro Type", "Pulsed")},
     };
-    for (const Case& c : cases) {
+    for (const auto& [mode, setting, rows] : cases) {
         for (const std::string targetFilter : {"  ", "Mo/Rh"}) {
             const auto config = Config(kRadioAccuracy, kZrd);
-            config->pMeasurementMode = c.mode;
-            config->pMeasurementSettings = c.settings;
+            config->pMeasurementMode = mode;
+            config->pMeasurementSettings = setting;
             config->pMeasurementExposure = kUnitGy;
             config->pTargetFilterName = targetFilter;
             config->pSDDValue = 100;
             config->pSDDUnit = kCentimeter;
             const std::string line = targetFilter == "Mo/Rh" ? V("Target/Filter", "Mo/Rh") : "";
-            EXPECT_EQ(Printed(*config), "style 7\n" + kFormat + kHead + H("Measurement Settings") + c.rows +
+            EXPECT_EQ(Printed(*config), "style 7\n" + kFormat + kHead + H("Measurement Settings") + rows +
                                             line + H("Machine Settings") + V("SDD", "100 Centimeters") +
                                             V("Generator Setup", "mAs"))
-                << c.mode << " " << c.settings;
+                << mode << " " << setting;
         }
     }
 }
@@ -169,11 +165,7 @@ TEST_F(ConfigReport, TheMasMeterAloneAndAConfigurationKeptOutPrintNothing) {
 }
 
 TEST_F(ConfigReport, EachTestPrintsItsPlannedExposures) {
-    struct Case {
-        int32_t test, setup;
-        std::string expected;
-    };
-    const Case cases[] = {
+    const std::tuple<int32_t, int32_t, std::string> cases[] = {
         {kFluoroExposure, kSetupMas,
          "table <+560|<+1000|<+1000|<+2000|<+2000|<+500;\n"
          "|{\\i\\b kVp               }|{\\i\\b mA }|{\\i\\b Phantom Thickness     }|{\\i\\b Mode    };\n"
@@ -205,9 +197,9 @@ TEST_F(ConfigReport, EachTestPrintsItsPlannedExposures) {
         {kRadioRepro, kSetupMas, ""},
         {kMammoAccRepro, kSetupMas, ""},
     };
-    for (const Case& c : cases) {
-        const auto config = Config(c.test, kZrd);
-        config->pGeneratorSetup = c.setup;
+    for (const auto& [test, setup, expected] : cases) {
+        const auto config = Config(test, kZrd);
+        config->pGeneratorSetup = setup;
         const std::string withoutTable = Printed(*config);
         config->pNoOfExposures = 2;
         config->machineKv = {"80.0", "70,5"};
@@ -219,7 +211,7 @@ TEST_F(ConfigReport, EachTestPrintsItsPlannedExposures) {
         config->sid = {"60", "65.5"};
         config->phantomThickness = {"5 cm", "a text of 25 characters !!"};
         config->mode = {"Normal", "Normal"};
-        EXPECT_EQ(Printed(*config), withoutTable + c.expected) << c.test << " " << c.setup;
+        EXPECT_EQ(Printed(*config), withoutTable + expected) << test << " " << setup;
     }
 }
 

@@ -6,21 +6,17 @@ namespace {
 using TestIntakeTest = ExecutionTest;
 
 TEST_F(TestIntakeTest, TheLengthOfAKvWaveformIsInMilliseconds) {
-    struct Case {
-        int32_t testId;
-        const char *time, *call;
-    };
     // In fluoroscopy the instrument measures the time in seconds.
-    const Case cases[] = {{kRadioRepro, "120", "GetWaveform 1 120"},
-                          {kFluoroAccuracy, "0.25", "GetWaveform 1 250"}};
-    for (const Case& c : cases) {
+    const std::tuple<int32_t, const char*, const char*> cases[] = {
+        {kRadioRepro, "120", "GetWaveform 1 120"}, {kFluoroAccuracy, "0.25", "GetWaveform 1 250"}};
+    for (const auto& [testId, time, call] : cases) {
         room->calls.clear();
-        const auto element = Make(c.testId, 1);
+        const auto element = Make(testId, 1);
         ConfigOf(*element).SetValue(0, 1, "1");
-        Expose("80", c.time, kKvWaveform);
+        Expose("80", time, kKvWaveform);
         room->waveform = "0,40,80";
         Perform(*element, {Start()});
-        EXPECT_EQ(room->Count(c.call), 1) << c.testId;
+        EXPECT_EQ(room->Count(call), 1) << testId;
         EXPECT_NE(ResultOf(*element)->KvWaveform(1), nullptr);
     }
     // An exposure whose waveform is not imported leaves an empty pane, not the curve of the one before.

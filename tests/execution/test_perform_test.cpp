@@ -227,7 +227,9 @@ TEST_F(TestPerformTest, AnExposureThatStopEndsInAHoldCountsAndARedoFillsIt) {
                            EXPECT_FALSE(ResultOf(*element)->HasReading(0));
                            Expose("90", "0.5");
                            EXPECT_TRUE(guide.RedoExposure(1));
+                           EXPECT_FALSE(guide.RedoExposure(3)) << "there is none";
                        })});
+    EXPECT_EQ(element->ExposureRow(), 2) << "a redo keeps the count";
     EXPECT_THAT(Voltages(*ResultOf(*element)), ElementsAre("90", "81"));
     EXPECT_EQ(element->Result()->Status(), kPassed);
 }
@@ -248,19 +250,6 @@ TEST_F(TestPerformTest, StopInAHoldOfARedoLeavesTheWaveformsOfTheOthers) {
                        })});
     for (int32_t exposure : {1, 2})
         EXPECT_EQ(ResultOf(*element)->KvWaveform(exposure)->ValueCount(), 3) << exposure;
-}
-
-TEST_F(TestPerformTest, ARedoTakesOneExposureAndKeepsTheCount) {
-    const auto element = Make(kRadioRepro, 2);
-    Expose("80");
-    Expose("81");
-    Perform(*element, {Start(), Step([this](FZRD47500TestGuide& guide) {
-                           Expose("90");
-                           EXPECT_TRUE(guide.RedoExposure(1));
-                           EXPECT_FALSE(guide.RedoExposure(3)) << "there is none";
-                       })});
-    EXPECT_THAT(Voltages(*ResultOf(*element)), ElementsAre("90", "81"));
-    EXPECT_EQ(element->ExposureRow(), 2);
 }
 
 TEST_F(TestPerformTest, AllSettingsAreSentBeforeTheInstrumentsAreArmed) {

@@ -15,11 +15,7 @@ TEST(ReportMarkup, TextsCannotBreakTheMarkUp) {
 }
 
 TEST(ReportMarkup, NumbersTakeTheDecimalSignOfTheReportAndOtherTextsStay) {
-    struct Case {
-        const char *number, *point;
-        const char* comma;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"80.5", "80.5", "80,5"},
         {"80,5", "80.5", "80,5"},
         {"-0.25", "-0.25", "-0,25"},
@@ -31,11 +27,11 @@ TEST(ReportMarkup, NumbersTakeTheDecimalSignOfTheReportAndOtherTextsStay) {
         {"OL.", "OL.", "OL."},
     };
     test::RecordingReport report;
-    for (const Case& c : cases) {
+    for (const auto& [number, point, comma] : cases) {
         report.decimalSign = '.';
-        EXPECT_EQ(markup::Number(c.number, report), c.point);
+        EXPECT_EQ(markup::Number(number, report), point);
         report.decimalSign = ',';
-        EXPECT_EQ(markup::Number(c.number, report), c.comma);
+        EXPECT_EQ(markup::Number(number, report), comma);
     }
 }
 

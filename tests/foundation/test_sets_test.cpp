@@ -25,11 +25,7 @@ TEST(TestSets, AllTestsIsMoreThanAListOfThePresentOnes) {
 }
 
 TEST(TestSets, TheNamedSetsHoldTheTestsOfTheirKind) {
-    struct Row {
-        const char* name;
-        TestSet set, expected;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, TestSet, TestSet> rows[] = {
         {"radiography", kRadiography, {100, 200, 300}},
         {"fluoroscopy", kFluoroscopy, {500, 700}},
         {"mammography", kMammography, {900, 1100, 1200}},
@@ -43,7 +39,7 @@ TEST(TestSets, TheNamedSetsHoldTheTestsOfTheirKind) {
         {"mAs", kWithMas, {200, 300, 1100, 1200}},
         {"statistics", kWithStatistics, {100, 900, 1100}},
     };
-    for (const Row& row : rows) EXPECT_TRUE(row.set == row.expected) << row.name;
+    for (const auto& [name, set, expected] : rows) EXPECT_TRUE(set == expected) << name;
 }
 
 TEST(TestSets, AKindSetHoldsTheKindsThatItNames) {

@@ -164,21 +164,17 @@ TEST_F(Utilities, TimeOutsAreMinutesWithADefaultForZeroAndForWords) {
 }
 
 TEST_F(Utilities, TheExposureCaptionHasNineCharactersForOneVersionOfTheHost) {
-    struct Row {
-        const char *version, *translation;
-        const char* caption;
-    };
-    const Row kRows[] = {
+    const std::tuple<const char*, const char*, const char*> kRows[] = {
         {"2.7.0", "Exposure ", "Exposure "},       {"2.7.0", "Exposures ", "Exposures"},
         {"2.7.0", "Shot ", "    Shot "},           {"2.7.0", "", "         "},
         {"2.7.0", "Añadiré éx", "Añadiré é"},      {"2.7.0", "Añadiré xé", "Añadiré x"},
         {"2.7", "Exposures ", "23183::Exposure "}, {"2.7.0.1", "Exposures ", "23183::Exposure "},
         {"", "Exposures ", "23183::Exposure "}};
-    for (const Row& row : kRows) {
-        texts->words["23183::Exposure "] = row.translation;
-        HostVersion(row.version);
+    for (const auto& [version, translation, caption] : kRows) {
+        texts->words["23183::Exposure "] = translation;
+        HostVersion(version);
         FixExposureCaption();
-        EXPECT_EQ(Services().exposureCaption, row.caption) << row.version << " " << row.translation;
+        EXPECT_EQ(Services().exposureCaption, caption) << version << " " << translation;
     }
 }
 

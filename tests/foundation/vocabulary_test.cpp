@@ -39,22 +39,17 @@ TEST(Vocabulary, ChoicesAreStoredByTheirCodes) {
 }
 
 TEST(Vocabulary, UnknownChoicesFallBack) {
-    struct Fallback {
-        const Choice& choice;
-        std::string_view text;
-        int32_t stored, value;
-    };
-    const Fallback kFallbacks[] = {
+    const std::tuple<const Choice&, std::string_view, int32_t, int32_t> kFallbacks[] = {
         {kDetectorModes, "22465::RADIO", 1, 1}, {kDetectorSettings, "22469::AUTO", 1, 1},
         {kExposureUnits, "22020::R", 1, 1},     {kRateTimeBases, "22022::Sec", 1, 1},
         {kFluoroTypes, "22028::Cont", 1, 1},    {kTimeUnits, "22142::mSec", 1, 1},
         {kGeneratorSetups, "22103::mAs", 1, 1}, {kSddUnits, "22102::Centimeters", 2, 2},
         {kFocalSpots, "23002::Small", 2, 2},    {kFlags, "22236::False", 0, 0}};
-    for (const Fallback& row : kFallbacks)
+    for (const auto& [choice, text, stored, value] : kFallbacks)
         for (const int32_t unknown : {-1, 9}) {
-            EXPECT_EQ(TextKeyOf(row.choice, unknown), row.text);
-            EXPECT_EQ(StoredOfValue(row.choice, unknown), row.stored) << row.text;
-            EXPECT_EQ(ValueOfStored(row.choice, unknown), row.value) << row.text;
+            EXPECT_EQ(TextKeyOf(choice, unknown), text);
+            EXPECT_EQ(StoredOfValue(choice, unknown), stored) << text;
+            EXPECT_EQ(ValueOfStored(choice, unknown), value) << text;
         }
 }
 

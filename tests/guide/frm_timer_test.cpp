@@ -35,19 +35,15 @@ TEST_F(Timer, TicksOncePerIntervalUntilItIsStopped) {
 }
 
 TEST_F(Timer, EmptyPartsOfADateTakeTodays) {
-    struct Case {
-        const char *day, *month;
-        const char *year, *date;
-    };
     platform->today = {31, 3, 2026};
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"", "", "", "2026-03-31"},    {"7", "", "", "2026-03-07"},     {"1", "12", "1999", "1999-12-01"},
         {"", "2", "", "2026-02-28"},   {"", "2", "2024", "2024-02-29"}, {"", "2", "1900", "1900-02-28"},
         {"0", "13", "", "2026-12-01"},
     };
-    for (const Case& c : cases) {
-        timer->SetDTPicketDate(c.day, c.month, c.year);
-        EXPECT_EQ(timer->GetDTPicketDate(), c.date) << c.day << '/' << c.month << '/' << c.year;
+    for (const auto& [day, month, year, date] : cases) {
+        timer->SetDTPicketDate(day, month, year);
+        EXPECT_EQ(timer->GetDTPicketDate(), date) << day << '/' << month << '/' << year;
     }
 }
 

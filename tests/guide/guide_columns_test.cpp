@@ -46,13 +46,7 @@ TEST_F(GuideColumnsTest, AreThoseOfTheResult) {
 }
 
 TEST_F(GuideColumnsTest, WidthsAndCaptionsDifferWhereTheGuideSaysSo) {
-    struct Case {
-        int32_t test, kind;
-        std::size_t index;
-        std::string_view caption;
-        int16_t width;
-    };
-    const Case cases[] = {
+    const std::tuple<int32_t, int32_t, std::size_t, std::string_view, int16_t> cases[] = {
         {kRadioRepro, kZrd, 0, text::kImportWaveform, 1650},
         {kRadioRepro, kPelomark, 0, text::kExposures, 1200},
         {kRadioRepro, kPelomarkAndMas, 0, text::kImportWaveform, 1650},
@@ -63,10 +57,10 @@ TEST_F(GuideColumnsTest, WidthsAndCaptionsDifferWhereTheGuideSaysSo) {
         {kFluoroExposure, kZrd, 8, text::kPhantomThickness, 1600},
         {kFluoroExposure, kZrd, 9, text::kFluoroMode, 1200},
     };
-    for (const Case& c : cases) {
-        const GuideColumn column = GuideColumns(Config(c.test, c.kind)).at(c.index);
-        EXPECT_EQ(column.caption, c.caption) << "test " << c.test << " kind " << c.kind;
-        EXPECT_EQ(column.width, c.width) << column.key;
+    for (const auto& [test, kind, index, caption, width] : cases) {
+        const GuideColumn column = GuideColumns(Config(test, kind)).at(index);
+        EXPECT_EQ(column.caption, caption) << "test " << test << " kind " << kind;
+        EXPECT_EQ(column.width, width) << column.key;
     }
 }
 

@@ -215,8 +215,11 @@ TEST_P(LanguageTableTest, ARunGivesTheSameFileAsInEnglish) {
 }
 
 TEST_P(LanguageTableTest, ANameFromTheUserIsNotTranslated) {
-    Write("named.xml", Sequence("<TestElement PlugIn=\"ZRD47500\" TestID=\"200\" ID=\"1\" Name=\"Radiography "
-                                "Linearity\"><PlugInData PlugIn=\"ZRD47500\"><NumberOfExposures>1</NumberOfExposures></PlugInData></TestElement>"));
+    Write(
+        "named.xml",
+        Sequence("<TestElement PlugIn=\"ZRD47500\" TestID=\"200\" ID=\"1\" Name=\"Radiography "
+                 "Linearity\"><PlugInData "
+                 "PlugIn=\"ZRD47500\"><NumberOfExposures>1</NumberOfExposures></PlugInData></TestElement>"));
     Start(GetParam(), "report named.xml -o r.txt");
     EXPECT_NE(Read("r.txt").find("Radiography Linearity"), std::string::npos);
 }
@@ -251,7 +254,7 @@ TEST_P(LanguageTableTest, CommandsSpeakTheLanguage) {
         std::vector<std::string> quiet;  ///< commands in English whose output does not matter
         std::vector<std::string> printing;
         std::vector<std::string_view> keys;
-        std::vector<const char*> english;  ///< words that must not appear
+        std::vector<const char*> english;         ///< words that must not appear
         std::size_t columns = std::string::npos;  ///< that no line exceeds
     };
     const Case cases[] = {

@@ -14,19 +14,15 @@ using test::Limit;
 using test::StandardOf;
 
 TEST_F(StandardsTest, EachExpressionGivesItsLimit) {
-    struct Case {
-        const char *expression, *number;
-        float preset, limit;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, float, float> cases[] = {
         {"", "5", 80, 5},          {"Y", "5", 80, 5},          {"X+Y", "5", 80, 85},
         {"X+Y", "-5", 80, 75},     {"X+(X*Y%)", "5", 80, 84},  {"X+(X*Y%)", "-5", 80, 76},
         {"CV", "0.05", 80, 0.05F}, {"X+Y", "0.2", 0.1F, 0.3F},  // 0.1 and 0.2 as a person reads them
         {"X+Y", "5,5", 80, 85.5F},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(Limit("k", c.number, "", c.expression)->CalculateValue(c.preset, kHighSide), c.limit)
-            << c.expression << " " << c.number;
+    for (const auto& [expression, number, preset, limit] : cases)
+        EXPECT_EQ(Limit("k", number, "", expression)->CalculateValue(preset, kHighSide), limit)
+            << expression << " " << number;
 }
 
 TEST_F(StandardsTest, ALimitKnowsItsSides) {

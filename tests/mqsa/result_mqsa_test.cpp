@@ -22,6 +22,12 @@ class ResultMqsa : public test::SurveyTest {
         document->Top().AddChild(survey->Save(document));
         return document->Text();
     }
+    static HostServices HostIn(const std::string& language) {
+        ReferenceHostOptions options;
+        options.language = language;
+        options.languageFolders = {std::filesystem::path(test::kSourceDir) / "languages"};
+        return MakeReferenceHost(options);
+    }
     /// Loads a text into a new survey, which becomes the one under test.
     void Load(const std::string& xml) {
         const test::XmlText text(xml);
@@ -67,14 +73,20 @@ TEST_F(ResultMqsa, SavedAndLoadedItIsTheSameButForTheTwoRowsThatAreCalculatedAne
     survey->Comment("of the operator");
     SetSurveyText(*survey, "Comment(3)", std::string(100000, 'x'));
     AnswerSurvey(*survey, "ALog14", "fail");
+    const StatusCells cells{.BQC69 = kFailed, .Dose80 = kPassed};
+    survey->Cells(cells);
+    Cell(GridId::kViewbox, 2, 1) = "left(¤)right";
     survey->UpdateStatus(*element, nullptr);
     survey->MTIID(7);
     const std::string first = Saved();
     const std::string sum = Cell(GridId::kLightField, 8, 1);
     EXPECT_EQ(sum, "28");
+    Cell(GridId::kViewbox, 2, 1) = "left[¤]right";
+    EXPECT_EQ(Saved(), first) << "a delimiter in a cell moves no other";
     Load(first);
     EXPECT_EQ(Saved(), first);
     EXPECT_EQ(survey->MTIID(), 7);
+    EXPECT_EQ(survey->Cells(), cells) << "outcomes of the automatic tests";
     EXPECT_EQ(survey->Comment(), "of the operator");
     EXPECT_TRUE(survey->HasDialog());
     EXPECT_EQ(survey->Record().Field("GeneralInformation", "Site"), "North Clinic");
@@ -98,21 +110,8 @@ TEST_F(ResultMqsa, ASurveyWithoutAVerdictKeepsNoAnswers) {
     }
 }
 
-TEST_F(ResultMqsa, OutcomesOfTheAutomaticTestsAreKeptAndComeBack) {
-    const StatusCells cells{.BQC69 = kFailed, .Dose80 = kPassed};
-    survey->Cells(cells);
-    survey->UpdateStatus(*element, nullptr);
-    const std::string saved = Saved();
-    survey->Cells({});
-    Load(saved);
-    EXPECT_EQ(survey->Cells(), cells);
-}
-
 TEST_F(ResultMqsa, WhatIsSavedInGermanOpensInEnglishWithTheSameNumbers) {
-    ReferenceHostOptions options;
-    options.language = "de";
-    options.languageFolders = {std::filesystem::path(test::kSourceDir) / "languages"};
-    HostServices german = MakeReferenceHost(options);
+    HostServices german = HostIn("de");
     german.decimalSign = ',';
     InstallServices(german);
     survey = std::make_shared<CResultMQSA>();
@@ -145,10 +144,7 @@ TEST_F(ResultMqsa, WhatIsSavedInGermanOpensInEnglishWithTheSameNumbers) {
 TEST_F(ResultMqsa, ASurveyIsTheSameFileInEveryLanguage) {
     std::string first;
     for (const char* language : {"en", "de", "fr", "es"}) {
-        ReferenceHostOptions options;
-        options.language = language;
-        options.languageFolders = {std::filesystem::path(test::kSourceDir) / "languages"};
-        InstallServices(MakeReferenceHost(options));
+        InstallServices(HostIn(language));
         const auto made = CreateTestElement(kMqsaSurvey);
         const auto entered = std::dynamic_pointer_cast<CTestMQSA>(made)->Survey();
         for (const char* answer : {"PR1", "ALog3"}) AnswerSurvey(*entered, answer, Translate(text::kFail));
@@ -239,36 +235,24 @@ TEST_F(ResultMqsa, TheServiceRecordNamesTheAnswersInAnyLanguageAlike) {
     InstallServices(services);
     survey->UpdateStatus(*element, nullptr);
     EXPECT_FALSE(survey->ServiceRecord()) << "nothing was answered";
-    const struct {
-        const char *item, *answer;
-        const char *code, *text;
-    } cases[] = {{"Evaluation1", "Pass", "", "/Pass"},
-                 {"Evaluation3", "NA", "", "/Pass/NA"},
-                 {"ALog14", "Fail", "F", "/Pass/NA/Fail"}};
-    for (const auto& c : cases) {
-        AnswerSurvey(*survey, c.item, c.answer);
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+        {"Evaluation1", "Pass", "", "/Pass"},
+        {"Evaluation3", "NA", "", "/Pass/NA"},
+        {"ALog14", "Fail", "F", "/Pass/NA/Fail"}};
+    for (const auto& [item, answer, code, text] : cases) {
+        AnswerSurvey(*survey, item, answer);
         survey->UpdateStatus(*element, nullptr);
-        ASSERT_TRUE(survey->ServiceRecord()) << c.item;
-        EXPECT_EQ(survey->ServiceRecord()->Code(), c.code) << c.item;
-        EXPECT_EQ(survey->ServiceRecord()->Text(), c.text) << c.item;
+        ASSERT_TRUE(survey->ServiceRecord()) << item;
+        EXPECT_EQ(survey->ServiceRecord()->Code(), code) << item;
+        EXPECT_EQ(survey->ServiceRecord()->Text(), text) << item;
     }
     survey->UpdateStatus(*element, nullptr, true);
     EXPECT_EQ(survey->ServiceRecord()->Code(), "NA");
     EXPECT_EQ(survey->ServiceRecord()->Text(), "");
 }
 
-TEST_F(ResultMqsa, ADelimiterInACellMovesNoOther) {
-    Cell(GridId::kViewbox, 2, 1) = "left[¤]right";
-    Load(Saved());
-    EXPECT_EQ(Cell(GridId::kViewbox, 2, 1), "left(¤)right");
-    EXPECT_EQ(Cell(GridId::kViewbox, 2, 2), "");
-}
-
 TEST_F(ResultMqsa, WhatCannotBeEnteredIsRefused) {
-    const struct {
-        const char *address, *text;
-        const char* reason;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"Viewbox(3,9)", "1", "column from 0 to 4"},
         {"Viewbox(-1,1)", "1", "row from 0 to 10"},
         {"Viewbox(3)", "1", "no such place"},
@@ -284,12 +268,12 @@ TEST_F(ResultMqsa, WhatCannotBeEnteredIsRefused) {
         {"ArtifactEvaluation(5,1)", "maybe", "Pass, False"},
     };
     const std::string before = Saved();
-    for (const auto& c : cases) {
+    for (const auto& [address, text, reason] : cases) {
         try {
-            SetSurveyText(*survey, c.address, c.text);
-            FAIL() << c.address;
+            SetSurveyText(*survey, address, text);
+            FAIL() << address;
         } catch (const SurveyEntryError& error) {
-            EXPECT_NE(std::string(error.what()).find(c.reason), std::string::npos) << error.what();
+            EXPECT_NE(std::string(error.what()).find(reason), std::string::npos) << error.what();
         }
     }
     EXPECT_THROW(AnswerSurvey(*survey, "PR23", "Pass"), SurveyEntryError);

@@ -16,12 +16,7 @@ std::string RowOf(const SurveyGrid& grid, int32_t row) {
 }
 
 TEST_F(SurveyCalculations, EdgesAreSummedAndGivenInPercentOfTheDistance) {
-    struct Case {
-        const char *sid, *left;
-        const char *right, *sum;
-        const char* percent;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
         {"650", "2", "1.5", "3.5", "0.54%"},   // 0.53846
         {"650", "2", "", "", ""},              // a gap
         {"650", "2,5", "1", "3.5", "0.54%"},   // a decimal comma
@@ -30,16 +25,16 @@ TEST_F(SurveyCalculations, EdgesAreSummedAndGivenInPercentOfTheDistance) {
         {"650", "-3", "abc", "-3", "-0.46%"},  // letters read 0
         {"0", "2", "1.5", "", ""},             // no distance clears
     };
-    for (const Case& c : cases) {
+    for (const auto& [sid, left, right, sum, percent] : cases) {
         SurveyGrid light = survey->Record().Grid(GridId::kLightField);
         SurveyGrid receptor = survey->Record().Grid(GridId::kReceptorEdge);
         SurveyGrid alignment = survey->Record().Grid(GridId::kAlignment);
-        light.At(6, 5) = c.left;
-        light.At(7, 5) = c.right;
+        light.At(6, 5) = left;
+        light.At(7, 5) = right;
         light.At(8, 5) = "old";
-        CalculateCollimation(c.sid, light, receptor, alignment);
-        EXPECT_EQ(light.At(8, 5), c.sum) << c.sid << " " << c.left << " " << c.right;
-        EXPECT_EQ(light.At(9, 5), c.percent) << c.sid << " " << c.left << " " << c.right;
+        CalculateCollimation(sid, light, receptor, alignment);
+        EXPECT_EQ(light.At(8, 5), sum) << sid << " " << left << " " << right;
+        EXPECT_EQ(light.At(9, 5), percent) << sid << " " << left << " " << right;
     }
 }
 

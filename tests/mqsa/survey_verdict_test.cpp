@@ -89,18 +89,15 @@ TEST_F(SurveyVerdict, TrackingJudgesTheMqsaColumnOnlyAndAGapInItCountsAsZero) {
 
 TEST_F(SurveyVerdict, TheMeasuredRangeMustBeInTheAllowedOne) {
     ExposeAll();
-    const struct {
-        int32_t column;
-        const char *text, *verdict;
-    } cases[] = {{5, "  1.5", "Pass/Pass"},
-                 {5, "  1.51", "Pass/Fail"},
-                 {5, "  1.2", "Pass/Pass"},
-                 {7, " 1.5", "Pass/Pass"},
-                 {7, " 1.49", "Pass/Fail"}};
+    const std::tuple<int32_t, const char*, const char*> cases[] = {{5, "  1.5", "Pass/Pass"},
+                                                                   {5, "  1.51", "Pass/Fail"},
+                                                                   {5, "  1.2", "Pass/Pass"},
+                                                                   {7, " 1.5", "Pass/Pass"},
+                                                                   {7, " 1.49", "Pass/Fail"}};
     survey->GridChanged(GridId::kThickness);
-    for (const auto& c : cases) {
-        Cell(GridId::kThickness, 9, c.column) = c.text;
-        EXPECT_EQ(Preliminary(3), c.verdict) << c.column << c.text;
+    for (const auto& [column, text, verdict] : cases) {
+        Cell(GridId::kThickness, 9, column) = text;
+        EXPECT_EQ(Preliminary(3), verdict) << column << text;
     }
 }
 

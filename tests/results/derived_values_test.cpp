@@ -69,6 +69,17 @@ struct Example {
 class WorkedExamples : public test::ResultTest {
   protected:
     using ResultTest::Begin;
+    /// Linearity with 10 mAs in each of three exposures, or any other test.
+    void BeginThree(int32_t test, int32_t kind = kZrd) {
+        Begin({"",
+               test,
+               kind,
+               [](CConfigCommon& c) {
+                   c.machineMas = {"10", "10", "10"};
+               },
+               {{}, {}, {}},
+               {}});
+    }
     void Begin(const Example& example) {
         Begin(example.test, example.kind, static_cast<uint8_t>(example.shots.size()));
         if (example.set) example.set(*config);
@@ -329,6 +340,11 @@ void SetAec(CConfigCommon& c) {
     c.machineMas = {"100", "110", "120"};
 }
 
+void SetTungsten(CConfigCommon& c) {
+    SetAec(c);
+    c.pTargetMaterial = "W";
+}
+
 // 900, 1000, 1100 mR: mean 1 R, deviation 0.1 R. mAs: 10 / 110 = 0.0909.
 TEST_F(WorkedExamples, AverageGlandularDose) {
     const std::vector<Shot> three = {Mammo("900"), Mammo("1000"), Mammo("1100")};
@@ -336,10 +352,6 @@ TEST_F(WorkedExamples, AverageGlandularDose) {
         SetAec(c);
         c.pEnergyCorrectionFactor = "1.05";
         c.pSourceToDetectorDistance = "65";
-    };
-    const auto tungsten = [](CConfigCommon& c) {
-        SetAec(c);
-        c.pTargetMaterial = "W";
     };
     const auto noDistance = [](CConfigCommon& c) {
         SetAec(c);
@@ -361,7 +373,7 @@ TEST_F(WorkedExamples, AverageGlandularDose) {
          {key::kSkinExposure, "1.23"}, {key::kGlandularDose, "208.67"}}},
         {"one setting has no variation", kMammoAec, kZrd, SetAec, {Mammo("900")}, {{key::kCvMasSettings, ""},
          {key::kEnergyCorrectedMean, "0.9"}, {key::kStandardDeviations, "0.0"}, {key::kCvExposure, "0.0"}}},
-        {"an unsupported target", kMammoAec, kZrd, tungsten, three,
+        {"an unsupported target", kMammoAec, kZrd, SetTungsten, three,
          {{key::kDoseConversionFactor, ""}, {key::kGlandularDose, ""}, {key::kSkinExposure, "1.0"}}},
         {"no distance", kMammoAec, kZrd, noDistance, three,
          {{key::kDoseConversionFactor, "169.34"}, {key::kGlandularDose, ""}, {key::kSkinExposure, ""}}},
@@ -402,10 +414,6 @@ TEST_F(WorkedExamples, GlandularDoseOfTheDosimeter) {
         SetAec(c);
         c.PKDoseUnit = 1;
     };
-    const auto tungsten = [](CConfigCommon& c) {
-        SetAec(c);
-        c.pTargetMaterial = "W";
-    };
     for (int32_t kind : {kPelomark, kPelomarkAndMas}) {
         // clang-format off
         Check({
@@ -415,7 +423,7 @@ TEST_F(WorkedExamples, GlandularDoseOfTheDosimeter) {
              {key::kGlandularDose, "42.33"}, {key::kCvMasSettings, "(no such column)"}}},
             {"any other dose unit", kMammoAec, kind, gray, {Pelomark("9000")},
              {{key::kEnergyCorrectedMean, "0.01"}, {key::kGlandularDose, "1.52"}}},
-            {"an empty dose reads 0", kMammoAec, kind, tungsten, {Pelomark("200")},
+            {"an empty dose reads 0", kMammoAec, kind, SetTungsten, {Pelomark("200")},
              {{key::kDoseConversionFactor, ""}, {key::kGlandularDose, "0"}}},
         });
         // clang-format on
@@ -517,7 +525,7 @@ TEST_F(WorkedExamples, TheDosimeterDerivesNothingElsewhere) {
 // The statistics belong to the last exposure: 80, 80, 80, then exposure 1 again with 120. Mean 280 / 3
 // = 93.33; deviations 26.67, -13.33, -13.33: squares 1066.7 / 2, root 23.09; 23.09 / 93.33 = 0.247.
 TEST_F(WorkedExamples, TheLastExposureTakesTheStatisticsOfARedo) {
-    Begin({"", kRadioRepro, kZrd, {}, {Zrd("80"), Zrd("80"), Zrd("80")}, {}});
+    BeginThree(kRadioRepro);
     for (uint8_t n = 1; n <= 3; ++n) Take(Zrd("80"), n);
     Redo(Zrd("120"), 1);
     EXPECT_EQ(ValueOf(2, key::kAvgKvpAvg), "93.33");
@@ -525,7 +533,7 @@ TEST_F(WorkedExamples, TheLastExposureTakesTheStatisticsOfARedo) {
     EXPECT_EQ(ValueOf(2, key::kKvpAvg), "80");
     EXPECT_EQ(ValueOf(1, key::kAvgKvpAvg), "80.0") << "running statistics of the others stay";
     // A value that was typed counts alike: 200, 200 and 260 mA have mean 220 and deviation 34.64.
-    Begin({"", kRadioRepro, kZrdAndMas, {}, {{}, {}, {}}, {}});
+    BeginThree(kRadioRepro, kZrdAndMas);
     for (uint8_t n = 1; n <= 3; ++n) Take(Both(Zrd("80"), Mas("200", "10", "0", "0")), n);
     result->SetValue(0, ColumnNumber(result->Current(), key::kMa), "260*");
     EXPECT_EQ(ValueOf(2, key::kAvgMa), "220.0");
@@ -539,8 +547,7 @@ TEST_F(WorkedExamples, TheLastExposureTakesTheStatisticsOfARedo) {
 
 // 10, 12, 12 mR/mAs; exposure 2 again with 10: 0 / 20 for it, 2 / 22 = 0.0909 for the one after it.
 TEST_F(WorkedExamples, ARedoRenewsTheCoefficientOfTheNextExposure) {
-    const auto charges = [](CConfigCommon& c) { c.machineMas = {"10", "10", "10"}; };
-    Begin({"", kRadioLinearity, kZrd, charges, {{}, {}, {}}, {}});
+    BeginThree(kRadioLinearity);
     Take(Zrd("80", "100"), 1);
     Take(Zrd("80", "120"), 2);
     Take(Zrd("80", "120"), 3);
@@ -552,7 +559,7 @@ TEST_F(WorkedExamples, ARedoRenewsTheCoefficientOfTheNextExposure) {
 
 // An exposure without a reading: 80, none, 80 have mean 80 and no deviation.
 TEST_F(WorkedExamples, AnExposureWithoutAReadingTakesNoPart) {
-    Begin({"", kRadioRepro, kZrd, {}, {{}, {}, {}}, {}});
+    BeginThree(kRadioRepro);
     Take(Zrd("80"), 1);
     result->StoreMissing(2);
     Take(Zrd("80"), 3);
@@ -563,14 +570,13 @@ TEST_F(WorkedExamples, AnExposureWithoutAReadingTakesNoPart) {
     EXPECT_EQ(ValueOf(2, key::kAvgKvpAvg), "90.0");
     EXPECT_TRUE(result->Superseded().empty()) << "nothing was replaced";
     // Linearity compares with the last reading before it: 10 and 12 mR/mAs.
-    const auto charges = [](CConfigCommon& c) { c.machineMas = {"10", "10", "10"}; };
-    Begin({"", kRadioLinearity, kZrd, charges, {{}, {}, {}}, {}});
+    BeginThree(kRadioLinearity);
     Take(Zrd("80", "100"), 1);
     result->StoreMissing(2);
     Take(Zrd("80", "120"), 3);
     EXPECT_EQ(ValueOf(2, key::kErNonAdjacent), "0.09");
     // Test 900 counts the readings: 28 and 29 have mean 28.5.
-    Begin({"", kMammoAccRepro, kZrd, {}, {{}, {}, {}}, {}});
+    BeginThree(kMammoAccRepro);
     Take(Zrd("28"), 1);
     result->StoreMissing(2);
     Take(Zrd("29"), 3);

@@ -301,27 +301,18 @@ TEST_F(LimitData, AStandardComesFromThePlugInOrIsMadeEmpty) {
     EXPECT_EQ(limits->Standards()->Count(), 2) << "a name and version occurs once";
     limits->CreateStandard("Own", "2");
     EXPECT_EQ(limits->Standards()->Count(), 3);
-}
-
-TEST_F(LimitData, WithoutAnOwnerThePlugInIsNotAskedAndNoReadingHasALimit) {
-    const auto plugIn = std::make_shared<PlugIn>();
-    SetPlugIn(plugIn);
+    plugIn->asked.clear();
     owner.reset();
     EXPECT_EQ(limits->CreateStandard("Known", "1")->Results().size(), kLastRows.size());
-    EXPECT_EQ(plugIn->asked, "") << "the owner is not kept alive";
+    EXPECT_EQ(plugIn->asked, "") << "without an owner, which is not kept alive";
 }
 
 TEST_F(LimitData, AnotherElementIsRefusedAndABrokenOneLeavesNoStandards) {
     EXPECT_FALSE(limits->Save(std::make_shared<OutputDocument>())) << "no standards, no element";
     EXPECT_FALSE(limits->Clone()->Standards());
     Load("");
-    try {
-        limits->Load(test::XmlText("<Limits/>").Root(), nullptr);
-        FAIL() << "nothing was raised";
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.Code(), 0x8004A4EEU);
-        EXPECT_EQ(error.Source(), "VorexZRD47500Test.CLimitData");
-    }
+    const auto load = [&] { limits->Load(test::XmlText("<Limits/>").Root(), nullptr); };
+    EXPECT_EQ(test::FaultOf(load), (test::HostFault{0x8004A4EEU, "VorexZRD47500Test.CLimitData", 4}));
     EXPECT_TRUE(limits->Standards());
     EXPECT_ANY_THROW(Load(Limit("ER HVL", "<High Value=\"three\"/>")));
     EXPECT_FALSE(limits->Standards());

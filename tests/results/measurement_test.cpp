@@ -41,12 +41,7 @@ std::string Shown(const CMeasurement& measurement, const IStandard& standard, in
 }
 
 TEST_F(Measurement, OfSeveralLimitsTheSmallestHighAndTheLastOtherLowAreShown) {
-    struct Case {
-        const char *measurementKey, *limitKey;
-        std::vector<Sides> limits;
-        const char* shown;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, std::vector<Sides>, const char*> cases[] = {
         {"HVL", "ER HVL", {{"9", "3"}}, "9 | 3"},
         {"HVL", "ER HVL", {{"9", "3"}, {"8", "4"}}, "8 | 4"},
         {"HVL", "ER HVL", {{"8", "4"}, {"9", "3"}}, "8 | 3"},
@@ -67,25 +62,21 @@ TEST_F(Measurement, OfSeveralLimitsTheSmallestHighAndTheLastOtherLowAreShown) {
         {"ER Exposure", "ER Exposure", {{"9", "3"}, {"0.05", "", "CV"}}, "0.05 | -"},
         {"Exposure", "ER Exposure", {{"0.05", "", "CV"}, {"9", "3"}}, "9 | 3"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(Shown(Measured(c.measurementKey, "5"), With(c.limitKey, c.limits), kCalculatedValue),
-                  c.shown)
-            << c.measurementKey << " by " << c.limits.size() << " limits of " << c.limitKey;
+    for (const auto& [measurementKey, limitKey, limits, shown] : cases)
+        EXPECT_EQ(Shown(Measured(measurementKey, "5"), With(limitKey, limits), kCalculatedValue), shown)
+            << measurementKey << " by " << limits.size() << " limits of " << limitKey;
 }
 
 TEST_F(Measurement, ALimitIsShownCalculatedOrAsItWasTypedWithItsUnit) {
-    struct Case {
-        const char *expression, *calculated;
-        const char* typed;
-    };
-    const Case cases[] = {{"Y", "5 KV | -5 KV", "5 KV | -5 KV"},
-                          {"X+Y", "85 KV | 75 KV", "5 KV | -5 KV"},
-                          {"X+(X*Y%)", "84 KV | 76 KV", "5 % | -5 %"}};
-    for (const Case& c : cases) {
-        const Standard standard = With("ER kVp Avg", {{"5", "-5", c.expression}});
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"Y", "5 KV | -5 KV", "5 KV | -5 KV"},
+        {"X+Y", "85 KV | 75 KV", "5 KV | -5 KV"},
+        {"X+(X*Y%)", "84 KV | 76 KV", "5 % | -5 %"}};
+    for (const auto& [expression, calculated, typed] : cases) {
+        const Standard standard = With("ER kVp Avg", {{"5", "-5", expression}});
         const CMeasurement kvp = Measured("kVp Avg", "80", "80");
-        EXPECT_EQ(Shown(kvp, standard, kCalculatedValue | kWithUnit), c.calculated) << c.expression;
-        EXPECT_EQ(Shown(kvp, standard, kWithUnit), c.typed) << c.expression;
+        EXPECT_EQ(Shown(kvp, standard, kCalculatedValue | kWithUnit), calculated) << expression;
+        EXPECT_EQ(Shown(kvp, standard, kWithUnit), typed) << expression;
     }
 }
 
@@ -107,12 +98,7 @@ TEST_F(Measurement, AValueIsGivenAsItIsOrAsText) {
 }
 
 TEST_F(Measurement, AValueBeyondAnyLimitOfAStandardFailsIt) {
-    struct Case {
-        const char *measurementKey, *value;
-        std::vector<Sides> limits;
-        bool fails;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, std::vector<Sides>, bool> cases[] = {
         {"kVp Avg", "84", {{"5", "-5", "X+(X*Y%)"}}, false},
         {"kVp Avg", "84.01", {{"5", "-5", "X+(X*Y%)"}}, true},
         {"kVp Avg", "76", {{"5", "-5", "X+(X*Y%)"}}, false},
@@ -123,10 +109,10 @@ TEST_F(Measurement, AValueBeyondAnyLimitOfAStandardFailsIt) {
         {"ER kVp Avg", "0.06", {{"0.05", "", "CV"}, {"90", "70"}}, true},
         {"ER kVp Avg", "0.05", {{"90", "70"}, {"0.05", "", "CV"}}, false},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(Measured(c.measurementKey, c.value, "80").ValidateLimits(With("ER kVp Avg", c.limits)),
-                  c.fails ? kFailed : kNotTested)
-            << c.measurementKey << " " << c.value << " by " << c.limits.front().high;
+    for (const auto& [measurementKey, value, limits, fails] : cases)
+        EXPECT_EQ(Measured(measurementKey, value, "80").ValidateLimits(With("ER kVp Avg", limits)),
+                  fails ? kFailed : kNotTested)
+            << measurementKey << " " << value << " by " << limits.front().high;
 }
 
 }  // namespace

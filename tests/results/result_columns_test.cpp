@@ -54,34 +54,31 @@ TEST_F(ResultColumns, StatisticsFollowTheMasColumnsOfACombinedKind) {
 }
 
 TEST_F(ResultColumns, UnitsFollowModeUnitAndTimeBase) {
-    struct Case {
-        int32_t mode, unit, base;
-        std::string_view exposure, rate, time;
-    };
-    const Case cases[] = {
-        {kRadio, kUnitR, 4, "23012::mR", "23169::mR/sec", "22012::ms"},
-        {kMammo, kUnitGy, 2, "23013::uGy", "23170::uGy/sec", "22012::ms"},
-        {kDental, kUnitR, 3, "23012::mR", "23169::mR/sec", "22012::ms"},
-        {kFluoro, kUnitR, 1, "22020::R", "23171::R/sec", "22209::sec"},
-        {kFluoro, kUnitR, 2, "22020::R", "23172::R/min", "22209::sec"},
-        {kFluoro, kUnitR, 3, "22020::R", "23173::R/hr", "22209::sec"},
-        {kFluoro, kUnitR, 4, "22020::R", "23174::R/pulse", "22209::sec"},
-        {kFluoro, kUnitR, 9, "22020::R", "23171::R/sec", "22209::sec"},
-        {kFluoro, kUnitGy, 1, "23024::mGy", "23175::mGy/sec", "22209::sec"},
-        {kFluoro, kUnitGy, 2, "23024::mGy", "23176::mGy/min", "22209::sec"},
-        {kFluoro, kUnitGy, 3, "23024::mGy", "23177::mGy/hr", "22209::sec"},
-        {kFluoro, kUnitGy, 4, "23024::mGy", "23178::mGy/pulse", "22209::sec"},
-        {kFluoro, kUnitGy, 9, "23024::mGy", "23175::mGy/sec", "22209::sec"},
-    };
-    for (const Case& c : cases) {
+    const std::tuple<int32_t, int32_t, int32_t, std::string_view, std::string_view, std::string_view>
+        cases[] = {
+            {kRadio, kUnitR, 4, "23012::mR", "23169::mR/sec", "22012::ms"},
+            {kMammo, kUnitGy, 2, "23013::uGy", "23170::uGy/sec", "22012::ms"},
+            {kDental, kUnitR, 3, "23012::mR", "23169::mR/sec", "22012::ms"},
+            {kFluoro, kUnitR, 1, "22020::R", "23171::R/sec", "22209::sec"},
+            {kFluoro, kUnitR, 2, "22020::R", "23172::R/min", "22209::sec"},
+            {kFluoro, kUnitR, 3, "22020::R", "23173::R/hr", "22209::sec"},
+            {kFluoro, kUnitR, 4, "22020::R", "23174::R/pulse", "22209::sec"},
+            {kFluoro, kUnitR, 9, "22020::R", "23171::R/sec", "22209::sec"},
+            {kFluoro, kUnitGy, 1, "23024::mGy", "23175::mGy/sec", "22209::sec"},
+            {kFluoro, kUnitGy, 2, "23024::mGy", "23176::mGy/min", "22209::sec"},
+            {kFluoro, kUnitGy, 3, "23024::mGy", "23177::mGy/hr", "22209::sec"},
+            {kFluoro, kUnitGy, 4, "23024::mGy", "23178::mGy/pulse", "22209::sec"},
+            {kFluoro, kUnitGy, 9, "23024::mGy", "23175::mGy/sec", "22209::sec"},
+        };
+    for (const auto& [mode, unit, base, exposure, rate, time] : cases) {
         const auto config = Config(kRadioRepro, kZrd);
-        config->pMeasurementMode = c.mode;
-        config->pMeasurementExposure = c.unit;
-        config->pMeasurementExposureRateUnit = c.base;
+        config->pMeasurementMode = mode;
+        config->pMeasurementExposure = unit;
+        config->pMeasurementExposureRateUnit = base;
         const MeasurementRow row = BuildColumns(*config);
-        EXPECT_EQ(FindMeasurement(row, key::kExposure)->RawUnit(), c.exposure);
-        EXPECT_EQ(FindMeasurement(row, key::kExposureRate)->RawUnit(), c.rate);
-        EXPECT_EQ(FindMeasurement(row, key::kExposureTime)->RawUnit(), c.time);
+        EXPECT_EQ(FindMeasurement(row, key::kExposure)->RawUnit(), exposure);
+        EXPECT_EQ(FindMeasurement(row, key::kExposureRate)->RawUnit(), rate);
+        EXPECT_EQ(FindMeasurement(row, key::kExposureTime)->RawUnit(), time);
     }
 }
 
@@ -110,22 +107,18 @@ TEST_F(ResultColumns, PulsedFluoroscopyAddsThePulseColumnsBeforeTheHalfValueLaye
 }
 
 TEST_F(ResultColumns, DosimeterUnitsAreTheKeysOfTheirParts) {
-    struct Case {
-        int32_t doseUnit, rateUnit;
-        std::string_view dose, rate;
-    };
-    const Case cases[] = {
+    const std::tuple<int32_t, int32_t, std::string_view, std::string_view> cases[] = {
         {0, 0, "25114::R", "25114::R/25116::/Sec"},
         {1, 3, "25115::Gy", "25115::Gy/25119::/Pulse"},
         {2, 0, "25121::C", "25120::A"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [doseUnit, rateUnit, dose, rate] : cases) {
         const auto config = Config(kRadioRepro, kPelomark);
-        config->PKDoseUnit = c.doseUnit;
-        config->PKDoseRateUnit = c.rateUnit;
+        config->PKDoseUnit = doseUnit;
+        config->PKDoseRateUnit = rateUnit;
         const MeasurementRow row = BuildColumns(*config);
-        EXPECT_EQ(FindMeasurement(row, key::kExposure)->RawUnit(), c.dose);
-        EXPECT_EQ(FindMeasurement(row, key::kExposureRate)->RawUnit(), c.rate);
+        EXPECT_EQ(FindMeasurement(row, key::kExposure)->RawUnit(), dose);
+        EXPECT_EQ(FindMeasurement(row, key::kExposureRate)->RawUnit(), rate);
         EXPECT_EQ(FindMeasurement(row, key::kTemperature)->RawUnit(), "25102::°C");
         EXPECT_EQ(FindMeasurement(row, key::kPressure)->RawUnit(), "25106::mmHg");
     }

@@ -30,12 +30,7 @@ TEST_F(ResultStore, FieldsFillTheColumnsOfTheirSource) {
 
 // A reading that does not fit is a fault that is logged and reported; no other column takes its text.
 TEST_F(ResultStore, ARowThatDoesNotFitFillsTheColumnsThatItNames) {
-    struct Case {
-        int32_t source;
-        std::vector<RowField> fields;
-        const char *fault, *working;
-    };
-    const Case cases[] = {
+    const std::tuple<int32_t, std::vector<RowField>, const char*, const char*> cases[] = {
         {kSourceZrd,
          {{key::kImportWaveform, "0"}, {key::kKvpMax, "31"}},
          "the reading of the ZRD 47500 has no text for the column \"kVp Avg\"",
@@ -50,26 +45,20 @@ TEST_F(ResultStore, ARowThatDoesNotFitFillsTheColumnsThatItNames) {
     HostServices services;
     services.log = [&](std::string_view line) { log.emplace_back(line); };
     InstallServices(services);
-    for (const Case& c : cases) {
+    for (const auto& [source, fields, fault, working] : cases) {
         Begin(kMammoRadiation, kZrd);
         Store("1,28,28.5,28.2,100,1000,100,0.33,1000.0,8.73");
         log.clear();
-        EXPECT_EQ(result->StoreResult({c.fields, {}, {}}, c.source), c.fault);
-        EXPECT_EQ(Working(), c.working);
-        EXPECT_EQ(log, c.fields.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.fault});
+        EXPECT_EQ(result->StoreResult({fields, {}, {}}, source), fault);
+        EXPECT_EQ(Working(), working);
+        EXPECT_EQ(log, fields.empty() ? std::vector<std::string>{} : std::vector<std::string>{fault});
     }
 }
 
 TEST_F(ResultStore, DosePerMasFollowsFromTheExposureOfTheOtherInstrument) {
-    struct Case {
-        int32_t kind;
-        const char* detectorRow;
-        int32_t detectorSource;
-        const char *masRow, *expected;
-    };
     const char* zrd = "0,80,81,80,12.5,1,100,3,0.0,0.0";
     const char* zrdOverRange = "0,80,81,80,OL,1,100,3,0.0,0.0";
-    const Case cases[] = {
+    const std::tuple<int32_t, const char*, int32_t, const char*, const char*> cases[] = {
         {kZrdAndMas, zrd, kSourceZrd, "0,100,10,0,0.7", "1.25"},
         {kZrdAndMas, zrd, kSourceZrd, "0,100,0,0,0.7", "0.7"},  // no charge: the meter's own value
         {kZrdAndMas, zrd, kSourceZrd, "0,100,OL,0,0.7", "0.7"},
@@ -77,11 +66,11 @@ TEST_F(ResultStore, DosePerMasFollowsFromTheExposureOfTheOtherInstrument) {
         {kPelomarkAndMas, "0,25,2.5,22,760,1,300,0", kSourcePelomark, "0,100,10,0,0.7", "2.5"},
         {kMasMeter, "", kSourceZrd, "0,100,10,0,0.7", "0.7"},
     };
-    for (const Case& c : cases) {
-        Begin(kRadioAccuracy, c.kind);
-        Store(c.detectorRow, c.detectorSource);
-        Store(c.masRow, kSourceMas);
-        EXPECT_EQ(Working(key::kDoseMas), c.expected) << "kind " << c.kind << ", " << c.masRow;
+    for (const auto& [kind, detectorRow, detectorSource, masRow, expected] : cases) {
+        Begin(kRadioAccuracy, kind);
+        Store(detectorRow, detectorSource);
+        Store(masRow, kSourceMas);
+        EXPECT_EQ(Working(key::kDoseMas), expected) << "kind " << kind << ", " << masRow;
     }
 }
 

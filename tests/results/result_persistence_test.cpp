@@ -61,20 +61,16 @@ std::string OneMeasurement(const std::string& key, const std::string& value) {
 }
 
 TEST_F(ResultPersistence, AMeasurementKeepsItsTypeThroughLoadAndSave) {
-    struct Case {
-        int32_t test;
-        const char *key, *value;
-    };
-    const Case cases[] = {
+    const std::tuple<int32_t, const char*, const char*> cases[] = {
         {kRadioRepro, "kVp Avg", R"(<Value Type="1">80.1</Value>)"},
         {kRadioRepro, "kVp Avg", R"(<Value Type="5">80.1</Value>)"},
         {kRadioRepro, "ER Exposure", R"(<Value Type="1">0.05</Value>)"},
         {kFluoroExposure, "ER Maxi. Exposure Rate2", R"(<Value Type="1">3</Value>)"},
         {kFluoroExposure, "ER Maxi. Exposure Rate2", R"(<Value Type="5">3</Value>)"},
     };
-    for (const Case& c : cases) {
-        const std::string saved = Saved(*Loaded(c.test, OneMeasurement(c.key, c.value)));
-        EXPECT_NE(saved.find(c.value), std::string::npos) << c.key << ": " << saved;
+    for (const auto& [test, key, value] : cases) {
+        const std::string saved = Saved(*Loaded(test, OneMeasurement(key, value)));
+        EXPECT_NE(saved.find(value), std::string::npos) << key << ": " << saved;
     }
 }
 

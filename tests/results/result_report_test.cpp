@@ -7,6 +7,9 @@
 namespace vorex {
 namespace {
 
+using test::Limit;
+using test::StandardOf;
+
 const std::string kHeading = "|{\\i\\b Result:}|{\\i\\b }|{\\i\\b Value}|{\\i\\b Unit};\n";
 const std::string kLimitHeading =
     "|{\\i\\b Result:}|{\\i\\b }|{\\i\\b Value}|{\\i\\b Unit}|{\\i\\b High limit}|{\\i\\b Low limit}|"
@@ -48,15 +51,6 @@ class ResultReport : public test::ResultTest {
         report.SelectedStandardsForReport = standards;
         const CMeasurement& item = At(row, measurementKey);
         return item.BuildReportLine(report, true, item.RawPresetValue());
-    }
-    std::shared_ptr<Standard> NewStandard(const std::string& name) {
-        auto standard = std::make_shared<Standard>(name, "1");
-        standards.push_back(standard);
-        return standard;
-    }
-    static void AddLimit(IStandard& standard, std::string_view limitKey, std::string_view high,
-                         std::string_view low, std::string_view expression = {}) {
-        standard.AddExpectedResult(test::Limit(limitKey, high, low, expression));
     }
     void StoreWaveform(uint8_t type, const std::string& samples) {
         result->WaveformType = type;
@@ -265,7 +259,7 @@ TEST_F(ResultReport, EmptyValuesPrintTheirUnitsAndOverRangeValuesTheirWord) {
     EXPECT_NE(rows.find("|kVp Avg      |28|OL|KV" + cross), std::string::npos) << rows;
     EXPECT_NE(rows.find("|Air Kerma Rate      ||OL|mGy/sec" + cross), std::string::npos)
         << "an over-range text is not brought into a picture";
-    AddLimit(*NewStandard("State"), "ER HVL", "0.5", "0.3");
+    standards = {StandardOf("State", {Limit("ER HVL", "0.5", "0.3")})};
     const std::string limited = Printed(kReportLimits);
     EXPECT_NE(limited.find("|kVp Avg      |28|OL|" + cross), std::string::npos) << limited;
     EXPECT_NE(limited.find("|HVL      ||OL||0.5|0.3|State||" + kCross + ";"), std::string::npos) << limited;
@@ -295,16 +289,11 @@ TEST_F(ResultReport, WordsAndNumbersAreOfTheLanguageOfTheReport) {
 TEST_F(ResultReport, LimitsOfEachStandardAreNextToTheRowThatTheyJudge) {
     Begin(kRadioRepro, kZrd);
     Expose(1);
-    const auto site = NewStandard("Site");
-    const auto state = NewStandard("State;|");
-    const auto other = NewStandard("Other");
-    AddLimit(*site, "ER kVp Avg", "5", "-5", "X+(X*Y%)");
-    AddLimit(*site, "ER Exposure", "0.05", "", "CV");
-    AddLimit(*site, "ER Exposure", "120", "100");
-    AddLimit(*site, "ER HVL", "", "");
-    AddLimit(*state, "ER kVp Avg", "", "0");
-    AddLimit(*other, "ER kVp Avg", "90", "", "Y");
-    AddLimit(*other, "ER Exposure", "0.1", "", "CV");
+    standards = {StandardOf("Site", {Limit("ER kVp Avg", "5", "-5", "X+(X*Y%)"),
+                                     Limit("ER Exposure", "0.05", "", "CV"),
+                                     Limit("ER Exposure", "120", "100"), Limit("ER HVL", "")}),
+                 StandardOf("State;|", {Limit("ER kVp Avg", "", "0")}),
+                 StandardOf("Other", {Limit("ER kVp Avg", "90"), Limit("ER Exposure", "0.1", "", "CV")})};
     struct Case {
         std::string_view key;
         std::string expected;
@@ -331,30 +320,26 @@ TEST_F(ResultReport, LimitsOfEachStandardAreNextToTheRowThatTheyJudge) {
 }
 
 TEST_F(ResultReport, NoLimitIsNextToAValueThatTheCriterionExcludes) {
-    struct Case {
-        std::string_view criterion;
-        bool percent, absolute;
-    };
-    const Case cases[] = {{"1", true, false}, {"2", false, true}, {"3", true, true}, {"4", true, true}};
-    for (const Case& c : cases) {
+    const std::tuple<std::string_view, bool, bool> cases[] = {
+        {"1", true, false}, {"2", false, true}, {"3", true, true}, {"4", true, true}};
+    for (const auto& [criterion, percent, absolute] : cases) {
         for (int32_t setup : {kSetupMaTime, kSetupMas}) {
             Begin(kRadioAccuracy, kZrd);
             config->pNoOfExposures = 1;
             config->pGeneratorSetup = kSetupMaTime;
-            config->passFailCriterion = {std::string(c.criterion)};
+            config->passFailCriterion = {std::string(criterion)};
             result->Initialize(config);
             Expose(1);
             config->pGeneratorSetup = setup;
-            const auto site = NewStandard("Site");
-            for (const char* limit : {"Percentage kVp Avg", "Absolute kVp Avg", "Percentage Timer"})
-                AddLimit(*site, "ER RA " + std::string(limit) + " Error", "5", "-5");
+            standards = {StandardOf("Site", {Limit("ER RA Percentage kVp Avg Error", "5", "-5"),
+                                             Limit("ER RA Absolute kVp Avg Error", "5", "-5"),
+                                             Limit("ER RA Percentage Timer Error", "5", "-5")})};
             const auto limits = [](bool shown) { return std::string(shown ? "|5|-5|Site" : "") + ";\n"; };
-            const std::string expected = "|%kVp Avg. Error      ||7.0|%" + limits(c.percent) +
-                                         "|Absolute kVp Avg. Error      ||7.0|KV" + limits(c.absolute) +
+            const std::string expected = "|%kVp Avg. Error      ||7.0|%" + limits(percent) +
+                                         "|Absolute kVp Avg. Error      ||7.0|KV" + limits(absolute) +
                                          "|%Timer Error      ||7.0|%" + limits(setup == kSetupMaTime);
             const std::string rows = Printed(kReportLimits);
-            EXPECT_TRUE(rows.ends_with(expected)) << c.criterion << " setup " << setup << "\n" << rows;
-            standards.clear();
+            EXPECT_TRUE(rows.ends_with(expected)) << setup << "\n" << rows;
         }
     }
 }
@@ -363,7 +348,7 @@ TEST_F(ResultReport, TheAdjacentFlagHasNoLimitAndTheCoefficientOfLinearityHas) {
     Begin(kRadioLinearity, kZrd);
     Expose(1);
     At(0, key::kErNonAdjacent).Key(key::kErAdjacent);
-    AddLimit(*NewStandard("Site"), "ER Adjacent", "0.1", "");
+    standards = {StandardOf("Site", {Limit("ER Adjacent", "0.1")})};
     const std::string rows = Printed(kReportLimits);
     EXPECT_NE(rows.find("|Adjacent      ||7|;"), std::string::npos) << rows;
     EXPECT_NE(rows.find("|CL      ||7.0||0.1||Site;"), std::string::npos) << rows;
@@ -372,9 +357,9 @@ TEST_F(ResultReport, TheAdjacentFlagHasNoLimitAndTheCoefficientOfLinearityHas) {
 TEST_F(ResultReport, AStandardWithoutLimitsPrintsItsName) {
     Begin(kMammoRadiation, kZrd);
     Expose(1);
-    NewStandard("Bare");
+    standards = {StandardOf("Bare")};
     EXPECT_EQ(LimitRows(0, key::kHvl), "|HVL      ||7|mm Al|||Bare;");
-    AddLimit(*NewStandard("Full"), "ER HVL", "0.5", "0.3");
+    standards.push_back(StandardOf("Full", {Limit("ER HVL", "0.5", "0.3")}));
     EXPECT_EQ(LimitRows(0, key::kHvl), "|HVL      ||7|mm Al|||Bare;|||||0.5|0.3|Full;");
 }
 
@@ -382,9 +367,8 @@ TEST_F(ResultReport, TheMaximumExposureRateHasTheLimitOfItsExposure) {
     Begin(kFluoroExposure, kZrd);
     Expose(1);
     Expose(2);
-    const auto site = NewStandard("Site");
-    AddLimit(*site, "ER Maxi. Exposure Rate1", "10", "");
-    AddLimit(*site, "ER Maxi. Exposure Rate2", "20", "");
+    standards = {
+        StandardOf("Site", {Limit("ER Maxi. Exposure Rate1", "10"), Limit("ER Maxi. Exposure Rate2", "20")})};
     EXPECT_EQ(LimitRows(0, "ER Maxi. Exposure Rate1"), "|Exposure Rate      ||7|R/sec|10||Site;");
     EXPECT_EQ(LimitRows(1, "ER Maxi. Exposure Rate2"), "|Exposure Rate      ||7|R/sec|20||Site;");
 }
