@@ -208,7 +208,7 @@ class DocumentWriter {
     static constexpr std::size_t kLongestMark = 8;
 
     void Element(const OutputElement& element, std::size_t depth);
-    void Deferred(const OutputElement& element, std::size_t depth);
+    void Deferred(const OutputElement& element, std::size_t depth, bool inlined);
     void Foreign(pugi::xml_node node, std::size_t depth);
     void Escaped(std::string_view text, In place);
     void Special(unsigned char byte);
@@ -239,7 +239,7 @@ class DocumentWriter {
 void DocumentWriter::Children(const OutputElement& parent, std::size_t depth, bool inlined) {
     for (const OutputElement* child = parent.First(); child != nullptr; child = child->Next()) {
         if (child->IsDeferred()) {
-            Deferred(*child, depth);
+            Deferred(*child, depth, inlined);
             inlined = false;
             continue;
         }
@@ -256,7 +256,7 @@ void DocumentWriter::Children(const OutputElement& parent, std::size_t depth, bo
     if (!inlined && depth > 0) NewLine(depth - 1);
 }
 
-void DocumentWriter::Deferred(const OutputElement& element, std::size_t depth) {
+void DocumentWriter::Deferred(const OutputElement& element, std::size_t depth, bool inlined) {
     constexpr std::size_t kUsualRoom = std::size_t{1} << 20U;
     if (mScratch)
         mScratch->Clear();
@@ -265,7 +265,7 @@ void DocumentWriter::Deferred(const OutputElement& element, std::size_t depth) {
     const auto& deferred = mDocument.mDeferred.at(&element);
     const auto made = deferred.maker(mScratch, deferred.counterpart);
     if (!made) return;
-    NewLine(depth);
+    if (!inlined) NewLine(depth);
     Element(static_cast<const OutputElement&>(*made), depth);
 }
 
