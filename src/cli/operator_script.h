@@ -16,6 +16,8 @@ struct OperatorStep {
     StepKind kind = StepKind::kStart;
     int32_t number = 0;  ///< stop: after so many stored exposures; redo: the exposure, from 1; else 0
     std::string text;    ///< as it was written, for messages
+
+    bool operator==(const OperatorStep&) const = default;
 };
 
 /// What the operator does at one element; empty for the default steps.

@@ -365,7 +365,6 @@ inline constexpr std::string_view kReportTest            = "31015::Test";
 inline constexpr std::string_view kReportGroup           = "31016::Group";
 inline constexpr std::string_view kReportStatus          = "31017::Status";
 inline constexpr std::string_view kReportNotTested       = "31018::Not tested";
-inline constexpr std::string_view kReportNoTests         = "31019::This file holds no tests.";
 inline constexpr std::string_view kReportFailuresOnly    = "31020::Only failed values are shown.";
 inline constexpr std::string_view kReportClauses         = "31022::Clauses";
 inline constexpr std::string_view kReportContinued       = "31030::%%1 (continued)";

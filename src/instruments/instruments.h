@@ -33,7 +33,6 @@ class IInstruments {
     virtual ~IInstruments() = default;
     virtual std::shared_ptr<IDetectorService> CreateService() = 0;
     virtual std::shared_ptr<IDetectorLink> CreateLink() = 0;
-    virtual const SentSettings& Sent() const = 0;
     /// The faults, one text each, for the operator.
     virtual const std::vector<std::string>& Faults() const = 0;
     /// The latest fault without its place; empty when there was none.

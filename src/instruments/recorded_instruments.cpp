@@ -37,7 +37,6 @@ class RecordedRoom : public Bench {
 
     /// Here a "throws" line of the recording makes an operation fail.
     void Enter(Operation operation) override {
-        if (logCalls) calls.push_back(NameOf(operation));
         std::deque<int32_t>& lines = mThrows[IndexOf(operation)];
         if (lines.empty()) return;
         const std::string text = std::string(NameOf(operation)) + " failed";
@@ -61,8 +60,6 @@ class RecordedRoom : public Bench {
 
     const Recording recording;
     int32_t delivered = 0;
-    bool logCalls = false;
-    std::vector<std::string_view> calls;
 
   private:
     const RecordedLine* Head() const {
@@ -210,12 +207,6 @@ bool RecordedInstruments::Ended() const {
 }
 int32_t RecordedInstruments::ExposuresDelivered() const {
     return mRoom->delivered;
-}
-void RecordedInstruments::LogCalls() {
-    mRoom->logCalls = true;
-}
-const std::vector<std::string_view>& RecordedInstruments::Calls() const {
-    return mRoom->calls;
 }
 
 }  // namespace vorex

@@ -29,15 +29,12 @@ class RecordedInstruments : public IInstruments {
 
     std::shared_ptr<IDetectorService> CreateService() override;
     std::shared_ptr<IDetectorLink> CreateLink() override;
-    const SentSettings& Sent() const override;
+    const SentSettings& Sent() const;
     const std::vector<std::string>& Faults() const override;
     std::string LatestFault() const override;
     bool Ended() const override;
 
     int32_t ExposuresDelivered() const;
-    /// From now on records the names of the called operations, including failed ones.
-    void LogCalls();
-    const std::vector<std::string_view>& Calls() const;
 
   private:
     std::shared_ptr<RecordedRoom> mRoom;  // services and links keep it alive too

@@ -282,9 +282,6 @@ std::shared_ptr<IDetectorService> SimulatedInstruments::CreateService() {
 std::shared_ptr<IDetectorLink> SimulatedInstruments::CreateLink() {
     return MakeLink(mBench);
 }
-const SentSettings& SimulatedInstruments::Sent() const {
-    return mBench->sent;
-}
 const std::vector<std::string>& SimulatedInstruments::Faults() const {
     return mBench->faults;
 }

@@ -29,7 +29,6 @@ class SimulatedInstruments : public IInstruments {
 
     std::shared_ptr<IDetectorService> CreateService() override;
     std::shared_ptr<IDetectorLink> CreateLink() override;
-    const SentSettings& Sent() const override;
     const std::vector<std::string>& Faults() const override;
     std::string LatestFault() const override;
     bool Ended() const override;

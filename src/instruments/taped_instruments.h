@@ -73,7 +73,6 @@ class TapedInstruments final : public IInstruments {
 
     std::shared_ptr<IDetectorService> CreateService() override;
     std::shared_ptr<IDetectorLink> CreateLink() override { return mInstruments->CreateLink(); }
-    const SentSettings& Sent() const override { return mInstruments->Sent(); }
     const std::vector<std::string>& Faults() const override { return mInstruments->Faults(); }
     std::string LatestFault() const override { return mInstruments->LatestFault(); }
     bool Ended() const override { return mInstruments->Ended() || mTape.Broken(); }

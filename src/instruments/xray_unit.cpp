@@ -268,7 +268,6 @@ void XrayUnit::Fluoroscope(const Technique& technique, double heldSeconds, Rando
 Shot XrayUnit::Expose(const Technique& technique, double heldSeconds, RandomSource& random) {
     const GeneratorRow& generator = RowOf(mSettings.generator);
     Shot shot;
-    shot.unit = mKind;
     shot.ripple = mSettings.ripplePercent ? *mSettings.ripplePercent / 100 : generator.ripple;
     shot.pulsesPerSecond = generator.pulsesPerSecond;
     shot.riseMs = mSettings.riseMs;

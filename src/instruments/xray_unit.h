@@ -13,7 +13,6 @@ namespace vorex {
 
 /// The true values of an exposure, before any instrument measures it.
 struct Shot {
-    UnitKind unit = UnitKind::kRadiographic;
     double kv = 0;               ///< peak voltage
     double ripple = 0;           ///< (Umax - Umin) / Umax
     double pulsesPerSecond = 0;  ///< of the ripple

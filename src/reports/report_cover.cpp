@@ -140,9 +140,8 @@ void PrintFacts(ReportDocument& report, const ReportContents& contents) {
     const ReportFacts& facts = report.Facts();
     std::string rows;
     for (const ReportFact& fact : contents.particulars) rows += Row({fact.label, fact.text});
-    if (!contents.roots.empty())
-        rows += Row({Translate(text::kReportTally, &report), TallyWords(contents.roots, report)});
-    rows += Row({Translate(text::kReportFile, &report), facts.fileName}) +
+    rows += Row({Translate(text::kReportTally, &report), TallyWords(contents.roots, report)}) +
+            Row({Translate(text::kReportFile, &report), facts.fileName}) +
             Row({Translate(text::kReportDate, &report), facts.date}) +
             Row({Translate(text::kReportProgram, &report), facts.program});
     report.PrintTable(ColumnsOf(report, {25, 75}), rows);
@@ -152,10 +151,6 @@ void PrintFacts(ReportDocument& report, const ReportContents& contents) {
 
 void PrintTree(ReportDocument& report, const ReportContents& contents) {
     report.PrintHeading(Translate(text::kReportElements, &report), {});
-    if (contents.roots.empty()) {
-        report.PrintTable(ColumnsOf(report, {100}), Row({Translate(text::kReportNoTests, &report)}));
-        return;
-    }
     std::string rows = HeadingRow(report, {text::kDescription, text::kReportTest, text::kReportStatus});
     AddTree(contents.roots, 0, contents, report, rows);
     report.PrintTable(ColumnsOf(report, {42, 33, 25}), rows);

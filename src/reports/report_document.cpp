@@ -44,10 +44,15 @@ int32_t LineHeight(int32_t points) {
     return points * kLineTwips;
 }
 
-int32_t RowHeight(const ReportRow& row) {
+std::size_t LinesOf(const ReportRow& row) {
     std::size_t lines = 1;
     for (const ReportCell& cell : row.cells) lines = std::max(lines, cell.lines.size());
-    return static_cast<int32_t>(lines) * LineHeight(row.points) + row.Padding() + (row.group ? kGroupGap : 0);
+    return lines;
+}
+
+int32_t RowHeight(const ReportRow& row) {
+    return static_cast<int32_t>(LinesOf(row)) * LineHeight(row.points) + row.Padding() +
+           (row.group ? kGroupGap : 0);
 }
 
 /// The outcome next to a form's title has a line of its own.
@@ -275,10 +280,8 @@ void ReportDocument::PlaceRow(ReportRow row, const Columns& columns, bool moves)
 
 /// The only row that splits: one that is higher than a page.
 void ReportDocument::PlaceInPieces(const ReportRow& row, const Columns& columns) {
-    std::size_t begin = 0;
-    std::size_t count = 0;
-    for (const ReportCell& cell : row.cells) count = std::max(count, cell.lines.size());
-    while (begin < count) {
+    const std::size_t count = LinesOf(row);
+    for (std::size_t begin = 0; begin < count;) {
         const int32_t room = std::max(1, (SpaceLeft() - row.Padding()) / LineHeight(row.points));
         const std::size_t end = std::min(count, begin + static_cast<std::size_t>(room));
         ReportRow piece = row;

@@ -51,32 +51,6 @@ class RunTest : public ProgramTest {
     using Run = vorex::Run;
 };
 
-TEST_F(RunTest, TheOutcomeSaysHowARunEnded) {
-    const std::string two = Shot("80") + Shot("81");
-    const struct {
-        std::string script, recording;
-        RunEnd end;
-        const char* reason;
-    } cases[] = {
-        {"", two, RunEnd::kFinished, ""},
-        {"na", two, RunEnd::kFinished, ""},
-        {"abort", two, RunEnd::kAborted, ""},
-        {"previous", two, RunEnd::kLeftBackwards, ""},
-        {"start,redo 9", two, RunEnd::kOperatorError, "there is no such exposure to redo"},
-        {"", Shot("80") + "{\"link\":false}\n", RunEnd::kBroken, ""},
-        {"", Shot("80"), RunEnd::kBroken, ""},
-    };
-    Session session({"en", platform});
-    for (const auto& c : cases) {
-        const auto file = OpenFile::FromText(Sequence(Element(1, 100, Exposures(2))), "s.xml");
-        const RunOutcome outcome =
-            Perform(session, *file, RecordedBench{Write("r.jsonl", kHead + c.recording)}, c.script);
-        EXPECT_EQ(outcome.end, c.end) << c.script << c.recording;
-        EXPECT_NE(outcome.reason.find(c.reason), std::string::npos) << outcome.reason;
-    }
-    EXPECT_EQ(diary.faults.size(), 2U) << "the lost link, and the recording that is used up";
-}
-
 /// Says that it acts, and does nothing.
 class Idler : public IOperator, public IHeadlessOperator {
     bool OnIdle(IModalWindow& /*window*/) override { return true; }
@@ -103,18 +77,6 @@ TEST_F(RunTest, TheListenerFollowsTheRun) {
     EXPECT_EQ(diary.lines, (std::vector<std::string>{"begins 1", "stored 1/1", "stored 1/2", "ended 1",
                                                      "begins 2", "stored 2/1", "ended 2"}));
     EXPECT_TRUE(diary.faults.empty());
-}
-
-TEST_F(RunTest, SimulatedInstrumentsMeasureWhatTheOpenGuideAsksFor) {
-    Session session({"en", platform});
-    EXPECT_FALSE(session.AtConsole()) << "no guide is open";
-    const auto file =
-        OpenFile::FromText(Sequence(Element(1, 100, Exposures(1) + "<MachineKV>102</MachineKV>",
-                                            Limit("ER kVp Avg", R"(<High Value="104"/><Low Value="100"/>)"))),
-                           "s.xml");
-    EXPECT_EQ(Perform(session, *file, SimulatedRoom()).end, RunEnd::kFinished);
-    EXPECT_EQ(file->Verdict(), FileVerdict::kGood);
-    EXPECT_EQ(file->File().FindElement(1)->Result()->Status(), 1);
 }
 
 std::string SurveyOf(int id, const std::string& cells = {}) {

@@ -125,24 +125,12 @@ std::string Recorded() {
         R"("defaultTargetFilter":"Mo/Mo"})"
         "\n";
     for (const char* kvp : {"80", "81", "82", "83", "84", "85", "86", "87"})
-        lines += std::string(R"({"quiet":1})") + "\n" + R"({"exposure":{"detector":[")" + kvp +
-                 R"(","81","80","10","100","100","10","0","0","3"],"mas":["200","20","0","1"],)"
-                 R"("waveforms":[{"type":1,"resolution":10,"samples":"0,80,0"}]}})"
-                 "\n";
+        lines += "{\"quiet\":1}\n" + Shot(kvp, "10", MasOf("20") + Waves(Wave(1, "0,80,0")));
     return lines + "{\"quiet\":9999}\n";
 }
 
 class SessionPlatformTest : public ProgramTest {
   protected:
-    void SetUp() override {
-        ProgramTest::SetUp();
-        setenv("VOREX_NOW", "2026-01-15T09:00:00Z", 1);
-    }
-    void TearDown() override {
-        unsetenv("VOREX_NOW");
-        ProgramTest::TearDown();
-    }
-
     struct Operated {
         RunOutcome outcome;
         std::string text;     ///< of the file

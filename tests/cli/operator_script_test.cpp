@@ -10,10 +10,7 @@
 
 namespace vorex {
 
-// Found by argument-dependent look-up when steps are compared and printed.
-static bool operator==(const OperatorStep& a, const OperatorStep& b) {
-    return a.kind == b.kind && a.number == b.number && a.text == b.text;
-}
+// Found by argument-dependent look-up when steps are printed.
 static void PrintTo(const OperatorStep& step, std::ostream* out) {
     *out << static_cast<int>(step.kind) << '/' << step.number << '/' << step.text;
 }

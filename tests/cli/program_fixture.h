@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -9,12 +10,23 @@
 #include <pugixml.hpp>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/program.h"
 #include "files/run_journal.h"
 
 namespace vorex::test {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+inline std::string Sequence(const std::string& elements) {
+    return "<VorexSequence Version=\"1\">" + elements + "</VorexSequence>";
+}
+inline const std::string kHead =
+    R"({"recording":1,"kind":1,"serialNumbers":"4711","calibrationDates":"2026-01-15"})"
+    "\n";
 
 /// Runs the program in a folder of its own, as a user would from a shell.
 class ProgramTest : public ::testing::Test {
@@ -48,7 +60,8 @@ class ProgramTest : public ::testing::Test {
     bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
 
     /// Exit code of a command; its output is in `out` and `err`.
-    int Run(const std::vector<std::string>& arguments) {
+    int Run(std::vector<std::string> arguments, const std::vector<std::string>& more = {}) {
+        arguments.insert(arguments.end(), more.begin(), more.end());
         std::ostringstream outStream;
         std::ostringstream errStream;
         Terminal terminal{outStream, errStream};
@@ -59,13 +72,34 @@ class ProgramTest : public ::testing::Test {
     }
     /// Runs a file on a recording, with the result in out.xml.
     int RunFile(const std::string& file, const std::string& recording, const std::string& script = {}) {
-        std::vector<std::string> arguments = {
-            "run", Path(file), "--instruments", "recording:" + Path(recording), "-o", Path("out.xml")};
-        if (!script.empty()) arguments.insert(arguments.end(), {"--operator", script});
-        const int code = Run(arguments);
-        result.reset();
-        if (Exists("out.xml")) result.load_file(Path("out.xml").c_str());
+        return RunToOut(
+            {"run", Path(file), "--instruments", "recording:" + Path(recording), "--operator", script});
+    }
+    /// Runs a command that writes out.xml, and loads it.
+    int RunToOut(std::vector<std::string> arguments, const std::vector<std::string>& more = {}) {
+        arguments.insert(arguments.end(), {"-o", Path("out.xml")});
+        const int code = Run(std::move(arguments), more);
+        result.load_file(Path("out.xml").c_str());
         return code;
+    }
+    /// Runs elements on events of the ZRD 47500, or on a whole recording.
+    int RunOn(const std::string& elements, const std::string& events, const std::string& script = {}) {
+        Write("s.xml", Sequence(elements));
+        Write("r.jsonl", (events.starts_with("{\"recording\"") ? "" : kHead) + events);
+        return RunFile("s.xml", "r.jsonl", script);
+    }
+    void RunPassing(const std::string& elements, const std::string& events, const std::string& script = {}) {
+        EXPECT_EQ(RunOn(elements, events, script), kExitPassed) << script << err;
+    }
+    /// Judges out.xml, which must not change.
+    void ExpectJudgedAlike(int code = kExitPassed) {
+        EXPECT_EQ(Run({"judge", Path("out.xml"), "-o", Path("again.xml")}), code) << err;
+        EXPECT_EQ(Read("again.xml"), Read("out.xml"));
+    }
+    /// What "show" prints of a file.
+    std::string Shown(const std::string& file = "out.xml") {
+        EXPECT_EQ(Run({"show", Path(file)}), kExitPassed) << err;
+        return out;
     }
 
     /// The "ResultItem" of the element of an ID in out.xml.
@@ -99,9 +133,6 @@ inline std::string Group(int id, const std::string& children) {
     return "<TestElement PlugIn=\"ZRD47500\" TestID=\"0\" ID=\"" + std::to_string(id) + "\" Name=\"G\">" +
            children + "</TestElement>";
 }
-inline std::string Sequence(const std::string& elements) {
-    return "<VorexSequence Version=\"1\">" + elements + "</VorexSequence>";
-}
 /// A standard "Site 1" with one limit; sides are given as XML, e.g. `<High Value="5"/>`.
 inline std::string Limit(const std::string& limitKey, const std::string& sides) {
     return "<ExpectedResult><Standard Name=\"Site\" Version=\"1\"><Limit Key=\"" + limitKey + "\">" + sides +
@@ -127,13 +158,23 @@ inline std::string Sealed(const std::string& journal, const std::string& from, c
 inline std::string Exposures(int count) {
     return "<NumberOfExposures>" + std::to_string(count) + "</NumberOfExposures>";
 }
-inline const std::string kHead =
-    R"({"recording":1,"kind":1,"serialNumbers":"4711","calibrationDates":"2026-01-15"})"
-    "\n";
-/// An exposure of the ZRD 47500 with a voltage and an exposure.
-inline std::string Shot(const std::string& kvp, const std::string& exposure = "10") {
+/// The first line of a recording of a ZRD 47500 and an mAs meter.
+inline const std::string kHeadOfBoth = R"({"recording":1,"kind":4,"serialNumbers":"4711,88"})"
+                                       "\n";
+/// An exposure of the ZRD 47500 with a voltage and an exposure; further readings and waveforms follow.
+inline std::string Shot(const std::string& kvp, const std::string& exposure = "10",
+                        const std::string& more = {}) {
     return R"({"exposure":{"detector":[")" + kvp + R"(","81","80",")" + exposure +
-           R"(","100","100","10","0","0","3.1"]}})" + "\n";
+           R"(","100","100","10","0","0","3.1"])" + more + "}}\n";
+}
+inline std::string MasOf(const std::string& mas) {
+    return R"(,"mas":["200",")" + mas + R"(","0","0.5"])";
+}
+inline std::string Wave(int type, const std::string& samples) {
+    return R"({"type":)" + std::to_string(type) + R"(,"resolution":10,"samples":")" + samples + "\"}";
+}
+inline std::string Waves(const std::string& list) {
+    return ",\"waveforms\":[" + list + "]";
 }
 
 }  // namespace vorex::test

@@ -21,14 +21,16 @@ class ReportTest : public ProgramTest {
         ASSERT_EQ(RunFile("in.xml", "in.jsonl"), kExitFailed) << err;
     }
 
-    int Report(const std::string& name, std::vector<std::string> options = {}) {
-        std::vector<std::string> arguments = {"report", Path("out.xml"), "-o", Path(name)};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        return Run(arguments);
+    int Report(const std::string& name, const std::vector<std::string>& options = {}) {
+        return Run({"report", Path("out.xml"), "-o", Path(name)}, options);
     }
     /// What a tool of the system prints of a file of the test.
     std::string Printed(const std::string& tool, const std::string& name, const std::string& end = {}) const {
         return PrintedBy(tool + " '" + Path(name) + "' " + end);
+    }
+    /// What a person reads in a report.
+    std::string TextOf(const std::string& name, const std::string& tool = "pdftotext -layout") const {
+        return name.ends_with(".pdf") ? Printed(tool, name, "-") : Read(name);
     }
     /// The numbers of out.xml that a report shows: every exposure has the statistics of the test, and those
     /// of the last one count.
@@ -70,7 +72,7 @@ TEST_F(ReportTest, EveryFormShowsEveryNumberOfTheExamples) {
         EXPECT_GE(printed.size(), 10U) << example;
         for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
             ASSERT_EQ(Report(form, {"--limits"}), kExitPassed) << err;
-            const std::string text = form == "r.pdf" ? Printed("pdftotext -layout", form, "-") : Read(form);
+            const std::string text = TextOf(form);
             std::set<std::string> exact;
             std::vector<std::pair<double, double>> rounded;  // with what rounding takes at most
             for (std::sregex_iterator at(text.begin(), text.end(), number), end; at != end; ++at) {
@@ -117,9 +119,9 @@ TEST_F(ReportTest, AUnitHasNotPassedWhileOneOfItsTestsWasNotPerformed) {
 TEST_F(ReportTest, FailuresOnlyLeavesTheRestOut) {
     ASSERT_EQ(Report("r.txt", {"--failures-only"}), kExitPassed) << err;
     const std::string text = Read("r.txt");
-    EXPECT_NE(text.find("95.5"), std::string::npos);
-    EXPECT_EQ(text.find("80.125"), std::string::npos);
-    EXPECT_NE(text.find("Only failed values"), std::string::npos);
+    EXPECT_THAT(text, HasSubstr("95.5"));
+    EXPECT_THAT(text, Not(HasSubstr("80.125")));
+    EXPECT_THAT(text, HasSubstr("Only failed values"));
 }
 
 TEST_F(ReportTest, ThePdfIsAnArchiveFileWithBookmarksAndItsOwnFonts) {
@@ -131,8 +133,8 @@ TEST_F(ReportTest, ThePdfIsAnArchiveFileWithBookmarksAndItsOwnFonts) {
     EXPECT_TRUE(pdf.starts_with("%PDF-1.4"));
     for (const char* part :
          {"pdfaid:part=\"1\"", "pdfaid:conformance=\"B\"", "/OutputIntents", "/Outlines", "/Lang"})
-        EXPECT_NE(pdf.find(part), std::string::npos) << part;
-    EXPECT_EQ(pdf.find("/ObjStm"), std::string::npos);
+        EXPECT_THAT(pdf, HasSubstr(part)) << part;
+    EXPECT_THAT(pdf, Not(HasSubstr("/ObjStm")));
     EXPECT_NE(Printed("pdftotext -layout", "r.pdf", "-").find("Page 1 of 2"), std::string::npos);
     std::istringstream fonts(Printed("pdffonts", "r.pdf"));
     std::string line;
@@ -155,7 +157,7 @@ TEST_F(ReportTest, TheFileMeetsTheArchiveFormat) {
     // No transparency, no script, nothing outside; fonts carry their characters' meaning.
     for (const char* forbidden :
          {"/Encrypt", "/JavaScript", "/Launch", "/EmbeddedFile", "/S /Transparency", "/LZWDecode", "/F ("})
-        EXPECT_EQ(whole.find(forbidden), std::string::npos) << forbidden;
+        EXPECT_THAT(whole, Not(HasSubstr(forbidden))) << forbidden;
     const auto everyIs = [&](const std::string& name, const std::string& value) {
         for (std::size_t at = whole.find(name); at != std::string::npos; at = whole.find(name, at + 1))
             EXPECT_EQ(whole.substr(at + name.size(), value.size()), value) << whole.substr(at, 20);
@@ -164,7 +166,7 @@ TEST_F(ReportTest, TheFileMeetsTheArchiveFormat) {
     everyIs("/ca ", "1");
     everyIs("/SMask ", "/None");
     for (const char* needed : {"/GTS_PDFA1", "/DestOutputProfile", "/ToUnicode", "/FontFile2", "/CIDSet"})
-        EXPECT_NE(whole.find(needed), std::string::npos) << needed;
+        EXPECT_THAT(whole, HasSubstr(needed)) << needed;
     EXPECT_TRUE(std::regex_search(whole, std::regex("/ID \\[<[0-9a-f]{32}><[0-9a-f]{32}>\\]")));
     // The two descriptions of the file agree.
     const std::string info = Printed("pdfinfo -isodates", "r.pdf");
@@ -175,7 +177,7 @@ TEST_F(ReportTest, TheFileMeetsTheArchiveFormat) {
         std::smatch found;
         const std::regex line(std::string("(^|\n)") + label + ": +([^\n]*)");
         ASSERT_TRUE(std::regex_search(info, found, line)) << label << info;
-        EXPECT_NE(meta.find(told + std::string(found[2])), std::string::npos) << label << meta;
+        EXPECT_THAT(meta, HasSubstr(told + std::string(found[2]))) << label << meta;
     }
     const std::string pdf = Read("r.pdf");
     EXPECT_NE(pdf.find(meta.substr(0, meta.find('\n'))), std::string::npos)
@@ -206,12 +208,12 @@ TEST_F(ReportTest, ATestSaysWhenItWasMeasuredWithWhatAndByWhichLimitsItWasJudged
     EXPECT_NE(text.find("Measured       " + start + " to " + run.attribute("End").value() + "; vorex "),
               std::string::npos)
         << text;
-    EXPECT_NE(text.find("serial number 4711, calibrated 2026-01-15"), std::string::npos);
-    EXPECT_NE(text.find("Judged by      Site 1\n"), std::string::npos);
-    EXPECT_NE(text.find("Limits         kVp Avg: at most 81 KV (Site 1)\n"), std::string::npos);
-    EXPECT_NE(text.find("1: 0 passed, 1 failed, 0 not applicable, 0 not performed"), std::string::npos);
+    EXPECT_THAT(text, HasSubstr("serial number 4711, calibrated 2026-01-15"));
+    EXPECT_THAT(text, HasSubstr("Judged by      Site 1\n"));
+    EXPECT_THAT(text, HasSubstr("Limits         kVp Avg: at most 81 KV (Site 1)\n"));
+    EXPECT_THAT(text, HasSubstr("1: 0 passed, 1 failed, 0 not applicable, 0 not performed"));
     ASSERT_EQ(Report("r.txt", {"--limits"}), kExitPassed) << err;
-    EXPECT_EQ(Read("r.txt").find("Limits  "), std::string::npos) << "they are next to the values";
+    EXPECT_THAT(Read("r.txt"), Not(HasSubstr("Limits  "))) << "they are next to the values";
     // The file's limit is another one now.
     std::string file = Read("out.xml");
     const std::string sides = "<High Value=\"81\"";
@@ -221,7 +223,7 @@ TEST_F(ReportTest, ATestSaysWhenItWasMeasuredWithWhatAndByWhichLimitsItWasJudged
     EXPECT_NE(Read("r.txt").find("Changed since  Site 1, ER kVp Avg, at most: now 99, then 81\n"),
               std::string::npos)
         << Read("r.txt");
-    EXPECT_NE(Read("r.txt").find("Limits         kVp Avg: at most 81 KV (Site 1)\n"), std::string::npos);
+    EXPECT_THAT(Read("r.txt"), HasSubstr("Limits         kVp Avg: at most 81 KV (Site 1)\n"));
 }
 
 TEST_F(ReportTest, AStoppedRunIsNotedNextToItsVerdict) {
@@ -230,19 +232,19 @@ TEST_F(ReportTest, AStoppedRunIsNotedNextToItsVerdict) {
     ASSERT_EQ(RunFile("in.xml", "in.jsonl", "start,stop@2,next;skip"), kExitPassed) << err;
     for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
         ASSERT_EQ(Report(form), kExitPassed) << err;
-        std::string text = form == "r.pdf" ? Printed("pdftotext -layout", form, "-") : Read(form);
+        std::string text = TextOf(form);
         text = std::regex_replace(text, std::regex("\\s+"), " ");
-        EXPECT_NE(text.find("Pass (stopped after 2 of 3)"), std::string::npos) << text;
-        EXPECT_NE(text.find("2: 1 passed, 0 failed, 0 not applicable, 1 not performed"), std::string::npos);
+        EXPECT_THAT(text, HasSubstr("Pass (stopped after 2 of 3)")) << text;
+        EXPECT_THAT(text, HasSubstr("2: 1 passed, 0 failed, 0 not applicable, 1 not performed"));
     }
-    EXPECT_NE(Read("r.txt").find("End of the run  stopped after 2 of 3\n"), std::string::npos);
+    EXPECT_THAT(Read("r.txt"), HasSubstr("End of the run  stopped after 2 of 3\n"));
 }
 
 TEST_F(ReportTest, TheCoverNamesSiteRoomAndPersonOfASurvey) {
     ASSERT_EQ(Run({"new", "1300", "-o", Path("survey.xml")}), kExitPassed) << err;
     ASSERT_EQ(Run({"report", Path("survey.xml"), "-o", Path("r.txt")}), kExitPassed) << err;
-    EXPECT_EQ(Read("r.txt").find("Site"), std::string::npos) << "nothing is made up";
-    EXPECT_EQ(Read("r.txt").find("Date of the survey"), std::string::npos);
+    EXPECT_THAT(Read("r.txt"), Not(HasSubstr("Site"))) << "nothing is made up";
+    EXPECT_THAT(Read("r.txt"), Not(HasSubstr("Date of the survey")));
     ASSERT_EQ(Run({"survey", Path("survey.xml"), "--set", "GeneralInformation.Site=St. Anna", "--set",
                    "GeneralInformation.RoomID=M|2", "--set", "GeneralInformation.Technologist=A. Weiss",
                    "--set", "GeneralInformation.XrayUnitManufacturer=Maker", "--answer", "PR1=Pass", "-o",
@@ -292,10 +294,10 @@ TEST_F(ReportTest, TextsOfUsersBreakNoFormWhereverTheyAreTyped) {
         ASSERT_TRUE(file.save_file(Path("out.xml").c_str()));
         for (const std::string form : {"r.txt", "r.html", "r.pdf"}) {
             ASSERT_EQ(Report(form, {"--limits"}), kExitPassed) << form << err;
-            std::string text = form == "r.pdf" ? Printed("pdftotext", form, "-") : Read(form);
-            EXPECT_NE(text.find("95.5"), std::string::npos) << form;
+            std::string text = TextOf(form, "pdftotext");
+            EXPECT_THAT(text, HasSubstr("95.5")) << form;
             text = std::regex_replace(text, std::regex("\\s+"), "");
-            EXPECT_NE(text.find(expected), std::string::npos) << form << text.substr(0, 2000);
+            EXPECT_THAT(text, HasSubstr(expected)) << form << text.substr(0, 2000);
             if (form == "r.html") {
                 EXPECT_TRUE(pugi::xml_document().load_file(Path(form).c_str()));
             }
@@ -314,28 +316,27 @@ TEST_F(ReportTest, TextsOfUsersBreakNoFormWhereverTheyAreTyped) {
 TEST_F(ReportTest, EmptyFilesAndFullDisksAreReported) {
     Write("none.xml", Sequence(""));
     EXPECT_EQ(Run({"report", Path("none.xml"), "-o", Path("r2.txt")}), kExitUsage);
-    EXPECT_NE(err.find("holds no test"), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("holds no test"));
     EXPECT_FALSE(Exists("r2.txt"));
     for (const std::string form : {"full.txt", "full.html", "full.pdf"}) {
         std::filesystem::create_symlink("/dev/full", Path(form));
         EXPECT_EQ(Report(form), kExitFault);
-        EXPECT_NE(err.find(Path(form)), std::string::npos) << err;
-        EXPECT_NE(err.find("No space left"), std::string::npos) << err;
+        EXPECT_THAT(err, HasSubstr(Path(form)));
+        EXPECT_THAT(err, HasSubstr("No space left"));
     }
 }
 
 TEST_F(ReportTest, ATestThatWasNeverRunHasAReport) {
     for (const std::string name : {"r.txt", "r.html", "r.pdf"}) {
         EXPECT_EQ(Run({"report", Path("in.xml"), "-o", Path(name)}), kExitPassed) << err;
-        const std::string text = name == "r.pdf" ? Printed("pdftotext", name, "-") : Read(name);
-        EXPECT_NE(text.find("Not tested"), std::string::npos) << name;
+        EXPECT_THAT(TextOf(name), HasSubstr("Not tested")) << name;
     }
 }
 
 TEST_F(ReportTest, AReportThatCannotBeWrittenLeavesWhatWasThere) {
     std::filesystem::create_directories(Path("locked.txt"));
     EXPECT_EQ(Report("locked.txt"), kExitUsage);
-    EXPECT_NE(err.find("locked.txt"), std::string::npos);
+    EXPECT_THAT(err, HasSubstr("locked.txt"));
     EXPECT_EQ(Run({"report", Path("out.xml"), "-o", "/dev/full"}), kExitUsage);
     Write("old.html", "old");
     EXPECT_EQ(Run({"report", Path("missing.xml"), "-o", Path("old.html")}), kExitUsage);
@@ -344,17 +345,16 @@ TEST_F(ReportTest, AReportThatCannotBeWrittenLeavesWhatWasThere) {
 
 TEST_F(ReportTest, AnUnknownLanguageIsReportedBeforeAnythingRuns) {
     EXPECT_EQ(Report("r.txt", {"--report-language", "xx"}), kExitUsage);
-    EXPECT_NE(err.find("there is no language \"xx\"; expected one of en"), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("there is no language \"xx\"; expected one of en"));
     EXPECT_FALSE(Exists("r.txt"));
-    const std::vector<std::string> run = {
+    std::vector<std::string> run = {
         "run", Path("in.xml"),     "--instruments",     "recording:" + Path("in.jsonl"),
         "-o",  Path("second.xml"), "--report-language", "xx"};
     EXPECT_EQ(Run(run), kExitUsage);
-    EXPECT_NE(err.find("--report-language belongs to a report"), std::string::npos) << err;
-    std::vector<std::string> withReport = run;
-    withReport.insert(withReport.end(), {"--report", Path("r.txt")});
-    EXPECT_EQ(Run(withReport), kExitUsage);
-    EXPECT_NE(err.find("there is no language \"xx\""), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("--report-language belongs to a report"));
+    run.insert(run.end(), {"--report", Path("r.txt")});
+    EXPECT_EQ(Run(run), kExitUsage);
+    EXPECT_THAT(err, HasSubstr("there is no language \"xx\""));
     EXPECT_FALSE(Exists("second.xml"));
     EXPECT_FALSE(Exists("second.xml.journal"));
 }

@@ -9,19 +9,12 @@ class ShowTest : public ProgramTest {
 };
 
 TEST_F(ShowTest, WaveformsAreListedInOneLineByExposureAndKind) {
-    const auto shot = [](const std::string& waveforms) {
-        return R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
-               R"("mas":["200","20","0","0.5"],"waveforms":[)" +
-               waveforms + "]}}\n";
-    };
-    const std::string kv = R"({"type":1,"resolution":10,"samples":"0,40.5,80.1,0"})";
-    const std::string ma = R"({"type":3,"resolution":10,"samples":"0,200,0"})";
+    const std::string kv = Wave(1, "0,40.5,80.1,0");
+    const std::string ma = Wave(3, "0,200,0");
     Write("s.xml", Sequence(Element(1, 100,
                                     "<DetectorName>4</DetectorName>" + Exposures(2) +
                                         "<NumberOfExposures0>1</NumberOfExposures0>"
                                         "<NumberOfExposures1>1</NumberOfExposures1>")));
-    const std::string head = R"({"recording":1,"kind":4,"serialNumbers":"4711,88"})"
-                             "\n";
     struct Case {
         std::string first, second;
         const char* line;  ///< empty for none
@@ -34,20 +27,17 @@ TEST_F(ShowTest, WaveformsAreListedInOneLineByExposureAndKind) {
         {"", "", ""},
     };
     for (const Case& c : cases) {
-        Write("r.jsonl", head + shot(c.first) + shot(c.second));
+        Write("r.jsonl", kHeadOfBoth + Shot("80", "10", MasOf("20") + Waves(c.first)) +
+                             Shot("80", "10", MasOf("20") + Waves(c.second)));
         ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
         ASSERT_EQ(Run({"show", Path("out.xml")}), kExitPassed);
-        if (*c.line == '\0')
-            EXPECT_FALSE(Prints("Waveforms:")) << out;
-        else
-            EXPECT_TRUE(Prints(c.line)) << out;
+        EXPECT_EQ(Prints("Waveforms:"), *c.line != '\0') << out;
+        EXPECT_TRUE(Prints(c.line)) << out;
     }
 }
 
 TEST_F(ShowTest, OfManyEditedSettingsFourAreShownAndTheOthersCounted) {
-    Write("s.xml", Sequence(Element(1, 500, Exposures(1))));
-    Write("r.jsonl", kHead + Shot("80"));
-    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    RunPassing(Element(1, 500, Exposures(1)), Shot("80"));
     struct Case {
         int edited;
         const char* line;  ///< empty for none
@@ -67,10 +57,8 @@ TEST_F(ShowTest, OfManyEditedSettingsFourAreShownAndTheOthersCounted) {
              at = out.find("then another", at + 1))
             ++shown;
         EXPECT_EQ(shown, 4U) << c.edited;
-        if (*c.line == '\0')
-            EXPECT_FALSE(Prints(" more")) << out;
-        else
-            EXPECT_TRUE(Prints(c.line)) << out;
+        EXPECT_EQ(Prints(" more"), *c.line != '\0') << out;
+        EXPECT_TRUE(Prints(c.line)) << out;
     }
 }
 
@@ -85,6 +73,13 @@ TEST_F(ShowTest, ABlankLineIsBetweenTestsAndASurveyListsWhatIsFilledIn) {
     EXPECT_FALSE(Prints("Functioning Masks")) << "nothing is filled in there";
 }
 
+TEST_F(ShowTest, AnExposureWithoutAReadingSaysSo) {
+    RunPassing(Element(1, 700, Exposures(2) + "<MeasurementMode>2</MeasurementMode>"),
+               "{\"stopButton\":true}\n{\"stopButton\":true}\n{\"stopButton\":false}\n" + Shot("80"),
+               "start,stop@0,next");
+    EXPECT_THAT(Shown(), HasSubstr("  no reading          80\n"));
+}
+
 TEST_F(ShowTest, ExposuresThatAreMissingAreCountedNextToTheVerdict) {
     struct Case {
         const char* script;
@@ -92,9 +87,7 @@ TEST_F(ShowTest, ExposuresThatAreMissingAreCountedNextToTheVerdict) {
     };
     for (const Case& c :
          {Case{"start,next", ""}, Case{"na", ""}, Case{"skip", ""}, Case{"start,stop@1,next", "1 of 2"}}) {
-        Write("s.xml", Sequence(Element(1, 100, Exposures(2))));
-        Write("r.jsonl", kHead + Shot("80") + Shot("81"));
-        RunFile("s.xml", "r.jsonl", c.script);
+        RunOn(Element(1, 100, Exposures(2)), Shot("80") + Shot("81"), c.script);
         ASSERT_EQ(Run({"show", Path("out.xml")}), kExitPassed) << err;
         EXPECT_EQ(Prints("stored"), *c.words != '\0') << c.script << out;
         EXPECT_TRUE(Prints(c.words)) << c.script << out;

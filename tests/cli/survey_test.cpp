@@ -7,12 +7,13 @@ namespace {
 class SurveyProgramTest : public ProgramTest {
   protected:
     void NewSurvey() { ASSERT_EQ(Run({"new", "1300", "-o", Path("new.xml")}), 0) << err; }
+    /// A cell or table of a survey in a file.
+    std::string Cell(int id, const char* key, const std::string& file = "out.xml") {
+        result.load_file(Path(file).c_str());
+        return ResultOf(id).child_value(key);
+    }
     int Set(const std::vector<std::string>& options) {
-        std::vector<std::string> arguments = {"survey", Path("new.xml"), "-o", Path("out.xml")};
-        arguments.insert(arguments.end(), options.begin(), options.end());
-        const int code = Run(arguments);
-        result.load_file(Path("out.xml").c_str());
-        return code;
+        return RunToOut({"survey", Path("new.xml")}, options);
     }
 };
 
@@ -24,14 +25,16 @@ TEST_F(SurveyProgramTest, WhatIsEnteredIsCalculatedJudgedAndKept) {
         << err;
     EXPECT_NE(out.find("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"), std::string::npos)
         << out;
-    EXPECT_NE(out.find("48 of 49 items have no answer"), std::string::npos) << out;
-    EXPECT_NE(Read("out.xml").find("3.5[¤]"), std::string::npos);
-    EXPECT_EQ(Run({"judge", Path("out.xml"), "-o", Path("judged.xml")}), 0);
-    EXPECT_EQ(Read("judged.xml"), Read("out.xml"));
+    EXPECT_THAT(out, HasSubstr("48 of 49 items have no answer"));
+    EXPECT_THAT(Read("out.xml"), HasSubstr("3.5[¤]"));
+    ExpectJudgedAlike();
+    EXPECT_THAT(out, HasSubstr("Viewbox(3,1): viewbox luminance: 2999"));
+    EXPECT_EQ(Run({"judge", Path("out.xml")}), 0);
+    EXPECT_EQ(out, Read("out.xml")) << "nothing but the file";
     EXPECT_EQ(Run({"show", Path("out.xml")}), 0);
-    EXPECT_NE(out.find("11. Viewbox Luminance and Room Illuminance"), std::string::npos);
+    EXPECT_THAT(out, HasSubstr("11. Viewbox Luminance and Room Illuminance"));
     EXPECT_EQ(Run({"survey", Path("out.xml"), "--list"}), 0);
-    EXPECT_NE(out.find("Viewbox\tViewbox(3,1)\t2999\tViewbox luminance (cd/m2)"), std::string::npos);
+    EXPECT_THAT(out, HasSubstr("Viewbox\tViewbox(3,1)\t2999\tViewbox luminance (cd/m2)"));
     EXPECT_EQ(Set({"--answer", "Evaluation3=Fail"}), 1);
     EXPECT_EQ(StatusOf(1), "2");
 }
@@ -47,13 +50,13 @@ TEST_F(SurveyProgramTest, WhatFailsIsNamedEvenWhenAllAnswersAreNotApplicable) {
     EXPECT_EQ(StatusOf(1), "3");
     EXPECT_NE(out.find("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"), std::string::npos)
         << out;
-    EXPECT_EQ(out.find("have no answer"), std::string::npos) << out;
+    EXPECT_THAT(out, Not(HasSubstr("have no answer"))) << out;
 }
 
 TEST_F(SurveyProgramTest, AGapIsReportedAndTheSurveyIsSaved) {
     NewSurvey();
     EXPECT_EQ(Set({"--set", "DensityControlFunction(9,2)=80", "--set", "DensityControlFunction(7,2)=60"}), 4);
-    EXPECT_NE(err.find("element 1: AEC page, density control step -2"), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("element 1: AEC page, density control step -2"));
     EXPECT_EQ(Run({"judge", Path("out.xml"), "-o", Path("judged.xml")}), 4);
     EXPECT_TRUE(Exists("judged.xml"));
 }
@@ -79,21 +82,19 @@ TEST_F(SurveyProgramTest, WrongEntriesAreNamedAndWriteNothing) {
     };
     for (const auto& [options, words] : cases) {
         EXPECT_EQ(Set(options), 2) << words;
-        EXPECT_NE(err.find(words), std::string::npos) << err;
+        EXPECT_THAT(err, HasSubstr(words));
         EXPECT_FALSE(Exists("out.xml")) << words;
     }
     std::string cut = Read("new.xml");
     cut.replace(cut.find("Target Material[¤]"), std::string("Target Material[¤]").size(), "");
     Write("new.xml", cut);
     EXPECT_EQ(Set({"--list"}), 2);
-    EXPECT_NE(err.find("\"DeviXrayLightField\" has 11 cells, expected 12"), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("\"DeviXrayLightField\" has 11 cells, expected 12"));
 }
 
 TEST_F(SurveyProgramTest, InASequenceTheGuideIsLeftAsTheScriptSays) {
-    const std::string survey =
-        Element(2, 1300, "<TestGuideSettings><Buttons>3</Buttons></TestGuideSettings>");
-    const std::string first = Element(3, 1300, "<TestGuideSettings><Buttons>3</Buttons></TestGuideSettings>");
-    Write("in.xml", Sequence(Group(1, first + survey)));
+    const std::string buttons = "<TestGuideSettings><Buttons>3</Buttons></TestGuideSettings>";
+    Write("in.xml", Sequence(Group(1, Element(3, 1300, buttons) + Element(2, 1300, buttons))));
     Write("in.jsonl", kHead);
     struct Case {
         const char *script, *first;
@@ -132,13 +133,12 @@ TEST_F(SurveyProgramTest, ThePrintedSurveyShowsEveryCellInEveryForm) {
     ASSERT_EQ(Run({"report", Path("out.xml"), "-o", Path("r.html")}), 0) << err;
     for (const std::string& text :
          {Read("r.txt"), Read("r.html"), PrintedBy("pdftotext -layout '" + Path("r.pdf") + "' -")}) {
-        for (int i = 0; i < 125; ++i)
-            EXPECT_NE(text.find("word" + std::to_string(100 + i)), std::string::npos) << i;
+        for (int i = 0; i < 125; ++i) EXPECT_THAT(text, HasSubstr("word" + std::to_string(100 + i))) << i;
         for (const char* words :
              {"Preliminary Results", "Trainee or Assistant Log", "Recommended Corrective Action:",
               "Phone Number:", "Date of Installation:", "Supervising Medical Physicist:", "Visual checklist",
               "Measured performance within acceptable limits for small focal spot", "Northern Clinic"})
-            EXPECT_NE(text.find(words), std::string::npos) << words;
+            EXPECT_THAT(text, HasSubstr(words)) << words;
     }
     const std::string text = Read("r.txt");
     // clang-format off
@@ -147,7 +147,7 @@ TEST_F(SurveyProgramTest, ThePrintedSurveyShowsEveryCellInEveryForm) {
           "| 1.  Darkroom cleanliness (daily)                                       |   ✗ Fail    |   Pass    |\n",
           "| 1.  Mammographic Unit Assembly Evaluation       |       Pass       |         |\n"})
         // clang-format on
-        EXPECT_NE(text.find(line), std::string::npos) << line << text;
+        EXPECT_THAT(text, HasSubstr(line)) << line << text;
 }
 
 const std::string kVoltage = Exposures(4) + "<MeasurementMode>3</MeasurementMode><NominalKV>28</NominalKV>";
@@ -183,8 +183,8 @@ TEST_F(SurveyProgramTest, EachSurveyTakesTheTestsOfItsOwnGroup) {
         Write("in.xml", Sequence(c.elements));
         Write("in.jsonl", kHead + c.readings);
         RunFile("in.xml", "in.jsonl");
-        EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), c.first) << c.what << err;
-        EXPECT_EQ(std::string(ResultOf(20).child_value("kVpL36")), c.second) << c.what << err;
+        EXPECT_EQ(Cell(10, "kVpL36"), c.first) << c.what << err;
+        EXPECT_EQ(Cell(20, "kVpL36"), c.second) << c.what << err;
     }
 }
 
@@ -194,16 +194,11 @@ TEST_F(SurveyProgramTest, JudgingKeepsTheOutcomesOfEachSurveyApart) {
           Sequence(Group(1, VoltageTest(2) + Element(10, 1300, {}, doses + "2</Dose80></ResultItem>")) +
                    Group(3, Element(20, 1300, {}, doses + "1</Dose80></ResultItem>"))));
     Write("in.jsonl", kHead + kSteady);
-    for (const std::string command : {"run", "judge"}) {
-        if (command == "run") RunFile("in.xml", "in.jsonl");
-        if (command == "judge") {
-            Run({"judge", Path("out.xml"), "-o", Path("judged.xml")});
-            result.load_file(Path("judged.xml").c_str());
-        }
-        EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "1") << command << err;
-        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose80")), "2") << command;
-        EXPECT_EQ(std::string(ResultOf(20).child_value("kVpL36")), "2") << command;
-        EXPECT_EQ(std::string(ResultOf(20).child_value("Dose80")), "1") << command;
+    RunFile("in.xml", "in.jsonl");
+    Run({"judge", Path("out.xml"), "-o", Path("judged.xml")});
+    for (const std::string file : {"out.xml", "judged.xml"}) {
+        EXPECT_EQ(Cell(10, "kVpL36", file) + Cell(10, "Dose80", file), "12") << file << err;
+        EXPECT_EQ(Cell(20, "kVpL36", file) + Cell(20, "Dose80", file), "21") << file << err;
     }
 }
 
@@ -215,14 +210,12 @@ TEST_F(SurveyProgramTest, AnEntryLeavesEachSurveyItsOwnOutcomes) {
     Write("in.xml", Sequence(survey(10, "2") + survey(20, "1")));
     for (const auto& [id, dose] : {std::pair("10", "2"), std::pair("20", "1")}) {
         Run({"survey", Path("in.xml"), "--id", id, "--set", "Comment(0)=Words", "-o", Path("out.xml")});
-        result.load_file(Path("out.xml").c_str());
-        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose80")), "2") << id << err;
-        EXPECT_EQ(std::string(ResultOf(20).child_value("Dose80")), "1") << id << err;
+        EXPECT_EQ(Cell(10, "Dose80") + Cell(20, "Dose80"), "21") << id << err;
         // Rows 27 and 28 of the summary have the dose, in two columns each.
         std::string verdicts = "22237::Pass[¤]22237::Pass[¤]22237::Pass[¤]22237::Pass";
         if (dose == std::string("2")) verdicts = "22238::Fail[¤]22238::Fail[¤]22238::Fail[¤]22238::Fail";
         const std::string summary = ResultOf(std::stoi(id)).child_value("SummaryPage");
-        EXPECT_NE(summary.find("[¤]" + verdicts + "[¤]22239::NA"), std::string::npos) << id << summary;
+        EXPECT_THAT(summary, HasSubstr("[¤]" + verdicts + "[¤]22239::NA")) << id << summary;
     }
 }
 
@@ -232,12 +225,10 @@ TEST_F(SurveyProgramTest, ASurveyShowsTheOutcomesOfLaterTests) {
     Write("in.xml", Sequence(Element(10, 1300, {}) + output + VoltageTest(3)));
     Write("in.jsonl", kHead + Shot("28.1") + kSteady);
     RunFile("in.xml", "in.jsonl");
+    Run({"judge", Path("out.xml"), "-o", Path("judged.xml")});
     for (const std::string file : {"out.xml", "judged.xml"}) {
-        if (file == "judged.xml") Run({"judge", Path("out.xml"), "-o", Path(file)});
-        result.load_file(Path(file).c_str());
-        EXPECT_EQ(std::string(ResultOf(10).child_value("kVpL36")), "1") << file << err;
-        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose82")), "2") << file;
-        EXPECT_EQ(std::string(ResultOf(10).child_value("Dose75")), "2") << file;
+        EXPECT_EQ(Cell(10, "kVpL36", file) + Cell(10, "Dose82", file) + Cell(10, "Dose75", file), "122")
+            << file;
         ASSERT_EQ(Run({"report", Path(file), "-o", Path("r.txt")}), 0) << err;
         const std::string text = Read("r.txt");
         const std::size_t line = text.find("Radiation output rate is > 800 mR/sec");
@@ -252,7 +243,7 @@ TEST_F(SurveyProgramTest, OnlyWhatMeasuresNeedsInstruments) {
     EXPECT_TRUE(Exists("out.xml"));
     Write("in.xml", Sequence(Group(1, Element(10, 1300, {}) + VoltageTest(2))));
     EXPECT_EQ(Run({"run", Path("in.xml"), "-o", Path("none.xml")}), 2);
-    EXPECT_NE(err.find("no instruments were given, and element 2 of"), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("no instruments were given, and element 2 of"));
     EXPECT_FALSE(Exists("none.xml"));
     EXPECT_FALSE(Exists("none.xml.journal"));
 }
@@ -270,9 +261,9 @@ TEST_F(SurveyProgramTest, ADiscardedSurveyPrintsNoForms) {
                    Path("skipped.txt")}),
               0)
         << err;
-    EXPECT_EQ(Read("skipped.xml").find("<ResultItem"), std::string::npos);
-    EXPECT_NE(Read("skipped.txt").find("Annual Mammography Survey"), std::string::npos);
-    EXPECT_EQ(Read("skipped.txt").find("QC TEST SUMMARY"), std::string::npos);
+    EXPECT_THAT(Read("skipped.xml"), Not(HasSubstr("<ResultItem")));
+    EXPECT_THAT(Read("skipped.txt"), HasSubstr("Annual Mammography Survey"));
+    EXPECT_THAT(Read("skipped.txt"), Not(HasSubstr("QC TEST SUMMARY")));
 }
 
 TEST_F(SurveyProgramTest, EmptyGridsAndAnEmptyMtiAreTaken) {
@@ -288,7 +279,10 @@ TEST_F(SurveyProgramTest, EmptyGridsAndAnEmptyMtiAreTaken) {
 TEST_F(SurveyProgramTest, AnOutputIsWrittenAndACommandWithoutAPurposeRefused) {
     NewSurvey();
     EXPECT_EQ(Run({"survey", Path("new.xml")}), 2);
-    EXPECT_NE(err.find("nothing is to be done"), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("nothing is to be done"));
+    Write("plain.xml", Sequence(Element(1, 100, Exposures(1))));
+    EXPECT_EQ(Run({"survey", Path("plain.xml"), "--list"}), 2);
+    EXPECT_THAT(err, HasSubstr("plain.xml: holds no survey; vorex new 1300 makes a file that does"));
     EXPECT_EQ(Set({"--list"}), 0) << err;
     EXPECT_TRUE(Exists("out.xml"));
 }
@@ -302,7 +296,7 @@ TEST_F(SurveyProgramTest, FiguresThatDoNotCountAsTypedAreNamed) {
     EXPECT_EQ(err,
               "vorex: Viewbox(3,1): \"3.100,5\" is no plain number and counts as 3.1\n"
               "vorex: Viewbox(3,3): \"bright|dark\" is no plain number and counts as 0\n");
-    EXPECT_NE(Read("out.xml").find("[¤]3.100.5[¤]3100.5[¤]bright|dark[¤]"), std::string::npos);
+    EXPECT_THAT(Read("out.xml"), HasSubstr("[¤]3.100.5[¤]3100.5[¤]bright|dark[¤]"));
     const std::string entered = Read("out.xml");
     ASSERT_EQ(Run({"survey", Path("out.xml"), "-o", Path("again.xml")}), 0) << err;
     EXPECT_EQ(Read("again.xml"), entered);
@@ -336,7 +330,8 @@ TEST_F(SurveyProgramTest, TheListSaysInWordsWhatEachPlaceIs) {
 
 TEST_F(SurveyProgramTest, ShowPrintsTablesWithinTheLineAndWhyTheyFail) {
     const std::string cells =
-        "<ResultItem><Status>2</Status><Dose80>2</Dose80><kVpL36>2</kVpL36><ImageQuality/></ResultItem>";
+        "<ResultItem><Status>2</Status><Comment>dusty</Comment><Dose80>2</Dose80><kVpL36>2</"
+        "kVpL36><ImageQuality/></ResultItem>";
     std::string nested = Element(10, 1300, {}, cells);
     for (int depth = 0; depth < 3; ++depth) nested = Group(20 + depth, nested);
     Write("new.xml", Sequence(nested));
@@ -345,11 +340,11 @@ TEST_F(SurveyProgramTest, ShowPrintsTablesWithinTheLineAndWhyTheyFail) {
               0)
         << err;
     ASSERT_EQ(Run({"show", Path("out.xml")}), 0);
-    EXPECT_NE(out.find("Fibers  :  3.5 "), std::string::npos) << out;
+    for (const char* words : {"Comment: dusty\n", "Fibers  :  3.5 "}) EXPECT_THAT(out, HasSubstr(words));
     EXPECT_NE(out.find("Dose80, test 1100: average glandular dose, expected at most 300 mrad"),
               std::string::npos);
-    EXPECT_NE(out.find("kVpL36, test 900:"), std::string::npos);
-    EXPECT_NE(out.find("Viewbox(4,2): illuminance: 50.1, expected at most 50 lux"), std::string::npos);
+    EXPECT_THAT(out, HasSubstr("kVpL36, test 900:"));
+    EXPECT_THAT(out, HasSubstr("Viewbox(4,2): illuminance: 50.1, expected at most 50 lux"));
     const std::size_t tables = out.find("Preliminary Results");
     std::istringstream lines(out.substr(tables, out.find("What fails") - tables));
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
@@ -367,7 +362,7 @@ TEST_F(SurveyProgramTest, AnExportEnteredIntoANewSurveyIsTheSurveyAgain) {
     ASSERT_EQ(Run({"survey", Path("out.xml"), "--export", Path("all.json")}), 0) << err;
     ASSERT_EQ(Set({"--from", Path("all.json")}), 0) << err;
     EXPECT_EQ(Read("out.xml"), entered);
-    EXPECT_NE(entered.find("second line &lt;&amp;&gt;"), std::string::npos);
+    EXPECT_THAT(entered, HasSubstr("second line &lt;&amp;&gt;"));
     EXPECT_NE(Read("all.json").find("\"ThicknesskVpTracking(0,1)\": \"\""), std::string::npos)
         << "what a new survey proposes and this one has not";
 }

@@ -11,9 +11,7 @@ class VerdictTest : public ProgramTest {
   protected:
     /// A finished run of two exposures, the second one near the limit.
     void Measure() {
-        Write("s.xml", Sequence(Element(3, 500, Exposures(2), Limit("ER kVp Avg", kSite))));
-        Write("r.jsonl", kHead + Shot("80") + Shot("84.3"));
-        ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+        RunPassing(Element(3, 500, Exposures(2), Limit("ER kVp Avg", kSite)), Shot("80") + Shot("84.3"));
     }
     /// out.xml with the first match of a text after a place replaced, as edited.xml.
     void Edit(const std::string& after, const std::string& from, const std::string& to) {
@@ -56,8 +54,7 @@ TEST_F(VerdictTest, AResultKeepsWhatItsVerdictWasMadeWith) {
     EXPECT_STREQ(limit.attribute("Key").value(), "ER kVp Avg");
     EXPECT_STREQ(limit.child("High").attribute("Value").value(), "88");
     EXPECT_STREQ(limit.child("Low").attribute("Value").value(), "70");
-    ASSERT_EQ(Run({"judge", Path("out.xml"), "-o", Path("again.xml")}), kExitPassed) << err;
-    EXPECT_EQ(Read("again.xml"), Read("out.xml"));
+    ExpectJudgedAlike();
     EXPECT_EQ(err, "");
     Write("left.xml", Read("out.xml"));
     ASSERT_EQ(RunFile("left.xml", "r.jsonl", "next"), kExitPassed) << err;
@@ -103,9 +100,7 @@ TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
     for (const auto& run : cases) {
         SCOPED_TRACE(run.title);
         std::filesystem::remove(Path("out.xml"));
-        Write("s.xml", Sequence(Element(1, 500, Exposures(3))));
-        Write("r.jsonl", kHead + run.recording);
-        EXPECT_EQ(RunFile("s.xml", "r.jsonl", run.script), run.code) << err;
+        EXPECT_EQ(RunOn(Element(1, 500, Exposures(3)), run.recording, run.script), run.code) << err;
         EXPECT_EQ(ResultOf(1).child("Run").attribute("Ending").value(), run.ending);
         const auto check = [&](const std::string& command) {
             std::istringstream lines(out);
@@ -138,14 +133,9 @@ TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
 
 TEST_F(VerdictTest, AReadingThatIsMissingIsNamedNextToTheVerdict) {
     const std::string kept = "{\"stopButton\":true}\n{\"stopButton\":true}\n{\"stopButton\":false}\n";
-    const std::string kWithMas = "{\"recording\":1,\"kind\":4,\"serialNumbers\":\"4711,88\"}\n";
     const std::string fluoroscopy = "<MeasurementMode>2</MeasurementMode>";
     const struct {
-        std::string settings;
-        std::string limits;
-        std::string recording;
-        std::string script;
-        std::string note;
+        std::string settings, limits, recording, script, note;
     } rows[] = {
         // An empty value is judged as 0, which passes a limit that has no low side.
         {Exposures(3), Limit("ER kVp Avg", R"(<High Value="88"/>)"), kHead + Shot("") + Shot("80") + Shot(""),
@@ -153,33 +143,26 @@ TEST_F(VerdictTest, AReadingThatIsMissingIsNamedNextToTheVerdict) {
         {Exposures(2), "", kHead + Shot("80") + Shot(""), "", "exposure 2 has no value for kVp Avg"},
         {Exposures(2) + fluoroscopy, "", kHead + kept + Shot("80"), "start,stop@0,next",
          "exposure 1 has no reading"},
-        {"<DetectorName>4</DetectorName>" + Exposures(2) + fluoroscopy, "", kWithMas + kept + Shot("80"),
+        {"<DetectorName>4</DetectorName>" + Exposures(2) + fluoroscopy, "", kHeadOfBoth + kept + Shot("80"),
          "start,stop@0,next", "exposure 1 has no reading; what came after Stop may be in exposure 2"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.note);
-        Write("s.xml", Sequence(Element(3, 500, row.settings, row.limits)));
-        Write("r.jsonl", row.recording);
-        ASSERT_EQ(RunFile("s.xml", "r.jsonl", row.script), kExitPassed) << err;
+        RunPassing(Element(3, 500, row.settings, row.limits), row.recording, row.script);
         EXPECT_TRUE(Prints("Pass  (" + row.note.substr(0, 25))) << out;
         Run({"show", Path("out.xml")});
         EXPECT_TRUE(Prints("\n  " + row.note)) << out;
         Run({"report", Path("out.xml"), "-o", Path("r.txt")});
-        EXPECT_NE(Read("r.txt").find("✓ Pass (" + row.note.substr(0, 9)), std::string::npos)
-            << "on the cover";
-        EXPECT_NE(Read("r.txt").find(" " + row.note), std::string::npos) << Read("r.txt");
+        EXPECT_THAT(Read("r.txt"), HasSubstr("✓ Pass (" + row.note.substr(0, 9))) << "on the cover";
+        EXPECT_THAT(Read("r.txt"), HasSubstr(" " + row.note));
     }
     Measure();
     EXPECT_FALSE(Prints("exposure")) << out;
 }
 
 TEST_F(VerdictTest, AWaveformThatFailedIsTold) {
-    Write("s.xml", Sequence(Element(1, 100, Exposures(1) + "<NumberOfExposures0>1</NumberOfExposures0>")));
-    Write("r.jsonl", kHead + "{\"throws\":\"GetWaveform\"}\n" +
-                         R"({"exposure":{"detector":["80","81","80","10","100","100","10","0","0","3"],)"
-                         R"("waveforms":[{"type":1,"resolution":10,"samples":"0,40.5,80.1,0"}]}})"
-                         "\n");
-    ASSERT_EQ(RunFile("s.xml", "r.jsonl"), kExitPassed) << err;
+    RunPassing(Element(1, 100, Exposures(1) + "<NumberOfExposures0>1</NumberOfExposures0>"),
+               "{\"throws\":\"GetWaveform\"}\n" + Shot("80", "10", Waves(Wave(1, "0,40.5,80.1,0"))));
     EXPECT_TRUE(Prints("Pass  (with a fault: GetWaveform failed)")) << out;
     EXPECT_STREQ(ResultOf(1).child("Run").attribute("Ending").value(), "Complete");
 }

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include "foundation/file_error.h"
 #include "host/host_fixture.h"
+#include "support/file_fault.h"
 
 namespace vorex::host_test {
 namespace {
@@ -12,12 +12,7 @@ namespace {
 class AtomicFileTest : public HostTest {
   protected:
     static std::string FaultOf(const std::filesystem::path& target) {
-        try {
-            WriteWholeFile(target, "new");
-        } catch (const FileError& error) {
-            return error.what();
-        }
-        return {};
+        return test::MessageOf([&] { WriteWholeFile(target, "new"); });
     }
 };
 

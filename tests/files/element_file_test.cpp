@@ -7,12 +7,12 @@
 
 #include "execution/test_group.h"
 #include "foundation/class_registry.h"
-#include "foundation/file_error.h"
 #include "foundation/number_text.h"
 #include "foundation/vocabulary.h"
 #include "host/element_base.h"
 #include "host/host_fixture.h"
 #include "support/fake_element.h"
+#include "support/file_fault.h"
 
 namespace vorex::host_test {
 namespace {
@@ -31,13 +31,6 @@ class ElementFileTest : public HostTest {
         std::string saved = Loaded(text)->Text();
         EXPECT_EQ(Loaded(saved)->Text(), saved);
         return saved;
-    }
-    /// Lines of a text that hold a word, without their blanks in front.
-    static std::vector<std::string> Lines(const std::string& text, std::string_view word) {
-        std::vector<std::string> lines;
-        for (std::string_view line : SplitText(text, '\n'))
-            if (line.find(word) != std::string_view::npos) lines.emplace_back(Trimmed(line));
-        return lines;
     }
 };
 
@@ -134,16 +127,23 @@ TEST_F(ElementFileTest, ForeignContentIsWrittenBackWhereItWas) {
     }
 }
 
+TEST_F(ElementFileTest, ATextBetweenElementsStaysAndDoesNotGrow) {
+    EXPECT_THAT(Saved(Sequence("kept" + Test100(1))),
+                HasSubstr("<VorexSequence Version=\"1\">kept<TestElement PlugIn"));
+}
+
 TEST_F(ElementFileTest, ForeignAttributesStayAndAttributesKeepTheirOrder) {
     const std::string saved =
-        Saved(Sequence("<MtiList><MTI Colour=\"red\" Name=\"ZRD\" Number=\"1\" PlugIn=\"\" SerialNumber=\"\" "
-                       "CalibrationDate=\"\"/>"
+        Saved(Sequence("<MtiList><MTI Colour=\"red\" Name=\"ZRD\" Number=\"1\"/>"
                        "</MtiList><TestElement ID=\"1\" TestID=\"100\" Locked=\"1\" "
                        "PlugIn=\"ZRD47500\"><PlugInData PlugIn=\"ZRD47500\">"
                        "<NumberOfExposures by=\"me\">2</NumberOfExposures></PlugInData><ResultItem><Status "
                        "checked=\"1\" Extra=\"4\">1"
                        "</Status></ResultItem></TestElement>"));
-    EXPECT_THAT(saved, HasSubstr("<MTI Colour=\"red\" Name=\"ZRD\" Number=\"1\" PlugIn=\"\""));
+    EXPECT_THAT(saved,
+                HasSubstr("<MTI Colour=\"red\" Name=\"ZRD\" Number=\"1\" PlugIn=\"\" SerialNumber=\"\" "
+                          "CalibrationDate=\"\" />"))
+        << "what the file lacked follows";
     EXPECT_THAT(saved, HasSubstr("<TestElement ID=\"1\" TestID=\"100\" Locked=\"1\" PlugIn=\"ZRD47500\">"));
     EXPECT_THAT(saved, HasSubstr("<NumberOfExposures by=\"me\">2</NumberOfExposures>"));
     EXPECT_THAT(saved, HasSubstr("<Status checked=\"1\" Extra=\"4\">1</Status>"));
@@ -231,19 +231,16 @@ TEST_F(ElementFileTest, SavingIsTheSameEveryTime) {
 }
 
 TEST_F(ElementFileTest, AnElementThatCannotBeLoadedIsNamed) {
-    try {
+    std::string rows = "<ResultItem><Status>1</Status>";
+    for (int i = 0; i < 256; ++i) rows += Measured("kVp Avg", "80");
+    const auto fault = test::FileFaultOf([&] {
         Loaded(
-            Sequence(Group(1, Test100(8, "<ResultItem>" + std::string() + "</ResultItem>") + Test100(9, [] {
-                                  std::string rows = "<ResultItem><Status>1</Status>";
-                                  for (int i = 0; i < 256; ++i) rows += Measured("kVp Avg", "80");
-                                  return rows + "</ResultItem>";
-                              }()))));
-        ADD_FAILURE();
-    } catch (const FileError& error) {
-        EXPECT_EQ(error.File(), "site.xml");
-        EXPECT_EQ(error.Element(), "9");
-        EXPECT_THAT(error.Fault(), HasSubstr("255"));
-    }
+            Sequence(Group(1, Test100(8, "<ResultItem></ResultItem>") + Test100(9, rows + "</ResultItem>"))));
+    });
+    ASSERT_TRUE(fault);
+    EXPECT_EQ(fault->File(), "site.xml");
+    EXPECT_EQ(fault->Element(), "9");
+    EXPECT_THAT(fault->Fault(), HasSubstr("255"));
 }
 
 TEST_F(ElementFileTest, ANewFileNumbersItsElements) {

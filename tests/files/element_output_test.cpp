@@ -22,6 +22,17 @@ TEST(ElementOutputTest, ElementsAreIndentedByTwoBlanks) {
     EXPECT_EQ(document.Text(), kHead + "<a k=\"1\">\n  <b>\n    <c>text</c>\n    <d />\n  </b>\n</a>\n");
 }
 
+TEST(ElementOutputTest, TheDeepestElementsAreIndentedToo) {
+    OutputDocument document;
+    auto at = document.Top().AddValue("a", "");
+    for (int depth = 1; depth <= 20; ++depth) at = at->AddValue("b", "");
+    for (const int depth : {15, 16, 17, 19})
+        EXPECT_NE(
+            document.Text().find(">\n" + std::string(2U * static_cast<std::size_t>(depth), ' ') + "<b>\n"),
+            std::string::npos)
+            << depth;
+}
+
 TEST(ElementOutputTest, ATextIsNotBrokenByIndentation) {
     OutputDocument document;
     const auto root = document.Top().AddValue("a", "0,1");
@@ -36,6 +47,7 @@ TEST(ElementOutputTest, EveryTextReadsBackAsItWasWritten) {
                                  "two\nlines\tand a tab",
                                  "return\r\nfeed",
                                  "]]>",
+                                 std::string(300'000, 'x'),  // longer than what is written at once
                                  "\xC2\xB0 \xE2\x82\xAC \xF0\x9F\x98\x80"};
     for (const std::string& text : texts) {
         OutputDocument document;

@@ -8,11 +8,11 @@
 #include "files/run_journal.h"
 #include "files/standard_file.h"
 #include "files/survey_exchange.h"
-#include "foundation/file_error.h"
 #include "host/host_fixture.h"
 #include "host/text_service.h"
 #include "instruments/recording.h"
 #include "instruments/room.h"
+#include "support/file_fault.h"
 
 namespace vorex {
 namespace {
@@ -20,15 +20,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-template <typename Read>
-std::string FaultOf(Read read) {
-    try {
-        read();
-        return {};
-    } catch (const FileError& error) {
-        return error.what();
-    }
-}
+using test::MessageOf;
 
 TEST(JsonReader, AValueKnowsItsLineItsNameAndItsPlaceAmongTheOthers) {
     const JsonValue file =
@@ -58,7 +50,7 @@ TEST(JsonReader, WhatIsNotStrictJsonIsNamedWithItsLine) {
         {std::string("{}\0", 3), "f: found a zero byte"},
     };
     for (const auto& [text, fault] : cases)
-        EXPECT_THAT(FaultOf([&, &text = text] { JsonReader("f").Parse(text, "a file", 10); }),
+        EXPECT_THAT(MessageOf([&, &text = text] { JsonReader("f").Parse(text, "a file", 10); }),
                     testing::StartsWith(fault));
 }
 
@@ -103,7 +95,7 @@ TEST_F(JsonFilesTest, EachFileRefusesWhatOccursTwiceIsUnknownOrOfAnotherTypeAndW
     };
     for (const FileKind& kind : kinds) {
         const auto fault = [&](const std::string& rest) {
-            return FaultOf([&] { kind.read(kind.sound + rest, folder); });
+            return MessageOf([&] { kind.read(kind.sound + rest, folder); });
         };
         const std::string member = "\"" + std::string(kind.member) + "\"";
         EXPECT_EQ(fault("}"), "") << kind.name;

@@ -1,7 +1,7 @@
 #include "files/run_journal.h"
 
-#include "foundation/file_error.h"
 #include "host/host_fixture.h"
+#include "support/file_fault.h"
 
 namespace vorex::host_test {
 namespace {
@@ -12,12 +12,7 @@ class RunJournalTest : public HostTest {
     std::string Text() const { return Read("out.xml.journal"); }
     /// The fault of reading a text as a journal; empty when it can be read.
     static std::string FaultOf(const std::string& text) {
-        try {
-            ParseJournal(text, "j");
-            return {};
-        } catch (const FileError& error) {
-            return error.what();
-        }
+        return test::MessageOf([&] { ParseJournal(text, "j"); });
     }
 };
 
@@ -105,6 +100,14 @@ TEST_F(RunJournalTest, ALastLineThatIsWrongIsTorn) {
     EXPECT_EQ(ParseJournal(wrong, "j").records.size(), 1U);
 }
 
+TEST_F(RunJournalTest, AFileThatIsTooLargeIsNoJournal) {
+    Write("out.xml.journal", "");
+    std::filesystem::resize_file(folder / "out.xml.journal", (std::uintmax_t{1} << 30U) + 1);
+    JournalContent content;
+    EXPECT_NE(test::MessageOf([&] { RunJournal::Open(Output(), content); }).find("is larger than 1 GB"),
+              std::string::npos);
+}
+
 TEST_F(RunJournalTest, WhatIsNoJournalGetsOneClearError) {
     uint32_t checksum = 0;
     const std::string head = JournalLine(
@@ -125,11 +128,7 @@ TEST_F(RunJournalTest, WhatIsNoJournalGetsOneClearError) {
     damaged[head.size() + 10] = '?';
     std::string moved = head;
     moved[20] = '?';
-    struct Case {
-        std::string text;
-        const char* fault;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {"", "j:1: the first line is not whole"},
         {head.substr(0, 40), "j:1: the first line is not whole"},
         {"<VorexSequence/>\n<more/>\n", "j:1: is no journal; expected a journal of an interrupted run"},
@@ -146,9 +145,9 @@ TEST_F(RunJournalTest, WhatIsNoJournalGetsOneClearError) {
         {line("{\"element\":1,\"element\":2}"), "j:2: found \"element\" twice"},
         {line("{\"notes\":[[\"a\",1]]}"), "j:2: found \"notes\":[\"a\",1]; expected [operation, call"},
     };
-    for (const Case& c : cases) {
-        const std::string fault = FaultOf(c.text);
-        EXPECT_TRUE(fault.starts_with(c.fault)) << "\"" << fault << "\" for " << c.text;
+    for (const auto& [text, expected] : cases) {
+        const std::string fault = FaultOf(text);
+        EXPECT_TRUE(fault.starts_with(expected)) << "\"" << fault << "\" for " << text;
     }
 }
 

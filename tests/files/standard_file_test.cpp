@@ -1,8 +1,8 @@
 #include "files/standard_file.h"
 
 #include "files/standards_library.h"
-#include "foundation/file_error.h"
 #include "host/host_fixture.h"
+#include "support/file_fault.h"
 
 namespace vorex {
 namespace {
@@ -43,8 +43,6 @@ TEST(StandardFileTest, ReadsSidesSourcesAndNumbersByVoltage) {
 TEST(StandardFileTest, AFaultIsNamedWithItsPlaceAndWhatWasExpected) {
     const std::string high = R"(,"high":{"value":1})";
     const std::string frame = R"({"standard":1,"name":"S","version":"1","limits":[]})";
-    std::string deep;
-    for (int level = 0; level < 17; ++level) deep += "[";
     struct Case {
         const char* name;
         std::string text;
@@ -52,22 +50,17 @@ TEST(StandardFileTest, AFaultIsNamedWithItsPlaceAndWhatWasExpected) {
     };
     const Case cases[] = {
         {"empty", "", {"an empty file"}},
-        {"half written", OneLimit(high).substr(0, 50), {":1:", "broken JSON"}},
-        {"not JSON, third line", "{\n\nx}", {":3:", "broken JSON"}},
         {"a list", "[]", {"[]", "object"}},
         {"other version", R"({"standard":2})", {"\"standard\":2", "version 1"}},
         {"no limits", frame, {"limits", "not empty"}},
         {"no name", R"({"standard":1,"version":"1"})", {"\"name\""}},
         {"colon in the name", R"({"standard":1,"name":"A:B"})", {"A:B", "without"}},
-        {"unknown member", R"({"standard":1,"foo":1})", {"\"foo\"", "\"limits\""}},
         {"unknown member of a limit", OneLimit(high + R"(,"max":1)"), {"limit 1", "ER HVL", "max"}},
         {"unknown member of a side", OneLimit(R"(,"high":{"val":1})"), {"limit 1", "high", "val"}},
         {"no side", OneLimit(""), {"limit 1", "no side"}},
         {"a word as number", OneLimit(R"(,"high":{"value":"1"})"), {"limit 1", "high", "number"}},
-        {"NaN", OneLimit(R"(,"high":{"value":NaN})"), {"broken JSON"}},
         {"null", OneLimit(R"(,"high":{"value":null})"), {"null", "number"}},
         {"too large for a single", OneLimit(R"(,"high":{"value":1e39})"), {"number"}},
-        {"too large for a double", OneLimit(R"(,"high":{"value":1e999})"), {"out of range"}},
         {"unknown expression", OneLimit(R"(,"high":{"value":1,"expression":"Z"})"), {"\"Z\"", "X+Y"}},
         {"value and table", OneLimit(R"(,"low":{"value":1,"byVoltage":[[1,1]]})"), {"either"}},
         {"falling voltages", OneLimit(R"(,"low":{"byVoltage":[[70,1],[60,1]]})"), {"rise"}},
@@ -79,20 +72,12 @@ TEST(StandardFileTest, AFaultIsNamedWithItsPlaceAndWhatWasExpected) {
         {"test twice", OneLimit(high, "[100,100]"), {"100", "once"}},
         {"other readings", OneLimit(high + R"(,"readings":"rad")"), {"rad", "\"Gy\""}},
         {"control character", OneLimit(high + ",\"note\":\"a\\u001b[2J\""), {"note", "control"}},
-        {"name twice", OneLimit(high + R"(,"high":{"value":2})"), {"high", "twice"}},
-        {"deep", deep, {"8 deep"}},
-        {"not UTF-8", OneLimit(high + ",\"note\":\"\xff\""), {"broken JSON"}},
     };
     for (const Case& c : cases) {
-        try {
-            ParseStandard(c.text, "site.json", NoFault);
-            ADD_FAILURE() << c.name << ": was read";
-        } catch (const FileError& error) {
-            const std::string message = error.what();
-            EXPECT_EQ(message.rfind("site.json", 0), 0U) << c.name << ": " << message;
-            for (const std::string& part : c.message)
-                EXPECT_NE(message.find(part), std::string::npos) << c.name << ": " << message;
-        }
+        const std::string message = test::MessageOf([&] { ParseStandard(c.text, "site.json", NoFault); });
+        EXPECT_TRUE(message.starts_with("site.json")) << c.name << ": " << message;
+        for (const std::string& part : c.message)
+            EXPECT_NE(message.find(part), std::string::npos) << c.name << ": " << message;
     }
 }
 
@@ -110,12 +95,9 @@ TEST(StandardFileTest, WhatTheCheckFindsNamesTheTest) {
     const LimitCheck check = [](int32_t test, const StandardLimit&) {
         return test == 300 ? "no such key" : "";
     };
-    try {
-        ParseStandard(OneLimit(R"(,"high":{"value":1})", "[100,300]"), "s.json", check);
-        ADD_FAILURE();
-    } catch (const FileError& error) {
-        EXPECT_NE(std::string(error.what()).find("test 300: no such key"), std::string::npos) << error.what();
-    }
+    const std::string message = test::MessageOf(
+        [&] { ParseStandard(OneLimit(R"(,"high":{"value":1})", "[100,300]"), "site.json", check); });
+    EXPECT_NE(message.find("test 300: no such key"), std::string::npos) << message;
 }
 
 class StandardsLibraryTest : public host_test::HostTest {

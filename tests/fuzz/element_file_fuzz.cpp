@@ -1,13 +1,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string>
 #include <string_view>
 
 #include "app/open_file.h"
 #include "app/session.h"
-#include "foundation/file_error.h"
+#include "refusal.h"
 
 using namespace vorex;
 
@@ -17,14 +16,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     static const Session session;
     IAppListener listener;
     const std::string_view text(reinterpret_cast<const char*>(data), size);
-    std::unique_ptr<OpenFile> file;
-    try {
-        file = OpenFile::FromText(text, "input");
-    } catch (const FileError&) {
-        return 0;
-    }
-    const std::string first = file->Text();
-    if (file->Text() != first) std::abort();
+    const auto file = fuzz::ReadOrRefused("input", [&] { return OpenFile::FromText(text, "input"); });
+    if (!file) return 0;
+    const std::string first = (*file)->Text();
+    if ((*file)->Text() != first) std::abort();
     // The thickness column of test 700 is filled from another one: it settles with the first load.
     const auto again = OpenFile::FromText(first, "written");
     const std::string second = again->Text();

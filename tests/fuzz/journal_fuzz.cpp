@@ -5,22 +5,19 @@
 #include <string_view>
 
 #include "files/run_journal.h"
-#include "foundation/file_error.h"
+#include "refusal.h"
 
 namespace {
 
 /// True when the text is a journal; any other text is refused with one error that names its place.
 bool IsRead(std::string_view text) {
-    try {
-        const vorex::JournalContent content = vorex::ParseJournal(text, "run.journal");
-        if (content.wholeBytes > text.size() || (!content.torn && content.wholeBytes != text.size()))
-            std::abort();
-        if (vorex::JournalSummary(content).empty()) std::abort();
-        return true;
-    } catch (const vorex::FileError& error) {
-        if (!std::string_view(error.what()).starts_with("run.journal:")) std::abort();
-        return false;
-    }
+    const auto content =
+        vorex::fuzz::ReadOrRefused("run.journal:", [&] { return vorex::ParseJournal(text, "run.journal"); });
+    if (!content) return false;
+    if (content->wholeBytes > text.size() || (!content->torn && content->wholeBytes != text.size()))
+        std::abort();
+    if (vorex::JournalSummary(*content).empty()) std::abort();
+    return true;
 }
 
 /// The lines as a journal with correct checksums, so that the code after the check is reached.

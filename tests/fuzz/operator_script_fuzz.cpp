@@ -23,14 +23,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         for (std::size_t step = 0; step < elements[i].size(); ++step)
             again += (step > 0 ? "," : "") + elements[i][step].text;
     }
-    const std::vector<vorex::ElementSteps> second = vorex::ParseOperatorScript(again);
-    if (second.size() != elements.size()) std::abort();
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-        if (second[i].size() != elements[i].size()) std::abort();
-        for (std::size_t step = 0; step < elements[i].size(); ++step)
-            if (second[i][step].kind != elements[i][step].kind ||
-                second[i][step].number != elements[i][step].number)
-                std::abort();
-    }
+    if (vorex::ParseOperatorScript(again) != elements) std::abort();
     return 0;
 }

@@ -2,16 +2,15 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "foundation/file_error.h"
 #include "instruments/recorded_instruments.h"
 #include "instruments/recording.h"
+#include "refusal.h"
 
 namespace {
 
@@ -24,19 +23,6 @@ void Allowed(Call&& call) {
         call();
     } catch (const std::runtime_error& error) {
         if (!std::string_view(error.what()).ends_with(" failed")) std::abort();
-    }
-}
-
-std::optional<vorex::Recording> Parsed(std::string_view text) {
-    try {
-        return vorex::ParseRecording(text, "room.jsonl");
-    } catch (const vorex::FileError& error) {
-        // A message goes to a terminal: whatever is in the file, it is plain text and names a place.
-        const std::string_view message = error.what();
-        if (!message.starts_with("room.jsonl:")) std::abort();
-        for (const char c : message)
-            if (c < ' ' || c > '~') std::abort();
-        return std::nullopt;
     }
 }
 
@@ -74,7 +60,9 @@ void Drive(vorex::RecordedInstruments& instruments) {
 
 /// A recording is refused with one error, or runs: a call of a service fails only if the recording says so.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    std::optional<vorex::Recording> recording = Parsed({reinterpret_cast<const char*>(data), size});
+    auto recording = vorex::fuzz::ReadOrRefused("room.jsonl:", [&] {
+        return vorex::ParseRecording({reinterpret_cast<const char*>(data), size}, "room.jsonl");
+    });
     if (!recording) return 0;
     vorex::RecordedInstruments instruments(std::move(*recording));
     Drive(instruments);

@@ -10,33 +10,19 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
-namespace {
-
-/// The named files, and every file below the named folders, in the same order on every machine.
-std::vector<std::filesystem::path> InputsOf(int count, char** names) {
+/// Gives each stored input, of the files and folders that are named, to the fuzz target once, as an ordinary
+/// program, so that faults found earlier do not return. Ends with 1 when there is nothing to replay or an
+/// input cannot be read.
+int main(int argc, char** argv) {
     namespace fs = std::filesystem;
     std::vector<fs::path> inputs;
-    for (int i = 1; i < count; ++i) {
-        const fs::path name = names[i];
-        if (!fs::is_directory(name)) {
-            inputs.push_back(name);
-            continue;
-        }
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(name)) {
-            if (entry.is_regular_file()) inputs.push_back(entry.path());
-        }
-    }
-    std::sort(inputs.begin(), inputs.end());
-    return inputs;
-}
-
-}  // namespace
-
-/// Gives each stored input to the fuzz target once, as an ordinary program, so that faults found earlier do
-/// not return. Ends with 1 when there is nothing to replay or an input cannot be read.
-int main(int argc, char** argv) {
-    const std::vector<std::filesystem::path> inputs = InputsOf(argc, argv);
-    for (const std::filesystem::path& path : inputs) {
+    for (int i = 1; i < argc; ++i)
+        if (fs::is_directory(argv[i]))
+            inputs.insert(inputs.end(), fs::directory_iterator(argv[i]), fs::directory_iterator());
+        else
+            inputs.emplace_back(argv[i]);
+    std::sort(inputs.begin(), inputs.end());  // the same order on every machine
+    for (const fs::path& path : inputs) {
         std::ifstream file(path, std::ios::binary);
         if (!file) {
             std::fprintf(stderr, "%s: cannot be read\n", path.string().c_str());

@@ -2,27 +2,13 @@
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
-#include <string_view>
 #include <utility>
 
-#include "foundation/file_error.h"
 #include "instruments/room.h"
 #include "instruments/simulated_instruments.h"
+#include "refusal.h"
 
 namespace {
-
-std::optional<vorex::Room> Parsed(std::string_view text) {
-    try {
-        return vorex::ParseRoom(text, "room.json");
-    } catch (const vorex::FileError& error) {
-        // A message goes to a terminal: whatever is in the file, it is plain text and names a place.
-        const std::string_view message = error.what();
-        if (!message.starts_with("room.json:")) std::abort();
-        for (const char c : message)
-            if (c < ' ' || c > '~') std::abort();
-        return std::nullopt;
-    }
-}
 
 /// Every unit exposes once in turn, with its waveforms.
 void Drive(vorex::Room room) {
@@ -52,7 +38,9 @@ void Drive(vorex::Room room) {
 
 /// A room is refused with one error, or the instruments run in it.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    std::optional<vorex::Room> room = Parsed({reinterpret_cast<const char*>(data), size});
+    auto room = vorex::fuzz::ReadOrRefused("room.json:", [&] {
+        return vorex::ParseRoom({reinterpret_cast<const char*>(data), size}, "room.json");
+    });
     if (room) Drive(std::move(*room));
     return 0;
 }

@@ -1,29 +1,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "app/open_file.h"
 #include "app/session.h"
 #include "execution/test_mqsa.h"
 #include "files/survey_exchange.h"
-#include "foundation/file_error.h"
 #include "foundation/vocabulary.h"
 #include "mqsa/survey_entry.h"
+#include "refusal.h"
 
 namespace {
 
 using namespace vorex;
-
-std::optional<SurveyExchange> Parsed(std::string_view text) {
-    try {
-        return ParseSurveyExchange(text, "answers.json");
-    } catch (const FileError&) {
-        return std::nullopt;
-    }
-}
 
 /// Enters what the survey accepts; it refuses the rest with one error.
 void Enter(const SurveyExchange& entered, CResultMQSA& survey) {
@@ -47,7 +37,9 @@ void Enter(const SurveyExchange& entered, CResultMQSA& survey) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     static const Session session;
     IAppListener listener;
-    const auto entered = Parsed({reinterpret_cast<const char*>(data), size});
+    const auto entered = fuzz::ReadOrRefused("answers.json:", [&] {
+        return ParseSurveyExchange({reinterpret_cast<const char*>(data), size}, "answers.json");
+    });
     if (!entered) return 0;
     const auto file = OpenFile::New(kMqsaSurvey);
     CResultMQSA& survey = *dynamic_cast<CTestMQSA&>(*file->Elements().front()).Survey();

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "foundation/file_error.h"
 #include "foundation/number_text.h"
+#include "support/file_fault.h"
 
 namespace vorex {
 namespace {
@@ -90,12 +90,8 @@ void ExpectBounds(const Bounds<Group, Number> (&rows)[N], const std::string& aro
         for (const Number number : {row.lowest, row.highest})
             EXPECT_EQ(groupOf(room(row, number)).*row.field, number) << row.key;
         for (const double beyond : {row.lowest - 0.005, row.highest + 0.005}) {
-            try {
-                room(row, beyond);
-                ADD_FAILURE() << row.key << " " << beyond;
-            } catch (const FileError& error) {
-                EXPECT_NE(std::string(error.what()).find(row.key), std::string::npos) << error.what();
-            }
+            const std::string fault = test::MessageOf([&] { room(row, beyond); });
+            EXPECT_NE(fault.find(row.key), std::string::npos) << row.key << beyond << fault;
         }
     }
 }

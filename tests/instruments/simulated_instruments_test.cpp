@@ -65,6 +65,7 @@ TEST(SimulatedInstruments, EachKindNamesItsInstrumentsAndAnnouncesWhatItDoes) {
         for (std::size_t i = 0; i < c.names.size(); ++i)
             EXPECT_EQ(service->InstrumentName(static_cast<int32_t>(i)), c.names[i]) << c.kind;
         EXPECT_EQ(service->InstrumentName(static_cast<int32_t>(c.names.size())), "") << c.kind;
+        EXPECT_EQ(service->FirmwareVersion(), 12);
 
         Texts heard;
         test::Note(*service, heard);
@@ -84,6 +85,16 @@ TEST(SimulatedInstruments, EachKindNamesItsInstrumentsAndAnnouncesWhatItDoes) {
                 words.resize(words.find(' '));
         EXPECT_EQ(heard, c.heard) << c.kind;
     }
+}
+
+TEST(SimulatedInstruments, AnExposureThatNeedsNoPollIsDoneAtOnce) {
+    Room room = QuickRoom();
+    room.instruments.pollsBeforeExposure = 0;
+    SimulatedInstruments instruments(room, 1, ConsoleFor(kZrd, UnitKind::kRadiographic));
+    const auto service = instruments.CreateService();
+    service->Armed(true);
+    service->BeginRun();
+    EXPECT_TRUE(service->ExposureDone());
 }
 
 }  // namespace

@@ -23,6 +23,16 @@ UnitSettings Exact(UnitSettings settings = {}) {
     return settings;
 }
 
+/// 80 kV, 200 mA and 20 mAs at 1 m.
+Technique Usual() {
+    Technique technique;
+    technique.kv = 80;
+    technique.ma = 200;
+    technique.mas = 20;
+    technique.distanceCm = 100;
+    return technique;
+}
+
 Shot ShotOf(const UnitSettings& settings, UnitKind kind, const Technique& technique, double seconds = 5) {
     RandomSource random(1, 1);
     return XrayUnit(settings, kind, 1).Expose(technique, seconds, random);
@@ -74,11 +84,7 @@ TEST(XrayPhysics, RippleTakesFromOutputAndHardness) {
 }
 
 TEST(XrayUnit, ExposureFollowsMasAndTheInverseSquare) {
-    Technique technique;
-    technique.kv = 80;
-    technique.ma = 200;
-    technique.mas = 20;
-    technique.distanceCm = 100;
+    Technique technique = Usual();
     const Shot shot = ShotOf(Exact(), UnitKind::kRadiographic, technique);
     EXPECT_NEAR(shot.airKermaMgy, 20 * TungstenOutput(80, 1.5), 1e-12);
     EXPECT_NEAR(shot.timeMs, 100, 1e-9);
@@ -95,9 +101,7 @@ TEST(XrayUnit, TheTimerEndsTimedExposuresAndTheMasIntegratorTheOthers) {
     settings.maStations = {{200, -30}};
     XrayUnit unit(settings, UnitKind::kRadiographic, 1);
     RandomSource random(1, 1);
-    Technique technique;
-    technique.kv = 80;
-    technique.ma = 200;
+    Technique technique = Usual();
     technique.mas = 14;
     technique.timeMs = 100;
     technique.timed = true;
@@ -111,20 +115,73 @@ TEST(XrayUnit, TheTimerEndsTimedExposuresAndTheMasIntegratorTheOthers) {
     EXPECT_NEAR(unit.Expose(Technique(technique), 0, random).timeMs, 100, 1e-9) << "only the timer drifts";
 }
 
-TEST(XrayUnit, ASinglePhaseTimerCountsHalfWaves) {
-    UnitSettings settings = Exact();
-    settings.generator = Generator::kSinglePhase;
-    Technique technique;
-    technique.kv = 70;
-    technique.ma = 100;
+TEST(XrayUnit, EachGeneratorHasItsRippleAndASinglePhaseTimerCountsHalfWaves) {
+    struct Row {
+        Generator generator;
+        double ripple, pulses, timeMs;
+    };
+    Technique technique = Usual();
     technique.timeMs = 47;
     technique.timed = true;
-    EXPECT_NEAR(ShotOf(settings, UnitKind::kRadiographic, technique).timeMs, 50, 1e-9) << "six of 8.33 ms";
+    for (const Row& row :
+         {Row{Generator::kSinglePhase, 1, 120, 50},  // six of 8.33 ms
+          Row{Generator::kSixPulse, 0.14, 360, 47}, Row{Generator::kTwelvePulse, 0.05, 720, 47},
+          Row{Generator::kHighFrequency, 0.02, 50'000, 47}}) {
+        UnitSettings settings = Exact();
+        settings.ripplePercent.reset();
+        settings.generator = row.generator;
+        settings.riseMs = 7;
+        settings.fallMs = 9;
+        Shot shot = ShotOf(settings, UnitKind::kRadiographic, technique);
+        EXPECT_NEAR(shot.timeMs, row.timeMs, 1e-9);
+        EXPECT_EQ(shot.ripple, row.ripple);
+        EXPECT_EQ(shot.pulsesPerSecond, row.pulses);
+        EXPECT_EQ(shot.riseMs, 7);
+        EXPECT_EQ(shot.fallMs, 9);
+        EXPECT_EQ(shot.kv, 80);
+        EXPECT_EQ(shot.ma, 200);
+        settings.ripplePercent = 25;
+        EXPECT_EQ(ShotOf(settings, UnitKind::kRadiographic, technique).ripple, 0.25);
+    }
+}
+
+TEST(XrayUnit, WhatItRefusesIsNamedWithWhatIsExpected) {
+    struct Row {
+        UnitKind kind;
+        void (*change)(Technique& technique);
+        const char* refusal;  ///< what was set, and what is taken; empty: nothing is refused
+    };
+    const auto radio = UnitKind::kRadiographic;
+    const auto mammo = UnitKind::kMammographic;
+    const Row rows[] = {
+        {radio, [](Technique&) {}, ""},
+        {radio, [](Technique& set) { set.kv = 40; }, ""},
+        {radio, [](Technique& set) { set.kv = 150; }, ""},
+        {radio, [](Technique& set) { set.kv = 39.9; }, "39.9 kV|40-150 kV"},
+        {radio, [](Technique& set) { set.kv = 150.1; }, "150.1 kV|40-150 kV"},
+        {radio, [](Technique& set) { set.ma = 0; }, ""},
+        {radio, [](Technique& set) { set.mas = 0; }, "0 mAs|> 0 mAs"},
+        {radio, [](Technique& set) { set.mas = 0, set.automatic = true; }, ""},
+        {radio, [](Technique& set) { set.timed = true; }, "0 ms|> 0 ms"},
+        {radio, [](Technique& set) { set.mas = 0, set.timed = true, set.timeMs = 1; }, ""},
+        {radio, [](Technique& set) { set.ma = 0, set.timed = true; }, "0 mA|> 0 mA"},
+        {UnitKind::kFluoroscopic, [](Technique& set) { set.ma = 0; }, "0 mA|> 0 mA"},
+        {UnitKind::kFluoroscopic, [](Technique& set) { set.ma = 0, set.automatic = true; }, ""},
+        {mammo, [](Technique& set) { set.targetFilter = "mo/rh"; }, ""},
+        {mammo, [](Technique& set) { set.targetFilter = "W/Ag"; }, "W/Ag|Mo/Mo, Mo/Rh, Rh/Rh"},
+        {radio, [](Technique& set) { set.targetFilter = "W/Ag"; }, ""},
+    };
+    for (const Row& row : rows) {
+        Technique technique = Usual();
+        row.change(technique);
+        const std::string refusal = XrayUnit(Exact(), row.kind, 1).Refusal(technique);
+        EXPECT_TRUE(refusal.ends_with(row.refusal) && refusal.empty() == (*row.refusal == '\0')) << refusal;
+    }
 }
 
 TEST(XrayUnit, TheAecHoldsTheDoseOfAWeakTube) {
     UnitSettings settings = Exact(Room::DefaultMammography());
-    Technique technique;
+    Technique technique = Usual();
     technique.kv = 28;
     technique.automatic = true;
     technique.targetFilter = "Mo/Mo";
@@ -139,9 +196,7 @@ TEST(XrayUnit, TheAecHoldsTheDoseOfAWeakTube) {
 
 TEST(XrayUnit, BrightnessControlFollowsThePhantomUpToItsEnd) {
     const UnitSettings settings = Exact(Room::DefaultFluoroscopy());
-    Technique technique;
-    technique.unit = UnitKind::kFluoroscopic;
-    technique.kv = 80;
+    Technique technique = Usual();
     technique.automatic = true;
     struct Row {
         double phantomCm;
@@ -298,6 +353,26 @@ TEST(SimulatedReadings, TheChamberIsCorrectedForTheAirUnlessItIsSwitchedOff) {
     EXPECT_EQ(dose(1, 1).leakCurrent, "0.005") << "5 fA, shown in pA";
     EXPECT_EQ(dose(2, 1).dose, "0.7635");
     EXPECT_EQ(dose(2, 1).adcf, "1.0000");
+    // 6 cm3 of air at 20 degrees have 1.8648 nC per R.
+    EXPECT_NEAR(std::stod(dose(1, 3).dose), 1.8648e-9, 1e-13);
+    // 800 hPa in each unit. In the standard atmosphere, (800 / 1013.25)^0.190263 is 0.95604: 1,949 m.
+    struct Row {
+        int32_t unit;
+        double shown, tolerance;
+    };
+    for (const Row& row : {Row{1, 23.62, 0.06},
+                           {2, 600.05, 0.06},
+                           {3, 800, 0.06},
+                           {4, 800, 0.06},
+                           {5, 6394, 4},
+                           {6, 1949, 1}}) {
+        settings.pressureUnit = row.unit;
+        EXPECT_NEAR(std::stod(dose(1, 1).pressure), row.shown, row.tolerance) << row.unit;
+        EXPECT_EQ(dose(1, 1).adcf, "1.3098") << row.unit;
+    }
+    settings.temperatureUnit = 3;
+    EXPECT_EQ(dose(1, 1).temperature, "303.2") << "kelvin";
+    EXPECT_EQ(dose(1, 1).adcf, "1.3098");
 }
 
 TEST(SimulatedReadings, AClampSeesLessThanAShunt) {
@@ -315,10 +390,13 @@ TEST(SimulatedReadings, AClampSeesLessThanAShunt) {
 }
 
 TEST(SimulatedReadings, AWaveformRisesHoldsAndFalls) {
-    const auto samples = [](uint8_t type, double length) {
+    double pulses = 0;
+    const auto samples = [&pulses](uint8_t type, double length) {
         RandomSource random(1, 1);
         Shot shot = OneRoentgen();
         shot.riseMs = shot.fallMs = 10;
+        shot.pulseRate = pulses;
+        shot.pulseWidthMs = 8;
         std::vector<double> values;
         std::stringstream text(SampleWaveform(shot, type, length, 1000, random));
         for (std::string part; std::getline(text, part, ',');) values.push_back(std::stod(part));
@@ -334,6 +412,12 @@ TEST(SimulatedReadings, AWaveformRisesHoldsAndFalls) {
     EXPECT_NEAR(ma[50], 200, 0.5);
     EXPECT_NEAR(ma[105], 100, 0.5) << "half-way down 5 ms after the end";
     EXPECT_EQ(ma[200], 0);
+    pulses = 50;  // each 20 ms long, of which the beam is on for 8
+    const auto pulsed = samples(kKvWaveform, 100);
+    EXPECT_NEAR(pulsed[279], 80, 0.2);
+    EXPECT_EQ(pulsed[280], 0);
+    EXPECT_EQ(pulsed[399], 0);
+    EXPECT_NEAR(pulsed[400], 80, 0.2);
 }
 
 TEST(SimulatedReadings, SinglePhaseShowsItsHalfWaves) {
@@ -389,24 +473,6 @@ TEST(SimulatedReadings, AShuntReadsWithin01PercentAndAClampWithin05) {
         const double percent = 100 * std::sqrt(squares / kReadings);
         EXPECT_NEAR(percent / (shunt ? 0.1 : 0.5), 1, 0.15) << shunt;
     }
-}
-
-TEST(XrayUnit, AShotHasTheRiseFallAndRippleOfItsUnit) {
-    UnitSettings settings = Exact();
-    settings.riseMs = 7;
-    settings.fallMs = 9;
-    settings.ripplePercent = 25;
-    Technique technique;
-    technique.kv = 80;
-    technique.ma = 200;
-    technique.mas = 20;
-    const Shot shot = ShotOf(settings, UnitKind::kRadiographic, technique);
-    EXPECT_EQ(shot.riseMs, 7);
-    EXPECT_EQ(shot.fallMs, 9);
-    EXPECT_EQ(shot.ripple, 0.25);
-    EXPECT_EQ(shot.kv, 80);
-    EXPECT_EQ(shot.ma, 200);
-    EXPECT_DOUBLE_EQ(shot.mas, 20);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -198,6 +199,23 @@ TEST(PdfPainter, EachPageHasItsNumberAtTheRightOfTheFoot) {
     expected.emplace_back("page");
     for (const std::string& call : foot("Page 2 of 2")) expected.push_back(call);
     EXPECT_EQ(recorded.calls, expected);
+}
+
+TEST(PdfPainter, WhatTheModuleReportsIsRaised) {
+    VorexPdfModule module = RecordingModule();
+    module.finish = [](VorexPdfDrawing*, const VorexPdfBookmark*, size_t, VorexPdfText, VorexPdfSink sink,
+                       void* context) {
+        sink(context, "no ink", 6);
+        return 0;
+    };
+    ReportModel report;
+    report.pages.resize(1);
+    try {
+        PaintPdf(report, module);
+        ADD_FAILURE();
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "no ink");
+    }
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "foundation/report_markup.h"
 #include "reports/report_fixture.h"
@@ -14,83 +16,85 @@ using host_test::kSmallPaper;
 using host_test::kTwoColumns;
 using host_test::RowsOf;
 using host_test::SettingsFor;
+using Texts = std::vector<std::string>;
 
 class ReportDocumentTest : public testing::Test {
   protected:
-    static std::string Lines(int first, int last) {
+    /// Rows of a number and "x", as they are given; with an empty column in front of them.
+    static std::string Lines(int first, int last, const std::string& before = {}) {
         std::string rows;
-        for (int i = first; i <= last; ++i) rows += "row " + std::to_string(i) + "|x;";
+        for (int i = first; i <= last; ++i) rows += before + "row " + std::to_string(i) + "|x;";
         return rows;
     }
+    /// The same as they are printed.
     static std::string Expected(int first, int last) {
-        std::string rows;
-        for (int i = first; i <= last; ++i) rows += "row " + std::to_string(i) + "|x\n";
+        std::string rows = Lines(first, last);
+        std::replace(rows.begin(), rows.end(), ';', '\n');
         return rows;
+    }
+    /// The rows of each page.
+    Texts Pages() {
+        Texts pages;
+        for (const ReportPage& page : report.Finish().pages) pages.push_back(RowsOf(page));
+        return pages;
     }
 
     host_test::EvenMetrics metrics;
     ReportDocument report{SettingsFor(kSmallPaper), &metrics};
     const std::string heading = markup::Heading("Name").substr(1) + markup::Heading("Value") + ";";
+    const std::string threeColumns = "<+4000|<+3000|<+3000;";
 };
 
 TEST_F(ReportDocumentTest, ATableContinuesUnderItsHeadingsOnTheNextPage) {
     report.PrintTable(kTwoColumns, heading + Lines(1, 12));
-    const ReportModel model = report.Finish();
-    ASSERT_EQ(model.pages.size(), 2U);
-    EXPECT_EQ(RowsOf(model.pages[0]), "Name|Value\n" + Expected(1, 9));
-    EXPECT_EQ(RowsOf(model.pages[1]), "repeated:Name|Value\n" + Expected(10, 12));
-}
-
-TEST_F(ReportDocumentTest, RowsPrintedOneByOneContinueUnderTheHeadingsToo) {
+    EXPECT_EQ(Pages(), (Texts{"Name|Value\n" + Expected(1, 9), "repeated:Name|Value\n" + Expected(10, 12)}));
+    // Rows printed one by one.
     report.PrintTable(kTwoColumns, heading);
     for (int i = 1; i <= 10; ++i) report.PrintTable(kTwoColumns, Lines(i, i));
-    const ReportModel model = report.Finish();
-    ASSERT_EQ(model.pages.size(), 2U);
-    EXPECT_EQ(RowsOf(model.pages[1]), "repeated:Name|Value\n" + Expected(10, 10));
+    EXPECT_EQ(Pages(), (Texts{"Name|Value\n" + Expected(1, 9), "repeated:Name|Value\n" + Expected(10, 10)}));
+}
+
+/// A heading of five lines is 866 high, one of six 1,034.
+TEST_F(ReportDocumentTest, HeadingsHigherThanHalfAPageAreNotRepeated) {
+    for (const auto& [lines, repeated] : {std::pair(5, true), std::pair(6, false)}) {
+        std::string words = "a";
+        for (int i = 1; i < lines; ++i) words += "\r\na";
+        report.PrintTable(kTwoColumns,
+                          markup::Heading(words).substr(1) + markup::Heading("b") + ";" + Lines(1, 6));
+        const Texts pages = Pages();
+        ASSERT_EQ(pages.size(), 2U);
+        EXPECT_EQ(pages[1].starts_with("repeated:a/a"), repeated) << pages[1];
+    }
 }
 
 /// A block heading is 254 high: 194 and 60 above it.
 TEST_F(ReportDocumentTest, ABlockThatContinuesIsNamedAgainOnTheNextPage) {
-    const std::string columns = "<+4000|<+3000|<+3000;";
-    const std::string head = "|" + heading.substr(0, heading.size());
-    const auto line = [](int i) { return "|row " + std::to_string(i) + "|x;"; };
     // Room for headings, block heading and eight rows.
-    report.PrintTable(columns, head);
-    report.PrintTable(columns, "|Exposure 3;");
+    report.PrintTable(threeColumns, "|" + heading);
+    report.PrintTable(threeColumns, "|Exposure 3;");
     for (int i = 1; i <= 9; ++i) {
         if (i == 9) {  // the library breaks pages itself
             report.NewPage();
-            report.PrintTable(columns, head);
+            report.PrintTable(threeColumns, "|" + heading);
         }
-        report.PrintTable(columns, line(i));
+        report.PrintTable(threeColumns, Lines(i, i, "|"));
     }
-    report.PrintTable(columns, "|Exposure 4;" + line(1));
+    report.PrintTable(threeColumns, "|Exposure 4;" + Lines(1, 1, "|"));
     report.PrintHeading("Accuracy", "");  // goes to a new page
-    report.PrintTable(columns, head + line(2));
-    const ReportModel model = report.Finish();
-    ASSERT_EQ(model.pages.size(), 3U);
-    EXPECT_EQ(RowsOf(model.pages[1]),
-              "Name|Value\nrepeated:Exposure 3 (continued)\nrow 9|x\nExposure 4\nrow 1|x\n");
-    EXPECT_EQ(RowsOf(model.pages[2]), "Name|Value\nrow 2|x\n") << "another test";
+    report.PrintTable(threeColumns, "|" + heading + Lines(2, 2, "|"));
+    const Texts pages = Pages();
+    ASSERT_EQ(pages.size(), 3U);
+    EXPECT_EQ(pages[1], "Name|Value\nrepeated:Exposure 3 (continued)\nrow 9|x\nExposure 4\nrow 1|x\n");
+    EXPECT_EQ(pages[2], "Name|Value\nrow 2|x\n") << "another test";
 }
 
 TEST_F(ReportDocumentTest, NoPageBeginsWithTheLastRowOfABlockAndNoneEndsWithItsName) {
-    const std::string columns = "<+4000|<+3000|<+3000;";
-    const auto block = [](int first, int last) {
-        std::string rows = "|Block;";
-        for (int i = first; i <= last; ++i) rows += "|row " + std::to_string(i) + "|x;";
-        return rows;
-    };
     // 254 + 9 * 194 are the 2,000 of a page: the tenth row would be alone.
-    report.PrintTable(columns, block(1, 10));
-    ReportModel model = report.Finish();
-    ASSERT_EQ(model.pages.size(), 2U);
-    EXPECT_EQ(RowsOf(model.pages[1]), "repeated:Block (continued)\nrow 9|x\nrow 10|x\n");
+    report.PrintTable(threeColumns, "|Block;" + Lines(1, 10, "|"));
+    EXPECT_EQ(Pages(), (Texts{"Block\n" + Expected(1, 8), "repeated:Block (continued)\n" + Expected(9, 10)}));
     // 254 + 7 * 194 leave room for another name, but not for a row below it.
-    report.PrintTable(columns, block(1, 7) + block(8, 10));
-    model = report.Finish();
-    ASSERT_EQ(model.pages.size(), 2U);
-    EXPECT_EQ(RowsOf(model.pages[1]), "Block\nrow 8|x\nrow 9|x\nrow 10|x\n");
+    report.PrintTable(threeColumns, "|Block;" + Lines(1, 7, "|") + "|Block;" + Lines(8, 10, "|"));
+    EXPECT_EQ(Pages(), (Texts{"Block\n" + Expected(1, 7), "Block\n" + Expected(8, 10)}));
 }
 
 TEST_F(ReportDocumentTest, ARowNeverSplits) {
@@ -100,35 +104,25 @@ TEST_F(ReportDocumentTest, ARowNeverSplits) {
     const std::string words = std::string(70, 'a') + " " + std::string(70, 'b');
     EXPECT_EQ(report.TableHeight(kTwoColumns, words + "|x;"), 362);
     report.PrintTable(kTwoColumns, words + "|x;");
-    const ReportModel model = report.Finish();
-    ASSERT_EQ(model.pages.size(), 2U);
-    EXPECT_EQ(RowsOf(model.pages[1]), std::string(70, 'a') + "/" + std::string(70, 'b') + "|x\n");
+    EXPECT_EQ(Pages(), (Texts{Expected(1, 9), std::string(70, 'a') + "/" + std::string(70, 'b') + "|x\n"}));
 }
 
-TEST_F(ReportDocumentTest, ARowThatIsHigherThanAPageLosesNothing) {
+TEST_F(ReportDocumentTest, ARowThatIsHigherThanAPageLosesNothingAndBeginsWhereALineOfItFits) {
     // 30 lines: 11 have room on a page.
     std::string text;
     for (int i = 10; i < 40; ++i) text += std::to_string(i) + std::string(68, '.');
     report.PrintTable(kTwoColumns, text + "|x;");
-    const ReportModel model = report.Finish();
-    ASSERT_EQ(model.pages.size(), 3U);
-    std::string printed;
-    for (const ReportPage& page : model.pages)
-        for (char c : RowsOf(page))
-            if (c != '/' && c != '|' && c != 'x' && c != '\n') printed += c;
+    const Texts pages = Pages();
+    ASSERT_EQ(pages.size(), 3U);
+    std::string printed = pages[0] + pages[1] + pages[2];
+    std::erase_if(printed, [](char c) { return c == '/' || c == '|' || c == 'x' || c == '\n'; });
     EXPECT_EQ(printed, text);
-    EXPECT_TRUE(RowsOf(model.pages[2]).starts_with("32"));
-}
-
-TEST_F(ReportDocumentTest, ARowThatIsHigherThanAPageBeginsWhereALineOfItFits) {
+    EXPECT_TRUE(pages[2].starts_with("32"));
     // Of 2,000 twips 254 are left below nine rows: one line of 168 and 26. Below ten 60 are left.
-    for (const auto& [rows, firstPage] : {std::pair(9, 1), std::pair(10, 0)}) {
-        std::string text;
-        for (int i = 10; i < 40; ++i) text += std::to_string(i) + std::string(68, '.');
+    for (const auto& [rows, begins] : {std::pair(9, true), std::pair(10, false)}) {
         report.PrintTable(kTwoColumns, Lines(1, rows) + text + "|x;");
-        const ReportModel model = report.Finish();
-        const std::string first = RowsOf(model.pages[0]);
-        EXPECT_EQ(first.find("10.....") != std::string::npos, firstPage == 1) << rows;
+        const std::string first = Pages().front();
+        EXPECT_EQ(first.find("10.....") != std::string::npos, begins) << rows;
         EXPECT_EQ(first.find("11....."), std::string::npos) << rows;
     }
 }
@@ -267,6 +261,14 @@ TEST_F(ReportDocumentTest, TheTitleOfAFormIsCentredWithItsSecondTextBelow) {
     EXPECT_EQ(form.height, 2 * 11 * 24 + 2 * 160);
     // A figure takes its alignment with it.
     EXPECT_FALSE(std::get<ReportHeading>(model.pages.back().items.back()).centred);
+}
+
+TEST_F(ReportDocumentTest, ANewPageBeginsAtItsTop) {
+    report.Position(50);
+    report.NewPage();
+    EXPECT_EQ(report.Position(), 0) << "the page was empty, and is used";
+    report.PrintTable(kTwoColumns, Lines(1, 1));
+    EXPECT_EQ(Pages(), Texts{Expected(1, 1)});
 }
 
 TEST_F(ReportDocumentTest, NoPageIsEmptyHoweverMuchIsKeptTogether) {

@@ -2,20 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/file_error.h"
+#include "support/file_fault.h"
 #include "test_paths.h"
 
 namespace vorex::host_test {
 namespace {
 
-/// What a load of a module raises.
 std::string FaultOf(const std::filesystem::path& file) {
-    try {
-        LoadPdfModule(file);
-    } catch (const FileError& error) {
-        return error.what();
-    }
-    return {};
+    return test::MessageOf([&] { LoadPdfModule(file); });
 }
 
 TEST(ReportPdf, AModuleOfAnotherVersionIsNotUsed) {

@@ -71,6 +71,7 @@ TEST(ReportTable, RowsAreReadCellByCell) {
         {"|a|b|c|d|e|f;", "R: 1=a 2=b 3=c 4=d e f\n"},
         {"|" + markup::Text("a|b;c{d}e\\f") + "|1;", "R: 1=a|b;c{d}e\\f 2=1\n"},
         {markup::Heading("x}y|z") + ";", "G: 1*=x}y|z\n"},
+        {"|a\\|b|{c}\\", "R: 1=a|b 2={c}\\\n"},
         {"|bad\xFF byte\x01|1;", "R: 1=bad\xEF\xBF\xBD byte 2=1\n"},
     };
     for (const auto& c : cases) EXPECT_EQ(Told(c.rows), c.told) << c.rows;

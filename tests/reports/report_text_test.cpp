@@ -26,21 +26,22 @@ TEST(ReportText, ASmallReportReadsAsWrittenByHand) {
     report.PrintTable(kColumns, "|CV Exposure      |0.24||" + std::string(markup::kFailMark) + ";");
     report.PrintHeading("Linearity", "Pass");
     report.PrintTable("<+560|<+5000;", "|" + markup::Text("a|b;c{d}e\\f") + ";");
-    EXPECT_EQ(ReportText(report.Finish()), "Room 3" + Blanks(88) + "✗ Fail\n" + std::string(100, '=') +
-                                               "\n"
-                                               "\n"
-                                               "  Result:         Value      Unit\n"
-                                               "  Exposure 1\n"
-                                               "  kVp Avg          80.6        KV\n"
-                                               "\n"
-                                               "  Calculations\n"
-                                               "  CV Exposure      0.24              ✗ Fail\n"
-                                               "\n"
-                                               "Linearity" +
-                                               Blanks(85) + "✓ Pass\n" + std::string(100, '-') +
-                                               "\n"
-                                               "\n"
-                                               "  a|b;c{d}e\\f\n");
+    EXPECT_EQ("\n" + ReportText(report.Finish()), R"(
+Room 3                                                                                        ✗ Fail
+====================================================================================================
+
+  Result:         Value      Unit
+  Exposure 1
+  kVp Avg          80.6        KV
+
+  Calculations
+  CV Exposure      0.24              ✗ Fail
+
+Linearity                                                                                     ✓ Pass
+----------------------------------------------------------------------------------------------------
+
+  a|b;c{d}e\f
+)");
 }
 
 TEST(ReportText, LongTextsWrapInTheirColumn) {
@@ -71,11 +72,11 @@ TEST(ReportText, HeadingsWrapBeforeTheNamesOfTheRows) {
     report.PrintTable(kLimitColumns, "|kVp moyen - kVp nominal      |28|28,3|kV|0,4|0,28|21 CFR 900.12||" +
                                          std::string(markup::kFailMark) + ";");
     // 23 for the name, five columns of 8, 13 for the standard, 6 for the mark, and two blanks between them.
-    EXPECT_EQ(ReportText(report.Finish()),
-              "  Result:" + Blanks(31) + "Value" + Blanks(6) + "Unit" + Blanks(4) + "Limite" + Blanks(4) +
-                  "Limite" + Blanks(10) + "Norme\n" + Blanks(60) + "haute" + Blanks(5) + "basse\n" +
-                  "  kVp moyen - kVp nominal" + Blanks(8) + "28" + Blanks(6) + "28,3" + Blanks(8) + "kV" +
-                  Blanks(7) + "0,4" + Blanks(6) + "0,28  21 CFR 900.12  ✗ Fail\n");
+    EXPECT_EQ("\n" + ReportText(report.Finish()), R"(
+  Result:                               Value      Unit    Limite    Limite          Norme
+                                                            haute     basse
+  kVp moyen - kVp nominal        28      28,3        kV       0,4      0,28  21 CFR 900.12  ✗ Fail
+)");
 }
 
 TEST(ReportText, AWordBreaksOnlyWhereNoTextCanWrap) {
@@ -86,11 +87,13 @@ TEST(ReportText, AWordBreaksOnlyWhereNoTextCanWrap) {
                           std::string(markup::kFailMark) + ";");
     report.PrintTable(kColumns, "|" + std::string(300, 'x') + "|Parenchymdosis|mrad;");
     // 15 for the name, five columns of 8 and 6 for the mark leave 23 for the standard.
-    const std::string whole = "  Expositionsrate" + Blanks(8) + "80" + Blanks(6) + "3641" + Blanks(6) +
-                              "mR/s" + Blanks(6) + "4000" + Blanks(6) + "3000" + Blanks(6) +
-                              "State regulation on  ✗ Fail\n" + Blanks(76) + "diagnostic X-ray\n" +
-                              Blanks(70) + "equipment, section 12,\n" + Blanks(82) + "as amended\n";
-    const std::string text = ReportText(report.Finish());
+    const std::string whole = R"(
+  Expositionsrate        80      3641      mR/s      4000      3000      State regulation on  ✗ Fail
+                                                                            diagnostic X-ray
+                                                                      equipment, section 12,
+                                                                                  as amended
+)";
+    const std::string text = "\n" + ReportText(report.Finish());
     EXPECT_EQ(text.substr(0, whole.size()), whole);
     EXPECT_NE(text.find("xx  Parenchymdosis      mrad\n  xxx"), std::string::npos) << text;
 }
@@ -143,29 +146,27 @@ TEST(ReportText, AFramedTableReadsAsWrittenByHand) {
             "Signature\r\n|;");
     report.DrawLine(0, 500, 10186, 500);
     report.PrintTable("<+#5093|<+#5093;", "Site: A|;");
-    const std::string separator =
-        "+" + std::string(72, '-') + "+" + std::string(13, '-') + "+" + std::string(11, '-') + "+\n";
-    const std::string half = "+" + std::string(49, '-') + "+" + std::string(48, '-') + "+\n";
-    EXPECT_EQ(ReportText(report.Finish()),
-              Blanks(46) + "SUMMARY\n" + Blanks(48) +
-                  "Log\n"
-                  "\n" +
-                  separator + "| Tests" + Blanks(66) +
-                  "| ACR Guides  |   MQSA    |\n"
-                  "|" +
-                  Blanks(72) + "| (Pass/Fail) |           |\n" + separator + "| 1.  Assembly" + Blanks(59) +
-                  "|    Pass     |  ✗ Fail   |\n"
-                  "|     dose on your unit, as it was told by a physicist" +
-                  Blanks(19) +
-                  "|      -      |     -     |\n"
-                  "|     is                    mrad" +
-                  Blanks(41) + "|             |           |\n" + separator + "| Signature" + Blanks(62) +
-                  "|             |           |\n"
-                  "|" +
-                  Blanks(72) + "|             |           |\n" + separator + std::string(100, '-') +
-                  "\n"
-                  "\n" +
-                  half + "| Site: A" + Blanks(41) + "|" + Blanks(48) + "|\n" + half);
+    EXPECT_EQ("\n" + ReportText(report.Finish()), R"(
+                                              SUMMARY
+                                                Log
+
++------------------------------------------------------------------------+-------------+-----------+
+| Tests                                                                  | ACR Guides  |   MQSA    |
+|                                                                        | (Pass/Fail) |           |
++------------------------------------------------------------------------+-------------+-----------+
+| 1.  Assembly                                                           |    Pass     |  ✗ Fail   |
+|     dose on your unit, as it was told by a physicist                   |      -      |     -     |
+|     is                    mrad                                         |             |           |
++------------------------------------------------------------------------+-------------+-----------+
+| Signature                                                              |             |           |
+|                                                                        |             |           |
++------------------------------------------------------------------------+-------------+-----------+
+----------------------------------------------------------------------------------------------------
+
++-------------------------------------------------+------------------------------------------------+
+| Site: A                                         |                                                |
++-------------------------------------------------+------------------------------------------------+
+)");
 }
 
 TEST(ReportText, AFramedColumnGivesWayToALongWord) {

