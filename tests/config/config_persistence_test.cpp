@@ -191,12 +191,10 @@ TEST_F(ConfigPersistence, NumbersStayWithinTheirFields) {
                                "<MeasurementPercentKV>-5</MeasurementPercentKV>"
                                "<MeasurementDelay>99999</MeasurementDelay><MachineKV>27,5 %</MachineKV>"
                                "<MachinemA>word</MachinemA>");
-    EXPECT_EQ(config->DetectorName, kZrd) << "no detector is the first one";
-    EXPECT_EQ(config->pNoOfExposures, 255);
-    EXPECT_EQ(config->pMeasurementPercentKV, 0);
-    EXPECT_EQ(config->pMeasurementDelay, 32767);
-    EXPECT_EQ(config->pMachineKV, 27.5F);
-    EXPECT_EQ(config->pMachineMA, 0.0F);
+    EXPECT_EQ((std::vector<int32_t>{config->DetectorName, config->pNoOfExposures,
+                                    config->pMeasurementPercentKV, config->pMeasurementDelay}),
+              (std::vector<int32_t>{kZrd, 255, 0, 32767}));
+    EXPECT_EQ((std::pair{config->pMachineKV, config->pMachineMA}), (std::pair{27.5F, 0.0F}));
 }
 
 TEST_F(ConfigPersistence, TheTableIsResizedWithoutItsContent) {

@@ -26,13 +26,8 @@ void WriteDecimals(char sign) {
 
 using NumberText = test::LibraryTest;
 
-struct Reading {
-    const char* text;
-    double number;
-};
-
 TEST_F(NumberText, TheLeadingNumberOfATextIsRead) {
-    constexpr Reading kReadings[] = {
+    const std::pair<const char*, double> kReadings[] = {
         {"80.1", 80.1}, {"1,5", 1.5},    {"12%", 12},      {"1%2", 12},   {" \t7", 7},  {"+2", 2},
         {"-3.5", -3.5}, {"-,5", -0.5},   {".5", 0.5},      {"5.", 5},     {"1e2", 100}, {"1E-2", 0.01},
         {"2.5e+1", 25}, {"80.1*", 80.1}, {"12 mm Al", 12}, {"1 2", 1},    {"1e", 1},    {"1e+", 1},
@@ -59,7 +54,7 @@ TEST_F(NumberText, ANumberTooLargeReadsAsTheLargestAndOneTooSmallAsZero) {
 }
 
 TEST_F(NumberText, WholeNumbersAreCutAndKeptWithin32Bits) {
-    constexpr Reading kReadings[] = {
+    const std::pair<const char*, double> kReadings[] = {
         {"1.9", 1},    {"-1.9", -1}, {"9e9", 2147483647.0}, {"-9e9", -2147483648.0}, {"255", 255},
         {"1,5 kV", 1}, {"word", 0}};
     for (const auto& [text, number] : kReadings) EXPECT_EQ(ReadInteger(text), number) << text;
@@ -73,12 +68,8 @@ TEST_F(NumberText, OnlyANumberAloneIsANumber) {
 }
 
 TEST_F(NumberText, PlainTextOfADoubleHasFifteenDigitsAndNoNoise) {
-    struct Row {
-        double number;
-        const char* text;
-    };
     // clang-format off
-    const Row kRows[] = {
+    const std::pair<double, const char*> kRows[] = {
         {80.1 + 80.2 + 80.3, "240.6"}, {0.1 + 0.2, "0.3"}, {0, "0"}, {-0.0, "0"}, {-1.5, "-1.5"},
         {100, "100"}, {1.0 / 3, "0.333333333333333"}, {2.0 / 3, "0.666666666666667"},
         {200.0 / 3, "66.6666666666667"}, {0.00033, "0.00033"}, {1e-15, "0.000000000000001"},
@@ -135,12 +126,8 @@ TEST_F(NumberText, PlainTextsAndReadingsAgreeWithTheCLibraryOverManyNumbers) {
 }
 
 TEST_F(NumberText, PicturesRoundTheDecimalTextHalfAwayFromZero) {
-    struct Row {
-        double number;
-        const char *picture, *text;
-    };
     // clang-format off
-    const Row kRows[] = {
+    const std::tuple<double, const char*, const char*> kRows[] = {
         {0.125, "0.0#", "0.13"}, {-0.125, "0.0#", "-0.13"}, {1.005, "0.0#", "1.01"},
         {2.675, "0.0#", "2.68"}, {0.124999, "0.0#", "0.12"}, {9.995, "0.0#", "10.0"},
         {99.99995, "0.0###", "100.0"}, {0.00005, "0.0###", "0.0001"}, {0.00004, "0.0###", "0.0"},
@@ -163,26 +150,17 @@ TEST_F(NumberText, ANegativeZeroIsNeverShown) {
 }
 
 TEST_F(NumberText, RoundingHalfToEvenWorksOnTheDecimalText) {
-    struct Row {
-        double number;
-        int decimals;
-        double rounded;
-    };
-    constexpr Row kRows[] = {{0.125, 2, 0.12}, {0.375, 2, 0.38}, {-0.125, 2, -0.12}, {1.005, 2, 1},
-                             {1.015, 2, 1.02}, {0.005, 2, 0},    {0.015, 2, 0.02},   {0.1250001, 2, 0.13},
-                             {0.5, 0, 0},      {1.5, 0, 2},      {2.5, 0, 2},        {9.995, 2, 10},
-                             {0.05, 1, 0},     {1.23, 5, 1.23},  {0.001, 1, 0}};
+    const std::tuple<double, int, double> kRows[] = {
+        {0.125, 2, 0.12}, {0.375, 2, 0.38}, {-0.125, 2, -0.12},   {1.005, 2, 1},   {1.015, 2, 1.02},
+        {0.005, 2, 0},    {0.015, 2, 0.02}, {0.1250001, 2, 0.13}, {0.5, 0, 0},     {1.5, 0, 2},
+        {2.5, 0, 2},      {9.995, 2, 10},   {0.05, 1, 0},         {1.23, 5, 1.23}, {0.001, 1, 0}};
     for (const auto& [number, decimals, rounded] : kRows)
         EXPECT_EQ(RoundHalfEven(number, decimals), rounded) << number << " to " << decimals;
     EXPECT_TRUE(std::isnan(RoundHalfEven(kNoNumber, 2)));
 }
 
 TEST_F(NumberText, ADifferenceKeepsTheDecimalsOfItsTexts) {
-    struct Row {
-        const char *a, *b;
-        const char* difference;
-    };
-    constexpr Row kRows[] = {
+    const std::tuple<const char*, const char*, const char*> kRows[] = {
         {"1.65", "1.5", "0.15"}, {"4.5", "5", "-0.5"},       {"4.25", "4.2", "0.05"}, {"0.30", "0.1", "0.2"},
         {"3", "5", "-2"},        {"", "1.5", "-1.5"},        {"", "", "0"},           {"1,65", "1,5", "0.15"},
         {"1e-3", "0", "0.001"},  {"12.5%", "2.25%", "10.25"}};

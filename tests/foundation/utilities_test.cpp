@@ -5,19 +5,11 @@
 #include "support/fake_detector.h"
 #include "support/fake_element.h"
 #include "support/library_test.h"
+#include "support/limits.h"
 #include "support/recording_report.h"
 
 namespace vorex {
 namespace {
-
-/// A report in a language of its own.
-class FakeReport : public test::RecordingReport {
-  public:
-    std::string Translate(std::string_view section, std::string_view key, TextArguments args) const override {
-        return "report " + texts.Translate(section, key, args);
-    }
-    test::FakeTexts texts;
-};
 
 class Utilities : public test::LibraryTest {
   protected:
@@ -26,6 +18,9 @@ class Utilities : public test::LibraryTest {
         services.text = texts;
         services.settings = settings;
         Install(services);
+        report.words = {{"22237::Pass", "report Pass"},
+                        {"22466::MAMMO", "report MAMMO"},
+                        {"22340::1. Set Machine kVp to %%1 KV.", "report: kVp to %%1 KV."}};
     }
     void HostVersion(const std::string& version) {
         settings->values[{std::string(setting::kUninstallPath), "DisplayVersion"}] = version;
@@ -33,7 +28,7 @@ class Utilities : public test::LibraryTest {
 
     std::shared_ptr<test::FakeTexts> texts = std::make_shared<test::FakeTexts>();
     std::shared_ptr<test::FakeSettings> settings = std::make_shared<test::FakeSettings>();
-    FakeReport report;
+    test::RecordingReport report;
 };
 
 TEST_F(Utilities, AKeyShowsItsDefaultTextWithoutALanguage) {
@@ -71,8 +66,7 @@ TEST_F(Utilities, TheReportsLanguageGoesBeforeTheProgramsOwn) {
     EXPECT_EQ(Translate(text::kPass), "Bestanden");
     EXPECT_EQ(Translate(text::kPass, &report), "report Pass");
     EXPECT_EQ(Translate("22340::1. Set Machine kVp to %%1 KV.", {"80"}), "1. Set Machine kVp to 80 KV.");
-    EXPECT_EQ(Translate("22340::1. Set Machine kVp to %%1 KV.", {"80"}, &report),
-              "report 1. Set Machine kVp to 80 KV.");
+    EXPECT_EQ(Translate("22340::1. Set Machine kVp to %%1 KV.", {"80"}, &report), "report: kVp to 80 KV.");
 }
 
 TEST_F(Utilities, AChoiceIsShownInWordsAndStoredAsItsCode) {
@@ -178,35 +172,21 @@ TEST_F(Utilities, TheExposureCaptionHasNineCharactersForOneVersionOfTheHost) {
     }
 }
 
-class FakePlugIn : public IZRD47500PlugIn {
-  public:
-    explicit FakePlugIn(std::string id) : mId(std::move(id)) {}
-    std::string PlugInID() const override { return mId; }
-    std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name,
-                                            std::string& version) override {
-        if (testId != 100) return nullptr;
-        return std::make_shared<Standard>(name, version);
-    }
-
-  private:
-    std::string mId;
-};
-
 TEST_F(Utilities, OnlyThisLibrarysPlugInIsKept) {
     test::FakeElement repro, accuracy;
     repro.fakeTestId = 100;
     accuracy.fakeTestId = 200;
-    std::string name = "Site";
+    std::string name = "Known";
     std::string version = "1";
     GGlobals entry;
     entry.SetPlugInPointer(nullptr);
-    entry.SetPlugInPointer(std::make_shared<FakePlugIn>("zrd47500"));
+    entry.SetPlugInPointer(std::make_shared<test::FakePlugIn>("zrd47500"));
     EXPECT_EQ(LoadStandard(repro, name, version), nullptr);
-    entry.SetPlugInPointer(std::make_shared<FakePlugIn>("ZRD47500"));
-    entry.SetPlugInPointer(std::make_shared<FakePlugIn>("Other"));
+    entry.SetPlugInPointer(std::make_shared<test::FakePlugIn>("ZRD47500"));
+    entry.SetPlugInPointer(std::make_shared<test::FakePlugIn>("Other"));
     const auto standard = LoadStandard(repro, name, version);
     ASSERT_TRUE(standard);
-    EXPECT_EQ(standard->Name(), "Site");
+    EXPECT_EQ(standard->Name(), "Known");
     EXPECT_EQ(LoadStandard(accuracy, name, version), nullptr);
 }
 

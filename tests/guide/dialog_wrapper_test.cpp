@@ -11,11 +11,6 @@
 namespace vorex::test {
 namespace {
 
-class Callback : public IControlCallback {
-  public:
-    void CallBack(std::string_view) override {}
-};
-
 constexpr WindowHandle kForm = 3;
 constexpr WindowHandle kHost = 5;
 using Parent = std::pair<WindowHandle, WindowHandle>;
@@ -51,7 +46,7 @@ TEST_F(DialogWrapper, HasNoControlForAnEmptyOrUnknownClassOrOneThatIsNoControl) 
 
 TEST_F(DialogWrapper, ForwardsToItsControl) {
     const ControlArgument argument = std::make_shared<CConfigCommon>();
-    const auto callback = std::make_shared<Callback>();
+    const auto callback = std::make_shared<FakeCallback>();
     FakeControl& control = MakeControl();
     dialog.Initialize(argument);
     dialog.CallBack(callback);

@@ -60,23 +60,19 @@ TEST_F(GuideTable, MarksTheExposuresWhoseWaveformsAreImported) {
 }
 
 TEST_F(GuideTable, AClickAsksForTheWaveformsOfAStoredExposure) {
-    struct Case {
-        int32_t kind;
-        const char* events;
-    };
-    for (const Case& c : {Case{kZrd, "Draw1+1"},
-                          {kMasMeter, "Draw1+3"},
-                          {kPelomark, "Draw1+1"},
-                          {kZrdAndMas, "Draw1+3 Draw1+1"}}) {
-        Open(kRadioRepro, c.kind, c.kind);
+    for (const auto& [kind, events] : {std::pair<int32_t, const char*>{kZrd, "Draw1+1"},
+                                       {kMasMeter, "Draw1+3"},
+                                       {kPelomark, "Draw1+1"},
+                                       {kZrdAndMas, "Draw1+3 Draw1+1"}}) {
+        Open(kRadioRepro, kind, kind);
         EXPECT_TRUE(Table().Press({1, 1}));
-        EXPECT_EQ(Events(), "") << "nothing stored, kind " << c.kind;
-        Expose(1, "0,1,2,3,4,5,6,7", c.kind == kMasMeter ? kSourceMas : kSourceZrd);
+        EXPECT_EQ(Events(), "") << "nothing stored, kind " << kind;
+        Expose(1, "0,1,2,3,4,5,6,7", kind == kMasMeter ? kSourceMas : kSourceZrd);
         EXPECT_TRUE(Table().Press({1, 1}));
-        EXPECT_EQ(Events(), c.events) << c.kind;
+        EXPECT_EQ(Events(), events) << kind;
         element->Sequence()->gRunActive = true;
         EXPECT_TRUE(Table().Press({1, 1}));
-        EXPECT_EQ(Events(), "") << c.kind;
+        EXPECT_EQ(Events(), "") << kind;
         element->Sequence()->gRunActive = false;
     }
 }

@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "foundation/vocabulary.h"
+#include "host/execution_pipe.h"
 #include "support/fake_element.h"
 #include "support/library_test.h"
 
@@ -34,7 +35,7 @@ class JudgingTest : public test::LibraryTest {
 
     std::shared_ptr<CConfigCommon> config = std::make_shared<CConfigCommon>();
     std::shared_ptr<test::FakeLimits> limits = std::make_shared<test::FakeLimits>();
-    test::NoSelection selected;
+    SelectedStandards selected;
 };
 
 TEST_F(JudgingTest, ATestFailsWithAnyOfItsValuesAndWithAMark) {

@@ -11,6 +11,7 @@
 #include "support/fake_control.h"
 #include "support/fake_element.h"
 #include "support/library_test.h"
+#include "support/limits.h"
 
 namespace vorex {
 namespace {
@@ -278,19 +279,8 @@ TEST_F(LimitData, OldStandardsTakeThePresentUnit) {
     EXPECT_EQ(limits->Standards()->Item(0)->Results()[1]->Unit(), "") << "other rows keep theirs";
 }
 
-class PlugIn : public IZRD47500PlugIn {
-  public:
-    std::string PlugInID() const override { return "ZRD47500"; }
-    std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name,
-                                            std::string& version) override {
-        asked += std::to_string(testId) + " " + name + " " + version + ";";
-        return name == "Known" ? std::make_shared<Standard>(name, version) : nullptr;
-    }
-    std::string asked;
-};
-
 TEST_F(LimitData, AStandardComesFromThePlugInOrIsMadeEmpty) {
-    const auto plugIn = std::make_shared<PlugIn>();
+    const auto plugIn = std::make_shared<test::FakePlugIn>();
     SetPlugIn(plugIn);
     EXPECT_TRUE(limits->CreateStandard("Known", "2")->Results().empty());
     const auto made = limits->CreateStandard("Own", "1");

@@ -1,16 +1,10 @@
 #include "results/mti_data.h"
 
+#include "host/execution_pipe.h"
 #include "support/library_test.h"
 
 namespace vorex {
 namespace {
-
-class List : public IMtiList {
-  public:
-    std::span<const MtiEntry> Entries() const override { return entries; }
-    void Add(MtiEntry entry) override { entries.push_back(std::move(entry)); }
-    std::vector<MtiEntry> entries;
-};
 
 CMtiData2 Record(const std::string& name, const std::string& serial, const std::string& date = "2026-01-15") {
     CMtiData2 record;
@@ -22,7 +16,9 @@ CMtiData2 Record(const std::string& name, const std::string& serial, const std::
 
 class Instruments : public test::LibraryTest {
   protected:
-    List list;
+    MtiList list;
+
+    std::vector<MtiEntry> Entries() const { return {list.Entries().begin(), list.Entries().end()}; }
 };
 
 TEST_F(Instruments, ARecordWithoutANameNamesTheDetector) {
@@ -36,14 +32,15 @@ TEST_F(Instruments, ANewInstrumentTakesTheNextNumber) {
     EXPECT_EQ(MergeMti(list, Record("mAs meter", "88", "2026-02-01")), 2);
     const std::vector<MtiEntry> expected = {{1, "ZRD47500", "ZRD 47500WD", "4711", "2026-01-15"},
                                             {2, "ZRD47500", "mAs meter", "88", "2026-02-01"}};
-    EXPECT_EQ(list.entries, expected);
+    EXPECT_EQ(Entries(), expected);
 }
 
 TEST_F(Instruments, AnInstrumentOfTheSameNameAndSerialNumberIsReused) {
-    list.entries = {{7, "Other", "A", "1", ""}, {3, "ZRD47500", "A", "2", "2020-01-01"}};
+    list.Add({7, "Other", "A", "1", ""});
+    list.Add({3, "ZRD47500", "A", "2", "2020-01-01"});
     EXPECT_EQ(MergeMti(list, Record("A", "2")), 3);
-    EXPECT_EQ(list.entries.size(), 2U);
-    EXPECT_EQ(list.entries[1].calibrationDate, "2020-01-01") << "the entry is kept as it is";
+    ASSERT_EQ(Entries().size(), 2U);
+    EXPECT_EQ(Entries()[1].calibrationDate, "2020-01-01") << "the entry is kept as it is";
     EXPECT_EQ(MergeMti(list, Record("B", "2")), 8) << "the number after the largest";
     EXPECT_EQ(MergeMti(list, Record("A", "02")), 9) << "serial numbers are texts";
 }
@@ -51,7 +48,7 @@ TEST_F(Instruments, AnInstrumentOfTheSameNameAndSerialNumberIsReused) {
 TEST_F(Instruments, WithoutASerialNumberAboveZeroNothingIsEntered) {
     for (const char* serial : {"", "0", "-5", "SN 12", "none"})
         EXPECT_EQ(MergeMti(list, Record("A", serial)), 0);
-    EXPECT_TRUE(list.entries.empty());
+    EXPECT_TRUE(Entries().empty());
     EXPECT_EQ(MergeMti(list, Record("A", "12-B")), 1) << "the leading number counts";
 }
 

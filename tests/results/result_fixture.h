@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/execution_pipe.h"
 #include "results/result_columns.h"
 #include "results/result_common.h"
 #include "support/fake_element.h"
@@ -44,7 +45,7 @@ class ResultTest : public LibraryTest {
     std::shared_ptr<CConfigCommon> config;
     std::shared_ptr<CResultCommon> result;
     FakeElement owner;
-    NoSelection selected;
+    SelectedStandards selected;
 };
 
 }  // namespace vorex::test

@@ -1,12 +1,21 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "foundation/class_registry.h"
 #include "foundation/host_contract.h"
 
 namespace vorex::test {
+
+/// Keeps what it hears, "Edited;".
+class FakeCallback : public IControlCallback {
+  public:
+    void CallBack(std::string_view what) override { heard += std::string(what) + ";"; }
+    std::string heard;
+};
 
 /// A control that keeps what it was given, and counts.
 class FakeControl : public ICustomControl, public LibraryObject {

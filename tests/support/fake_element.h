@@ -53,11 +53,6 @@ class FakeLimits : public ILimitData {
     void UpdateLimits(const std::shared_ptr<ITestElement>&) override {}
 };
 
-class NoSelection : public ISelectedStandards {
-  public:
-    std::span<const StandardName> Standards() const override { return {}; }
-};
-
 /// An element that only has limits, or a result that only has a status; children of groups in tests.
 class FakeElement : public ITestElement {
   public:

@@ -2,8 +2,12 @@
 
 #include <initializer_list>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
 
+#include "foundation/utilities.h"
+#include "foundation/vocabulary.h"
 #include "host/standards.h"
 
 namespace vorex::test {
@@ -24,5 +28,22 @@ inline std::shared_ptr<Standard> StandardOf(
     for (const auto& limit : limits) standard->AddExpectedResult(limit);
     return standard;
 }
+
+/// A plug-in that knows the standard "Known" of test 100, and keeps what it was asked for.
+class FakePlugIn : public IZRD47500PlugIn {
+  public:
+    explicit FakePlugIn(std::string id = "ZRD47500") : mId(std::move(id)) {}
+    std::string PlugInID() const override { return mId; }
+    std::shared_ptr<IStandard> LoadStandard(int32_t testId, std::string& name,
+                                            std::string& version) override {
+        asked += std::to_string(testId) + " " + name + " " + version + ";";
+        if (testId != kRadioRepro || name != "Known") return nullptr;
+        return std::make_shared<Standard>(name, version);
+    }
+    std::string asked;
+
+  private:
+    std::string mId;
+};
 
 }  // namespace vorex::test

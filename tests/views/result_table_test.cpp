@@ -1,6 +1,8 @@
 #include "views/result_table.h"
 
 #include "foundation/utilities.h"
+#include "host/execution_pipe.h"
+#include "support/fake_control.h"
 #include "support/fake_element.h"
 #include "support/library_test.h"
 #include "support/result_row.h"
@@ -45,10 +47,7 @@ class ResultTableTest : public LibraryTest {
 };
 
 TEST_F(ResultTableTest, ShowsValuesWithOneOrTwoDecimalsAndTheUnit) {
-    struct Case {
-        const char *reading, *shown;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"80.1", "80.1 KV"},    {"80.12", "80.12 KV"}, {"80", "80.0 KV"},  {"80.10", "80.1 KV"},
         {"80.125", "80.13 KV"}, {"-1.5", "-1.5 KV"},   {"-0.0", "0.0 KV"}, {"007.5", "7.5 KV"},
         {"1e2", "100.0 KV"},    {"80.", "80.0 KV"},    {".5", "0.5 KV"},   {"80.0", "80.0 KV"},
@@ -56,10 +55,10 @@ TEST_F(ResultTableTest, ShowsValuesWithOneOrTwoDecimalsAndTheUnit) {
         {"0", "0.0 KV"},        {"80.00", "80.0 KV"},  {"-0", "0.0 KV"},
     };
     Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg});
-    for (const Case& c : cases) {
-        Store(1, std::string("0,") + c.reading + ",,,,,,,,");
+    for (const auto& [reading, shown] : cases) {
+        Store(1, std::string("0,") + reading + ",,,,,,,,");
         table.UpdateTestResult(true, 1);
-        EXPECT_EQ(Cell(1, 2).text, c.shown) << '"' << c.reading << '"';
+        EXPECT_EQ(Cell(1, 2).text, shown) << '"' << reading << '"';
     }
     // Readings of the dosimeter have all their digits.
     table.RemoveColumns();
@@ -128,7 +127,7 @@ TEST_F(ResultTableTest, AnExposureRefreshesItsOwnRowWithoutTranslatingAgain) {
 TEST_F(ResultTableTest, MarksFollowTheStatusUnlessTheyAreToStay) {
     Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg});
     element->limits->AtMost("ER kVp Avg", 79);
-    const NoSelection selection;
+    const SelectedStandards selection;
     Store(1, "0,80,81,82,10,100,10,3,0.0,0.0");
     element->result->UpdateStatus(*element, &selection, 1);
     table.UpdateTestResult(false, 1);
@@ -254,12 +253,6 @@ TEST_F(ResultTableTest, ATypedValueKeepsItsDigitsAndPoint) {
     EXPECT_EQ(typed, "201.5");
 }
 
-class CountingCallback : public IControlCallback {
-  public:
-    void CallBack(std::string_view what) override { heard += std::string(what) + ";"; }
-    std::string heard;
-};
-
 TEST_F(ResultTableTest, IsAControlThatTakesAnElementAndCanBeLocked) {
     ICustomControl& control = table;
     Make(kRadioRepro, kZrd, {key::kImportWaveform, key::kErKvpAvg});
@@ -269,7 +262,7 @@ TEST_F(ResultTableTest, IsAControlThatTakesAnElementAndCanBeLocked) {
     ASSERT_EQ(table.Statistics().size(), 2U) << "the mean and the coefficient of variation of test 100";
     EXPECT_EQ(table.Statistics()[1].cells.size(), 2U) << "a cell for each column that there was";
     table.pNoOfExposures(1);
-    const auto callback = std::make_shared<CountingCallback>();
+    const auto callback = std::make_shared<FakeCallback>();
     control.CallBack(callback);
     control.Locked(true);
     EXPECT_TRUE(control.Locked() && control.CallBack() == callback);
