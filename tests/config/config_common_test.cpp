@@ -13,10 +13,9 @@ TEST_F(ConfigCommon, ANewObjectHasTheValuesOfItsConstruction) {
     texts->words["22357::Mo"] = "Molybdän";
     texts->words["23123::5 cm"] = "50 mm";
     const CConfigCommon config;
-    EXPECT_EQ(config.pTestID, 0);
-    EXPECT_EQ(config.DetectorName, 1);
-    EXPECT_EQ(config.DetectorOption, 0);
-    EXPECT_EQ(config.pNoOfExposures, 2);
+    EXPECT_EQ((std::vector<int32_t>{config.pTestID, config.DetectorName, config.DetectorOption,
+                                    config.pNoOfExposures}),
+              (std::vector<int32_t>{0, 1, 0, 2}));
     for (const std::string* material :
          {&config.pMachineAnode, &config.pMachineFilter, &config.pTargetMaterial, &config.pFilter})
         EXPECT_EQ(*material, "Molybdän");

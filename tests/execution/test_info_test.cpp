@@ -18,16 +18,15 @@ TEST_F(TestInfoTest, TheHeaderFollowsTheKindAndTheBattery) {
         const char* serials;
         Lines header;
     };
+    const std::string battery = " Battery Status: 80%", filter = " Target/Filter: Mo/Rh";
+    const std::string input = "mAs Input  : Shunt", chamber = "Ion Chamber : 6 cc";
     const Case cases[] = {
-        {kZrd, false, "4711", {" Battery Status: 80%", " Target/Filter: Mo/Rh"}},
-        {kZrd, true, "4711", {"Charging", " Target/Filter: Mo/Rh"}},
-        {kMasMeter, false, "4711", {" Battery Status: 80%", "mAs Input  : Shunt"}},
-        {kPelomark, false, "4711", {" Battery Status: 80%", "Ion Chamber : 6 cc"}},
-        {kZrdAndMas,
-         false,
-         "4711,8",
-         {" Battery Status: 80%", " Target/Filter: Mo/Rh", "mAs Input  : Shunt"}},
-        {kPelomarkAndMas, false, "47", {" Battery Status: 80%", "Ion Chamber : 6 cc", "mAs Input  : Shunt"}},
+        {kZrd, false, "4711", {battery, filter}},
+        {kZrd, true, "4711", {"Charging", filter}},
+        {kMasMeter, false, "4711", {battery, input}},
+        {kPelomark, false, "4711", {battery, chamber}},
+        {kZrdAndMas, false, "4711,8", {battery, filter, input}},
+        {kPelomarkAndMas, false, "47", {battery, chamber, input}},
         {kZrd, false, "0", {"Detector not connected", " ", " "}},
     };
     for (const Case& c : cases) {
@@ -76,13 +75,12 @@ TEST_F(TestInfoTest, ARunShowsTheHeaderAndItsOwnLinesAndThenAllOfThem) {
         Lines lines;
         std::size_t all;
     };
+    const std::string battery = " Battery Status: 80%",
+                      filter = " Target/Filter: ", take = "3. Take exposure.";
     const Case cases[] = {
-        {kZrd, kSetupMas, {" Battery Status: 80%", " Target/Filter: ", "3. Take exposure."}, 8},
-        {kZrd, kSetupMaTime, {" Battery Status: 80%", " Target/Filter: ", "3. Take exposure."}, 9},
-        {kZrdAndMas,
-         kSetupMas,
-         {" Battery Status: 80%", " Target/Filter: ", "mAs Input  : Clamp", "3. Take exposure."},
-         9},
+        {kZrd, kSetupMas, {battery, filter, take}, 8},
+        {kZrd, kSetupMaTime, {battery, filter, take}, 9},
+        {kZrdAndMas, kSetupMas, {battery, filter, "mAs Input  : Clamp", take}, 9},
     };
     for (const Case& c : cases) {
         const auto element = Make(kRadioRepro, 1, c.kind);

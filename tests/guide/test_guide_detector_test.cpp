@@ -153,34 +153,30 @@ TEST_F(Adaption, ARefusedDetectorIsNamed) {
 }
 
 TEST_F(Adaption, AConfiguredTargetFilterStaysWhereTheDetectorOffersItOrNone) {
-    struct Case {
-        const char* configured;
-        std::vector<std::string> offered;
-        const char* kept;
-        int checked;  ///< number of the button, -1 for none
-    };
-    const Case cases[] = {{"mo/RH", {"Mo/Mo", "Mo/Rh"}, "mo/RH", 1},
-                          {"W/Ag", {"Rh/Rh", "Mo/Rh", "Mo/Mo"}, "Mo/Mo", 2},
-                          {"W/Al", {}, "W/Al", -1}};
-    for (const Case& c : cases) {
+    // The number of the checked button is -1 for none.
+    const std::tuple<const char*, std::vector<std::string>, const char*, int> cases[] = {
+        {"mo/RH", {"Mo/Mo", "Mo/Rh"}, "mo/RH", 1},
+        {"W/Ag", {"Rh/Rh", "Mo/Rh", "Mo/Mo"}, "Mo/Mo", 2},
+        {"W/Al", {}, "W/Al", -1}};
+    for (const auto& [configured, offered, kept, checked] : cases) {
         Configure(kMammoAec, kZrd, kNoDetector);
-        config->pTargetFilterName = c.configured;
+        config->pTargetFilterName = configured;
         room->calls.clear();
         room->linkOpen = false;
         Open();
-        room->targetFilters = c.offered;
+        room->targetFilters = offered;
         room->defaultTargetFilter = "Mo/Mo";
         guide->PressButton(kStart);
         EXPECT_EQ(room->Count("Mode MAMMO"), 1);
-        EXPECT_EQ(config->pTargetFilterName, c.kept);
-        EXPECT_EQ(room->Count(std::string("TargetFilter ") + c.kept), c.offered.empty() ? 0 : 1);
+        EXPECT_EQ(config->pTargetFilterName, kept);
+        EXPECT_EQ(room->Count(std::string("TargetFilter ") + kept), offered.empty() ? 0 : 1);
         int number = 0;
         for (; guide->Button(kFirstTargetFilter + number) != nullptr; ++number) {
             const auto& button = Button(kFirstTargetFilter + number);
-            EXPECT_EQ(button.checked, number == c.checked) << c.configured;
-            EXPECT_EQ(button.caption, c.offered[static_cast<std::size_t>(number)]);
+            EXPECT_EQ(button.checked, number == checked) << configured;
+            EXPECT_EQ(button.caption, offered[static_cast<std::size_t>(number)]);
         }
-        EXPECT_EQ(static_cast<std::size_t>(number), c.offered.size());
+        EXPECT_EQ(static_cast<std::size_t>(number), offered.size());
     }
 }
 

@@ -135,12 +135,14 @@ TEST_F(ResultColumns, TubeVoltagesCarryTheSetVoltageAsPreset) {
 }
 
 TEST_F(ResultColumns, PicturesSurviveTheNumberInAKey) {
-    EXPECT_EQ(PictureOfColumn(kRadioAccuracy, key::kAbsoluteKvpError), "0.0#");
-    EXPECT_EQ(PictureOfColumn(kRadioAccuracy, key::kPercentKvpError), "0.0###");
-    EXPECT_EQ(PictureOfColumn(kRadioLinearity, key::kErAdjacent), "0.0###");
-    EXPECT_EQ(PictureOfColumn(kFluoroExposure, "ER Maxi. Exposure Rate3"), "");
-    EXPECT_EQ(PictureOfColumn(kRadioRepro, key::kMas), "0.0###");
-    EXPECT_EQ(PictureOfColumn(kRadioRepro, key::kKvpAvg), "");
+    for (const auto& [test, column, picture] :
+         {std::tuple{kRadioAccuracy, key::kAbsoluteKvpError, "0.0#"},
+          {kRadioAccuracy, key::kPercentKvpError, "0.0###"},
+          {kRadioLinearity, key::kErAdjacent, "0.0###"},
+          {kFluoroExposure, std::string_view("ER Maxi. Exposure Rate3"), ""},
+          {kRadioRepro, key::kMas, "0.0###"},
+          {kRadioRepro, key::kKvpAvg, ""}})
+        EXPECT_EQ(PictureOfColumn(test, column), picture) << column;
 }
 
 TEST(ColumnFacts, KeysBelongToTheirFamilies) {

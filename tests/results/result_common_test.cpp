@@ -116,9 +116,8 @@ TEST_F(ResultStore, ReadersAnswerEmptyOutsideTheStoredRows) {
 
 TEST_F(ResultStore, TheHostSeesTheWorkingRowDuringARunAndAFlatListAfterwards) {
     Begin(kMammoRadiation, kZrd);
-    for (uint8_t n = 1; n <= 2; ++n) {
+    for (uint8_t n = 1; n <= 2; ++n)
         Expose(n, "0,2" + std::to_string(n) + ",28,28,100,1,100,0.3,1000.0,8.73");
-    }
     result->pTestGuide = true;
     EXPECT_EQ(result->MeasurementCount(), 10);
     EXPECT_EQ(TextOf(result->Measurement(1)->value()), "22");
