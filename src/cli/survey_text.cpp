@@ -94,7 +94,7 @@ std::string TwoColumns(const std::string& words, std::size_t width, const std::s
     std::size_t taken = 0;
     for (const ReportLine& line : TerminalWrapper().Wrap(oneLine, width, kHanging)) {
         out.append(out.empty() ? "" : "\n").append(indent).append(IndentedText(line));
-        taken = static_cast<std::size_t>(line.indent + line.width);
+        taken = static_cast<std::size_t>(line.indent) + static_cast<std::size_t>(line.width);
     }
     return out.append(width - std::min(taken, width) + kGap, ' ').append(value).append("\n");
 }

@@ -147,9 +147,9 @@ std::string_view OutputDocument::Keep(std::string_view text) {
 
 std::string_view OutputDocument::KeepName(std::string_view name) {
     if (name.empty()) return {};
-    const auto code = [&](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+    const auto code = [&](std::size_t at) { return std::size_t{static_cast<unsigned char>(name[at])}; };
     std::string_view& kept =
-        mNames[(name.size() + 5U * code(0) + 11U * code(name.size() / 2) + 3U * code(name.size() - 1)) %
+        mNames[(name.size() + 5 * code(0) + 11 * code(name.size() / 2) + 3 * code(name.size() - 1)) %
                kNamePlaces];
     if (kept == name) return kept;
     return IsXmlName(name) ? kept = Keep(name) : std::string_view();
