@@ -147,8 +147,7 @@ void CTestGroup::PerformChildren(const std::shared_ptr<IExecutionPipe>& pipe) {
             case kGoPrevious:
                 --index;
                 if (index > 0) break;
-                pipe->NextAction(kGoPrevious);  // on the first child, the outer level goes back
-                return;
+                return;  // on the first child, the outer level goes back
             case kGoAbort:
                 return;
             case kGoSkip:

@@ -90,6 +90,13 @@ TEST_F(ConsoleTest, TheOperatorSetsWhatTheGuideAsksForInEachRow) {
         EXPECT_EQ(set.highLevel, expected.highLevel);
         EXPECT_EQ(set.pulsed, expected.pulsed);
     }
+    for (const auto& [target, filter, both] :
+         {std::tuple("Rh", "", "Rh/"), std::tuple("", "Rh", "/Rh"), std::tuple("", "", "")}) {
+        CConfigCommon aec = config(kMammoAec);
+        aec.pTargetMaterial = target;
+        aec.pFilter = filter;
+        EXPECT_EQ(TechniqueOf(aec, 0).targetFilter, both);
+    }
     CConfigCommon centimetres = config(kRadioRepro);
     centimetres.pSDDUnit = kCentimeter;
     EXPECT_DOUBLE_EQ(TechniqueOf(centimetres, 0).distanceCm, 50);

@@ -15,6 +15,25 @@ TEST_F(ProgramMainTest, HelpAndVersionAreAnswersAndNoFaults) {
     }
 }
 
+TEST_F(ProgramMainTest, TheHelpOfEachCommandHasAnExample) {
+    using Words = std::vector<std::string>;
+    for (const Words& command : std::vector<Words>{{"new"},
+                                                   {"run"},
+                                                   {"resume"},
+                                                   {"judge"},
+                                                   {"report"},
+                                                   {"show"},
+                                                   {"survey"},
+                                                   {"standards"},
+                                                   {"standards", "add"},
+                                                   {"standards", "select"}}) {
+        Words words = command;
+        words.push_back("--help");
+        EXPECT_EQ(Run(words), kExitPassed);
+        EXPECT_THAT(out, HasSubstr("\n  vorex " + command.front() + " ")) << command.back();
+    }
+}
+
 TEST_F(ProgramMainTest, APersonSeesEachElementBeginAndEnd) {
     Write("s.xml", Sequence(Element(7, 500, Exposures(1)) + Element(8, 100, Exposures(1))));
     Write("r.jsonl", kHead + Shot("80") + Shot("81"));

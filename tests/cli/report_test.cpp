@@ -226,6 +226,18 @@ TEST_F(ReportTest, ATestSaysWhenItWasMeasuredWithWhatAndByWhichLimitsItWasJudged
     EXPECT_THAT(Read("r.txt"), HasSubstr("Limits         kVp Avg: at most 81 KV (Site 1)\n"));
 }
 
+TEST_F(ReportTest, TheReportOfARunHasItsLimitsAndWaveforms) {
+    Write("in.xml", Sequence(Element(1, 100, Exposures(1) + "<NumberOfExposures0>1</NumberOfExposures0>",
+                                     Limit("ER kVp Avg", R"(<High Value="88"/>)"))));
+    Write("in.jsonl", kHead + Shot("80", "10", Waves(Wave(1, "0,40.5,80.1,0"))));
+    ASSERT_EQ(Run({"run", Path("in.xml"), "--instruments", "recording:" + Path("in.jsonl"), "-o",
+                   Path("out.xml"), "--report", Path("r.txt")}),
+              kExitPassed)
+        << err;
+    EXPECT_THAT(Read("r.txt"), HasSubstr("88"));
+    EXPECT_THAT(Read("r.txt"), HasSubstr("KV Waveform"));
+}
+
 TEST_F(ReportTest, AStoppedRunIsNotedNextToItsVerdict) {
     Write("in.xml", Sequence(Element(1, 100, Exposures(3)) + Element(2, 100, Exposures(1))));
     Write("in.jsonl", kHead + Shot("80") + Shot("81"));
@@ -245,15 +257,21 @@ TEST_F(ReportTest, TheCoverNamesSiteRoomAndPersonOfASurvey) {
     ASSERT_EQ(Run({"report", Path("survey.xml"), "-o", Path("r.txt")}), kExitPassed) << err;
     EXPECT_THAT(Read("r.txt"), Not(HasSubstr("Site"))) << "nothing is made up";
     EXPECT_THAT(Read("r.txt"), Not(HasSubstr("Date of the survey")));
-    ASSERT_EQ(Run({"survey", Path("survey.xml"), "--set", "GeneralInformation.Site=St. Anna", "--set",
-                   "GeneralInformation.RoomID=M|2", "--set", "GeneralInformation.Technologist=A. Weiss",
-                   "--set", "GeneralInformation.XrayUnitManufacturer=Maker", "--answer", "PR1=Pass", "-o",
-                   Path("filled.xml")}),
+    ASSERT_EQ(Run({"survey",   Path("survey.xml"),
+                   "--set",    "GeneralInformation.Site=St. Anna",
+                   "--set",    "GeneralInformation.RoomID=M|2",
+                   "--set",    "GeneralInformation.Technologist=A. Weiss",
+                   "--set",    "GeneralInformation.XrayUnitManufacturer=Maker",
+                   "--set",    "GeneralInformation.Year=2026",
+                   "--set",    "GeneralInformation.Month=3",
+                   "--set",    "GeneralInformation.Day=14",
+                   "--answer", "PR1=Pass",
+                   "-o",       Path("filled.xml")}),
               kExitPassed)
         << err;
     ASSERT_EQ(Run({"report", Path("filled.xml"), "-o", Path("r.txt")}), kExitPassed) << err;
     for (const char* line : {"\n  Site +St\\. Anna\n", "\n  Room +M\\|2\n", "\n  X-ray unit +Maker\n",
-                             "\n  Technologist +A\\. Weiss\n"})
+                             "\n  Technologist +A\\. Weiss\n", "\n  Date of the survey +2026-03-14\n"})
         EXPECT_TRUE(std::regex_search(Read("r.txt"), std::regex(line))) << line << Read("r.txt");
 }
 

@@ -178,8 +178,11 @@ TEST_F(VerdictTest, JudgeSaysWhichVerdictsChangedAndWhy) {
     ASSERT_EQ(Run({"judge", Path("again.xml"), "-o", Path("third.xml")}), kExitFailed);
     EXPECT_EQ(err, "") << "its verdict is up to date";
     EXPECT_EQ(Read("third.xml"), Read("again.xml"));
-    // And back.
     Write("out.xml", Read("again.xml"));
+    Edit("<ServiceRecord", "/80/", "/80.0/");
+    ASSERT_EQ(Run({"judge", Path("edited.xml"), "-o", Path("third.xml")}), kExitFailed);
+    EXPECT_EQ(Read("third.xml"), Read("edited.xml")) << "the record of a verdict that stays";
+    // And back.
     Edit("<ExpectedResult>", "Value=\"84\"", "Value=\"90\"");
     ASSERT_EQ(Run({"judge", Path("edited.xml"), "-o", Path("again.xml")}), kExitPassed);
     EXPECT_EQ(

@@ -81,6 +81,8 @@ TEST(XrayPhysics, RippleTakesFromOutputAndHardness) {
     EXPECT_DOUBLE_EQ(PracticalPeakFactor(0), 1);
     // The mean of sin cubed over that of sin squared: (4/3) / (pi/2).
     EXPECT_NEAR(PracticalPeakFactor(1), 0.8488, 1e-3);
+    // u = 0.75 + 0.25 |sin|, whose means are 2/pi, 1/2 and 4/(3 pi): 0.767394 / 0.832483.
+    EXPECT_NEAR(PracticalPeakFactor(0.25), 0.92181, 2e-4);
 }
 
 TEST(XrayUnit, ExposureFollowsMasAndTheInverseSquare) {
