@@ -57,7 +57,7 @@ SurveyExchange ExportSurvey(const CResultMQSA& survey) {
         const auto proposal = proposals.find(place.address);
         const bool emptied = proposal != proposals.end() && proposal->second != place.value;
         if (place.kind == PlaceKind::kTyped && (filled || emptied))
-            exchange.texts.emplace_back(place.address, place.value);
+            exchange.texts.emplace_back(place.address, place.saved);
     }
     constexpr std::string_view kAnswers[] = {{}, text::kPass, text::kFail, text::kNotApplicable};
     for (const auto& item : survey.Items())

@@ -19,27 +19,10 @@ std::string ReadText(const IXmlElement& parent, std::string_view name) {
     return parent.ReadValue(name, {});
 }
 
-/// Answers are kept in English, so that a saved Fail counts in every language.
-std::string NeutralAnswer(const std::string& answer) {
-    for (std::string_view textKey : {text::kPass, text::kFalse})
-        if (EqualsIgnoringCase(answer, Translate(textKey))) return DefaultText(textKey, {});
-    return answer;
-}
-
 std::string AnswerOfToday(const std::string& answer) {
     for (std::string_view textKey : {text::kPass, text::kFalse})
         if (EqualsIgnoringCase(answer, DefaultText(textKey, {}))) return Translate(textKey);
     return answer;
-}
-
-/// A cell as it is saved: a file does not depend on the language and the decimal sign it was made with.
-std::string SavedCell(GridId id, int32_t row, int32_t column, const std::string& text) {
-    const GridRow& grid = GridRowOf(id);
-    if (IsIn(grid.answers, row, column)) return NeutralAnswer(text);
-    const std::string_view label = LabelOf(id, row, column);
-    if (!label.empty()) return NeutralWord(text, label);
-    const bool comma = Services().decimalSign == ',' && IsIn(grid.numbers, row, column);
-    return comma ? WithPoint(text) : text;
 }
 
 std::string JoinedGrid(const SurveyGrid& grid, GridId id) {

@@ -252,8 +252,9 @@ void ListGrid(const SurveyRecord& record, GridId id, SurveyPage page, std::vecto
             const bool spacer =
                 IsIn(known.spacers, row, column) && Trimmed(record.Grid(id).At(row, column)).empty();
             if (!typed && (label || spacer || column == 0 || record.Grid(id).IsBlank(row, column))) continue;
-            places.push_back({page, CellAddress(id, row, column), MeaningOf(record, id, row, column),
-                              record.Grid(id).At(row, column), KindOf(known, row, column)});
+            const std::string& text = record.Grid(id).At(row, column);
+            places.push_back({page, CellAddress(id, row, column), MeaningOf(record, id, row, column), text,
+                              KindOf(known, row, column), SavedCell(id, row, column, text)});
         }
 }
 

@@ -28,6 +28,7 @@ struct SurveyPlace {
     std::string meaning;
     std::string value;
     PlaceKind kind;
+    std::string saved = value;  ///< as a file holds it, the same in every language
 };
 
 /// Stores a text at an address and recalculates the page that it is on. When it throws SurveyEntryError,

@@ -6,6 +6,7 @@
 
 #include "config/config_mqsa.h"
 #include "foundation/calendar.h"
+#include "foundation/host_services.h"
 #include "foundation/number_text.h"
 #include "foundation/survey_cells.h"
 #include "foundation/survey_text_keys.h"
@@ -395,6 +396,13 @@ void ForEachCell(const CellArea& area, const SurveyGrid& grid, Visit&& visit) {
         for (int32_t column = area.firstColumn; column <= area.lastColumn; ++column) visit(row, column);
 }
 
+/// Answers are kept in English, so that a saved Fail counts in every language.
+std::string NeutralAnswer(const std::string& answer) {
+    for (std::string_view textKey : {text::kPass, text::kFalse})
+        if (EqualsIgnoringCase(answer, Translate(textKey))) return DefaultText(textKey, {});
+    return answer;
+}
+
 }  // namespace
 
 SurveyGrid::SurveyGrid(int32_t rows, int32_t columns)
@@ -428,6 +436,15 @@ std::string_view LabelOf(GridId grid, int32_t row, int32_t column) {
         if (label.row == row && column >= label.firstColumn && column <= label.lastColumn) return label.text;
     // The first rows of the light field come from the configuration.
     return grid == GridId::kLightField ? CConfigMQSA::CollimationText(row, column) : std::string_view();
+}
+
+std::string SavedCell(GridId id, int32_t row, int32_t column, const std::string& text) {
+    const GridRow& grid = GridRowOf(id);
+    if (IsIn(grid.answers, row, column)) return NeutralAnswer(text);
+    const std::string_view label = LabelOf(id, row, column);
+    if (!label.empty()) return NeutralWord(text, label);
+    const bool comma = Services().decimalSign == ',' && IsIn(grid.numbers, row, column);
+    return comma ? WithPoint(text) : text;
 }
 
 std::string_view PageText(SurveyPage page) {

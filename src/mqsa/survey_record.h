@@ -77,6 +77,8 @@ bool IsIn(std::span<const CellArea> areas, int32_t row, int32_t column);
 /// Key of the text that a cell has in a new survey; empty when it has none. In a cell that a person can type
 /// in it is only a proposal.
 std::string_view LabelOf(GridId grid, int32_t row, int32_t column);
+/// The text of a cell as a file holds it: it does not depend on the language and the decimal sign.
+std::string SavedCell(GridId grid, int32_t row, int32_t column, const std::string& text);
 /// The text of a page in the list of pages, as its key.
 std::string_view PageText(SurveyPage page);
 SurveyPage PageOf(GridId grid);

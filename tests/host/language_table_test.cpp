@@ -214,6 +214,19 @@ TEST_P(LanguageTableTest, ARunGivesTheSameFileAsInEnglish) {
     }
 }
 
+TEST_P(LanguageTableTest, AnExportedSurveyCanBeEnteredInAnyLanguage) {
+    const std::string code = GetParam();
+    for (const std::string& language : {std::string("en"), code}) {
+        Start(language, "new 1300 -o new." + language);
+        Start(language,
+              "survey new." + language + " --set 'ArtifactEvaluation(8,3)=Fail' -o filled." + language);
+        Start(language, "survey filled." + language + " --export all." + language);
+    }
+    EXPECT_EQ(Read("all." + code), Read("all.en"));
+    Start(code, "survey new.en --from all.en -o again");
+    EXPECT_EQ(Read("again"), Read("filled.en"));
+}
+
 TEST_P(LanguageTableTest, ANameFromTheUserIsNotTranslated) {
     Write(
         "named.xml",

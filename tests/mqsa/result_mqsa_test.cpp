@@ -283,12 +283,21 @@ TEST_F(ResultMqsa, WhatCannotBeEnteredIsRefused) {
 
 TEST_F(ResultMqsa, AConfigurationComesBackCellForCell) {
     auto config = std::make_shared<CConfigMQSA>();
-    EXPECT_EQ(config->Artifact(3, 5), "Small");
+    std::string artifacts;
+    for (int32_t row = 0; row < CConfigMQSA::kArtifactRows; ++row)
+        for (int32_t column = 0; column < CConfigMQSA::kTableColumns; ++column)
+            artifacts += config->Artifact(row, column) + "|";
+    EXPECT_EQ(
+        artifacts,
+        "Image receptor size|18x24cm|24x30cm|||MAG (18x24cm)|Target|Mo|Mo|||Mo|Filter|Mo|Mo|||Mo|Focal spot|"
+        "Large|Large|||Small|");
     config->Collimation(1, 1, "1,5");
     config->Artifact(0, 4, "extra");
     config->OverridePrintReport = false;
+    config->PrintTheComment = "log";
     config->TestGuideConfig()->Buttons(kNaButtonBit);
     const auto clone = config->Clone();
+    EXPECT_EQ(std::dynamic_pointer_cast<CConfigMQSA>(clone)->PrintTheComment, "log");
     auto document = std::make_shared<OutputDocument>();
     document->Top().AddChild(config->Save(document));
     auto copied = std::make_shared<OutputDocument>();
