@@ -21,7 +21,7 @@ namespace {
 void AddLines(const std::vector<std::shared_ptr<ITestElement>>& elements, int depth, bool colour,
               std::ostream& out) {
     for (const auto& element : elements) {
-        out << ElementLine(*element, depth, colour) << "\n";
+        out << ElementLines(*element, depth, colour) << "\n";
         if (const auto container = std::dynamic_pointer_cast<ITestContainer>(element))
             AddLines(container->NewEnum(), depth + 1, colour, out);
     }

@@ -10,6 +10,7 @@
 #include "foundation/number_text.h"
 #include "foundation/utilities.h"
 #include "foundation/vocabulary.h"
+#include "reports/report_wrap.h"
 #include "results/result_common.h"
 
 namespace vorex {
@@ -18,6 +19,7 @@ namespace {
 
 constexpr std::size_t kWidth = 100;
 constexpr std::size_t kLabelWidth = 38;
+constexpr std::size_t kHanging = 2;  ///< blanks before the continued lines of a long one
 constexpr std::size_t kLeastCellWidth = 9;
 constexpr std::string_view kRed = "\x1b[31;1m";
 constexpr std::string_view kGreen = "\x1b[32m";
@@ -103,7 +105,8 @@ class TestText {
         AddConfiguration(config);
         if (result == nullptr) return std::move(mText);
         for (const std::string& line : RecordLines(mElement, config, *result, mFile.selected.get()))
-            Line(Cut(line, kWidth - mIndent.size()));
+            for (const ReportLine& part : TerminalWrapper().Wrap(line, kWidth - mIndent.size(), kHanging))
+                Line(IndentedText(part));
         if (result->Status() == kNotTested) return std::move(mText);
         AddOrigin(*result);
         AddTaken(config, *result);
@@ -275,6 +278,35 @@ class TestText {
     std::string mText;
 };
 
+constexpr std::size_t kStatusWidth = 10;
+
+/// Number, test and name of an element.
+std::string TitleLine(const ITestElement& element, int depth) {
+    const auto info = element.Info();
+    const std::string name = info ? info->Name() : std::string();
+    const std::string title = Indent(depth) + PlainText(element.ID()) + "  " + TestTitle(element);
+    return IsOwnName(name, element.TestID()) ? title + ": " + name : title;
+}
+
+/// The title, which is cut to make room, the verdict in a column on the right, and the note.
+std::string VerdictLine(const ITestElement& element, int depth, bool colour, const std::string& note) {
+    const auto result = element.Result();
+    const int32_t status = result ? result->Status() : kNotTested;
+    const std::string words = RightAligned(StatusWords(element), kStatusWidth);
+    std::string shown = words;
+    if (status == kFailed) shown = Coloured(words, kRed, colour);
+    if (status == kPassed) shown = Coloured(words, kGreen, colour);
+    return Fitted(TitleLine(element, depth), kWidth - CodePoints(words) - CodePoints(note)) + shown + note;
+}
+
+/// One line, with the beginning of a long note: the tree of "show" prints the whole note below it.
+std::string ElementLine(const ITestElement& element, int depth, bool colour) {
+    constexpr std::size_t kMostNote = 60;
+    // A verdict with a reserve must not look like any other.
+    const std::string note = VerdictNote(element);
+    return VerdictLine(element, depth, colour, note.empty() ? "" : "  " + Cut(note, kMostNote));
+}
+
 void AddElement(const std::shared_ptr<ITestElement>& element, const ShownFile& file, int depth, bool colour,
                 std::string& out) {
     out += ElementLine(*element, depth, colour) + "\n";
@@ -302,23 +334,17 @@ std::string StatusWords(const ITestElement& element) {
     return words.empty() ? Translate(text::kShowNotTested) : words;
 }
 
-std::string ElementLine(const ITestElement& element, int depth, bool colour) {
-    constexpr std::size_t kStatusWidth = 10;
-    constexpr std::size_t kMostNote = 60;
-    const auto info = element.Info();
-    const std::string name = info ? info->Name() : std::string();
-    std::string left = Indent(depth) + PlainText(element.ID()) + "  " + TestTitle(element);
-    if (IsOwnName(name, element.TestID())) left += ": " + name;
-    const auto result = element.Result();
-    const int32_t status = result ? result->Status() : kNotTested;
-    // A verdict with a reserve must not look like any other.
-    std::string note = VerdictNote(element);
-    if (!note.empty()) note = "  " + Cut(note, kMostNote);
-    const std::string words = RightAligned(StatusWords(element), kStatusWidth);
-    std::string shown = words;
-    if (status == kFailed) shown = Coloured(words, kRed, colour);
-    if (status == kPassed) shown = Coloured(words, kGreen, colour);
-    return Fitted(left, kWidth - CodePoints(words) - CodePoints(note)) + shown + note;
+std::string ElementLines(const ITestElement& element, int depth, bool colour) {
+    const std::string note = VerdictNote(element);
+    const std::string beside = note.empty() ? "" : "  " + note;
+    const std::size_t verdict = std::max(kStatusWidth, CodePoints(StatusWords(element)));
+    if (CodePoints(TitleLine(element, depth)) + verdict + CodePoints(beside) <= kWidth)
+        return VerdictLine(element, depth, colour, beside);
+    std::string lines = VerdictLine(element, depth, colour, {});
+    const std::string indent = Indent(depth + 1);
+    for (const ReportLine& line : TerminalWrapper().Wrap(note, kWidth - indent.size()))
+        lines.append("\n").append(indent).append(IndentedText(line));
+    return lines;
 }
 
 std::string ResultText(const ShownFile& file, bool colour) {

@@ -22,8 +22,9 @@ struct ShownFile {
 /// 100 columns wide, a failed value marked in words and, with colour, in red.
 std::string ResultText(const ShownFile& file, bool colour);
 
-/// One line of an element: id, name, test, status in words.
-std::string ElementLine(const ITestElement& element, int depth, bool colour);
+/// An element: number, test, name, and status in words with its note, which is below when the line is too
+/// short for it.
+std::string ElementLines(const ITestElement& element, int depth, bool colour);
 
 /// Title of the test that an element performs, or of a group.
 std::string TestTitle(const ITestElement& element);

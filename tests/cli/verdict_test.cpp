@@ -107,10 +107,12 @@ TEST_F(VerdictTest, TheTreeSaysHowARunEnded) {
             std::string line;
             while (std::getline(lines, line) && line.find("Fluoroscopy Accuracy: T") == std::string::npos) {
             }
+            if (command != "show")
+                for (std::string more; std::getline(lines, more) && more.starts_with("  ");) line += more;
             line = std::regex_replace(line, std::regex(" +"), " ");
-            // A note that is too long for the line is cut; show prints it whole.
+            // Below the line of show is the whole record of the run.
             const std::string wanted = "1 Fluoroscopy Accuracy: T " + run.line;
-            if (line.ends_with("~"))
+            if (command == "show" && line.ends_with("~"))
                 EXPECT_EQ(wanted.substr(0, line.size() - 1) + "~", line) << command;
             else
                 EXPECT_EQ(line, wanted) << command;
@@ -149,7 +151,7 @@ TEST_F(VerdictTest, AReadingThatIsMissingIsNamedNextToTheVerdict) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.note);
         RunPassing(Element(3, 500, row.settings, row.limits), row.recording, row.script);
-        EXPECT_TRUE(Prints("Pass  (" + row.note.substr(0, 25))) << out;
+        EXPECT_TRUE(Prints(" Pass") && Prints(" (" + row.note)) << out;
         Run({"show", Path("out.xml")});
         EXPECT_TRUE(Prints("\n  " + row.note)) << out;
         Run({"report", Path("out.xml"), "-o", Path("r.txt")});
