@@ -52,8 +52,8 @@ class ExposureStore {
     /// Keeps the waveform of a stored exposure. That of a redo waits for the first reading of the redo.
     void Keep(uint8_t type, int32_t exposure, std::shared_ptr<CWaveform> waveform);
 
-    /// The next reading and waveforms of a stored exposure replace those that are stored; `former` is a copy
-    /// of its row. Ends an earlier redo.
+    /// Begins to take a stored exposure again: its next reading and waveforms will replace what is stored.
+    /// `former` is a copy of its row. Ends an earlier redo.
     void BeginRedo(uint8_t exposure, MeasurementRow former);
     /// The first reading of a redo is here: what it replaces becomes superseded. A redo that was stopped
     /// before its reading leaves the exposure unchanged. False when the exposure is not being redone.

@@ -184,6 +184,8 @@ TEST_F(JournalTest, AJournalThatCannotBeFollowedStays) {
          "steps of exposure 1 of element 1 have changed"},
         {Sealed(journal, "\"exposure\":2", "\"exposure\":7"),
          "steps of exposure 7 of element 1 have changed"},
+        {Sealed(journal, "\"statuses\":\"", "\"statuses\":\"2"),
+         "statuses or steps of exposure 1 of element 1 have changed"},
         // That poll has no exposure: the run passes it, and would wait for ever.
         {Sealed(journal, "\"VTI_DataReady\",2", "\"VTI_DataReady\",9000"),
          "it has passed exposure 2 of element 1"},

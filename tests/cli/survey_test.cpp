@@ -26,6 +26,7 @@ TEST_F(SurveyProgramTest, WhatIsEnteredIsCalculatedJudgedAndKept) {
     EXPECT_NE(out.find("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"), std::string::npos)
         << out;
     EXPECT_THAT(out, HasSubstr("48 of 49 items have no answer"));
+    EXPECT_THAT(Read("out.xml"), Not(HasSubstr("MTI"))) << "a survey without an instrument";
     EXPECT_THAT(Read("out.xml"), HasSubstr("3.5[¤]"));
     ExpectJudgedAlike();
     EXPECT_THAT(out, HasSubstr("Viewbox(3,1): viewbox luminance: 2999"));

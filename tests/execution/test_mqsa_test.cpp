@@ -24,6 +24,12 @@ TEST_F(TestMqsaTest, ASurveyCannotBeStartedAndCanBeLeft) {
     EXPECT_TRUE(element->Result());
 }
 
+TEST_F(TestMqsaTest, PreviousLeavesTheSurveyAsItIs) {
+    Perform(*element, {Press(guide_button::kPrevious)});
+    EXPECT_EQ(pipe->NextAction(), kGoPrevious);
+    EXPECT_TRUE(element->Result());
+}
+
 TEST_F(TestMqsaTest, OutcomesOutliveADiscardedResult) {
     element->TakeOutcomes({.kVpL36 = kFailed});
     Perform(*element, {Press(guide_button::kSkip)});

@@ -208,7 +208,7 @@ const char* const kEveryAttribute = R"xml(<VorexSequence Version="1">
 <ResultItem MTI="1"><Status>1</Status></ResultItem></TestElement></VorexSequence>)xml";
 
 TEST_F(ElementCheckTest, OnlyWhatCannotBeDoneWithoutIsRequiredAndOnlyTextsAreFree) {
-    // Elements and attributes that must be there, and those that may be any text.
+    // Elements and attributes that a file must have, and those that can hold any text.
     const std::string required =
         ",Standard Name,MTI Number,TestElement PlugIn,TestElement TestID,TestElement ID,PlugInData PlugIn,"
         "Limit Key,Measurement Key,SupersededExposure Exposure,Run Ending,Run Planned,Setting Key,";

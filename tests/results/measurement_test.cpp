@@ -40,6 +40,25 @@ std::string Shown(const CMeasurement& measurement, const IStandard& standard, in
     return side(kHighSide) + " | " + side(kLowSide);
 }
 
+TEST_F(Measurement, ALimitAtAPositionCountsForItsOwnKeyOrTheMaximumRate) {
+    Standard standard = With("ER HVL", {{"9", ""}});
+    standard.AddExpectedResult(test::Limit("ER Other", "7", "2", "Y"));
+    const std::tuple<const char*, int32_t, int32_t, float> cases[] = {
+        {"ER HVL", kHighSide, 1, 9},
+        {"ER HVL", kLowSide, 1, 0},
+        {"ER HVL", kHighSide, 2, 0},
+        {"ER HVL", kHighSide, 3, 0},
+        {"ER HVL", kHighSide, -1, 0},
+        {"ER Maxi. Exposure Rate2", kLowSide, 2, 2},
+        {"ER Maxi. Exposure Rate2", kLowSide, 1, 0},
+    };
+    for (const auto& [measurementKey, side, ordinal, number] : cases) {
+        const auto limit = Measured(measurementKey, "5").GetLimit(side, standard, false, ordinal);
+        EXPECT_EQ(limit.found, number > 0) << measurementKey << ordinal;
+        EXPECT_EQ(limit.number, number) << measurementKey << ordinal;
+    }
+}
+
 TEST_F(Measurement, OfSeveralLimitsTheSmallestHighAndTheLastOtherLowAreShown) {
     const std::tuple<const char*, const char*, std::vector<Sides>, const char*> cases[] = {
         {"HVL", "ER HVL", {{"9", "3"}}, "9 | 3"},

@@ -25,8 +25,7 @@ class ResultColumns : public test::LibraryTest {
     }
 };
 
-/// The columns of each test and kind are those that `result_report_test.cpp` prints; here, what it cannot
-/// show.
+/// `result_report_test.cpp` prints the columns of each test and kind; here is what a report does not show.
 TEST_F(ResultColumns, TheImportFlagIsFirstInEveryTestAndKind) {
     for (const int32_t test : kMeasuringTests)
         for (const int32_t kind : kDetectorKinds)
