@@ -33,15 +33,5 @@ TEST_F(ConfigDefaults, TextsComeInThePresentLanguage) {
     EXPECT_EQ(New(700)->mode, TextArray{"Habitual"});
 }
 
-TEST_F(ConfigDefaults, AnUnknownTestOnlyStoresItsIdentifier) {
-    CConfigCommon config;
-    config.pNoOfExposures = 7;
-    config.DefaultValues(400);
-    EXPECT_EQ(config.pTestID, 400);
-    EXPECT_EQ(config.pNoOfExposures, 7);
-    EXPECT_EQ(config.pMeasurementMode, 0);
-    EXPECT_EQ(config.importFlags, TextArray(2, "0"));
-}
-
 }  // namespace
 }  // namespace vorex

@@ -1,7 +1,6 @@
 #include "execution/setup_lines.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "foundation/test_sets.h"
 #include "support/distinct_config.h"
@@ -71,22 +70,6 @@ TEST_F(SetupLines, EachLineHasTheSettingOfItsTestAndExposureForEveryKind) {
         }
     }
     EXPECT_TRUE(seen == TestSet::AllBut({})) << "a test has no row here";
-}
-
-TEST_F(SetupLines, AnEmptySettingKeepsItsPlace) {
-    CConfigCommon config = *test::DistinctConfig(kMammoAec);
-    config.pSID.clear();
-    const Lines lines = BuildSetupLines(config, 0);
-    ASSERT_EQ(lines.size(), 19U);
-    EXPECT_EQ(lines[5], "");
-    EXPECT_EQ(lines[6], "    Set Filter to filter.");
-}
-
-TEST_F(SetupLines, ATestWithoutLinesIsAnError) {
-    CConfigCommon config;
-    config.DefaultValues(kOldRadioHvl);
-    EXPECT_THROW(BuildSetupLines(config, 0), std::logic_error);
-    EXPECT_THROW(NumberSetupLines(kOldRadioHvl, kSetupMas), std::logic_error);
 }
 
 }  // namespace

@@ -103,17 +103,6 @@ TEST_F(Events, AHandlerThatADifferentOneDisconnectsIsNotCalledInTheSameRaise) {
     EXPECT_EQ(captured.use_count(), 1) << "a disconnected handler lets go of what it holds";
 }
 
-TEST_F(Events, ACopyHasNoneOfTheListeners) {
-    int calls = 0;
-    Event<> event;
-    event.Connect([&] { ++calls; });
-    Event<> copy = event;
-    EXPECT_FALSE(copy.Connected());
-    event = copy;
-    event.Raise();
-    EXPECT_EQ(calls, 1);
-}
-
 TEST_F(Events, AGuardReportsWhetherItsHandlerEnded) {
     EXPECT_TRUE(Guarded("tick", [] {}));
     EXPECT_FALSE(Guarded("tick", [] { throw std::logic_error("late"); }));

@@ -200,12 +200,6 @@ TEST_F(NumberText, ANumericBoxTakesDigitsBackspaceAndPoint) {
         EXPECT_EQ(FilterNumericKey(code), (code >= 48 && code <= 57) || code == 8 || code == 46) << code;
 }
 
-TEST_F(NumberText, ADoubleBecomesTheNearestSingleWithinItsRange) {
-    EXPECT_EQ(ToSingle(80.1), 80.1F);
-    EXPECT_EQ(ToSingle(1e300), std::numeric_limits<float>::max());
-    EXPECT_EQ(ToSingle(-1e300), -std::numeric_limits<float>::max());
-}
-
 TEST_F(NumberText, TaggedValuesAreTextsAndNumbersAlike) {
     EXPECT_EQ(TextOf({}), "");
     EXPECT_EQ(TextOf(std::string("80.10*")), "80.10*");

@@ -7,13 +7,6 @@
 namespace vorex {
 namespace {
 
-TEST(ReportMarkup, TextsCannotBreakTheMarkUp) {
-    EXPECT_EQ(markup::Text("a|b;c{d}e\\f û"), "a\\|b\\;c\\{d\\}e\\\\f û");
-    EXPECT_EQ(markup::Heading("1; 2"), "|{\\i\\b 1\\; 2}");
-    EXPECT_EQ(markup::Line("A|B"), "|A\\|B;");
-    EXPECT_EQ(markup::Text(""), "");
-}
-
 TEST(ReportMarkup, NumbersTakeTheDecimalSignOfTheReportAndOtherTextsStay) {
     const std::tuple<const char*, const char*, const char*> cases[] = {
         {"80.5", "80.5", "80,5"},

@@ -21,30 +21,8 @@ TEST(TestSets, ASetHoldsTheTestsThatItNames) {
     EXPECT_TRUE(kAllTests.Has(1400));
 }
 
-TEST(TestSets, TheNamedSetsHoldTheTestsOfTheirKind) {
-    const std::tuple<const char*, TestSet, TestSet> rows[] = {
-        {"radiography", kRadiography, {100, 200, 300}},
-        {"fluoroscopy", kFluoroscopy, {500, 700}},
-        {"mammography", kMammography, {900, 1100, 1200}},
-        {"generator setup", kWithGeneratorSetup, {100, 200, 300}},
-        {"unit of distance", kWithDistanceUnit, {100, 200, 300, 500, 700}},
-        {"one focal spot", kWithOneFocalSpot, {100, 500, 700, 900}},
-        {"one kV", kWithOneKv, {100, 300, 900, 1200}},
-        {"focal spots", kWithFocalSpots, {200, 300}},
-        {"kVs", kWithKvs, {200, 500, 700}},
-        {"mA", kWithMa, {200, 300, 500, 700}},
-        {"mAs", kWithMas, {200, 300, 1100, 1200}},
-        {"statistics", kWithStatistics, {100, 900, 1100}},
-    };
-    for (const auto& [name, set, expected] : rows) EXPECT_TRUE(set == expected) << name;
-}
-
 TEST(TestSets, AKindSetHoldsTheKindsThatItNames) {
     for (int32_t kind : {-1, 0, 1, 2, 3, 4, 5, 32}) {
-        EXPECT_EQ(kZrdKinds.Has(kind), kind == 1 || kind == 4) << kind;
-        EXPECT_EQ(kPelomarkKinds.Has(kind), kind == 3 || kind == 5) << kind;
-        EXPECT_EQ(kMasKinds.Has(kind), kind == 2 || kind == 4 || kind == 5) << kind;
-        EXPECT_EQ((kZrdKinds | kPelomarkKinds).Has(kind), kind == 1 || (kind >= 3 && kind <= 5)) << kind;
         EXPECT_EQ(HasZrd(kind), kind == 1 || kind == 4) << kind;
         EXPECT_EQ(HasPelomark(kind), kind == 3 || kind == 5) << kind;
         EXPECT_EQ(HasMasMeter(kind), kind == 2 || kind == 4 || kind == 5) << kind;
@@ -66,18 +44,6 @@ TEST(TestSets, ATableThatForgetsATestDoesNotCoverThemAll) {
     };
     constexpr Single kTwice[] = {{100}, {200}, {300}, {500}, {700}, {900}, {1100}, {1200}, {100}};
     static_assert(CoversEveryMeasuringTest(kTwice) && !HasOneRowPerMeasuringTest(kTwice));
-    constexpr Single kDefaults[] = {{100}, {200}, {300}, {500}, {700}, {900}, {1100}, {1200}};
-    constexpr Single kLimits[] = {{200}, {300}, {500}, {700}, {900}, {1100}, {1200}};
-    static_assert(HoldsOwnRows(kOwnDefaults, kDefaults) && HoldsOwnRows(kOwnLimits, kLimits));
-    static_assert(!HoldsOwnRows(kOwnDefaults, kLimits), "one is missing");
-    static_assert(!HoldsOwnRows(kOwnLimits, kDefaults), "100 has the limits of the readings alone");
-    struct Kind {
-        int32_t kind;
-    };
-    constexpr Kind kKinds[] = {{1}, {2}, {3}, {4}, {5}};
-    constexpr Kind kOneTwice[] = {{1}, {2}, {3}, {4}, {4}};
-    static_assert(HasOneRowPerDetectorKind(kKinds) && !HasOneRowPerDetectorKind(kOneTwice));
-    EXPECT_TRUE(kAllTests.IsAll());
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include "support/fake_element.h"
 #include "support/library_test.h"
 #include "support/limits.h"
-#include "support/recording_report.h"
 
 namespace vorex {
 namespace {
@@ -18,9 +17,6 @@ class Utilities : public test::LibraryTest {
         services.text = texts;
         services.settings = settings;
         Install(services);
-        report.words = {{"22237::Pass", "report Pass"},
-                        {"22466::MAMMO", "report MAMMO"},
-                        {"22340::1. Set Machine kVp to %%1 KV.", "report: kVp to %%1 KV."}};
     }
     void HostVersion(const std::string& version) {
         settings->values[{std::string(setting::kUninstallPath), "DisplayVersion"}] = version;
@@ -28,7 +24,6 @@ class Utilities : public test::LibraryTest {
 
     std::shared_ptr<test::FakeTexts> texts = std::make_shared<test::FakeTexts>();
     std::shared_ptr<test::FakeSettings> settings = std::make_shared<test::FakeSettings>();
-    test::RecordingReport report;
 };
 
 TEST_F(Utilities, AKeyShowsItsDefaultTextWithoutALanguage) {
@@ -59,32 +54,6 @@ TEST_F(Utilities, TranslatesEveryCaptionOfAControl) {
     Labels english;
     TranslateControl(english);
     EXPECT_EQ(english.captions, (std::vector<std::string>{"Pass", "Fail"})) << "without a text service";
-}
-
-TEST_F(Utilities, TheReportsLanguageGoesBeforeTheProgramsOwn) {
-    texts->words["22237::Pass"] = "Bestanden";
-    EXPECT_EQ(Translate(text::kPass), "Bestanden");
-    EXPECT_EQ(Translate(text::kPass, &report), "report Pass");
-    EXPECT_EQ(Translate("22340::1. Set Machine kVp to %%1 KV.", {"80"}), "1. Set Machine kVp to 80 KV.");
-    EXPECT_EQ(Translate("22340::1. Set Machine kVp to %%1 KV.", {"80"}, &report), "report: kVp to 80 KV.");
-}
-
-TEST_F(Utilities, AChoiceIsShownInWordsAndStoredAsItsCode) {
-    EXPECT_EQ(DisplayText(kDetectorModes, kMammo), "MAMMO");
-    EXPECT_EQ(DisplayText(kDetectorModes, 77), "RADIO");
-    EXPECT_EQ(DisplayText(kSddUnits, 77), "Centimeters");
-    EXPECT_EQ(DisplayText(kGeneratorSetups, kSetupMaTime), "mA*Time");
-    EXPECT_EQ(StoredText(kDetectorModes, kMammo), "3");
-    EXPECT_EQ(StoredText(kSddUnits, kInch), "2");
-    EXPECT_EQ(StoredText(kDetectorModes, kMammo, &report), "report MAMMO");
-}
-
-TEST_F(Utilities, AStatusHasAWordUnlessNothingWasTested) {
-    EXPECT_EQ(StatusText(kNotTested), "");
-    EXPECT_EQ(StatusText(kPassed), "Pass");
-    EXPECT_EQ(StatusText(kFailed), "Fail");
-    EXPECT_EQ(StatusText(kNotApplicable), "NA");
-    EXPECT_EQ(StatusText(7), "");
 }
 
 TEST_F(Utilities, OnlyTheTwoRangeMarksAreNoReading) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace vorex {
 namespace {
 
@@ -38,21 +36,6 @@ TEST(Vocabulary, ChoicesAreStoredByTheirCodes) {
     }
 }
 
-TEST(Vocabulary, UnknownChoicesFallBack) {
-    const std::tuple<const Choice&, std::string_view, int32_t, int32_t> kFallbacks[] = {
-        {kDetectorModes, "22465::RADIO", 1, 1}, {kDetectorSettings, "22469::AUTO", 1, 1},
-        {kExposureUnits, "22020::R", 1, 1},     {kRateTimeBases, "22022::Sec", 1, 1},
-        {kFluoroTypes, "22028::Cont", 1, 1},    {kTimeUnits, "22142::mSec", 1, 1},
-        {kGeneratorSetups, "22103::mAs", 1, 1}, {kSddUnits, "22102::Centimeters", 2, 2},
-        {kFocalSpots, "23002::Small", 2, 2},    {kFlags, "22236::False", 0, 0}};
-    for (const auto& [choice, text, stored, value] : kFallbacks)
-        for (const int32_t unknown : {-1, 9}) {
-            EXPECT_EQ(TextKeyOf(choice, unknown), text);
-            EXPECT_EQ(StoredOfValue(choice, unknown), stored) << text;
-            EXPECT_EQ(ValueOfStored(choice, unknown), value) << text;
-        }
-}
-
 TEST(Vocabulary, TheDosimetersListsCountFromZero) {
     const std::pair<const Choice&, std::vector<std::string_view>> kLists[] = {
         {kDoseUnits, {"25114::R", "25115::Gy", "25121::C"}},
@@ -75,21 +58,6 @@ TEST(Vocabulary, LimitsAreFoundUnderErAndTheKey) {
     EXPECT_EQ(LimitKeyOf("HVL[¤]2[¤]"), "ER HVL2");
     EXPECT_EQ(LimitKeyOf("ER HVL[¤]2"), "ER HVL[¤]2");
     EXPECT_EQ(LimitKeyOf(""), "ER ");
-}
-
-TEST(Vocabulary, EveryTestIsOnceInTheCatalogue) {
-    std::set<int32_t> ids;
-    for (const TestRow& row : kTestCatalogue) ids.insert(row.id);
-    EXPECT_EQ(ids, (std::set<int32_t>{100, 200, 300, 500, 700, 900, 1100, 1200, 1300}));
-    for (int32_t id : ids) {
-        ASSERT_NE(FindTest(id), nullptr) << id;
-        EXPECT_EQ(FindTest(id)->id, id);
-        EXPECT_EQ(IsMeasuringTest(id), id != 1300) << id;
-    }
-    for (int32_t other : {0, 400, 600, 1000}) {
-        EXPECT_EQ(FindTest(other), nullptr) << other;
-        EXPECT_FALSE(IsMeasuringTest(other)) << other;
-    }
 }
 
 }  // namespace

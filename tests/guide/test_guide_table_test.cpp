@@ -151,7 +151,7 @@ TEST_F(GuideTable, MasValuesAreTypedOnlyWhileManualInputIsChosen) {
     guide->PressButton(guide_button::kManual);
     EXPECT_FALSE(Table().Edit({2, 2}, "210")) << "not stored";
     EXPECT_FALSE(Table().Edit({1, 1}, "1")) << "a check mark";
-    EXPECT_TRUE(Table().Edit({1, 2}, "210,5"));
+    EXPECT_TRUE(Table().Edit({1, 2}, " 2x10,5- "));
     EXPECT_EQ(element->result->GetValue(0, 2), "210.5*");
     EXPECT_EQ(Table().Rows()[0].cells[1].text, "210.5* mA");
     EXPECT_EQ(config->PrintTheComment, "31494::Exposure #%%1, %%3: %%2|1|210.5*|22110::mA");
@@ -173,11 +173,22 @@ TEST_F(GuideTable, TheGuideTakesWhatItsTableTakes) {
         OperatorAct act;
         bool taken;
     } cases[] = {
-        {{Kind::kClick, 1, 2}, true},    {{Kind::kClick, 0, 2}, false},     {{Kind::kClick, 1, 99}, false},
-        {{Kind::kClick, 257, 2}, false}, {{Kind::kClick, -1, 2}, false},    {{Kind::kCheck, 1, 1}, true},
-        {{Kind::kCheck, 1, 2}, false},   {{Kind::kType, 1, 1, "1"}, false}, {type, true},
-        {{Kind::kMenu, 1, 2}, true},     {{Kind::kMenu, 99, 2}, false},     {{Kind::kMenu}, true},
-        {{Kind::kChoose, 100}, false},   {{Kind::kConfirm, 1}, false},
+        {{Kind::kClick, 1, 2}, true},
+        {{Kind::kClick, 0, 2}, false},
+        {{Kind::kClick, 1, 99}, false},
+        {{Kind::kClick, 1, 0}, false},
+        {{Kind::kClick, 2, 2}, false},
+        {{Kind::kClick, 257, 2}, false},
+        {{Kind::kClick, -1, 2}, false},
+        {{Kind::kCheck, 1, 1}, true},
+        {{Kind::kCheck, 1, 2}, false},
+        {{Kind::kType, 1, 1, "1"}, false},
+        {type, true},
+        {{Kind::kMenu, 1, 2}, true},
+        {{Kind::kMenu, 99, 2}, false},
+        {{Kind::kMenu}, true},
+        {{Kind::kChoose, 100}, false},
+        {{Kind::kConfirm, 1}, false},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(guide->Takes(c.act), c.taken) << static_cast<int>(c.act.kind) << " " << c.act.number;

@@ -8,14 +8,6 @@ namespace {
 
 using TransparentOverlay = LibraryTest;
 
-TEST_F(TransparentOverlay, ShowsTheTextOfAKey) {
-    XTransparent overlay;
-    overlay.LabelCaption(text::kZeroingPleaseWait);
-    EXPECT_EQ(overlay.LabelCaption(), "Zeroing mAs, Please Wait ...");
-    overlay.LabelCaption("plain");
-    EXPECT_EQ(overlay.LabelCaption(), "plain");
-}
-
 TEST_F(TransparentOverlay, CentresItsLabelAndKeepsItInside) {
     XTransparent overlay;
     overlay.ResizeTheLabel(400, 100, 200, 20);

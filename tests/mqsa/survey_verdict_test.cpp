@@ -202,13 +202,20 @@ TEST_F(SurveyVerdict, TheAnswersDecideTheOverallStatus) {
 }
 
 TEST_F(SurveyVerdict, AFindingNamesCellFigureAndClause) {
+    Cell(GridId::kDensityControl, 9, 4) = "0%";
+    Cell(GridId::kDensityControl, 10, 4) = "17%";
     Cell(GridId::kViewbox, 3, 2) = "2999";
     SurveyTables tables;
-    const auto evaluation = EvaluateSurvey(survey->Record(), survey->Statuses(), {}, tables);
-    ASSERT_EQ(evaluation.findings.size(), 1U);  // one finding, though it fails two rows
-    EXPECT_EQ(evaluation.findings[0].place, "Viewbox(3,2)");
-    EXPECT_EQ(evaluation.findings[0].words,
-              "viewbox luminance: 2999, expected at least 3000 cd/m2 (ACR 1999, viewbox measurements)");
+    std::string findings;  // one for each cell, though it fails two rows
+    for (const SurveyFinding& finding :
+         EvaluateSurvey(survey->Record(), survey->Statuses(), {}, tables).findings)
+        findings += finding.place + " " + finding.words + "\n";
+    EXPECT_EQ(findings,
+              "DensityControlFunction(9,4) change of mAs between density control steps: 17 from step 0 "
+              "(normal) to step +1, "
+              "expected below 16 % (ACR 1999, AEC system performance)\n"
+              "Viewbox(3,2) viewbox luminance: 2999, expected at least 3000 cd/m2 (ACR 1999, viewbox "
+              "measurements)\n");
 }
 
 }  // namespace

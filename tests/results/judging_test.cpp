@@ -81,24 +81,6 @@ TEST_F(JudgingTest, WithoutAConfigurationNoErrorOfTest200IsJudgedByLimits) {
     const auto row = Row({{key::kPercentKvpError, "9"}, {key::kPercentTimerError, "9"}});
     EXPECT_EQ(Judging(kRadioAccuracy, nullptr, limits, &selected).JudgeExposure(*row, 1).status, kPassed);
     EXPECT_EQ(Statuses(*row), "01") << "an error without a criterion keeps its status";
-    config->passFailCriterion = {"1"};
-    config->pTestID = kRadioAccuracy;
-    EXPECT_EQ(For(kRadioAccuracy).JudgeExposure(*row, 1).status, kFailed);
-    EXPECT_EQ(Statuses(*row), "21");
-}
-
-TEST_F(JudgingTest, ACoefficientIsJudgedAgainstTheLimitOfItsMark) {
-    limits->AtMost("ER Adjacent", 0.2);
-    limits->AtMost("ER Non Adjacent", 0.1);
-    for (const auto& [row, adjacent, status] : {std::tuple{0, false, kPassed},
-                                                {1, false, kFailed},
-                                                {1, true, kPassed},
-                                                {2, false, kFailed},
-                                                {2, true, kPassed}}) {
-        const auto cells = Row({{key::kErNonAdjacent, "0.15"}});
-        For(kRadioLinearity).JudgeCoefficient(*cells->front(), static_cast<std::size_t>(row), adjacent);
-        EXPECT_EQ(cells->front()->Status(), status) << row << adjacent;
-    }
 }
 
 }  // namespace

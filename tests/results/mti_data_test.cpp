@@ -21,12 +21,6 @@ class Instruments : public test::LibraryTest {
     std::vector<MtiEntry> Entries() const { return {list.Entries().begin(), list.Entries().end()}; }
 };
 
-TEST_F(Instruments, ARecordWithoutANameNamesTheDetector) {
-    EXPECT_EQ(Record("", "1").Name(), "ZRD 47500WD");
-    EXPECT_EQ(Record("mAs meter", "1").Name(), "mAs meter");
-    EXPECT_EQ(CMtiData2().SerialNumber(), "");
-}
-
 TEST_F(Instruments, ANewInstrumentTakesTheNextNumber) {
     EXPECT_EQ(MergeMti(list, Record("", "4711")), 1);
     EXPECT_EQ(MergeMti(list, Record("mAs meter", "88", "2026-02-01")), 2);

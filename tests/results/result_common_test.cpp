@@ -267,13 +267,5 @@ TEST_F(ResultStore, AWaveformBelongsToTheExposureThatIsNamed) {
     EXPECT_EQ(lines.at(0), "3$StoreWaveForm$ - mAs Waveform :: 1,2");
 }
 
-TEST_F(ResultStore, TheLastColumnOfTest200DependsOnTheGeneratorSetup) {
-    Begin(kRadioAccuracy, kZrd);
-    EXPECT_EQ(result->LastColumnKey(), "ER RA Absolute kVp Avg Error");
-    config->pGeneratorSetup = kSetupMaTime;
-    result->Initialize(config);
-    EXPECT_EQ(result->LastColumnKey(), "ER RA Percentage Timer Error");
-}
-
 }  // namespace
 }  // namespace vorex

@@ -89,13 +89,5 @@ TEST_F(ResultPersistence, OnlyAResultIsLoaded) {
     EXPECT_THROW(Loaded(kRadioRepro, "<Result/>"), HostError);
 }
 
-TEST_F(ResultPersistence, AModeKeepsItsCommas) {
-    Begin(kFluoroExposure);
-    const uint8_t mode = ColumnNumber(result->Current(), key::kMode);
-    result->StoreResult({{{key::kMode, "High, boost"}}, {}, {}}, kSourceZrd);
-    result->UpdateStatus(owner, &selected, 1);
-    EXPECT_EQ(Loaded(kFluoroExposure, Saved(*result))->GetMeasurementValue(1, mode), "High, boost");
-}
-
 }  // namespace
 }  // namespace vorex

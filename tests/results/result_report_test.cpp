@@ -200,18 +200,6 @@ TEST_F(ResultReport, RateModeOfThePelomarkPrintsNoDose) {
     EXPECT_EQ(Printed(), kHeading + "|Exposure 1;\n" + PelomarkRows(false));
 }
 
-TEST_F(ResultReport, ThereIsAPulseRateInPulsedFluoroscopy) {
-    Begin(kFluoroAccuracy, kZrd);
-    config->pMeasurementFluoroType = kPulsed;
-    result->Initialize(config);
-    Expose(1);
-    const std::string pulsed = Printed();
-    EXPECT_NE(pulsed.find(Row("Exposure Time", "", "7", "sec") + Row("Pulse Rate", "", "7", "Pps") +
-                          Row("Pulse Width", "", "7", "ms") + Row("HVL", "", "7", "mm Al")),
-              std::string::npos)
-        << pulsed;
-}
-
 TEST_F(ResultReport, AnExposureWithoutAReadingSaysSo) {
     Begin(kFluoroExposure, kZrd);
     result->StoreMissing(1);

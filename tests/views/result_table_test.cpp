@@ -206,29 +206,6 @@ TEST_F(ResultTableTest, ColumnsTakeSettingsAndGiveThemBack) {
     }
 }
 
-TEST_F(ResultTableTest, HidesAndShowsTheNamedColumns) {
-    Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg, key::kErHvl});
-    table.DisplayAllColumns(false, "2,3,9");
-    EXPECT_FALSE(table.Columns()[0].hidden);
-    EXPECT_TRUE(table.Columns()[1].hidden && table.Columns()[2].hidden);
-    table.DisplayAllColumns(true, "3");
-    EXPECT_TRUE(table.Columns()[1].hidden);
-    EXPECT_FALSE(table.Columns()[2].hidden);
-}
-
-TEST_F(ResultTableTest, PressesOutsideTheCellsAreIgnored) {
-    Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg});
-    table.pNoOfExposures(1);
-    int clicks = 0;
-    table.events.ItemClick.Connect([&](uint8_t, uint8_t, const std::string&) { ++clicks; });
-    for (const CellPlace place : {CellPlace{0, 1}, {2, 1}, {1, 0}, {1, 3}}) EXPECT_FALSE(table.Press(place));
-    EXPECT_FALSE(table.ToggleCheck({1, 2})) << "no check mark";
-    EXPECT_FALSE(table.ToggleCheck({2, 1}));
-    EXPECT_EQ(clicks, 0);
-    EXPECT_TRUE(table.Press({1, 2}));
-    EXPECT_EQ(clicks, 1);
-}
-
 TEST_F(ResultTableTest, TheEditorTakesNumbersOnlyAndMovesByRows) {
     for (const int key : std::initializer_list<int>{'0', '9', '.', ',', ' ', 8, 13})
         EXPECT_TRUE(ResultTable::AcceptsKey(key)) << key;
@@ -239,18 +216,6 @@ TEST_F(ResultTableTest, TheEditorTakesNumbersOnlyAndMovesByRows) {
     EXPECT_EQ(table.CellAfter({1, 1}), (CellPlace{1, 2}));
     EXPECT_EQ(table.CellAfter({1, 2}), (CellPlace{2, 1}));
     EXPECT_EQ(table.CellAfter({2, 2}), (CellPlace{}));
-}
-
-TEST_F(ResultTableTest, ATypedValueKeepsItsDigitsAndPoint) {
-    Make(kRadioAccuracy, kMasMeter, {key::kImportWaveform, key::kMa});
-    Store(1, "0,200,20,1,1", kSourceMas);
-    table.UpdateTestResult(true, 1);
-    table.MASInputOverride(true);
-    table.ClickedMeasurementColumn(key::kMa, key::kMas, key::kMasPulse, key::kDoseMas);
-    std::string typed;
-    table.events.CellEdited.Connect([&](uint8_t, uint8_t, const std::string& text) { typed = text; });
-    EXPECT_TRUE(table.Edit({1, 2}, " 2x01,5- "));
-    EXPECT_EQ(typed, "201.5");
 }
 
 TEST_F(ResultTableTest, IsAControlThatTakesAnElementAndCanBeLocked) {
@@ -279,19 +244,6 @@ TEST_F(ResultTableTest, IsAControlThatTakesAnElementAndCanBeLocked) {
     EXPECT_EQ(changes, 2);
     table.ShowTestResult(element, 1);
     EXPECT_EQ(changes, 3);
-}
-
-TEST_F(ResultTableTest, LetsGoOfElementAndLimits) {
-    Make(kRadioAccuracy, kZrd, {key::kImportWaveform, key::kErKvpAvg});
-    table.Limits(element->limits);
-    Store(1, "0,80,81,82,10,100,10,3,0.0,0.0");
-    table.ShowTestResult(element, 1);
-    table.UnInitialize();
-    EXPECT_FALSE(table.ShownLimits());
-    EXPECT_EQ(element.use_count(), 1);
-    EXPECT_EQ(element->result.use_count(), 1);
-    table.UpdateTestResult(true, 1);
-    EXPECT_EQ(Cell(1, 2).text, "80.0 KV");
 }
 
 }  // namespace
