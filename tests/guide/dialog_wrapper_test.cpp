@@ -102,44 +102,33 @@ TEST_F(DialogWrapper, MovesTheControlWhenDockedElseItself) {
 
 /// Each object whose dialog hosts a control of its own, and the class of that control.
 TEST_F(DialogWrapper, IsMadeWithItsControlInitialised) {
-    static std::string asked;
     static std::shared_ptr<FakeControl> made;
-    static constexpr auto kMake = [](const char* name) {
-        asked += std::string(name) + ";";
-        made = std::make_shared<FakeControl>();
-        return std::shared_ptr<LibraryObject>(made);
+    const auto expectControl = [](std::string_view name, const auto& object, const ControlArgument& given) {
+        const ClassEntry only[] = {
+            {name, [] { return std::shared_ptr<LibraryObject>(made = std::make_shared<FakeControl>()); }}};
+        InstallClasses(only);
+        EXPECT_TRUE(object->CreateDialog()) << name;
+        EXPECT_EQ(made->given, given) << name;
+        made.reset();
+        InstallClasses({});
+        EXPECT_FALSE(object->CreateDialog()) << "no control of the class exists";
     };
-    static constexpr ClassEntry kControls[] = {{"XRadioReproConfig", [] { return kMake("100"); }},
-                                               {"XRadioAccuracyConfig", [] { return kMake("200"); }},
-                                               {"XRadioLinearityConfig", [] { return kMake("300"); }},
-                                               {"XFluoroAccuracyConfig", [] { return kMake("500"); }},
-                                               {"XFluoroExposureConfig", [] { return kMake("700"); }},
-                                               {"XMammoAccReproConfig", [] { return kMake("900"); }},
-                                               {"XMammoAECConfig", [] { return kMake("1100"); }},
-                                               {"XMammoRadiationConfig", [] { return kMake("1200"); }},
-                                               {"XMQSAConfig", [] { return kMake("survey"); }},
-                                               {"XDischargeWaveform", [] { return kMake("waveform"); }},
-                                               {"XDetailedResult", [] { return kMake("comment"); }}};
-    InstallClasses(kControls);
-    for (int32_t testId : kMeasuringTests) {
+    const std::pair<int32_t, const char*> configs[] = {
+        {100, "XRadioReproConfig"},     {200, "XRadioAccuracyConfig"},  {300, "XRadioLinearityConfig"},
+        {500, "XFluoroAccuracyConfig"}, {700, "XFluoroExposureConfig"}, {900, "XMammoAccReproConfig"},
+        {1100, "XMammoAECConfig"},      {1200, "XMammoRadiationConfig"}};
+    for (const auto& [testId, name] : configs) {
         const auto config = std::make_shared<CConfigCommon>();
         config->DefaultValues(testId);
-        EXPECT_TRUE(config->CreateDialog());
-        EXPECT_EQ(made->given, ControlArgument(std::shared_ptr<IConfigData>(config))) << testId;
+        expectControl(name, config, std::shared_ptr<IConfigData>(config));
     }
     const auto survey = std::make_shared<CConfigMQSA>();
-    EXPECT_TRUE(survey->HasDialog() && survey->CreateDialog());
-    EXPECT_EQ(made->given, ControlArgument(std::shared_ptr<IConfigData>(survey)));
-    for (const std::shared_ptr<IResultData>& result :
-         {std::shared_ptr<IResultData>(std::make_shared<CResultCommon>()),
-          std::shared_ptr<IResultData>(std::make_shared<CResultMQSA>())}) {
-        EXPECT_TRUE(result->CreateDialog());
-        EXPECT_EQ(made->given, ControlArgument(result)) << asked;
-    }
-    EXPECT_EQ(asked, "100;200;300;500;700;900;1100;1200;survey;waveform;comment;");
-    InstallClasses({});
-    EXPECT_FALSE(survey->CreateDialog()) << "no control of the class exists";
-    made.reset();
+    EXPECT_TRUE(survey->HasDialog());
+    expectControl("XMQSAConfig", survey, std::shared_ptr<IConfigData>(survey));
+    const auto waveforms = std::make_shared<CResultCommon>();
+    expectControl("XDischargeWaveform", waveforms, std::shared_ptr<IResultData>(waveforms));
+    const auto comment = std::make_shared<CResultMQSA>();
+    expectControl("XDetailedResult", comment, std::shared_ptr<IResultData>(comment));
 }
 
 }  // namespace

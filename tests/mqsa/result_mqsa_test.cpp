@@ -192,12 +192,10 @@ TEST_F(ResultMqsa, OldAndForeignFilesLoadOrSayWhatIsWrong) {
 }
 
 TEST_F(ResultMqsa, AnEmptyGridOrTableIsReadAsAnAbsentOne) {
-    std::string emptied = "<ResultItem>";
-    for (const SurveyGroupRow& group : survey::kGroups)
-        if (group.name.empty()) emptied += "<" + std::string(GridKey(group.grids.front())) + "/>";
-    Load(emptied +
-         "<Collimation><Alignment></Alignment><SID>650</SID></Collimation><SummaryPage></SummaryPage>"
-         "<PreliminaryResults/></ResultItem>");
+    Load(
+        "<ResultItem><Evaluation/>"
+        "<Collimation><Alignment></Alignment><SID>650</SID></Collimation><SummaryPage></SummaryPage>"
+        "<PreliminaryResults/></ResultItem>");
     EXPECT_EQ(Cell(GridId::kAlignment, 0, 0), "Difference between paddle edge and film");
     EXPECT_EQ(Cell(GridId::kEvaluation, 5, 0), ">7 cm");
     EXPECT_EQ(Row(survey->Tables().preliminary, 12), "Pass/NA");

@@ -45,15 +45,6 @@ TEST_F(Waveforms, SamplesAreReadBetweenCommas) {
     EXPECT_EQ(waveform.ValueCount(), 0);
 }
 
-TEST_F(Waveforms, TheTypeNamesTheElement) {
-    const std::pair<uint8_t, std::string_view> kNames[] = {
-        {1, "Waveform"}, {3, "mAsWaveform"}, {0, "Waveform"}, {2, "Waveform"}};
-    for (const auto& [type, name] : kNames) {
-        waveform.WaveformType(type);
-        EXPECT_EQ(Saved()->Name(), name) << int{type};
-    }
-}
-
 TEST_F(Waveforms, AWaveformComesBackAsItWasSaved) {
     waveform.Initialize("0,40.5,80.1,80.2,0");
     waveform.IncludeInReport(true);
