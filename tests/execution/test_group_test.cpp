@@ -79,8 +79,7 @@ TEST_F(TestGroupTest, SkipAndNaOfTheFirstChildReachAllOthersAndNothingElse) {
         EXPECT_FALSE(group->Sequence()->gNARemaining) << c.tree;
         const auto result = group->Result();
         EXPECT_EQ(result->MeasurementCount(), 0) << "it has only a status";
-        EXPECT_TRUE(!result->Measurement(0) && !result->Measurement("HVL") && !result->ServiceRecord());
-        EXPECT_FALSE(result->HasDialog() || result->CreateDialog());
+        EXPECT_FALSE(result->Measurement(0) || result->ServiceRecord() || result->HasDialog());
     }
 }
 

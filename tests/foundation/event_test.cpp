@@ -77,8 +77,6 @@ TEST_F(Events, AListenerMayEndBeforeTheEventAndTheEventBeforeItsListener) {
         event.Raise('c');
         EXPECT_EQ(seen, "a<ab");
         longer = event.Listen([&](char letter) { seen += letter; });
-        Connection moved = std::move(longer);
-        longer = std::move(moved);
         event.Raise('d');
     }
     EXPECT_EQ(seen, "a<abd");

@@ -45,20 +45,6 @@ TEST_F(GuideTable, ShowingAllColumnsOfBothInstrumentsAllowsTyping) {
     EXPECT_FALSE(Button(guide_button::kManual).enabled);
 }
 
-TEST_F(GuideTable, MarksTheExposuresWhoseWaveformsAreImported) {
-    Configure(kRadioLinearity, kZrd, kNoDetector);
-    config->pNoOfExposures = 2;
-    config->importFlags = {"1", "0"};
-    config->machineAdjacent = {"0", "1"};
-    Open();
-    const auto& rows = Table().Rows();
-    ASSERT_EQ(rows.size(), 2U);
-    EXPECT_TRUE(rows[0].cells[0].checked);
-    EXPECT_FALSE(rows[0].cells[1].checked);
-    EXPECT_FALSE(rows[1].cells[0].checked);
-    EXPECT_TRUE(rows[1].cells[1].checked);
-}
-
 TEST_F(GuideTable, AClickAsksForTheWaveformsOfAStoredExposure) {
     for (const auto& [kind, events] : {std::pair<int32_t, const char*>{kZrd, "Draw1+1"},
                                        {kMasMeter, "Draw1+3"},
@@ -222,8 +208,12 @@ TEST_F(GuideTable, ATypedValueIsJudgedAnew) {
 TEST_F(GuideTable, AnAdjacentMarkIsStoredAndJudged) {
     Configure(kRadioLinearity, kZrd, kNoDetector);
     config->pNoOfExposures = 3;
-    config->importFlags = config->machineAdjacent = {"0", "0", "0"};
+    config->importFlags = {"1", "0", "0"};
+    config->machineAdjacent = {"0", "1", "0"};
     Open();
+    const auto& rows = Table().Rows();
+    EXPECT_TRUE(rows.at(0).cells[0].checked && rows.at(1).cells[1].checked) << "the marks of the setup";
+    EXPECT_FALSE(rows.at(1).cells[0].checked || rows.at(0).cells[1].checked);
     element->guideLimits->AtMost("ER Adjacent", 0.1);
     for (uint8_t n = 1; n <= 3; ++n) Expose(n, "0,0,80,80,80,10,100,10,3,1.0,0.2");
     EXPECT_TRUE(Table().ToggleCheck({3, 2}));

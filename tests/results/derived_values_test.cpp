@@ -150,8 +150,6 @@ TEST_F(WorkedExamples, ReproducibilityOfTheDetector) {
          {key::kAvgExposureTime, "(no such column)"}}},
         {"one exposure has no deviation", kRadioRepro, kZrd, {}, {Zrd("80.25")},
          {{key::kAvgKvpAvg, "80.25"}, {key::kErKvpAvg, "0.0"}}},
-        {"a half rounds away from zero", kRadioRepro, kZrd, {}, {Zrd("80.125")},
-         {{key::kAvgKvpAvg, "80.13"}}},
         {"an over-range exposure empties its column only", kRadioRepro, kZrd, {},
          {Zrd("80", "OL"), Zrd("80", "20")},
          {{key::kAvgExposure, ""}, {key::kErExposure, ""}, {key::kAvgKvpAvg, "80.0"}}},
@@ -242,8 +240,6 @@ TEST_F(WorkedExamples, ExposurePerMasAndLinearity) {
          {{key::kExposurePerMas, "10.0"}, {key::kErNonAdjacent, ""}}},
         {"second exposure", kRadioLinearity, kZrdAndMas, charges, {Zrd("80", "100"), Zrd("80", "240")},
          {{key::kExposurePerMas, "12.0"}, {key::kErNonAdjacent, "0.09"}}},
-        {"equal exposure per mAs", kRadioLinearity, kZrd, charges, {Zrd("80", "100"), Zrd("80", "200")},
-         {{key::kExposurePerMas, "10.0"}, {key::kErNonAdjacent, "0.0"}}},
         {"compared as it is shown", kRadioLinearity, kZrd, charges, {Zrd("80", "0.24"), Zrd("80", "0.52")},
          {{key::kExposurePerMas, "0.03"},
          {key::kErNonAdjacent, "0.2"}}},  // 0.02 and 0.03, not 0.024 and 0.026
