@@ -21,11 +21,7 @@ class CountingLog : public IProgressLog {
     std::string seen;
 };
 
-TEST_F(Waveforms, ANewWaveformIsEmptyAndIsSampledOnceAUnit) {
-    EXPECT_EQ(waveform.ValueCount(), 0);
-    EXPECT_TRUE(waveform.Values().empty());
-    EXPECT_FALSE(waveform.IncludeInReport());
-    EXPECT_EQ(waveform.Resolution(), 1.0F);
+TEST_F(Waveforms, AnIntervalOfZeroOrLessIsOne) {
     for (const float interval : {0.0F, -2.0F}) {
         waveform.Resolution(interval);
         EXPECT_EQ(waveform.Resolution(), 1.0F);
