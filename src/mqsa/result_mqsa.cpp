@@ -59,7 +59,6 @@ void CResultMQSA::Initialize(const std::shared_ptr<CConfigMQSA>& configuration) 
     for (const SurveyItem& row : SurveyItems()) {
         auto item = std::make_shared<CMeasurement>();
         item->Initialize(row.key, row.description, {}, kTextOnly);
-        item->Status(kNotTested);
         mItems.push_back(std::move(item));
     }
     if (!mConfig) return;

@@ -88,6 +88,7 @@ TEST_F(BadInputTest, WrongUsageOfTheProgramSaysWhatIsExpected) {
         {{"run", good, "--instruments", recording, "-o", good}, {"good.xml", "input"}},
         {{"run", good, "--instruments", recording, "-o", Path("none/out.xml")}, {"none"}},
         {{"run", good, "--instruments", recording, "-o", folder.string()}, {"folder"}},
+        {{"judge", good, "-o", good}, {"good.xml", "input"}},
         {{"run", Path("missing.xml"), "--instruments", recording, "-o", output}, {"missing.xml"}},
         {{"run", good, "--instruments", "recording:" + Path("missing.jsonl"), "-o", output},
          {"missing.jsonl"}},

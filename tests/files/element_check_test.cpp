@@ -93,6 +93,8 @@ TEST_F(ElementCheckTest, AFaultIsNamedWithFileElementKeyAndWhatWasExpected) {
          "\"Value\" of \"HVL\" is \"three" + number},
         {Result("<Measurement Key=\"HVL\"><Value Type=\"1\"/></Measurement>"),
          "\"Value\" of \"HVL\" is \"" + number},
+        {Result("<Measurement Key=\"HVL\"><Value Type=\"5\">3<!-- x -->1</Value></Measurement>"),
+         "the text of \"Value\" of \"HVL\" is in several pieces; expected one piece"},
         {Result("<Measurement Key=\"HVL\"><Status>4</Status></Measurement>"),
          "\"Status\" of \"HVL\" is \"4\"; expected 0 (not tested), 1 (pass), 2 (fail) or 3 "
          "(not applicable)"},

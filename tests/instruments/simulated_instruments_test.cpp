@@ -58,8 +58,11 @@ TEST(SimulatedInstruments, EachKindNamesItsInstrumentsAndAnnouncesWhatItDoes) {
     // clang-format on
     for (const Case& c : cases) {
         const UnitKind unit = c.fluoroscopy ? UnitKind::kFluoroscopic : UnitKind::kRadiographic;
-        SimulatedInstruments instruments(QuickRoom(), 1, ConsoleFor(c.kind, unit));
+        Room room = QuickRoom();
+        room.instruments.chamber.name = "A6";
+        SimulatedInstruments instruments(room, 1, ConsoleFor(c.kind, unit));
         const auto service = instruments.CreateService();
+        EXPECT_EQ(service->IonChamberName(), "A6");
         EXPECT_EQ(service->SerialNumbers(), c.serials) << c.kind;
         EXPECT_EQ(service->CalibrationDates(), c.dates) << c.kind;
         for (std::size_t i = 0; i < c.names.size(); ++i)
