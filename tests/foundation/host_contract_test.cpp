@@ -99,5 +99,21 @@ TEST_P(ElementLife, EachCallComesInOrderAndNothingIsLeft) {
                                     "2 Limits", "1 Clone", "2 Terminate", "3 Terminate", "1 Terminate"}));
 }
 
+TEST_F(ElementLife, AGroupLivesAndEndsWithAllTestsInIt) {
+    auto group = CreateTestElement(kGroupId);
+    const auto container = std::dynamic_pointer_cast<ITestContainer>(group);
+    for (int32_t test : kMeasuringTests) container->Add(CreateTestElement(test), nullptr, kAddAtEnd);
+    container->Add(CreateTestElement(kMqsaSurvey), nullptr, kAddAtEnd);
+    group->Perform(
+        std::make_shared<ExecutionPipe>(std::make_shared<MtiList>(), std::make_shared<SelectedStandards>()));
+    EXPECT_EQ(group->Result()->Status(), kPassed);
+    auto loaded = LoadTestElement(group->Save(document, 0), nullptr);
+    auto clone = loaded->Clone();
+    clone->UpdateReferences();
+    EXPECT_EQ(std::dynamic_pointer_cast<ITestContainer>(clone)->Count(), 9);
+    for (const auto& each : {group, loaded, clone}) each->Terminate();
+    EXPECT_EQ(std::count(helpers.calls.begin(), helpers.calls.end(), "1 Terminate"), 1);
+}
+
 }  // namespace
 }  // namespace vorex::test
