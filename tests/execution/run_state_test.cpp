@@ -29,5 +29,20 @@ TEST(RunStates, AStepIsPossibleWhereTheTableHasIt) {
     }
 }
 
+TEST(RunStates, StatesAreGrouped) {
+    const std::pair<RunState, const char*> rows[] = {{RunState::kClosed, ""},
+                                                     {RunState::kIdle, ""},
+                                                     {RunState::kRunning, "taking"},
+                                                     {RunState::kRunHeld, "taking held"},
+                                                     {RunState::kRedoing, "taking redo"},
+                                                     {RunState::kRedoHeld, "taking redo held"}};
+    for (const auto& [state, groups] : rows) {
+        const std::string_view in = groups;
+        EXPECT_EQ(IsTaking(state), in.find("taking") != in.npos) << groups;
+        EXPECT_EQ(IsRedo(state), in.find("redo") != in.npos) << groups;
+        EXPECT_EQ(IsHeld(state), in.find("held") != in.npos) << groups;
+    }
+}
+
 }  // namespace
 }  // namespace vorex
