@@ -56,6 +56,14 @@ TEST_F(Utilities, TranslatesEveryCaptionOfAControl) {
     EXPECT_EQ(english.captions, (std::vector<std::string>{"Pass", "Fail"})) << "without a text service";
 }
 
+TEST_F(Utilities, AStatusHasAWordUnlessNothingWasTested) {
+    EXPECT_EQ(StatusText(kNotTested), "");
+    EXPECT_EQ(StatusText(kPassed), "Pass");
+    EXPECT_EQ(StatusText(kFailed), "Fail");
+    EXPECT_EQ(StatusText(kNotApplicable), "NA");
+    EXPECT_EQ(StatusText(7), "");
+}
+
 TEST_F(Utilities, OnlyTheTwoRangeMarksAreNoReading) {
     for (const char* mark : {"OL", "ol", "Ol", "UL", "ul"}) EXPECT_FALSE(IsValidReading(mark)) << mark;
     for (const char* reading : {"", "80.1", "-1", "0", "-", "OLX", " OL", "Pass"})
