@@ -119,8 +119,7 @@ TEST_F(BadInputTest, ADiskThatIsFullLosesNoReading) {
         Run({"run", Path("good.xml"), "--instruments", "recording:" + Path("good.jsonl"), "-o", "/dev/full"}),
         kExitFault);
     EXPECT_THAT(err, HasSubstr("/dev/full"));
-    EXPECT_NE(out.find("<Value Type=\"5\">81</Value>"), std::string::npos)
-        << "the result goes to standard output";
+    EXPECT_THAT(out, HasSubstr("<Value Type=\"5\">81</Value>")) << "the result goes to standard output";
 }
 
 TEST_F(BadInputTest, AFileThatCannotBeWrittenIsNoWrongUsage) {
@@ -172,8 +171,8 @@ class FaultTest : public ProgramTest {};
 TEST_F(FaultTest, AReadingThatFitsNoColumnIsReportedNextToTheVerdict) {
     RunPassing(Element(1, 100, Exposures(1)), Shot("80", "10", MasOf("20")));
     const std::string fault = "exposure 1: the reading of the mAs meter has no column for \"ER mA\"";
-    EXPECT_NE(Read("out.xml").find("Reason=\"31488::exposure %%1: %%2|1|the reading of the mAs meter"),
-              std::string::npos);
+    EXPECT_THAT(Read("out.xml"),
+                HasSubstr("Reason=\"31488::exposure %%1: %%2|1|the reading of the mAs meter"));
     EXPECT_THAT(Shown(), HasSubstr(fault));
 }
 

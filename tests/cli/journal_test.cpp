@@ -275,8 +275,7 @@ TEST_F(JournalTest, AFullDiskInMidRunLosesNothing) {
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(code, kExitFault);
     EXPECT_EQ(out, undisturbed) << "the file follows on standard output";
-    EXPECT_NE(err.find("the exposures from exposure 3 of element 1 on are not in it"), std::string::npos)
-        << err;
+    EXPECT_THAT(err, HasSubstr("the exposures from exposure 3 of element 1 on are not in it"));
     EXPECT_EQ(Journal().size(), ofTwo) << "the lines that are whole";
     EXPECT_EQ(Resume(), kExitPassed) << err;
     EXPECT_EQ(Read("out.xml"), undisturbed);

@@ -87,9 +87,7 @@ TEST_F(SimulatedRoomTest, EachFaultFailsTheTestThatShouldFindItAndNoOther) {
 TEST_F(SimulatedRoomTest, ALostLinkEndsTheRunAndKeepsWhatWasMeasured) {
     for (const char* unit : kUnits) {
         EXPECT_EQ(RunUnit(Example(unit), Example("rooms/flaky_link.json")), kExitFault) << unit;
-        EXPECT_NE(err.find("flaky_link.json: the link to the instruments was lost after exposure 2"),
-                  std::string::npos)
-            << err;
+        EXPECT_THAT(err, HasSubstr("flaky_link.json: the link to the instruments was lost after exposure 2"));
         EXPECT_EQ(StatusOf(3), "") << "the sequence has ended";
         // Two exposures were made, and two are in the file, as they were without the fault.
         const std::string values = ValuesOf(2, "kVp Avg");

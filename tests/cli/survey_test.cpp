@@ -23,8 +23,7 @@ TEST_F(SurveyProgramTest, WhatIsEnteredIsCalculatedJudgedAndKept) {
                    "DeviXrayLightField(3,1)=1.5", "--set", "Viewbox(3,1)=2999", "--answer", "PR1=Pass"}),
               0)
         << err;
-    EXPECT_NE(out.find("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"), std::string::npos)
-        << out;
+    EXPECT_THAT(out, HasSubstr("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"));
     EXPECT_THAT(out, HasSubstr("48 of 49 items have no answer"));
     EXPECT_THAT(Read("out.xml"), Not(HasSubstr("MTI"))) << "a survey without an instrument";
     EXPECT_THAT(Read("out.xml"), HasSubstr("3.5[¤]"));
@@ -61,8 +60,7 @@ TEST_F(SurveyProgramTest, WhatFailsIsNamedEvenWhenAllAnswersAreNotApplicable) {
             options.insert(options.end(), {"--answer", prefix + std::to_string(number) + "=NA"});
     EXPECT_EQ(Set(options), 0) << err;
     EXPECT_EQ(StatusOf(1), "3");
-    EXPECT_NE(out.find("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"), std::string::npos)
-        << out;
+    EXPECT_THAT(out, HasSubstr("Viewbox(3,1): viewbox luminance: 2999, expected at least 3000"));
     EXPECT_THAT(out, Not(HasSubstr("have no answer"))) << out;
 }
 
@@ -285,8 +283,7 @@ TEST_F(SurveyProgramTest, EmptyGridsAndAnEmptyMtiAreTaken) {
                            "<ResultItem MTI=\"\"><Status>0</Status><Collimation><Alignment></Alignment>"
                            "</Collimation><Viewbox/></ResultItem>")));
     ASSERT_EQ(Run({"judge", Path("in.xml"), "-o", Path("out.xml")}), 0) << err;
-    EXPECT_NE(Read("out.xml").find("<Alignment>Difference between paddle edge and film[¤]"),
-              std::string::npos);
+    EXPECT_THAT(Read("out.xml"), HasSubstr("<Alignment>Difference between paddle edge and film[¤]"));
 }
 
 TEST_F(SurveyProgramTest, AnOutputIsWrittenAndACommandWithoutAPurposeRefused) {
@@ -356,8 +353,7 @@ TEST_F(SurveyProgramTest, ShowPrintsTablesWithinTheLineAndWhyTheyFail) {
         << err;
     ASSERT_EQ(Run({"show", Path("out.xml")}), 0);
     for (const char* words : {"Comment: dusty\n", "Fibers  :  3.5 "}) EXPECT_THAT(out, HasSubstr(words));
-    EXPECT_NE(out.find("Dose80, test 1100: average glandular dose, expected at most 300 mrad"),
-              std::string::npos);
+    EXPECT_THAT(out, HasSubstr("Dose80, test 1100: average glandular dose, expected at most 300 mrad"));
     EXPECT_THAT(out, HasSubstr("kVpL36, test 900:"));
     EXPECT_THAT(out, HasSubstr("Viewbox(4,2): illuminance: 50.1, expected at most 50 lux"));
     const std::size_t tables = out.find("Preliminary Results");
@@ -378,7 +374,7 @@ TEST_F(SurveyProgramTest, AnExportEnteredIntoANewSurveyIsTheSurveyAgain) {
     ASSERT_EQ(Set({"--from", Path("all.json")}), 0) << err;
     EXPECT_EQ(Read("out.xml"), entered);
     EXPECT_THAT(entered, HasSubstr("second line &lt;&amp;&gt;"));
-    EXPECT_NE(Read("all.json").find("\"ThicknesskVpTracking(0,1)\": \"\""), std::string::npos)
+    EXPECT_THAT(Read("all.json"), HasSubstr("\"ThicknesskVpTracking(0,1)\": \"\""))
         << "what a new survey proposes and this one has not";
 }
 

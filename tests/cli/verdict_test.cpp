@@ -69,7 +69,7 @@ TEST_F(VerdictTest, AResultWithoutAnOriginStaysAsItIs) {
     ASSERT_EQ(Run({"judge", Path("old.xml"), "-o", Path("one.xml")}), kExitPassed) << err;
     ASSERT_EQ(Run({"judge", Path("one.xml"), "-o", Path("two.xml")}), kExitPassed) << err;
     EXPECT_EQ(Read("one.xml"), Read("two.xml"));
-    EXPECT_EQ(Read("one.xml").find("<JudgedBy"), std::string::npos);
+    EXPECT_THAT(Read("one.xml"), Not(HasSubstr("<JudgedBy")));
     ASSERT_EQ(Run({"show", Path("old.xml")}), kExitPassed);
     EXPECT_FALSE(Prints("Taken ")) << out;
 }
@@ -215,7 +215,7 @@ TEST_F(VerdictTest, ABadRecordIsAnErrorOfTheFile) {
           std::pair("Planned=\"2\"", "Planned=\"-2\""), std::pair("Formulas=\"2\"", "Formulas=\"new\"")}) {
         Edit("<Run", from, to);
         EXPECT_EQ(Run({"show", Path("edited.xml")}), kExitUsage) << to;
-        EXPECT_NE(err.find("of \"Run\""), std::string::npos) << err;
+        EXPECT_THAT(err, HasSubstr("of \"Run\""));
     }
 }
 
