@@ -136,13 +136,11 @@ TEST_F(RunJournalTest, WhatIsNoJournalGetsOneClearError) {
         {damaged, "j:2: the line is damaged: its checksum is wrong"},
         {head + head + "more\n", "j:2: the line is damaged"},  // it does not go on from the first
         {alone("[1]"), "j:1: found [1]; expected an object with \"vorexJournal\""},
-        {alone("{\"a\":"), "j:1: found broken JSON at column 6"},
         {alone("{\"recording\":1}"), "j:1: found unknown \"recording\" in the first line"},
         {alone("{\"vorexJournal\":2}"), "j:1: found \"vorexJournal\":2; expected version 1"},
         {alone("{\"vorexJournal\":1}"), "j:1: found the first line without \"realTime\""},
         {line("{\"element\":\"1\"}"), "j:2: found \"element\":\"1\"; expected a whole number from 0"},
         {line("{\"element\":-1}"), "j:2: found \"element\":-1; expected a whole number from 0"},
-        {line("{\"element\":1,\"element\":2}"), "j:2: found \"element\" twice"},
         {line("{\"notes\":[[\"a\",1]]}"), "j:2: found \"notes\":[\"a\",1]; expected [operation, call"},
     };
     for (const auto& [text, expected] : cases) {

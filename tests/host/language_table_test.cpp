@@ -334,14 +334,6 @@ TEST_P(LanguageTableTest, AReportMayHaveAnotherLanguageThanTheProgram) {
     }
 }
 
-/// Number of pages of a PDF in the folder.
-std::string PagesOf(const fs::path& file) {
-    std::istringstream lines(test::PrintedBy("pdfinfo '" + file.string() + "'"));
-    for (std::string line; std::getline(lines, line);)
-        if (line.starts_with("Pages:")) return std::string(Trimmed(std::string_view(line).substr(6)));
-    return {};
-}
-
 /// The cover, and a page for each of the four forms, even when every answer failed.
 TEST_P(LanguageTableTest, EachFormOfTheSurveyFitsItsPage) {
     std::string answers;
@@ -352,7 +344,8 @@ TEST_P(LanguageTableTest, EachFormOfTheSurveyFitsItsPage) {
     Start(GetParam(), "survey new.xml -o failed.xml" + answers);
     for (const std::string paper : {"A4", "Letter"}) {
         Start(GetParam(), "report failed.xml -o survey.pdf --paper " + paper);
-        EXPECT_EQ(PagesOf(folder / "survey.pdf"), "5") << paper;
+        const std::string facts = test::PrintedBy("pdfinfo '" + (folder / "survey.pdf").string() + "'");
+        EXPECT_NE(facts.find("Pages:           5\n"), std::string::npos) << paper << facts;
     }
 }
 

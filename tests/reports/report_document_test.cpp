@@ -281,12 +281,5 @@ TEST_F(ReportDocumentTest, NoPageIsEmptyHoweverMuchIsKeptTogether) {
     EXPECT_EQ(RowsOf(model.pages[0]).substr(0, 6), "Block\n");
 }
 
-TEST_F(ReportDocumentTest, CellsBeyondTheLastColumnShareItWithTheirMark) {
-    report.PrintTable(kTwoColumns, "a|b|" + std::string(markup::kFailMark) + "c|d;");
-    const ReportModel model = report.Finish();
-    EXPECT_EQ(RowsOf(model.pages[0]), "a|b c d\n");
-    EXPECT_EQ(std::get<ReportTable>(model.pages[0].items[0]).rows[0].cells[1].mark, ReportMark::kFail);
-}
-
 }  // namespace
 }  // namespace vorex

@@ -69,6 +69,7 @@ TEST(ReportTable, RowsAreReadCellByCell) {
         {"|a|b", "R: 1=a 2=b\n"},
         // What is beyond the last column joins it.
         {"|a|b|c|d|e|f;", "R: 1=a 2=b 3=c 4=d e f\n"},
+        {"|a|b|c|d|" + mark + "e;", "F: 1=a 2=b 3=c 4x=d e\n"},
         {"|" + markup::Text("a|b;c{d}e\\f") + "|1;", "R: 1=a|b;c{d}e\\f 2=1\n"},
         {markup::Heading("x}y|z") + ";", "G: 1*=x}y|z\n"},
         {"|a\\|b|{c}\\", "R: 1=a|b 2={c}\\\n"},

@@ -44,23 +44,6 @@ Linearity                                                                       
 )");
 }
 
-TEST(ReportText, LongTextsWrapInTheirColumn) {
-    ReportDocument report(host_test::SettingsFor(EndlessReportPaper()));
-    const std::string name =
-        "a name of many words that goes on and on and on until it has no room any more at all";
-    report.PrintTable(kColumns, "|" + name + " " + name + "|80.6|KV;");
-    const std::string text = ReportText(report.Finish());
-    std::size_t lines = 0;
-    std::size_t begin = 0;
-    for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin)) {
-        EXPECT_LE(end - begin, 100U);
-        begin = end + 1;
-        ++lines;
-    }
-    EXPECT_EQ(lines, 3U);  // 80 columns for 171 characters
-    EXPECT_NE(text.find("80.6        KV\n"), std::string::npos);
-}
-
 const std::string kLimitColumns = "<+560|<2440|>+660|>+900|>+900|>+900|>+900|>+900|<+!554|<+560;";
 
 TEST(ReportText, HeadingsWrapBeforeTheNamesOfTheRows) {
