@@ -195,6 +195,13 @@ TEST_F(SurveyReport, WhatIsPrintedFollowsStatusAndOptions) {
     }
 }
 
+TEST_F(SurveyReport, TheOutcomesOfTheTestsAreCopiedBeforeTheyArePrinted) {
+    survey->Cells({.Dose80 = kFailed});
+    element->PrintReport(&report, nullptr);
+    const std::string row = "           AEC Reproducibility, and|" + kMark + "Fail|" + kMark + "Fail;\n";
+    EXPECT_NE(report.Rows().find(row), std::string::npos) << report.Rows();
+}
+
 TEST_F(SurveyReport, EveryTextIsAskedForInTheLanguageOfTheReport) {
     report.words["22237::Pass"] = "Bestanden";
     report.words["22238::Fail"] = "Nicht bestanden";

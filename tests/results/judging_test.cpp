@@ -60,6 +60,22 @@ TEST_F(JudgingTest, AnExposureWithoutAReadingHasNoVerdict) {
     EXPECT_EQ(For(kRadioRepro).JudgeAll(std::vector{Row({}), rows[0]}).status, kFailed);
 }
 
+TEST_F(JudgingTest, OnlyTest900ReturnsOutcomesAndAllAreClearedForATestThatIsNotApplicable) {
+    limits->AtMost("ER CV", 0.02);
+    const std::vector rows = {Row({{key::kPercentError, "1"}, {key::kCv, "0.03"}})};
+    for (const int32_t testId : kMeasuringTests) {
+        SurveyOutcomes expected;
+        if (testId == kMammoAccRepro) expected.kVpL36 = kFailed;
+        if (testId == kMammoAccRepro) expected.kVpL38 = kPassed;
+        if (testId == kMammoAccRepro) expected.kVpL39 = kFailed;
+        EXPECT_EQ(For(testId).JudgeAll(rows).outcomes, expected) << testId;
+        EXPECT_EQ(For(testId).JudgeExposure(*rows[0], 1).outcomes, SurveyOutcomes()) << testId;
+    }
+    const RowsVerdict none = Judging::NotApplicable();
+    EXPECT_EQ(none.status, kNotApplicable);
+    EXPECT_EQ(none.outcomes, (SurveyOutcomes{0, 0, 0, 0, 0, 0, 0}));
+}
+
 TEST_F(JudgingTest, WithoutAConfigurationNoErrorOfTest200IsJudgedByLimits) {
     limits->AtMost("ER RA Percentage kVp Avg Error", 5);
     const auto row = Row({{key::kPercentKvpError, "9"}, {key::kPercentTimerError, "9"}});
