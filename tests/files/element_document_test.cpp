@@ -6,16 +6,14 @@
 namespace vorex::host_test {
 namespace {
 
-class ElementDocumentTest : public HostTest {};
+using ElementDocumentTest = XmlTest;
 
 TEST_F(ElementDocumentTest, OnlyTheEntitiesOfXmlAreExpanded) {
-    const auto source = XmlSource::FromText("<a>&lt;&amp;&#65;&#x42;&foo;</a>", "a.xml");
-    EXPECT_EQ(source->Element(source->Document().first_child())->Text(), "<&AB&foo;");
+    EXPECT_EQ(Element("<a>&lt;&amp;&#65;&#x42;&foo;</a>")->Text(), "<&AB&foo;");
 }
 
 TEST_F(ElementDocumentTest, ChildrenAreElementsOnlyInDocumentOrder) {
-    const auto source = XmlSource::FromText("<a>x<b>1</b><!-- c --><d/><b>2</b></a>", "a.xml");
-    const auto root = source->Element(source->Document().first_child());
+    const auto root = Element("<a>x<b>1</b><!-- c --><d/><b>2</b></a>");
     ASSERT_EQ(root->Children().size(), 3U);
     EXPECT_EQ(root->Children()[1]->Name(), "d");
     ASSERT_EQ(root->FindChild("b").size(), 2U);
@@ -28,8 +26,7 @@ TEST_F(ElementDocumentTest, ChildrenAreElementsOnlyInDocumentOrder) {
 }
 
 TEST_F(ElementDocumentTest, CharacterDataAndLoneBlanksAreText) {
-    const auto source = XmlSource::FromText("<a><b><![CDATA[1 < 2]]></b><c> </c></a>", "a.xml");
-    const auto root = source->Element(source->Document().first_child());
+    const auto root = Element("<a><b><![CDATA[1 < 2]]></b><c> </c></a>");
     EXPECT_EQ(root->ReadValue("b", ""), "1 < 2");
     EXPECT_EQ(root->ReadValue("c", ""), " ");
 }
@@ -66,7 +63,7 @@ TEST_F(ElementDocumentTest, WhatIsNoDocumentIsNamedWithItsLine) {
 
 TEST_F(ElementDocumentTest, LinesAreThoseOfTheFileWhereTheParserWorkedInItsText) {
     Write("a.xml", "<a\n  b='&#10;x\n'>\r\n<c\n/>\n&lt;\n<d/></a>");
-    const auto source = XmlSource::Read(folder / "a.xml");
+    source = XmlSource::Read(folder / "a.xml");
     EXPECT_EQ(source->LineOf(source->Document().first_child().child("c")), 4);
     EXPECT_EQ(source->LineOf(source->Document().first_child().child("d")), 7);
 }

@@ -8,35 +8,23 @@
 namespace vorex::host_test {
 namespace {
 
-class ElementBaseTest : public HostTest {
-  protected:
-    static std::unique_ptr<XmlSource> Source(const std::string& text) {
-        return XmlSource::FromText(text, "a.xml");
-    }
-    static std::shared_ptr<IXmlElement> Root(XmlSource& source) {
-        return source.Element(source.Document().first_child());
-    }
-};
+using ElementBaseTest = XmlTest;
 
 TEST_F(ElementBaseTest, TheFrameIsReadAndWritten) {
-    const auto source =
-        Source("<TestElement ID=\"4\" Name=\"Room 1\"><Filter Print=\"False\"/></TestElement>");
     TestElementBase base;
     base.Initialize(nullptr, kPlugInId, kGroupId);
-    base.Load(Root(*source), nullptr);
+    base.Load(Element("<TestElement ID=\"4\" Name=\"Room 1\"><Filter Print=\"False\"/></TestElement>"),
+              nullptr);
     EXPECT_EQ(base.ID(), 4);
     EXPECT_EQ(base.Info()->Name(), "Room 1");
     EXPECT_EQ(base.Info()->ServiceFlags(), kKeepServiceRecord);
     EXPECT_TRUE(base.Filter()->Save());
     EXPECT_FALSE(base.Filter()->Print());
     EXPECT_TRUE(base.Filter()->Evaluate());
-    const auto document = std::make_shared<OutputDocument>();
-    document->Top().AddChild(base.Save(document, 0));
-    EXPECT_EQ(document->Text(),
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    EXPECT_EQ(Xml(base.Save(document, 0)),
               "<TestElement PlugIn=\"ZRD47500\" TestID=\"0\" ID=\"4\" Name=\"Room 1\">\n"
               "  <Filter Save=\"True\" Print=\"False\" Evaluate=\"True\" />\n"
-              "</TestElement>\n");
+              "</TestElement>");
 }
 
 TEST_F(ElementBaseTest, AForeignElementIsRefused) {
@@ -47,12 +35,11 @@ TEST_F(ElementBaseTest, AForeignElementIsRefused) {
     } cases[] = {{kRadioRepro, "<TestElement ID=\"4\"/>", kErrorForeignConfiguration},
                  {kGroupId, "<Result/>", kErrorNotAGroup}};
     for (const auto& c : cases) {
-        const auto source = Source(c.xml);
-        const auto load = [&] { CreateTestElement(c.testId)->Load(Root(*source), nullptr); };
+        const auto load = [&] { CreateTestElement(c.testId)->Load(Element(c.xml), nullptr); };
         EXPECT_EQ(std::get<0>(test::FaultOf(load)), c.code);
     }
-    const auto unknown = Source("<TestElement PlugIn=\"ZRD47500\" TestID=\"1400\"/>");
-    EXPECT_THROW(LoadTestElement(Root(*unknown), nullptr), std::runtime_error);
+    EXPECT_THROW(LoadTestElement(Element("<TestElement PlugIn=\"ZRD47500\" TestID=\"1400\"/>"), nullptr),
+                 std::runtime_error);
 }
 
 TEST_F(ElementBaseTest, AnElementKnowsItsParentAndPlugIn) {
@@ -68,12 +55,12 @@ TEST_F(ElementBaseTest, AnElementKnowsItsParentAndPlugIn) {
 }
 
 TEST_F(ElementBaseTest, ACloneHasConfigurationAndLimitsButNoResultAndNoNumber) {
-    const auto source =
-        Source(Test100(6,
-                       "<Filter Evaluate=\"False\"/><ExpectedResult><Standard Name=\"S\" Version=\"1\"/>"
-                       "</ExpectedResult><ResultItem><Status>1</Status></ResultItem>",
-                       "<MachineKV>81</MachineKV>"));
-    const auto element = LoadTestElement(Root(*source), nullptr);
+    const auto element = LoadTestElement(
+        Element(Test100(6,
+                        "<Filter Evaluate=\"False\"/><ExpectedResult><Standard Name=\"S\" Version=\"1\"/>"
+                        "</ExpectedResult><ResultItem><Status>1</Status></ResultItem>",
+                        "<MachineKV>81</MachineKV>")),
+        nullptr);
     ASSERT_TRUE(element->Result());
     const auto clone = element->Clone();
     EXPECT_EQ(clone->Result(), nullptr);
@@ -124,12 +111,10 @@ TEST_F(ElementBaseTest, TerminateLetsGoOfEverything) {
 
 // ------------------------------------------------------------------------------------------- print
 
-class ElementPrintTest : public HostTest {
+class ElementPrintTest : public XmlTest {
   protected:
-    static std::shared_ptr<ITestElement> Load(const std::string& xml) {
-        static std::unique_ptr<XmlSource> source;
-        source = XmlSource::FromText(xml, "a.xml");
-        return LoadTestElement(source->Element(source->Document().first_child()), nullptr);
+    std::shared_ptr<ITestElement> Load(const std::string& xml) {
+        return LoadTestElement(Element(xml), nullptr);
     }
     /// An output test with one exposure that failed on its HVL, and a waveform.
     static std::string Output(const std::string& id, const std::string& filter = "",

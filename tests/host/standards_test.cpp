@@ -9,7 +9,7 @@
 namespace vorex::host_test {
 namespace {
 
-using StandardsTest = HostTest;
+using StandardsTest = XmlTest;
 using test::Limit;
 using test::StandardOf;
 
@@ -101,7 +101,6 @@ TEST_F(StandardsTest, EveryLimitOfAKeyJudgesInEitherOrder) {
 
 TEST_F(StandardsTest, StandardsAreReadAndWrittenUnchanged) {
     const std::string text =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<ExpectedResult>\n"
         "  <Standard Name=\"Site\" Version=\"1\">\n"
         "    <Limit Key=\"ER HVL\" Unit=\"mm\">\n"
@@ -113,17 +112,14 @@ TEST_F(StandardsTest, StandardsAreReadAndWrittenUnchanged) {
         "    </Limit>\n"
         "  </Standard>\n"
         "  <Standard Name=\"Site\" Version=\"2\" />\n"
-        "</ExpectedResult>\n";
-    const auto source = XmlSource::FromText(text, "a.xml");
+        "</ExpectedResult>";
     StandardCollection standards;
-    standards.Load(source->Element(ChildNamed(source->Document(), tag::kExpectedResult)));
+    standards.Load(Element(text));
     EXPECT_EQ(standards.Count(), 2);
     EXPECT_EQ(standards.FindExpectedResult(0, "Site", "2"), standards.Item(1));
     EXPECT_EQ(standards.FindExpectedResult(0, "Site", "3"), nullptr);
     EXPECT_EQ(standards.Item(2), nullptr);
-    const auto document = std::make_shared<OutputDocument>();
-    document->Top().AddChild(standards.Clone()->Save(document));
-    EXPECT_EQ(document->Text(), text);
+    EXPECT_EQ(Xml(standards.Clone()->Save(document)), text);
 }
 
 TEST_F(StandardsTest, LimitsAndStandardsCanBeTakenOut) {
