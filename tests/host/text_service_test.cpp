@@ -1,8 +1,8 @@
 #include "host/text_service.h"
 
-#include "foundation/file_error.h"
 #include "foundation/text_keys.h"
 #include "host/host_fixture.h"
+#include "support/file_fault.h"
 
 namespace vorex::host_test {
 namespace {
@@ -10,12 +10,8 @@ namespace {
 class TextServiceTest : public HostTest {
   protected:
     std::string FaultOf(const std::string& code) const {
-        try {
-            TextService::ForLanguage(code, std::vector<std::filesystem::path>{folder});
-        } catch (const FileError& error) {
-            return error.what();
-        }
-        return {};
+        return test::MessageOf(
+            [&] { TextService::ForLanguage(code, std::vector<std::filesystem::path>{folder}); });
     }
 };
 

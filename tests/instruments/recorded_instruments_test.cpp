@@ -349,12 +349,8 @@ TEST(RecordedInstruments, EveryOperationFailsOnceWhenTheRecordingSaysSo) {
             EXPECT_NO_THROW(otherCall(*service)) << name << ", " << otherName;
         }
         EXPECT_FALSE(instruments.Ended()) << name;
-        try {
-            call(*instruments.CreateService());
-            ADD_FAILURE() << name << " did not fail";
-        } catch (const std::runtime_error& error) {
-            EXPECT_EQ(error.what(), std::string(name) + " failed");
-        }
+        const auto failing = [&instruments, &call = call] { call(*instruments.CreateService()); };
+        EXPECT_THAT(failing, testing::ThrowsMessage<std::runtime_error>(std::string(name) + " failed"));
         EXPECT_FALSE(instruments.Ended()) << name << " can be tried again";
         EXPECT_THAT(instruments.Faults(),
                     testing::Contains("room.jsonl:2: " + std::string(name) + " failed"));

@@ -1,5 +1,6 @@
 #include "reports/pdf_painter.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -210,12 +211,7 @@ TEST(PdfPainter, WhatTheModuleReportsIsRaised) {
     };
     ReportModel report;
     report.pages.resize(1);
-    try {
-        PaintPdf(report, module);
-        ADD_FAILURE();
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "no ink");
-    }
+    EXPECT_THAT([&] { PaintPdf(report, module); }, testing::ThrowsMessage<std::runtime_error>("no ink"));
 }
 
 }  // namespace
