@@ -444,6 +444,10 @@ TEST(RandomSource, ItsNumbersAreTheSameEverywhere) {
     EXPECT_EQ(first, 2830551199965924.0 / 9007199254740992.0);
     EXPECT_EQ(same.Uniform(), 6155243671843144.0 / 9007199254740992.0);
     EXPECT_NE(first, other.Uniform());
+    double sum = 0;
+    constexpr int kCount = 100'000;
+    for (int i = 0; i < kCount; ++i) sum += same.Normal();
+    EXPECT_NEAR(sum / kCount, 0, 0.02);
 }
 
 TEST(SimulatedReadings, AShuntReadsWithin01PercentAndAClampWithin05) {
